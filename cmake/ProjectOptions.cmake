@@ -1,0 +1,34 @@
+# How every target of the project is compiled.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_AUTOMOC ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(project_options INTERFACE)
+target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(project_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+    -Wcast-qual -Wformat=2 -Wimplicit-fallthrough
+    # A unique symbol would keep the plug-in library from ever being unloaded.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    $<$<BOOL:${ASSISTANT_WERROR}>:-Werror>)
+target_compile_definitions(project_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+if(ASSISTANT_SANITIZE)
+    target_compile_options(project_options INTERFACE
+        -fsanitize=${ASSISTANT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(project_options INTERFACE -fsanitize=${ASSISTANT_SANITIZE})
+else()
+    target_link_options(project_options INTERFACE -Wl,--no-undefined)
+endif()
