@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+namespace ctl {
+
+/// Writes events to standard output, each at once.
+class EventPrinter
+{
+public:
+    explicit EventPrinter(bool pretty);
+
+    void print(const QJsonObject &event) const;
+
+    /// An answer; @p envelope is what the page's callback would receive.
+    void printAnswer(const QJsonValue &id, const QString &page, const QString &command,
+                     const QJsonObject &envelope) const;
+
+    void printError(const QJsonValue &id, const QString &message) const;
+
+    /// The end of a request to wait.
+    void printWaited(bool timeout) const;
+
+private:
+    bool m_pretty;
+};
+
+} // namespace ctl

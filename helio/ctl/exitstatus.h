@@ -1,0 +1,14 @@
+#pragma once
+
+namespace ctl {
+
+/// What assistantctl ends with; other programs rely on the numbers.
+enum ExitStatus {
+    Answered = 0,        ///< answered, or a command that sets no result has run
+    AnsweredError = 1,   ///< the result is "error" or "parame error"
+    WrongUsage = 2,      ///< wrong usage or unknown command
+    NoLibrary = 3,       ///< the library cannot be loaded
+    CallbackMissing = 4, ///< --until ran out of time
+};
+
+} // namespace ctl

@@ -1,0 +1,62 @@
+#include "helio/ctl/leftoverwork.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+#include <unistd.h>
+
+#include "helio/ctl/callbackwait.h"
+#include "helio/runtime/awaitedprograms.h"
+#include "host/krt.h"
+
+namespace {
+
+constexpr int longestWaitMs = 30000;
+constexpr int checkIntervalMs = 20;
+
+/// A script shows as the program itself, as an interpreter's first argument or, for a moment, in
+/// the command line that a shell of ours is about to run.
+bool runsScriptFrom(const QByteArray &directory, const QString &processId)
+{
+    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(processId));
+    if (!commandLine.open(QIODevice::ReadOnly))
+        return false;
+    const QList<QByteArray> words = commandLine.readAll().split('\0');
+    if (words.value(0).startsWith(directory) || words.value(1).startsWith(directory))
+        return true;
+    return words.value(1) == "-c" && words.value(2).startsWith("bash " + directory);
+}
+
+bool isOwnProcess(const QString &processId)
+{
+    return QFileInfo(QStringLiteral("/proc/") + processId).ownerId() == ::getuid() &&
+           processId.toLongLong() != QCoreApplication::applicationPid();
+}
+
+} // namespace
+
+bool ctl::isScriptRunningFrom(const QString &directory)
+{
+    const QByteArray prefix = QFile::encodeName(directory) + '/';
+    const QStringList processes =
+        QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    return std::any_of(processes.begin(), processes.end(), [&prefix](const QString &processId) {
+        return isOwnProcess(processId) && runsScriptFrom(prefix, processId);
+    });
+}
+
+void ctl::waitForLeftoverWork()
+{
+    const QString scripts = krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < longestWaitMs &&
+           (helio::awaitedProgramCount() > 0 ||
+            (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
+        CallbackWait::processEvents(checkIntervalMs);
+}

@@ -1,0 +1,92 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "helio/ctl/commandline.h"
+#include "helio/ctl/eventprinter.h"
+#include "helio/ctl/exitstatus.h"
+#include "helio/ctl/leftoverwork.h"
+#include "helio/ctl/session.h"
+#include "helio/ctl/singlecommand.h"
+#include "helio/headless/headlessapplication.h"
+#include "helio/headless/headlesspage.h"
+#include "helio/headless/headlessshell.h"
+#include "helio/runtime/awaitedprograms.h"
+#include "helio/runtime/pluginlibrary.h"
+
+namespace {
+
+void printText(const QString &text, std::FILE *stream)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+int refuse(const QString &fault)
+{
+    printText(QStringLiteral("assistantctl: %1\n").arg(fault), stderr);
+    return ctl::WrongUsage;
+}
+
+int carryOut(const ctl::CommandLine &line, helio::HeadlessShell &shell,
+             const ctl::EventPrinter &printer)
+{
+    switch (line.mode) {
+    case ctl::CommandLine::ListCommands:
+        printText(shell.page(line.page)->commands().join(QLatin1Char('\n')) + QLatin1Char('\n'),
+                  stdout);
+        return ctl::Answered;
+    case ctl::CommandLine::Session: {
+        ctl::Session session(shell, printer);
+        QObject::connect(&session, &ctl::Session::ended, qApp, &QCoreApplication::quit,
+                         Qt::QueuedConnection);
+        QCoreApplication::exec();
+        return ctl::Answered;
+    }
+    case ctl::CommandLine::SingleCommand:
+    case ctl::CommandLine::ShowText:
+        break;
+    }
+    return ctl::runSingleCommand(shell, printer, line);
+}
+
+int run(const ctl::CommandLine &line)
+{
+    const ctl::EventPrinter printer(line.pretty);
+    helio::PluginLibrary library;
+    if (!library.load()) {
+        printer.printError({}, library.errorString());
+        return ctl::NoLibrary;
+    }
+    helio::HeadlessShell shell([&printer](const QJsonObject &event) { printer.print(event); });
+    if (line.traces)
+        shell.startTracing();
+    shell.setOpensReally(line.opensReally);
+    if (!shell.start()) {
+        printer.printError({}, QStringLiteral("the library's page has no script object"));
+        return ctl::NoLibrary;
+    }
+    const int status = carryOut(line, shell, printer);
+    ctl::waitForLeftoverWork();
+    helio::endAwaitedPrograms();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+
+    // Arguments are judged before the application object exists: that is quick and needs nothing.
+    QString fault;
+    const std::optional<ctl::CommandLine> line = ctl::parseCommandLine(arguments, &fault);
+    if (!line)
+        return refuse(fault);
+    if (line->mode == ctl::CommandLine::ShowText) {
+        printText(line->text, stdout);
+        return ctl::Answered;
+    }
+    helio::HeadlessApplication application(argv[0]);
+    return run(*line);
+}

@@ -1,0 +1,88 @@
+#include "helio/ctl/session.h"
+
+#include <array>
+#include <cerrno>
+
+#include <unistd.h>
+
+#include "helio/ctl/eventprinter.h"
+#include "helio/ctl/sessionrequest.h"
+#include "helio/headless/dialoganswers.h"
+#include "helio/headless/headlesspage.h"
+#include "helio/headless/headlessshell.h"
+
+namespace ctl {
+
+Session::Session(helio::HeadlessShell &shell, const EventPrinter &printer)
+    : m_shell(shell),
+      m_printer(printer),
+      m_callbacks(shell),
+      m_input(STDIN_FILENO, QSocketNotifier::Read)
+{
+    connect(&m_input, &QSocketNotifier::activated, this, &Session::readInput);
+}
+
+void Session::readInput()
+{
+    std::array<char, 65536> buffer;
+    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return;
+    // Requests wait while one is carried out, also when that one runs an event loop.
+    m_input.setEnabled(false);
+    if (count <= 0) {
+        if (!m_unread.isEmpty())
+            m_unread.append('\n');
+        carryOutLines();
+        emit ended();
+        return;
+    }
+    m_unread.append(buffer.data(), static_cast<int>(count));
+    carryOutLines();
+    m_input.setEnabled(true);
+}
+
+void Session::carryOutLines()
+{
+    int begin = 0;
+    for (int end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n', begin)) {
+        const QByteArray line = m_unread.mid(begin, end - begin).trimmed();
+        begin = end + 1;
+        if (!line.isEmpty())
+            carryOut(parseSessionRequest(line));
+    }
+    m_unread.remove(0, begin);
+}
+
+void Session::carryOut(const SessionRequest &request)
+{
+    switch (request.kind) {
+    case SessionRequest::Command:
+        sendCommand(request);
+        break;
+    case SessionRequest::Wait:
+        CallbackWait::processEvents(request.durationMs);
+        m_printer.printWaited(false);
+        break;
+    case SessionRequest::Until:
+        m_printer.printWaited(!m_callbacks.waitFor(request.callback, request.durationMs));
+        break;
+    case SessionRequest::Faulty:
+        m_printer.printError(request.id, request.fault);
+        break;
+    }
+}
+
+void Session::sendCommand(const SessionRequest &request)
+{
+    m_callbacks.startAfresh();
+    helio::DialogAnswers::instance().setChoices(request.choices);
+    const QJsonObject envelope = m_shell.page(request.page)->call(request.command, request.args);
+    const auto error = envelope.constFind(QLatin1String("error"));
+    if (error != envelope.constEnd())
+        m_printer.printError(request.id, error->toString());
+    else
+        m_printer.printAnswer(request.id, request.page, request.command, envelope);
+}
+
+} // namespace ctl

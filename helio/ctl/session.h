@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include "helio/ctl/callbackwait.h"
+
+namespace ctl {
+
+class EventPrinter;
+struct SessionRequest;
+
+/// Carries out the requests that come on standard input, one after the other.
+class Session : public QObject
+{
+    Q_OBJECT
+
+public:
+    Session(helio::HeadlessShell &shell, const EventPrinter &printer);
+
+signals:
+    /// Standard input has ended and every request has been carried out.
+    void ended();
+
+private:
+    void readInput();
+    void carryOutLines();
+    void carryOut(const SessionRequest &request);
+    void sendCommand(const SessionRequest &request);
+
+    helio::HeadlessShell &m_shell;
+    const EventPrinter &m_printer;
+    CallbackWait m_callbacks;
+    QSocketNotifier m_input;
+    QByteArray m_unread;
+};
+
+} // namespace ctl

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "helio/ctl/commandline.h"
+#include "helio/ctl/exitstatus.h"
+
+namespace helio {
+class HeadlessShell;
+}
+
+namespace ctl {
+
+class EventPrinter;
+
+/// Sends the command of @p line, prints its answer and stays for later ones as asked.
+ExitStatus runSingleCommand(helio::HeadlessShell &shell, const EventPrinter &printer,
+                            const CommandLine &line);
+
+} // namespace ctl

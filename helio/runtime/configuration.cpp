@@ -1,0 +1,41 @@
+#include "helio/runtime/configuration.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QSettings>
+
+namespace {
+
+QByteArray variableName(const QString &key)
+{
+    QString name = QStringLiteral("HELIO_");
+    for (const QChar c : key) {
+        if (c.isUpper())
+            name += QLatin1Char('_');
+        name += c.toUpper();
+    }
+    return name.toLatin1();
+}
+
+QHash<QString, QString> readIniFile()
+{
+    QHash<QString, QString> values;
+    const QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
+                         QSettings::IniFormat);
+    const QStringList keys = file.allKeys();
+    for (const QString &key : keys)
+        values.insert(key, file.value(key).toStringList().join(QLatin1Char(',')));
+    return values;
+}
+
+} // namespace
+
+QString helio::setting(const QString &key, const QString &fallback)
+{
+    const QString fromEnvironment = qEnvironmentVariable(variableName(key).constData());
+    if (!fromEnvironment.isEmpty())
+        return fromEnvironment;
+    static const QHash<QString, QString> iniFile = readIniFile();
+    const QString fromFile = iniFile.value(key);
+    return fromFile.isEmpty() ? fallback : fromFile;
+}

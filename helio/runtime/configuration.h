@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+#include "host/khelioexport.h"
+
+namespace helio {
+
+/// A setting of the stand-alone shell: the environment variable HELIO_<NAME>, else the key of
+/// "helio.ini" beside the program, else @p fallback. An empty variable or key counts as unset.
+///
+/// @p key is written as in helio.ini ("suiteHome"); its variable is HELIO_SUITE_HOME.
+HELIO_EXPORT QString setting(const QString &key, const QString &fallback);
+
+} // namespace helio

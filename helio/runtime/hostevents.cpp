@@ -1,0 +1,7 @@
+#include "helio/runtime/hostevents.h"
+
+helio::HostEvents &helio::HostEvents::instance()
+{
+    static HostEvents events;
+    return events;
+}

@@ -1,0 +1,7 @@
+#include "host/kheliopluginwidget.h"
+
+KHelioPluginWidget::KHelioPluginWidget(QWidget *parent) : QWidget(parent) {}
+
+KHelioPluginWidget::~KHelioPluginWidget() = default;
+
+void KHelioPluginWidget::retranslate() {}

@@ -1,0 +1,72 @@
+#include "host/krt.h"
+
+#include <QProcess>
+
+#include <atomic>
+
+#include "helio/runtime/awaitedprograms.h"
+#include "helio/runtime/hostevents.h"
+
+namespace {
+
+constexpr int notStarted = -2;
+constexpr int crashed = -1;
+/// How soon a caller that waits for a program notices that the host process ends.
+constexpr int endingCheckMs = 100;
+
+std::atomic<int> awaitedPrograms{0};
+std::atomic<bool> hostIsEnding{false};
+
+void setUp(QProcess &process, const QString &program, const QStringList &arguments)
+{
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+}
+
+int runToItsEnd(QProcess &process)
+{
+    process.start();
+    if (!process.waitForStarted(-1))
+        return notStarted;
+    while (!process.waitForFinished(endingCheckMs) && process.state() != QProcess::NotRunning) {
+        if (hostIsEnding)
+            process.kill();
+    }
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : crashed;
+}
+
+} // namespace
+
+int helio::awaitedProgramCount()
+{
+    return awaitedPrograms;
+}
+
+void helio::endAwaitedPrograms()
+{
+    hostIsEnding = true;
+}
+
+bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList &arguments,
+                                       const QString &workingDirectory, qint64 *processId)
+{
+    emit helio::HostEvents::instance().programStarting(program, arguments, workingDirectory, true);
+    QProcess process;
+    setUp(process, program, arguments);
+    process.setWorkingDirectory(workingDirectory);
+    return process.startDetached(processId);
+}
+
+int krt::ksafe::KProcess::Execute(const QString &program, const QStringList &arguments)
+{
+    emit helio::HostEvents::instance().programStarting(program, arguments, QString(), false);
+    QProcess process;
+    setUp(process, program, arguments);
+    ++awaitedPrograms;
+    const int status = runToItsEnd(process);
+    --awaitedPrograms;
+    return status;
+}
