@@ -12,6 +12,8 @@
 #include "helio/headless/headlessshell.h"
 #include "helio/runtime/awaitedprograms.h"
 #include "helio/runtime/pluginlibrary.h"
+#include "helio/runtime/suitehome.h"
+#include "helio/runtime/textencoding.h"
 
 namespace {
 
@@ -74,6 +76,7 @@ int run(const ctl::CommandLine &line)
 
 int main(int argc, char *argv[])
 {
+    helio::assumeUtf8WithoutLocale();
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
@@ -88,5 +91,6 @@ int main(int argc, char *argv[])
         return ctl::Answered;
     }
     helio::HeadlessApplication application(argv[0]);
+    helio::makeDefaultSuiteHome();
     return run(*line);
 }

@@ -7,16 +7,16 @@ Q_IMPORT_PLUGIN(HeadlessThemePlugin)
 namespace {
 
 char platformOption[] = "-platform";
-char platformName[] = "offscreen";
+char offscreenName[] = "offscreen";
 char themeOption[] = "-platformtheme";
-char themeName[] = "helio-headless";
+char headlessName[] = "helio-headless";
 
 } // namespace
 
 namespace helio {
 
 HeadlessApplication::Arguments::Arguments(char *programName)
-    : values{programName, platformOption, platformName, themeOption, themeName, nullptr},
+    : values{programName, platformOption, offscreenName, themeOption, headlessName, nullptr},
       count(static_cast<int>(values.size()) - 1)
 {
 }

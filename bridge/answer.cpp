@@ -1,0 +1,48 @@
+#include "bridge/answer.h"
+
+#include "host/jsonhelper.h"
+#include "host/kxwebviewasynjsobject.h"
+#include "host/kxwebviewjsapihandler.h"
+#include "host/kxwebviewjscontext.h"
+
+namespace OfficeAssiant {
+
+const QString resultSuccess = QStringLiteral("success");
+const QString resultError = QStringLiteral("error");
+
+QString textArgument(const KxWebViewJSContext &context, const QString &name)
+{
+    return KxWebViewJSApiHandler::parseContextArgs(context, true).value(name).toString();
+}
+
+bool boolArgument(const KxWebViewJSContext &context, const QString &name)
+{
+    return KxWebViewJSApiHandler::parseContextArgs(context, true).value(name).toBool();
+}
+
+void setResult(KxWebViewJSContext &context, const QJsonValue &result)
+{
+    context.result()["result"] = JsonHelper::convertQJsonToJsonCpp(result);
+}
+
+void setBase64Result(KxWebViewJSContext &context, const QString &text)
+{
+    setResult(context, toBase64(text));
+}
+
+QString toBase64(const QString &text)
+{
+    return QString::fromLatin1(text.toUtf8().toBase64());
+}
+
+void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result,
+                   const QString &callName)
+{
+    KxWebViewJSContext context;
+    context.parse(callName, callback, {});
+    context.setIsResultBase64(false);
+    setResult(context, result);
+    bridge.publishResult(context);
+}
+
+} // namespace OfficeAssiant

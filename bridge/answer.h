@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QJsonValue>
+#include <QString>
+
+class KxWebViewAsynJSObject;
+class KxWebViewJSContext;
+
+namespace OfficeAssiant {
+
+/// The envelope's words for a command that only acts, and for one that failed.
+extern const QString resultSuccess;
+extern const QString resultError;
+
+/// The argument @p name of a call as text; an absent one reads as an empty text.
+QString textArgument(const KxWebViewJSContext &context, const QString &name);
+
+/// The argument @p name of a call as a truth value; an absent one is false.
+bool boolArgument(const KxWebViewJSContext &context, const QString &name);
+
+/// Answers a command: sets "result".
+void setResult(KxWebViewJSContext &context, const QJsonValue &result);
+
+/// Answers @p text as the base64 of its UTF-8 bytes, as the page expects file names and paths.
+void setBase64Result(KxWebViewJSContext &context, const QString &text);
+
+/// The base64 encoding of the UTF-8 bytes of @p text.
+QString toBase64(const QString &text);
+
+/// Sends "result" to the page's function @p callback, later than and apart from any command.
+/// @p callName is the name that the fresh call context carries.
+void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result,
+                   const QString &callName = QStringLiteral("callback"));
+
+} // namespace OfficeAssiant

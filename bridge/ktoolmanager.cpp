@@ -1,0 +1,95 @@
+#include "bridge/ktoolmanager.h"
+
+#include <QDir>
+#include <QLibrary>
+
+#include "host/krt.h"
+#include "plugin/scriptstaging.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString screenGrabPath =
+    QStringLiteral("/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so");
+constexpr char screenGrabSymbol[] = "screenShot";
+
+void removeStagedScripts()
+{
+    QDir directory(scriptStagingDirectory());
+    if (!directory.exists())
+        return;
+    const QStringList files = directory.entryList(QDir::Files);
+    for (const QString &file : files)
+        directory.remove(file);
+}
+
+} // namespace
+
+KToolManager &KToolManager::instance()
+{
+    static KToolManager manager;
+    return manager;
+}
+
+KToolManager::KToolManager()
+    : m_screenGrabLibrary(
+          new QLibrary(krt::dirs::frameworks(QString(), nullptr) + screenGrabPath, this))
+{
+    if (m_screenGrabLibrary->load())
+        m_screenGrab = reinterpret_cast<ScreenGrab>(m_screenGrabLibrary->resolve(screenGrabSymbol));
+}
+
+KToolManager::~KToolManager()
+{
+    removeStagedScripts();
+}
+
+KVyrAssistantToolAPI *KToolManager::mainPageBridge() const
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    return m_mainPageBridge;
+}
+
+void KToolManager::setMainPageBridge(KVyrAssistantToolAPI *bridge)
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    m_mainPageBridge = bridge;
+}
+
+KVyrAssistantToolAPI *KToolManager::childPageBridge() const
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    return m_childPageBridge;
+}
+
+void KToolManager::setChildPageBridge(KVyrAssistantToolAPI *bridge)
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    m_childPageBridge = bridge;
+}
+
+bool KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use)
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    if (!m_childPageBridge)
+        return false;
+    use(*m_childPageBridge);
+    return true;
+}
+
+void KToolManager::forgetBridge(const KVyrAssistantToolAPI *bridge)
+{
+    const QMutexLocker locker(&m_bridgeGuard);
+    if (m_mainPageBridge == bridge)
+        m_mainPageBridge = nullptr;
+    if (m_childPageBridge == bridge)
+        m_childPageBridge = nullptr;
+}
+
+KToolManager::ScreenGrab KToolManager::screenGrab() const
+{
+    return m_screenGrab;
+}
+
+} // namespace OfficeAssiant

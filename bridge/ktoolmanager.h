@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QMutex>
+#include <QObject>
+
+#include <functional>
+
+#include "desktop/kdesktophelp.h"
+#include "dump/kdumphelp.h"
+#include "envcheck/vyrenvcheckthread.h"
+#include "host/kfssearch.h"
+#include "info/kinfohelp.h"
+#include "input/inputchecker.h"
+#include "update/kupdatehelp.h"
+
+class KVyrAssistantToolAPI;
+class QLibrary;
+
+namespace OfficeAssiant {
+
+/// Owns every helper that the commands work through; shared by all pages of the process.
+class KToolManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    using ScreenGrab = void (*)();
+
+    static KToolManager &instance();
+
+    /// The bridge of the latest page of type "main"; null before there is one.
+    KVyrAssistantToolAPI *mainPageBridge() const;
+    void setMainPageBridge(KVyrAssistantToolAPI *bridge);
+
+    /// The bridge of the latest page of type "child"; null before there is one.
+    KVyrAssistantToolAPI *childPageBridge() const;
+    void setChildPageBridge(KVyrAssistantToolAPI *bridge);
+
+    /// Runs @p use with the child page's bridge, which stays until it returns. False when there
+    /// is no child page. May be called from any thread.
+    bool withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
+
+    /// To be called by a bridge that is being destroyed.
+    void forgetBridge(const KVyrAssistantToolAPI *bridge);
+
+    /// Takes a screenshot with the suite's own library; null where that is missing.
+    ScreenGrab screenGrab() const;
+
+private:
+    KToolManager();
+    ~KToolManager() override;
+
+    mutable QMutex m_bridgeGuard;
+    KVyrAssistantToolAPI *m_mainPageBridge = nullptr;
+    KVyrAssistantToolAPI *m_childPageBridge = nullptr;
+
+public:
+    // Constructed in this order and destroyed in the reverse one.
+    KDesktopHelp desktopHelp;
+    KUpdateHelp updateHelp;
+    KInfoHelp infoHelp;
+    InputChecker inputChecker;
+    KDumpHelp dumpHelp;
+    VyrEnvCheckThread envCheckThread;
+    KFsSearch fsSearch;
+
+private:
+    QLibrary *m_screenGrabLibrary;
+    ScreenGrab m_screenGrab = nullptr;
+};
+
+} // namespace OfficeAssiant

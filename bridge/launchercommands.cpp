@@ -1,0 +1,110 @@
+#include <QClipboard>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QJsonObject>
+#include <QTimer>
+
+#include "bridge/answer.h"
+#include "bridge/ktoolmanager.h"
+#include "bridge/kvyrassistanttoolapi.h"
+#include "host/krt.h"
+
+using namespace OfficeAssiant;
+
+namespace {
+
+/// How long a minimised window takes to be gone from the screen.
+constexpr int minimiseMs = 300;
+
+const QString preloadLauncher = QStringLiteral("quickstartoffice");
+const QString screenRecorder = QStringLiteral("/addons/vyrassistanttool/screencap/screencap");
+const QString editingTool = QStringLiteral("/eptools");
+
+void start(const QString &program, const QStringList &arguments)
+{
+    krt::ksafe::KProcess::StartDetach(program, arguments, QString(), nullptr);
+}
+
+QString inResources(const QString &path)
+{
+    return krt::dirs::resources(QString(), nullptr) + path;
+}
+
+} // namespace
+
+void KVyrAssistantToolAPI::stoppreload(KxWebViewJSContext &context)
+{
+    start(preloadLauncher, {QStringLiteral("stop"), QStringLiteral("false")});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::restartpreload(KxWebViewJSContext &context)
+{
+    start(preloadLauncher, {QStringLiteral("restart"), QStringLiteral("false")});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::screenshots(KxWebViewJSContext &context)
+{
+    emit sigShowMinimized();
+    QEventLoop loop;
+    QTimer::singleShot(minimiseMs, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (const auto grab = KToolManager::instance().screenGrab())
+        grab();
+    setResult(context, resultSuccess);
+    emit sigShowNormal();
+}
+
+void KVyrAssistantToolAPI::recordscreen(KxWebViewJSContext &context)
+{
+    start(inResources(screenRecorder), {});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::contentreplace(KxWebViewJSContext &context)
+{
+    start(inResources(editingTool), {QStringLiteral("-replacefile")});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::apilog(KxWebViewJSContext &context)
+{
+    start(inResources(editingTool), {QStringLiteral("-apilog")});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::copytoclipboard(KxWebViewJSContext &context)
+{
+    QGuiApplication::clipboard()->setText(textArgument(context, QStringLiteral("verification")));
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::addconfigfile(KxWebViewJSContext &context)
+{
+    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"));
+    const QFileInfo file(path);
+    if (path.isEmpty() || !file.exists()) {
+        setResult(context, resultError);
+        return;
+    }
+    KToolManager::instance().infoHelp.addOftenFile(file.fileName(), path);
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::feedbacktovyr(KxWebViewJSContext &context)
+{
+    m_collectionPage = textArgument(context, QStringLiteral("infopage"));
+}
+
+void KVyrAssistantToolAPI::getcollectionpage(KxWebViewJSContext &context)
+{
+    QJsonObject page{{QStringLiteral("page"), m_collectionPage}};
+    if (m_collectionPage == QLatin1String("layout"))
+        page.insert(QStringLiteral("file"), m_layoutProblemFile);
+    else if (m_collectionPage == QLatin1String("print"))
+        page.insert(QStringLiteral("file"), m_printProblemFile);
+    setResult(context, page);
+}

@@ -1,0 +1,65 @@
+#include "bridge/answer.h"
+#include "bridge/ktoolmanager.h"
+#include "bridge/kvyrassistanttoolapi.h"
+
+using namespace OfficeAssiant;
+
+namespace {
+
+const QString searchView = QStringLiteral("searchfile");
+const QString crashView = QStringLiteral("crash");
+const QString environmentCheckView = QStringLiteral("vyrrunningcheck");
+
+} // namespace
+
+void KVyrAssistantToolAPI::mousePress(KxWebViewJSContext &)
+{
+    emit sigMousePress();
+}
+
+void KVyrAssistantToolAPI::mouseRelease(KxWebViewJSContext &)
+{
+    emit sigMouseRelease();
+}
+
+void KVyrAssistantToolAPI::closemainwindow(KxWebViewJSContext &)
+{
+    emit sigCloseMainWindow();
+}
+
+void KVyrAssistantToolAPI::showminimized(KxWebViewJSContext &)
+{
+    emit sigShowMinimized();
+}
+
+void KVyrAssistantToolAPI::router(KxWebViewJSContext &context)
+{
+    const QString page = textArgument(context, QStringLiteral("page"));
+    const QString type = textArgument(context, QStringLiteral("type"));
+    auto &manager = KToolManager::instance();
+
+    notifyHiddenTip(QStringLiteral("show"));
+    if (type == searchView)
+        manager.fsSearch.RunEverythingDaemon();
+    else if (type == crashView && manager.dumpHelp.isDumpSavingEnabled())
+        manager.dumpHelp.startWatching();
+    emit sigChangeHtmlPage(page);
+    emit sigShowChildWindow(page);
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
+{
+    auto &manager = KToolManager::instance();
+    m_collectionPage.clear();
+    manager.fsSearch.StopSearch();
+    // Whichever page closes its view, it is the main page that shows the tip.
+    if (KVyrAssistantToolAPI *mainPage = manager.mainPageBridge())
+        mainPage->notifyHiddenTip(QStringLiteral("hide"));
+    const QString type = textArgument(context, QStringLiteral("type"));
+    if (type == crashView)
+        manager.dumpHelp.stopWatching();
+    else if (type == environmentCheckView)
+        manager.envCheckThread.requestStop();
+    emit sigCloseChildWindow();
+}

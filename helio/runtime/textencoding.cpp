@@ -1,0 +1,15 @@
+#include "helio/runtime/textencoding.h"
+
+#include <QTextCodec>
+
+#include <clocale>
+#include <cstring>
+
+#include <langinfo.h>
+
+void helio::assumeUtf8WithoutLocale()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}

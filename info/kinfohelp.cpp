@@ -1,0 +1,193 @@
+#include "info/kinfohelp.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <sys/utsname.h>
+
+#include "info/otherofficesuites.h"
+#include "info/runcommand.h"
+#include "plugin/scriptstaging.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString applicationsDirectory = QStringLiteral("/usr/share/applications/");
+const QString cpuCommand = QStringLiteral("cat /proc/cpuinfo | grep name | cut -f2 -d:");
+/// The line feed is part of the format that fc-list gets.
+const QString fontCommand = QStringLiteral("fc-list -f \"%-40{family[0]}%{style} \n\"");
+const QString envCommand = QStringLiteral("env");
+const QChar listSeparator = QLatin1Char('|');
+
+QString joined(const QStringList &lines)
+{
+    return lines.join(listSeparator);
+}
+
+QString permissionText(QFile::Permissions permissions)
+{
+    const auto digits = [permissions](QFile::Permission read, QFile::Permission write,
+                                      QFile::Permission execute) {
+        QString text;
+        for (const QFile::Permission right : {read, write, execute})
+            text += QLatin1Char(permissions.testFlag(right) ? '1' : '0');
+        return text;
+    };
+    return digits(QFile::ReadOwner, QFile::WriteOwner, QFile::ExeOwner) + QLatin1Char('-') +
+           digits(QFile::ReadGroup, QFile::WriteGroup, QFile::ExeGroup) + QLatin1Char('-') +
+           digits(QFile::ReadOther, QFile::WriteOther, QFile::ExeOther);
+}
+
+void lookAt(FilePermEntry *entry)
+{
+    *entry = FilePermEntry{entry->name, entry->path, {}, {}, {}, {}};
+    const QFileInfo file(entry->path);
+    if (!file.exists())
+        return;
+    entry->owner = file.owner();
+    entry->group = file.group();
+    entry->permissions = permissionText(file.permissions());
+    entry->modified = file.lastModified().toString(QStringLiteral("hh:mm:ss"));
+}
+
+/// The paths stand unquoted in the command: a blank splits one in two.
+bool startListing(const QString &output, const QStringList &paths)
+{
+    const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
+    if (script.isEmpty())
+        return false;
+    const QStringList words = QStringList{QStringLiteral("bash"), script, output} + paths;
+    startCommand(words.join(QLatin1Char(' ')));
+    return true;
+}
+
+} // namespace
+
+KInfoHelp::KInfoHelp(QObject *parent) : QObject(parent)
+{
+    const QString home = QDir::homePath() + QDir::separator();
+    addOftenFile(QStringLiteral("Office.conf"),
+                 home + QStringLiteral(".config/Orvane/Office.conf"));
+    addOftenFile(QStringLiteral(".config"), home + QStringLiteral(".config"));
+    addOftenFile(QStringLiteral("Orvane"), home + QStringLiteral(".config/Orvane"));
+}
+
+KInfoHelp::~KInfoHelp() = default;
+
+QString KInfoHelp::getKernelInfo()
+{
+    utsname names;
+    if (::uname(&names) == 0)
+        m_kernelInfo =
+            QStringLiteral("%1 %2  %3")
+                .arg(QString::fromLatin1(names.sysname), QString::fromLatin1(names.release),
+                     QString::fromLatin1(names.machine));
+    return m_kernelInfo;
+}
+
+QStringList KInfoHelp::getBrowserInfo()
+{
+    const QString script = stagedScript(QStringLiteral("getbrowserinfo.sh"));
+    if (script.isEmpty())
+        return {QString()};
+    std::optional<QByteArray> output = readCommandOutput(QStringLiteral("bash ") + script);
+    if (!output)
+        return {};
+    // The end-of-file value, read like a character, is part of what the page gets.
+    output->append('\xff');
+    m_browserInfo = QString::fromLocal8Bit(output->constData());
+    return m_browserInfo.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QStringList KInfoHelp::getCpuInfo()
+{
+    m_cpuInfo = runCommand(cpuCommand);
+    return m_cpuInfo.split(QLatin1Char('\n'));
+}
+
+QStringList KInfoHelp::getFontInfo()
+{
+    m_fontInfo = runCommand(fontCommand);
+    QStringList faces = m_fontInfo.split(QLatin1Char('\n'));
+    faces.sort(Qt::CaseSensitive);
+    return faces;
+}
+
+QStringList KInfoHelp::getEnvInfo()
+{
+    m_envInfo = runCommand(envCommand);
+    return m_envInfo.split(QLatin1Char('\n'));
+}
+
+QStringList KInfoHelp::getOtherOfficeInfo() const
+{
+    return otherOfficeSuites(applicationsDirectory);
+}
+
+QString KInfoHelp::getVersionInfo() const
+{
+    QSettings setup(QCoreApplication::applicationDirPath() + QDir::separator() +
+                        QStringLiteral("cfgs") + QDir::separator() + QStringLiteral("setup.cfg"),
+                    QSettings::IniFormat);
+    setup.beginGroup(QStringLiteral("Version"));
+    const auto number = [&setup](const char *key) {
+        return setup.value(QLatin1String(key), QStringLiteral("0")).toString();
+    };
+    return QStringLiteral("Version:%1.%2.%3.%4")
+        .arg(number("MajorVersion"), number("FirstVersion"), number("SecondVersion"),
+             number("Version"));
+}
+
+QJsonObject KInfoHelp::environmentSnapshot()
+{
+    // The probes run in this order, whatever the order of the keys is.
+    QJsonObject snapshot;
+    snapshot.insert(QStringLiteral("sysinfo"), getKernelInfo());
+    snapshot.insert(QStringLiteral("vyrinfo"), getVersionInfo());
+    snapshot.insert(QStringLiteral("officeinfo"), joined(getOtherOfficeInfo()));
+    snapshot.insert(QStringLiteral("browserinfo"), joined(getBrowserInfo()));
+    snapshot.insert(QStringLiteral("fontinfo"), joined(getFontInfo()));
+    snapshot.insert(QStringLiteral("cpuInfo"), joined(getCpuInfo()));
+    snapshot.insert(QStringLiteral("envInfo"), joined(getEnvInfo()));
+    return snapshot;
+}
+
+QJsonObject KInfoHelp::extractFileInfo()
+{
+    QJsonObject details;
+    for (FilePermEntry &entry : m_oftenFiles) {
+        lookAt(&entry);
+        details.insert(entry.name,
+                       joined({entry.owner, entry.group, entry.permissions, entry.modified}));
+    }
+    return details;
+}
+
+const QVector<FilePermEntry> &KInfoHelp::oftenFiles() const
+{
+    return m_oftenFiles;
+}
+
+void KInfoHelp::addOftenFile(const QString &name, const QString &path)
+{
+    m_oftenFiles.append({name, path, {}, {}, {}, {}});
+}
+
+bool KInfoHelp::exportOftenFilePermissions(const QString &output) const
+{
+    QStringList paths;
+    for (const FilePermEntry &entry : m_oftenFiles)
+        paths.append(entry.path);
+    return startListing(output, paths);
+}
+
+bool KInfoHelp::exportSpecialFilePermissions(const QString &output, const QString &file) const
+{
+    return startListing(output, {file});
+}
+
+} // namespace OfficeAssiant

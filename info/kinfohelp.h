@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+
+#include "info/filepermentry.h"
+#include "info/reportsections.h"
+
+namespace OfficeAssiant {
+
+/// Finds out what the machine is: the probes behind the system information report, the snapshot
+/// for the page and the details of often-used paths. Everything runs on the calling thread and
+/// again at each call; a probe that fails gives empty text.
+class KInfoHelp : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit KInfoHelp(QObject *parent = nullptr);
+    ~KInfoHelp() override;
+
+    /// System name, release and hardware name of uname(2).
+    QString getKernelInfo();
+
+    /// The version line of each web browser found. The last one ends with a stray character that
+    /// the page cuts off.
+    QStringList getBrowserInfo();
+
+    /// The model name of each logical processor, from /proc/cpuinfo.
+    QStringList getCpuInfo();
+
+    /// A line for each installed font face (fc-list), sorted.
+    QStringList getFontInfo();
+
+    /// The environment of this process, name=value.
+    QStringList getEnvInfo();
+
+    /// A line for each desktop entry of another office suite: name, localized name, command.
+    QStringList getOtherOfficeInfo() const;
+
+    /// Appends a report with the chosen sections to the file @p path. A probe whose result is
+    /// known from an earlier run is not run again, except for the other office suites. Nothing
+    /// happens when the file cannot be opened.
+    void writeSysInfoReport(const QString &path, const ReportSections &sections);
+
+    /// The suite's version, "Version:a.b.c.d", from its setup configuration.
+    QString getVersionInfo() const;
+
+    /// All probes for the page: "sysinfo", "vyrinfo", "officeinfo", "browserinfo", "fontinfo",
+    /// "cpuInfo" and "envInfo", lists joined with "|".
+    QJsonObject environmentSnapshot();
+
+    /// For each often-used path, by its name: owner, group, permissions and modification time
+    /// joined with "|".
+    QJsonObject extractFileInfo();
+
+    /// The paths whose permissions are listed; the list starts with the suite's settings.
+    const QVector<FilePermEntry> &oftenFiles() const;
+    void addOftenFile(const QString &name, const QString &path);
+
+    /// Starts to append a listing (ls -dl) of the often-used paths to the file @p output. False
+    /// when the script that does so cannot be had.
+    bool exportOftenFilePermissions(const QString &output) const;
+
+    /// The same for the one path @p file.
+    bool exportSpecialFilePermissions(const QString &output, const QString &file) const;
+
+private:
+    QVector<FilePermEntry> m_oftenFiles;
+    QString m_kernelInfo;
+    QString m_browserInfo;
+    QString m_cpuInfo;
+    QString m_fontInfo;
+    QString m_userInfo;
+    QString m_envInfo;
+};
+
+} // namespace OfficeAssiant

@@ -1,0 +1,47 @@
+#include "info/otherofficesuites.h"
+
+#include <QDir>
+#include <QSettings>
+
+#include "info/initext.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString nameFilter = QStringLiteral("*%1*.desktop");
+const QStringList suiteNames{QStringLiteral("yozo"), QStringLiteral("libreoffice"),
+                             QStringLiteral("free18")};
+/// The database program opens no documents.
+const QString leftOutPrefix = QStringLiteral("libreoffice-base");
+constexpr int nameColumns = 10;
+
+QString describe(const QString &directory, const QString &fileName)
+{
+    QSettings entry(directory + fileName, QSettings::IniFormat);
+    entry.beginGroup(QStringLiteral("Desktop Entry"));
+    QString line = entry.value(QStringLiteral("Name"), fileName).toString() + QLatin1Char(' ');
+    QString localizedName = decodedIniText(entry.value(QStringLiteral("Name[zh_CN]")));
+    if (localizedName.isEmpty())
+        localizedName = decodedIniText(entry.value(QStringLiteral("GenericName[zh_CN]")));
+    line = (line + localizedName).leftJustified(nameColumns);
+    return line + entry.value(QStringLiteral("Exec"), QStringLiteral(" ")).toString();
+}
+
+} // namespace
+
+QStringList otherOfficeSuites(const QString &directory)
+{
+    QStringList filters;
+    for (const QString &name : suiteNames)
+        filters.append(nameFilter.arg(name));
+    const QStringList files = QDir(directory).entryList(filters, QDir::Files, QDir::Unsorted);
+    QStringList lines;
+    for (const QString &file : files) {
+        if (!file.startsWith(leftOutPrefix))
+            lines.append(describe(directory, file));
+    }
+    return lines;
+}
+
+} // namespace OfficeAssiant

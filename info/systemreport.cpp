@@ -1,0 +1,95 @@
+#include "info/kinfohelp.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QLatin1String lineEnd("\r\n");
+
+QString marker(const char *section, const char *edge)
+{
+    return QStringLiteral("************%1-%2***********\r\n")
+        .arg(QLatin1String(section), QLatin1String(edge));
+}
+
+/// Writes a section: @p writeContent between its two marker lines.
+template<typename WriteContent>
+void writeSection(QTextStream &stream, const char *section, WriteContent writeContent)
+{
+    stream << marker(section, "begin");
+    writeContent();
+    stream << marker(section, "end");
+}
+
+void writeLines(QTextStream &stream, const QStringList &lines)
+{
+    for (const QString &line : lines) {
+        if (!line.isEmpty())
+            stream << line << lineEnd;
+    }
+}
+
+void writeLines(QTextStream &stream, const QString &text)
+{
+    writeLines(stream, text.split(QLatin1Char('\n')));
+}
+
+QString loginName()
+{
+    const passwd *entry = ::getpwuid(::getuid());
+    return entry ? QString::fromUtf8(entry->pw_name) : QString();
+}
+
+} // namespace
+
+void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &sections)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+        return;
+    QTextStream stream(&file);
+    if (sections.kernel) {
+        if (m_kernelInfo.isEmpty())
+            getKernelInfo();
+        writeSection(stream, "kernel", [&] { stream << m_kernelInfo << lineEnd; });
+    }
+    if (sections.browser) {
+        if (m_browserInfo.isEmpty())
+            getBrowserInfo();
+        writeSection(stream, "browser", [&] { writeLines(stream, m_browserInfo); });
+    }
+    if (sections.cpu) {
+        if (m_cpuInfo.isEmpty())
+            getCpuInfo();
+        writeSection(stream, "cpu", [&] {
+            writeLines(stream, m_cpuInfo);
+            // Readers of the report expect the processors a second time, as they were printed.
+            stream << m_cpuInfo << lineEnd;
+        });
+    }
+    if (sections.font) {
+        if (m_fontInfo.isEmpty())
+            getFontInfo();
+        writeSection(stream, "font", [&] { writeLines(stream, m_fontInfo); });
+    }
+    if (sections.user) {
+        if (m_userInfo.isEmpty())
+            m_userInfo = loginName();
+        writeSection(stream, "user", [&] { stream << m_userInfo << lineEnd; });
+    }
+    if (sections.env) {
+        if (m_envInfo.isEmpty())
+            getEnvInfo();
+        writeSection(stream, "env", [&] { writeLines(stream, m_envInfo); });
+    }
+    if (sections.otherOffice)
+        writeSection(stream, "otheroffice", [&] { writeLines(stream, getOtherOfficeInfo()); });
+}
+
+} // namespace OfficeAssiant

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+
+#include "helio/headless/headlessshell.h"
+
+namespace testsupport {
+
+/// The pages of the plug-in that is linked into the test, with all that happens written down.
+class RecordingShell
+{
+public:
+    /// Registers the page with the shell and makes the main page.
+    RecordingShell();
+    ~RecordingShell();
+
+    /// Sends a command from the page "main" or "child"; @p choices answer its file dialogs. Gives
+    /// the envelope: {"result": …}, {} or {"error": …}.
+    QJsonObject call(const QString &command, const QJsonObject &args = {},
+                     const QStringList &choices = {}, const QString &page = QStringLiteral("main"));
+
+    /// The events so far, in order.
+    const QList<QJsonObject> &events() const;
+
+    /// The events of that type so far, in order.
+    QList<QJsonObject> events(const QString &type) const;
+
+    /// Processes events until an event of that type, and callback if one is named, has come since
+    /// the last call of forget(); null object when none came within five seconds.
+    QJsonObject waitFor(const QString &type, const QString &callback = QString());
+
+    void forget();
+
+    helio::HeadlessShell &shell();
+
+private:
+    QList<QJsonObject> m_events;
+    helio::HeadlessShell m_shell;
+};
+
+} // namespace testsupport
