@@ -1,0 +1,34 @@
+// Taking turns and taking medians: the ways in which every figure is measured.
+
+export function median(values) {
+    const sorted = [...values].sort((a, b) => a - b);
+    const middle = Math.floor(sorted.length / 2);
+    return sorted.length % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
+}
+
+/**
+ * Measures two things in turn and gives the ratio of their medians.
+ * @param {number} rounds how often each is measured, after one round that does not count
+ */
+export async function compare(rounds, measureOurs, measurePeer) {
+    const ours = [];
+    const peer = [];
+    for (let round = 0; round <= rounds; round++) {
+        const oursValue = await measureOurs();
+        const peerValue = await measurePeer();
+        if (round > 0) {
+            ours.push(oursValue);
+            peer.push(peerValue);
+        }
+    }
+    return { ours: median(ours), peer: median(peer), ratio: median(ours) / median(peer) };
+}
+
+/**
+ * One line of the results.
+ * @param {{ours: number, peer: number, ratio: number}} comparison
+ * @param {number | null} goal the ratio that is good enough, if there is one
+ */
+export function figure(name, unit, comparison, goal) {
+    return { name, unit, goal, ...comparison };
+}

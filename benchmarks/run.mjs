@@ -1,0 +1,31 @@
+// Measures every figure, prints a line for each and writes them to out/bench.json.
+
+import { mkdirSync, writeFileSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+import { commandLineFigures } from './commandline.mjs';
+import { windowFigures } from './window.mjs';
+
+const root = fileURLToPath(new URL('..', import.meta.url));
+const office = `${root}build/suite/office`;
+const programs = {
+    assistantctl: `${office}/assistantctl`,
+    shell: `${office}/helio-shell`,
+    html: `${office}/addons/vyrassistanttool/officeassistant/resource/html/index.html`,
+    bareApplication: `${root}build/benchmarks/bare_application`,
+    bareView: `${root}build/benchmarks/bare_view`,
+};
+
+function line({ name, unit, goal, ours, peer, ratio }) {
+    const verdict = goal === null ? '' : ` (goal ${goal} or less: ${ratio <= goal ? 'met' : 'MISSED'})`;
+    return `${name}: ${ratio.toFixed(2)} = ${ours.toPrecision(3)} ${unit} / ${peer.toPrecision(3)} ${unit}${verdict}`;
+}
+
+const figures = [];
+for (const measure of [commandLineFigures, windowFigures]) {
+    for (const measured of await measure(programs)) {
+        figures.push(measured);
+        console.log(line(measured));
+    }
+}
+mkdirSync(`${root}out`, { recursive: true });
+writeFileSync(`${root}out/bench.json`, JSON.stringify(figures, null, 4) + '\n');
