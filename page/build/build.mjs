@@ -1,0 +1,133 @@
+import { mkdir, readFile, readdir, rm, writeFile } from 'node:fs/promises';
+import { join, resolve } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { parseArgs } from 'node:util';
+import { build as buildScript, transform } from 'esbuild';
+import { bundle } from './bundle.mjs';
+import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
+import { htmlPage } from './htmlpage.mjs';
+
+const source = fileURLToPath(new URL('../src', import.meta.url));
+
+/** Scripts that all views share, in loading order, with what they provide to later ones. */
+const shared = [
+    {
+        name: 'foundation',
+        globalName: 'PageFoundation',
+        provides: { vue: 'PageFoundation.Vue', 'vue-i18n': 'PageFoundation.VueI18n' },
+    },
+    { name: 'elements', globalName: 'PageElements', provides: { '@/elements': 'PageElements' } },
+];
+
+/** The home page is the one that the host opens first; every other view is named as its folder. */
+function pageFile(view) {
+    return view === 'home' ? 'index.html' : `${view}.html`;
+}
+
+async function bundleShared() {
+    const globals = {};
+    const bundles = [];
+    for (const { name, globalName, provides } of shared) {
+        const entry = join(source, name, 'index.ts');
+        bundles.push({
+            ...(await bundle({ name, entry, globalName, globals: { ...globals } })),
+            provides,
+        });
+        Object.assign(globals, provides);
+    }
+    return { bundles, globals };
+}
+
+async function headPieces() {
+    const style = await readFile(join(source, 'shared/critical.css'), 'utf8');
+    const options = { target: 'chrome87', minify: true };
+    const minifiedStyle = await transform(style, { ...options, loader: 'css' });
+    const script = await buildScript({
+        ...options,
+        entryPoints: [join(source, 'shared/boot.ts')],
+        bundle: true,
+        format: 'iife',
+        write: false,
+    });
+    return {
+        criticalStyle: minifiedStyle.code.trim(),
+        bootScript: script.outputFiles[0].text.trim(),
+        outline: (await readFile(join(source, 'shared/outline.html'), 'utf8')).trim(),
+    };
+}
+
+async function viewTitles(view) {
+    const titles = {};
+    for (const [language, file] of [['en', 'en.json'], ['zh-CN', 'zh-CN.json']]) {
+        const catalogue = JSON.parse(await readFile(join(source, 'locales', file), 'utf8'));
+        const title = catalogue.views[view]?.title;
+        if (!title) throw new Error(`${file} has no title for the view "${view}"`);
+        titles[language] = title;
+    }
+    return titles;
+}
+
+/** All files of the page, by name. */
+async function buildFiles() {
+    const files = new Map();
+    const addBundle = ({ name, script, style }) => {
+        files.set(`${name}.js`, script);
+        if (style) files.set(`${name}.css`, style);
+    };
+    const { bundles, globals } = await bundleShared();
+    bundles.forEach(addBundle);
+    const head = await headPieces();
+    const folders = await readdir(join(source, 'views'), { withFileTypes: true });
+    for (const view of folders.filter((item) => item.isDirectory()).map((item) => item.name)) {
+        const entry = join(source, 'views', view, 'main.ts');
+        const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
+        addBundle(own);
+        const used = bundles.filter(({ provides }) =>
+            Object.keys(provides).some((module) => own.imports.includes(module)));
+        const parts = [...used, own];
+        files.set(pageFile(view), htmlPage({
+            ...head,
+            titles: await viewTitles(view),
+            scripts: parts.map(({ name }) => `${name}.js`),
+            styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
+        }));
+    }
+    return files;
+}
+
+function checkFiles(files) {
+    const problems = [];
+    for (const [name, content] of files) {
+        const found = name.endsWith('.js') ? unsupportedInScript(content, name.slice(0, -3))
+            : name.endsWith('.css') ? unsupportedInStyle(content) : [];
+        if (found.length) problems.push(`${name}: ${found.join(', ')}`);
+    }
+    if (problems.length) {
+        throw new Error(`The embedded Chromium 87 lacks what these files use:\n${
+            problems.join('\n')}`);
+    }
+}
+
+/** Empties `directory` first, unless what is in it does not look like an earlier build. */
+async function writeFiles(files, directory) {
+    const present = await readdir(directory).catch(() => []);
+    if (present.length && !present.includes('index.html')) {
+        throw new Error(`${directory} holds other files; name a directory of the page's own`);
+    }
+    await rm(directory, { recursive: true, force: true });
+    await mkdir(directory, { recursive: true });
+    for (const [name, content] of files) await writeFile(join(directory, name), content);
+}
+
+const { values } = parseArgs({ options: { outDir: { type: 'string', default: 'dist' } } });
+try {
+    const files = await buildFiles();
+    checkFiles(files);
+    await writeFiles(files, resolve(values.outDir));
+    for (const [name, content] of files) {
+        console.log(`${String(Buffer.byteLength(content)).padStart(8)} ${name}`);
+    }
+} catch (error) {
+    console.error(error instanceof Error ? error.message : error);
+    process.exitCode = 1;
+}

@@ -1,0 +1,59 @@
+import type { Decoder } from './decode';
+import { type Outcome, UnreadableAnswer } from './outcome';
+import type { CommandName, Envelope, Host } from './wire';
+
+/** Sends commands to the host, if there is one, and sorts what comes back. */
+export class Caller {
+    constructor(private readonly host: () => Host | undefined) {}
+
+    /** Whether there is a host at all. */
+    get hasHost(): boolean {
+        return this.host() !== undefined;
+    }
+
+    /** A command that answers with a result, which `decode` reads. */
+    async ask<Value>(
+        command: CommandName,
+        decode: Decoder<Value>,
+        args?: Record<string, unknown>,
+    ): Promise<Outcome<Value>> {
+        const sent = await this.send(command, args);
+        if (sent.kind !== 'done') return sent;
+        const { result } = sent.value;
+        if (result === undefined) return { kind: 'unanswered' };
+        if (result === 'error') return { kind: 'failed' };
+        if (result === 'parame error') return { kind: 'badRequest' };
+        try {
+            return { kind: 'done', value: decode(result) };
+        } catch (error) {
+            if (error instanceof UnreadableAnswer) {
+                return { kind: 'unreadable', reason: error.message };
+            }
+            throw error;
+        }
+    }
+
+    /** A command that sets no result by design: that it ran is all there is to know. */
+    async tell(command: CommandName, args?: Record<string, unknown>): Promise<Outcome<void>> {
+        const sent = await this.send(command, args);
+        return sent.kind === 'done' ? { kind: 'done', value: undefined } : sent;
+    }
+
+    private async send(
+        command: CommandName,
+        args?: Record<string, unknown>,
+    ): Promise<Outcome<Envelope>> {
+        const host = this.host();
+        if (!host) return { kind: 'absent' };
+        try {
+            const envelope = await host.call(command, args);
+            if (typeof envelope !== 'object' || envelope === null) {
+                return { kind: 'unreadable', reason: 'no envelope' };
+            }
+            return { kind: 'done', value: envelope };
+        } catch (error) {
+            const reason = error instanceof Error ? error.message : String(error);
+            return { kind: 'refused', reason };
+        }
+    }
+}

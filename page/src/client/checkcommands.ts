@@ -1,0 +1,30 @@
+import type { Caller } from './caller';
+import { success, text, textTable } from './decode';
+import type { CheckFinding } from './notices';
+
+/**
+ * Kept answers are keyed check-component. A component has no hyphen, a check may have one; the
+ * names arrive byte by byte, so only ASCII survives.
+ */
+function keptFindings(result: unknown): CheckFinding[] {
+    return Object.entries(textTable(result)).map(([key, value]) => {
+        const cut = key.lastIndexOf('-');
+        return cut < 0
+            ? { check: key, component: '', value }
+            : { check: key.slice(0, cut), component: key.slice(cut + 1), value };
+    });
+}
+
+/** Checks of the suite's environment and of the input method. */
+export function checkCommands(caller: Caller) {
+    return {
+        /** The finding comes as a notice. */
+        startCheck: (check: string, component: string, argument = '') =>
+            caller.ask('vyrenvcheck', success, { type: check, app: component, arg: argument }),
+        /** Fails when no check has been run yet. */
+        keptFindings: () => caller.ask('getvyrenvcheckedresult', keptFindings),
+        openPluginCheck: () => caller.ask('runfirefoxplugin', success),
+        /** A code such as "ERR_OK", or its translation by the suite. */
+        checkInputMethod: () => caller.ask('inputcheck', text),
+    };
+}

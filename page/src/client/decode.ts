@@ -1,0 +1,69 @@
+import { UnreadableAnswer } from './outcome';
+
+/** Reads the result of a command; throws UnreadableAnswer for another shape. */
+export type Decoder<Value> = (result: unknown) => Value;
+
+export type Members = Record<string, unknown>;
+
+export function text(result: unknown): string {
+    if (typeof result !== 'string') throw new UnreadableAnswer(`no text: ${typeof result}`);
+    return result;
+}
+
+export function flag(result: unknown): boolean {
+    if (typeof result !== 'boolean') throw new UnreadableAnswer(`no flag: ${typeof result}`);
+    return result;
+}
+
+export function members(result: unknown): Members {
+    if (typeof result !== 'object' || result === null || Array.isArray(result)) {
+        throw new UnreadableAnswer('no object');
+    }
+    return result as Members;
+}
+
+export function list(result: unknown): unknown[] {
+    if (!Array.isArray(result)) throw new UnreadableAnswer('no list');
+    return result;
+}
+
+/** The answer of a command that only acts. */
+export function success(result: unknown): void {
+    if (result !== 'success') throw new UnreadableAnswer('neither success nor error');
+}
+
+/** Text that travels as the base64 of its UTF-8 bytes. */
+export function base64Text(result: unknown): string {
+    let bytes: string;
+    try {
+        bytes = atob(text(result));
+    } catch (error) {
+        if (error instanceof UnreadableAnswer) throw error;
+        throw new UnreadableAnswer('no base64 text');
+    }
+    return new TextDecoder().decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
+}
+
+export function toBase64Text(value: string): string {
+    let bytes = '';
+    for (const byte of new TextEncoder().encode(value)) bytes += String.fromCharCode(byte);
+    return btoa(bytes);
+}
+
+/** The non-empty, trimmed pieces of a list that was joined with "|". */
+export function joinedList(result: unknown): string[] {
+    return text(result).split('|').map((piece) => piece.trim()).filter((piece) => piece !== '');
+}
+
+/** The values of an object keyed "1", "2", … in that order. */
+export function numberedLines(result: unknown): string[] {
+    return Object.entries(members(result))
+        .sort(([first], [second]) => Number(first) - Number(second))
+        .map(([, line]) => text(line));
+}
+
+/** An object whose members are all text. */
+export function textTable(result: unknown): Record<string, string> {
+    return Object.fromEntries(
+        Object.entries(members(result)).map(([name, value]) => [name, text(value)]));
+}

@@ -1,0 +1,49 @@
+/**
+ * The library as the page sees it. Only this folder knows how commands, arguments and answers
+ * travel.
+ */
+import { Caller } from './caller';
+import { checkCommands } from './checkcommands';
+import { desktopCommands } from './desktopcommands';
+import { documentCommands } from './documentcommands';
+import { dumpCommands } from './dumpcommands';
+import { feedbackCommands } from './feedbackcommands';
+import { launcherCommands } from './launchercommands';
+import { Notices, type NoticeTarget } from './notices';
+import { searchCommands } from './searchcommands';
+import { serverCommands } from './servercommands';
+import { systemCommands } from './systemcommands';
+import { updateCommands } from './updatecommands';
+import { windowCommands } from './windowcommands';
+import type { Host } from './wire';
+
+export type { Failure, Outcome } from './outcome';
+export type { CheckFinding, SearchHit } from './notices';
+export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
+export type { ViewType } from './windowcommands';
+
+/** All commands over `host`; later answers arrive on functions of `target`. */
+export function createClient(host: () => Host | undefined, target: NoticeTarget) {
+    const caller = new Caller(host);
+    const notices = new Notices(target, (name, reason) =>
+        console.warn(`An unreadable ${name} notice was left out: ${reason}`));
+    return {
+        get hasHost(): boolean {
+            return caller.hasHost;
+        },
+        listen: notices.listen.bind(notices),
+        ...windowCommands(caller),
+        ...launcherCommands(caller),
+        ...searchCommands(caller),
+        ...systemCommands(caller),
+        ...dumpCommands(caller),
+        ...checkCommands(caller),
+        ...updateCommands(caller),
+        ...feedbackCommands(caller),
+        ...desktopCommands(caller),
+        ...documentCommands(caller),
+        ...serverCommands(caller),
+    };
+}
+
+export type Client = ReturnType<typeof createClient>;

@@ -1,0 +1,12 @@
+import type { Caller } from './caller';
+import { success } from './decode';
+
+/** File search; hits come as notices. */
+export function searchCommands(caller: Caller) {
+    return {
+        /** Stops an earlier search; an empty keyword only does that. */
+        startSearch: (keyword: string) => caller.tell('startsearchfile', { keyword }),
+        /** Unanswered when the host considers the file unsafe to open. */
+        openFoundFile: (file: string) => caller.ask('opensearchfile', success, { file }),
+    };
+}

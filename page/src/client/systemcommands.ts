@@ -1,0 +1,81 @@
+import type { Caller } from './caller';
+import { members, numberedLines, list, success, text, textTable } from './decode';
+import { UnreadableAnswer } from './outcome';
+import { systemSnapshot } from './systemsnapshot';
+
+export interface Process {
+    id: number;
+    user: string;
+    /** Per cent of the machine's memory. */
+    memory: number;
+    /** Per cent of one processor. */
+    processor: number;
+    command: string;
+}
+
+export interface MachineMemory {
+    /** Null when the machine did not tell. */
+    usedPercent: number | null;
+    totalGibibytes: number | null;
+}
+
+export interface FilePermissions {
+    name: string;
+    exists: boolean;
+    owner: string;
+    group: string;
+    /** Like 110-100-100: read, write, execute for owner, group and others. */
+    permissions: string;
+    /** Time of day of the last change. */
+    modified: string;
+}
+
+function process(line: string): Process {
+    const [id = '', user = '', memory = '', processor = '', ...command] = line.trim().split(/ +/);
+    return {
+        id: Number(id),
+        user,
+        memory: decimal(memory) ?? 0,
+        processor: decimal(processor) ?? 0,
+        command: command.join(' '),
+    };
+}
+
+/** `top` writes a decimal comma in many locales. */
+function decimal(number: string): number | null {
+    const value = Number.parseFloat(number.replace(',', '.'));
+    return Number.isFinite(value) ? value : null;
+}
+
+function processes(result: unknown): Process[] {
+    const [table] = list(result);
+    if (table === undefined) throw new UnreadableAnswer('no process table');
+    return numberedLines(table).filter((line) => line.trim() !== '').map(process);
+}
+
+function machineMemory(result: unknown): MachineMemory {
+    const { percentage, all } = members(result);
+    return { usedPercent: decimal(text(percentage)), totalGibibytes: decimal(text(all)) };
+}
+
+function filePermissions(result: unknown): FilePermissions[] {
+    return Object.entries(textTable(result)).map(([name, joined]) => {
+        const [owner = '', group = '', permissions = '', modified = ''] = joined.split('|');
+        return { name, exists: permissions !== '', owner, group, permissions, modified };
+    });
+}
+
+/** System information, load and configuration files. */
+export function systemCommands(caller: Caller) {
+    return {
+        systemSnapshot: () => caller.ask('stratcheckenv', systemSnapshot),
+        /** Fails when the dialog was cancelled; unanswered when the report was not opened. */
+        exportReport: () => caller.ask('exportsysinfo', success),
+        configurationFiles: () => caller.ask('stratextractfileinfo', filePermissions),
+        exportConfigurationFiles: () => caller.ask('exportoftenfileperm', success),
+        exportOneFile: () => caller.ask('exportspecialfileperm', success),
+        busiestProcesses: () => caller.ask('getcpuinfo', processes),
+        largestProcesses: () => caller.ask('getmemoryinfo', processes),
+        machineMemory: () => caller.ask('getcomputermemory', machineMemory),
+    };
+}

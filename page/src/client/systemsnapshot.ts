@@ -1,0 +1,97 @@
+import { joinedList, members, text } from './decode';
+
+export interface Font {
+    family: string;
+    style: string;
+}
+
+export interface Variable {
+    name: string;
+    value: string;
+}
+
+/** The picture of the machine that the system report shows. */
+export interface SystemSnapshot {
+    kernel: string;
+    /** Null when no suite is installed beside the library. */
+    suiteVersion: string | null;
+    otherSuites: string[];
+    browsers: string[];
+    fonts: Font[];
+    processors: string[];
+    variables: Variable[];
+    /** The answer as it came. */
+    raw: Record<string, unknown>;
+}
+
+const familyColumn = 40;
+const styleWords = new RegExp(
+    '\\s*((?:(?:Extra|Semi|Demi|Ultra)?[ -]?'
+        + '(?:Thin|Light|Regular|Book|Medium|Bold|Black|Heavy|Italic|Oblique|Condensed)\\s*)+'
+        + '(?:,.*)?)$');
+
+/**
+ * A font line holds the family, padded to 40 bytes, and the style. A family that fills the column
+ * touches its style, which is then told by its usual words.
+ */
+export function font(line: string): Font {
+    const bytes = new TextEncoder().encode(line);
+    const decoder = new TextDecoder();
+    if (bytes.length <= familyColumn || bytes[familyColumn - 1] === 0x20) {
+        return {
+            family: decoder.decode(bytes.slice(0, familyColumn)).trim(),
+            style: firstName(decoder.decode(bytes.slice(familyColumn))),
+        };
+    }
+    const style = styleWords.exec(line.trimEnd());
+    return style
+        ? { family: line.slice(0, style.index).trim(), style: firstName(style[1] ?? '') }
+        : { family: line.trim(), style: '' };
+}
+
+/** A style is listed in every language that the font names it in, the English one first. */
+function firstName(style: string): string {
+    return (style.split(',')[0] ?? '').trim();
+}
+
+function fonts(result: unknown): Font[] {
+    // Untrimmed pieces: the padding of the family column parts family from style.
+    const lines = new Set(text(result).split('|').filter((line) => line.trim() !== ''));
+    return [...lines].map(font);
+}
+
+/** A value may hold the "|" that joins the list: a piece that is no assignment continues one. */
+function variables(result: unknown): Variable[] {
+    const found: Variable[] = [];
+    for (const piece of text(result).split('|')) {
+        const assignment = /^([A-Za-z_][^=\s]*)=([\s\S]*)$/.exec(piece);
+        const last = found[found.length - 1];
+        if (assignment) found.push({ name: assignment[1]!, value: assignment[2]! });
+        else if (last) last.value += `|${piece}`;
+    }
+    return found.sort((first, second) => (first.name < second.name ? -1 : 1));
+}
+
+/** The library appends the end of the browser probe's output as one byte 0xFF. */
+function browsers(result: unknown): string[] {
+    return joinedList(text(result).replace(/[\uFFFD\u00FF]$/, ''));
+}
+
+function suiteVersion(result: unknown): string | null {
+    const version = text(result).replace(/^Version:/, '');
+    return version === '0.0.0.0' ? null : version;
+}
+
+export function systemSnapshot(result: unknown): SystemSnapshot {
+    const raw = members(result);
+    return {
+        kernel: text(raw.sysinfo).trim(),
+        suiteVersion: suiteVersion(raw.vyrinfo),
+        otherSuites: joinedList(raw.officeinfo),
+        browsers: browsers(raw.browserinfo),
+        fonts: fonts(raw.fontinfo),
+        processors: joinedList(raw.cpuInfo),
+        variables: variables(raw.envInfo),
+        raw,
+    };
+}

@@ -1,0 +1,19 @@
+import type { Caller } from './caller';
+import { base64Text, flag, success, textTable } from './decode';
+
+/** The suite's updater: configuration, log and test runs. */
+export function updateCommands(caller: Caller) {
+    return {
+        updateLog: () => caller.ask('getlogfile', base64Text),
+        clearUpdateLog: () => caller.ask('clearlogfile', success),
+        updaterInstalled: () => caller.ask('getupdatesupport', flag),
+        updateConfiguration: () => caller.ask('getupdateconfig', textTable),
+        /** Neither key nor value may hold a "$", which parts them on the wire. */
+        changeUpdateConfiguration: (key: string, value: string) =>
+            caller.ask('changeupdateconfig', success, { keyvalue: `${key}$${value}` }),
+        testUpdate: () => caller.ask('testupdate', success),
+        testDailyReport: () => caller.ask('testdailyreport', success),
+        testUninstallReport: () => caller.ask('testuninstallreport', success),
+        testInstallReport: () => caller.tell('testinstallreport'),
+    };
+}

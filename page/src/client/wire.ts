@@ -1,0 +1,91 @@
+/** What the host hands to its page, and what the page offers to its host. */
+
+export interface Envelope {
+    result?: unknown;
+}
+
+export interface Host {
+    call(command: string, args?: Record<string, unknown>): Promise<Envelope>;
+    theme: 'light' | 'dark';
+    language: string;
+}
+
+/** The names under which the library calls the page later. */
+export const callbackNames = [
+    'hiddentipCallBack',
+    'startsearchfileCallBack',
+    'searchfilefinish',
+    'freshcrshpageCallBack',
+    'returnvyrenvcheck',
+] as const;
+
+export type CallbackName = (typeof callbackNames)[number];
+
+declare global {
+    interface Window extends Partial<Record<CallbackName, (envelope: Envelope) => void>> {
+        helio?: Host;
+    }
+}
+
+/** Every command of the library, in the order in which its bridge declares them. */
+export const commandNames = [
+    'mousePress',
+    'mouseRelease',
+    'closemainwindow',
+    'showminimized',
+    'router',
+    'stoppreload',
+    'restartpreload',
+    'screenshots',
+    'recordscreen',
+    'contentreplace',
+    'apilog',
+    'exportsysinfo',
+    'exportoftenfileperm',
+    'exportspecialfileperm',
+    'closechildwindow',
+    'chooselayouterrorfile',
+    'comparefont',
+    'openlaytouerrorfile',
+    'getDumpState',
+    'startDump',
+    'stopDump',
+    'cleardumpdir',
+    'openprinterrorfile',
+    'getcpuinfo',
+    'getmemoryinfo',
+    'getcomputermemory',
+    'getlogfile',
+    'getupdatesupport',
+    'getupdateconfig',
+    'testupdate',
+    'clearlogfile',
+    'testdailyreport',
+    'testuninstallreport',
+    'testinstallreport',
+    'changeupdateconfig',
+    'getdesktopiconfile',
+    'fixfouricon',
+    'fixoneicon',
+    'getassoopen',
+    'getassomime',
+    'fileassorepair',
+    'openremoveurlcheck',
+    'getvyrenvcheckedresult',
+    'runfirefoxplugin',
+    'vyrenvcheck',
+    'copytoclipboard',
+    'stratcheckenv',
+    'stratextractfileinfo',
+    'addconfigfile',
+    'inputcheck',
+    'feedbacktovyr',
+    'getcollectionpage',
+    'choosesamplefile',
+    'archivepackage',
+    'chooseattachment',
+    'opensearchfile',
+    'startsearchfile',
+] as const;
+
+export type CommandName = (typeof commandNames)[number];

@@ -1,0 +1,4 @@
+/** Runs inline in the head, so that the first paint already has the right theme and language. */
+import { applyPreferences, readPreferences } from './preferences';
+
+applyPreferences(readPreferences());

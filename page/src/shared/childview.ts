@@ -1,0 +1,30 @@
+import { onBeforeUnmount, onMounted } from 'vue';
+import type { ViewType } from '@/client';
+import { useClient } from './view';
+
+/** What the keys of a view in the child window do. */
+export interface ViewKeys {
+    runAgain?: () => void;
+    filter?: () => void;
+}
+
+/** Closing a child view, and its keys: F5 runs again, Escape closes, Ctrl+F filters. */
+export function useChildView(type: ViewType, keys: ViewKeys = {}): { close: () => void } {
+    const client = useClient();
+    const close = (): void => void client.closeChildWindow(type);
+
+    function act(event: KeyboardEvent): void {
+        const control = event.ctrlKey || event.metaKey;
+        let action: (() => void) | undefined;
+        if (event.key === 'F5') action = keys.runAgain;
+        else if (event.key === 'Escape') action = close;
+        else if (control && event.key.toLowerCase() === 'f') action = keys.filter;
+        if (!action || event.defaultPrevented) return;
+        event.preventDefault();
+        action();
+    }
+
+    onMounted(() => window.addEventListener('keydown', act));
+    onBeforeUnmount(() => window.removeEventListener('keydown', act));
+    return { close };
+}

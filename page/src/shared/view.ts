@@ -1,0 +1,47 @@
+import { createApp, inject, reactive, watch, type Component, type InjectionKey } from 'vue';
+import { createClient, type Client } from '@/client';
+import {
+    applyPreferences, languageOf, parsePreferences, readPreferences, storageKey, surroundings,
+    writePreferences, type Preferences,
+} from './preferences';
+import { createTexts } from './texts';
+import './base.css';
+
+const clientKey: InjectionKey<Client> = Symbol('client');
+const preferencesKey: InjectionKey<Preferences> = Symbol('preferences');
+
+function need<Value>(key: InjectionKey<Value>): Value {
+    const value = inject(key);
+    if (value === undefined) throw new Error('used outside a started view');
+    return value;
+}
+
+export const useClient = (): Client => need(clientKey);
+
+/** The user's choices; changing a member applies and keeps it, in all open windows. */
+export const usePreferences = (): Preferences => need(preferencesKey);
+
+/** Mounts a view in the place of the page's outline. `name` is the view's folder. */
+export function startView(view: Component, name: string): void {
+    const client = createClient(() => window.helio, window);
+    const preferences = reactive(readPreferences());
+    const texts = createTexts(languageOf(preferences, surroundings()));
+    const apply = (): void => {
+        applyPreferences(preferences);
+        texts.global.locale.value = languageOf(preferences, surroundings());
+        document.title = texts.global.t(`views.${name}.title`);
+    };
+    watch(preferences, () => {
+        apply();
+        writePreferences(preferences);
+    });
+    window.addEventListener('storage', ({ key, newValue }) => {
+        if (key === storageKey) Object.assign(preferences, parsePreferences(newValue));
+    });
+    apply();
+    createApp(view)
+        .use(texts)
+        .provide(clientKey, client)
+        .provide(preferencesKey, preferences)
+        .mount('#view');
+}

@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import SystemReportView from './SystemReportView.vue';
+
+startView(SystemReportView, 'sysinfo');

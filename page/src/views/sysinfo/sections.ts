@@ -1,0 +1,117 @@
+import type { SystemSnapshot } from '@/client';
+import type { Translate } from '@/shared/texts';
+import { visibleText } from '@/shared/visibletext';
+
+export const sectionNames = [
+    'overview', 'fonts', 'environment', 'processors', 'browsers', 'suites',
+] as const;
+
+export type SectionName = (typeof sectionNames)[number];
+
+/** One row of a section; a row without a label is only its value. */
+export interface Row {
+    label?: string;
+    value: string;
+    /** Hidden on screen and in copied text until the user asks for it. */
+    secret?: boolean;
+    /** Font rows: the style, which decides how the sample is drawn. */
+    style?: string;
+}
+
+export type Sections = Record<SectionName, Row[]>;
+
+const secretName = /PASS(WORD|WD|PHRASE)?\b|SECRET|TOKEN|CREDENTIAL|API_?KEY|PRIVATE_?KEY|COOKIE/i;
+const urlWithPassword = /\/\/[^/\s:@]+:[^/\s@]+@/;
+
+/** Whether a variable probably holds something that should not be seen by others. */
+export function isSecret(name: string, value: string): boolean {
+    return value !== '' && (secretName.test(name) || urlWithPassword.test(value));
+}
+
+/** Equal processors are told once, with their number. */
+function countedProcessors(processors: string[]): string[] {
+    const counts = new Map<string, number>();
+    for (const name of processors) counts.set(name, (counts.get(name) ?? 0) + 1);
+    return [...counts].map(([name, count]) => (count > 1 ? `${count} × ${name}` : name));
+}
+
+function overview(snapshot: SystemSnapshot, t: Translate): Row[] {
+    const none = t('sysinfo.none');
+    return [
+        { label: t('sysinfo.kernel'), value: snapshot.kernel || none },
+        { label: t('sysinfo.suite'), value: snapshot.suiteVersion ?? t('sysinfo.noSuite') },
+        {
+            label: t('sysinfo.sections.processors'),
+            value: countedProcessors(snapshot.processors).join('; ') || none,
+        },
+        { label: t('sysinfo.sections.browsers'), value: snapshot.browsers.join('; ') || none },
+        {
+            label: t('sysinfo.sections.suites'),
+            value: t('sysinfo.suiteEntries', { count: snapshot.otherSuites.length },
+                snapshot.otherSuites.length),
+        },
+        {
+            label: t('sysinfo.sections.fonts'),
+            value: t('sysinfo.fontFaces', {
+                faces: snapshot.fonts.length,
+                families: new Set(snapshot.fonts.map(({ family }) => family)).size,
+            }),
+        },
+        {
+            label: t('sysinfo.sections.environment'),
+            value: t('sysinfo.variables', { count: snapshot.variables.length },
+                snapshot.variables.length),
+        },
+    ];
+}
+
+export function sectionsOf(snapshot: SystemSnapshot, t: Translate): Sections {
+    const lines = (values: string[]): Row[] => values.map((value) => ({ value }));
+    return {
+        overview: overview(snapshot, t),
+        fonts: snapshot.fonts.map(({ family, style }) => ({ value: family, style })),
+        environment: snapshot.variables.map(({ name, value }) => ({
+            label: name,
+            value,
+            secret: isSecret(name, value),
+        })),
+        processors: lines(snapshot.processors),
+        browsers: lines(snapshot.browsers),
+        suites: lines(snapshot.otherSuites),
+    };
+}
+
+/** What stands for a hidden value, also in copied text. */
+export const hiddenMark = '••••••••';
+
+export function shownValue(row: Row, revealed: ReadonlySet<string>): string {
+    return row.secret && !revealed.has(row.label ?? '') ? hiddenMark : row.value;
+}
+
+function rowText(row: Row, revealed: ReadonlySet<string>): string {
+    const value = visibleText([shownValue(row, revealed), row.style].filter(Boolean).join('  '));
+    return row.label === undefined ? value : `${visibleText(row.label)}: ${value}`;
+}
+
+/** One section as text to paste. */
+export function sectionText(
+    name: SectionName, sections: Sections, t: Translate, revealed: ReadonlySet<string>,
+): string {
+    const rows = sections[name].map((row) => rowText(row, revealed));
+    return [`== ${t(`sysinfo.sections.${name}`)} ==`, ...rows].join('\n');
+}
+
+export function wholeText(
+    sections: Sections, t: Translate, revealed: ReadonlySet<string>,
+): string {
+    return sectionNames
+        .map((name) => sectionText(name, sections, t, revealed))
+        .join('\n\n');
+}
+
+/** The answer as it came, as JSON, but with hidden values still hidden. */
+export function rawText(snapshot: SystemSnapshot, revealed: ReadonlySet<string>): string {
+    const variables = snapshot.variables.map(({ name, value }) =>
+        `${name}=${shownValue({ label: name, value, secret: isSecret(name, value) }, revealed)}`);
+    return JSON.stringify({ ...snapshot.raw, envInfo: variables.join('|') }, null, 2);
+}

@@ -1,0 +1,10 @@
+import { fileURLToPath } from 'node:url';
+import vue from '@vitejs/plugin-vue';
+import { defineConfig } from 'vitest/config';
+
+export default defineConfig({
+    root: fileURLToPath(new URL('.', import.meta.url)),
+    plugins: [vue()],
+    resolve: { alias: { '@': fileURLToPath(new URL('src', import.meta.url)) } },
+    test: { include: ['tests/**/*.test.ts'] },
+});
