@@ -108,22 +108,27 @@ function checkFiles(files) {
     }
 }
 
-/** Empties `directory` first, unless what is in it does not look like an earlier build. */
-async function writeFiles(files, directory) {
+/** A directory that is emptied has to be new, empty or an earlier build. */
+async function checkDirectory(directory) {
     const present = await readdir(directory).catch(() => []);
     if (present.length && !present.includes('index.html')) {
         throw new Error(`${directory} holds other files; name a directory of the page's own`);
     }
+}
+
+async function writeFiles(files, directory) {
     await rm(directory, { recursive: true, force: true });
     await mkdir(directory, { recursive: true });
     for (const [name, content] of files) await writeFile(join(directory, name), content);
 }
 
 const { values } = parseArgs({ options: { outDir: { type: 'string', default: 'dist' } } });
+const directory = resolve(values.outDir);
 try {
+    await checkDirectory(directory);
     const files = await buildFiles();
     checkFiles(files);
-    await writeFiles(files, resolve(values.outDir));
+    await writeFiles(files, directory);
     for (const [name, content] of files) {
         console.log(`${String(Buffer.byteLength(content)).padStart(8)} ${name}`);
     }

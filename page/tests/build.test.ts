@@ -1,0 +1,111 @@
+import { execFileSync, spawnSync } from 'node:child_process';
+import { createHash } from 'node:crypto';
+import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { afterAll, beforeAll, describe, expect, it } from 'vitest';
+// @ts-expect-error The build's own scripts are plain JavaScript.
+import { unsupportedInScript, unsupportedInStyle } from '../build/compatibility.mjs';
+
+const page = fileURLToPath(new URL('..', import.meta.url));
+const directory = mkdtempSync(join(tmpdir(), 'page-build-'));
+const read = (file: string): string => readFileSync(join(directory, file), 'utf8');
+const sharedFiles = ['foundation.js', 'elements.js', 'elements.css'];
+let pages: string[] = [];
+
+beforeAll(() => {
+    execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: page });
+    pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
+}, 180_000);
+afterAll(() => rmSync(directory, { recursive: true }));
+
+describe('the built page', () => {
+    it('has the page that the host opens first and one for each other view', () => {
+        const views = readdirSync(join(page, 'src/views'));
+        const expected = views.map((view) => (view === 'home' ? 'index.html' : `${view}.html`));
+        expect(pages.sort()).toEqual(expected.sort());
+    });
+
+    it('loads only classic scripts and styles of its own', () => {
+        for (const file of pages) {
+            const html = read(file);
+            expect(html).not.toMatch(/type="?module|crossorigin|\/\/[a-z]/i);
+            for (const [, name] of html.matchAll(/(?:src|href)="([^"]+)"/g)) {
+                expect(readdirSync(directory)).toContain(name);
+            }
+        }
+    });
+
+    it('allows its inline head pieces by their hashes and nothing that connects', () => {
+        for (const file of pages) {
+            const html = read(file);
+            const policy = /http-equiv="Content-Security-Policy" content="([^"]+)"/.exec(html)![1];
+            for (const tag of ['style', 'script']) {
+                const inline = new RegExp(`<${tag}>([^]*?)</${tag}>`).exec(html)![1]!;
+                expect(policy).toContain(createHash('sha256').update(inline).digest('base64'));
+            }
+            expect(policy).toContain("default-src 'none'");
+            expect(policy).toContain("connect-src 'none'");
+            expect(policy).not.toContain('unsafe');
+        }
+    });
+
+    it('keeps the home page free of the component library', () => {
+        expect(read('index.html')).not.toContain('elements.');
+    });
+
+    it('stays under 400 KB of script and style a view, beyond the shared files', () => {
+        for (const file of pages) {
+            const own = [...read(file).matchAll(/(?:src|href)="([^"]+)"/g)]
+                .map((match) => match[1]!)
+                .filter((name) => !sharedFiles.includes(name));
+            const size = own.reduce((sum, name) => sum + Buffer.byteLength(read(name)), 0);
+            expect(size).toBeLessThan(400 * 1024);
+        }
+    });
+
+    it('refuses to replace a directory that is not its own', () => {
+        const foreign = mkdtempSync(join(tmpdir(), 'page-foreign-'));
+        writeFileSync(join(foreign, 'letter.txt'), 'keep me');
+        const run = spawnSync('node', ['build/build.mjs', '--outDir', foreign],
+            { cwd: page, encoding: 'utf8' });
+        expect(run.status).toBe(1);
+        expect(run.stderr).toContain('holds other files');
+        expect(readdirSync(foreign)).toEqual(['letter.txt']);
+        rmSync(foreign, { recursive: true });
+    }, 180_000);
+});
+
+describe('the check for what Chromium 87 lacks', () => {
+    it.each([
+        ['x.at(-1)', 'at()'],
+        ['structuredClone(x)', 'structuredClone'],
+        ['Object.hasOwn(a,b)', 'Object.hasOwn'],
+        ['crypto.randomUUID()', 'crypto.randomUUID'],
+        ['AbortSignal.timeout(5)', 'AbortSignal.timeout'],
+        ['import("./x.js")', 'dynamic import'],
+        ['class A{static{this.x=1}}', 'class static block'],
+        ['new Function("return 1")', 'evaluated text'],
+    ])('finds %s', (script, feature) => {
+        expect(unsupportedInScript(script)).toContain(feature);
+    });
+
+    it.each([
+        ['a:is(b,c){color:red}', ':is()'],
+        ['a:where(b){color:red}', ':where()'],
+        ['a:has(b){color:red}', ':has()'],
+        ['a:not(b,c){color:red}', ':not() of a list'],
+        ['a{aspect-ratio:1}', 'aspect-ratio'],
+        ['a{accent-color:red}', 'accent-color'],
+        ['@container x (width>1px){a{color:red}}', '@container'],
+        ['a{color:color-mix(in srgb,red,blue)}', 'color-mix()'],
+    ])('finds %s', (style, feature) => {
+        expect(unsupportedInStyle(style)).toContain(feature);
+    });
+
+    it('lets plain code through', () => {
+        expect(unsupportedInScript('a.atlas(1);b?.c??=d')).toEqual([]);
+        expect(unsupportedInStyle('a:not(.b):focus-visible{inset:0;gap:1px}')).toEqual([]);
+    });
+});

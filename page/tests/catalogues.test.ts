@@ -1,0 +1,90 @@
+import { readdirSync, readFileSync } from 'node:fs';
+import { dirname, join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { parse, type TemplateChildNode } from '@vue/compiler-dom';
+import { parse as parseComponent } from '@vue/compiler-sfc';
+import { describe, expect, it } from 'vitest';
+import chinese from '@/locales/zh-CN.json';
+import english from '@/locales/en.json';
+
+const source = join(dirname(fileURLToPath(import.meta.url)), '../src');
+const files = readdirSync(source, { recursive: true, encoding: 'utf8' });
+const components = files.filter((file) => file.endsWith('.vue'));
+const code = files.filter((file) => /\.(vue|ts)$/.test(file));
+
+function leaves(catalogue: object, path = ''): Map<string, string> {
+    const found = new Map<string, string>();
+    for (const [key, value] of Object.entries(catalogue)) {
+        if (typeof value === 'string') found.set(path + key, value);
+        else for (const [name, text] of leaves(value, `${path}${key}.`)) found.set(name, text);
+    }
+    return found;
+}
+
+const englishTexts = leaves(english);
+const chineseTexts = leaves(chinese);
+
+function placeholders(text: string): string[] {
+    return [...new Set([...text.matchAll(/\{(\w+)\}/g)].map((match) => match[1]!))].sort();
+}
+
+/** Attributes that a person reads or hears. */
+const spoken = ['title', 'alt', 'placeholder', 'label', 'description', 'aria-label'];
+const word = /\p{L}{2,}/u;
+
+function bareTexts(nodes: TemplateChildNode[]): string[] {
+    return nodes.flatMap((node): string[] => {
+        if ('content' in node && typeof node.content === 'string') {
+            return node.type === 2 && word.test(node.content) ? [node.content.trim()] : [];
+        }
+        if (node.type !== 1) return [];
+        const attributes = node.props.flatMap((prop) =>
+            prop.type === 6 && spoken.includes(prop.name) && word.test(prop.value?.content ?? '')
+                ? [`${prop.name}="${prop.value?.content}"`] : []);
+        return [...attributes, ...bareTexts(node.children)];
+    });
+}
+
+function bareTextsOf(component: string): string[] {
+    const { descriptor } = parseComponent(component);
+    return bareTexts(parse(descriptor.template?.content ?? '').children);
+}
+
+describe('the catalogues', () => {
+    it('have the same keys', () => {
+        expect([...chineseTexts.keys()]).toEqual([...englishTexts.keys()]);
+    });
+
+    it('name the same values in both languages', () => {
+        for (const [key, text] of englishTexts) {
+            expect([key, placeholders(chineseTexts.get(key)!)])
+                .toEqual([key, placeholders(text)]);
+        }
+    });
+
+    it('have no empty text', () => {
+        for (const texts of [englishTexts, chineseTexts]) {
+            for (const [key, text] of texts) expect([key, text.trim()]).not.toEqual([key, '']);
+        }
+    });
+
+    it('hold every key that the code names outright', () => {
+        for (const file of code) {
+            const text = readFileSync(join(source, file), 'utf8');
+            for (const [, key] of text.matchAll(/\bt\(\s*'([\w.-]+)'/g)) {
+                expect([file, key, englishTexts.has(key!)]).toEqual([file, key, true]);
+            }
+        }
+    });
+});
+
+describe('a component', () => {
+    it.each(components)('%s holds no bare literal', (file) => {
+        expect(bareTextsOf(readFileSync(join(source, file), 'utf8'))).toEqual([]);
+    });
+
+    it('with one would be found out', () => {
+        expect(bareTextsOf('<template><p title="Hello">{{ x }}<b>World</b></p></template>'))
+            .toEqual(['title="Hello"', 'World']);
+    });
+});
