@@ -1,0 +1,174 @@
+import { waitFor } from './waitfor.mjs';
+
+const PROGRAM = '/suite/office/assistantctl';
+const TIMEOUT = 30_000;
+
+/** The events of assistantctl's output, one JSON object a line; anything else there is a fault. */
+export function parseEvents(output) {
+    return output.split('\n').slice(0, -1).map((line) => {
+        const event = JSON.parse(line);
+        if (typeof event.type !== 'string')
+            throw new Error(`an event without type: ${line}`);
+        return event;
+    });
+}
+
+function commandLineArgument([name, value]) {
+    return typeof value === 'string' ? `${name}=${value}` : `${name}:=${JSON.stringify(value)}`;
+}
+
+function commandLineOptions({ page, choose = [], wait, until, open, trace, pretty }) {
+    const options = [];
+    if (page !== undefined)
+        options.push('--page', page);
+    for (const path of choose)
+        options.push('--choose', path);
+    if (wait !== undefined)
+        options.push('--wait', `${wait}`);
+    if (until !== undefined)
+        options.push('--until', until);
+    for (const [name, on] of Object.entries({ open, trace, pretty })) {
+        if (on)
+            options.push(`--${name}`);
+    }
+    return options;
+}
+
+/** Runs assistantctl with a raw argument list: {status, stdout, stderr}. */
+export async function runAssistant(root, args, options = {}) {
+    return root.run([PROGRAM, ...args], { timeoutMs: TIMEOUT, ...options });
+}
+
+/**
+ * Sends one command from the command line: {status, events, answer, stderr}; answer is the answer
+ * event, undefined when there was none. Strings go as NAME=VALUE, other values as NAME:=JSON.
+ * options are those of the program by name (choose is a list) and env, directory, timeoutMs.
+ */
+export async function runCommand(root, command, args = {}, options = {}) {
+    const { env, directory, timeoutMs = TIMEOUT, ...programOptions } = options;
+    const words = [
+        ...commandLineOptions(programOptions), command,
+        ...Object.entries(args).map(commandLineArgument),
+    ];
+    const end = await root.run([PROGRAM, ...words], { env, directory, timeoutMs });
+    const events = programOptions.pretty ? [] : parseEvents(end.stdout);
+    return {
+        status: end.status,
+        events,
+        answer: events.find((event) => event.type === 'answer'),
+        stdout: end.stdout,
+        stderr: end.stderr,
+    };
+}
+
+/** An assistantctl session: lines go in, events come out, both in order. */
+export class Session {
+    #process;
+    #rest = Buffer.alloc(0);
+    #claimed = new Set();
+    #nextId = 1;
+    #fault = null;
+
+    /** Every event so far, in order. */
+    events = [];
+
+    /** Starts a session in the root; trace: false leaves out the trace events. */
+    static start(root, { trace = true, env, directory } = {}) {
+        return new Session(root, trace, { env, directory });
+    }
+
+    constructor(root, trace, options) {
+        const words = [PROGRAM, '--session', ...(trace ? ['--trace'] : [])];
+        this.#process = root.spawn(words, options);
+        this.#process.onStdout((chunk) => this.#take(chunk));
+    }
+
+    /**
+     * Sends a command and waits for its answer event, or for the error event of the same id.
+     * request: {command, args, page, choose}.
+     */
+    async send(request, { timeoutMs = TIMEOUT } = {}) {
+        const id = request.id ?? this.#nextId++;
+        await this.sendLine(JSON.stringify({ id, ...request }));
+        const belongs = ({ type, id: sent }) => (type === 'answer' || type === 'error') && sent === id;
+        return this.#claim(belongs, `the answer of ${request.command}`, timeoutMs);
+    }
+
+    /** Sends a line as it is, for what no well-behaved caller would send. */
+    async sendLine(line) {
+        await this.#process.write(`${line}\n`);
+    }
+
+    /** The next later answer of that callback name that no earlier call has returned. */
+    async callback(name, { timeoutMs = TIMEOUT } = {}) {
+        const belongs = (event) => event.type === 'callback' && event.callback === name;
+        return this.#claim(belongs, `the callback ${name}`, timeoutMs);
+    }
+
+    /** The next error event that no earlier call has returned. */
+    async error({ timeoutMs = TIMEOUT } = {}) {
+        return this.#claim((event) => event.type === 'error', 'an error event', timeoutMs);
+    }
+
+    /** Lets the program process events for that many milliseconds. */
+    async wait(milliseconds) {
+        await this.sendLine(JSON.stringify({ wait: milliseconds }));
+        return this.#claim(({ type }) => type === 'waited', 'the end of a wait',
+            milliseconds + TIMEOUT);
+    }
+
+    /** Asks the program itself to wait for a callback; the event has timeout: true when none came. */
+    async until(callback, milliseconds) {
+        await this.sendLine(JSON.stringify({ until: callback, timeout: milliseconds }));
+        return this.#claim(({ type }) => type === 'waited', `the end of a wait for ${callback}`,
+            milliseconds + TIMEOUT);
+    }
+
+    /** The trace events of one type, in order. */
+    traced(type) {
+        return this.events.filter((event) => event.type === type);
+    }
+
+    /** Ends the input and waits for the program's end: {status, events, stderr}. */
+    async close({ timeoutMs = TIMEOUT } = {}) {
+        this.#process.endInput();
+        const end = await this.#process.waitForExit(timeoutMs);
+        this.#throwFault();
+        return { status: end.status, events: this.events, stderr: end.stderr };
+    }
+
+    #take(chunk) {
+        this.#rest = Buffer.concat([this.#rest, chunk]);
+        const end = this.#rest.lastIndexOf('\n') + 1;
+        if (end === 0)
+            return;
+        const lines = this.#rest.subarray(0, end).toString('utf8');
+        this.#rest = this.#rest.subarray(end);
+        try {
+            this.events.push(...parseEvents(lines));
+        } catch (error) {
+            this.#fault = error;
+        }
+    }
+
+    async #claim(belongs, what, timeoutMs) {
+        const found = await waitFor(() => {
+            this.#throwFault();
+            const index = this.events.findIndex(
+                (event, at) => !this.#claimed.has(at) && belongs(event));
+            if (index >= 0) {
+                this.#claimed.add(index);
+                return this.events[index];
+            }
+            if (!this.#process.isRunning)
+                throw new Error(`assistantctl ended before ${what}: ${this.#process.stderr}`);
+            return null;
+        }, { timeoutMs, what });
+        return found;
+    }
+
+    #throwFault() {
+        if (this.#fault)
+            throw this.#fault;
+    }
+}

@@ -1,0 +1,11 @@
+import path from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+/** Top of the source tree. */
+export const REPOSITORY = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
+
+/** The runnable tree under test; SUITE_DIR names another build's. */
+export const SUITE = path.resolve(process.env.SUITE_DIR ?? path.join(REPOSITORY, 'build/suite'));
+
+/** The embedded scripts as they stand in the source tree. */
+export const SCRIPTS = path.join(REPOSITORY, 'plugin/config');

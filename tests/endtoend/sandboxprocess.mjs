@@ -1,0 +1,108 @@
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+
+const OUTPUT_LIMIT = 256 * 1024 * 1024;
+
+/** A process that runs in a private root; its output is collected, and it never outlives the test. */
+export class SandboxProcess {
+    #child;
+    #description;
+    #chunks = { stdout: [], stderr: [] };
+    #size = 0;
+    #ended;
+    #spawnError = null;
+    #overflow = false;
+
+    constructor(program, args, description) {
+        this.#description = description;
+        this.#child = spawn(program, args, { stdio: ['pipe', 'pipe', 'pipe'] });
+        // A process may end before it has read its input; its status tells, not this write.
+        this.#child.stdin.on('error', () => {});
+        for (const name of ['stdout', 'stderr'])
+            this.#child[name].on('data', (chunk) => this.#collect(name, chunk));
+        this.#ended = new Promise((resolve) => {
+            this.#child.once('close', (status, signal) => resolve({ status, signal }));
+            this.#child.once('error', (error) => {
+                this.#spawnError = error;
+                resolve({ status: null, signal: null });
+            });
+        });
+    }
+
+    get stdoutBytes() {
+        return Buffer.concat(this.#chunks.stdout);
+    }
+
+    get stdout() {
+        return this.stdoutBytes.toString('utf8');
+    }
+
+    get stderr() {
+        return Buffer.concat(this.#chunks.stderr).toString('utf8');
+    }
+
+    get isRunning() {
+        return this.#child.pid !== undefined && this.#child.exitCode === null
+            && this.#child.signalCode === null;
+    }
+
+    /** Calls listener with each piece of standard output, as bytes. */
+    onStdout(listener) {
+        this.#child.stdout.on('data', listener);
+    }
+
+    /** Sends text or bytes to standard input and waits until the pipe has taken them. */
+    async write(data) {
+        if (!this.#child.stdin.write(data) && this.isRunning)
+            await Promise.race([once(this.#child.stdin, 'drain'), this.#ended]);
+    }
+
+    endInput(data) {
+        this.#child.stdin.end(data);
+    }
+
+    /** Waits for the end: {status, signal, stdout, stdoutBytes, stderr}; ends a process that takes longer. */
+    async waitForExit(timeoutMs) {
+        let timer;
+        const timeout = new Promise((resolve) => {
+            timer = setTimeout(resolve, timeoutMs, null);
+        });
+        const end = await Promise.race([this.#ended, timeout]);
+        clearTimeout(timer);
+        if (end === null) {
+            await this.kill();
+            throw new Error(`${this.#description} did not end in ${timeoutMs} ms\n${this.#tail()}`);
+        }
+        if (this.#spawnError)
+            throw this.#spawnError;
+        if (this.#overflow)
+            throw new Error(`${this.#description} printed more than ${OUTPUT_LIMIT} bytes`);
+        return {
+            ...end,
+            stdout: this.stdout,
+            stdoutBytes: this.stdoutBytes,
+            stderr: this.stderr,
+        };
+    }
+
+    /** Ends the process and, with it, everything in its process namespace. */
+    async kill() {
+        if (this.isRunning)
+            this.#child.kill('SIGKILL');
+        await this.#ended;
+    }
+
+    #collect(name, chunk) {
+        this.#size += chunk.length;
+        if (this.#size > OUTPUT_LIMIT) {
+            this.#overflow = true;
+            this.#child.kill('SIGKILL');
+            return;
+        }
+        this.#chunks[name].push(chunk);
+    }
+
+    #tail() {
+        return `stdout: ${this.stdout.slice(-2000)}\nstderr: ${this.stderr.slice(-2000)}`;
+    }
+}
