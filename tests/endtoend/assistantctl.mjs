@@ -90,7 +90,7 @@ export class Session {
     async send(request, { timeoutMs = TIMEOUT } = {}) {
         const id = request.id ?? this.#nextId++;
         await this.sendLine(JSON.stringify({ id, ...request }));
-        const belongs = ({ type, id: sent }) => (type === 'answer' || type === 'error') && sent === id;
+        const belongs = (event) => ['answer', 'error'].includes(event.type) && event.id === id;
         return this.#claim(belongs, `the answer of ${request.command}`, timeoutMs);
     }
 
@@ -117,7 +117,7 @@ export class Session {
             milliseconds + TIMEOUT);
     }
 
-    /** Asks the program itself to wait for a callback; the event has timeout: true when none came. */
+    /** Lets the program itself wait for a callback; the event has timeout: true when none came. */
     async until(callback, milliseconds) {
         await this.sendLine(JSON.stringify({ until: callback, timeout: milliseconds }));
         return this.#claim(({ type }) => type === 'waited', `the end of a wait for ${callback}`,

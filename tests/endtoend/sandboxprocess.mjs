@@ -3,7 +3,7 @@ import { once } from 'node:events';
 
 const OUTPUT_LIMIT = 256 * 1024 * 1024;
 
-/** A process that runs in a private root; its output is collected, and it never outlives the test. */
+/** A process in a private root; its output is collected, and it never outlives the test. */
 export class SandboxProcess {
     #child;
     #description;
@@ -61,7 +61,10 @@ export class SandboxProcess {
         this.#child.stdin.end(data);
     }
 
-    /** Waits for the end: {status, signal, stdout, stdoutBytes, stderr}; ends a process that takes longer. */
+    /**
+     * Waits for the end: {status, signal, stdout, stdoutBytes, stderr}. When the time runs out the
+     * process is ended and the promise rejected.
+     */
     async waitForExit(timeoutMs) {
         let timer;
         const timeout = new Promise((resolve) => {

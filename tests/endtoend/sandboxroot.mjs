@@ -225,7 +225,8 @@ exit ${status}
         const names = hide.map((program) => path.posix.basename(program));
         const links = path.join(this.#directory, 'programs');
         directoryWithout(HIDABLE, names, '/systemprograms', links);
-        this.#extraMounts.push('--ro-bind', HIDABLE, '/systemprograms', '--ro-bind', links, HIDABLE);
+        this.#extraMounts.push('--ro-bind', HIDABLE, '/systemprograms');
+        this.#extraMounts.push('--ro-bind', links, HIDABLE);
     }
 
     #addSuite() {

@@ -24,8 +24,8 @@ test('what a program writes is seen by the test and by the next program', async 
 
 test('nothing of the machine can be written or found at home', async () => {
     root = await SandboxRoot.create();
-    const script = 'for d in / /usr /etc /var /usr/bin; do touch $d/x && echo wrote $d; done; ls -A ~ /tmp'
-        + '; ls -A /usr/share/applications /var/log';
+    const script = 'for d in / /usr /etc /var /usr/bin; do touch $d/x && echo wrote $d; done;'
+        + ' ls -A ~ /tmp; ls -A /usr/share/applications /var/log';
     const { stdout } = await root.run(['bash', '-c', script]);
     expect(stdout).toBe('/home/user:\n\n/tmp:\n/usr/share/applications:\n\n/var/log:\nvyrlog\n');
     expect(fs.existsSync('/x')).toBe(false);
@@ -57,7 +57,8 @@ test('the environment holds nothing of the tests’ own, no bus and no display',
 test('only the loopback network is there', async () => {
     root = await SandboxRoot.create();
     const { stdout } = await root.run(['cat', '/proc/net/dev']);
-    expect(stdout.split('\n').slice(2, -1).map((line) => line.trim().split(':')[0])).toEqual(['lo']);
+    const names = stdout.split('\n').slice(2, -1).map((line) => line.trim().split(':')[0]);
+    expect(names).toEqual(['lo']);
 });
 
 test('a fake comes before the real program and writes down its arguments', async () => {
@@ -71,14 +72,16 @@ test('a fake comes before the real program and writes down its arguments', async
 
 test('a hidden program is missing while the others work', async () => {
     root = await SandboxRoot.create({ hide: ['/usr/bin/gio'] });
-    const { stdout } = await root.run(['bash', '-c', '[ -e /usr/bin/gio ] || echo missing; which awk']);
+    const script = '[ -e /usr/bin/gio ] || echo missing; which awk';
+    const { stdout } = await root.run(['bash', '-c', script]);
     expect(stdout).toBe('missing\n/usr/bin/awk\n');
 });
 
 test('a run that takes too long is ended with everything it started', async () => {
     root = await SandboxRoot.create();
     const script = 'echo begun; (while :; do date +%N > /tmp/alive; done) & sleep 1000';
-    await expect(root.run(['bash', '-c', script], { timeoutMs: 500 })).rejects.toThrow(/500 ms[^]*begun/);
+    await expect(root.run(['bash', '-c', script], { timeoutMs: 500 })).rejects
+        .toThrow(/500 ms[^]*begun/);
     await root.writeFile('/tmp/alive', 'mark');
     await new Promise((resolve) => setTimeout(resolve, 100));
     expect(await root.readFile('/tmp/alive')).toBe('mark');
@@ -97,7 +100,8 @@ test('a started process takes input until its end is given', async () => {
 test('disposing ends what still runs and removes what a test made unreadable', async () => {
     root = await SandboxRoot.create();
     const started = root.spawn(['sleep', '1000']);
-    await root.run(['bash', '-c', 'mkdir -p /tmp/a/b && touch /tmp/a/b/c && chmod 0 /tmp/a/b /tmp/a']);
+    const script = 'mkdir -p /tmp/a/b && touch /tmp/a/b/c && chmod 0 /tmp/a/b /tmp/a';
+    await root.run(['bash', '-c', script]);
     const host = root.hostPath('/tmp');
     await root.dispose();
     root = undefined;
