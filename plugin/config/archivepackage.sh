@@ -86,4 +86,5 @@ fi
 
 # A name such as "host:report" is a file here, never another machine.
 tar --force-local -zcvf "$archive_name.tar.gz" "$archive_directory"
-xdg-open "$archive_name.tar.gz"
+# The viewer takes this process over: whoever waits for the script does not wait for it.
+exec xdg-open "$archive_name.tar.gz"
