@@ -180,7 +180,7 @@ exit ${status}
     /** Starts a command whose input stays open; dispose ends what still runs. */
     spawn(command, { env = {}, directory = this.home } = {}) {
         const args = [...this.#sandboxArguments(env, directory), '--', ...command];
-        const started = new SandboxProcess('bwrap', args, command.join(' ').slice(0, 200));
+        const started = new SandboxProcess(args, command.join(' ').slice(0, 200));
         this.#processes.add(started);
         return started;
     }
