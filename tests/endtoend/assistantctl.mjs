@@ -96,7 +96,11 @@ export class Session {
 
     /** Sends a line as it is, for what no well-behaved caller would send. */
     async sendLine(line) {
-        await this.#process.write(`${line}\n`);
+        await this.sendBytes(`${line}\n`);
+    }
+
+    async sendBytes(bytes) {
+        await this.#process.write(bytes);
     }
 
     /** The next later answer of that callback name that no earlier call has returned. */

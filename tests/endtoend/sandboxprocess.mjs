@@ -10,12 +10,16 @@ export class SandboxProcess {
     #chunks = { stdout: [], stderr: [] };
     #size = 0;
     #ended;
+    #firstProcess;
     #spawnError = null;
     #overflow = false;
 
-    constructor(program, args, description) {
+    /** args: bubblewrap's own arguments and, behind "--", the command. */
+    constructor(args, description) {
         this.#description = description;
-        this.#child = spawn(program, args, { stdio: ['pipe', 'pipe', 'pipe'] });
+        this.#child = spawn('bwrap', ['--info-fd', '3', ...args],
+            { stdio: ['pipe', 'pipe', 'pipe', 'pipe'] });
+        this.#firstProcess = this.#readFirstProcess(this.#child.stdio[3]);
         // A process may end before it has read its input; its status tells, not this write.
         this.#child.stdin.on('error', () => {});
         for (const name of ['stdout', 'stderr'])
@@ -88,18 +92,32 @@ export class SandboxProcess {
         };
     }
 
-    /** Ends the process and, with it, everything in its process namespace. */
+    /**
+     * Ends everything in the process namespace by ending its first process. Bubblewrap itself is
+     * left to notice: killed while it still sets up the namespace, it would leave that running.
+     */
     async kill() {
-        if (this.isRunning)
-            this.#child.kill('SIGKILL');
+        const firstProcess = await this.#firstProcess;
+        if (this.isRunning && firstProcess)
+            process.kill(firstProcess, 'SIGKILL');
         await this.#ended;
+    }
+
+    /** The namespace's first process by its id out here; undefined when bubblewrap made none. */
+    async #readFirstProcess(stream) {
+        let information = '';
+        stream.on('error', () => {});
+        for await (const chunk of stream)
+            information += chunk;
+        return information === '' ? undefined : JSON.parse(information)['child-pid'];
     }
 
     #collect(name, chunk) {
         this.#size += chunk.length;
         if (this.#size > OUTPUT_LIMIT) {
+            if (!this.#overflow)
+                this.kill();
             this.#overflow = true;
-            this.#child.kill('SIGKILL');
             return;
         }
         this.#chunks[name].push(chunk);

@@ -180,7 +180,7 @@ exit ${status}
     /** Starts a command whose input stays open; dispose ends what still runs. */
     spawn(command, { env = {}, directory = this.home } = {}) {
         const args = [...this.#sandboxArguments(env, directory), '--', ...command];
-        const started = new SandboxProcess('bwrap', args, command.join(' ').slice(0, 200));
+        const started = new SandboxProcess(args, command.join(' ').slice(0, 200));
         this.#processes.add(started);
         return started;
     }
@@ -220,9 +220,10 @@ exit ${status}
             if (path.posix.dirname(program) !== HIDABLE)
                 throw new Error(`only programs of ${HIDABLE} can be hidden, not ${program}`);
         }
-        if (hide.length === 0)
+        const installed = hide.filter((program) => fs.existsSync(program));
+        if (installed.length === 0)
             return;
-        const names = hide.map((program) => path.posix.basename(program));
+        const names = installed.map((program) => path.posix.basename(program));
         const links = path.join(this.#directory, 'programs');
         directoryWithout(HIDABLE, names, '/systemprograms', links);
         this.#extraMounts.push('--ro-bind', HIDABLE, '/systemprograms');

@@ -97,6 +97,16 @@ test('a started process takes input until its end is given', async () => {
     expect(end.stdout.length).toBe(3_000_005);
 });
 
+test('a process can be ended at any moment of its start', async () => {
+    root = await SandboxRoot.create();
+    for (let delay = 0; delay < 30; ++delay) {
+        const started = root.spawn(['sleep', '1000']);
+        await new Promise((resolve) => setTimeout(resolve, delay));
+        await started.kill();
+        expect(started.isRunning).toBe(false);
+    }
+});
+
 test('disposing ends what still runs and removes what a test made unreadable', async () => {
     root = await SandboxRoot.create();
     const started = root.spawn(['sleep', '1000']);

@@ -20,10 +20,12 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 /** The script's nine arguments, with what the test is about in place of the harmless values. */
-function pack({ name = '/home/user/report', type = 'crash', describe: text = 'it failed', files = '',
-    systemInfo = 'false', suiteInfo = 'false', dumpInfo = 'false', dumps = '' } = {}, options) {
+function pack({
+    name = '/home/user/report', type = 'crash', describe: text = 'it failed', files = '',
+    systemInfo = 'false', suiteInfo = 'false', dumpInfo = 'false', dumps = '',
+} = {}) {
     return runScript(root, 'archivepackage.sh',
-        [name, type, text, files, systemInfo, suiteInfo, dumpInfo, dumps, RESOURCES], options);
+        [name, type, text, files, systemInfo, suiteInfo, dumpInfo, dumps, RESOURCES]);
 }
 
 const describeFile = () => root.readFile(`${ARCHIVE}/describe.txt`);
@@ -52,7 +54,8 @@ describe('arguments', () => {
 describe('describe.txt', () => {
     test('holds name, type and description, a line each', async () => {
         await pack();
-        expect(await describeFile()).toBe('name: /home/user/report\ntype: crash\ndescribe: it failed\n');
+        expect(await describeFile()).toBe(
+            'name: /home/user/report\ntype: crash\ndescribe: it failed\n');
     });
 
     test('folds white space and line breaks of the values', async () => {
@@ -67,7 +70,8 @@ describe('describe.txt', () => {
     });
 
     test('takes what a page sends as text, never as a pattern or a command', async () => {
-        const text = '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran & "q" \'s\' \\n $HOME -e ~';
+        const text = '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran &'
+            + ' "q" \'s\' \\n $HOME -e ~';
         await root.writeFile('/home/user/a', '');
         await pack({ type: '-n', describe: text, files: ';$(touch${IFS}/tmp/ran);`touch' });
         expect(await describeFile()).toBe(
@@ -110,7 +114,8 @@ describe('file list', () => {
     test('a path with a blank falls apart', async () => {
         await root.writeFile('/home/user/a b.vyr', 'x');
         const end = await pack({ files: ';/home/user/a b.vyr' });
-        expect(lines(end.stdout).slice(0, 3)).toEqual([';/home/user/a b.vyr', '/home/user/a', 'b.vyr']);
+        expect(lines(end.stdout).slice(0, 3)).toEqual(
+            [';/home/user/a b.vyr', '/home/user/a', 'b.vyr']);
         expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
     });
 
@@ -149,7 +154,7 @@ describe('system information', () => {
         await expectCopyKept('sysinfo.txt');
     });
 
-    test.each(['false', '', 'True', '1', 'true '])('is left out for the flag "%s"', async (flag) => {
+    test.each(['false', '', 'True', '1', 'true '])('is left out for "%s"', async (flag) => {
         await pack({ systemInfo: flag });
         expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
     });
@@ -172,8 +177,8 @@ describe('suite information', () => {
 
     test('notes the files in order, ome.ini as oem.ini', async () => {
         await pack({ suiteInfo: 'true' });
-        expect(lines(await describeFile()).slice(3)).toEqual([
-            'file:Office.conf', 'file:oem.ini', 'file:feature.dat', 'file:product.dat', 'file:setup.cfg']);
+        expect(lines(await describeFile()).slice(3)).toEqual(['file:Office.conf', 'file:oem.ini',
+            'file:feature.dat', 'file:product.dat', 'file:setup.cfg']);
         expect(await root.list(ARCHIVE)).toEqual([
             'Office.conf', 'describe.txt', 'feature.dat', 'ome.ini', 'product.dat', 'setup.cfg']);
     });
@@ -240,8 +245,9 @@ describe('archive', () => {
     test('carries the absolute path of its directory without the leading slash', async () => {
         await root.writeFile('/home/user/a.vyr', 'sample');
         await pack({ files: ';/home/user/a.vyr' });
-        expect(await members('/home/user/report.tar.gz')).toEqual([
-            `${ARCHIVE.slice(1)}/`, `${ARCHIVE.slice(1)}/a.vyr`, `${ARCHIVE.slice(1)}/describe.txt`]);
+        const directory = ARCHIVE.slice(1);
+        expect(await members('/home/user/report.tar.gz')).toEqual(
+            [`${directory}/`, `${directory}/a.vyr`, `${directory}/describe.txt`]);
     });
 
     test('is listed member by member on standard output', async () => {

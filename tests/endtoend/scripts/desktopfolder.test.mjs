@@ -82,7 +82,7 @@ test('the listing is empty for an empty folder', async () => {
         { status: 0, stdout: '', stderr: '' });
 });
 
-test('the listing takes what matches vyr-office*desktop, files and links, at the top only', async () => {
+test('the listing takes files and links called vyr-office*desktop, at the top only', async () => {
     await makeRoot();
     const desk = '/home/user/Desktop';
     for (const name of ['vyr-office-a.desktop', 'vyr-office desktop', 'vyr-officedesktop',
@@ -115,6 +115,15 @@ test('a desktop that is home itself gives no name', async () => {
     await userDirectories('XDG_DESKTOP_DIR="$HOME/"\n');
     await root.writeFile(`/home/user/${SHORTCUT}`, '');
     expect(await shortcuts()).toEqual(['']);
+});
+
+test('the home taken off user-dirs.dirs’ path is the one that USER gives', async () => {
+    await makeRoot();
+    await root.writeFile('/home/other/.config/user-dirs.dirs',
+        'XDG_DESKTOP_DIR="/home/other/Desk"\n');
+    await root.writeFile(`/home/other/Desk/${SHORTCUT}`, '');
+    const end = await runScript(root, 'getdesktopfile.sh', [], { env: { USER: 'other' } });
+    expect(end.stdout).toBe(`${SHORTCUT}\n`);
 });
 
 test('the user’s name comes from USER, whatever HOME says', async () => {

@@ -7,14 +7,15 @@ import { expect, test } from 'vitest';
 import { SCRIPT_FOLDER } from './scriptrunner.mjs';
 
 const SCRIPTS = ['archivepackage.sh', 'assocheck.sh', 'desktopcheck.sh', 'extractfont.sh',
-    'getbrowserinfo.sh', 'getdesktopfile.sh', 'getdesktoppath.sh', 'getfileinfo.sh', 'getmimeinfo.sh',
-    'getopeninfo.sh', 'recovericon.sh', 'repairasso.sh'];
+    'getbrowserinfo.sh', 'getdesktopfile.sh', 'getdesktoppath.sh', 'getfileinfo.sh',
+    'getmimeinfo.sh', 'getopeninfo.sh', 'recovericon.sh', 'repairasso.sh'];
 
 const onDisk = fs.readdirSync(SCRIPT_FOLDER).filter((name) => name.endsWith('.sh')).sort();
 
 test('the twelve scripts and no other are in the resource list', () => {
     const list = fs.readFileSync(path.join(SCRIPT_FOLDER, 'config.qrc'), 'utf8');
-    expect([...list.matchAll(/<file>(.*)<\/file>/g)].map(([, name]) => name).sort()).toEqual(SCRIPTS);
+    const named = [...list.matchAll(/<file>(.*)<\/file>/g)].map(([, name]) => name);
+    expect(named.sort()).toEqual(SCRIPTS);
     expect(list).toContain('prefix="/config"');
     expect(onDisk).toEqual(SCRIPTS);
 });

@@ -53,6 +53,7 @@ test.each(BROWSERS)('%s alone is found', async (name) => {
 
 test('a version is one line with single blanks, and a star in it stays a star', async () => {
     await makeRoot();
+    await root.writeFile('/home/user/file', '');
     await fakeBrowser('firefox', '  Mozilla   Firefox\t128 \n *  beta\n');
     expect(await browsers()).toBe('Mozilla Firefox 128 * beta\n');
 });

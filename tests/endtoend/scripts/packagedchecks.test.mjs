@@ -68,7 +68,8 @@ describe('desktopcheck.sh', () => {
         await root.writeFile('/home/user/.local/share/mime/packages/Override.xml', '');
         await setAllDefaults(root, (tag) => ENTRIES[tag]);
         expect(await check()).toMatchObject({ status: 0, stdout: '', stderr: '' });
-        expect(await root.callsOf('update-mime-database')).toEqual([['/home/user/.local/share/mime']]);
+        expect(await root.callsOf('update-mime-database')).toEqual(
+            [['/home/user/.local/share/mime']]);
 
         await setDefault(root, '.xls', 'other.desktop');
         expect(await check()).toMatchObject({ status: 1, stdout: 'repairdesktop\n' });
@@ -76,7 +77,7 @@ describe('desktopcheck.sh', () => {
         expect(asked).toEqual(['mime', typeOf('.xls')]);
     });
 
-    test('is content with a type of another maker as long as the application is right', async () => {
+    test('is content with a foreign type as long as the application is right', async () => {
         await root.recordingFake('update-mime-database');
         await fakeDesktop(root, ['gio']);
         await root.writeFile('/home/user/.local/share/mime/packages/Override.xml', '');

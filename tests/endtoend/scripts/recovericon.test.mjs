@@ -6,12 +6,9 @@ import { runScript } from './scriptrunner.mjs';
 const INSTALLED = '/opt/orvane/my office';
 const DESKTOP = '/home/user/Desktop';
 const INTEGRATED = 'vyr-office-tessaly.desktop';
-const SEPARATE = ['vyr-office-fixed.desktop', 'vyr-office-board.desktop', 'vyr-office-chart.desktop',
-    'vyr-office-pdf.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop',
-    'vyr-office-vyr.desktop', 'vyr-office-docket.desktop'];
-const REMOVED = ['vyr-office-vyr.desktop', 'vyr-office-shw.desktop', 'vyr-office-tbl.desktop',
-    'vyr-office-fixed.desktop', 'vyr-office-chart.desktop', 'vyr-office-board.desktop',
-    'vyr-office-pdf.desktop', 'vyr-office-docket.desktop', INTEGRATED];
+const entries = (...names) => names.map((name) => `vyr-office-${name}.desktop`);
+const SEPARATE = entries('fixed', 'board', 'chart', 'pdf', 'tbl', 'shw', 'vyr', 'docket');
+const REMOVED = entries('vyr', 'shw', 'tbl', 'fixed', 'chart', 'board', 'pdf', 'docket', 'tessaly');
 
 let root;
 
@@ -75,7 +72,7 @@ test('a missing source is skipped without a word', async () => {
     expect(await root.list(DESKTOP)).toEqual(['vyr-office-vyr.desktop']);
 });
 
-test.each(['fusion', 'other'])('mode %s without the suite’s shortcuts removes nothing', async (mode) => {
+test.each(['fusion', 'other'])('without desktops, mode %s removes nothing', async (mode) => {
     await root.makeDirectory(INSTALLED);
     await root.writeFile(`${DESKTOP}/vyr-office-vyr.desktop`, 'old');
     expect((await recover(mode)).status).toBe(0);
@@ -99,7 +96,8 @@ test('the desktop folder is made even when the mode is empty', async () => {
 
 test('the desktop of user-dirs.dirs is used, however deep', async () => {
     await install();
-    await root.writeFile('/home/user/.config/user-dirs.dirs', 'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n');
+    await root.writeFile('/home/user/.config/user-dirs.dirs',
+        'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n');
     await recover('fusion');
     expect(await root.list('/home/user/My Data/Desk')).toEqual([INTEGRATED]);
     expect(await root.list(DESKTOP)).toEqual([]);
