@@ -81,7 +81,7 @@ int main(int argc, char *argv[])
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
 
-    // Arguments are judged before the application object exists: that is quick and needs nothing.
+    helio::HeadlessApplication application(argv[0]);
     QString fault;
     const std::optional<ctl::CommandLine> line = ctl::parseCommandLine(arguments, &fault);
     if (!line)
@@ -90,7 +90,6 @@ int main(int argc, char *argv[])
         printText(line->text, stdout);
         return ctl::Answered;
     }
-    helio::HeadlessApplication application(argv[0]);
     helio::makeDefaultSuiteHome();
     return run(*line);
 }
