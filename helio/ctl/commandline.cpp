@@ -35,6 +35,10 @@ const QCommandLineOption
                   QStringLiteral("Read requests from standard input, a JSON object a line."));
 const QCommandLineOption commandsOption(QStringLiteral("commands"),
                                         QStringLiteral("Print the names of all commands."));
+const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
+                                    QStringLiteral("Print this text."));
+const QCommandLineOption versionOption({QStringLiteral("v"), QStringLiteral("version")},
+                                       QStringLiteral("Print the version."));
 
 /// The JSON value of @p text, which need not be an object or array.
 std::optional<QJsonValue> parseJsonValue(const QString &text)
@@ -108,9 +112,7 @@ std::optional<ctl::CommandLine> ctl::parseCommandLine(const QStringList &argumen
     parser.setApplicationDescription(QStringLiteral(
         "Runs a command of the office assistant and prints each event as a line of JSON."));
     parser.addOptions({pageOption, chooseOption, waitOption, untilOption, openOption, traceOption,
-                       prettyOption, sessionOption, commandsOption});
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+                       prettyOption, sessionOption, commandsOption, helpOption, versionOption});
     parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("The command to send."));
     parser.addPositionalArgument(
         QStringLiteral("NAME=VALUE"),
@@ -121,9 +123,9 @@ std::optional<ctl::CommandLine> ctl::parseCommandLine(const QStringList &argumen
         return std::nullopt;
     }
     CommandLine line;
-    if (parser.isSet(help) || parser.isSet(version)) {
+    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
         line.mode = CommandLine::ShowText;
-        line.text = parser.isSet(help) ? parser.helpText()
+        line.text = parser.isSet(helpOption) ? parser.helpText()
                                        : QStringLiteral("assistantctl " ASSISTANT_VERSION "\n");
         return line;
     }
