@@ -55,23 +55,23 @@ QStringList HeadlessPage::commands() const
 
 QJsonObject HeadlessPage::call(const QString &command, const QJsonObject &args)
 {
-    m_awaitedCallback = QStringLiteral("headlessCall%1").arg(++m_lastCall);
-    m_answer = {};
+    const QString callback = QStringLiteral("headlessCall%1").arg(++m_lastCall);
+    m_answers.insert(callback, {});
     const QJsonObject request{{QStringLiteral("command"), command},
-                              {QStringLiteral("callback"), m_awaitedCallback},
+                              {QStringLiteral("callback"), callback},
                               {QStringLiteral("args"), args}};
     m_browser->api()->fromJSAsynCall(
         QString::fromUtf8(QJsonDocument(request).toJson(QJsonDocument::Compact)));
-    m_awaitedCallback.clear();
-    return m_answer;
+    return m_answers.take(callback);
 }
 
 void HeadlessPage::receive(const QString &callback, const QString &json, bool base64)
 {
     const QByteArray text = base64 ? QByteArray::fromBase64(json.toLatin1()) : json.toUtf8();
     const QJsonObject answer = QJsonDocument::fromJson(text).object();
-    if (callback == m_awaitedCallback)
-        m_answer = answer;
+    const auto awaited = m_answers.find(callback);
+    if (awaited != m_answers.end())
+        *awaited = answer;
     else
         emit callbackCalled(callback, answer);
 }

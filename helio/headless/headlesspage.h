@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
 #include <QStringList>
@@ -46,8 +47,8 @@ private:
     KHelioPluginWidget *m_widget = nullptr;
     HeadlessBrowser *m_browser = nullptr;
     int m_lastCall = 0;
-    QString m_awaitedCallback;
-    QJsonObject m_answer;
+    /// The calls that are under way: one may be made in the event loop that another one runs.
+    QHash<QString, QJsonObject> m_answers;
 };
 
 } // namespace helio

@@ -24,6 +24,9 @@ QString fromJsonString(const Json::Value &value)
 
 Json::Value fromNumber(double number)
 {
+    // JSON has no word for these.
+    if (!std::isfinite(number))
+        return Json::Value();
     constexpr double largestExactInteger = 9007199254740992.0;
     if (std::abs(number) <= largestExactInteger && std::trunc(number) == number)
         return Json::Value(static_cast<Json::Int64>(number));

@@ -7,8 +7,9 @@ namespace {
 
 std::vector<KHelioPluginWidgetFactoryItemBase *> &registeredItems()
 {
-    static std::vector<KHelioPluginWidgetFactoryItemBase *> items;
-    return items;
+    // Never destroyed: static items take themselves off the list while the process ends.
+    static auto *items = new std::vector<KHelioPluginWidgetFactoryItemBase *>;
+    return *items;
 }
 
 void forget(KHelioPluginWidgetFactoryItemBase *item)

@@ -3,6 +3,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QStringList>
+
+#include <algorithm>
 
 #include "helio/runtime/configuration.h"
 
@@ -35,9 +38,10 @@ QString krt::dirs::frameworks(const QString &sub, void *)
 
 bool krt::kcmc::support(const QString &name)
 {
-    const QStringList components =
-        helio::setting(QStringLiteral("components"), QString()).split(QLatin1Char(','));
-    return components.contains(name);
+    const QStringList components = helio::setting(QStringLiteral("components"), QString())
+                                       .split(QLatin1Char(','), Qt::SkipEmptyParts);
+    return std::any_of(components.begin(), components.end(),
+                       [&name](const QString &component) { return component.trimmed() == name; });
 }
 
 QString vyrupdate_linux::getUpdateCfgPath(const QString &directory)

@@ -125,6 +125,8 @@ bool KxWebViewAsynJSObject::handleMethod(const QString &command, KxWebViewJSCont
             fault = QStringLiteral("unknown command: ") + command;
     } catch (const std::exception &error) {
         fault = QStringLiteral("%1 failed: %2").arg(command, QString::fromUtf8(error.what()));
+    } catch (...) {
+        fault = QStringLiteral("%1 failed").arg(command);
     }
     if (!alive || !publish)
         return known;
