@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QJsonObject>
+#include <QPointer>
 #include <QTimer>
 
 #include "bridge/answer.h"
@@ -48,6 +49,8 @@ void KVyrAssistantToolAPI::restartpreload(KxWebViewJSContext &context)
 
 void KVyrAssistantToolAPI::screenshots(KxWebViewJSContext &context)
 {
+    // The page may be closed while the loop runs.
+    const QPointer<KVyrAssistantToolAPI> alive(this);
     emit sigShowMinimized();
     QEventLoop loop;
     QTimer::singleShot(minimiseMs, &loop, &QEventLoop::quit);
@@ -55,7 +58,8 @@ void KVyrAssistantToolAPI::screenshots(KxWebViewJSContext &context)
     if (const auto grab = KToolManager::instance().screenGrab())
         grab();
     setResult(context, resultSuccess);
-    emit sigShowNormal();
+    if (alive)
+        emit sigShowNormal();
 }
 
 void KVyrAssistantToolAPI::recordscreen(KxWebViewJSContext &context)
