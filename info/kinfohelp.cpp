@@ -55,13 +55,13 @@ void lookAt(FilePermEntry *entry)
 }
 
 /// The paths stand unquoted in the command: a blank splits one in two.
-bool startListing(const QString &output, const QStringList &paths)
+bool startListing(const QString &output, const QStringList &paths, QObject *owner)
 {
     const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
     if (script.isEmpty())
         return false;
     const QStringList words = QStringList{QStringLiteral("bash"), script, output} + paths;
-    startCommand(words.join(QLatin1Char(' ')));
+    startCommand(words.join(QLatin1Char(' ')), owner);
     return true;
 }
 
@@ -177,17 +177,17 @@ void KInfoHelp::addOftenFile(const QString &name, const QString &path)
     m_oftenFiles.append({name, path, {}, {}, {}, {}});
 }
 
-bool KInfoHelp::exportOftenFilePermissions(const QString &output) const
+bool KInfoHelp::exportOftenFilePermissions(const QString &output)
 {
     QStringList paths;
-    for (const FilePermEntry &entry : m_oftenFiles)
+    for (const FilePermEntry &entry : qAsConst(m_oftenFiles))
         paths.append(entry.path);
-    return startListing(output, paths);
+    return startListing(output, paths, this);
 }
 
-bool KInfoHelp::exportSpecialFilePermissions(const QString &output, const QString &file) const
+bool KInfoHelp::exportSpecialFilePermissions(const QString &output, const QString &file)
 {
-    return startListing(output, {file});
+    return startListing(output, {file}, this);
 }
 
 } // namespace OfficeAssiant

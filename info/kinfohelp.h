@@ -62,10 +62,10 @@ public:
 
     /// Starts to append a listing (ls -dl) of the often-used paths to the file @p output. False
     /// when the script that does so cannot be had.
-    bool exportOftenFilePermissions(const QString &output) const;
+    bool exportOftenFilePermissions(const QString &output);
 
     /// The same for the one path @p file.
-    bool exportSpecialFilePermissions(const QString &output, const QString &file) const;
+    bool exportSpecialFilePermissions(const QString &output, const QString &file);
 
 private:
     QVector<FilePermEntry> m_oftenFiles;

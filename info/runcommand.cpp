@@ -1,9 +1,14 @@
 #include "info/runcommand.h"
 
+#include <QObject>
+#include <QSocketNotifier>
+
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <thread>
+
+#include <unistd.h>
 
 namespace OfficeAssiant {
 
@@ -36,9 +41,10 @@ QString runCommand(const QString &command)
     std::FILE *stream = openPipe(command);
     if (!stream)
         return {};
-    // Decoded as a whole: a character may lie across two reads.
-    QString output = QString::fromLocal8Bit(readToEnd(stream));
+    const QByteArray bytes = readToEnd(stream);
     ::pclose(stream);
+    // Decoded as a whole, NUL bytes included: a character may lie across two reads.
+    QString output = QString::fromLocal8Bit(bytes.constData(), bytes.size());
     if (output.endsWith(QLatin1Char('\n')))
         output.chop(1);
     return output;
@@ -46,26 +52,41 @@ QString runCommand(const QString &command)
 
 std::optional<QByteArray> readCommandOutput(const QString &command)
 {
-    const auto previousHandler = std::signal(SIGCHLD, SIG_DFL);
+    struct sigaction defaultAction
+    {
+    };
+    struct sigaction previousAction
+    {
+    };
+    defaultAction.sa_handler = SIG_DFL;
+    ::sigaction(SIGCHLD, &defaultAction, &previousAction);
     std::FILE *stream = openPipe(command);
     if (!stream)
         return std::nullopt;
     const QByteArray output = readToEnd(stream);
     ::pclose(stream);
-    std::signal(SIGCHLD, previousHandler);
+    ::sigaction(SIGCHLD, &previousAction, nullptr);
     return output;
 }
 
-void startCommand(const QString &command)
+void startCommand(const QString &command, QObject *owner)
 {
     std::FILE *stream = openPipe(command);
     if (!stream)
         return;
-    // Somebody has to collect the child and the descriptor, but not the caller.
-    std::thread([stream] {
-        readToEnd(stream);
+    // Somebody has to collect the child and the descriptor, but nobody waits for them. A thread
+    // would still run when the plug-in is unloaded; the notifier goes with its owner.
+    const int descriptor = ::fileno(stream);
+    auto *ending = new QSocketNotifier(descriptor, QSocketNotifier::Read, owner);
+    QObject::connect(ending, &QSocketNotifier::activated, ending, [ending, stream, descriptor] {
+        std::array<char, 4096> thrownAway;
+        const ssize_t count = ::read(descriptor, thrownAway.data(), thrownAway.size());
+        if (count > 0 || (count < 0 && errno == EINTR))
+            return;
+        ending->setEnabled(false);
+        ending->deleteLater();
         ::pclose(stream);
-    }).detach();
+    });
 }
 
 } // namespace OfficeAssiant

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+class QObject;
+
 namespace OfficeAssiant {
 
 /// Runs a shell command line (popen(3)) and gives all its standard output, decoded from the
@@ -17,7 +19,8 @@ QString runCommand(const QString &command);
 /// when it cannot be started; SIGCHLD keeps the default action then.
 std::optional<QByteArray> readCommandOutput(const QString &command);
 
-/// Runs a shell command line and does not wait for it; what it prints is thrown away.
-void startCommand(const QString &command);
+/// Runs a shell command line and does not wait for it; what it prints is thrown away. The event
+/// loop collects the ended child for as long as @p owner lives.
+void startCommand(const QString &command, QObject *owner);
 
 } // namespace OfficeAssiant
