@@ -10,6 +10,9 @@
 
 KVyrAssistantTool::KVyrAssistantTool(QWidget *parent) : KHelioPluginWidget(parent)
 {
+    // For connections of the shell's that are queued or made by signature.
+    qRegisterMetaType<KHelioBrowserWidgetBase *>();
+    qRegisterMetaType<KxWebViewContainer *>();
     if (parent) {
         m_widgetType = parent->property("widgettype").toString();
         const QString htmlPath = parent->property("htmlpath").toString();
