@@ -1,0 +1,195 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+#include <csignal>
+
+#include <sys/wait.h>
+
+#include "info/runcommand.h"
+#include "tests/support/headlesstest.h"
+
+using namespace OfficeAssiant;
+
+namespace {
+
+int openDescriptors()
+{
+    return static_cast<int>(QDir(QStringLiteral("/proc/self/fd")).count());
+}
+
+bool hasChildren()
+{
+    return ::waitid(P_ALL, 0, nullptr, WEXITED | WNOHANG | WNOWAIT) == 0;
+}
+
+void ignoreChild(int, siginfo_t *, void *) {}
+
+} // namespace
+
+/// Running shell command lines.
+class RunCommandTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void outputOfAnyLengthComesWhole_data()
+    {
+        QTest::addColumn<int>("length");
+        for (const int length : {0, 1, 1023, 1024, 1025, 2048, 2049, 100000})
+            QTest::addRow("%d bytes", length) << length;
+    }
+
+    void outputOfAnyLengthComesWhole()
+    {
+        QFETCH(int, length);
+        QCOMPARE(runCommand(QStringLiteral("head -c %1 /dev/zero | tr '\\0' x").arg(length)),
+                 QString(length, QLatin1Char('x')));
+    }
+
+    void aCharacterThatLiesAcrossTwoReadsIsDecoded_data()
+    {
+        QTest::addColumn<int>("before");
+        for (const int before : {1021, 1022, 1023, 1024, 2046, 2047})
+            QTest::addRow("after %d bytes", before) << before;
+    }
+
+    void aCharacterThatLiesAcrossTwoReadsIsDecoded()
+    {
+        QFETCH(int, before);
+        const QString output = runCommand(
+            QStringLiteral("head -c %1 /dev/zero | tr '\\0' x; printf '\\346\\226\\207!'")
+                .arg(before));
+        QCOMPARE(output, QString(before, QLatin1Char('x')) + QStringLiteral("\u6587!"));
+    }
+
+    void oneTrailingLineFeedIsTakenAway_data()
+    {
+        QTest::addColumn<QString>("printed");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("none") << QStringLiteral("a") << QStringLiteral("a");
+        QTest::newRow("one") << QStringLiteral("a\\n") << QStringLiteral("a");
+        QTest::newRow("two") << QStringLiteral("a\\n\\n") << QStringLiteral("a\n");
+        QTest::newRow("alone") << QStringLiteral("\\n") << QString();
+        QTest::newRow("carriage return") << QStringLiteral("a\\r\\n") << QStringLiteral("a\r");
+        QTest::newRow("inside") << QStringLiteral("a\\nb") << QStringLiteral("a\nb");
+    }
+
+    void oneTrailingLineFeedIsTakenAway()
+    {
+        QFETCH(QString, printed);
+        QFETCH(QString, output);
+        QCOMPARE(runCommand(QStringLiteral("printf '%1'").arg(printed)), output);
+    }
+
+    void aCommandThatFailsGivesWhatItPrinted()
+    {
+        QCOMPARE(runCommand(QStringLiteral("echo a; echo b >&2; exit 3")), QStringLiteral("a"));
+        QCOMPARE(runCommand(QStringLiteral("printf a; kill -9 $$")), QStringLiteral("a"));
+    }
+
+    void aMissingProgramGivesNothing()
+    {
+        QCOMPARE(runCommand(QStringLiteral("no-such-program 2>/dev/null")), QString());
+        QCOMPARE(runCommand(QString()), QString());
+    }
+
+    void zeroBytesAreKept()
+    {
+        QCOMPARE(runCommand(QStringLiteral("printf 'a\\000b\\n'")),
+                 QString(QLatin1String("a\0b", 3)));
+    }
+
+    void bytesThatAreNoTextDoNotEndTheOutput()
+    {
+        const QString output = runCommand(QStringLiteral("printf 'a\\377\\376b'"));
+        QVERIFY(output.startsWith(QLatin1Char('a')) && output.endsWith(QLatin1Char('b')));
+    }
+
+    void fiftyMegabytesComeWhole()
+    {
+        constexpr int size = 50 << 20;
+        const QString output =
+            runCommand(QStringLiteral("head -c %1 /dev/zero | tr '\\0' x").arg(size));
+        QCOMPARE(output.size(), size);
+        QCOMPARE(output.count(QLatin1Char('x')), size);
+    }
+
+    void nothingIsLeftBehind()
+    {
+        const int before = openDescriptors();
+        for (int count = 0; count < 20; ++count) {
+            runCommand(QStringLiteral("echo a"));
+            readCommandOutput(QStringLiteral("echo a"));
+        }
+        QCOMPARE(openDescriptors(), before);
+        QVERIFY(!hasChildren());
+    }
+
+    void rawOutputIsAsItWasPrinted()
+    {
+        QCOMPARE(readCommandOutput(QStringLiteral("printf 'a\\000\\377\\n\\n'")),
+                 std::optional<QByteArray>(QByteArray("a\0\xff\n\n", 5)));
+        QCOMPARE(readCommandOutput(QStringLiteral("true")),
+                 std::optional<QByteArray>(QByteArray()));
+    }
+
+    void theHostsChildHandlerIsRestoredWithItsFlags()
+    {
+        struct sigaction hosts = {};
+        struct sigaction before = {};
+        struct sigaction after = {};
+        hosts.sa_sigaction = ignoreChild;
+        hosts.sa_flags = SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP;
+        QCOMPARE(::sigaction(SIGCHLD, &hosts, &before), 0);
+        readCommandOutput(QStringLiteral("true"));
+        QCOMPARE(::sigaction(SIGCHLD, &before, &after), 0);
+        QVERIFY(after.sa_sigaction == ignoreChild);
+        constexpr int flags = SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP;
+        QCOMPARE(after.sa_flags & flags, flags);
+    }
+
+    void theChildHandlerIsTheDefaultOneMeanwhile()
+    {
+        struct sigaction ignored = {};
+        struct sigaction before = {};
+        ignored.sa_handler = SIG_IGN;
+        QCOMPARE(::sigaction(SIGCHLD, &ignored, &before), 0);
+        // The mask of ignored signals is inherited: bit 17 of it is SIGCHLD.
+        const auto output = readCommandOutput(QStringLiteral("grep SigIgn /proc/self/status"));
+        ::sigaction(SIGCHLD, &before, nullptr);
+        QVERIFY(output);
+        const quint64 mask = output->split('\t').value(1).trimmed().toULongLong(nullptr, 16);
+        QVERIFY(!(mask & (1ULL << (SIGCHLD - 1))));
+    }
+
+    void aStartedCommandIsNotWaitedForAndIsCollectedLater()
+    {
+        const int before = openDescriptors();
+        const QString note = testsupport::PrivateHome::current().path() + QStringLiteral("/note");
+        QObject owner;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        startCommand(QStringLiteral("sleep 0.3; head -c 200000 /dev/zero; touch \"$HOME/note\""),
+                     &owner);
+        QVERIFY(elapsed.elapsed() < 250);
+        QVERIFY(!QFileInfo::exists(note));
+        QTRY_VERIFY(QFileInfo::exists(note));
+        QTRY_VERIFY(!hasChildren());
+        QTRY_COMPARE(openDescriptors(), before);
+        QTRY_VERIFY(owner.children().isEmpty());
+    }
+
+    void aStartedCommandRunsOnWithoutItsOwner()
+    {
+        const QString note = testsupport::PrivateHome::current().path() + QStringLiteral("/later");
+        {
+            QObject owner;
+            startCommand(QStringLiteral("sleep 0.1; touch \"$HOME/later\""), &owner);
+        }
+        QTRY_VERIFY(QFileInfo::exists(note));
+    }
+};
+
+HEADLESS_TEST_MAIN(RunCommandTest)
+#include "tst_runcommand.moc"
