@@ -72,6 +72,8 @@ QString readArgument(const QString &argument, QJsonObject *args)
 QString readOptions(const QCommandLineParser &parser, ctl::CommandLine *line)
 {
     line->page = parser.value(pageOption);
+    if (parser.isSet(sessionOption) && parser.isSet(commandsOption))
+        return QStringLiteral("--session and --commands exclude each other");
     if (line->page != QLatin1String("main") && line->page != QLatin1String("child"))
         return QStringLiteral("--page is main or child");
     if (parser.isSet(waitOption)) {

@@ -1,0 +1,128 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <memory>
+
+#include "helio/ctl/leftoverwork.h"
+#include "tests/support/headlesstest.h"
+
+namespace {
+
+/// A process that is ended with this object.
+class RunningProcess
+{
+public:
+    RunningProcess(const QString &program, const QStringList &arguments)
+    {
+        m_process.start(program, arguments);
+        if (!m_process.waitForStarted(5000))
+            qFatal("cannot start %s", qPrintable(program));
+    }
+
+    ~RunningProcess()
+    {
+        m_process.kill();
+        m_process.waitForFinished(5000);
+    }
+
+private:
+    QProcess m_process;
+};
+
+} // namespace
+
+/// Which processes assistantctl waits for before it ends.
+class LeftoverWorkTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_directory->isValid());
+        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
+    void aScriptRunByAnInterpreterIsNoticedUntilItEnds()
+    {
+        const QString script = addScript(QStringLiteral("sleeper.sh"));
+        {
+            const RunningProcess process(QStringLiteral("bash"), {script, QStringLiteral("word")});
+            QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+        }
+        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
+    void aScriptRunByItselfIsNoticed()
+    {
+        const RunningProcess process(addScript(QStringLiteral("sleeper.sh")), {});
+        QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
+    void aShellThatIsAboutToRunAScriptIsNoticed()
+    {
+        const RunningProcess process(
+            QStringLiteral("sh"),
+            {QStringLiteral("-c"),
+             QStringLiteral("bash %1; true").arg(addScript(QStringLiteral("sleeper.sh")))});
+        QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
+    void aProgramThatOnlyNamesTheDirectoryIsNotWaitedFor()
+    {
+        const QString file = addScript(QStringLiteral("viewed.sh"));
+        const RunningProcess viewer(QStringLiteral("tail"),
+                                    {QStringLiteral("-f"), QStringLiteral("-n0"), file});
+        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
+    void aDirectoryWhoseNameOnlyStartsAlikeIsAnother()
+    {
+        const RunningProcess process(QStringLiteral("bash"),
+                                     {addScript(QStringLiteral("sleeper.sh"))});
+        QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path().chopped(1)));
+    }
+
+    void nothingLeftMeansNoWait()
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        ctl::waitForLeftoverWork();
+        QVERIFY(elapsed.elapsed() < 1000);
+    }
+
+    void aStagedScriptIsWaitedFor()
+    {
+        testsupport::PrivateHome::current().writeFile(
+            QStringLiteral(".local/share/Orvane/tmp/officeassis_script/short.sh"),
+            "sleep 0.5; touch \"$HOME/ended\"\n");
+        const QString script = testsupport::PrivateHome::current().suiteHome() +
+                               QStringLiteral("/tmp/officeassis_script/short.sh");
+        const RunningProcess process(QStringLiteral("bash"), {script});
+        ctl::waitForLeftoverWork();
+        QVERIFY(QFileInfo::exists(testsupport::PrivateHome::current().path() +
+                                  QStringLiteral("/ended")));
+    }
+
+private:
+    QString addScript(const QString &name) const
+    {
+        QFile script(m_directory->filePath(name));
+        if (!script.open(QIODevice::WriteOnly))
+            qFatal("cannot write %s", qPrintable(script.fileName()));
+        // Waits for the end of its input, which comes with the end of RunningProcess.
+        script.write("#!/bin/bash\nread line\n");
+        script.close();
+        script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return script.fileName();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+HEADLESS_TEST_MAIN(LeftoverWorkTest)
+#include "tst_leftoverwork.moc"
