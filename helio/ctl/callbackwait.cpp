@@ -29,9 +29,12 @@ bool CallbackWait::waitFor(const QString &callback, int timeoutMs)
     timeout.setSingleShot(true);
     connect(&timeout, &QTimer::timeout, &loop, &QEventLoop::quit);
     connect(this, &CallbackWait::arrived, &loop, [&] {
-        came = came || take(callback);
-        if (came)
-            loop.quit();
+        // What came before has been looked at: a search reports hits by the hundred thousand.
+        if (came || m_arrived.constLast() != callback)
+            return;
+        came = true;
+        m_arrived.clear();
+        loop.quit();
     });
     if (!came) {
         timeout.start(timeoutMs);

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QMutex>
+#include <QWaitCondition>
+
+#include <atomic>
+#include <deque>
+#include <functional>
+
+#include "helio/runtime/search/filehit.h"
+
+namespace helio {
+
+/// Hands the hits of one search from the thread that finds them to the thread that reports them.
+/// The finder waits while the reporter is far behind.
+class HitQueue
+{
+public:
+    enum class State {
+        Hit,
+        Empty,
+        Ended
+    };
+
+    /// @p wakeUp runs on the finder's thread when there is something to take after take() gave
+    /// State::Empty, and before the first take(); never after stop().
+    explicit HitQueue(std::function<void()> wakeUp);
+
+    // For the finder.
+    void put(const FileHit &hit);
+    void end();
+
+    /// Waits; true when the search was stopped meanwhile.
+    bool isStoppedWithin(int milliseconds);
+
+    // For the reporter.
+    State take(FileHit *hit);
+    void stop();
+
+    bool isStopped() const;
+
+private:
+    void wakeReporter();
+
+    QMutex m_guard;
+    QWaitCondition m_changed;
+    std::deque<FileHit> m_hits;
+    std::function<void()> m_wakeUp;
+    bool m_isReporterAsleep = true;
+    bool m_hasEnded = false;
+    std::atomic_bool m_isStopped{false};
+};
+
+} // namespace helio

@@ -1,0 +1,51 @@
+#include "helio/runtime/search/namepattern.h"
+
+#include <QFile>
+
+#include <climits>
+
+namespace helio {
+
+namespace {
+
+// A letter may be longer in one case than in the other, so there is room to spare.
+constexpr int longestKeyword = 4 * NAME_MAX;
+
+const QByteArray shellPatternCharacters = QByteArrayLiteral("*?[]\\");
+
+} // namespace
+
+NamePattern::NamePattern(const QString &keyword, Qt::CaseSensitivity caseSensitivity)
+    : m_keyword(keyword), m_caseSensitivity(caseSensitivity)
+{
+}
+
+bool NamePattern::canMatch() const
+{
+    return !m_keyword.isEmpty() && m_keyword.size() <= longestKeyword &&
+           !m_keyword.contains(QLatin1Char('/')) && !m_keyword.contains(QChar::Null);
+}
+
+bool NamePattern::matches(const QByteArray &fileName) const
+{
+    return QFile::decodeName(fileName).contains(m_keyword, m_caseSensitivity);
+}
+
+QByteArray NamePattern::toShellPattern() const
+{
+    QByteArray pattern = QByteArrayLiteral("*");
+    const QByteArray keyword = QFile::encodeName(m_keyword);
+    for (const char c : keyword) {
+        if (shellPatternCharacters.contains(c))
+            pattern += '\\';
+        pattern += c;
+    }
+    return pattern + '*';
+}
+
+Qt::CaseSensitivity NamePattern::caseSensitivity() const
+{
+    return m_caseSensitivity;
+}
+
+} // namespace helio

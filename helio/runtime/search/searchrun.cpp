@@ -1,0 +1,159 @@
+#include "helio/runtime/search/searchrun.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <chrono>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "helio/runtime/search/directorywalk.h"
+#include "helio/runtime/search/searchlocations.h"
+
+namespace helio {
+
+namespace {
+
+constexpr int refreshCheckMs = 10;
+constexpr int longestCatchUpMs = 25000;
+constexpr std::chrono::seconds longestRefreshStart(5);
+// One that was under way from long ago, and one of our own.
+constexpr int mostAwaitedRefreshes = 2;
+
+QString withoutLinks(const QString &directory)
+{
+    const QString path = QFileInfo(directory).canonicalFilePath();
+    return path.isEmpty() ? directory : path;
+}
+
+/// What the paths of all files below a directory begin with.
+QByteArray prefixOf(const QString &directory)
+{
+    const QByteArray path = QFile::encodeName(directory);
+    return path.isEmpty() || path.endsWith('/') ? path : path + '/';
+}
+
+} // namespace
+
+SearchRun::SearchRun(const NamePattern &pattern, const QString &directory,
+                     std::shared_ptr<HitQueue> hits, std::shared_future<void> refreshStart)
+    : m_pattern(pattern),
+      m_directory(directory.isEmpty() ? directory : withoutLinks(directory)),
+      m_requiredPrefix(prefixOf(m_directory)),
+      m_hits(std::move(hits)),
+      m_refreshStart(std::move(refreshStart))
+{
+}
+
+void SearchRun::run()
+{
+    if (m_pattern.canMatch()) {
+        for (const Area &area : areas())
+            search(area);
+        const QDeadlineTimer deadline(longestCatchUpMs);
+        for (const AskedDatabase &asked : m_askedDatabases)
+            catchUp(asked, deadline);
+    }
+    m_hits->end();
+}
+
+std::vector<SearchRun::Area> SearchRun::areas() const
+{
+    std::vector<Area> areas;
+    const QStringList roots = searchRoots();
+    for (const QString &root : roots) {
+        if (m_directory.isEmpty())
+            areas.push_back({root, root});
+        else if (m_directory == root || liesBelow(m_directory, root))
+            return {{root, m_directory}};
+    }
+    if (!m_directory.isEmpty())
+        areas.push_back({QString(), m_directory});
+    return areas;
+}
+
+void SearchRun::search(const Area &area)
+{
+    const FileDatabase database(area.databaseRoot);
+    const std::optional<FileDatabase::Version> version = database.version();
+    const bool isUsable = !area.databaseRoot.isEmpty() && version && DatabaseQuery::isAvailable() &&
+                          FileDatabase::isRefreshable();
+    if (!isUsable) {
+        walk(area.directory);
+        return;
+    }
+    switch (ask(database)) {
+    case DatabaseQuery::Outcome::Complete:
+        m_askedDatabases.push_back({database, version});
+        break;
+    case DatabaseQuery::Outcome::Failed:
+        // It may be damaged; a refresh replaces it.
+        database.startRefresh();
+        walk(area.directory);
+        break;
+    case DatabaseQuery::Outcome::Stopped:
+        break;
+    }
+}
+
+void SearchRun::walk(const QString &directory)
+{
+    const DirectoryWalk walk(
+        m_pattern, [this] { return m_hits->isStopped(); },
+        [this](const QByteArray &path, bool isDirectory) {
+            if (!m_reported.contains(path))
+                report(path, isDirectory);
+        });
+    walk.run(QFile::encodeName(directory));
+}
+
+DatabaseQuery::Outcome SearchRun::ask(const FileDatabase &database)
+{
+    const DatabaseQuery query(
+        m_pattern, [this] { return m_hits->isStopped(); },
+        [this](const QByteArray &path) { reportIfExisting(path); });
+    return query.run(database.path());
+}
+
+void SearchRun::catchUp(const AskedDatabase &asked, const QDeadlineTimer &deadline)
+{
+    if (m_refreshStart.valid())
+        m_refreshStart.wait_for(longestRefreshStart);
+    const FileDatabase &database = asked.database;
+    for (int round = 0; round < mostAwaitedRefreshes; ++round) {
+        if (!database.isRefreshing() && (!database.isStale() || !database.startRefresh()))
+            break;
+        if (!waitForRefresh(database, deadline))
+            break;
+    }
+    if (!m_hits->isStopped() && database.version() != asked.version)
+        ask(database);
+}
+
+bool SearchRun::waitForRefresh(const FileDatabase &database, const QDeadlineTimer &deadline)
+{
+    while (database.isRefreshing()) {
+        if (deadline.hasExpired() || m_hits->isStoppedWithin(refreshCheckMs))
+            return false;
+    }
+    return true;
+}
+
+void SearchRun::reportIfExisting(const QByteArray &path)
+{
+    if (!path.startsWith(m_requiredPrefix) || m_reported.contains(path))
+        return;
+    struct stat status;
+    if (::lstat(path.constData(), &status) != 0)
+        return;
+    m_reported.insert(path);
+    report(path, S_ISDIR(status.st_mode));
+}
+
+void SearchRun::report(const QByteArray &path, bool isDirectory)
+{
+    m_hits->put({QFile::decodeName(path), isDirectory});
+}
+
+} // namespace helio
