@@ -2,26 +2,26 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
 
 #include <utility>
+
+#include "helio/runtime/search/programoutput.h"
 
 namespace helio {
 
 namespace {
 
-const QString program = QStringLiteral("plocate");
+const QByteArray program = QByteArrayLiteral("plocate");
 
 constexpr int stopCheckMs = 20;
 constexpr int longestSilenceMs = 10000;
 
 /// A list of databases is separated by colons, and a backslash takes a character as it is.
-QString escapedDatabase(QString path)
+QByteArray escapedDatabase(QByteArray path)
 {
-    path.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
-    path.replace(QLatin1Char(':'), QLatin1String("\\:"));
-    return path;
+    return path.replace('\\', "\\\\").replace(':', "\\:");
 }
 
 QProcessEnvironment queryEnvironment()
@@ -35,13 +35,16 @@ QProcessEnvironment queryEnvironment()
 }
 
 /// Gives the texts that end with a null character to the sink and keeps the rest.
-void takeComplete(QByteArray *unread, const DatabaseQuery::Sink &sink)
+void giveComplete(QByteArray *unread, const DatabaseQuery::Sink &sink)
 {
+    std::vector<std::string_view> texts;
     int begin = 0;
     for (int end = unread->indexOf('\0'); end >= 0; end = unread->indexOf('\0', begin)) {
-        sink(unread->mid(begin, end - begin));
+        texts.emplace_back(unread->constData() + begin, static_cast<std::size_t>(end - begin));
         begin = end + 1;
     }
+    if (!texts.empty())
+        sink(texts);
     unread->remove(0, begin);
 }
 
@@ -54,59 +57,39 @@ DatabaseQuery::DatabaseQuery(const NamePattern &pattern, std::function<bool()> i
 
 bool DatabaseQuery::isAvailable()
 {
-    return !QStandardPaths::findExecutable(program).isEmpty();
+    return !QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty();
+}
+
+QList<QByteArray> DatabaseQuery::command(const QString &database) const
+{
+    QList<QByteArray> words{program, "--null", "--basename"};
+    if (m_pattern.caseSensitivity() == Qt::CaseInsensitive)
+        words.append("--ignore-case");
+    words += {"--database", escapedDatabase(QFile::encodeName(database)), "--",
+              m_pattern.toShellPattern()};
+    return words;
 }
 
 DatabaseQuery::Outcome DatabaseQuery::run(const QString &database) const
 {
-    QProcess process;
-    start(process, database);
-    const Outcome outcome = read(process);
-    if (outcome == Outcome::Complete) {
-        // No match and an error give the same status; only an error says something.
-        const bool failed = process.exitStatus() != QProcess::NormalExit ||
-                            (process.exitCode() != 0 && !process.readAllStandardError().isEmpty());
-        return failed ? Outcome::Failed : Outcome::Complete;
-    }
-    process.kill();
-    process.waitForFinished(longestSilenceMs);
-    return outcome;
-}
-
-void DatabaseQuery::start(QProcess &process, const QString &database) const
-{
-    QStringList arguments{QStringLiteral("--null"), QStringLiteral("--basename")};
-    if (m_pattern.caseSensitivity() == Qt::CaseInsensitive)
-        arguments.append(QStringLiteral("--ignore-case"));
-    arguments += {QStringLiteral("--database"), escapedDatabase(database), QStringLiteral("--"),
-                  QFile::decodeName(m_pattern.toShellPattern())};
-    process.setProcessEnvironment(queryEnvironment());
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(program, arguments, QProcess::ReadOnly);
-}
-
-DatabaseQuery::Outcome DatabaseQuery::read(QProcess &process) const
-{
+    ProgramOutput plocate(command(database), queryEnvironment());
+    if (!plocate.isStarted())
+        return Outcome::Failed;
     QByteArray unread;
-    const auto sinkUnlessStopped = [this](const QByteArray &path) {
-        if (!m_isStopped())
-            m_sink(path);
-    };
     QElapsedTimer silence;
     silence.start();
     while (!m_isStopped()) {
-        const bool hasEnded = process.state() == QProcess::NotRunning;
-        if (!hasEnded)
-            process.waitForReadyRead(stopCheckMs);
-        const QByteArray piece = process.readAllStandardOutput();
-        if (!piece.isEmpty()) {
-            unread += piece;
-            takeComplete(&unread, sinkUnlessStopped);
+        switch (plocate.read(&unread, stopCheckMs)) {
+        case ProgramOutput::State::Output:
+            giveComplete(&unread, m_sink);
             silence.restart();
-        } else if (hasEnded) {
-            return process.error() == QProcess::FailedToStart ? Outcome::Failed : Outcome::Complete;
-        } else if (silence.hasExpired(longestSilenceMs)) {
-            return Outcome::Failed;
+            break;
+        case ProgramOutput::State::Silent:
+            if (silence.hasExpired(longestSilenceMs))
+                return Outcome::Failed;
+            break;
+        case ProgramOutput::State::Ended:
+            return plocate.hasSucceeded() ? Outcome::Complete : Outcome::Failed;
         }
     }
     return Outcome::Stopped;

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <functional>
+#include <string_view>
+#include <vector>
 
 #include "helio/runtime/search/namepattern.h"
-
-class QProcess;
 
 namespace helio {
 
@@ -19,7 +21,8 @@ public:
         Failed,
         Stopped
     };
-    using Sink = std::function<void(const QByteArray &path)>;
+    /// Gets paths as they come, each with a null character behind it.
+    using Sink = std::function<void(const std::vector<std::string_view> &paths)>;
 
     /// @p isStopped is asked again and again; the query ends as soon as it says yes.
     DatabaseQuery(const NamePattern &pattern, std::function<bool()> isStopped, Sink sink);
@@ -27,13 +30,12 @@ public:
     /// Whether plocate is there.
     static bool isAvailable();
 
-    /// Gives the paths to the sink as they come. Fails when plocate cannot be started, complains
+    /// Gives the paths to the sink. Fails when plocate cannot be started, complains
     /// or stays silent for ten seconds; paths may have been given by then.
     Outcome run(const QString &database) const;
 
 private:
-    void start(QProcess &process, const QString &database) const;
-    Outcome read(QProcess &process) const;
+    QList<QByteArray> command(const QString &database) const;
 
     const NamePattern &m_pattern;
     std::function<bool()> m_isStopped;

@@ -3,16 +3,9 @@
 #include <QFile>
 #include <QSet>
 
-#include <cstring>
-#include <deque>
-#include <memory>
 #include <utility>
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include "helio/runtime/search/directory.h"
 #include "helio/runtime/search/searchlocations.h"
 #include "helio/runtime/search/unsearchedmounts.h"
 
@@ -20,31 +13,7 @@ namespace helio {
 
 namespace {
 
-using Directory = std::unique_ptr<DIR, int (*)(DIR *)>;
-
-Directory openDirectory(const QByteArray &path)
-{
-    const int descriptor =
-        ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
-    DIR *directory = descriptor < 0 ? nullptr : ::fdopendir(descriptor);
-    if (descriptor >= 0 && !directory)
-        ::close(descriptor);
-    return {directory, ::closedir};
-}
-
-bool isDirectory(const Directory &parent, const dirent &entry)
-{
-    if (entry.d_type != DT_UNKNOWN)
-        return entry.d_type == DT_DIR;
-    struct stat status;
-    return ::fstatat(::dirfd(parent.get()), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(status.st_mode);
-}
-
-bool isItselfOrParent(const dirent &entry)
-{
-    return std::strcmp(entry.d_name, ".") == 0 || std::strcmp(entry.d_name, "..") == 0;
-}
+constexpr std::size_t mostAtOnce = 256;
 
 } // namespace
 
@@ -59,26 +28,31 @@ void DirectoryWalk::run(const QByteArray &root) const
     unsearched.insert(QFile::encodeName(searchDatabaseDirectory()));
     // What lies near the root is found first.
     std::deque<QByteArray> toDo{root};
-    while (!toDo.empty()) {
+    while (!toDo.empty() && !m_isStopped()) {
         const QByteArray path = std::move(toDo.front());
         toDo.pop_front();
-        const Directory directory = openDirectory(path);
-        if (!directory)
-            continue;
-        const QByteArray prefix = path.endsWith('/') ? path : path + '/';
-        while (const dirent *entry = ::readdir(directory.get())) {
-            if (m_isStopped())
-                return;
-            if (isItselfOrParent(*entry))
-                continue;
-            const QByteArray name(entry->d_name);
-            const bool isFolder = isDirectory(directory, *entry);
-            if (m_pattern.matches(name))
-                m_sink(prefix + name, isFolder);
-            if (isFolder && !unsearched.contains(prefix + name))
-                toDo.push_back(prefix + name);
-        }
+        if (path == root || !unsearched.contains(path))
+            walkDirectory(path, &toDo);
     }
+}
+
+void DirectoryWalk::walkDirectory(const QByteArray &path, std::deque<QByteArray> *folders) const
+{
+    Directory directory(path);
+    const QByteArray prefix = path.endsWith('/') ? path : path + '/';
+    FoundFiles found;
+    while (const dirent *entry = m_isStopped() ? nullptr : directory.next()) {
+        const QByteArray name(entry->d_name);
+        const bool isFolder = directory.isFolder(*entry);
+        if (m_pattern.matches(name))
+            found.push_back({prefix + name, isFolder});
+        if (isFolder)
+            folders->push_back(prefix + name);
+        if (found.size() >= mostAtOnce)
+            m_sink(std::exchange(found, {}));
+    }
+    if (!found.empty())
+        m_sink(std::move(found));
 }
 
 } // namespace helio

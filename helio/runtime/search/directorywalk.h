@@ -2,8 +2,10 @@
 
 #include <QByteArray>
 
+#include <deque>
 #include <functional>
 
+#include "helio/runtime/search/foundfile.h"
 #include "helio/runtime/search/namepattern.h"
 
 namespace helio {
@@ -13,7 +15,8 @@ namespace helio {
 class DirectoryWalk
 {
 public:
-    using Sink = std::function<void(const QByteArray &path, bool isDirectory)>;
+    /// Gets what was found in a directory, or in a part of a large one.
+    using Sink = std::function<void(FoundFiles &&files)>;
 
     /// @p isStopped is asked again and again; the walk ends as soon as it says yes.
     DirectoryWalk(const NamePattern &pattern, std::function<bool()> isStopped, Sink sink);
@@ -21,6 +24,8 @@ public:
     void run(const QByteArray &root) const;
 
 private:
+    void walkDirectory(const QByteArray &path, std::deque<QByteArray> *folders) const;
+
     const NamePattern &m_pattern;
     std::function<bool()> m_isStopped;
     Sink m_sink;

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -14,7 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "helio/runtime/search/descriptor.h"
 #include "helio/runtime/search/searchlocations.h"
+#include "helio/runtime/search/spawn.h"
 #include "helio/runtime/search/unsearchedmounts.h"
 
 namespace helio {
@@ -22,34 +23,20 @@ namespace helio {
 namespace {
 
 const QString refreshScript = QStringLiteral(":/helio/search/refreshdatabase.sh");
-const QStringList refreshWords = {
-    QStringLiteral("--fork"), QStringLiteral("nice"), QStringLiteral("-n"), QStringLiteral("19"),
-    QStringLiteral("ionice"), QStringLiteral("-t"),   QStringLiteral("-c"), QStringLiteral("3"),
-    QStringLiteral("sh"),     QStringLiteral("-c"),
-};
-const QString detacher = QStringLiteral("setsid");
-const QStringList refreshTools = {detacher, QStringLiteral("nice"), QStringLiteral("ionice"),
-                                  QStringLiteral("sh")};
+const QList<QByteArray> refreshWords = {"setsid", "--fork", "nice", "-n", "19", "ionice",
+                                        "-t",     "-c",     "3",    "sh", "-c"};
+const QStringList refreshTools = {QStringLiteral("setsid"), QStringLiteral("nice"),
+                                  QStringLiteral("ionice"), QStringLiteral("sh")};
 const QStringList updaterNames = {QStringLiteral("updatedb"), QStringLiteral("updatedb.plocate")};
 const QStringList systemProgramDirectories = {QStringLiteral("/usr/local/sbin"),
                                               QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
 
 // A file made a minute ago is to be found, and a refresh takes its time.
 constexpr qint64 staleAfterMs = 45000;
-constexpr int longestProgramStartMs = 5000;
+constexpr int longestDetachMs = 5000;
 
-/// Starts a program that inherits a file descriptor.
-class InheritingProcess : public QProcess
-{
-public:
-    explicit InheritingProcess(int descriptor) : m_descriptor(descriptor) {}
-
-protected:
-    void setupChildProcess() override { ::fcntl(m_descriptor, F_SETFD, 0); }
-
-private:
-    int m_descriptor;
-};
+// The first one behind the standard streams.
+constexpr int lockNumber = 3;
 
 /// Other packages have an updatedb too, whose databases plocate does not read.
 bool isUpdaterOfPlocate(const QString &program)
@@ -77,6 +64,12 @@ bool makePrivateDirectory(const QString &path)
     const QByteArray name = QFile::encodeName(path);
     ::mkdir(name.constData(), S_IRWXU);
     return ::chmod(name.constData(), S_IRWXU) == 0;
+}
+
+int openPrivateFile(const QString &path, int flags = 0)
+{
+    return ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | flags,
+                  S_IRUSR | S_IWUSR);
 }
 
 struct flock writeLock()
@@ -132,13 +125,11 @@ std::optional<FileDatabase::Version> FileDatabase::version() const
 
 bool FileDatabase::isRefreshing() const
 {
-    const int descriptor = ::open(QFile::encodeName(lockPath()).constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
+    const Descriptor lockFile(
+        ::open(QFile::encodeName(lockPath()).constData(), O_RDONLY | O_CLOEXEC));
     struct flock lock = writeLock();
-    const bool isLocked = ::fcntl(descriptor, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-    ::close(descriptor);
-    return isLocked;
+    return lockFile.isOpen() && ::fcntl(lockFile.number(), F_OFD_GETLK, &lock) == 0 &&
+           lock.l_type != F_UNLCK;
 }
 
 bool FileDatabase::isStale() const
@@ -153,39 +144,38 @@ bool FileDatabase::startRefresh() const
 {
     if (!makePrivateDirectory(m_directory))
         return false;
-    const int descriptor = ::open(QFile::encodeName(lockPath()).constData(),
-                                  O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0)
+    const Descriptor lockFile(openPrivateFile(lockPath()));
+    if (!lockFile.isOpen())
         return false;
     // The lock belongs to the open file, which the refresh inherits: it ends with the refresh,
     // and not with this process.
     struct flock lock = writeLock();
-    bool underWay = true;
-    if (::fcntl(descriptor, F_OFD_SETLK, &lock) == 0) {
-        ::futimens(descriptor, nullptr);
-        underWay = startRefreshProgram(descriptor);
-    }
-    ::close(descriptor);
-    return underWay;
+    if (::fcntl(lockFile.number(), F_OFD_SETLK, &lock) != 0)
+        return true;
+    ::futimens(lockFile.number(), nullptr);
+    return startRefreshProgram(lockFile);
 }
 
-bool FileDatabase::startRefreshProgram(int lockDescriptor) const
+bool FileDatabase::startRefreshProgram(const Descriptor &lock) const
 {
     QFile script(refreshScript);
-    if (!script.open(QIODevice::ReadOnly))
+    const QString logPath = m_directory + QLatin1Char('/') + m_name + QStringLiteral(".log");
+    const Descriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    const Descriptor log(openPrivateFile(logPath, O_TRUNC));
+    if (!script.open(QIODevice::ReadOnly) || !nothing.isOpen() || !log.isOpen())
         return false;
-    InheritingProcess process(lockDescriptor);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(m_directory + QLatin1Char('/') + m_name + QStringLiteral(".log"));
-    process.setWorkingDirectory(QStringLiteral("/"));
-    process.start(detacher, refreshWords + QStringList{QString::fromUtf8(script.readAll()),
-                                                       QStringLiteral("refreshdatabase"),
-                                                       findUpdater(), m_root, path(),
-                                                       QString::fromLatin1(unsearchedFileSystems()),
-                                                       m_directory});
-    return process.waitForFinished(longestProgramStartMs) && process.exitCode() == 0 &&
-           process.exitStatus() == QProcess::NormalExit;
+    QList<QByteArray> words = refreshWords;
+    words += {script.readAll(), "refreshdatabase"};
+    words += {QFile::encodeName(findUpdater()), QFile::encodeName(m_root),
+              QFile::encodeName(path()), unsearchedFileSystems(), QFile::encodeName(m_directory)};
+    const std::optional<pid_t> process =
+        spawnProgram(words, QProcessEnvironment::systemEnvironment(),
+                     {{nothing.number(), STDIN_FILENO},
+                      {nothing.number(), STDOUT_FILENO},
+                      {log.number(), STDERR_FILENO},
+                      {lock.number(), lockNumber}});
+    // Only what detaches the refresh is awaited.
+    return process && awaitProgram(*process, longestDetachMs).value_or(0) == 0;
 }
 
 } // namespace helio

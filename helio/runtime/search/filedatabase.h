@@ -7,6 +7,8 @@
 
 namespace helio {
 
+class Descriptor;
+
 /// The database of the names below a directory: kept with plocate's updatedb, private to the
 /// user and shared by the user's processes. What is known of it stands in the file system alone:
 /// a refresh holds the lock on the file beside it, which is as old as the refresh that was
@@ -39,7 +41,7 @@ public:
 
 private:
     QString lockPath() const;
-    bool startRefreshProgram(int lockDescriptor) const;
+    bool startRefreshProgram(const Descriptor &lock) const;
 
     QString m_root;
     QString m_directory;

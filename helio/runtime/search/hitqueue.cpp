@@ -8,20 +8,20 @@ namespace helio {
 
 namespace {
 
-constexpr std::size_t mostWaitingHits = 4096;
+constexpr std::size_t mostWaitingGroups = 32;
 
 } // namespace
 
 HitQueue::HitQueue(std::function<void()> wakeUp) : m_wakeUp(std::move(wakeUp)) {}
 
-void HitQueue::put(const FileHit &hit)
+void HitQueue::put(FoundFiles &&hits)
 {
     QMutexLocker locker(&m_guard);
-    while (m_hits.size() >= mostWaitingHits && !m_isStopped)
+    while (m_waiting.size() >= mostWaitingGroups && !m_isStopped)
         m_changed.wait(&m_guard);
-    if (m_isStopped)
+    if (m_isStopped || hits.empty())
         return;
-    m_hits.push_back(hit);
+    m_waiting.push_back(std::move(hits));
     wakeReporter();
 }
 
@@ -41,18 +41,17 @@ bool HitQueue::isStoppedWithin(int milliseconds)
     return m_isStopped;
 }
 
-HitQueue::State HitQueue::take(FileHit *hit)
+HitQueue::State HitQueue::take(FoundFiles *hits)
 {
     const QMutexLocker locker(&m_guard);
-    if (m_hits.empty()) {
+    if (m_waiting.empty()) {
         m_isReporterAsleep = !m_hasEnded;
         return m_hasEnded ? State::Ended : State::Empty;
     }
-    *hit = std::move(m_hits.front());
-    m_hits.pop_front();
-    if (m_hits.size() == mostWaitingHits / 2)
-        m_changed.wakeAll();
-    return State::Hit;
+    *hits = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_changed.wakeAll();
+    return State::Hits;
 }
 
 void HitQueue::stop()
@@ -60,7 +59,7 @@ void HitQueue::stop()
     const QMutexLocker locker(&m_guard);
     m_isStopped = true;
     m_wakeUp = nullptr;
-    m_hits.clear();
+    m_waiting.clear();
     m_changed.wakeAll();
 }
 

@@ -7,17 +7,17 @@
 #include <deque>
 #include <functional>
 
-#include "helio/runtime/search/filehit.h"
+#include "helio/runtime/search/foundfile.h"
 
 namespace helio {
 
-/// Hands the hits of one search from the thread that finds them to the thread that reports them.
-/// The finder waits while the reporter is far behind.
+/// Hands what a search finds from the thread that finds it to the thread that reports it. The
+/// finder waits while the reporter is far behind.
 class HitQueue
 {
 public:
     enum class State {
-        Hit,
+        Hits,
         Empty,
         Ended
     };
@@ -27,14 +27,14 @@ public:
     explicit HitQueue(std::function<void()> wakeUp);
 
     // For the finder.
-    void put(const FileHit &hit);
+    void put(FoundFiles &&hits);
     void end();
 
     /// Waits; true when the search was stopped meanwhile.
     bool isStoppedWithin(int milliseconds);
 
     // For the reporter.
-    State take(FileHit *hit);
+    State take(FoundFiles *hits);
     void stop();
 
     bool isStopped() const;
@@ -44,7 +44,7 @@ private:
 
     QMutex m_guard;
     QWaitCondition m_changed;
-    std::deque<FileHit> m_hits;
+    std::deque<FoundFiles> m_waiting;
     std::function<void()> m_wakeUp;
     bool m_isReporterAsleep = true;
     bool m_hasEnded = false;

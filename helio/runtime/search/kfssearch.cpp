@@ -1,7 +1,7 @@
 #include "host/kfssearch.h"
 
 #include <QElapsedTimer>
-#include <QFileInfo>
+#include <QFile>
 #include <QPointer>
 #include <QRunnable>
 #include <QThreadPool>
@@ -15,6 +15,7 @@
 #include "helio/runtime/search/searchlocations.h"
 #include "helio/runtime/search/searchrun.h"
 
+using helio::FoundFile;
 using helio::HitQueue;
 
 namespace {
@@ -55,6 +56,8 @@ private:
     KFsSearch *m_search;
     QTimer m_nextSlice;
     QString m_keyword;
+    helio::FoundFiles m_taken;
+    std::size_t m_nextHit = 0;
     std::shared_ptr<HitQueue> m_hits;
     std::shared_future<void> m_refreshStart;
     std::unique_ptr<QThreadPool> m_threads = std::make_unique<QThreadPool>();
@@ -98,6 +101,8 @@ void KFsSearch::Private::stop()
     if (m_hits)
         m_hits->stop();
     m_hits.reset();
+    m_taken.clear();
+    m_nextHit = 0;
 }
 
 void KFsSearch::Private::refresh()
@@ -112,25 +117,31 @@ void KFsSearch::Private::refresh()
 
 void KFsSearch::Private::deliver()
 {
-    const std::shared_ptr<HitQueue> hits = m_hits;
     // Whoever hears of a hit may stop the search, start another, run an event loop or even
     // delete the search object.
     const QPointer<KFsSearch> alive(m_search);
+    const std::shared_ptr<HitQueue> hits = m_hits;
     QElapsedTimer slice;
     slice.start();
     while (alive && hits && m_hits == hits) {
-        helio::FileHit hit;
-        const HitQueue::State state = hits->take(&hit);
+        if (slice.hasExpired(longestSliceMs)) {
+            m_nextSlice.start(0);
+            return;
+        }
+        if (m_nextHit < m_taken.size()) {
+            const FoundFile &hit = m_taken[m_nextHit++];
+            emit m_search->SigGetContentHasKey(QFile::decodeName(hit.path), m_keyword,
+                                               hit.isDirectory);
+            continue;
+        }
+        m_nextHit = 0;
+        m_taken.clear();
+        const HitQueue::State state = hits->take(&m_taken);
         if (state == HitQueue::State::Empty)
             return;
         if (state == HitQueue::State::Ended) {
             m_hits.reset();
             emit m_search->searchFinished();
-            return;
-        }
-        emit m_search->SigGetContentHasKey(hit.path, m_keyword, hit.isDirectory);
-        if (alive && slice.hasExpired(longestSliceMs)) {
-            m_nextSlice.start(0);
             return;
         }
     }

@@ -3,10 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
-
-#include <sys/stat.h>
 
 #include "helio/runtime/search/directorywalk.h"
 #include "helio/runtime/search/searchlocations.h"
@@ -101,18 +100,27 @@ void SearchRun::walk(const QString &directory)
 {
     const DirectoryWalk walk(
         m_pattern, [this] { return m_hits->isStopped(); },
-        [this](const QByteArray &path, bool isDirectory) {
-            if (!m_reported.contains(path))
-                report(path, isDirectory);
+        [this](FoundFiles &&files) {
+            files.erase(std::remove_if(files.begin(), files.end(),
+                                       [this](const FoundFile &file) {
+                                           return m_reported.contains(file.path);
+                                       }),
+                        files.end());
+            m_hits->put(std::move(files));
         });
+    rememberReported();
     walk.run(QFile::encodeName(directory));
 }
 
 DatabaseQuery::Outcome SearchRun::ask(const FileDatabase &database)
 {
+    rememberReported();
+    ExistenceCheck check;
     const DatabaseQuery query(
         m_pattern, [this] { return m_hits->isStopped(); },
-        [this](const QByteArray &path) { reportIfExisting(path); });
+        [this, &check](const std::vector<std::string_view> &paths) {
+            reportExisting(paths, &check);
+        });
     return query.run(database.path());
 }
 
@@ -140,20 +148,28 @@ bool SearchRun::waitForRefresh(const FileDatabase &database, const QDeadlineTime
     return true;
 }
 
-void SearchRun::reportIfExisting(const QByteArray &path)
+void SearchRun::reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck *check)
 {
-    if (!path.startsWith(m_requiredPrefix) || m_reported.contains(path))
-        return;
-    struct stat status;
-    if (::lstat(path.constData(), &status) != 0)
-        return;
-    m_reported.insert(path);
-    report(path, S_ISDIR(status.st_mode));
+    FoundFiles existing;
+    for (const std::string_view &text : paths) {
+        if (m_hits->isStopped())
+            return;
+        const QByteArray path(text.data(), static_cast<int>(text.size()));
+        if (!path.startsWith(m_requiredPrefix) || m_reported.contains(path))
+            continue;
+        const ExistenceCheck::Kind kind = check->kindOf(text);
+        if (kind != ExistenceCheck::Kind::Missing)
+            existing.push_back({path, kind == ExistenceCheck::Kind::Folder});
+    }
+    m_answered.insert(m_answered.end(), existing.begin(), existing.end());
+    m_hits->put(std::move(existing));
 }
 
-void SearchRun::report(const QByteArray &path, bool isDirectory)
+void SearchRun::rememberReported()
 {
-    m_hits->put({QFile::decodeName(path), isDirectory});
+    for (const FoundFile &file : m_answered)
+        m_reported.insert(file.path);
+    m_answered.clear();
 }
 
 } // namespace helio

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "helio/runtime/search/databasequery.h"
+#include "helio/runtime/search/existencecheck.h"
 #include "helio/runtime/search/filedatabase.h"
 #include "helio/runtime/search/hitqueue.h"
 #include "helio/runtime/search/namepattern.h"
@@ -52,8 +53,8 @@ private:
     DatabaseQuery::Outcome ask(const FileDatabase &database);
     void catchUp(const AskedDatabase &asked, const QDeadlineTimer &deadline);
     bool waitForRefresh(const FileDatabase &database, const QDeadlineTimer &deadline);
-    void reportIfExisting(const QByteArray &path);
-    void report(const QByteArray &path, bool isDirectory);
+    void reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck *check);
+    void rememberReported();
 
     NamePattern m_pattern;
     QString m_directory;
@@ -61,6 +62,7 @@ private:
     std::shared_ptr<HitQueue> m_hits;
     std::shared_future<void> m_refreshStart;
     std::vector<AskedDatabase> m_askedDatabases;
+    FoundFiles m_answered;
     QSet<QByteArray> m_reported;
 };
 

@@ -1,14 +1,18 @@
 #pragma once
 
-#include <QString>
+#include <QByteArray>
+
+#include <vector>
 
 namespace helio {
 
 /// A file or folder that a search found.
-struct FileHit
+struct FoundFile
 {
-    QString path;
+    QByteArray path;
     bool isDirectory = false;
 };
+
+using FoundFiles = std::vector<FoundFile>;
 
 } // namespace helio
