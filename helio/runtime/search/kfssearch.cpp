@@ -123,11 +123,11 @@ void KFsSearch::Private::deliver()
     const std::shared_ptr<HitQueue> hits = m_hits;
     QElapsedTimer slice;
     slice.start();
+    // Set at once, for an event loop inside a hit to go on with.
+    m_nextSlice.start(0);
     while (alive && hits && m_hits == hits) {
-        if (slice.hasExpired(longestSliceMs)) {
-            m_nextSlice.start(0);
+        if (slice.hasExpired(longestSliceMs))
             return;
-        }
         if (m_nextHit < m_taken.size()) {
             const FoundFile &hit = m_taken[m_nextHit++];
             emit m_search->SigGetContentHasKey(QFile::decodeName(hit.path), m_keyword,
@@ -137,6 +137,8 @@ void KFsSearch::Private::deliver()
         m_nextHit = 0;
         m_taken.clear();
         const HitQueue::State state = hits->take(&m_taken);
+        if (state != HitQueue::State::Hits)
+            m_nextSlice.stop();
         if (state == HitQueue::State::Empty)
             return;
         if (state == HitQueue::State::Ended) {

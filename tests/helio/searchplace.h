@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <filesystem>
+
+#include <sys/stat.h>
+
+namespace testsupport {
+
+/// A directory to search and a cache directory of one test's own.
+class SearchPlace
+{
+public:
+    SearchPlace()
+    {
+        QDir(m_directory.path()).mkpath(QStringLiteral("files"));
+        qputenv("HELIO_SEARCH_ROOTS", QFile::encodeName(root()));
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(m_directory.filePath(QStringLiteral("cache"))));
+    }
+
+    ~SearchPlace()
+    {
+        qunsetenv("HELIO_SEARCH_ROOTS");
+        qunsetenv("XDG_CACHE_HOME");
+        // QTemporaryDir cannot remove names that are not UTF-8.
+        std::filesystem::remove_all(QFile::encodeName(m_directory.path()).toStdString());
+    }
+
+    QString root() const { return m_directory.filePath(QStringLiteral("files")); }
+
+    QString outside(const QString &name) const { return m_directory.filePath(name); }
+
+    QString databaseDirectory() const
+    {
+        return QString::fromLocal8Bit(qgetenv("XDG_CACHE_HOME")) +
+               QStringLiteral("/orvane-office-assistant");
+    }
+
+    /// Makes an empty file below the root, and the directories that it lies in.
+    QString makeFile(const QByteArray &name) const
+    {
+        const QByteArray path = QFile::encodeName(root()) + '/' + name;
+        QDir().mkpath(QFileInfo(QFile::decodeName(path)).path());
+        FILE *file = std::fopen(path.constData(), "w");
+        if (!file || std::fclose(file) != 0)
+            qFatal("cannot make %s", path.constData());
+        return QFile::decodeName(path);
+    }
+
+    /// The database files that are there.
+    QStringList databases() const
+    {
+        const QDir directory(databaseDirectory());
+        QStringList paths;
+        const QStringList names = directory.entryList({QStringLiteral("*.db")}, QDir::Files);
+        for (const QString &name : names)
+            paths.append(directory.filePath(name));
+        return paths;
+    }
+
+    /// Makes database and refresh look as old as that.
+    void age(int seconds) const
+    {
+        const QDir directory(databaseDirectory());
+        const QStringList names = directory.entryList(QDir::Files);
+        for (const QString &name : names) {
+            QFile file(directory.filePath(name));
+            const QDateTime past = QDateTime::currentDateTime().addSecs(-seconds);
+            if (!file.open(QIODevice::ReadWrite) ||
+                !file.setFileTime(past, QFileDevice::FileModificationTime))
+                qFatal("cannot age %s", qPrintable(file.fileName()));
+        }
+    }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+} // namespace testsupport
