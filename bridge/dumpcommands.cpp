@@ -1,17 +1,48 @@
+#include <QJsonObject>
+
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 
-void KVyrAssistantToolAPI::getDumpState(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::startDump(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::stopDump(KxWebViewJSContext &) {}
+/// The page's function of that name shows the dumps anew.
+const QString freshDumpCallback = QStringLiteral("freshcrshpageCallBack");
 
-void KVyrAssistantToolAPI::cleardumpdir(KxWebViewJSContext &) {}
+} // namespace
+
+void KVyrAssistantToolAPI::getDumpState(KxWebViewJSContext &context)
+{
+    const KDumpHelp &dumps = KToolManager::instance().dumpHelp;
+    setResult(context, QJsonObject{{QStringLiteral("enable"), dumps.isDumpSavingEnabled()},
+                                   {QStringLiteral("feedback"), dumps.hasRecentDump()}});
+}
+
+void KVyrAssistantToolAPI::startDump(KxWebViewJSContext &context)
+{
+    KDumpHelp &dumps = KToolManager::instance().dumpHelp;
+    dumps.startWatching();
+    dumps.setDumpSaving(true);
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::stopDump(KxWebViewJSContext &context)
+{
+    KDumpHelp &dumps = KToolManager::instance().dumpHelp;
+    dumps.stopWatching();
+    dumps.setDumpSaving(false);
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::cleardumpdir(KxWebViewJSContext &context)
+{
+    KToolManager::instance().dumpHelp.clearDumpDirectory();
+    setResult(context, resultSuccess);
+}
 
 void KVyrAssistantToolAPI::ondumpfileready()
 {
-    OfficeAssiant::publishAnswer(*this, QStringLiteral("freshcrshpageCallBack"),
-                                 OfficeAssiant::resultSuccess);
+    publishAnswer(*this, freshDumpCallback, resultSuccess);
 }

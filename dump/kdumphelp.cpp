@@ -1,16 +1,29 @@
 #include "dump/kdumphelp.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QSettings>
 
-#include "host/krt.h"
+#include "dump/dumpfiles.h"
 
 namespace OfficeAssiant {
 
-QString dumpDirectory()
+namespace {
+
+const QString settingsOrganization = QStringLiteral("Orvane");
+const QString settingsApplication = QStringLiteral("Office");
+/// The suite itself reads this key.
+const QString saveDumpKey = QStringLiteral("6.0/common/CrashDump/SaveDump");
+
+QDateTime creationTime(const QString &path)
 {
-    return krt::dirs::orvaneHome() + QStringLiteral("/tmp/dump");
+    const QFileInfo file(path);
+    const QDateTime birth = file.birthTime();
+    return birth.isValid() ? birth : file.metadataChangeTime();
 }
+
+} // namespace
 
 KDumpHelp::KDumpHelp(QObject *parent) : QObject(parent), m_watcher(new QFileSystemWatcher(this))
 {
@@ -21,7 +34,14 @@ KDumpHelp::~KDumpHelp() = default;
 
 bool KDumpHelp::isDumpSavingEnabled() const
 {
-    return true;
+    const QSettings settings(settingsOrganization, settingsApplication);
+    return settings.value(saveDumpKey, true).toBool();
+}
+
+void KDumpHelp::setDumpSaving(bool enabled)
+{
+    QSettings settings(settingsOrganization, settingsApplication);
+    settings.setValue(saveDumpKey, enabled);
 }
 
 void KDumpHelp::startWatching()
@@ -35,6 +55,24 @@ void KDumpHelp::stopWatching()
     m_watcher->removePath(dumpDirectory());
 }
 
-void KDumpHelp::dumpfilegenerate(const QString &) {}
+bool KDumpHelp::hasRecentDump() const
+{
+    const QString newest = newestDumpPath();
+    return !newest.isEmpty() && hasRecentStamp(creationTime(newest), QDateTime::currentDateTime());
+}
+
+void KDumpHelp::clearDumpDirectory()
+{
+    QDir directory(dumpDirectory());
+    const QStringList files = directory.entryList(QDir::Files, QDir::Unsorted);
+    for (const QString &file : files)
+        directory.remove(file);
+}
+
+void KDumpHelp::dumpfilegenerate(const QString &)
+{
+    if (hasRecentDump())
+        emit sigdumpfileready();
+}
 
 } // namespace OfficeAssiant
