@@ -1,9 +1,38 @@
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
+
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 
-void KVyrAssistantToolAPI::vyrenvcheck(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::getvyrenvcheckedresult(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::runfirefoxplugin(KxWebViewJSContext &) {}
+const QString pluginCheckPage =
+    QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/html/vyrNpEnvCheck.html");
+
+} // namespace
+
+void KVyrAssistantToolAPI::vyrenvcheck(KxWebViewJSContext &context)
+{
+    KToolManager::instance().envCheckThread.check({textArgument(context, QStringLiteral("type")),
+                                                   textArgument(context, QStringLiteral("app")),
+                                                   textArgument(context, QStringLiteral("arg"))});
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::getvyrenvcheckedresult(KxWebViewJSContext &context)
+{
+    const QJsonObject results = KToolManager::instance().envCheckThread.keptResults();
+    setResult(context, results.isEmpty() ? QJsonValue(resultError) : QJsonValue(results));
+}
+
+void KVyrAssistantToolAPI::runfirefoxplugin(KxWebViewJSContext &context)
+{
+    // In the user's own browser: the check is about that browser's plug-in.
+    QDesktopServices::openUrl(
+        QUrl::fromLocalFile(QCoreApplication::applicationDirPath() + pluginCheckPage));
+    setResult(context, resultSuccess);
+}

@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "bridge/childcheckpage.h"
 #include "desktop/kdesktophelp.h"
 #include "dump/kdumphelp.h"
 #include "envcheck/vyrenvcheckthread.h"
@@ -53,6 +54,7 @@ private:
     mutable QMutex m_bridgeGuard;
     KVyrAssistantToolAPI *m_mainPageBridge = nullptr;
     KVyrAssistantToolAPI *m_childPageBridge = nullptr;
+    ChildCheckPage m_checkPage{*this};
 
 public:
     // Constructed in this order and destroyed in the reverse one.
@@ -61,7 +63,7 @@ public:
     KInfoHelp infoHelp;
     InputChecker inputChecker;
     KDumpHelp dumpHelp;
-    VyrEnvCheckThread envCheckThread;
+    VyrEnvCheckThread envCheckThread{m_checkPage};
     KFsSearch fsSearch;
 
 private:

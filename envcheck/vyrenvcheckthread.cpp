@@ -1,8 +1,30 @@
 #include "envcheck/vyrenvcheckthread.h"
 
+#include <QCoreApplication>
+
+#include "envcheck/checkpage.h"
+#include "envcheck/checktoolanswer.h"
+#include "host/krt.h"
+
 namespace OfficeAssiant {
 
-VyrEnvCheckThread::VyrEnvCheckThread(QObject *parent) : QThread(parent) {}
+namespace {
+
+const QString checkTool = QStringLiteral("/vyrEnvCheckTool");
+
+QJsonObject findings(const EnvironmentCheck &check, const QString &value)
+{
+    return {{QStringLiteral("value"), QString::fromLatin1(value.toUtf8().toBase64())},
+            {QStringLiteral("cmd"), check.type},
+            {QStringLiteral("app"), check.app}};
+}
+
+} // namespace
+
+VyrEnvCheckThread::VyrEnvCheckThread(CheckPage &page, QObject *parent)
+    : QThread(parent), m_page(page)
+{
+}
 
 VyrEnvCheckThread::~VyrEnvCheckThread()
 {
@@ -10,10 +32,58 @@ VyrEnvCheckThread::~VyrEnvCheckThread()
     wait();
 }
 
+void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)
+{
+    requestStop();
+    // Also where the check is over and only the thread is not: it could not be started again.
+    wait();
+    m_toolPath = QCoreApplication::applicationDirPath() + checkTool;
+    m_check = wanted;
+    m_stopRequested = false;
+    // Set here and not by the thread, so that a stop right after this call is not lost.
+    m_isRunning = true;
+    start(QThread::InheritPriority);
+}
+
 void VyrEnvCheckThread::requestStop()
 {
     if (m_isRunning)
         m_stopRequested = true;
+}
+
+QJsonObject VyrEnvCheckThread::keptResults() const
+{
+    const QMutexLocker locker(&m_resultsGuard);
+    QJsonObject results;
+    for (auto result = m_results.begin(); result != m_results.end(); ++result)
+        results.insert(QString::fromLatin1(result.key().toUtf8()), result.value());
+    return results;
+}
+
+void VyrEnvCheckThread::run()
+{
+    checkOnce();
+    m_isRunning = false;
+}
+
+void VyrEnvCheckThread::checkOnce()
+{
+    krt::ksafe::KProcess::Execute(m_toolPath, {m_check.type, m_check.app, m_check.argument});
+    if (m_stopRequested)
+        return;
+    // Whatever became of the tool: what its answer file says counts.
+    const QString value = checkToolAnswer(m_check);
+    if (!m_page.isOpen())
+        return;
+    keep(value);
+    if (!m_stopRequested)
+        m_page.show(findings(m_check, value));
+}
+
+void VyrEnvCheckThread::keep(const QString &value)
+{
+    const QMutexLocker locker(&m_resultsGuard);
+    m_results.insert(m_check.type + QLatin1Char('-') + m_check.app, value);
 }
 
 } // namespace OfficeAssiant

@@ -1,24 +1,55 @@
 #pragma once
 
+#include <QJsonObject>
+#include <QMap>
+#include <QMutex>
 #include <QThread>
 
 #include <atomic>
 
+#include "envcheck/environmentcheck.h"
+
 namespace OfficeAssiant {
 
-/// Runs the suite's environment check tool and hands its findings to the page.
+class CheckPage;
+
+/// Runs the suite's environment check tool, one check at a time, and hands its findings to the
+/// page.
 class VyrEnvCheckThread : public QThread
 {
     Q_OBJECT
 
 public:
-    explicit VyrEnvCheckThread(QObject *parent = nullptr);
+    /// @p page has to live as long as the thread.
+    explicit VyrEnvCheckThread(CheckPage &page, QObject *parent = nullptr);
+
+    /// Waits for a running check, whose findings are dropped.
     ~VyrEnvCheckThread() override;
 
-    /// Asks a running check to drop its answer; nothing happens when none runs.
+    /// Starts a check. One that still runs is waited for, without a limit, and its findings are
+    /// dropped.
+    void check(const EnvironmentCheck &wanted);
+
+    /// Asks a running check to drop its findings; nothing happens when none runs.
     void requestStop();
 
+    /// What the checks so far have found, "type-app" → text; each check replaces an earlier one
+    /// of the same type and component. Names are what the page expects: their UTF-8 bytes, one
+    /// character each.
+    QJsonObject keptResults() const;
+
+protected:
+    void run() override;
+
 private:
+    void checkOnce();
+    void keep(const QString &value);
+
+    CheckPage &m_page;
+    QString m_toolPath;
+    EnvironmentCheck m_check;
+    mutable QMutex m_resultsGuard;
+    QMap<QString, QString> m_results;
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_stopRequested{false};
 };

@@ -1,0 +1,32 @@
+#include "bridge/childcheckpage.h"
+
+#include <QJsonObject>
+
+#include "bridge/answer.h"
+#include "bridge/ktoolmanager.h"
+#include "bridge/kvyrassistanttoolapi.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString findingsCallback = QStringLiteral("returnvyrenvcheck");
+
+} // namespace
+
+ChildCheckPage::ChildCheckPage(KToolManager &manager) : m_manager(manager) {}
+
+bool ChildCheckPage::isOpen()
+{
+    return m_manager.childPageBridge() != nullptr;
+}
+
+void ChildCheckPage::show(const QJsonObject &findings)
+{
+    m_manager.withChildPageBridge([&findings](KVyrAssistantToolAPI &bridge) {
+        // Unlike every other later answer, this one has no call name.
+        publishAnswer(bridge, findingsCallback, findings, QString());
+    });
+}
+
+} // namespace OfficeAssiant

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "envcheck/checkpage.h"
+
+namespace OfficeAssiant {
+
+class KToolManager;
+
+/// The child page as the receiver of environment checks: only its view shows them.
+class ChildCheckPage : public CheckPage
+{
+public:
+    explicit ChildCheckPage(KToolManager &manager);
+
+    bool isOpen() override;
+    void show(const QJsonObject &findings) override;
+
+private:
+    KToolManager &m_manager;
+};
+
+} // namespace OfficeAssiant

@@ -1,0 +1,27 @@
+#include "envcheck/checktoolanswer.h"
+
+#include <QSettings>
+
+#include "envcheck/environmentcheck.h"
+#include "host/krt.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString answerFile = QStringLiteral("/tmp/vyrEnv.ini");
+const QString answerGroup = QStringLiteral("vyrEnv");
+
+} // namespace
+
+QString checkToolAnswer(const EnvironmentCheck &check)
+{
+    QSettings answers(krt::dirs::orvaneHome() + answerFile, QSettings::IniFormat);
+    answers.setIniCodec("UTF-8");
+    answers.beginGroup(answerGroup);
+    // The tool names the component first; the page, and so the kept results, the check.
+    const QByteArray value = answers.value(check.app + QLatin1Char('-') + check.type).toByteArray();
+    return value.isNull() ? QString() : QString::fromUtf8(value.constData());
+}
+
+} // namespace OfficeAssiant

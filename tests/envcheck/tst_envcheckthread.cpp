@@ -1,0 +1,300 @@
+#include "envcheck/vyrenvcheckthread.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSemaphore>
+
+#include "envcheck/checkpage.h"
+#include "tests/support/headlesstest.h"
+#include "tests/support/suiteprogram.h"
+
+using OfficeAssiant::EnvironmentCheck;
+using OfficeAssiant::VyrEnvCheckThread;
+using testsupport::PrivateHome;
+using testsupport::SuiteProgram;
+
+namespace {
+
+constexpr int longestWaitMs = 10000;
+
+class RecordingPage : public OfficeAssiant::CheckPage
+{
+public:
+    bool isOpen() override
+    {
+        const bool open = m_isOpen;
+        if (whenAsked)
+            whenAsked();
+        return open;
+    }
+
+    void show(const QJsonObject &findings) override
+    {
+        const QMutexLocker locker(&m_guard);
+        m_shown.append(findings);
+    }
+
+    QList<QJsonObject> shown() const
+    {
+        const QMutexLocker locker(&m_guard);
+        return m_shown;
+    }
+
+    void setOpen(bool open) { m_isOpen = open; }
+
+    std::function<void()> whenAsked;
+
+private:
+    std::atomic<bool> m_isOpen{true};
+    mutable QMutex m_guard;
+    QList<QJsonObject> m_shown;
+};
+
+const QString toolName = QStringLiteral("vyrEnvCheckTool");
+
+} // namespace
+
+/// The worker that runs the check tool: what it keeps, what it shows and what it drops.
+class EnvCheckThreadTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void writeAnswers(const QByteArray &content)
+    {
+        PrivateHome::current().writeFile(QStringLiteral(".local/share/Orvane/tmp/vyrEnv.ini"),
+                                         content);
+    }
+
+    static EnvironmentCheck check(const char *type, const char *app, const char *argument = "")
+    {
+        return {QString::fromUtf8(type), QString::fromUtf8(app), QString::fromUtf8(argument)};
+    }
+
+    /// A tool that tells when it runs and goes on until release().
+    static QByteArray heldTool()
+    {
+        return "touch \"$HOME/runs\"\nwhile [ ! -e \"$HOME/go\" ]; do sleep 0.02; done";
+    }
+
+    static bool waitUntilHeld()
+    {
+        return QTest::qWaitFor(
+            [] { return QFile::exists(PrivateHome::current().path() + QStringLiteral("/runs")); },
+            longestWaitMs);
+    }
+
+    static void release() { PrivateHome::current().writeFile(QStringLiteral("go"), {}); }
+
+private slots:
+    void init()
+    {
+        QDir(PrivateHome::current().suiteHome() + QStringLiteral("/tmp")).removeRecursively();
+        QFile::remove(PrivateHome::current().path() + QStringLiteral("/runs"));
+        QFile::remove(PrivateHome::current().path() + QStringLiteral("/go"));
+    }
+
+    void theToolGetsTypeAppAndArgumentEvenWhenThatIsEmpty()
+    {
+        const SuiteProgram tool(toolName);
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        thread.check(check("u", "tbl", "a b"));
+        QVERIFY(thread.wait(longestWaitMs));
+        const QString empty = QStringLiteral("");
+        QCOMPARE(tool.calls(),
+                 (QList<QStringList>{
+                     {QStringLiteral("t"), QStringLiteral("vyr"), empty},
+                     {QStringLiteral("u"), QStringLiteral("tbl"), QStringLiteral("a b")}}));
+    }
+
+    void theAnswerIsShownInBase64AndKeptUnderTypeAndApp()
+    {
+        const SuiteProgram tool(toolName);
+        writeAnswers("[vyrEnv]\nvyr-t=ok\n");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(page.shown(),
+                 (QList<QJsonObject>{{{QStringLiteral("value"), QStringLiteral("b2s=")},
+                                      {QStringLiteral("cmd"), QStringLiteral("t")},
+                                      {QStringLiteral("app"), QStringLiteral("vyr")}}}));
+        QCOMPARE(thread.keptResults(),
+                 (QJsonObject{{QStringLiteral("t-vyr"), QStringLiteral("ok")}}));
+    }
+
+    void withoutAnAnswerAnEmptyTextIsShownAndKept()
+    {
+        const SuiteProgram tool(toolName, "exit 3");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(page.shown().value(0).value(QLatin1String("value")), QJsonValue(QString()));
+        QCOMPARE(thread.keptResults(), (QJsonObject{{QStringLiteral("t-vyr"), QString()}}));
+    }
+
+    void aMissingToolGivesWhatAnEarlierRunLeftBehind()
+    {
+        writeAnswers("[vyrEnv]\nvyr-t=earlier\n");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(page.shown().size(), 1);
+        QCOMPARE(thread.keptResults().value(QLatin1String("t-vyr")).toString(),
+                 QStringLiteral("earlier"));
+    }
+
+    void aToolThatCrashesIsLikeOneThatFails()
+    {
+        const SuiteProgram tool(toolName, "kill -SEGV $$");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(page.shown().size(), 1);
+    }
+
+    void aRepeatedCheckReplacesItsAnswerAndAnotherIsAdded()
+    {
+        const SuiteProgram tool(toolName);
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        QVERIFY(thread.keptResults().isEmpty());
+        writeAnswers("[vyrEnv]\nvyr-t=first\n");
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        writeAnswers("[vyrEnv]\nvyr-t=second one\ntbl-t=third\n");
+        thread.check(check("t", "vyr"));
+        thread.wait(longestWaitMs);
+        thread.check(check("t", "tbl"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(thread.keptResults(),
+                 (QJsonObject{{QStringLiteral("t-tbl"), QStringLiteral("third")},
+                              {QStringLiteral("t-vyr"), QStringLiteral("second one")}}));
+    }
+
+    void withoutAPageNothingIsKept()
+    {
+        const SuiteProgram tool(toolName);
+        writeAnswers("[vyrEnv]\nvyr-t=ok\n");
+        RecordingPage page;
+        page.setOpen(false);
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QVERIFY(thread.keptResults().isEmpty());
+        QVERIFY(page.shown().isEmpty());
+    }
+
+    void aStoppedCheckEndsItsToolButIsNeitherKeptNorShown()
+    {
+        const SuiteProgram tool(toolName, heldTool() + "\ntouch \"$HOME/ended\"");
+        writeAnswers("[vyrEnv]\nvyr-t=ok\n");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("t", "vyr"));
+        QVERIFY(waitUntilHeld());
+        thread.requestStop();
+        QVERIFY(thread.isRunning());
+        release();
+        QVERIFY(thread.wait(longestWaitMs));
+        QVERIFY(QFile::exists(PrivateHome::current().path() + QStringLiteral("/ended")));
+        QVERIFY(thread.keptResults().isEmpty());
+        QVERIFY(page.shown().isEmpty());
+    }
+
+    void aStopRightAfterTheStartIsNotLost()
+    {
+        const SuiteProgram tool(toolName);
+        writeAnswers("[vyrEnv]\nvyr-t=ok\n");
+        for (int round = 0; round < 20; ++round) {
+            RecordingPage page;
+            VyrEnvCheckThread thread(page);
+            thread.check(check("t", "vyr"));
+            thread.requestStop();
+            QVERIFY(thread.wait(longestWaitMs));
+            QVERIFY(page.shown().isEmpty());
+        }
+    }
+
+    void aStopAfterTheAnswerIsKeptOnlyHidesIt()
+    {
+        const SuiteProgram tool(toolName);
+        writeAnswers("[vyrEnv]\nvyr-t=ok\n");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        page.whenAsked = [&thread] { thread.requestStop(); };
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(thread.keptResults().size(), 1);
+        QVERIFY(page.shown().isEmpty());
+    }
+
+    void aStopWithoutACheckStopsNoLaterOne()
+    {
+        const SuiteProgram tool(toolName);
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.requestStop();
+        thread.check(check("t", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(page.shown().size(), 1);
+    }
+
+    void aSecondCheckWaitsForTheFirstAndDropsItsAnswer()
+    {
+        const SuiteProgram tool(toolName, "[ \"$1\" = quick ] && exit\n" + heldTool());
+        writeAnswers("[vyrEnv]\nvyr-slow=one\nvyr-quick=two\n");
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("slow", "vyr"));
+        QVERIFY(waitUntilHeld());
+        QScopedPointer<QThread> releaser(QThread::create([] {
+            QThread::msleep(200);
+            release();
+        }));
+        releaser->start();
+        thread.check(check("quick", "vyr"));
+        QVERIFY(QFile::exists(PrivateHome::current().path() + QStringLiteral("/go")));
+        QVERIFY(releaser->wait(longestWaitMs));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(thread.keptResults(),
+                 (QJsonObject{{QStringLiteral("quick-vyr"), QStringLiteral("two")}}));
+        QCOMPARE(page.shown().size(), 1);
+    }
+
+    void manyChecksInARowAreAllMade()
+    {
+        const SuiteProgram tool(toolName);
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        for (int round = 0; round < 50; ++round) {
+            thread.check(check("t", "vyr"));
+            // The next one comes while the thread of this one is just ending.
+            while (page.shown().size() <= round && thread.isRunning())
+                QThread::yieldCurrentThread();
+        }
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(tool.calls().size(), 50);
+    }
+
+    void namesInTheAnswerAreTheirUtf8BytesOneCharacterEach()
+    {
+        const SuiteProgram tool(toolName);
+        RecordingPage page;
+        VyrEnvCheckThread thread(page);
+        thread.check(check("字", "vyr"));
+        QVERIFY(thread.wait(longestWaitMs));
+        QCOMPARE(thread.keptResults().keys(), QStringList{QString::fromLatin1("\xe5\xad\x97-vyr")});
+        QCOMPARE(page.shown().value(0).value(QLatin1String("cmd")).toString(),
+                 QString::fromUtf8("字"));
+    }
+};
+
+HEADLESS_TEST_MAIN(EnvCheckThreadTest)
+#include "tst_envcheckthread.moc"
