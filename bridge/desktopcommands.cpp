@@ -1,15 +1,68 @@
+#include <QJsonObject>
+
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "host/krt.h"
 
-void KVyrAssistantToolAPI::getdesktopiconfile(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::fixfouricon(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::fixoneicon(KxWebViewJSContext &) {}
+void answerListing(KxWebViewJSContext &context, const AssociationListing &listing)
+{
+    switch (listing.outcome) {
+    case AssociationListing::NoScript:
+        // No "result" at all: the page tells this from a listing that failed.
+        break;
+    case AssociationListing::NotStarted:
+        setResult(context, resultError);
+        break;
+    case AssociationListing::Listed:
+        setResult(context, listing.applications);
+        break;
+    }
+}
 
-void KVyrAssistantToolAPI::getassoopen(KxWebViewJSContext &) {}
+} // namespace
 
-void KVyrAssistantToolAPI::getassomime(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::getdesktopiconfile(KxWebViewJSContext &context)
+{
+    const KDesktopHelp &desktop = KToolManager::instance().desktopHelp;
+    QJsonObject state;
+    state.insert(QStringLiteral("icon"), desktop.desktopFiles().join(QLatin1Char('|')));
+    state.insert(QStringLiteral("mode"), desktop.componentMode());
+    state.insert(QStringLiteral("chartboard"), krt::kcmc::support(QStringLiteral("ChartBoard")));
+    state.insert(QStringLiteral("docket"), krt::kcmc::support(QStringLiteral("DocketComponent")));
+    state.insert(QStringLiteral("fixedcomponent"),
+                 krt::kcmc::support(QStringLiteral("FixedComponent")));
+    setResult(context, state);
+}
 
-void KVyrAssistantToolAPI::fileassorepair(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::fixfouricon(KxWebViewJSContext &context)
+{
+    KToolManager::instance().desktopHelp.restoreSeparateShortcuts();
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::fixoneicon(KxWebViewJSContext &context)
+{
+    KToolManager::instance().desktopHelp.restoreIntegratedShortcut();
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::getassoopen(KxWebViewJSContext &context)
+{
+    answerListing(context, KToolManager::instance().desktopHelp.defaultApplications());
+}
+
+void KVyrAssistantToolAPI::getassomime(KxWebViewJSContext &context)
+{
+    answerListing(context, KToolManager::instance().desktopHelp.mimeTypes());
+}
+
+void KVyrAssistantToolAPI::fileassorepair(KxWebViewJSContext &context)
+{
+    KToolManager::instance().desktopHelp.repairAssociations();
+    setResult(context, resultSuccess);
+}

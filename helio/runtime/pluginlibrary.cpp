@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include "helio/runtime/mimepackage.h"
 #include "host/kheliopluginwidgetfactory.h"
 
 namespace {
@@ -31,6 +32,7 @@ bool helio::PluginLibrary::load()
         m_errorString = QStringLiteral("%1 registers no page").arg(path());
         return false;
     }
+    offerMimePackage();
     return true;
 }
 

@@ -79,7 +79,7 @@ private slots:
     void garbageHasNoAnswer()
     {
         QByteArray garbage;
-        for (int number = 0; number < 200000; ++number)
+        for (qint64 number = 0; number < 200000; ++number)
             garbage.append(static_cast<char>((number * 7919) >> 3));
         writeAnswers(garbage);
         QVERIFY(answerOf("t", "vyr").isNull());
