@@ -1,11 +1,80 @@
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QJsonObject>
+#include <QUrl>
+
 #include "bridge/answer.h"
-#include "bridge/ktoolmanager.h"
+#include "bridge/documentfilters.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "document/fontcomparison.h"
+#include "document/printeddocument.h"
+#include "host/krt.h"
 
-void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::comparefont(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::openlaytouerrorfile(KxWebViewJSContext &) {}
+/// The same as spreadsheetPatterns, in the order in which this dialog has always shown them.
+const QString printedSpreadsheetPatterns =
+    QStringLiteral("*.tbl *.tbt *.xls *.xlt *.xlsx *.xlsm *.xltx *.xltm *.xlsb");
 
-void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &) {}
+} // namespace
+
+void KVyrAssistantToolAPI::comparefont(KxWebViewJSContext &context)
+{
+    const QString document = decodedDocumentPath(textArgument(context, QStringLiteral("filepath")));
+    if (const auto fonts = missingFonts(document))
+        setResult(context, QJsonObject{{QStringLiteral("MissFonts"), toBase64(*fonts)}});
+    else
+        setResult(context, resultError);
+}
+
+void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
+{
+    const QString filters =
+        joinedFilters({filterEntry(tr("VYR/Word Files"), writerPatterns),
+                       filterEntry(tr("TBL/Excel Files"), spreadsheetPatterns),
+                       filterEntry(tr("SHW/PowerPoint Files"), presentationPatterns)});
+    const QString path =
+        QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters);
+    if (path.isEmpty()) {
+        setResult(context, resultError);
+        return;
+    }
+    m_layoutProblemFile = path;
+    setBase64Result(context, path);
+}
+
+void KVyrAssistantToolAPI::openlaytouerrorfile(KxWebViewJSContext &context)
+{
+    if (m_layoutProblemFile.isEmpty() || !QFile::exists(m_layoutProblemFile)) {
+        setResult(context, resultError);
+        return;
+    }
+    // The page gets no "result" for a file that must not be opened.
+    if (!krt::ksafe::KProcess::checkLocalFileSafe(m_layoutProblemFile))
+        return;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_layoutProblemFile));
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
+{
+    // These labels stay as they are in every language.
+    const QString filters =
+        joinedFilters({filterEntry(QStringLiteral("VYR/Word Files"), writerPatterns),
+                       filterEntry(QStringLiteral("TBL/Excel Files"), printedSpreadsheetPatterns),
+                       filterEntry(QStringLiteral("SHW/PowerPoint Files"), presentationPatterns)});
+    const QString path =
+        QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters);
+    const QString pdf = path.isEmpty() ? QString() : printToPdf(path);
+    if (pdf.isEmpty()) {
+        setResult(context, resultError);
+        return;
+    }
+    m_printProblemFile = path;
+    showPdf(pdf);
+    setBase64Result(context, path);
+}

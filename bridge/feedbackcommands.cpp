@@ -1,9 +1,62 @@
+#include <QDir>
+#include <QFileDialog>
+
 #include "bridge/answer.h"
+#include "bridge/documentfilters.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "feedback/feedbackarchive.h"
 
-void KVyrAssistantToolAPI::choosesamplefile(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::archivepackage(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::chooseattachment(KxWebViewJSContext &) {}
+void answerChoice(KxWebViewJSContext &context, const QString &path)
+{
+    if (path.isEmpty())
+        setResult(context, resultError);
+    else
+        setBase64Result(context, path);
+}
+
+FeedbackRequest requestOf(const KxWebViewJSContext &context, const QString &archivePath)
+{
+    FeedbackRequest request;
+    request.archivePath = archivePath;
+    request.type = textArgument(context, QStringLiteral("archiveType"));
+    request.description = textArgument(context, QStringLiteral("archiveDescribe"));
+    for (const char *name : {"archiveSample", "archiveAttach1", "archiveAttach2", "archiveAttach3"})
+        request.files.append(textArgument(context, QLatin1String(name)));
+    // Any text asks for the report, the word "false" too; the page sends none when it is not
+    // wanted.
+    request.withSystemReport = !textArgument(context, QStringLiteral("archiveSysInfo")).isEmpty();
+    request.withSuiteSettings = boolArgument(context, QStringLiteral("archiveVyrInfo"));
+    request.withDumps = boolArgument(context, QStringLiteral("archiveDumpInfo"));
+    return request;
+}
+
+} // namespace
+
+void KVyrAssistantToolAPI::choosesamplefile(KxWebViewJSContext &context)
+{
+    const QString filters =
+        joinedFilters({filterEntry(QStringLiteral("VYR/Word Files"), writerPatterns),
+                       filterEntry(QStringLiteral("SHW/PowerPoint Files"), presentationPatterns),
+                       filterEntry(QStringLiteral("TBL/Excel Files"), spreadsheetPatterns)});
+    answerChoice(context,
+                 QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters));
+}
+
+void KVyrAssistantToolAPI::chooseattachment(KxWebViewJSContext &context)
+{
+    answerChoice(context, QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath()));
+}
+
+void KVyrAssistantToolAPI::archivepackage(KxWebViewJSContext &context)
+{
+    const QString path =
+        QFileDialog::getSaveFileName(nullptr, tr("Save File"), tr("questionfeedback"));
+    if (!path.isEmpty())
+        startArchive(requestOf(context, path), KToolManager::instance().infoHelp);
+    answerChoice(context, path);
+}

@@ -1,0 +1,94 @@
+#include "feedback/feedbackarchive.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegExp>
+
+#include "dump/dumpfiles.h"
+#include "host/krt.h"
+#include "info/kinfohelp.h"
+#include "plugin/scriptstaging.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString archiveScript = QStringLiteral("archivepackage.sh");
+const QString reportName = QStringLiteral("/sysinfo.txt");
+const QChar listSeparator = QLatin1Char(';');
+/// The kernel starts no program with a longer argument (MAX_ARG_STRLEN, with its zero byte).
+constexpr int longestArgument = 128 * 1024 - 1;
+
+QString flagWord(bool flag)
+{
+    return flag ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+QString fileList(const QStringList &files)
+{
+    QString list;
+    for (const QString &file : files) {
+        if (!file.isEmpty())
+            list += listSeparator + file;
+    }
+    return list;
+}
+
+/// The dumps, and what a crash left beside them: their names need to match in part only. Of too
+/// many for one argument the first ones, since otherwise there would be no archive at all.
+QString dumpList()
+{
+    const QString directory = dumpDirectory();
+    const QRegExp pattern = dumpFilePattern();
+    const QStringList files = QDir(directory).entryList(QDir::Files, QDir::Unsorted);
+    QString list;
+    int length = 0;
+    for (const QString &file : files) {
+        if (pattern.indexIn(file) < 0)
+            continue;
+        const QString entry = listSeparator + directory + QLatin1Char('/') + file;
+        length += QFile::encodeName(entry).size();
+        if (length > longestArgument)
+            break;
+        list += entry;
+    }
+    return list;
+}
+
+QString workDirectory()
+{
+    return krt::dirs::orvaneHome() + QStringLiteral("/tmp");
+}
+
+/// One level: a suite directory that is missing altogether is not made up.
+bool makeWorkDirectory()
+{
+    return QDir(workDirectory()).exists() || QDir().mkdir(workDirectory());
+}
+
+} // namespace
+
+QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritten)
+{
+    return {request.archivePath,
+            request.type,
+            request.description,
+            fileList(request.files),
+            flagWord(isReportWritten),
+            flagWord(request.withSuiteSettings),
+            flagWord(request.withDumps),
+            request.withDumps ? dumpList() : QString(),
+            krt::dirs::resources(QString(), nullptr)};
+}
+
+void startArchive(const FeedbackRequest &request, KInfoHelp &info)
+{
+    const QString script = stagedScript(archiveScript);
+    const bool isReportWritten = makeWorkDirectory() && request.withSystemReport;
+    if (isReportWritten)
+        info.writeSysInfoReport(workDirectory() + reportName, ReportSections());
+    krt::ksafe::KProcess::StartDetach(script, archiveArguments(request, isReportWritten), QString(),
+                                      nullptr);
+}
+
+} // namespace OfficeAssiant
