@@ -2,4 +2,9 @@
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 
-void KVyrAssistantToolAPI::inputcheck(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
+
+void KVyrAssistantToolAPI::inputcheck(KxWebViewJSContext &context)
+{
+    setResult(context, KToolManager::instance().inputChecker.check());
+}

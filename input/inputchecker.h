@@ -1,6 +1,25 @@
 #pragma once
 
 #include <QObject>
+#include <QPair>
+#include <QVector>
+
+#include "input/inputsystem.h"
+
+/// What the input checker can find; the numbers are fixed.
+enum InputCheckError {
+    ERR_OK = 0,
+    /// The message of every number that is not listed here; no check gives it.
+    ERR_OTHER = 1,
+    /// Qt has no plug-in for the input method that QT_IM_MODULE names.
+    ERR_LOADPLUGIN_FAILED = 2,
+    /// The input method's daemon does not run, though the environment names it throughout.
+    ERR_NOT_RUNNING = 3,
+    /// ibus runs, but the file with its bus address is missing.
+    ERR_NOT_FIND_BUSCONFIG = 4,
+    /// The daemon does not run, and XMODIFIERS names another input method than QT_IM_MODULE.
+    ERR_INVALID_ENV_CONFIG = 5
+};
 
 /// Finds out why typing through an input method might fail in the suite.
 class InputChecker : public QObject
@@ -9,5 +28,29 @@ class InputChecker : public QObject
 
 public:
     explicit InputChecker(QObject *parent = nullptr);
+    explicit InputChecker(const InputSystem &system, QObject *parent = nullptr);
     ~InputChecker() override;
+
+    /// Runs the diagnosis and gives its message: the name of a code, or its translation. The
+    /// check is added to the history.
+    QString check();
+
+    /// The process id of the first process whose executable's file has that name, or -1. Only
+    /// processes whose executable this user may see are found.
+    qint64 findProcessByName(const QString &name) const;
+
+    /// The message of a code.
+    static QString message(int code);
+
+    /// Time and message of every check so far.
+    const QVector<QPair<QString, QString>> &history() const;
+
+private:
+    InputCheckError diagnose() const;
+    InputCheckError diagnoseFcitx() const;
+    InputCheckError diagnoseIbus() const;
+    bool isRunning(const QString &name) const;
+
+    InputSystem m_system;
+    QVector<QPair<QString, QString>> m_checkHistory;
 };

@@ -1,0 +1,46 @@
+#include "input/ibusbusaddress.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+const QString busDirectory = QStringLiteral("/ibus/bus/");
+/// Of displays of other hosts, too: what stands before the colon of DISPLAY never counts.
+const QString displayHost = QStringLiteral("unix");
+const QByteArray waylandSession = QByteArrayLiteral("wayland");
+
+QString machineId(const QString &file)
+{
+    QFile source(file);
+    if (!source.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray line = source.readLine();
+    if (line.endsWith('\n'))
+        line.chop(1);
+    return QString::fromLatin1(line);
+}
+
+/// The "1" of ":1.0"; a DISPLAY without a colon counts as a number itself.
+QByteArray x11DisplayNumber()
+{
+    const QByteArray display = qgetenv("DISPLAY");
+    const int begin = display.indexOf(':') + 1;
+    const int end = display.indexOf('.', begin);
+    return end > 0 ? display.mid(begin, end - begin) : display.mid(begin);
+}
+
+} // namespace
+
+QString ibusBusAddressFile(const QString &machineIdFile)
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
+                         busDirectory + machineId(machineIdFile) + QLatin1Char('-') + displayHost +
+                         QLatin1Char('-');
+    if (qgetenv("XDG_SESSION_TYPE") == waylandSession) {
+        const QString candidate = base + QString::fromLocal8Bit(qgetenv("WAYLAND_DISPLAY"));
+        if (QFile::exists(candidate))
+            return candidate;
+    }
+    return base + QString::fromLocal8Bit(x11DisplayNumber());
+}

@@ -1,0 +1,37 @@
+#include "input/inputenvironment.h"
+
+#include <unistd.h>
+
+namespace {
+
+// The name reaches into the value on purpose: XMODIFIERS can say other things than "@im=…", and
+// only an input method at its very beginning counts.
+const QByteArray xModifiersName = QByteArrayLiteral("XMODIFIERS=@im");
+const QByteArray qtModuleName = QByteArrayLiteral("QT_IM_MODULE");
+
+QString lowerCaseName(const QByteArray &variable)
+{
+    return QString::fromLatin1(environmentValue(variable)).toLower();
+}
+
+} // namespace
+
+QByteArray environmentValue(const QByteArray &name)
+{
+    const QByteArray beginning = name + '=';
+    for (char **entry = environ; entry && *entry; ++entry) {
+        if (qstrncmp(*entry, beginning.constData(), static_cast<uint>(beginning.size())) == 0)
+            return QByteArray(*entry + beginning.size());
+    }
+    return {};
+}
+
+QString xModifiersInputMethod()
+{
+    return lowerCaseName(xModifiersName);
+}
+
+QString qtInputMethod()
+{
+    return lowerCaseName(qtModuleName);
+}

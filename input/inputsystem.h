@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+/// What the input checker looks at apart from the environment; a test puts its own in place.
+struct InputSystem
+{
+    /// The kernel's directory of processes, with a trailing slash.
+    QString processDirectory = QStringLiteral("/proc/");
+
+    /// The file with the machine's id (machine-id(5)).
+    QString machineIdFile = QStringLiteral("/etc/machine-id");
+
+    /// The names by which QT_IM_MODULE can choose an input-context plug-in; empty for those that
+    /// Qt finds.
+    std::function<QStringList()> pluginKeys;
+};

@@ -1,0 +1,382 @@
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTranslator>
+
+#include <unistd.h>
+
+#include <memory>
+
+#include "input/inputchecker.h"
+#include "input/inputenvironment.h"
+#include "tests/support/headlesstest.h"
+#include "tests/support/recordingshell.h"
+
+namespace {
+
+const QString machineIdText = QStringLiteral("0123456789abcdef0123456789abcdef");
+QStringList debugMessages;
+
+void collectMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg && qstrcmp(context.category, "default") == 0)
+        debugMessages.append(text);
+    else
+        fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+/// Translates whatever belongs to the input checker.
+class InputTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *text, const char *, int) const override
+    {
+        return qstrcmp(context, "InputChecker") == 0 ? QString::fromLatin1(text).toLower()
+                                                     : QString();
+    }
+
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+/// The diagnosis on a machine of the test's own making: processes, plug-ins, environment, files.
+class InputCheckerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_machine = std::make_unique<QTemporaryDir>();
+        QDir(m_machine->path()).mkdir(QStringLiteral("proc"));
+        m_system.processDirectory = m_machine->filePath(QStringLiteral("proc/"));
+        m_system.machineIdFile = m_machine->filePath(QStringLiteral("machine-id"));
+        m_plugins = QStringList{QStringLiteral("compose"), QStringLiteral("xim"),
+                                QStringLiteral("ibus"), QStringLiteral("fcitx")};
+        m_system.pluginKeys = [this] { return m_plugins; };
+        for (const char *variable : {"QT_IM_MODULE", "XMODIFIERS", "DISPLAY", "WAYLAND_DISPLAY",
+                                     "XDG_SESSION_TYPE", "XMODIFIERS_OTHER"})
+            qunsetenv(variable);
+        writeFile(m_system.machineIdFile, machineIdText.toLatin1() + "\nsecond line\n");
+        debugMessages.clear();
+        m_previousHandler = qInstallMessageHandler(collectMessage);
+    }
+
+    void cleanup()
+    {
+        qInstallMessageHandler(m_previousHandler);
+        QDir(busDirectory()).removeRecursively();
+    }
+
+    void anUnsetModuleIsAMissingPluginBeforeAnyProcessIsLookedFor()
+    {
+        m_system.processDirectory = m_machine->filePath(QStringLiteral("nowhere/"));
+        QCOMPARE(check(), QStringLiteral("ERR_LOADPLUGIN_FAILED"));
+        QVERIFY(debugMessages.isEmpty());
+    }
+
+    void aPluginKeyCountsOnlyInItsExactCase()
+    {
+        m_plugins = QStringList{QStringLiteral("FCITX")};
+        runProcess(1, QStringLiteral("fcitx"));
+        qputenv("QT_IM_MODULE", "FCITX");
+        QCOMPARE(check(), QStringLiteral("ERR_LOADPLUGIN_FAILED"));
+    }
+
+    void anUpperCaseModuleIsLowered()
+    {
+        qputenv("QT_IM_MODULE", "FCITX");
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_RUNNING"));
+        runProcess(7, QStringLiteral("fcitx"));
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+    }
+
+    void fcitx5AloneServesTheModuleFcitx()
+    {
+        qputenv("QT_IM_MODULE", "fcitx");
+        runProcess(7, QStringLiteral("fcitx5"));
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+    }
+
+    void theModuleFcitx5IsHealthyWithoutItsDaemon()
+    {
+        m_plugins.append(QStringLiteral("fcitx5"));
+        qputenv("QT_IM_MODULE", "fcitx5");
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+    }
+
+    void anotherModuleWithAPluginIsHealthyWithoutFurtherChecks()
+    {
+        qputenv("QT_IM_MODULE", "xim");
+        qputenv("XMODIFIERS", "@im=fcitx");
+        m_system.processDirectory = m_machine->filePath(QStringLiteral("nowhere/"));
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+        QVERIFY(debugMessages.isEmpty());
+    }
+
+    void anAbsentDaemonIsJudgedByWhetherTheSettingsAgree_data()
+    {
+        QTest::addColumn<QByteArray>("module");
+        QTest::addColumn<QByteArray>("modifiers");
+        QTest::addColumn<QString>("message");
+        const QString notRunning = QStringLiteral("ERR_NOT_RUNNING");
+        const QString disagree = QStringLiteral("ERR_INVALID_ENV_CONFIG");
+        QTest::newRow("ibus, fcitx") << QByteArray("ibus") << QByteArray("@im=fcitx") << disagree;
+        QTest::newRow("ibus, ibus") << QByteArray("ibus") << QByteArray("@im=ibus") << notRunning;
+        QTest::newRow("ibus, unset") << QByteArray("ibus") << QByteArray() << notRunning;
+        QTest::newRow("fcitx, ibus") << QByteArray("fcitx") << QByteArray("@im=ibus") << disagree;
+        QTest::newRow("fcitx, fcitx5")
+            << QByteArray("fcitx") << QByteArray("@im=fcitx5") << disagree;
+        QTest::newRow("capitals") << QByteArray("ibus") << QByteArray("@im=IBUS") << notRunning;
+        QTest::newRow("part of it") << QByteArray("ibus") << QByteArray("@im=bu") << notRunning;
+        QTest::newRow("empty") << QByteArray("ibus") << QByteArray("@im=") << notRunning;
+        QTest::newRow("other form") << QByteArray("ibus") << QByteArray("im=fcitx") << notRunning;
+        QTest::newRow("not at the beginning")
+            << QByteArray("ibus") << QByteArray("a@im=fcitx") << notRunning;
+        QTest::newRow("longer name")
+            << QByteArray("ibus") << QByteArray("@imx=fcitx") << notRunning;
+    }
+
+    void anAbsentDaemonIsJudgedByWhetherTheSettingsAgree()
+    {
+        QFETCH(QByteArray, module);
+        QFETCH(QByteArray, modifiers);
+        qputenv("QT_IM_MODULE", module);
+        if (!modifiers.isNull())
+            qputenv("XMODIFIERS", modifiers);
+        QTEST(check(), "message");
+        QVERIFY(debugMessages.isEmpty());
+    }
+
+#ifdef __GLIBC__
+    void theEnvironmentIsReadAsTheCLibraryReadsIt()
+    {
+        for (const char *value : {"@im=fcitx", "@im=", "@im", "@im=a=b", "im=x", "", " @im=x"}) {
+            qputenv("XMODIFIERS", value);
+            QCOMPARE(environmentValue("XMODIFIERS=@im"), QByteArray(getenv("XMODIFIERS=@im")));
+            QCOMPARE(environmentValue("XMODIFIERS"), QByteArray(getenv("XMODIFIERS")));
+        }
+        qputenv("XMODIFIERS_OTHER", "@im=x");
+        qunsetenv("XMODIFIERS");
+        QCOMPARE(environmentValue("XMODIFIERS=@im"), QByteArray());
+    }
+#endif
+
+    void aMissingProcessDirectoryMakesTheDaemonAbsent()
+    {
+        m_system.processDirectory = m_machine->filePath(QStringLiteral("nowhere/"));
+        qputenv("QT_IM_MODULE", "ibus");
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_RUNNING"));
+        QCOMPARE(InputChecker(m_system).findProcessByName(QStringLiteral("ibus-daemon")), -1);
+    }
+
+    void aProcessIsFoundByTheWholeNameOfItsExecutable()
+    {
+        runProcess(41, QStringLiteral("ibus-daemon-helper"));
+        runProcess(42, QStringLiteral("ibus-daemon"));
+        link(QStringLiteral("proc/43a/exe"), QStringLiteral("/usr/bin/other"));
+        link(QStringLiteral("proc/44/cwd"), QStringLiteral("/usr/bin/vanished"));
+        link(QStringLiteral("proc/45/exe"), QStringLiteral("/usr/bin/gone (deleted)"));
+        writeFile(m_machine->filePath(QStringLiteral("proc/46")), "no directory");
+        QDir(m_machine->path()).mkpath(QStringLiteral("proc/47"));
+        const InputChecker checker(m_system);
+        QCOMPARE(checker.findProcessByName(QStringLiteral("ibus-daemon")), 42);
+        for (const char *name : {"ibus", "other", "vanished", "gone", "", "/usr/bin/ibus-daemon"})
+            QCOMPARE(checker.findProcessByName(QLatin1String(name)), -1);
+    }
+
+    void theRunningProgramFindsItself()
+    {
+        const QString ownName = QStringLiteral("tst_inputchecker");
+        QCOMPARE(InputChecker().findProcessByName(ownName), qint64(::getpid()));
+    }
+
+    void theBusFileIsNamedAfterTheDisplay_data()
+    {
+        QTest::addColumn<QByteArray>("display");
+        QTest::addColumn<QString>("ending");
+        QTest::newRow("with screen") << QByteArray(":1.0") << QStringLiteral("-unix-1");
+        QTest::newRow("other host") << QByteArray("otherhost:2") << QStringLiteral("-unix-2");
+        QTest::newRow("address with dots")
+            << QByteArray("10.0.0.1:12.3") << QStringLiteral("-unix-12");
+        QTest::newRow("unset") << QByteArray() << QStringLiteral("-unix-");
+        QTest::newRow("no colon") << QByteArray("3") << QStringLiteral("-unix-3");
+        QTest::newRow("no colon, dot") << QByteArray("3.1") << QStringLiteral("-unix-3");
+        QTest::newRow("dot at the start") << QByteArray(".5") << QStringLiteral("-unix-.5");
+        QTest::newRow("two colons") << QByteArray("h::4") << QStringLiteral("-unix-:4");
+    }
+
+    void theBusFileIsNamedAfterTheDisplay()
+    {
+        QFETCH(QByteArray, display);
+        QFETCH(QString, ending);
+        runIbus();
+        if (!display.isNull())
+            qputenv("DISPLAY", display);
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
+        QCOMPARE(debugMessages, QStringList{busDirectory() + machineIdText + ending});
+        writeFile(busDirectory() + machineIdText + ending, "address");
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+        QCOMPARE(debugMessages.size(), 2);
+    }
+
+    void onWaylandTheDisplaysOwnFileIsTakenIfThereIsOne()
+    {
+        runIbus();
+        qputenv("DISPLAY", ":1");
+        qputenv("XDG_SESSION_TYPE", "wayland");
+        qputenv("WAYLAND_DISPLAY", "wayland-0");
+        const QString base = busDirectory() + machineIdText;
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
+        writeFile(base + QStringLiteral("-unix-1"), "address");
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+        writeFile(base + QStringLiteral("-unix-wayland-0"), "address");
+        QCOMPARE(check(), QStringLiteral("ERR_OK"));
+        const QStringList lookedFor{base + QStringLiteral("-unix-1"),
+                                    base + QStringLiteral("-unix-1"),
+                                    base + QStringLiteral("-unix-wayland-0")};
+        QCOMPARE(debugMessages, lookedFor);
+    }
+
+    void theWaylandFileCountsOnlyInASessionOfExactlyThatType()
+    {
+        runIbus();
+        qputenv("DISPLAY", ":1");
+        qputenv("XDG_SESSION_TYPE", "Wayland");
+        qputenv("WAYLAND_DISPLAY", "wayland-0");
+        writeFile(busDirectory() + machineIdText + QStringLiteral("-unix-wayland-0"), "address");
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
+    }
+
+    void aMachineIdThatCannotBeReadLeavesItsPlaceEmpty_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("missing") << QStringLiteral("nowhere");
+        QTest::newRow("directory") << QStringLiteral("proc");
+    }
+
+    void aMachineIdThatCannotBeReadLeavesItsPlaceEmpty()
+    {
+        QFETCH(QString, file);
+        m_system.machineIdFile = m_machine->filePath(file);
+        runIbus();
+        qputenv("DISPLAY", ":1");
+        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
+        QCOMPARE(debugMessages, QStringList{busDirectory() + QStringLiteral("-unix-1")});
+    }
+
+    void onlyOneLineFeedIsTakenFromTheMachineId()
+    {
+        writeFile(m_system.machineIdFile, "id\r\n");
+        runIbus();
+        check();
+        QCOMPARE(debugMessages, QStringList{busDirectory() + QStringLiteral("id\r-unix-")});
+    }
+
+    void everyCheckIsKeptWithItsTimeInTheDefaultLocale()
+    {
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        InputChecker checker(m_system);
+        checker.check();
+        qputenv("QT_IM_MODULE", "xim");
+        checker.check();
+        QLocale::setDefault(QLocale::c());
+        QCOMPARE(checker.history().size(), 2);
+        QCOMPARE(checker.history().at(0).second, QStringLiteral("ERR_LOADPLUGIN_FAILED"));
+        QCOMPARE(checker.history().at(1).second, QStringLiteral("ERR_OK"));
+        const QRegularExpression time(QStringLiteral(
+            "^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d (Mo|Di|Mi|Do|Fr|Sa|So)\\.?$"));
+        QVERIFY2(time.match(checker.history().at(0).first).hasMatch(),
+                 qPrintable(checker.history().at(0).first));
+    }
+
+    void everyCodeHasItsMessage()
+    {
+        const QStringList names{QStringLiteral("ERR_OK"),
+                                QStringLiteral("ERR_OTHER"),
+                                QStringLiteral("ERR_LOADPLUGIN_FAILED"),
+                                QStringLiteral("ERR_NOT_RUNNING"),
+                                QStringLiteral("ERR_NOT_FIND_BUSCONFIG"),
+                                QStringLiteral("ERR_INVALID_ENV_CONFIG")};
+        for (int code = 0; code < names.size(); ++code)
+            QCOMPARE(InputChecker::message(code), names.at(code));
+        QCOMPARE(InputChecker::message(6), QStringLiteral("ERR_OTHER"));
+        QCOMPARE(InputChecker::message(-1), QStringLiteral("ERR_OTHER"));
+    }
+
+    void everyMessageButTheHealthyOneIsTranslated()
+    {
+        InputTranslator translator;
+        QCoreApplication::installTranslator(&translator);
+        QCOMPARE(InputChecker::message(ERR_OK), QStringLiteral("ERR_OK"));
+        QCOMPARE(InputChecker::message(ERR_OTHER), QStringLiteral("err_other"));
+        QCOMPARE(InputChecker::message(ERR_LOADPLUGIN_FAILED),
+                 QStringLiteral("err_loadplugin_failed"));
+        QCOMPARE(InputChecker::message(ERR_NOT_RUNNING), QStringLiteral("err_not_running"));
+        QCOMPARE(InputChecker::message(ERR_NOT_FIND_BUSCONFIG),
+                 QStringLiteral("err_not_find_busconfig"));
+        QCOMPARE(InputChecker::message(ERR_INVALID_ENV_CONFIG),
+                 QStringLiteral("err_invalid_env_config"));
+    }
+
+    void theCommandAsksTheRealPlugins()
+    {
+        testsupport::RecordingShell shell;
+        const QString command = QStringLiteral("inputcheck");
+        const QString key = QStringLiteral("result");
+        QCOMPARE(shell.call(command).value(key).toString(),
+                 QStringLiteral("ERR_LOADPLUGIN_FAILED"));
+        qputenv("QT_IM_MODULE", "xim");
+        QCOMPARE(shell.call(command).value(key).toString(), QStringLiteral("ERR_OK"));
+    }
+
+private:
+    static QString busDirectory()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
+               QStringLiteral("/ibus/bus/");
+    }
+
+    static void writeFile(const QString &path, const QByteArray &content)
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    void link(const QString &place, const QString &target) const
+    {
+        const QString path = m_machine->filePath(place);
+        QDir().mkpath(QFileInfo(path).path());
+        QVERIFY(QFile::link(target, path));
+    }
+
+    void runProcess(int id, const QString &name) const
+    {
+        link(QStringLiteral("proc/%1/exe").arg(id), QStringLiteral("/usr/bin/") + name);
+    }
+
+    void runIbus() const
+    {
+        runProcess(99, QStringLiteral("ibus-daemon"));
+        qputenv("QT_IM_MODULE", "ibus");
+    }
+
+    QString check() const
+    {
+        return InputChecker(m_system).check();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_machine;
+    InputSystem m_system;
+    QStringList m_plugins;
+    QtMessageHandler m_previousHandler = nullptr;
+};
+
+HEADLESS_TEST_MAIN(InputCheckerTest)
+#include "tst_inputchecker.moc"
