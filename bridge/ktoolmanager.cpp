@@ -10,6 +10,7 @@ namespace OfficeAssiant {
 
 namespace {
 
+const QString updaterDirectory = QStringLiteral("/opt/orvane/vtool/");
 const QString screenGrabPath =
     QStringLiteral("/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so");
 constexpr char screenGrabSymbol[] = "screenShot";
@@ -33,7 +34,8 @@ KToolManager &KToolManager::instance()
 }
 
 KToolManager::KToolManager()
-    : m_screenGrabLibrary(
+    : updateHelp(updaterDirectory),
+      m_screenGrabLibrary(
           new QLibrary(krt::dirs::frameworks(QString(), nullptr) + screenGrabPath, this))
 {
     if (m_screenGrabLibrary->load())

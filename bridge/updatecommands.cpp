@@ -2,20 +2,72 @@
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 
-void KVyrAssistantToolAPI::getlogfile(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
 
-void KVyrAssistantToolAPI::getupdatesupport(KxWebViewJSContext &) {}
+namespace {
 
-void KVyrAssistantToolAPI::getupdateconfig(KxWebViewJSContext &) {}
+const QChar keyValueSeparator = QLatin1Char('$');
 
-void KVyrAssistantToolAPI::testupdate(KxWebViewJSContext &) {}
+} // namespace
 
-void KVyrAssistantToolAPI::clearlogfile(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::getlogfile(KxWebViewJSContext &context)
+{
+    const auto log = KToolManager::instance().updateHelp.readLog();
+    if (log)
+        setBase64Result(context, *log);
+    else
+        setResult(context, resultError);
+}
 
-void KVyrAssistantToolAPI::testdailyreport(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::getupdatesupport(KxWebViewJSContext &context)
+{
+    setResult(context, KToolManager::instance().updateHelp.isUpdateSupported());
+}
 
-void KVyrAssistantToolAPI::testuninstallreport(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::getupdateconfig(KxWebViewJSContext &context)
+{
+    const auto config = KToolManager::instance().updateHelp.readConfig();
+    setResult(context, config ? QJsonValue(*config) : QJsonValue(resultError));
+}
 
-void KVyrAssistantToolAPI::testinstallreport(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::testupdate(KxWebViewJSContext &context)
+{
+    KToolManager::instance().updateHelp.startManualCheck();
+    setResult(context, resultSuccess);
+}
 
-void KVyrAssistantToolAPI::changeupdateconfig(KxWebViewJSContext &) {}
+void KVyrAssistantToolAPI::clearlogfile(KxWebViewJSContext &context)
+{
+    KToolManager::instance().updateHelp.clearLogDirectory();
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::testdailyreport(KxWebViewJSContext &context)
+{
+    KToolManager::instance().updateHelp.startDailyReport();
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::testuninstallreport(KxWebViewJSContext &context)
+{
+    KToolManager::instance().updateHelp.startUninstallReport();
+    setResult(context, resultSuccess);
+}
+
+void KVyrAssistantToolAPI::testinstallreport(KxWebViewJSContext &)
+{
+    // The page waits for no result here, unlike after testuninstallreport.
+    KToolManager::instance().updateHelp.startInstallReport();
+}
+
+void KVyrAssistantToolAPI::changeupdateconfig(KxWebViewJSContext &context)
+{
+    const QStringList parts =
+        textArgument(context, QStringLiteral("keyvalue")).split(keyValueSeparator);
+    if (parts.size() != 2) {
+        setResult(context, resultError);
+        return;
+    }
+    KToolManager::instance().updateHelp.setConfigValue(parts.at(0), parts.at(1));
+    setResult(context, resultSuccess);
+}

@@ -1,9 +1,126 @@
 #include "update/kupdatehelp.h"
 
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+#include "host/krt.h"
+#include "host/vyrupdate_linux.h"
+#include "update/logtext.h"
+
 namespace OfficeAssiant {
 
-KUpdateHelp::KUpdateHelp(QObject *parent) : QObject(parent) {}
+namespace {
+
+const QString updaterName = QStringLiteral("vyrupdate");
+const QString logName = QStringLiteral("/vyrupdate.log");
+const QString configGroup = QStringLiteral("update");
+const QString manualCheckOption = QStringLiteral("/from:manual");
+/// As at the suite's start, which is when the updater thinks of its daily report.
+const QString suiteStartOption = QStringLiteral("/from:lumstart");
+const QString uninstallReportOption = QStringLiteral("/senduninstallinfo:true");
+const QString installReportOption = QStringLiteral("/sendinstallinfo:true");
+const QString lastReportKey = QStringLiteral("usagecollected");
+/// Long enough ago for a report to be due; whoever reads the configuration knows this very date.
+const QString longAgo = QStringLiteral("2018-11-14 15:10:19");
+
+/// The updater's configuration, ready for the keys of its update group.
+class UpdateSettings : public QSettings
+{
+public:
+    explicit UpdateSettings(const QString &file) : QSettings(file, QSettings::IniFormat)
+    {
+        // The file may be the user's while the directory, being the installation's, is not.
+        setAtomicSyncRequired(false);
+        beginGroup(configGroup);
+    }
+};
+
+} // namespace
+
+KUpdateHelp::KUpdateHelp(const QString &updaterDirectory, const QString &logDirectory,
+                         QObject *parent)
+    : QObject(parent), m_updaterDirectory(updaterDirectory), m_logDirectory(logDirectory)
+{
+}
 
 KUpdateHelp::~KUpdateHelp() = default;
+
+bool KUpdateHelp::isUpdateSupported() const
+{
+    return QFile::exists(updater()) && QFile::exists(configFile());
+}
+
+std::optional<QJsonObject> KUpdateHelp::readConfig() const
+{
+    if (!QFile::exists(configFile()))
+        return std::nullopt;
+    const UpdateSettings settings(configFile());
+    QJsonObject values;
+    const QStringList keys = settings.childKeys();
+    // A value with commas is a list to QSettings, and a list has no text: it shows as empty.
+    for (const QString &key : keys)
+        values.insert(key, settings.value(key).toString());
+    return values;
+}
+
+void KUpdateHelp::setConfigValue(const QString &key, const QString &value) const
+{
+    if (QFile::exists(configFile()))
+        UpdateSettings(configFile()).setValue(key, value);
+}
+
+std::optional<QString> KUpdateHelp::readLog() const
+{
+    return readLogText(m_logDirectory + logName);
+}
+
+void KUpdateHelp::clearLogDirectory() const
+{
+    QDir directory(m_logDirectory);
+    const QStringList files = directory.entryList(QDir::Files);
+    for (const QString &file : files)
+        directory.remove(file);
+}
+
+void KUpdateHelp::startManualCheck() const
+{
+    launch(manualCheckOption);
+}
+
+void KUpdateHelp::startDailyReport() const
+{
+    if (!QFile::exists(configFile()))
+        return;
+    UpdateSettings settings(configFile());
+    settings.setValue(lastReportKey, longAgo);
+    // The date reaches the file when the settings go, after the launch.
+    launch(suiteStartOption);
+}
+
+void KUpdateHelp::startUninstallReport() const
+{
+    launch(uninstallReportOption);
+}
+
+void KUpdateHelp::startInstallReport() const
+{
+    launch(installReportOption);
+}
+
+QString KUpdateHelp::updater() const
+{
+    return m_updaterDirectory + updaterName;
+}
+
+QString KUpdateHelp::configFile() const
+{
+    return vyrupdate_linux::getUpdateCfgPath(m_updaterDirectory);
+}
+
+void KUpdateHelp::launch(const QString &option) const
+{
+    krt::ksafe::KProcess::StartDetach(updater(), {option}, QString(), nullptr);
+}
 
 } // namespace OfficeAssiant

@@ -1,0 +1,271 @@
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "helio/runtime/hostevents.h"
+#include "tests/support/headlesstest.h"
+#include "update/kupdatehelp.h"
+
+using OfficeAssiant::KUpdateHelp;
+
+/// The updater's configuration, log and launches, in directories of the test's own.
+class UpdateHelpTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(m_directory->path()).mkdir(QStringLiteral("vtool")));
+        QVERIFY(QDir(m_directory->path()).mkdir(QStringLiteral("log")));
+        m_help = std::make_unique<KUpdateHelp>(place("vtool/"), place("log"));
+        m_started.clear();
+        connect(&helio::HostEvents::instance(), &helio::HostEvents::programStarting, this,
+                &UpdateHelpTest::noteStart, Qt::UniqueConnection);
+    }
+
+    void anUpdateNeedsBothUpdaterAndConfiguration()
+    {
+        QVERIFY(!m_help->isUpdateSupported());
+        writeConfig("");
+        QVERIFY(!m_help->isUpdateSupported());
+        writeFile("vtool/vyrupdate", "");
+        QVERIFY(m_help->isUpdateSupported());
+        QVERIFY(QFile::remove(place("vtool/vyrupdate.cfg")));
+        QVERIFY(!m_help->isUpdateSupported());
+    }
+
+    void aMissingConfigurationIsNothing()
+    {
+        QVERIFY(!m_help->readConfig());
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("b"));
+        m_help->startDailyReport();
+        QVERIFY(m_started.isEmpty());
+        QVERIFY(!QFile::exists(place("vtool/vyrupdate.cfg")));
+    }
+
+    void onlyTheDirectKeysOfTheUpdateGroupAreRead()
+    {
+        writeConfig("top=1\n[update]\nb=two words\na=1\nflag=true\nempty=\nsub\\deep=x\n"
+                    "[other]\nc=3\n");
+        const QJsonObject expected{{QStringLiteral("a"), QStringLiteral("1")},
+                                   {QStringLiteral("b"), QStringLiteral("two words")},
+                                   {QStringLiteral("flag"), QStringLiteral("true")},
+                                   {QStringLiteral("empty"), QString()}};
+        QCOMPARE(m_help->readConfig().value(), expected);
+    }
+
+    void aListHasNoText()
+    {
+        writeConfig("[update]\nlist=a, b\nquoted=\"a, b\"\n");
+        const QJsonObject expected{{QStringLiteral("list"), QString()},
+                                   {QStringLiteral("quoted"), QStringLiteral("a, b")}};
+        QCOMPARE(m_help->readConfig().value(), expected);
+    }
+
+    void aConfigurationWithoutTheGroupIsEmpty_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty file") << QByteArray();
+        QTest::newRow("other group") << QByteArray("[other]\na=1\n");
+        QTest::newRow("no lines") << QByteArray(5000, '[');
+        QTest::newRow("zero bytes") << QByteArray(5000, '\0');
+        QTest::newRow("random") << QByteArray::fromHex("00ff1b5b5d3d0a255c780a3d5b0a5c0a2225");
+    }
+
+    void aConfigurationWithoutTheGroupIsEmpty()
+    {
+        QFETCH(QByteArray, content);
+        writeConfig(content);
+        QCOMPARE(m_help->readConfig().value(), QJsonObject());
+    }
+
+    void aDirectoryForAConfigurationIsEmptyAndStays()
+    {
+        QVERIFY(QDir(place("vtool")).mkdir(QStringLiteral("vyrupdate.cfg")));
+        QCOMPARE(m_help->readConfig().value(), QJsonObject());
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("b"));
+        m_help->startDailyReport();
+        QCOMPARE(m_started.size(), 1);
+        QVERIFY(QFileInfo(place("vtool/vyrupdate.cfg")).isDir());
+    }
+
+    void aValueIsStoredInTheUpdateGroupAndTheRestStays()
+    {
+        writeConfig("[other]\nc=3\n\n[update]\nkeep=1\na=old\n");
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("b"));
+        m_help->setConfigValue(QStringLiteral("none"), QString());
+        const QSettings settings(place("vtool/vyrupdate.cfg"), QSettings::IniFormat);
+        QCOMPARE(settings.value(QStringLiteral("update/a")).toString(), QStringLiteral("b"));
+        QVERIFY(settings.contains(QStringLiteral("update/none")));
+        QCOMPARE(settings.value(QStringLiteral("update/none")).toString(), QString());
+        QCOMPARE(settings.value(QStringLiteral("update/keep")).toString(), QStringLiteral("1"));
+        QCOMPARE(settings.value(QStringLiteral("other/c")).toString(), QStringLiteral("3"));
+    }
+
+    void aConfigurationInADirectoryThatCannotBeWrittenIsStillSet()
+    {
+        if (::geteuid() == 0)
+            QSKIP("root may write everywhere");
+        writeConfig("[update]\na=old\n");
+        const auto mode = QFile::permissions(place("vtool"));
+        QVERIFY(QFile::setPermissions(place("vtool"), QFile::ReadOwner | QFile::ExeOwner));
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("new"));
+        QVERIFY(QFile::setPermissions(place("vtool"), mode));
+        QCOMPARE(m_help->readConfig()->value(QLatin1String("a")).toString(), QStringLiteral("new"));
+    }
+
+    void theDailyReportSetsItsDateOnlyAfterTheLaunch()
+    {
+        writeConfig("[update]\nusagecollected=2024-01-01 00:00:00\n");
+        m_help->startDailyReport();
+        const QStringList launch{place("vtool/vyrupdate"), QStringLiteral("/from:lumstart")};
+        QCOMPARE(m_started, QList<QStringList>{launch});
+        QVERIFY(m_configAtStart.contains("usagecollected=2024-01-01 00:00:00"));
+        QCOMPARE(m_help->readConfig()->value(QLatin1String("usagecollected")).toString(),
+                 QStringLiteral("2018-11-14 15:10:19"));
+    }
+
+    void eachLaunchHasItsOneOption()
+    {
+        m_help->startManualCheck();
+        m_help->startUninstallReport();
+        m_help->startInstallReport();
+        const QString updater = place("vtool/vyrupdate");
+        const QList<QStringList> expected{
+            {updater, QStringLiteral("/from:manual")},
+            {updater, QStringLiteral("/senduninstallinfo:true")},
+            {updater, QStringLiteral("/sendinstallinfo:true")},
+        };
+        QCOMPARE(m_started, expected);
+    }
+
+    void theLogIsTextUpToItsFirstZeroByte_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << QByteArray() << QString();
+        QTest::newRow("UTF-8") << QByteArray("\xe6\x97\xa5\n") << QStringLiteral("\u65e5\n");
+        QTest::newRow("not UTF-8") << QByteArray("a\xff") << QStringLiteral("a\ufffd");
+        QTest::newRow("other line ends") << QByteArray("a\r\nb\r\n") << QStringLiteral("a\nb\n");
+        QTest::newRow("zero byte") << QByteArray("ab\0cd", 5) << QStringLiteral("ab");
+        QTest::newRow("zero byte first") << QByteArray(1, '\0') << QString();
+        const QByteArray large = QByteArray("0123456789\xc3\xa4\n").repeated(100000);
+        QTest::newRow("large") << large << QString::fromUtf8(large);
+        QTest::newRow("zero byte far in")
+            << large + QByteArray(1, '\0') + large << QString::fromUtf8(large);
+        QTest::newRow("long run of carriage returns")
+            << QByteArray("a") + QByteArray(300000, '\r') + "b" << QStringLiteral("ab");
+    }
+
+    void theLogIsTextUpToItsFirstZeroByte()
+    {
+        QFETCH(QByteArray, content);
+        writeFile("log/vyrupdate.log", content);
+        const auto text = m_help->readLog();
+        QVERIFY(text);
+        QTEST(*text, "text");
+    }
+
+    void aLogOfManyGigabytesOfNothingIsEmpty()
+    {
+        writeFile("log/vyrupdate.log", "");
+        QVERIFY(QFile::resize(place("log/vyrupdate.log"), qint64(1) << 40));
+        QCOMPARE(m_help->readLog().value(), QString());
+    }
+
+    void aLogThatCannotBeOpenedIsNothing_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *kind : {"missing", "directory", "pipe", "dangling link"})
+            QTest::newRow(kind) << QString::fromLatin1(kind);
+    }
+
+    void aLogThatCannotBeOpenedIsNothing()
+    {
+        QFETCH(QString, kind);
+        const QString log = place("log/vyrupdate.log");
+        if (kind == QLatin1String("directory"))
+            QVERIFY(QDir().mkdir(log));
+        else if (kind == QLatin1String("pipe"))
+            QCOMPARE(::mkfifo(QFile::encodeName(log).constData(), 0600), 0);
+        else if (kind == QLatin1String("dangling link"))
+            QVERIFY(QFile::link(place("nowhere"), log));
+        QVERIFY(!m_help->readLog());
+    }
+
+    void aLogThatNobodyKeepsIsEmpty()
+    {
+        QVERIFY(QFile::link(QStringLiteral("/dev/null"), place("log/vyrupdate.log")));
+        QCOMPARE(m_help->readLog().value(), QString());
+    }
+
+    void clearingRemovesFilesOfAnyNameAndNoDirectory()
+    {
+        for (const char *name :
+             {"log/vyrupdate.log", "log/other program.txt", "log/-rf", "log/a\nb"})
+            writeFile(name, "x");
+        writeFile("log/.hidden", "x");
+        writeFile("log/sub/inside.log", "x");
+        writeFile("kept.log", "x");
+        QVERIFY(QFile::link(place("kept.log"), place("log/link.log")));
+        m_help->clearLogDirectory();
+        const auto all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+        const QStringList left{QStringLiteral(".hidden"), QStringLiteral("sub")};
+        QCOMPARE(QDir(place("log")).entryList(all, QDir::Name), left);
+        QVERIFY(QFile::exists(place("log/sub/inside.log")));
+        QVERIFY(QFile::exists(place("kept.log")));
+    }
+
+    void clearingAMissingDirectoryTouchesNothing()
+    {
+        writeFile("kept.log", "x");
+        const QString previous = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_directory->path()));
+        KUpdateHelp(place("vtool/"), place("nowhere")).clearLogDirectory();
+        QVERIFY(QDir::setCurrent(previous));
+        QVERIFY(QFile::exists(place("kept.log")));
+    }
+
+private:
+    QString place(const char *name) const
+    {
+        return m_directory->filePath(QString::fromLatin1(name));
+    }
+
+    void writeFile(const char *name, const QByteArray &content) const
+    {
+        QDir().mkpath(QFileInfo(place(name)).path());
+        QFile file(place(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    void writeConfig(const QByteArray &content) const { writeFile("vtool/vyrupdate.cfg", content); }
+
+    void noteStart(const QString &program, const QStringList &arguments,
+                   const QString &workingDirectory, bool detached)
+    {
+        QVERIFY(detached);
+        QVERIFY(workingDirectory.isEmpty());
+        m_started.append(QStringList{program} + arguments);
+        QFile config(place("vtool/vyrupdate.cfg"));
+        m_configAtStart = config.open(QIODevice::ReadOnly) ? config.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<KUpdateHelp> m_help;
+    QList<QStringList> m_started;
+    QByteArray m_configAtStart;
+};
+
+HEADLESS_TEST_MAIN(UpdateHelpTest)
+#include "tst_kupdatehelp.moc"
