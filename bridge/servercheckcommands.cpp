@@ -1,5 +1,30 @@
 #include "bridge/answer.h"
-#include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "servercheck/documentservertester.h"
 
-void KVyrAssistantToolAPI::openremoveurlcheck(KxWebViewJSContext &) {}
+using namespace OfficeAssiant;
+
+namespace {
+
+/// Spelt so for the page, which compares it.
+const QString parameterError = QStringLiteral("parame error");
+
+} // namespace
+
+void KVyrAssistantToolAPI::openremoveurlcheck(KxWebViewJSContext &context)
+{
+    const ServerTest test{textArgument(context, QStringLiteral("urlpath")),
+                          textArgument(context, QStringLiteral("funcname")),
+                          textArgument(context, QStringLiteral("reqheader")),
+                          textArgument(context, QStringLiteral("reqtable"))};
+    if (test.url.isEmpty() || test.functionName.isEmpty()) {
+        setResult(context, parameterError);
+        return;
+    }
+    // The page may be closed before this returns; nothing of this object is used after it.
+    QString status;
+    if (testDocumentServer(test, &status))
+        setResult(context, resultSuccess);
+    else
+        setBase64Result(context, status);
+}

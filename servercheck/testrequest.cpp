@@ -1,0 +1,96 @@
+#include "servercheck/testrequest.h"
+
+#include <QCryptographicHash>
+#include <QSslConfiguration>
+#include <QStringList>
+
+#include "servercheck/formdata.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QByteArray testContent = QByteArrayLiteral("test Data");
+const QByteArray digestHeader = QByteArrayLiteral("md5sum");
+const QByteArray fileNameHeader = QByteArrayLiteral("filename");
+const QByteArray plainFileName = QByteArrayLiteral("test.txt");
+const QString plainContentType = QStringLiteral("application/octet-stream");
+const QString secureScheme = QStringLiteral("https");
+
+bool isSaveFunction(const QString &name)
+{
+    return name.contains(QLatin1String("saveURL")) ||
+           name.contains(QLatin1String("SaveDocumentToServer"));
+}
+
+bool isFormDataFunction(const QString &name)
+{
+    static const QStringList names{
+        QStringLiteral("saveURL_FormData"),         QStringLiteral("saveURL_s_FormData"),
+        QStringLiteral("saveURL_GetData_FormData"), QStringLiteral("saveURL_CustomParam_FormData"),
+        QStringLiteral("OpenDocumentFromServer"),   QStringLiteral("SaveDocumentToServer")};
+    return names.contains(name);
+}
+
+void acceptAnyCertificate(QNetworkRequest *request)
+{
+    QSslConfiguration configuration = request->sslConfiguration();
+    configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
+    configuration.setProtocol(QSsl::AnyProtocol);
+    request->setSslConfiguration(configuration);
+}
+
+void setDigest(QNetworkRequest *request)
+{
+    request->setRawHeader(digestHeader,
+                          QCryptographicHash::hash(testContent, QCryptographicHash::Md5).toHex());
+}
+
+void setHeaders(QNetworkRequest *request, const QString &headerList)
+{
+    const auto headers = parseNameValueList(headerList);
+    for (const auto &header : headers)
+        request->setRawHeader(header.first.toUtf8(), header.second.toUtf8());
+}
+
+} // namespace
+
+RequestKind requestKind(const QString &functionName)
+{
+    if (!isSaveFunction(functionName))
+        return RequestKind::Get;
+    return isFormDataFunction(functionName) ? RequestKind::MultipartPost : RequestKind::PlainPost;
+}
+
+TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
+{
+    TestRequest made{requestKind(test.functionName), QNetworkRequest(url), QByteArray()};
+    QNetworkRequest *request = &made.request;
+    if (url.scheme().compare(secureScheme, Qt::CaseInsensitive) == 0)
+        acceptAnyCertificate(request);
+
+    // What is set later wins: the user's headers over file name and digest, but not over type and
+    // length of a multipart body, which could not be read otherwise.
+    switch (made.kind) {
+    case RequestKind::Get:
+        setHeaders(request, test.headerList);
+        break;
+    case RequestKind::PlainPost:
+        made.body = testContent;
+        request->setHeader(QNetworkRequest::ContentTypeHeader, plainContentType);
+        request->setRawHeader(fileNameHeader, plainFileName);
+        setDigest(request);
+        setHeaders(request, test.headerList);
+        break;
+    case RequestKind::MultipartPost:
+        made.body = formDataBody(formFields(test.formFieldList), testContent);
+        setDigest(request);
+        setHeaders(request, test.headerList);
+        request->setHeader(QNetworkRequest::ContentTypeHeader, formDataContentType());
+        request->setHeader(QNetworkRequest::ContentLengthHeader, made.body.size());
+        break;
+    }
+    return made;
+}
+
+} // namespace OfficeAssiant
