@@ -1,0 +1,37 @@
+const LAUNCHER = '/tmp/beside.sh';
+const LOG = '/tmp/beside.log';
+
+/**
+ * The root with other programs running beside every command: a bash script starts them and
+ * returns when they are ready. They end with the command, being in its process namespace, and
+ * what they print goes to a log. The result can be given to runCommand and Session.start.
+ */
+export async function beside(root, script) {
+    await root.writeFile(LAUNCHER, `#!/bin/bash
+# Waits until the condition (a command) holds, for 20 seconds at most.
+await() {
+    local end=$((SECONDS + 20))
+    until "$@" 2> /dev/null; do
+        if ((SECONDS >= end)); then
+            echo "no success: $*" >&2
+            exit 99
+        fi
+        sleep 0.05
+    done
+}
+exec 3>&1 4>&2 >> ${LOG} 2>&1 5<&0 < /dev/null
+${script}
+exec >&3 2>&4 <&5 3>&- 4>&- 5<&-
+"$@"
+`);
+    const launched = (command) => ['bash', LAUNCHER, ...command];
+    return {
+        run: (command, options) => root.run(launched(command), options),
+        spawn: (command, options) => root.spawn(launched(command), options),
+    };
+}
+
+/** What the programs beside the commands have printed so far. */
+export function besideLog(root) {
+    return root.readFile(LOG);
+}

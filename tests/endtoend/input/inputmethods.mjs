@@ -1,0 +1,52 @@
+import fs from 'node:fs';
+
+import { runCommand } from '../assistantctl.mjs';
+import { beside, besideLog } from '../beside.mjs';
+
+const DISPLAY_AND_BUS = `
+Xvfb :7 -nolisten tcp &
+await test -S /tmp/.X11-unix/X7
+dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
+await test -S /tmp/bus
+export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
+`;
+
+/** Scripts that start a daemon and return when it serves. */
+const DAEMONS = {
+    ibus: `
+ibus-daemon --panel disable --xim &
+await compgen -G "$HOME/.config/ibus/bus/*-unix-\${WAYLAND_DISPLAY:-7}"
+`,
+    fcitx5: `
+fcitx5 --disable wayland,waylandim &
+await dbus-send --session --dest=org.freedesktop.DBus --print-reply /org/freedesktop/DBus \
+    org.freedesktop.DBus.GetNameOwner string:org.fcitx.Fcitx5
+`,
+};
+
+/** The variables CHECKED_… of the environment are for the check alone, without that beginning. */
+const CHECKED_ENVIRONMENT = `
+for checked in "\${!CHECKED_@}"; do
+    export "\${checked#CHECKED_}=\${!checked}"
+done
+`;
+
+const MACHINE_ID = fs.readFileSync('/etc/machine-id', 'latin1').split('\n')[0];
+
+/** Where the bus address of ibus is looked for. */
+export function busFile(root, ending) {
+    return `${root.home}/.config/ibus/bus/${MACHINE_ID}${ending}`;
+}
+
+/**
+ * Runs the input check beside these daemons, on a display and a bus of their own:
+ * {result, debug}; debug is what the check wrote to standard error.
+ */
+export async function checkInput(root, daemons, env) {
+    const script = DISPLAY_AND_BUS + daemons.map((name) => DAEMONS[name]).join('')
+        + CHECKED_ENVIRONMENT;
+    const end = await runCommand(await beside(root, script), 'inputcheck', {}, { env });
+    if (end.status !== 0)
+        throw new Error(`${end.stderr}\n${await besideLog(root)}`);
+    return { result: end.answer.result, debug: end.stderr };
+}
