@@ -10,7 +10,6 @@ namespace OfficeAssiant {
 namespace {
 
 constexpr qint64 pieceSize = 64 * 1024;
-constexpr qint64 largestText = 512 * 1024 * 1024;
 
 /// Opening a pipe that nobody writes to would never end.
 bool isPipe(const QString &path)
@@ -21,7 +20,7 @@ bool isPipe(const QString &path)
 
 } // namespace
 
-std::optional<QString> readLogText(const QString &path)
+std::optional<QString> readLogText(const QString &path, qint64 largestText)
 {
     if (isPipe(path))
         return std::nullopt;
@@ -29,19 +28,16 @@ std::optional<QString> readLogText(const QString &path)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return std::nullopt;
     QByteArray text;
-    int end = -1;
-    while (end < 0) {
+    for (;;) {
         const QByteArray piece = file.read(pieceSize);
-        if (piece.isEmpty())
-            break;
-        const int zeroByte = piece.indexOf('\0');
-        if (zeroByte >= 0)
-            end = text.size() + zeroByte;
-        text += piece;
+        const int length =
+            static_cast<int>(qstrnlen(piece.constData(), static_cast<uint>(piece.size())));
+        text.append(piece.constData(), length);
         if (text.size() > largestText)
             return std::nullopt;
+        if (piece.isEmpty() || length < piece.size())
+            return QString::fromUtf8(text);
     }
-    return QString::fromUtf8(text.constData(), end >= 0 ? end : text.size());
 }
 
 } // namespace OfficeAssiant

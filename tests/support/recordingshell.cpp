@@ -16,6 +16,8 @@ namespace {
 
 void registerPage()
 {
+    // A look first: a registry that is made before the item is still there when the item goes.
+    KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage);
     static KHelioPluginWidgetFactoryItem<KVyrAssistantTool> item(
         KHelioPluginWidget::OfficeAssistantPage);
     KHelioPluginWidgetFactory::registerPagePlugin(&item);

@@ -12,6 +12,7 @@
 #include "helio/runtime/hostevents.h"
 #include "tests/support/headlesstest.h"
 #include "update/kupdatehelp.h"
+#include "update/logtext.h"
 
 using OfficeAssiant::KUpdateHelp;
 
@@ -180,6 +181,13 @@ private slots:
         writeFile("log/vyrupdate.log", "");
         QVERIFY(QFile::resize(place("log/vyrupdate.log"), qint64(1) << 40));
         QCOMPARE(m_help->readLog().value(), QString());
+    }
+
+    void aLogOfMoreThanAnAnswerCanCarryIsNothing()
+    {
+        writeFile("log/vyrupdate.log", QByteArray(100000, 'x') + QByteArray(100, '\0'));
+        QVERIFY(OfficeAssiant::readLogText(place("log/vyrupdate.log"), 100000));
+        QVERIFY(!OfficeAssiant::readLogText(place("log/vyrupdate.log"), 99999));
     }
 
     void aLogThatCannotBeOpenedIsNothing_data()
