@@ -1,0 +1,105 @@
+#include "helio/shell/assistantwindows.h"
+
+#include "helio/shell/pagewindow.h"
+#include "helio/webengine/webenginebrowser.h"
+
+namespace {
+
+const QString mainType = QStringLiteral("main");
+const QString childType = QStringLiteral("child");
+
+constexpr QSize mainSize(1000, 680);
+constexpr QSize mainMinimum(900, 600);
+constexpr QSize childSize(920, 620);
+constexpr QSize childMinimum(720, 480);
+
+/// How long a page may take to close its view itself.
+constexpr int closeGraceMs = 1000;
+
+} // namespace
+
+namespace shell {
+
+AssistantWindows::AssistantWindows(const QString &startPage, QObject *parent)
+    : QObject(parent), m_main(std::make_unique<PageWindow>(mainType, startPage, nullptr))
+{
+    m_main->setMinimumSize(mainMinimum);
+    m_main->resize(mainSize);
+    connect(m_main.get(), &PageWindow::closeRequested, this, &AssistantWindows::endRequested);
+    m_closeGrace.setSingleShot(true);
+    m_closeGrace.setInterval(closeGraceMs);
+    connect(&m_closeGrace, &QTimer::timeout, this,
+            [this] { m_child->browser()->closeInPlaceOfPage(); });
+    if (!m_main->pageSignals())
+        return;
+    connect(m_main->pageSignals(), &helio::WindowSignals::sigCloseMainWindow, this,
+            &AssistantWindows::endRequested);
+    connectPage(m_main.get());
+}
+
+AssistantWindows::~AssistantWindows() = default;
+
+PageWindow *AssistantWindows::mainWindow() const
+{
+    return m_main.get();
+}
+
+void AssistantWindows::connectPage(PageWindow *window)
+{
+    // Either page may open another view in the child window, or leave the one that is there.
+    using Signals = helio::WindowSignals;
+    connect(window->pageSignals(), &Signals::sigChangeHtmlPage, this,
+            &AssistantWindows::changeChildPage);
+    connect(window->pageSignals(), &Signals::sigShowChildWindow, this,
+            &AssistantWindows::showChild);
+    connect(window->pageSignals(), &Signals::sigCloseChildWindow, this,
+            &AssistantWindows::hideChild);
+}
+
+void AssistantWindows::makeChild(const QString &html)
+{
+    m_child = new PageWindow(childType, html, m_main.get());
+    m_child->setMinimumSize(childMinimum);
+    m_child->resize(childSize);
+    connect(m_child, &PageWindow::closeRequested, this, &AssistantWindows::closeChildFromOutside);
+    connect(m_child->pageSignals(), &helio::WindowSignals::sigCloseMainWindow, this,
+            &AssistantWindows::closeChildFromOutside);
+    connectPage(m_child);
+}
+
+void AssistantWindows::showChild(const QString &html)
+{
+    m_closeGrace.stop();
+    if (!m_child)
+        makeChild(html);
+    m_child->present();
+}
+
+void AssistantWindows::changeChildPage(const QString &html)
+{
+    if (m_child)
+        m_child->changePage(html);
+}
+
+void AssistantWindows::hideChild()
+{
+    m_closeGrace.stop();
+    if (!m_child || !m_child->isVisible())
+        return;
+    m_child->hide();
+    m_main->activateWindow();
+    if (m_main->browser())
+        m_main->browser()->setFocus();
+}
+
+void AssistantWindows::closeChildFromOutside()
+{
+    hideChild();
+    // The page knows what its view has to stop, and the library tells the main page.
+    if (m_child->browser()->askPageToClose())
+        m_closeGrace.start();
+    else
+        m_child->browser()->closeInPlaceOfPage();
+}
+
+} // namespace shell

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "helio/webengine/pagesurroundings.h"
+
+namespace shell {
+
+struct ShellOptions;
+
+/// Theme and language of the desktop, unless the options name others.
+helio::PageSurroundings desktopLook(const ShellOptions &options);
+
+/// Translates the texts that Qt itself shows, such as those of file dialogs.
+void translateQt(const QString &language);
+
+} // namespace shell

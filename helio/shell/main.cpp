@@ -1,0 +1,128 @@
+#include <QApplication>
+#include <QIcon>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <optional>
+
+#include <unistd.h>
+
+#include "helio/runtime/awaitedprograms.h"
+#include "helio/runtime/pluginlibrary.h"
+#include "helio/runtime/suitehome.h"
+#include "helio/runtime/textencoding.h"
+#include "helio/shell/assistantwindows.h"
+#include "helio/shell/chromiumarguments.h"
+#include "helio/shell/desktoplook.h"
+#include "helio/shell/hiddenvariables.h"
+#include "helio/shell/missingparts.h"
+#include "helio/shell/pagewindow.h"
+#include "helio/shell/shelloptions.h"
+#include "helio/shell/terminationsignals.h"
+#include "helio/shell/windowpicture.h"
+#include "helio/webengine/webenginebrowsers.h"
+
+namespace {
+
+enum ExitStatus {
+    Ended = 0,
+    NoPicture = 1,
+    WrongUsage = 2,
+    PartMissing = 3,
+};
+
+/// Would override or drop what Chromium is told on the command line.
+const QByteArrayList chromiumVariables{"QTWEBENGINE_CHROMIUM_FLAGS", "QTWEBENGINE_REMOTE_DEBUGGING",
+                                       "QTWEBENGINE_DISABLE_SANDBOX"};
+
+int complain(ExitStatus status, const QString &message)
+{
+    std::fprintf(stderr, "helio-shell: %s\n", message.toLocal8Bit().constData());
+    return status;
+}
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+QString storageDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/office-assistant/pages");
+}
+
+/// Takes the picture that the options ask for; the program's exit status is its outcome.
+void takePicture(shell::PageWindow *window, const QString &path)
+{
+    auto *picture = new shell::WindowPicture(window, path, window);
+    QObject::connect(picture, &shell::WindowPicture::finished, qApp, [](const QString &fault) {
+        QCoreApplication::exit(fault.isEmpty() ? Ended : complain(NoPicture, fault));
+    });
+}
+
+int showWindows(const shell::ShellOptions &options)
+{
+    const helio::PageDirectory pages(helio::pageDirectory());
+    const QString missing = shell::missingPart(pages, options.page);
+    if (!missing.isEmpty())
+        return complain(PartMissing, missing);
+    helio::PluginLibrary library;
+    if (!library.load())
+        return complain(PartMissing, library.errorString());
+
+    const helio::PageSurroundings look = shell::desktopLook(options);
+    shell::translateQt(look.language);
+    std::optional<shell::HiddenVariables> hidden(chromiumVariables);
+    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory());
+    shell::AssistantWindows windows(options.page);
+    hidden.reset();
+    QObject::connect(&windows, &shell::AssistantWindows::endRequested, qApp,
+                     &QCoreApplication::quit);
+    if (!options.screenshot.isEmpty())
+        takePicture(windows.mainWindow(), options.screenshot);
+    windows.mainWindow()->present();
+    const int status = QCoreApplication::exec();
+    helio::endAwaitedPrograms();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    helio::assumeUtf8WithoutLocale();
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+
+    QString fault;
+    const std::optional<shell::ShellOptions> options = shell::parseShellOptions(arguments, &fault);
+    if (!options)
+        return complain(WrongUsage, fault);
+    if (!options->text.isEmpty()) {
+        std::fputs(options->text.toLocal8Bit().constData(), stdout);
+        return Ended;
+    }
+    if (!hasDisplay())
+        return complain(PartMissing, QStringLiteral("there is no display to show a window on"));
+
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot)
+        complain(Ended, QStringLiteral("running as root, so Chromium runs without its sandbox"));
+    shell::ChromiumArguments chromium(argv[0], options->debugPort, isRoot);
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(chromium.count(), chromium.values());
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationDisplayName(QStringLiteral("Office Assistant"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
+
+    const shell::TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &shell::TerminationSignals::received, qApp,
+                     &QCoreApplication::quit);
+    helio::makeDefaultSuiteHome();
+    return showWindows(*options);
+}

@@ -1,0 +1,48 @@
+#include "helio/shell/missingparts.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QLibraryInfo>
+#include <QUrl>
+
+#include "helio/webengine/pagedirectory.h"
+
+namespace {
+
+const QString helperName = QStringLiteral("/QtWebEngineProcess");
+
+bool isProgram(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable();
+}
+
+} // namespace
+
+QString shell::chromiumHelperPath()
+{
+    const QString named = QFile::decodeName(qgetenv("QTWEBENGINEPROCESS_PATH"));
+    if (!named.isEmpty())
+        return named;
+    const QString installed = QLibraryInfo::location(QLibraryInfo::LibraryExecutablesPath);
+    const QString beside = QCoreApplication::applicationDirPath();
+    return (isProgram(installed + helperName) ? installed : beside) + helperName;
+}
+
+QString shell::missingPart(const helio::PageDirectory &pages, const QString &startPage)
+{
+    if (!isProgram(chromiumHelperPath()))
+        return QStringLiteral("Chromium's helper program is missing: %1 (on Debian it comes with "
+                              "the package libqt5webenginecore5)")
+            .arg(chromiumHelperPath());
+    if (!QFileInfo(pages.path()).isDir())
+        return QStringLiteral("the directory of the pages is missing: ") + pages.path();
+    const QUrl page = pages.urlOf(startPage);
+    if (!QFileInfo(page.toLocalFile()).isFile())
+        return QStringLiteral("the start page is missing: ") + page.toLocalFile();
+    if (!pages.contains(page))
+        return QStringLiteral("the start page is outside the directory of the pages: ") +
+               page.toLocalFile();
+    return {};
+}

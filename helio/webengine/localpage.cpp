@@ -1,0 +1,50 @@
+#include "helio/webengine/localpage.h"
+
+namespace helio {
+
+LocalPage::LocalPage(const PageDirectory &directory, QWebEngineProfile *profile, QObject *parent)
+    : QWebEnginePage(profile, parent), m_directory(directory)
+{
+    connect(this, &QWebEnginePage::loadFinished, this, &LocalPage::judgeLoad);
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+            [this](const QUrl &origin, Feature feature) {
+                setFeaturePermission(origin, feature, PermissionDeniedByUser);
+            });
+}
+
+bool LocalPage::isAtHome() const
+{
+    // Asked for every call, so the file system is asked once a document only.
+    const QUrl current = url();
+    if (current != m_judgedUrl) {
+        m_judgedUrl = current;
+        m_judgement = m_directory.contains(current);
+    }
+    return m_judgement;
+}
+
+void LocalPage::judgeLoad(bool ok)
+{
+    // A refused navigation also ends as a failed load; the document that is shown stays then.
+    const bool lost = m_isArriving && !ok;
+    m_isArriving = false;
+    if (lost)
+        emit documentLost();
+}
+
+bool LocalPage::acceptNavigationRequest(const QUrl &url, NavigationType, bool isMainFrame)
+{
+    const bool accepted = m_directory.contains(url);
+    if (!accepted)
+        qWarning("a page was kept from going to %s", qPrintable(url.toDisplayString().left(200)));
+    else if (isMainFrame)
+        m_isArriving = true;
+    return accepted;
+}
+
+QWebEnginePage *LocalPage::createWindow(WebWindowType)
+{
+    return nullptr;
+}
+
+} // namespace helio

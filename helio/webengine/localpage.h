@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWebEnginePage>
+
+#include "helio/webengine/pagedirectory.h"
+
+namespace helio {
+
+/// A web page that never leaves the page directory, in no frame, and opens no other window.
+class LocalPage : public QWebEnginePage
+{
+    Q_OBJECT
+
+public:
+    LocalPage(const PageDirectory &directory, QWebEngineProfile *profile, QObject *parent);
+
+    /// Whether the document in the main frame comes from the page directory.
+    bool isAtHome() const;
+
+signals:
+    /// A document of the page directory was to be shown and could not be loaded.
+    void documentLost();
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+    QWebEnginePage *createWindow(WebWindowType type) override;
+
+private:
+    void judgeLoad(bool ok);
+
+    PageDirectory m_directory;
+    bool m_isArriving = false;
+    mutable QUrl m_judgedUrl;
+    mutable bool m_judgement = false;
+};
+
+} // namespace helio

@@ -1,0 +1,87 @@
+#include "helio/webengine/pagenotice.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "helio/webengine/pagesurroundings.h"
+
+namespace {
+
+constexpr int textWidth = 420;
+constexpr double titleScale = 1.4;
+
+} // namespace
+
+namespace helio {
+
+PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
+    : QWidget(parent),
+      m_texts(NoticeTexts::of(surroundings.language)),
+      m_title(new QLabel(this)),
+      m_explanation(new QLabel(this))
+{
+    setColors(surroundings.isDark());
+    QFont titleFont = font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * titleScale);
+    titleFont.setBold(true);
+    m_title->setFont(titleFont);
+    for (QLabel *label : {m_title, m_explanation}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setAlignment(Qt::AlignHCenter);
+        label->setWordWrap(true);
+        label->setFixedWidth(textWidth);
+    }
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(12);
+    layout->addStretch();
+    layout->addWidget(m_title, 0, Qt::AlignHCenter);
+    layout->addWidget(m_explanation, 0, Qt::AlignHCenter);
+    layout->addSpacing(8);
+    layout->addLayout(makeButtons());
+    layout->addStretch();
+}
+
+PageNotice *PageNotice::sayStopped()
+{
+    m_title->setText(m_texts.stoppedTitle);
+    m_explanation->setText(m_texts.stoppedExplanation);
+    return this;
+}
+
+PageNotice *PageNotice::sayNotShown(const QString &name)
+{
+    m_title->setText(m_texts.notShownTitle);
+    m_explanation->setText(m_texts.notShownExplanation.arg(name));
+    return this;
+}
+
+void PageNotice::setColors(bool dark)
+{
+    // The pages' look and not the desktop's: the option --theme may differ from the palette.
+    QPalette colors = dark ? QPalette(QColor(0x2b, 0x2f, 0x38), QColor(0x16, 0x18, 0x1d))
+                           : QPalette(QColor(0xe4, 0xe7, 0xec), QColor(0xf5, 0xf6, 0xf8));
+    setPalette(colors);
+    setAutoFillBackground(true);
+}
+
+QBoxLayout *PageNotice::makeButtons()
+{
+    auto *reload = new QPushButton(m_texts.reload, this);
+    auto *close = new QPushButton(m_texts.close, this);
+    reload->setAutoDefault(true);
+    close->setAutoDefault(true);
+    connect(reload, &QPushButton::clicked, this, &PageNotice::reloadRequested);
+    connect(close, &QPushButton::clicked, this, &PageNotice::closeRequested);
+    setFocusProxy(reload);
+
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(reload);
+    row->addWidget(close);
+    row->addStretch();
+    return row;
+}
+
+} // namespace helio

@@ -1,0 +1,177 @@
+#include "helio/webengine/webenginebrowser.h"
+
+#include <QChildEvent>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QKeyEvent>
+#include <QStackedLayout>
+#include <QWebChannel>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
+
+#include <cmath>
+
+#include "helio/webengine/localpage.h"
+#include "helio/webengine/pagenotice.h"
+#include "helio/webengine/pagescript.h"
+#include "helio/webengine/pagesurroundings.h"
+#include "helio/webengine/pagewire.h"
+#include "helio/webengine/webenginecontainer.h"
+#include "host/kxwebviewasynjsobject.h"
+
+namespace {
+
+constexpr double zoomStep = 1.2;
+/// The pages' own ground, so that a window does not flash before its page has painted.
+constexpr QRgb lightGround = 0xfff5f6f8;
+constexpr QRgb darkGround = 0xff16181d;
+
+const QString closeCommand = QStringLiteral("closechildwindow");
+
+} // namespace
+
+namespace helio {
+
+WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
+                                   const PageSurroundings &surroundings, KxWebViewCefJsApiFlag flag,
+                                   QWidget *parent)
+    : KHelioBrowserWidgetBase(parent),
+      m_directory(directory),
+      m_flag(flag),
+      m_layers(new QStackedLayout(this)),
+      m_view(new QWebEngineView(this)),
+      m_page(new LocalPage(directory, profile, m_view)),
+      m_notice(new PageNotice(surroundings, this)),
+      m_wire(new PageWire([this] { return m_page->isAtHome(); }, this)),
+      m_container(new WebEngineContainer(m_wire, this))
+{
+    m_view->installEventFilter(this);
+    m_view->setPage(m_page);
+    m_page->setBackgroundColor(surroundings.isDark() ? darkGround : lightGround);
+    m_layers->addWidget(m_view);
+    m_layers->addWidget(m_notice);
+    setFocusProxy(m_view);
+
+    connect(m_page, &QWebEnginePage::loadStarted, this, [this] { m_isLoading = true; });
+    connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
+            [this] { m_layers->setCurrentWidget(m_notice->sayStopped()); });
+    connect(m_page, &LocalPage::documentLost, this,
+            [this] { m_layers->setCurrentWidget(m_notice->sayNotShown(m_url.fileName())); });
+    connect(m_notice, &PageNotice::reloadRequested, this, &WebEngineBrowser::reload);
+    connect(m_notice, &PageNotice::closeRequested, this, &WebEngineBrowser::closeRequested);
+}
+
+WebEngineBrowser::~WebEngineBrowser() = default;
+
+void WebEngineBrowser::setZoomLevel(int level)
+{
+    m_view->setZoomFactor(std::pow(zoomStep, level));
+}
+
+void WebEngineBrowser::setFeatureEnabled(Feature feature, bool enabled)
+{
+    switch (feature) {
+    case ContextMenu:
+        m_view->setContextMenuPolicy(enabled ? Qt::DefaultContextMenu : Qt::PreventContextMenu);
+        break;
+    case FileDrop:
+        m_view->setAcceptDrops(enabled);
+        break;
+    }
+}
+
+void WebEngineBrowser::setFocusOnLoad(bool focus)
+{
+    m_focusOnLoad = focus;
+    m_page->settings()->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, focus);
+}
+
+void WebEngineBrowser::setStartupUrl(const QString &url)
+{
+    // The load goes on in other processes while the script object is made, and no call of the page
+    // arrives before this function has returned.
+    if (m_flag & AsynchronousJsApi)
+        m_page->setWebChannel(new QWebChannel(m_page));
+    navigate(QUrl(url));
+    if (m_flag & AsynchronousJsApi)
+        askForApi();
+}
+
+void WebEngineBrowser::navigate(const QUrl &url)
+{
+    m_url = url;
+    reload();
+}
+
+bool WebEngineBrowser::askPageToClose()
+{
+    if (m_layers->currentWidget() != m_view || !m_page->isAtHome())
+        return false;
+    m_wire->deliver(closeCallback(), QStringLiteral("{}"), false);
+    return true;
+}
+
+void WebEngineBrowser::closeInPlaceOfPage()
+{
+    if (!m_api)
+        return;
+    const QJsonObject call{{QStringLiteral("command"), closeCommand}};
+    m_api->queueJSAsynCall(QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)),
+                           false);
+}
+
+bool WebEngineBrowser::isLoading() const
+{
+    return m_isLoading;
+}
+
+bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
+{
+    // Chromium's own widget, which receives the keys, is made and replaced as it pleases.
+    if (watched == m_view && event->type() == QEvent::ChildAdded) {
+        QObject *child = static_cast<QChildEvent *>(event)->child();
+        if (child->isWidgetType())
+            child->installEventFilter(this);
+    }
+    const bool pressed = event->type() == QEvent::KeyPress;
+    if (watched != m_view && (pressed || event->type() == QEvent::KeyRelease)) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        bool handled = false;
+        emit cefKeyEvent(key->modifiers(), key->key(), pressed, handled);
+        if (handled)
+            return true;
+    }
+    return KHelioBrowserWidgetBase::eventFilter(watched, event);
+}
+
+void WebEngineBrowser::askForApi()
+{
+    QObject *api = nullptr;
+    emit creatingApi(m_container, &api);
+    m_api = qobject_cast<KxWebViewAsynJSObject *>(api);
+    m_wire->setApi(m_api);
+    m_page->webChannel()->registerObject(QStringLiteral("wire"), m_wire);
+}
+
+void WebEngineBrowser::finishLoad(bool ok)
+{
+    m_isLoading = false;
+    if (ok && m_focusOnLoad && isActiveWindow())
+        m_view->setFocus();
+    emit loadFinished(ok);
+}
+
+void WebEngineBrowser::reload()
+{
+    if (!m_directory.contains(m_url)) {
+        m_layers->setCurrentWidget(m_notice->sayNotShown(m_url.fileName()));
+        emit loadFinished(false);
+        return;
+    }
+    m_layers->setCurrentWidget(m_view);
+    m_page->load(m_url);
+}
+
+} // namespace helio

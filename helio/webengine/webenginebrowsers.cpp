@@ -1,0 +1,80 @@
+#include "helio/webengine/webenginebrowsers.h"
+
+#include <QWebEngineDownloadItem>
+#include <QWebEngineProfile>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+
+#include "helio/runtime/browsermaker.h"
+#include "helio/webengine/pagescript.h"
+#include "helio/webengine/requestguard.h"
+#include "helio/webengine/webenginebrowser.h"
+
+namespace {
+
+/// What a page of local files, which never meets the network, has no use for.
+constexpr QWebEngineSettings::WebAttribute unneededAttributes[] = {
+    QWebEngineSettings::LocalContentCanAccessRemoteUrls,
+    QWebEngineSettings::LocalContentCanAccessFileUrls,
+    QWebEngineSettings::JavascriptCanOpenWindows,
+    QWebEngineSettings::JavascriptCanAccessClipboard,
+    QWebEngineSettings::JavascriptCanPaste,
+    QWebEngineSettings::AllowWindowActivationFromJavaScript,
+    QWebEngineSettings::HyperlinkAuditingEnabled,
+    QWebEngineSettings::ErrorPageEnabled,
+    QWebEngineSettings::PluginsEnabled,
+    QWebEngineSettings::PdfViewerEnabled,
+    QWebEngineSettings::FullScreenSupportEnabled,
+    QWebEngineSettings::ScreenCaptureEnabled,
+    QWebEngineSettings::WebGLEnabled,
+    QWebEngineSettings::AutoLoadIconsForPage,
+    QWebEngineSettings::AllowRunningInsecureContent,
+    QWebEngineSettings::AllowGeolocationOnInsecureOrigins,
+    QWebEngineSettings::DnsPrefetchEnabled,
+};
+
+void restrict(QWebEngineSettings &settings)
+{
+    for (const QWebEngineSettings::WebAttribute attribute : unneededAttributes)
+        settings.setAttribute(attribute, false);
+    settings.setAttribute(QWebEngineSettings::WebRTCPublicInterfacesOnly, true);
+    settings.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+}
+
+} // namespace
+
+namespace helio {
+
+WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
+                                     const PageSurroundings &surroundings,
+                                     const QString &storageDirectory)
+    : m_directory(directory),
+      m_surroundings(surroundings),
+      m_guard(std::make_unique<RequestGuard>(directory)),
+      m_profile(std::make_unique<QWebEngineProfile>(QStringLiteral("office-assistant")))
+{
+    m_profile->setPersistentStoragePath(storageDirectory);
+    m_profile->setCachePath(storageDirectory);
+    m_profile->setHttpCacheType(QWebEngineProfile::NoCache);
+    m_profile->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+    m_profile->setUrlRequestInterceptor(m_guard.get());
+    m_profile->setSpellCheckEnabled(false);
+    restrict(*m_profile->settings());
+    addPageScript(*m_profile->scripts(), m_directory, m_surroundings);
+    QObject::connect(m_profile.get(), &QWebEngineProfile::downloadRequested,
+                     [](QWebEngineDownloadItem *item) { item->cancel(); });
+    setBrowserMaker(
+        [this](QWidget *owner, KxWebViewCefJsApiFlag flag) { return make(owner, flag); });
+}
+
+WebEngineBrowsers::~WebEngineBrowsers()
+{
+    setBrowserMaker({});
+}
+
+KHelioBrowserWidgetBase *WebEngineBrowsers::make(QWidget *owner, KxWebViewCefJsApiFlag flag)
+{
+    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, flag, owner);
+}
+
+} // namespace helio
