@@ -33,10 +33,11 @@ private slots:
     void aDetachedProgramHasItsStreamsAtTheNullDevice()
     {
         const FakePrograms programs;
-        programs.add(QStringLiteral("probe"),
-                     "exec 9> \"$HOME/part\"\n"
-                     "for n in 0 1 2; do readlink /proc/$$/fd/$n >&9; done\n"
-                     "mv \"$HOME/part\" \"$HOME/streams\"");
+        programs.add(
+            QStringLiteral("probe"),
+            "exec 9> \"$HOME/part\"\n"
+            "for n in 0 1 2; do link=$(readlink /proc/$$/fd/$n); echo \"$link\" >&9; done\n"
+            "mv \"$HOME/part\" \"$HOME/streams\"");
         QVERIFY(KProcess::StartDetach(QStringLiteral("probe"), {}, QString(), nullptr));
         QTRY_VERIFY(QFileInfo::exists(homePath("streams")));
         QCOMPARE(readFile(homePath("streams")), QByteArray("/dev/null\n/dev/null\n/dev/null\n"));
