@@ -99,6 +99,19 @@ private slots:
                                                   QStringLiteral("sigShowNormal")}));
     }
 
+    void withoutTheScreenGrabLibraryTheManagerIsCompleteAndCommandsWork()
+    {
+        RecordingShell shell;
+        KToolManager &manager = KToolManager::instance();
+        QVERIFY(!manager.screenGrab());
+        QVERIFY(manager.infoHelp.oftenFiles().size() >= 3);
+        // One command for each helper, none of which changes anything.
+        for (const char *command :
+             {"stratextractfileinfo", "getDumpState", "getupdatesupport", "inputcheck",
+              "getvyrenvcheckedresult", "getdesktopiconfile", "startsearchfile"})
+            QVERIFY2(!shell.call(QLatin1String(command)).contains(QLatin1String("error")), command);
+    }
+
     void otherCommandsRunWhileTheScreenshotWaits()
     {
         RecordingShell shell;

@@ -8,6 +8,7 @@
 #include "info/runcommand.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/nomoredescriptors.h"
 
 using namespace OfficeAssiant;
 using testsupport::FakePrograms;
@@ -98,6 +99,14 @@ private slots:
         qputenv("HELIO_SUITE_HOME", "/nonexistent");
         QCOMPARE(KInfoHelp().getBrowserInfo(), QStringList{QString()});
         qunsetenv("HELIO_SUITE_HOME");
+    }
+
+    void aFailedStartGivesNoBrowsers()
+    {
+        KInfoHelp info;
+        info.getBrowserInfo();
+        const testsupport::NoMoreDescriptors limit;
+        QCOMPARE(info.getBrowserInfo(), QStringList());
     }
 
     void processorLinesAreThoseOfTheRealFile()

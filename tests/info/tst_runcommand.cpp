@@ -8,6 +8,7 @@
 
 #include "info/runcommand.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/nomoredescriptors.h"
 
 using namespace OfficeAssiant;
 
@@ -161,6 +162,36 @@ private slots:
         QVERIFY(output);
         const quint64 mask = output->split('\t').value(1).trimmed().toULongLong(nullptr, 16);
         QVERIFY(!(mask & (1ULL << (SIGCHLD - 1))));
+    }
+
+    void aCommandThatCannotBeStartedGivesNothing()
+    {
+        QString output = QStringLiteral("untouched");
+        QObject owner;
+        {
+            const testsupport::NoMoreDescriptors limit;
+            output = runCommand(QStringLiteral("echo a"));
+            startCommand(QStringLiteral("echo a"), &owner);
+        }
+        QCOMPARE(output, QString());
+        QVERIFY(owner.children().isEmpty());
+    }
+
+    void aFailedStartLeavesTheChildHandlerAtItsDefault()
+    {
+        struct sigaction hosts = {};
+        struct sigaction before = {};
+        struct sigaction after = {};
+        hosts.sa_handler = SIG_IGN;
+        QCOMPARE(::sigaction(SIGCHLD, &hosts, &before), 0);
+        std::optional<QByteArray> output;
+        {
+            const testsupport::NoMoreDescriptors limit;
+            output = readCommandOutput(QStringLiteral("echo a"));
+        }
+        QCOMPARE(::sigaction(SIGCHLD, &before, &after), 0);
+        QVERIFY(!output);
+        QVERIFY(after.sa_handler == SIG_DFL);
     }
 
     void aStartedCommandIsNotWaitedForAndIsCollectedLater()
