@@ -176,8 +176,8 @@ test.each([
 });
 
 test('clearing removes every file of the log directory and nothing else', async () => {
-    const script = 'cd /var/log/vyrlog; touch vyrupdate.log "a b" ./-rf \'*\' $\'line\\nfeed\' .hidden;'
-        + ' mkdir -p sub; touch sub/kept; ln -s /tmp/outside link; touch /tmp/outside';
+    const script = 'cd /var/log/vyrlog; touch vyrupdate.log "a b" ./-rf \'*\' $\'line\\nfeed\';'
+        + ' touch .hidden; mkdir -p sub; touch sub/kept; ln -s /tmp/outside link; touch /tmp/outside';
     await root.run(['bash', '-c', script]);
     expect(await resultOf('clearlogfile')).toBe('success');
     expect(await root.list('/var/log/vyrlog')).toEqual(['.hidden', 'sub']);
