@@ -127,6 +127,31 @@ private slots:
         QCOMPARE(callbacks.at(1).value(QLatin1String("result")).toString(), succeeded);
     }
 
+    void testsInsideEachOtherAreRefusedBeyond64()
+    {
+        constexpr int innerTests = 300;
+        SilentServer silent;
+        testsupport::RecordingShell shell;
+        KVyrAssistantToolAPI *bridge = KToolManager::instance().mainPageBridge();
+        const QString call = queuedCall(serverTest, QStringLiteral("inner"), testOf(silent.url()));
+        for (int index = 0; index < innerTests; ++index)
+            bridge->queueJSAsynCall(call, false);
+        const auto answered = [&shell] { return shell.events(QStringLiteral("callback")).size(); };
+        bool areRefused = false;
+        QTimer waiting;
+        connect(&waiting, &QTimer::timeout, this, [&] {
+            if (answered() != innerTests - 63)
+                return;
+            areRefused = true;
+            silent.close();
+        });
+        waiting.start(20);
+        QTimer::singleShot(10000, &silent, &QTcpServer::close);
+        shell.call(serverTest, testOf(silent.url()));
+        QVERIFY(areRefused);
+        QTRY_COMPARE(answered(), innerTests);
+    }
+
     void aPageMayBeClosedWhileItsTestWaits()
     {
         SilentServer server;

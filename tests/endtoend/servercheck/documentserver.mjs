@@ -10,7 +10,7 @@ const HERE = path.dirname(fileURLToPath(import.meta.url));
 const RECORD = '/tmp/server/requests';
 
 const SERVERS = `
-node /server/uploadserver.mjs &
+/server/node /server/uploadserver.mjs &
 nginx -c /tmp/server/nginx.conf -e /tmp/server/error.log &
 for port in 8080 8081 8443; do
     await bash -c "exec 3<> /dev/tcp/127.0.0.1/$port"
@@ -74,6 +74,8 @@ export class DocumentServer {
     async #prepare() {
         const busboy = packageDirectory('busboy');
         const streamsearch = packageDirectory('streamsearch', path.join(busboy, 'package.json'));
+        // The very Node.js of the tests, which need not be in the sandbox's PATH.
+        this.#root.bind(fs.realpathSync(process.execPath), '/server/node');
         this.#root.bind(path.join(HERE, 'uploadserver.mjs'), '/server/uploadserver.mjs');
         this.#root.bind(busboy, '/server/node_modules/busboy');
         this.#root.bind(streamsearch, '/server/node_modules/streamsearch');
