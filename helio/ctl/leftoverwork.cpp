@@ -18,6 +18,8 @@ namespace {
 
 constexpr int longestWaitMs = 30000;
 constexpr int checkIntervalMs = 20;
+/// Enough for a thread that a command has just started to get to its program.
+constexpr int threadStartMs = 50;
 
 /// A script shows as the program itself, as an interpreter's first argument or, for a moment, in
 /// the command line that a shell of ours is about to run.
@@ -38,6 +40,13 @@ bool isOwnProcess(const QString &processId)
            processId.toLongLong() != QCoreApplication::applicationPid();
 }
 
+bool hasOtherThreads()
+{
+    return QDir(QStringLiteral("/proc/self/task"))
+               .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+               .size() > 1;
+}
+
 } // namespace
 
 bool ctl::isScriptRunningFrom(const QString &directory)
@@ -50,13 +59,16 @@ bool ctl::isScriptRunningFrom(const QString &directory)
     });
 }
 
-void ctl::waitForLeftoverWork()
+int ctl::waitForLeftoverWork()
 {
     const QString scripts = krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
     QElapsedTimer waited;
     waited.start();
+    if (hasOtherThreads())
+        CallbackWait::processEvents(threadStartMs);
     while (waited.elapsed() < longestWaitMs &&
            (helio::awaitedProgramCount() > 0 ||
             (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
         CallbackWait::processEvents(checkIntervalMs);
+    return static_cast<int>(qMax(qint64{0}, longestWaitMs - waited.elapsed()));
 }

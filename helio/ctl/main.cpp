@@ -67,8 +67,7 @@ int run(const ctl::CommandLine &line)
         return ctl::NoLibrary;
     }
     const int status = carryOut(line, shell, printer);
-    ctl::waitForLeftoverWork();
-    helio::endAwaitedPrograms();
+    helio::endAwaitedPrograms(ctl::waitForLeftoverWork());
     return status;
 }
 

@@ -8,8 +8,8 @@ namespace helio {
 /// (krt::ksafe::KProcess::Execute).
 HELIO_EXPORT int awaitedProgramCount();
 
-/// Ends those programs, and each that is started later, so that the callers go on. For use
-/// when the host process ends.
-HELIO_EXPORT void endAwaitedPrograms();
+/// Ends those programs, and each that is started later, once @p graceMs have passed, so that the
+/// callers go on. For use when the host process ends.
+HELIO_EXPORT void endAwaitedPrograms(int graceMs = 0);
 
 } // namespace helio

@@ -1,8 +1,10 @@
 #include "host/krt.h"
 
+#include <QDeadlineTimer>
 #include <QProcess>
 
 #include <atomic>
+#include <limits>
 
 #include "helio/runtime/awaitedprograms.h"
 #include "helio/runtime/hostevents.h"
@@ -15,7 +17,8 @@ constexpr int crashed = -1;
 constexpr int endingCheckMs = 100;
 
 std::atomic<int> awaitedPrograms{0};
-std::atomic<bool> hostIsEnding{false};
+/// When to end them, in ms of the monotonic clock.
+std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
 
 void setUp(QProcess &process, const QString &program, const QStringList &arguments)
 {
@@ -32,7 +35,7 @@ int runToItsEnd(QProcess &process)
     if (!process.waitForStarted(-1))
         return notStarted;
     while (!process.waitForFinished(endingCheckMs) && process.state() != QProcess::NotRunning) {
-        if (hostIsEnding)
+        if (QDeadlineTimer::current().deadline() >= endOfAwaiting)
             process.kill();
     }
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : crashed;
@@ -45,9 +48,9 @@ int helio::awaitedProgramCount()
     return awaitedPrograms;
 }
 
-void helio::endAwaitedPrograms()
+void helio::endAwaitedPrograms(int graceMs)
 {
-    hostIsEnding = true;
+    endOfAwaiting = QDeadlineTimer(graceMs).deadline();
 }
 
 bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList &arguments,

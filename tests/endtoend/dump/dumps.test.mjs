@@ -1,0 +1,230 @@
+import { setTimeout as pause } from 'node:timers/promises';
+
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { runCommand, Session } from '../assistantctl.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+
+const DUMPS = '/home/user/.local/share/Orvane/tmp/dump';
+const SETTINGS = '/home/user/.config/Orvane/Office.conf';
+const CALLBACK = 'freshcrshpageCallBack';
+/** Long enough for a watch to tell; the tests that expect a callback show that it does. */
+const QUIET = 600;
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create({ suite: true });
+});
+
+afterEach(async () => root.dispose());
+
+const stateNow = async () => (await runCommand(root, 'getDumpState')).answer.result;
+const dump = (name) => root.writeFile(`${DUMPS}/${name}`, 'a dump');
+const callbacks = (session) => session.events.filter(({ type }) => type === 'callback');
+
+describe('getDumpState', () => {
+    test('an empty dump directory gives no feedback, one dump does', async () => {
+        await root.makeDirectory(DUMPS);
+        expect(await stateNow()).toEqual({ enable: true, feedback: false });
+        await dump('vyr_12.dmp');
+        expect(await stateNow()).toEqual({ enable: true, feedback: true });
+    });
+
+    test.each([['tbl_1.dmp', true], ['shw_99xdmp', true], ['vyroffice_0.dmp', true],
+        ['vyrpdf_7.dmp', true], ['vyr_.dmp', false], ['VYR_1.dmp', false], ['core_1.dmp', false],
+        ['vyr_1.dmp.bak', false]])('%s is a dump: %s', async (name, isDump) => {
+        await dump(name);
+        expect((await stateNow()).feedback).toBe(isDump);
+    });
+
+    test('a newer file that is no dump is skipped', async () => {
+        await dump('vyr_1.dmp');
+        await dump('newer.txt');
+        expect((await stateNow()).feedback).toBe(true);
+    });
+
+    test('a dump of long ago counts too', async () => {
+        await dump('vyr_1.dmp');
+        await root.run(['touch', '-d', '1999-01-01', `${DUMPS}/vyr_1.dmp`]);
+        expect((await stateNow()).feedback).toBe(true);
+    });
+
+    test('without SaveDump stored dumps are kept', async () => {
+        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\Other=1\n');
+        expect((await stateNow()).enable).toBe(true);
+    });
+
+    test('what the suite has stored is read', async () => {
+        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+        expect((await stateNow()).enable).toBe(false);
+    });
+
+    test('a dump that this user may not read is none', async () => {
+        await dump('vyr_1.dmp');
+        await root.run(['chmod', '000', `${DUMPS}/vyr_1.dmp`]);
+        expect((await stateNow()).feedback).toBe(false);
+    });
+
+    test('a dump directory that is a file, or closed, has no dumps', async () => {
+        await root.writeFile(DUMPS, 'in the way');
+        expect((await stateNow()).feedback).toBe(false);
+        await root.remove(DUMPS);
+        await dump('vyr_1.dmp');
+        await root.run(['chmod', '000', DUMPS]);
+        expect((await stateNow()).feedback).toBe(false);
+        await root.run(['chmod', '700', DUMPS]);
+    });
+});
+
+describe('startDump and stopDump', () => {
+    test('make the directory, store the switch and leave the rest of the settings', async () => {
+        await root.writeFile(SETTINGS, '[6.0]\ncommon\\kept=yes\n\n[other]\nkept=too\n');
+        expect((await runCommand(root, 'startDump')).answer.result).toBe('success');
+        expect((await root.stat(DUMPS)).isDirectory()).toBe(true);
+        expect(await root.readFile(SETTINGS)).toContain('common\\CrashDump\\SaveDump=true\n');
+        expect((await runCommand(root, 'stopDump')).answer.result).toBe('success');
+        const settings = await root.readFile(SETTINGS);
+        expect(settings).toContain('common\\CrashDump\\SaveDump=false\n');
+        expect(settings).toContain('common\\kept=yes\n');
+        expect(settings).toContain('[other]\nkept=too\n');
+    });
+
+    test('startDump then stopDump leaves the directory unwatched', async () => {
+        const session = Session.start(root);
+        await session.send({ command: 'startDump' });
+        await session.send({ command: 'stopDump' });
+        await dump('vyr_1.dmp');
+        await session.wait(QUIET);
+        expect(callbacks(session)).toEqual([]);
+        await session.close();
+    });
+
+    test('succeed where neither directory nor settings can be written', async () => {
+        await root.makeDirectory('/home/user/.config');
+        await root.makeDirectory('/home/user/.local/share/Orvane');
+        await root.run(['chmod', '500', '/home/user/.config', '/home/user/.local/share/Orvane']);
+        for (const command of ['startDump', 'stopDump', 'cleardumpdir'])
+            expect((await runCommand(root, command)).answer.result).toBe('success');
+        expect(await stateNow()).toEqual({ enable: true, feedback: false });
+        await root.run(['chmod', '700', '/home/user/.config', '/home/user/.local/share/Orvane']);
+    });
+
+    test('on a full disk lose nothing of the settings', async () => {
+        root.smallDisk('/home/user/.config', 64 * 1024);
+        const end = await root.run(['bash', '-c', `
+            mkdir ~/.config/Orvane
+            printf '[other]\\nkept=yes\\n' > ~/.config/Orvane/Office.conf
+            head -c 1000000 /dev/zero > ~/.config/filling 2> /dev/null
+            /suite/office/assistantctl startDump
+            cat ~/.config/Orvane/Office.conf`]);
+        expect(end.stdout).toContain('"result":"success"');
+        expect(end.stdout).toContain('[other]\nkept=yes\n');
+    });
+});
+
+describe('cleardumpdir', () => {
+    test('removes files of any name and leaves subdirectories', async () => {
+        await dump('vyr_1.dmp');
+        await dump('readme.txt');
+        await dump('sub/vyr_2.dmp');
+        expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
+        expect(await root.list(DUMPS)).toEqual(['sub']);
+        expect(await root.list(`${DUMPS}/sub`)).toEqual(['vyr_2.dmp']);
+    });
+
+    test('succeeds without a dump directory', async () => {
+        expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
+        expect(await root.exists(DUMPS)).toBe(false);
+    });
+
+    test('goes on after a file that cannot be removed', async () => {
+        await dump('vyr_1.dmp');
+        await root.run(['chmod', '500', DUMPS]);
+        expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
+        expect(await root.list(DUMPS)).toEqual(['vyr_1.dmp']);
+        await root.run(['chmod', '700', DUMPS]);
+    });
+});
+
+describe('the watch', () => {
+    test('tells every page of a dump that another process writes', async () => {
+        const session = Session.start(root);
+        await session.send({ command: 'getDumpState', page: 'child' });
+        await session.send({ command: 'startDump' });
+        await root.run(['bash', '-c', `echo dump > ${DUMPS}/shw_99.dmp`]);
+        const told = [await session.callback(CALLBACK), await session.callback(CALLBACK)];
+        expect(told).toEqual(['main', 'child'].map((page) => (
+            { type: 'callback', page, callback: CALLBACK, result: 'success' })));
+        await session.close();
+    });
+
+    test('starts with the crash view while dumps are kept, and ends with it', async () => {
+        const session = Session.start(root);
+        await session.send({ command: 'router', args: { page: 'crash.html', type: 'crash' } });
+        await dump('vyr_1.dmp');
+        await session.callback(CALLBACK);
+        await session.send({ command: 'closechildwindow', args: { type: 'crash' } });
+        const before = callbacks(session).length;
+        await dump('vyr_2.dmp');
+        await session.wait(QUIET);
+        expect(callbacks(session)).toHaveLength(before);
+        await session.close();
+    });
+
+    test('does not start with the crash view while dumps are not kept', async () => {
+        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+        const session = Session.start(root);
+        await session.send({ command: 'router', args: { page: 'crash.html', type: 'crash' } });
+        expect(await root.exists(DUMPS)).toBe(false);
+        await dump('vyr_1.dmp');
+        await session.wait(QUIET);
+        expect(callbacks(session).filter(({ callback }) => callback === CALLBACK)).toEqual([]);
+        await session.close();
+    });
+
+    test('tells again of a deletion while another dump remains, and not after the last', async () => {
+        await dump('vyr_1.dmp');
+        await dump('vyr_2.dmp');
+        const session = Session.start(root);
+        await session.send({ command: 'startDump' });
+        await root.remove(`${DUMPS}/vyr_1.dmp`);
+        await session.callback(CALLBACK);
+        await session.wait(QUIET);
+        const before = callbacks(session).length;
+        await root.remove(`${DUMPS}/vyr_2.dmp`);
+        await session.wait(QUIET);
+        expect(callbacks(session)).toHaveLength(before);
+        await session.close();
+    });
+
+    test('survives that the directory is removed, and startDump takes it up again', async () => {
+        const session = Session.start(root);
+        await session.send({ command: 'startDump' });
+        await root.remove(DUMPS);
+        await session.send({ command: 'startDump' });
+        await dump('vyr_1.dmp');
+        await session.callback(CALLBACK);
+        await session.close();
+    });
+});
+
+test('a hundred thousand dumps are shown, watched and cleared', async () => {
+    await root.makeDirectory(DUMPS);
+    const made = await root.run(['bash', '-c',
+        `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`], { timeoutMs: 120_000 });
+    expect(made.status).toBe(0);
+    const session = Session.start(root);
+    const began = Date.now();
+    expect((await session.send({ command: 'getDumpState' })).result.feedback).toBe(true);
+    expect(Date.now() - began).toBeLessThan(10_000);
+    await session.send({ command: 'startDump' });
+    for (let number = 0; number < 20; ++number) {
+        await dump(`tbl_${number}.dmp`);
+        await pause(5);
+    }
+    await session.callback(CALLBACK);
+    expect((await session.send({ command: 'cleardumpdir' })).result).toBe('success');
+    expect(await root.list(DUMPS)).toEqual([]);
+    expect((await session.close()).status).toBe(0);
+}, 180_000);
