@@ -1,0 +1,152 @@
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { runCommand, Session } from '../assistantctl.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+import { waitFor } from '../waitfor.mjs';
+
+const WORK = '/home/user/.local/share/Orvane/tmp';
+const TOOL = '/suite/office/vyrEnvCheckTool';
+const FILTERS = {
+    writer: 'VYR/Word Files(*.vyr *.vyt *.doc *.dot *.docx *.dotx *.docm *.dotm)',
+    presentation: 'SHW/PowerPoint Files(*.shd *.sht *.ppt *.pps *.pot *.pptx *.ppsx *.potx)',
+};
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create({ suite: true });
+    await root.recordingFake('xdg-open');
+});
+
+afterEach(async () => root.dispose());
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+
+async function writeDocument(name, content = 'a document') {
+    await root.writeFile(`/home/user/${name}`, content);
+    return `/home/user/${name}`;
+}
+
+/** A check tool that writes its arguments down and prints to this PDF. */
+function installTool(pdf, { before = '' } = {}) {
+    return root.writeFile(TOOL, `#!/bin/bash
+printf '%s\\0' "$#" "$@" >> /fakecalls/vyrEnvCheckTool
+${before}
+mkdir -p ${WORK}
+echo '%PDF-1.7' > '${WORK}/${pdf}'
+`, { mode: 0o755 });
+}
+
+describe('a layout problem', () => {
+    const choose = (session, ...paths) =>
+        session.send({ command: 'chooselayouterrorfile', choose: paths });
+    const open = async (session) => session.send({ command: 'openlaytouerrorfile' });
+
+    test('is chosen in a dialog and opened by the desktop', async () => {
+        const path = await writeDocument('报告 1.docx');
+        const session = Session.start(root);
+        expect((await choose(session, path)).result).toBe(base64(path));
+        expect(session.traced('dialog')).toEqual([{ type: 'dialog', mode: 'open',
+            caption: 'Open File', directory: '/home/user', name: '', chosen: path,
+            filters: [FILTERS.writer,
+                'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
+                FILTERS.presentation] }]);
+        expect((await open(session)).result).toBe('success');
+        expect(session.traced('opened').map(({ url }) => decodeURI(url)))
+            .toEqual([`file://${path}`]);
+        await session.close();
+    });
+
+    test('cancelling the dialog keeps the earlier file', async () => {
+        const path = await writeDocument('a.docx');
+        const session = Session.start(root);
+        await choose(session, path);
+        expect((await choose(session)).result).toBe('error');
+        expect((await open(session)).result).toBe('success');
+        expect(session.traced('opened')).toHaveLength(1);
+        await session.close();
+    });
+
+    test('a file deleted before it is opened is an error, as is none', async () => {
+        const path = await writeDocument('a.docx');
+        const session = Session.start(root);
+        expect((await open(session)).result).toBe('error');
+        await choose(session, path);
+        await root.remove(path);
+        expect((await open(session)).result).toBe('error');
+        expect(session.traced('opened')).toEqual([]);
+        await session.close();
+    });
+
+    test('a file that would run has no result', async () => {
+        const path = await writeDocument('a.docx', '#!/bin/sh\ntouch /tmp/ran\n');
+        const session = Session.start(root);
+        await choose(session, path);
+        expect(await open(session)).not.toHaveProperty('result');
+        expect(session.traced('opened')).toEqual([]);
+        await session.close();
+    });
+});
+
+describe('a print problem', () => {
+    test('is printed by the check tool and shown in the desktop’s viewer', async () => {
+        await installTool('report.pdf');
+        const path = await writeDocument('report.final.DOCX');
+        const end = await runCommand(root, 'openprinterrorfile', {},
+            { choose: [path], trace: true });
+        expect(end).toMatchObject({ status: 0, answer: { result: base64(path) } });
+        const [dialog, printed, shown] = end.events;
+        expect(dialog.filters).toEqual([FILTERS.writer,
+            'TBL/Excel Files(*.tbl *.tbt *.xls *.xlt *.xlsx *.xlsm *.xltx *.xltm *.xlsb)',
+            FILTERS.presentation]);
+        expect(dialog).toMatchObject({ mode: 'open', caption: 'Open File', directory: '/home/user' });
+        expect(printed).toEqual({ type: 'started', program: TOOL,
+            arguments: ['print', 'vyr', path], workingDirectory: '', detached: false });
+        expect(shown).toEqual({ type: 'started', program: '/bin/bash',
+            arguments: ['xdg-open', `${WORK}/report.pdf`], workingDirectory: '', detached: true });
+        expect(await root.callsOf('vyrEnvCheckTool')).toEqual([['print', 'vyr', path]]);
+    });
+
+    test('the viewer really is started with the PDF', async () => {
+        await installTool('a.pdf');
+        const path = await writeDocument('a.xlsx');
+        const session = Session.start(root);
+        await session.send({ command: 'openprinterrorfile', choose: [path] });
+        await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, { what: 'the viewer' });
+        expect(await root.callsOf('xdg-open')).toEqual([[`${WORK}/a.pdf`]]);
+        await session.close();
+    });
+
+    test('a cancelled dialog and a file of another kind are errors', async () => {
+        await installTool('a.pdf');
+        const cancelled = await runCommand(root, 'openprinterrorfile');
+        expect(cancelled).toMatchObject({ status: 1, answer: { result: 'error' } });
+        const path = await writeDocument('a.txt');
+        const other = await runCommand(root, 'openprinterrorfile', {},
+            { choose: [path], trace: true });
+        expect(other.answer.result).toBe('error');
+        expect(await root.callsOf('vyrEnvCheckTool')).toEqual([]);
+    });
+
+    test('without a PDF of that name it is an error', async () => {
+        await installTool('report.final.pdf');
+        const path = await writeDocument('report.final.docx');
+        const end = await runCommand(root, 'openprinterrorfile', {},
+            { choose: [path], trace: true });
+        expect(end.answer.result).toBe('error');
+        expect(end.events.filter(({ type }) => type === 'started')).toHaveLength(1);
+    });
+
+    test('a PDF of an earlier print counts, whatever becomes of the tool', async () => {
+        await root.writeFile(`${WORK}/a.pdf`, '%PDF');
+        const path = await writeDocument('a.pptx');
+        for (const before of ['exit 3', 'kill -SEGV $$']) {
+            await installTool('a.pdf', { before });
+            const end = await runCommand(root, 'openprinterrorfile', {}, { choose: [path] });
+            expect(end.answer.result).toBe(base64(path));
+        }
+        await root.remove(TOOL);
+        const end = await runCommand(root, 'openprinterrorfile', {}, { choose: [path] });
+        expect(end.answer.result).toBe(base64(path));
+    });
+});
