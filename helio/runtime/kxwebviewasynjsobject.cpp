@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
+#include <sstream>
 
 #include "host/kxwebviewcontainer.h"
 #include "host/kxwebviewjsapihandler.h"
@@ -19,12 +21,21 @@ namespace {
 
 const QString unreadableCallCallback = QStringLiteral("helioErrorCallBack");
 
-QString toJsonText(const Json::Value &value)
+std::unique_ptr<Json::StreamWriter> makeCompactWriter()
 {
     Json::StreamWriterBuilder builder;
     builder["indentation"] = "";
     builder["emitUTF8"] = true;
-    return QString::fromStdString(Json::writeString(builder, value));
+    return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+}
+
+QString toJsonText(const Json::Value &value)
+{
+    // Making a writer takes longer than writing an answer does, and a search has many of them.
+    thread_local const std::unique_ptr<Json::StreamWriter> writer = makeCompactWriter();
+    std::ostringstream text;
+    writer->write(value, &text);
+    return QString::fromStdString(text.str());
 }
 
 QString refusal(const QString &message)
