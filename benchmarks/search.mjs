@@ -1,0 +1,157 @@
+// Figures of the file search with 150,000 files, against bare plocate and find.
+
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { existsSync, mkdirSync, mkdtempSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { createInterface } from 'node:readline';
+import { setTimeout as pause } from 'node:timers/promises';
+import { fileURLToPath } from 'node:url';
+import { compare, figure, median } from './measure.mjs';
+import { secondsOf } from './processes.mjs';
+
+const fileCount = 150_000;
+const rareEvery = 1500;
+const rounds = 21;
+const longestBuildMs = 60_000;
+const longestSearchMs = 60_000;
+const longestPauseSeconds = 0.05;
+
+function makeFiles(home) {
+    for (let number = 0; number < fileCount; number++) {
+        const folder = `${home}/folder${Math.floor(number / 5000)}/part${Math.floor(number / 100)}`;
+        if (number % 100 === 0) mkdirSync(folder, { recursive: true });
+        writeFileSync(`${folder}/${number % rareEvery === 0 ? 'report' : 'note'}${number}.txt`, '');
+    }
+}
+
+/** An assistantctl session whose answers are timed as they come. */
+class TimedSession {
+    #process;
+    #listeners = new Set();
+
+    constructor(assistantctl, env) {
+        this.#process = spawn(assistantctl, ['--session'],
+            { env, stdio: ['pipe', 'pipe', 'inherit'] });
+        createInterface({ input: this.#process.stdout }).on('line', (line) => {
+            for (const listener of [...this.#listeners]) listener(line);
+        });
+    }
+
+    /** Sends a command; gives the seconds until a line with that text came, and until the first hit. */
+    async secondsUntil(request, text) {
+        const begin = process.hrtime.bigint();
+        const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;
+        let firstHit;
+        let listener;
+        const arrival = new Promise((resolve, reject) => {
+            const timer = setTimeout(() => reject(new Error(`no ${text}`)), longestSearchMs);
+            listener = (line) => {
+                if (line.includes('"startsearchfileCallBack"')) firstHit ??= elapsed();
+                if (!line.includes(text)) return;
+                clearTimeout(timer);
+                resolve({ end: elapsed(), firstHit });
+            };
+        });
+        this.#listeners.add(listener);
+        this.#process.stdin.write(`${JSON.stringify(request)}\n`);
+        try {
+            return await arrival;
+        } finally {
+            this.#listeners.delete(listener);
+        }
+    }
+
+    async search(keyword) {
+        return this.secondsUntil({ command: 'startsearchfile', args: { keyword } },
+            '"searchfilefinish"');
+    }
+
+    async close() {
+        const ended = once(this.#process, 'exit');
+        this.#process.stdin.end();
+        await ended;
+    }
+}
+
+function databaseIn(home) {
+    const directory = `${home}/.cache/orvane-office-assistant`;
+    const names = existsSync(directory) ? readdirSync(directory) : [];
+    const name = names.find((each) => each.endsWith('.db'));
+    return name && `${directory}/${name}`;
+}
+
+/** Brings the database up to date and waits for that. */
+async function refresh(session, home) {
+    await session.secondsUntil({ command: 'router', args: { type: 'searchfile' } }, '"router"');
+    const end = Date.now() + longestBuildMs;
+    while (!databaseIn(home)) {
+        if (Date.now() > end) throw new Error('no database was made');
+        await pause(50);
+    }
+    await session.search('the end of a search comes after the refresh');
+    return databaseIn(home);
+}
+
+/** Longest time, of several, that a command takes to be answered while hits pour in. */
+async function answerDuringSearch(session) {
+    const searched = session.search('note');
+    const answers = [];
+    for (let id = 0; id < 5; id++) {
+        const request = { id: `during${id}`, command: 'getcollectionpage' };
+        answers.push((await session.secondsUntil(request, `"during${id}"`)).end);
+    }
+    await searched;
+    return Math.max(...answers);
+}
+
+function bounded(ours, bound) {
+    return { ours, peer: bound, ratio: ours / bound };
+}
+
+async function measure(session, home) {
+    const firstHits = [];
+    const searchSeconds = async () => {
+        const { end, firstHit } = await session.search('report');
+        firstHits.push(firstHit);
+        return end;
+    };
+    const database = await refresh(session, home);
+    const plocate = ['plocate', ['--null', '--basename', '--ignore-case', '--database', database, 'report']];
+    const find = ['find', [home, '-iname', '*report*']];
+    return [
+        figure('file search against plocate', 's',
+            await compare(rounds, searchSeconds, () => secondsOf(...plocate)), 1.5),
+        figure('file search against find', 's',
+            await compare(5, searchSeconds, () => secondsOf(...find)), 0.1),
+        figure('first hit of a file search, within 50 ms', 's',
+            bounded(median(firstHits), longestPauseSeconds), 1),
+        figure('command answered during 150,000 hits, within 50 ms', 's',
+            bounded(await answerDuringSearch(session), longestPauseSeconds), 1),
+    ];
+}
+
+/** @param {{assistantctl: string}} programs */
+export async function searchFigures({ assistantctl }) {
+    const home = mkdtempSync(`${tmpdir()}/filesearch-`);
+    try {
+        makeFiles(home);
+        const env = { ...process.env, HOME: home, XDG_RUNTIME_DIR: home };
+        for (const name of ['XDG_CACHE_HOME', 'XDG_CONFIG_HOME', 'XDG_DATA_HOME', 'HELIO_SEARCH_ROOTS'])
+            delete env[name];
+        const session = new TimedSession(assistantctl, env);
+        try {
+            return await measure(session, home);
+        } finally {
+            await session.close();
+        }
+    } finally {
+        rmSync(home, { recursive: true, force: true });
+    }
+}
+
+if (process.argv[1] === fileURLToPath(import.meta.url)) {
+    const office = fileURLToPath(new URL('../build/suite/office', import.meta.url));
+    for (const { name, ours, peer, ratio, goal } of await searchFigures({ assistantctl: `${office}/assistantctl` }))
+        console.log(`${name}: ${ratio.toFixed(3)} = ${ours.toPrecision(3)} s / ${peer.toPrecision(3)} s (goal ${goal})`);
+}
