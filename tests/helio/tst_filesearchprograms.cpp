@@ -339,6 +339,32 @@ private slots:
         QVERIFY(m_place->databases().isEmpty());
     }
 
+    void aDatabaseThatNothingRefreshesAnyMoreIsNotReliedOn()
+    {
+        makeDatabase();
+        m_place->age(100);
+        const QString old = m_place->makeFile("report-old");
+        const QString added = m_place->makeFile("report-new");
+        m_programs->add(text("plocate"), "printf '%s\\0' " + QFile::encodeName(old));
+        m_programs->hideOthers();
+        SearchRecorder recorder;
+        recorder.namesOf(text("report"));
+        QCOMPARE(recorder.paths, (QStringList{old, added}));
+    }
+
+    void whenRefreshesFailNewFilesAreFoundAllTheSame()
+    {
+        makeDatabase();
+        m_place->age(100);
+        const QString old = m_place->makeFile("report-old");
+        const QString added = m_place->makeFile("report-new");
+        m_programs->add(text("plocate"), "printf '%s\\0' " + QFile::encodeName(old));
+        m_programs->add(text("updatedb"), "exit 1");
+        SearchRecorder recorder;
+        recorder.namesOf(text("report"));
+        QCOMPARE(recorder.paths, (QStringList{old, added}));
+    }
+
     void theUpdatedbOfAnotherPackageIsNotUsed()
     {
         m_programs->add(text("plocate"), "exit 1");

@@ -142,7 +142,7 @@ bool FileDatabase::isStale() const
 
 bool FileDatabase::startRefresh() const
 {
-    if (!makePrivateDirectory(m_directory))
+    if (!isRefreshable() || !makePrivateDirectory(m_directory))
         return false;
     const Descriptor lockFile(openPrivateFile(lockPath()));
     if (!lockFile.isOpen())

@@ -63,32 +63,30 @@ std::vector<SearchRun::Area> SearchRun::areas() const
     const QStringList roots = searchRoots();
     for (const QString &root : roots) {
         if (m_directory.isEmpty())
-            areas.push_back({root, root});
+            areas.push_back({FileDatabase(root), root});
         else if (m_directory == root || liesBelow(m_directory, root))
-            return {{root, m_directory}};
+            return {{FileDatabase(root), m_directory}};
     }
     if (!m_directory.isEmpty())
-        areas.push_back({QString(), m_directory});
+        areas.push_back({{}, m_directory});
     return areas;
 }
 
 void SearchRun::search(const Area &area)
 {
-    const FileDatabase database(area.databaseRoot);
-    const std::optional<FileDatabase::Version> version = database.version();
-    const bool isUsable = !area.databaseRoot.isEmpty() && version && DatabaseQuery::isAvailable() &&
-                          FileDatabase::isRefreshable();
-    if (!isUsable) {
+    const auto version = area.database ? area.database->version() : std::nullopt;
+    if (!version) {
         walk(area.directory);
         return;
     }
-    switch (ask(database)) {
+    switch (ask(*area.database)) {
     case DatabaseQuery::Outcome::Complete:
-        m_askedDatabases.push_back({database, version});
+        m_askedDatabases.push_back({*area.database, *version, area.directory});
         break;
     case DatabaseQuery::Outcome::Failed:
         // It may be damaged; a refresh replaces it.
-        database.startRefresh();
+        if (DatabaseQuery::isAvailable())
+            area.database->startRefresh();
         walk(area.directory);
         break;
     case DatabaseQuery::Outcome::Stopped:
@@ -130,13 +128,16 @@ void SearchRun::catchUp(const AskedDatabase &asked, const QDeadlineTimer &deadli
         m_refreshStart.wait_for(longestRefreshStart);
     const FileDatabase &database = asked.database;
     for (int round = 0; round < mostAwaitedRefreshes; ++round) {
-        if (!database.isRefreshing() && (!database.isStale() || !database.startRefresh()))
+        if (!database.isRefreshing() && !database.isStale())
             break;
-        if (!waitForRefresh(database, deadline))
+        if (!database.startRefresh() || !waitForRefresh(database, deadline))
             break;
     }
-    if (!m_hits->isStopped() && database.version() != asked.version)
+    if (database.version() != asked.version)
         ask(database);
+    // What no refresh brings up to date would hide new files for good.
+    if (database.isStale() && !database.isRefreshing())
+        walk(asked.directory);
 }
 
 bool SearchRun::waitForRefresh(const FileDatabase &database, const QDeadlineTimer &deadline)

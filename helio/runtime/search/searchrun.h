@@ -19,9 +19,9 @@ namespace helio {
 
 /// One search, from its first hit to its end, on a thread of its own.
 ///
-/// Each root is asked of its database. Where there is none, or it cannot be read, its
-/// directories are looked through. When a refresh of a database is under way or due, its end is
-/// awaited and the database asked again for what was not reported yet.
+/// Each root's database is asked. Where there is none, or it cannot be read, the directories are
+/// looked through. When a refresh of a database is under way or due, its end is awaited and the
+/// database asked again for what was not reported yet.
 class SearchRun
 {
 public:
@@ -34,16 +34,17 @@ public:
     void run();
 
 private:
+    /// A directory to search from: with its database or, failing that, without.
+    struct Area
+    {
+        std::optional<FileDatabase> database;
+        QString directory;
+    };
+
     struct AskedDatabase
     {
         FileDatabase database;
-        std::optional<FileDatabase::Version> version;
-    };
-
-    /// Directories to search from: with their database or, failing that, without.
-    struct Area
-    {
-        QString databaseRoot;
+        FileDatabase::Version version;
         QString directory;
     };
 
