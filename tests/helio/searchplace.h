@@ -6,8 +6,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <filesystem>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace testsupport {
@@ -61,6 +63,26 @@ public:
         for (const QString &name : names)
             paths.append(directory.filePath(name));
         return paths;
+    }
+
+    /// Whether a refresh holds the lock beside a database.
+    bool isRefreshing() const
+    {
+        const QDir directory(databaseDirectory());
+        const QStringList names = directory.entryList({QStringLiteral("*.lock")}, QDir::Files);
+        return std::any_of(names.begin(), names.end(), [&directory](const QString &name) {
+            QFile file(directory.filePath(name));
+            struct flock lock = {};
+            lock.l_type = F_WRLCK;
+            return file.open(QIODevice::ReadOnly) &&
+                   ::fcntl(file.handle(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+        });
+    }
+
+    /// Waits until there is a database and no refresh.
+    bool waitForDatabase() const
+    {
+        return QTest::qWaitFor([this] { return !databases().isEmpty() && !isRefreshing(); }, 20000);
     }
 
     /// Makes database and refresh look as old as that.

@@ -31,14 +31,12 @@ class FileSearchTest : public QObject
     Q_OBJECT
 
 private:
-    /// Refreshes the database and waits until it holds what is there now.
+    /// Makes the database of what is there now.
     void refresh()
     {
-        SearchRecorder other;
-        other.search.RunEverythingDaemon();
-        // A search after it waits for the refresh, or needs no database that is not there yet.
-        QVERIFY(QTest::qWaitFor([this] { return !m_place->databases().isEmpty(); }, 20000));
-        other.namesOf(QStringLiteral("anything"));
+        KFsSearch search;
+        search.RunEverythingDaemon();
+        QVERIFY(m_place->waitForDatabase());
     }
 
     std::unique_ptr<SearchPlace> m_place;

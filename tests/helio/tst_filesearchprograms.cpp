@@ -64,7 +64,7 @@ private:
             text("updatedb"), findOutput + QByteArray("echo database > \"$output\""));
         SearchRecorder recorder;
         recorder.search.RunEverythingDaemon();
-        QVERIFY(QTest::qWaitFor([this] { return !m_place->databases().isEmpty(); }, 20000));
+        QVERIFY(m_place->waitForDatabase());
         m_programs->add(text("updatedb"), "echo unexpected >> " + outside("unexpected"));
     }
 
