@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
@@ -50,6 +51,14 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
+int firstClosed(const std::vector<InheritedDescriptor> &descriptors)
+{
+    int last = STDERR_FILENO;
+    for (const InheritedDescriptor &descriptor : descriptors)
+        last = std::max(last, descriptor.theirs);
+    return last + 1;
+}
+
 /// Which descriptors a new program gets.
 class SpawnActions
 {
@@ -59,6 +68,8 @@ public:
         ::posix_spawn_file_actions_init(&m_actions);
         for (const InheritedDescriptor &descriptor : descriptors)
             ::posix_spawn_file_actions_adddup2(&m_actions, descriptor.ours, descriptor.theirs);
+        // A refresh that goes on alone would keep others' pipes open.
+        ::posix_spawn_file_actions_addclosefrom_np(&m_actions, firstClosed(descriptors));
     }
     ~SpawnActions() { ::posix_spawn_file_actions_destroy(&m_actions); }
     Q_DISABLE_COPY(SpawnActions)

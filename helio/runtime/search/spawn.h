@@ -18,9 +18,9 @@ struct InheritedDescriptor
     int theirs;
 };
 
-/// Starts a program that is found in PATH; nothing when it cannot be started. Standard streams
-/// that are not among @p descriptors are this process's own. Unlike a fork, this takes the same
-/// time however large the process is, and the other threads do not feel it.
+/// Starts a program that is found in PATH; nothing when it cannot be started. Of this process's
+/// descriptors it gets the standard streams and what @p descriptors says. Unlike a fork, this takes
+/// the same time however large the process is, and the other threads do not feel it.
 std::optional<pid_t> spawnProgram(const QList<QByteArray> &words,
                                   const QProcessEnvironment &environment,
                                   const std::vector<InheritedDescriptor> &descriptors);
