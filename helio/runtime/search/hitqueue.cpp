@@ -1,7 +1,6 @@
 #include "helio/runtime/search/hitqueue.h"
 
-#include <QDeadlineTimer>
-
+#include <chrono>
 #include <utility>
 
 namespace helio {
@@ -16,9 +15,8 @@ HitQueue::HitQueue(std::function<void()> wakeUp) : m_wakeUp(std::move(wakeUp)) {
 
 void HitQueue::put(FoundFiles &&hits)
 {
-    QMutexLocker locker(&m_guard);
-    while (m_waiting.size() >= mostWaitingGroups && !m_isStopped)
-        m_changed.wait(&m_guard);
+    std::unique_lock<std::mutex> lock(m_guard);
+    m_changed.wait(lock, [this] { return m_waiting.size() < mostWaitingGroups || m_isStopped; });
     if (m_isStopped || hits.empty())
         return;
     m_waiting.push_back(std::move(hits));
@@ -27,40 +25,38 @@ void HitQueue::put(FoundFiles &&hits)
 
 void HitQueue::end()
 {
-    const QMutexLocker locker(&m_guard);
+    const std::lock_guard<std::mutex> lock(m_guard);
     m_hasEnded = true;
     wakeReporter();
 }
 
 bool HitQueue::isStoppedWithin(int milliseconds)
 {
-    QMutexLocker locker(&m_guard);
-    const QDeadlineTimer deadline(milliseconds);
-    while (!m_isStopped && m_changed.wait(&m_guard, deadline)) {
-    }
-    return m_isStopped;
+    std::unique_lock<std::mutex> lock(m_guard);
+    return m_changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                              [this] { return m_isStopped.load(); });
 }
 
 HitQueue::State HitQueue::take(FoundFiles *hits)
 {
-    const QMutexLocker locker(&m_guard);
+    const std::lock_guard<std::mutex> lock(m_guard);
     if (m_waiting.empty()) {
         m_isReporterAsleep = !m_hasEnded;
         return m_hasEnded ? State::Ended : State::Empty;
     }
     *hits = std::move(m_waiting.front());
     m_waiting.pop_front();
-    m_changed.wakeAll();
+    m_changed.notify_all();
     return State::Hits;
 }
 
 void HitQueue::stop()
 {
-    const QMutexLocker locker(&m_guard);
+    const std::lock_guard<std::mutex> lock(m_guard);
     m_isStopped = true;
     m_wakeUp = nullptr;
     m_waiting.clear();
-    m_changed.wakeAll();
+    m_changed.notify_all();
 }
 
 bool HitQueue::isStopped() const

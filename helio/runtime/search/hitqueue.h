@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QMutex>
-#include <QWaitCondition>
-
 #include <atomic>
+#include <condition_variable>
 #include <deque>
 #include <functional>
+#include <mutex>
 
 #include "helio/runtime/search/foundfile.h"
 
@@ -42,8 +41,8 @@ public:
 private:
     void wakeReporter();
 
-    QMutex m_guard;
-    QWaitCondition m_changed;
+    std::mutex m_guard;
+    std::condition_variable m_changed;
     std::deque<FoundFiles> m_waiting;
     std::function<void()> m_wakeUp;
     bool m_isReporterAsleep = true;
