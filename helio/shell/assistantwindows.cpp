@@ -64,6 +64,8 @@ void AssistantWindows::makeChild(const QString &html)
     connect(m_child, &PageWindow::closeRequested, this, &AssistantWindows::closeChildFromOutside);
     connect(m_child->pageSignals(), &helio::WindowSignals::sigCloseMainWindow, this,
             &AssistantWindows::closeChildFromOutside);
+    connect(m_child->browser(), &helio::WebEngineBrowser::titleChanged, m_child,
+            &QWidget::setWindowTitle);
     connectPage(m_child);
 }
 

@@ -34,6 +34,12 @@ helio::PageSurroundings shell::desktopLook(const ShellOptions &options)
             options.language.isEmpty() ? desktopLanguage() : options.language};
 }
 
+QString shell::programTitle(const QString &language)
+{
+    return language.startsWith(QLatin1String("zh")) ? QStringLiteral("办公助手")
+                                                    : QStringLiteral("Office Assistant");
+}
+
 void shell::translateQt(const QString &language)
 {
     if (language.startsWith(english))

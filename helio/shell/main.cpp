@@ -74,6 +74,7 @@ int showWindows(const shell::ShellOptions &options)
 
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::translateQt(look.language);
+    QApplication::setApplicationDisplayName(shell::programTitle(look.language));
     std::optional<shell::HiddenVariables> hidden(chromiumVariables);
     const helio::WebEngineBrowsers browsers(pages, look, storageDirectory());
     shell::AssistantWindows windows(options.page);
@@ -86,6 +87,37 @@ int showWindows(const shell::ShellOptions &options)
     const int status = QCoreApplication::exec();
     helio::endAwaitedPrograms();
     return status;
+}
+
+int printText(shell::ShellOptions::Mode mode, int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QString text = mode == shell::ShellOptions::PrintHelp
+                             ? shell::shellHelp()
+                             : QStringLiteral("helio-shell " ASSISTANT_VERSION "\n");
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    return Ended;
+}
+
+int runApplication(const shell::ShellOptions &options, const char *programName)
+{
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot)
+        complain(Ended, QStringLiteral("running as root, so Chromium runs without its sandbox"));
+    shell::ChromiumArguments chromium(programName, options.debugPort, isRoot);
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(chromium.count(), chromium.values());
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setDesktopFileName(QStringLiteral("office-assistant"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
+
+    const shell::TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &shell::TerminationSignals::received, qApp,
+                     &QCoreApplication::quit);
+    helio::makeDefaultSuiteHome();
+    return showWindows(options);
 }
 
 } // namespace
@@ -101,28 +133,9 @@ int main(int argc, char *argv[])
     const std::optional<shell::ShellOptions> options = shell::parseShellOptions(arguments, &fault);
     if (!options)
         return complain(WrongUsage, fault);
-    if (!options->text.isEmpty()) {
-        std::fputs(options->text.toLocal8Bit().constData(), stdout);
-        return Ended;
-    }
+    if (options->mode != shell::ShellOptions::ShowWindow)
+        return printText(options->mode, argc, argv);
     if (!hasDisplay())
         return complain(PartMissing, QStringLiteral("there is no display to show a window on"));
-
-    const bool isRoot = ::geteuid() == 0;
-    if (isRoot)
-        complain(Ended, QStringLiteral("running as root, so Chromium runs without its sandbox"));
-    shell::ChromiumArguments chromium(argv[0], options->debugPort, isRoot);
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(chromium.count(), chromium.values());
-    QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setApplicationDisplayName(QStringLiteral("Office Assistant"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
-
-    const shell::TerminationSignals terminationSignals;
-    QObject::connect(&terminationSignals, &shell::TerminationSignals::received, qApp,
-                     &QCoreApplication::quit);
-    helio::makeDefaultSuiteHome();
-    return showWindows(*options);
+    return runApplication(*options, argv[0]);
 }

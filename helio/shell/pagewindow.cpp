@@ -1,6 +1,7 @@
 #include "helio/shell/pagewindow.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -22,6 +23,7 @@ namespace shell {
 PageWindow::PageWindow(const QString &type, const QString &html, PageWindow *owner)
     : QWidget(owner, Qt::Window | Qt::FramelessWindowHint), m_mover(new WindowMover(this))
 {
+    setWindowTitle(QGuiApplication::applicationDisplayName());
     setAutoFillBackground(true);
     QPalette colors = palette();
     colors.setColor(QPalette::Window, QColor(0x80, 0x86, 0x90));

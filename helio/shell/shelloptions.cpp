@@ -27,6 +27,19 @@ const QCommandLineOption debugPortOption(
     QStringLiteral("Offer the developer tools on this port of the loopback interface."),
     QStringLiteral("N"));
 
+const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
+                                    QStringLiteral("Print this text."));
+const QCommandLineOption versionOption({QStringLiteral("v"), QStringLiteral("version")},
+                                       QStringLiteral("Print the version."));
+
+void setUp(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(
+        QStringLiteral("Shows the office assistant in a window of its own."));
+    parser.addOptions({pageOption, themeOption, languageOption, screenshotOption, debugPortOption,
+                       helpOption, versionOption});
+}
+
 /// Gives what is wrong with the options, or an empty text.
 QString readOptions(const QCommandLineParser &parser, shell::ShellOptions *options)
 {
@@ -60,24 +73,24 @@ std::optional<shell::ShellOptions> shell::parseShellOptions(const QStringList &a
                                                             QString *fault)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Shows the office assistant in a window of its own."));
-    parser.addOptions({pageOption, themeOption, languageOption, screenshotOption, debugPortOption});
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    setUp(parser);
     if (!parser.parse(arguments)) {
         *fault = parser.errorText();
         return std::nullopt;
     }
     ShellOptions options;
-    if (parser.isSet(version)) {
-        options.text = QStringLiteral("helio-shell " ASSISTANT_VERSION "\n");
-        return options;
-    }
-    if (parser.isSet(help)) {
-        options.text = parser.helpText();
+    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
+        options.mode =
+            parser.isSet(helpOption) ? ShellOptions::PrintHelp : ShellOptions::PrintVersion;
         return options;
     }
     *fault = readOptions(parser, &options);
     return fault->isEmpty() ? std::optional<ShellOptions>(options) : std::nullopt;
+}
+
+QString shell::shellHelp()
+{
+    QCommandLineParser parser;
+    setUp(parser);
+    return parser.helpText();
 }

@@ -10,8 +10,13 @@ namespace shell {
 /// What the command line asks of the window.
 struct ShellOptions
 {
-    /// To be printed instead of showing a window; empty otherwise.
-    QString text;
+    enum Mode {
+        ShowWindow,
+        PrintHelp,
+        PrintVersion,
+    };
+
+    Mode mode = ShowWindow;
     /// The start page, a file name of the page directory.
     QString page = QStringLiteral("index.html");
     /// "light" or "dark"; empty for the desktop's.
@@ -26,5 +31,8 @@ struct ShellOptions
 
 /// Reads the command line. Without a value, @p fault says what is wrong with it.
 std::optional<ShellOptions> parseShellOptions(const QStringList &arguments, QString *fault);
+
+/// The text of --help. Needs the application object, by which it names the program.
+QString shellHelp();
 
 } // namespace shell

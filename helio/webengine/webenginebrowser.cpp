@@ -55,6 +55,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
 
     connect(m_page, &QWebEnginePage::loadStarted, this, [this] { m_isLoading = true; });
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
+    connect(m_page, &QWebEnginePage::titleChanged, this, &WebEngineBrowser::passTitle);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
             [this] { m_layers->setCurrentWidget(m_notice->sayStopped()); });
     connect(m_page, &LocalPage::documentLost, this,
@@ -160,7 +161,15 @@ void WebEngineBrowser::finishLoad(bool ok)
     m_isLoading = false;
     if (ok && m_focusOnLoad && isActiveWindow())
         m_view->setFocus();
+    passTitle();
     emit loadFinished(ok);
+}
+
+void WebEngineBrowser::passTitle()
+{
+    // While it loads, a page goes by its address.
+    if (!m_isLoading && !m_page->title().isEmpty())
+        emit titleChanged(m_page->title());
 }
 
 void WebEngineBrowser::reload()

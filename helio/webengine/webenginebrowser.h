@@ -49,12 +49,16 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
+    /// The page's title, once there is a page that has one.
+    void titleChanged(const QString &title);
+
     /// The notice's button that gives up the page.
     void closeRequested();
 
 private:
     void askForApi();
     void finishLoad(bool ok);
+    void passTitle();
     void reload();
 
     PageDirectory m_directory;

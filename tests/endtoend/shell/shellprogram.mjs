@@ -1,0 +1,115 @@
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import fs from 'node:fs';
+import net from 'node:net';
+
+import { waitFor } from '../waitfor.mjs';
+import { ShellPage } from './shellpage.mjs';
+import { end } from './virtualdisplay.mjs';
+
+const LONGEST_END = 30_000;
+
+export async function freePort() {
+    const server = net.createServer().listen(0, '127.0.0.1');
+    await once(server, 'listening');
+    const { port } = server.address();
+    server.close();
+    await once(server, 'close');
+    return port;
+}
+
+function commandLineOf(pid) {
+    try {
+        return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8').split('\0');
+    } catch {
+        return []; // has ended meanwhile
+    }
+}
+
+function parentOf(pid) {
+    try {
+        return Number(/\) \S (\d+)/.exec(fs.readFileSync(`/proc/${pid}/stat`, 'utf8'))[1]);
+    } catch {
+        return 0;
+    }
+}
+
+/** The real window program. */
+export class ShellProgram {
+    #child;
+    #ended;
+    #pages = [];
+    stdout = '';
+    stderr = '';
+    port;
+
+    /** Starts the program of a scratch suite; debug: false leaves out the developer tools. */
+    static async start(suite, display, args = [], { debug = true, env = {} } = {}) {
+        const program = new ShellProgram();
+        program.port = debug ? await freePort() : 0;
+        const words = debug ? ['--debug-port', `${program.port}`, ...args] : args;
+        program.#child = spawn(suite.program, words,
+            { env: { ...suite.environment(display), ...env }, stdio: ['ignore', 'pipe', 'pipe'] });
+        program.#ended = once(program.#child, 'close');
+        for (const name of ['stdout', 'stderr'])
+            program.#child[name].setEncoding('utf8').on('data', (text) => {
+                program[name] += text;
+            });
+        return program;
+    }
+
+    /** Runs the program to its end: {status, signal, stdout, stderr}. */
+    static async run(suite, display, args, options) {
+        const program = await ShellProgram.start(suite, display, args, { debug: false, ...options });
+        try {
+            return await program.waitForExit();
+        } finally {
+            await program.stop();
+        }
+    }
+
+    get pid() {
+        return this.#child.pid;
+    }
+
+    async page(name = 'index.html') {
+        const page = await ShellPage.of(this.port, name);
+        this.#pages.push(page);
+        return page;
+    }
+
+    /** The ids of Chromium's processes that show pages. */
+    renderers() {
+        const pids = fs.readdirSync('/proc').filter((name) => /^\d+$/.test(name)).map(Number);
+        const isOurs = (pid) => {
+            for (let at = pid; at > 1; at = parentOf(at)) {
+                if (at === this.pid)
+                    return true;
+            }
+            return false;
+        };
+        return pids.filter((pid) => commandLineOf(pid).includes('--type=renderer') && isOurs(pid));
+    }
+
+    signal(name) {
+        this.#child.kill(name);
+    }
+
+    async waitForExit() {
+        const ended = this.#ended.then(([status, signal]) => ({ status, signal }));
+        let result = null;
+        ended.then((value) => {
+            result = value;
+        });
+        await waitFor(() => result, { timeoutMs: LONGEST_END, what: 'the end of helio-shell' });
+        return { ...result, stdout: this.stdout, stderr: this.stderr };
+    }
+
+    /** Ends what still runs. */
+    async stop() {
+        for (const page of this.#pages)
+            await page.close().catch(() => {});
+        await end(this.#child);
+        await this.#ended;
+    }
+}

@@ -1,0 +1,106 @@
+import { execFile, spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { promisify } from 'node:util';
+
+import { waitFor } from '../waitfor.mjs';
+
+const run = promisify(execFile);
+
+/** Ends a process that a test started, and waits until it is gone. */
+export async function end(child) {
+    if (child.exitCode !== null || child.signalCode !== null || child.pid === undefined)
+        return;
+    const gone = once(child, 'exit');
+    child.kill('SIGKILL');
+    await gone;
+}
+
+/** An X display of the test's own, with a window manager, and a user at its keyboard and mouse. */
+export class VirtualDisplay {
+    #server;
+    #manager;
+
+    /** As in the variable DISPLAY. */
+    name;
+
+    static async start(home) {
+        const display = new VirtualDisplay();
+        try {
+            await display.#startServer();
+            await display.#startManager(home);
+        } catch (error) {
+            await display.stop();
+            throw error;
+        }
+        return display;
+    }
+
+    async #startServer() {
+        this.#server = spawn('Xvfb', ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'],
+            { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
+        let number = '';
+        this.#server.stdio[3].on('data', (chunk) => {
+            number += chunk;
+        });
+        await waitFor(() => number.endsWith('\n'), { what: 'the virtual display' });
+        this.name = `:${number.trim()}`;
+    }
+
+    async #startManager(home) {
+        const env = { PATH: process.env.PATH, HOME: home, DISPLAY: this.name };
+        this.#manager = spawn('openbox', ['--sm-disable'], { stdio: 'ignore', env });
+        await waitFor(
+            async () => /window id/.test(await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK'])),
+            { what: 'the window manager' });
+    }
+
+    /** What a user does, in the words of xdotool. */
+    async act(...words) {
+        return this.#output('xdotool', words.map(String));
+    }
+
+    /** The ids of the visible windows with that title, an empty list when there are none. */
+    async windows(title) {
+        try {
+            const ids = await this.act('search', '--onlyvisible', '--name', title);
+            return ids.split('\n').filter(Boolean);
+        } catch {
+            return []; // xdotool's way to say that there is none
+        }
+    }
+
+    /** The one visible window with that title, once it is there. */
+    async window(title) {
+        const found = await waitFor(async () => {
+            const ids = await this.windows(title);
+            return ids.length > 0 && ids;
+        }, { what: `the window ${title}` });
+        return found[0];
+    }
+
+    /** Place and size of a window: {x, y, width, height}. */
+    async geometry(window) {
+        const text = await this.act('getwindowgeometry', '--shell', window);
+        const value = (name) => Number(new RegExp(`^${name}=(-?\\d+)`, 'm').exec(text)[1]);
+        return { x: value('X'), y: value('Y'), width: value('WIDTH'), height: value('HEIGHT') };
+    }
+
+    /** Waits until the window has the keyboard. */
+    async focused(window) {
+        await waitFor(async () => (await this.act('getwindowfocus').catch(() => '')).trim() === window,
+            { what: `the focus of window ${window}` });
+    }
+
+    async stop() {
+        for (const child of [this.#manager, this.#server]) {
+            if (child)
+                await end(child);
+        }
+    }
+
+    async #output(program, args) {
+        const env = { PATH: process.env.PATH, DISPLAY: this.name, LANG: 'C.UTF-8' };
+        const { stdout } = await run(program, args, { env, timeout: 10_000 });
+        return stdout;
+    }
+}

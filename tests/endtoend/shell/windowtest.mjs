@@ -1,0 +1,34 @@
+import { afterAll, afterEach, beforeAll } from 'vitest';
+
+import { ScratchSuite } from './scratchsuite.mjs';
+import { ShellProgram } from './shellprogram.mjs';
+import { VirtualDisplay } from './virtualdisplay.mjs';
+
+/** The display and the suite that the tests of one file share; programs end with their test. */
+export function windowTests() {
+    const shared = { display: null, suite: null, start: null };
+    const programs = [];
+
+    beforeAll(async () => {
+        shared.suite = ScratchSuite.create();
+        shared.display = await VirtualDisplay.start(shared.suite.home);
+    });
+
+    afterEach(async () => {
+        for (const program of programs.splice(0))
+            await program.stop();
+    });
+
+    afterAll(async () => {
+        await shared.display?.stop();
+        shared.suite?.dispose();
+    });
+
+    /** Starts the window program. */
+    shared.start = async (args, options) => {
+        const program = await ShellProgram.start(shared.suite, shared.display, args, options);
+        programs.push(program);
+        return program;
+    };
+    return shared;
+}
