@@ -4,31 +4,22 @@ import { waitFor } from '../waitfor.mjs';
 import { windowTests } from './windowtest.mjs';
 
 const shared = windowTests();
-/** Of the main window; that of a child window ends with it. */
-const TITLE = 'Office Assistant';
 
 async function openChild() {
     const program = await shared.start();
     const main = await program.page();
-    const mainWindow = await shared.display.window(TITLE);
+    const mainWindow = (await shared.display.windowCount(1))[0];
     expect(await main.call('router', { page: 'child.html', type: '' })).toEqual({ result: 'success' });
     const child = await program.page('child.html');
-    const ids = await windowCount(2);
+    const ids = await shared.display.windowCount(2);
     return { program, main, child, mainWindow, childWindow: ids.find((id) => id !== mainWindow) };
-}
-
-async function windowCount(count) {
-    return waitFor(async () => {
-        const ids = await shared.display.windows(TITLE);
-        return ids.length === count && ids;
-    }, { what: `${count} windows` });
 }
 
 const middle = ({ x, y, width, height }) => [x + width / 2, y + height / 2];
 
 test('the main window starts at its size and cannot be made smaller than its least', async () => {
     await shared.start();
-    const window = await shared.display.window(TITLE);
+    const window = (await shared.display.windowCount(1))[0];
     expect(await shared.display.geometry(window)).toMatchObject({ width: 1000, height: 680 });
     await shared.display.act('windowsize', window, 300, 200);
     await waitFor(async () => (await shared.display.geometry(window)).width !== 1000);
@@ -50,14 +41,14 @@ test('a child page that closes itself takes the tip away and is kept for the nex
     const { program, main, child, mainWindow } = await openChild();
     await child.evaluate('window.kept = true');
     await child.call('closechildwindow', { type: '' });
-    await windowCount(1);
+    await shared.display.windowCount(1);
     await main.until('tips.length === 2');
     expect(await main.evaluate('tips')).toEqual(['show', 'hide']);
     await shared.display.focused(mainWindow);
     expect(await child.evaluate('kept')).toBe(true);
 
     await main.call('router', { page: 'other.html', type: '' });
-    await windowCount(2);
+    await shared.display.windowCount(2);
     expect(await (await program.page('other.html')).evaluate('document.title')).toBe('Child page');
 });
 
@@ -65,7 +56,7 @@ test('a child window closed by the window manager takes the tip away too', async
     const { program, main, childWindow } = await openChild();
     await shared.display.focused(childWindow);
     await shared.display.act('key', '--clearmodifiers', 'alt+F4');
-    await windowCount(1);
+    await shared.display.windowCount(1);
     await main.until('tips.length === 2');
     expect(await main.evaluate('tips')).toEqual(['show', 'hide']);
     expect(await main.call('getcollectionpage')).toEqual({ result: { page: '' } });
@@ -90,32 +81,32 @@ test('a child page that does not react to its closing cannot keep the tip up', a
     await child.evaluate("void addEventListener('helioclose', (event) => event.preventDefault())");
     await shared.display.focused(childWindow);
     await shared.display.act('key', '--clearmodifiers', 'alt+F4');
-    await windowCount(1);
+    await shared.display.windowCount(1);
     await main.until('tips.length === 2');
 });
 
 test('the window of a child page is minimised and restored by its own page only', async () => {
     const { child, mainWindow, childWindow } = await openChild();
     await child.call('showminimized');
-    await waitFor(async () => !(await shared.display.windows(TITLE)).includes(childWindow));
-    expect(await shared.display.windows(TITLE)).toContain(mainWindow);
+    await waitFor(async () => !(await shared.display.windows()).includes(childWindow));
+    expect(await shared.display.windows()).toContain(mainWindow);
 });
 
 test('a screenshot minimises the window and brings it back', async () => {
     const program = await shared.start();
     const main = await program.page();
-    const window = await shared.display.window(TITLE);
+    const window = (await shared.display.windowCount(1))[0];
     const answer = main.call('screenshots');
-    await windowCount(0);
+    await shared.display.windowCount(0);
     expect(await answer).toEqual({ result: 'success' });
-    await windowCount(1);
+    await shared.display.windowCount(1);
     await shared.display.focused(window);
 });
 
 test('the window is dragged by the title bar of the page', async () => {
     const program = await shared.start();
     const main = await program.page();
-    const window = await shared.display.window(TITLE);
+    const window = (await shared.display.windowCount(1))[0];
     const before = await shared.display.geometry(window);
     const { x, y } = await main.placeOf('#bar');
     await shared.display.act('mousemove', x, y, 'mousedown', 1, 'sleep', 0.3);
@@ -128,7 +119,7 @@ test('the window is dragged by the title bar of the page', async () => {
 
 test('the window is resized by its edge', async () => {
     await shared.start();
-    const window = await shared.display.window(TITLE);
+    const window = (await shared.display.windowCount(1))[0];
     const { x, y, width, height } = await shared.display.geometry(window);
     const edge = x + width - 2;
     await shared.display.act('mousemove', edge, y + height / 2, 'sleep', 0.1, 'mousedown', 1, 'sleep', 0.2);
@@ -148,7 +139,7 @@ test('closing the main window ends the program', async () => {
 test('the window manager ends the program by closing the main window', async () => {
     const program = await shared.start();
     await program.page();
-    await shared.display.focused(await shared.display.window(TITLE));
+    await shared.display.focused((await shared.display.windowCount(1))[0]);
     await shared.display.act('key', '--clearmodifiers', 'alt+F4');
     expect(await program.waitForExit()).toMatchObject({ status: 0, signal: null });
 });

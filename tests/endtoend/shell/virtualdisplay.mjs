@@ -59,22 +59,30 @@ export class VirtualDisplay {
         return this.#output('xdotool', words.map(String));
     }
 
-    /** The ids of the visible windows with that title, an empty list when there are none. */
-    async windows(title) {
+    /** The ids of the program's visible windows; `by` are other words of xdotool for the search. */
+    async windows(by = ['--class', 'helio-shell']) {
         try {
-            const ids = await this.act('search', '--onlyvisible', '--name', title);
+            const ids = await this.act('search', '--onlyvisible', ...by);
             return ids.split('\n').filter(Boolean);
         } catch {
             return []; // xdotool's way to say that there is none
         }
     }
 
-    /** The one visible window with that title, once it is there. */
-    async window(title) {
+    /** Waits until the program shows that many windows; gives their ids. */
+    async windowCount(count) {
+        return waitFor(async () => {
+            const ids = await this.windows();
+            return ids.length === count && ids;
+        }, { what: `${count} windows` });
+    }
+
+    /** The dialog with that title, once it is there. */
+    async dialog(title) {
         const found = await waitFor(async () => {
-            const ids = await this.windows(title);
+            const ids = await this.windows(['--name', `^${title}`]);
             return ids.length > 0 && ids;
-        }, { what: `the window ${title}` });
+        }, { what: `the dialog ${title}` });
         return found[0];
     }
 
