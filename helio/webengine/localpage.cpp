@@ -6,6 +6,7 @@ LocalPage::LocalPage(const PageDirectory &directory, QWebEngineProfile *profile,
     : QWebEnginePage(profile, parent), m_directory(directory)
 {
     connect(this, &QWebEnginePage::loadFinished, this, &LocalPage::judgeLoad);
+    connect(this, &QWebEnginePage::urlChanged, this, &LocalPage::judgeAddress);
     connect(this, &QWebEnginePage::featurePermissionRequested, this,
             [this](const QUrl &origin, Feature feature) {
                 setFeaturePermission(origin, feature, PermissionDeniedByUser);
@@ -29,6 +30,13 @@ void LocalPage::judgeLoad(bool ok)
     const bool lost = m_isArriving && !ok;
     m_isArriving = false;
     if (lost)
+        emit documentLost();
+}
+
+void LocalPage::judgeAddress(const QUrl &url)
+{
+    // Chromium does not ask before it shows an empty document.
+    if (!url.isEmpty() && !m_directory.contains(url))
         emit documentLost();
 }
 

@@ -18,7 +18,8 @@ public:
     bool isAtHome() const;
 
 signals:
-    /// A document of the page directory was to be shown and could not be loaded.
+    /// The main frame has no document of the page directory: one could not be loaded, or the page
+    /// has emptied itself.
     void documentLost();
 
 protected:
@@ -27,6 +28,7 @@ protected:
 
 private:
     void judgeLoad(bool ok);
+    void judgeAddress(const QUrl &url);
 
     PageDirectory m_directory;
     bool m_isArriving = false;

@@ -70,8 +70,7 @@ QBoxLayout *PageNotice::makeButtons()
 {
     auto *reload = new QPushButton(m_texts.reload, this);
     auto *close = new QPushButton(m_texts.close, this);
-    reload->setAutoDefault(true);
-    close->setAutoDefault(true);
+    reload->setShortcut(QKeySequence::Refresh);
     connect(reload, &QPushButton::clicked, this, &PageNotice::reloadRequested);
     connect(close, &QPushButton::clicked, this, &PageNotice::closeRequested);
     setFocusProxy(reload);

@@ -63,7 +63,7 @@ void addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &dir
     QString source = resourceText(QStringLiteral(":/webengine/helio.js"));
     source.replace(QStringLiteral("(HELIO_SETTINGS)"),
                    QStringLiteral("(%1)").arg(settingsText(directory, surroundings)));
-    // One script, since a profile runs its scripts in no particular order.
+    // One script, since several run in no particular order.
     scripts.insert(
         mainFrameScript(QStringLiteral("helio.js"),
                         resourceText(QStringLiteral(":/qtwebchannel/qwebchannel.js")) + source));

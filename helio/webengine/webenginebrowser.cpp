@@ -7,6 +7,7 @@
 #include <QStackedLayout>
 #include <QWebChannel>
 #include <QWebEngineProfile>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 
@@ -48,6 +49,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
 {
     m_view->installEventFilter(this);
     m_view->setPage(m_page);
+    // The page's own scripts and not its profile's: those are gone after a crash.
+    if (flag & AsynchronousJsApi)
+        addPageScript(m_page->scripts(), directory, surroundings);
     m_page->setBackgroundColor(surroundings.isDark() ? darkGround : lightGround);
     m_layers->addWidget(m_view);
     m_layers->addWidget(m_notice);
@@ -57,9 +61,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebEngineBrowser::passTitle);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
-            [this] { m_layers->setCurrentWidget(m_notice->sayStopped()); });
+            [this] { bringForward(m_notice->sayStopped()); });
     connect(m_page, &LocalPage::documentLost, this,
-            [this] { m_layers->setCurrentWidget(m_notice->sayNotShown(m_url.fileName())); });
+            [this] { bringForward(m_notice->sayNotShown(m_url.fileName())); });
     connect(m_notice, &PageNotice::reloadRequested, this, &WebEngineBrowser::reload);
     connect(m_notice, &PageNotice::closeRequested, this, &WebEngineBrowser::closeRequested);
 }
@@ -103,7 +107,7 @@ void WebEngineBrowser::setStartupUrl(const QString &url)
 void WebEngineBrowser::navigate(const QUrl &url)
 {
     m_url = url;
-    reload();
+    load();
 }
 
 bool WebEngineBrowser::askPageToClose()
@@ -174,13 +178,29 @@ void WebEngineBrowser::passTitle()
 
 void WebEngineBrowser::reload()
 {
+    // The page may have gone on by itself since it was opened.
+    if (m_page->isAtHome())
+        m_url = m_page->url();
+    load();
+}
+
+void WebEngineBrowser::load()
+{
     if (!m_directory.contains(m_url)) {
-        m_layers->setCurrentWidget(m_notice->sayNotShown(m_url.fileName()));
+        bringForward(m_notice->sayNotShown(m_url.fileName()));
         emit loadFinished(false);
         return;
     }
-    m_layers->setCurrentWidget(m_view);
+    bringForward(m_view);
     m_page->load(m_url);
+}
+
+void WebEngineBrowser::bringForward(QWidget *layer)
+{
+    setFocusProxy(layer);
+    m_layers->setCurrentWidget(layer);
+    if (isActiveWindow())
+        layer->setFocus();
 }
 
 } // namespace helio

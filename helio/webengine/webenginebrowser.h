@@ -60,6 +60,9 @@ private:
     void finishLoad(bool ok);
     void passTitle();
     void reload();
+    void load();
+    /// Shows the page's view or the notice.
+    void bringForward(QWidget *layer);
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;

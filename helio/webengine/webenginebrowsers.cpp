@@ -2,11 +2,9 @@
 
 #include <QWebEngineDownloadItem>
 #include <QWebEngineProfile>
-#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 
 #include "helio/runtime/browsermaker.h"
-#include "helio/webengine/pagescript.h"
 #include "helio/webengine/requestguard.h"
 #include "helio/webengine/webenginebrowser.h"
 
@@ -60,7 +58,6 @@ WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
     m_profile->setUrlRequestInterceptor(m_guard.get());
     m_profile->setSpellCheckEnabled(false);
     restrict(*m_profile->settings());
-    addPageScript(*m_profile->scripts(), m_directory, m_surroundings);
     QObject::connect(m_profile.get(), &QWebEngineProfile::downloadRequested,
                      [](QWebEngineDownloadItem *item) { item->cancel(); });
     setBrowserMaker(

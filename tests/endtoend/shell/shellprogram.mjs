@@ -18,11 +18,12 @@ export async function freePort() {
     return port;
 }
 
+/** One text: Chromium's processes write over their own arguments, without zeros between them. */
 function commandLineOf(pid) {
     try {
-        return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8').split('\0');
+        return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8');
     } catch {
-        return []; // has ended meanwhile
+        return ''; // has ended meanwhile
     }
 }
 
