@@ -6,5 +6,10 @@ export default defineConfig({
     root: fileURLToPath(new URL('.', import.meta.url)),
     plugins: [vue()],
     resolve: { alias: { '@': fileURLToPath(new URL('src', import.meta.url)) } },
-    test: { include: ['tests/**/*.test.ts'] },
+    test: {
+        include: ['tests/**/*.test.ts'],
+        globalSetup: ['tests/browser/setup.ts'],
+        testTimeout: 20_000,
+        hookTimeout: 60_000,
+    },
 });

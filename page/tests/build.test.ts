@@ -1,24 +1,18 @@
-import { execFileSync, spawnSync } from 'node:child_process';
+import { spawnSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
-import { afterAll, beforeAll, describe, expect, it } from 'vitest';
+import { describe, expect, inject, it } from 'vitest';
 // @ts-expect-error The build's own scripts are plain JavaScript.
 import { unsupportedInScript, unsupportedInStyle } from '../build/compatibility.mjs';
 
 const page = fileURLToPath(new URL('..', import.meta.url));
-const directory = mkdtempSync(join(tmpdir(), 'page-build-'));
+const directory = inject('builtPage');
 const read = (file: string): string => readFileSync(join(directory, file), 'utf8');
 const sharedFiles = ['foundation.js', 'elements.js', 'elements.css'];
-let pages: string[] = [];
-
-beforeAll(() => {
-    execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: page });
-    pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
-}, 180_000);
-afterAll(() => rmSync(directory, { recursive: true }));
+const pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
 
 describe('the built page', () => {
     it('has the page that the host opens first and one for each other view', () => {

@@ -1,92 +1,39 @@
-/** Draws every view with a scripted host, in both themes and languages. */
+/** Draws every scene of every view with a scripted host, in both themes and languages. */
 import { mkdir, readdir } from 'node:fs/promises';
 import { join, resolve } from 'node:path';
-import { pathToFileURL } from 'node:url';
+import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { chromium } from 'playwright-core';
-import { answers } from './recordings.mjs';
+import { chromiumFlags, chromiumPath, openView } from '../tests/browser/harness.mjs';
 
-const flags = [
-    '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-    '--disable-background-networking', '--disable-component-update', '--disable-sync',
-];
+const sceneFolder = fileURLToPath(new URL('../tests/browser/scenes', import.meta.url));
 
-/** Runs in the page, before its own scripts. */
-function installHost({ theme, language, recorded, textSize }) {
-    const preferences = { theme: 'system', language: 'system', textSize };
-    localStorage.setItem('assistant.preferences', JSON.stringify(preferences));
-    window.sent = [];
-    window.helio = {
-        theme,
-        language,
-        call(command, args) {
-            window.sent.push({ command, args });
-            return command in recorded
-                ? Promise.resolve(recorded[command])
-                : Promise.reject(new Error(`no such command: ${command}`));
-        },
-    };
+async function allScenes() {
+    const files = (await readdir(sceneFolder)).sort();
+    const modules = await Promise.all(files.map((file) => import(join(sceneFolder, file))));
+    return modules.flatMap(({ scenes }) => scenes);
 }
 
-const scenes = {
-    index: [
-        { name: 'home' },
-        { name: 'home-settings', act: (page) => page.click('[aria-haspopup="dialog"]') },
-        {
-            name: 'home-veil',
-            act: (page) => page.evaluate(() => window.hiddentipCallBack({ result: 'show' })),
-        },
-        {
-            name: 'home-exported',
-            act: (page) => page.click('.push-button.primary'),
-        },
-    ],
-    sysinfo: [
-        { name: 'sysinfo' },
-        { name: 'sysinfo-fonts', act: (page) => page.click('#tab-fonts') },
-        { name: 'sysinfo-environment', act: (page) => page.click('#tab-environment') },
-        {
-            name: 'sysinfo-filter',
-            act: async (page) => {
-                await page.click('#tab-fonts');
-                await page.keyboard.press('Control+f');
-                await page.keyboard.type('sample 1');
-            },
-        },
-        { name: 'sysinfo-failed', answers: { stratcheckenv: { result: 'error' } } },
-    ],
-};
-
-async function draw(browser, options, scene, file, target) {
-    const context = await browser.newContext({
-        viewport: { width: options.width, height: options.height },
-    });
-    const page = await context.newPage();
-    page.on('pageerror', (error) => console.error(`${scene.name}: ${error.message}`));
-    page.on('console', (message) => {
-        if (['error', 'warning'].includes(message.type())) {
-            console.error(`${scene.name}: ${message.text()}`);
-        }
-    });
-    await page.addInitScript(installHost, {
-        theme: options.theme,
-        language: options.language,
-        textSize: options.textSize,
-        recorded: { ...answers, ...scene.answers },
-    });
-    await page.goto(file);
-    await page.waitForSelector('.frame:not([aria-busy])');
+async function draw(browser, pages, scene, options, target) {
+    const page = await openView(browser, pages, scene, options);
     await scene.act?.(page);
+    if (options.language === 'en_US') {
+        await page.getByText(scene.shows).filter({ visible: true }).first().waitFor();
+    } else {
+        // The busy sign of a scene that waits comes after half a second.
+        await page.waitForTimeout(650);
+    }
     await page.waitForTimeout(150);
     await page.screenshot({ path: target });
-    await context.close();
+    for (const complaint of page.complaints) console.error(`${scene.name}: ${complaint}`);
+    await page.context().close();
 }
 
 const { values } = parseArgs({
     options: {
         page: { type: 'string', default: 'dist' },
         out: { type: 'string', default: '../docs/screenshots' },
-        chromium: { type: 'string', default: '/usr/bin/chromium' },
+        chromium: { type: 'string', default: chromiumPath },
         width: { type: 'string', default: '1000' },
         height: { type: 'string', default: '680' },
         textSize: { type: 'string', default: '100' },
@@ -95,25 +42,20 @@ const { values } = parseArgs({
 });
 const pages = resolve(values.page);
 const out = resolve(values.out);
+const size = {
+    width: Number(values.width),
+    height: Number(values.height),
+    textSize: Number(values.textSize),
+};
 await mkdir(out, { recursive: true });
-const browser = await chromium.launch({ executablePath: values.chromium, args: flags });
+const browser = await chromium.launch({ executablePath: values.chromium, args: chromiumFlags });
 try {
-    const present = await readdir(pages);
-    for (const [name, list] of Object.entries(scenes)) {
-        if (!present.includes(`${name}.html`)) throw new Error(`${name}.html is not built`);
-        for (const scene of list.filter((item) => item.name.startsWith(values.only))) {
-            for (const [theme, language] of
-                [['light', 'en_US'], ['dark', 'en_US'], ['light', 'zh_CN'], ['dark', 'zh_CN']]) {
+    const scenes = (await allScenes()).filter(({ name }) => name.startsWith(values.only));
+    for (const scene of scenes) {
+        for (const theme of ['light', 'dark']) {
+            for (const language of ['en_US', 'zh_CN']) {
                 const target = join(out, `${scene.name}-${theme}-${language}.png`);
-                const options = {
-                    theme,
-                    language,
-                    width: Number(values.width),
-                    height: Number(values.height),
-                    textSize: Number(values.textSize),
-                };
-                const file = pathToFileURL(join(pages, `${name}.html`)).href;
-                await draw(browser, options, scene, file, target);
+                await draw(browser, pages, scene, { ...size, theme, language }, target);
             }
         }
     }

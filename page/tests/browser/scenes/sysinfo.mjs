@@ -1,5 +1,3 @@
-/** Answers of the library, for showing the page without it. */
-
 const longFamily = 'A Family With A Name Longer Than Forty Bytes';
 
 function fontLine(family, style) {
@@ -46,14 +44,50 @@ export const snapshot = {
     envInfo: environment.join('|'),
 };
 
-export const answers = {
+
+const answers = {
     stratcheckenv: { result: snapshot },
     exportsysinfo: { result: 'success' },
-    copytoclipboard: { result: 'success' },
-    router: { result: 'success' },
-    mousePress: {},
-    mouseRelease: {},
-    closemainwindow: {},
-    showminimized: {},
-    closechildwindow: {},
 };
+const page = 'sysinfo.html';
+
+export const scenes = [
+    { name: 'sysinfo', page, answers, shows: 'Linux 6.1.0-18-amd64' },
+    {
+        name: 'sysinfo-fonts',
+        page,
+        answers,
+        act: (view) => view.click('#tab-fonts'),
+        shows: 'DejaVu Sans Mono',
+    },
+    {
+        name: 'sysinfo-environment',
+        page,
+        answers,
+        act: (view) => view.click('#tab-environment'),
+        shows: 'GTK_IM_MODULE',
+    },
+    {
+        name: 'sysinfo-filter',
+        page,
+        answers,
+        act: async (view) => {
+            await view.click('#tab-fonts');
+            await view.keyboard.press('Control+f');
+            await view.keyboard.type('sample 1');
+        },
+        shows: 'Sample Face 12',
+    },
+    {
+        name: 'sysinfo-failed',
+        page,
+        answers: { stratcheckenv: { result: 'error' } },
+        shows: 'The machine could not be read',
+    },
+    {
+        name: 'sysinfo-never',
+        page,
+        answers: { stratcheckenv: { never: true } },
+        shows: 'Reading the machine',
+    },
+];

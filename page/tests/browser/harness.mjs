@@ -1,0 +1,134 @@
+/**
+ * Views in Debian's Chromium over a scripted host, for the tests and for the screenshots.
+ *
+ * An answer of the host is an envelope ({ result } or {}), or one of
+ * - { never: true }: the host does not answer;
+ * - { late: milliseconds, result }: it answers after a while;
+ * - { refused: reason }: it does not take the call;
+ * - any of these with notices: [{ callback, result, after }], which follow the answer;
+ * - a list of these: one for each call in turn, the last one for all further calls.
+ */
+import { readFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
+import { join } from 'node:path';
+import { pathToFileURL } from 'node:url';
+
+const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
+
+export const chromiumFlags = [
+    '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+    '--disable-background-networking', '--disable-component-update', '--disable-sync',
+];
+
+/** Debian's package chromium, unless the environment names another one. */
+export const chromiumPath = process.env.CHROMIUM ?? '/usr/bin/chromium';
+
+/** What every view calls and no scene cares about. */
+const commonAnswers = {
+    copytoclipboard: { result: 'success' },
+    router: { result: 'success' },
+    feedbacktovyr: {},
+    mousePress: {},
+    mouseRelease: {},
+    closemainwindow: {},
+    showminimized: {},
+    closechildwindow: {},
+};
+
+/** Runs in the page, before its own scripts. */
+function installHost({ theme, language, textSize, answers }) {
+    const preferences = { theme: 'system', language: 'system', textSize };
+    if (!localStorage.getItem('assistant.preferences')) {
+        localStorage.setItem('assistant.preferences', JSON.stringify(preferences));
+    }
+    const calls = {};
+    window.sent = [];
+    window.unexpected = [];
+    const wait = (milliseconds) =>
+        new Promise((resolve) => setTimeout(resolve, milliseconds));
+    async function notify({ callback, result, after = 0 }) {
+        await wait(after);
+        window[callback]?.({ result });
+    }
+    window.helio = {
+        theme,
+        language,
+        async call(command, args) {
+            window.sent.push({ command, args });
+            const scripted = answers[command];
+            if (scripted === undefined) {
+                window.unexpected.push(command);
+                throw new Error(`no such command: ${command}`);
+            }
+            calls[command] = (calls[command] ?? 0) + 1;
+            const answer = Array.isArray(scripted)
+                ? scripted[Math.min(calls[command], scripted.length) - 1] : scripted;
+            const { never, late = 0, refused, notices = [], ...envelope } = answer;
+            if (never) return new Promise(() => undefined);
+            if (late) await wait(late);
+            if (refused) throw new Error(refused);
+            notices.forEach(notify);
+            return envelope;
+        },
+    };
+}
+
+/**
+ * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
+ * `host` may be null for an ordinary browser without a host. What the view logs as error or
+ * warning, or throws, is gathered in `complaints` of the returned page.
+ */
+export async function openView(browser, directory, scene, options = {}) {
+    const { theme = 'light', language = 'en_US', textSize = 100, width = 1000, height = 680 }
+        = options;
+    const context = await browser.newContext({ viewport: { width, height } });
+    const page = await context.newPage();
+    page.setDefaultTimeout(10_000);
+    page.complaints = [];
+    page.on('pageerror', (error) => page.complaints.push(error.message));
+    page.on('console', (message) => {
+        if (['error', 'warning'].includes(message.type())) page.complaints.push(message.text());
+    });
+    if (!scene.withoutHost) {
+        const answers = { ...commonAnswers, ...scene.answers };
+        await page.addInitScript(installHost, { theme, language, textSize, answers });
+    }
+    await page.goto(pathToFileURL(join(directory, scene.page)).href);
+    await page.waitForSelector('.frame:not([aria-busy])');
+    return page;
+}
+
+/** The commands that the view has sent, in order, each with its arguments. */
+export function sentCommands(page) {
+    return page.evaluate(() => window.sent);
+}
+
+/** Commands that no answer was scripted for: a scene that lets one pass tests the wrong thing. */
+export function unexpectedCommands(page) {
+    return page.evaluate(() => window.unexpected ?? []);
+}
+
+/**
+ * Serious and critical findings of axe-core, each in a line: all of its rules as the view stands,
+ * and once more for the contrast in the other theme.
+ */
+export async function accessibilityFindings(page) {
+    await page.evaluate(axeSource);
+    const found = await page.evaluate(async () => {
+        const root = document.documentElement;
+        // Style sheets of files cannot be fetched again, and no rule that runs needs it.
+        const options = { preload: false, resultTypes: ['violations'] };
+        const asShown = await window.axe.run(document, options);
+        root.classList.toggle('dark');
+        const otherTheme = await window.axe.run(document, {
+            ...options, runOnly: ['color-contrast'],
+        });
+        root.classList.toggle('dark');
+        return [...asShown.violations, ...otherTheme.violations];
+    });
+    return found
+        .filter(({ impact }) => ['serious', 'critical'].includes(impact))
+        .flatMap(({ id, help, nodes }) =>
+            nodes.map(({ target, failureSummary }) =>
+                `${id}: ${help} at ${target.join(' ')} (${failureSummary})`));
+}

@@ -1,0 +1,40 @@
+import { readdirSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+import { chromium, type Browser } from 'playwright-core';
+import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { accessibilityFindings, openView, unexpectedCommands, type Scene } from './harness.mjs';
+
+const folder = fileURLToPath(new URL('scenes', import.meta.url));
+const scenes: Scene[] = [];
+for (const file of readdirSync(folder).sort()) {
+    const view = file.replace(/\.mjs$/, '');
+    scenes.push(...((await import(`./scenes/${view}.mjs`)) as { scenes: Scene[] }).scenes);
+}
+
+let browser: Browser;
+beforeAll(async () => {
+    browser = await chromium.connect(inject('browserAddress'));
+});
+afterAll(() => browser.close());
+
+describe('in Chromium, the scene', () => {
+    it.each(scenes)('$name shows what it should, and to everyone', async (scene) => {
+        const page = await openView(browser, inject('builtPage'), scene);
+        const visible = (text: string | RegExp) =>
+            page.getByText(text).filter({ visible: true }).first().waitFor();
+        await scene.act?.(page);
+        await visible(scene.shows);
+        expect(await accessibilityFindings(page)).toEqual([]);
+        if (scene.later !== undefined) await visible(scene.later);
+        expect(page.complaints).toEqual([]);
+        expect(await unexpectedCommands(page)).toEqual([]);
+        await page.context().close();
+    }, 20_000);
+});
+
+describe('every view', () => {
+    it('has scenes', () => {
+        const pages = readdirSync(inject('builtPage')).filter((file) => file.endsWith('.html'));
+        expect([...new Set(scenes.map(({ page }) => page))].sort()).toEqual(pages.sort());
+    });
+});
