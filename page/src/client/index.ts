@@ -20,6 +20,8 @@ import type { Host } from './wire';
 export type { Failure, Outcome } from './outcome';
 export type { CheckFinding, SearchHit } from './notices';
 export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
+export type { FilePermissions, MachineMemory, Process } from './systemcommands';
+export type { DumpState } from './dumpcommands';
 export type { ViewType } from './windowcommands';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */

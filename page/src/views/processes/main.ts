@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import ProcessesView from './ProcessesView.vue';
+
+startView(ProcessesView, 'processes');
