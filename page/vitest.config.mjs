@@ -9,6 +9,7 @@ export default defineConfig({
     test: {
         include: ['tests/**/*.test.ts'],
         globalSetup: ['tests/browser/setup.ts'],
+        maxConcurrency: 3,
         testTimeout: 20_000,
         hookTimeout: 60_000,
     },

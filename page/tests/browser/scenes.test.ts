@@ -18,7 +18,8 @@ beforeAll(async () => {
 afterAll(() => browser.close());
 
 describe('in Chromium, the scene', () => {
-    it.each(scenes)('$name shows what it should, and to everyone', async (scene) => {
+    // Side by side, because a scene mostly waits: for its browser, or for a late answer.
+    it.concurrent.each(scenes)('$name shows what it should, and to everyone', async (scene) => {
         const page = await openView(browser, inject('builtPage'), scene);
         const visible = (text: string | RegExp) =>
             page.getByText(text).filter({ visible: true }).first().waitFor();

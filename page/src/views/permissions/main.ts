@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import PermissionsView from './PermissionsView.vue';
+
+startView(PermissionsView, 'permissions');

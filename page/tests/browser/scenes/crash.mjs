@@ -1,0 +1,86 @@
+const page = 'crash.html';
+
+const none = { result: { enable: true, feedback: false } };
+const some = { result: { enable: true, feedback: true } };
+const answers = {
+    getDumpState: some,
+    startDump: { result: 'success' },
+    stopDump: { result: 'success' },
+    cleardumpdir: { result: 'success' },
+};
+const confirmClear = async (view) => {
+    await view.click('.ask-once-start');
+    await view.click('.ask-once-confirm');
+};
+
+export const scenes = [
+    { name: 'crash', page, answers, shows: 'There are dumps' },
+    {
+        name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dump',
+    },
+    {
+        name: 'crash-off',
+        page,
+        answers: { ...answers, getDumpState: { result: { enable: false, feedback: false } } },
+        shows: 'A crash leaves nothing behind',
+    },
+    {
+        name: 'crash-fresh',
+        page,
+        answers: { ...answers, getDumpState: [none, some] },
+        act: async (view) => {
+            await view.locator('.dump-actions').waitFor();
+            await view.evaluate(() => window.freshcrshpageCallBack({ result: 'success' }));
+            await view.locator('.fresh-dump').waitFor();
+        },
+        shows: 'The suite has left a fresh crash dump',
+    },
+    {
+        name: 'crash-asked',
+        page,
+        answers,
+        act: (view) => view.click('.ask-once-start'),
+        shows: 'This cannot be undone.',
+    },
+    {
+        name: 'crash-cleared',
+        page,
+        answers: { ...answers, getDumpState: [some, none] },
+        act: confirmClear,
+        shows: 'Deleted, and checked again: no dump is left.',
+    },
+    {
+        name: 'crash-not-cleared',
+        page,
+        answers,
+        act: confirmClear,
+        shows: 'Some dumps could not be deleted.',
+    },
+    {
+        name: 'crash-failed',
+        page,
+        answers: { ...answers, getDumpState: { result: 'error' } },
+        shows: 'The dumps could not be looked at',
+    },
+    {
+        name: 'crash-unanswered',
+        page,
+        answers: { ...answers, cleardumpdir: {} },
+        act: confirmClear,
+        shows: 'The assistant gave no answer.',
+    },
+    {
+        name: 'crash-late',
+        page,
+        answers: { ...answers, cleardumpdir: { late: 1500, result: 'success' } },
+        act: confirmClear,
+        shows: 'This is being done',
+        later: 'Some dumps could not be deleted.',
+    },
+    {
+        name: 'crash-never',
+        page,
+        answers: { ...answers, getDumpState: { never: true } },
+        shows: 'Looking for dumps.',
+    },
+];

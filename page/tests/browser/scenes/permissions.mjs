@@ -1,0 +1,81 @@
+const page = 'permissions.html';
+
+const files = {
+    '.config': 'user|user|111-101-101|09:12:44',
+    'Office.conf': 'root|root|110-100-100|17:03:10',
+    Orvane: 'user|user|101-101-101|08:00:01',
+};
+const answers = {
+    stratextractfileinfo: { result: files },
+    stratcheckenv: {
+        result: {
+            sysinfo: 'Linux 6.1.0', vyrinfo: 'Version:12.1.0.1', officeinfo: '', browserinfo: '',
+            fontinfo: '', cpuInfo: '', envInfo: 'HOME=/home/user|USER=user',
+        },
+    },
+    addconfigfile: { result: 'success' },
+    exportoftenfileperm: { result: 'success' },
+    exportspecialfileperm: { result: 'error' },
+};
+
+export const scenes = [
+    { name: 'permissions', page, answers, shows: 'This belongs to root and not to you (user)' },
+    {
+        name: 'permissions-added',
+        page,
+        answers: {
+            ...answers,
+            stratextractfileinfo: [
+                { result: files },
+                { result: { ...files, 'not\u202Es.txt': '|users|110-100-110|11:59:59' } },
+            ],
+        },
+        act: async (view) => {
+            await view.getByText('root and not to you').waitFor();
+            await view.click('.permission-actions .el-button--primary');
+        },
+        shows: 'The file was added.',
+    },
+    {
+        name: 'permissions-empty',
+        page,
+        answers: { ...answers, stratextractfileinfo: { result: {} } },
+        shows: 'No path is listed.',
+    },
+    {
+        name: 'permissions-missing',
+        page,
+        answers: {
+            ...answers,
+            stratextractfileinfo: {
+                result: { '.config': 'user|user|111-101-101|09:12:44', Orvane: '|||' },
+            },
+        },
+        shows: 'There is nothing of this name.',
+    },
+    {
+        name: 'permissions-failed',
+        page,
+        answers: { ...answers, stratextractfileinfo: { result: 'error' } },
+        shows: 'The permissions could not be read',
+    },
+    {
+        name: 'permissions-unanswered',
+        page,
+        answers: { ...answers, stratextractfileinfo: {} },
+        shows: 'The assistant gave no answer.',
+    },
+    {
+        name: 'permissions-late',
+        page,
+        answers: { ...answers, stratcheckenv: { ...answers.stratcheckenv, late: 1500 } },
+        shows: 'Finding out whose assistant this is.',
+        later: 'This belongs to root and not to you (user)',
+    },
+    {
+        name: 'permissions-never',
+        page,
+        answers: { ...answers, stratextractfileinfo: { never: true } },
+        shows: 'Reading the permissions.',
+    },
+];
