@@ -116,6 +116,10 @@ export async function accessibilityFindings(page) {
     await page.evaluate(axeSource);
     const found = await page.evaluate(async () => {
         const root = document.documentElement;
+        // A colour on its way from one state to the next is not what a person reads.
+        const still = new CSSStyleSheet();
+        still.replaceSync('* { transition: none !important; }');
+        document.adoptedStyleSheets = [still];
         // Style sheets of files cannot be fetched again, and no rule that runs needs it.
         const options = { preload: false, resultTypes: ['violations'] };
         const asShown = await window.axe.run(document, options);

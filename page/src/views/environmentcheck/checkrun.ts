@@ -1,0 +1,58 @@
+import { computed, ref, shallowRef } from 'vue';
+import type { CheckFinding, Client, Outcome } from '@/client';
+import { progressDelay } from '@/shared/task';
+import { answers, type CheckRequest } from './checks';
+
+/** After this many milliseconds without a finding, waiting for it can be given up. */
+export const patience = 20_000;
+
+/**
+ * One check at a time: asked for, waited for, answered. The library would stop its whole window
+ * for a second check until the first one has ended, so that none is started before that.
+ */
+export function useCheckRun(client: Pick<Client, 'startCheck'>) {
+    const request = shallowRef<CheckRequest | null>(null);
+    const refusal = shallowRef<Exclude<Outcome<void>, { kind: 'done' }> | null>(null);
+    const slow = ref(false);
+    const long = ref(false);
+    let timers: ReturnType<typeof setTimeout>[] = [];
+
+    function end(): void {
+        timers.forEach(clearTimeout);
+        timers = [];
+        request.value = null;
+        slow.value = false;
+        long.value = false;
+    }
+
+    return {
+        running: computed(() => request.value !== null),
+        request,
+        refusal,
+        /** Running for long enough that a progress sign is due. */
+        slow,
+        /** Running for so long that giving up is offered. */
+        long,
+        async start(asked: CheckRequest): Promise<void> {
+            if (request.value) return;
+            request.value = asked;
+            refusal.value = null;
+            timers = [
+                setTimeout(() => { slow.value = true; }, progressDelay),
+                setTimeout(() => { long.value = true; }, patience),
+            ];
+            const outcome = await client.startCheck(asked.check, asked.component, asked.argument);
+            if (outcome.kind === 'done') return;
+            refusal.value = outcome;
+            end();
+        },
+        /** Takes a finding; says whether it is the one that was waited for. */
+        receive(finding: CheckFinding): boolean {
+            if (!request.value || !answers(finding, request.value)) return false;
+            end();
+            return true;
+        },
+        /** Waits no longer; what the check finds all the same is kept by the library. */
+        giveUp: end,
+    };
+}

@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import EnvironmentCheckView from './EnvironmentCheckView.vue';
+
+startView(EnvironmentCheckView, 'environmentcheck');

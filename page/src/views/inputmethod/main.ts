@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import InputMethodView from './InputMethodView.vue';
+
+startView(InputMethodView, 'inputmethod');

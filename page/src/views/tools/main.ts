@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import ToolsView from './ToolsView.vue';
+
+startView(ToolsView, 'tools');
