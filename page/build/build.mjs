@@ -6,6 +6,7 @@ import { build as buildScript, transform } from 'esbuild';
 import { bundle } from './bundle.mjs';
 import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
 import { htmlPage } from './htmlpage.mjs';
+import { pluginCheckPage } from './plugincheck.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
 
@@ -92,6 +93,8 @@ async function buildFiles() {
             styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }));
     }
+    // The library hands this very name to the user's browser.
+    files.set('vyrNpEnvCheck.html', await pluginCheckPage());
     return files;
 }
 

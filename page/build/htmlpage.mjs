@@ -1,10 +1,11 @@
 import { createHash } from 'node:crypto';
 
-function hashSource(text) {
+/** How a content policy names an inline piece. */
+export function hashSource(text) {
     return `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
 }
 
-function escapeHtml(text) {
+export function escapeHtml(text) {
     return text.replace(/[&<>"]/g, (sign) => `&#${sign.charCodeAt(0)};`);
 }
 

@@ -15,10 +15,10 @@ const sharedFiles = ['foundation.js', 'elements.js', 'elements.css'];
 const pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
 
 describe('the built page', () => {
-    it('has the page that the host opens first and one for each other view', () => {
+    it('has the page that the host opens first, one for each other view, the plug-in check', () => {
         const views = readdirSync(join(page, 'src/views'));
         const expected = views.map((view) => (view === 'home' ? 'index.html' : `${view}.html`));
-        expect(pages.sort()).toEqual(expected.sort());
+        expect([...pages].sort()).toEqual([...expected, 'vyrNpEnvCheck.html'].sort());
     });
 
     it('loads only classic scripts and styles of its own', () => {
@@ -43,6 +43,11 @@ describe('the built page', () => {
             expect(policy).toContain("connect-src 'none'");
             expect(policy).not.toContain('unsafe');
         }
+    });
+
+    it('has the plug-in check in one file, because some browsers load no second one', () => {
+        expect(read('vyrNpEnvCheck.html')).not.toMatch(/(?:src|href)=/);
+        expect(read('vyrNpEnvCheck.html')).not.toContain("'self'");
     });
 
     it('keeps the home page free of the component library', () => {
