@@ -9,7 +9,8 @@ const absentFromScripts = [
     ['Object.hasOwn', /\bObject\.hasOwn\b/],
     ['crypto.randomUUID', /\.randomUUID\b/],
     ['AbortSignal.timeout', /\bAbortSignal\.(timeout|any)\b/],
-    ['at()', /\.at\(-?[\w$]/],
+    // Not after two more dots: that is what the minifier named a function, spread.
+    ['at()', /(?<!\.\.)\.at\(-?[\w$]/],
     ['findLast()', /\.findLast(Index)?\(/],
     ['toSorted() and its kin', /\.to(Sorted|Reversed|Spliced)\(/],
     ['Object.groupBy', /\b(Object|Map)\.groupBy\b/],

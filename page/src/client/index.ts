@@ -21,6 +21,7 @@ export type { Failure, Outcome } from './outcome';
 export type { CheckFinding, SearchHit } from './notices';
 export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
+export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type { DumpState } from './dumpcommands';
 export type { ViewType } from './windowcommands';
 

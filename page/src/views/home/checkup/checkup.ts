@@ -1,0 +1,148 @@
+import { computed, ref, shallowReactive, shallowRef, watch } from 'vue';
+import type { Client, Failure, Outcome } from '@/client';
+import { findingId, stepNames, type Finding, type RepairName, type StepName, type StepResult }
+    from './finding';
+import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
+import { diagnoses, repairs } from './steps';
+
+/** How one diagnosis stands; "tooLate" is one that the check-up no longer waited for. */
+export type StepState =
+    | { state: 'waiting' | 'running' | 'tooLate' }
+    | { state: 'failed'; failure: Failure }
+    | { state: 'done'; result: StepResult };
+
+/** What came of a repair; "unchanged": checked again, and the same is still found. */
+export type RepairState = 'running' | 'repaired' | 'unchanged' | Failure;
+
+export interface Patience {
+    /** How long one diagnosis may take, in milliseconds. */
+    step: number;
+    /** Repairs run on after their answer: how often to look again, and how far apart. */
+    looks: number;
+    between: number;
+}
+
+export const defaultPatience: Patience = { step: 60_000, looks: 8, between: 1500 };
+
+function pause(milliseconds: number): Promise<void> {
+    return new Promise((resolve) => setTimeout(resolve, milliseconds));
+}
+
+/** Null when the answer takes longer than that; it is then no longer listened to. */
+async function within<Value>(work: Promise<Value>, milliseconds: number): Promise<Value | null> {
+    let timer: ReturnType<typeof setTimeout> | undefined;
+    const late = new Promise<null>((resolve) => {
+        timer = setTimeout(() => resolve(null), milliseconds);
+    });
+    try {
+        return await Promise.race([work, late]);
+    } finally {
+        clearTimeout(timer);
+    }
+}
+
+function stateOf(outcome: Outcome<StepResult> | null): StepState {
+    if (outcome === null) return { state: 'tooLate' };
+    if (outcome.kind === 'done') return { state: 'done', result: outcome.value };
+    return { state: 'failed', failure: outcome };
+}
+
+/** The quick diagnoses one after the other, what they found, and their repairs. */
+export function useCheckup(client: Client, patience: Patience = defaultPatience) {
+    const steps = shallowReactive(new Map<StepName, StepState>(
+        stepNames.map((name) => [name, { state: 'waiting' }])));
+    const running = ref(false);
+    const finishedAt = shallowRef<Date | null>(null);
+    const ignored = shallowRef(readIgnored());
+    /** By the kind of what was repaired, for which there is only one at a time. */
+    const repaired = shallowReactive(new Map<string, RepairState>());
+
+    watch(ignored, writeIgnored);
+
+    const all = computed(() => stepNames.flatMap((name) => {
+        const step = steps.get(name);
+        return step?.state === 'done' ? step.result.findings : [];
+    }));
+    const isIgnored = (finding: Finding): boolean => ignored.value.includes(findingId(finding));
+    const ended = computed(() => [...steps.values()]
+        .filter(({ state }) => state !== 'waiting' && state !== 'running').length);
+    const current = computed(() =>
+        stepNames.find((name) => steps.get(name)?.state === 'running') ?? null);
+
+    async function check(name: StepName): Promise<StepState> {
+        const state = stateOf(await within(diagnoses[name](client), patience.step));
+        steps.set(name, state);
+        if (state.state === 'done') {
+            // What has come back is not repaired.
+            state.result.findings.forEach(({ kind }) => {
+                if (repaired.get(kind) === 'repaired') repaired.delete(kind);
+            });
+        }
+        return state;
+    }
+
+    /** Makes all diagnoses; it cannot be started twice. */
+    async function run(): Promise<void> {
+        if (running.value) return;
+        running.value = true;
+        repaired.clear();
+        stepNames.forEach((name) => steps.set(name, { state: 'waiting' }));
+        for (const name of stepNames) {
+            steps.set(name, { state: 'running' });
+            await check(name);
+        }
+        finishedAt.value = new Date();
+        running.value = false;
+    }
+
+    /** Makes one diagnosis again, once the check-up has ended. */
+    async function runAgain(name: StepName): Promise<void> {
+        if (running.value || steps.get(name)?.state === 'waiting') return;
+        await check(name);
+    }
+
+    async function settled({ step, kind }: Finding): Promise<RepairState> {
+        for (let look = 0; look < patience.looks; look += 1) {
+            await pause(patience.between);
+            const state = await check(step);
+            if (state.state === 'failed') return state.failure;
+            if (state.state === 'done'
+                && !state.result.findings.some((finding) => finding.kind === kind)) {
+                return 'repaired';
+            }
+        }
+        return 'unchanged';
+    }
+
+    /** Repairs and looks again until what was found is gone, or does not go. */
+    async function repair(finding: Finding, name: RepairName): Promise<void> {
+        if (running.value || [...repaired.values()].includes('running')) return;
+        repaired.set(finding.kind, 'running');
+        const outcome = await within(repairs[name](client), patience.step);
+        if (outcome === null) repaired.set(finding.kind, 'unchanged');
+        else if (outcome.kind !== 'done') repaired.set(finding.kind, outcome);
+        else repaired.set(finding.kind, await settled(finding));
+    }
+
+    return {
+        steps,
+        running,
+        finishedAt,
+        ended,
+        current,
+        repaired,
+        findings: computed(() => all.value.filter((finding) => !isIgnored(finding))),
+        ignoredFindings: computed(() => all.value.filter(isIgnored)),
+        run,
+        runAgain,
+        repair,
+        ignore(finding: Finding): void {
+            ignored.value = withIgnored(ignored.value, findingId(finding));
+        },
+        noticeAgain(finding: Finding): void {
+            ignored.value = withoutIgnored(ignored.value, findingId(finding));
+        },
+    };
+}
+
+export type Checkup = ReturnType<typeof useCheckup>;
