@@ -1,0 +1,94 @@
+import { describe, expect, it } from 'vitest';
+import type { FilePermissions } from '@/client';
+import { judge, knownPath, rightsOf, userOf } from '@/views/permissions/judge';
+import { listText, rightsText } from '@/views/permissions/report';
+
+const file = (changes: Partial<FilePermissions> = {}): FilePermissions => ({
+    name: 'Office.conf', exists: true, owner: 'user', group: 'user', permissions: '110-100-100',
+    modified: '10:11:12', ...changes,
+});
+const t = (key: string, values: Record<string, unknown> = {}): string =>
+    `${key}${Object.values(values).length ? JSON.stringify(values) : ''}`;
+
+describe('a configuration file', () => {
+    it.each([
+        ['of one’s own', file(), 'good', 'good', []],
+        ['of someone else', file({ owner: 'root' }), 'foreign', 'bad',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
+        ['of someone else that everyone may write',
+            file({ owner: 'root', permissions: '110-110-110' }), 'foreignOpen', 'warning',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
+        ['of a user that is gone', file({ owner: '' }), 'nameless', 'bad',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
+        ['that may not be written', file({ permissions: '100-100-100' }), 'readOnly', 'bad',
+            ['chmod u+w ~/.config/Orvane/Office.conf']],
+        ['that may not be read', file({ permissions: '010-000-000' }), 'unreadable', 'bad',
+            ['chmod u+rw ~/.config/Orvane/Office.conf']],
+        ['that everyone may write', file({ permissions: '110-110-110' }), 'open', 'warning',
+            ['chmod o-w ~/.config/Orvane/Office.conf']],
+        ['that is not there', file({ exists: false, permissions: '' }), 'missing', 'plain', []],
+        ['with strange digits', file({ permissions: 'rw-r--r--' }), 'unclear', 'plain', []],
+    ] as const)('%s is judged so', (_name, entry, name, state, commands) => {
+        expect(judge(entry, 'user')).toEqual({ name, state, commands });
+    });
+
+    it('that is a folder has to be open to its owner', () => {
+        expect(judge(file({ name: 'Orvane', permissions: '110-000-000' }), 'user'))
+            .toEqual({ name: 'closed', state: 'bad', commands: ['chmod u+x ~/.config/Orvane'] });
+        expect(judge(file({ name: 'Orvane', owner: 'root' }), 'user').commands)
+            .toEqual(['sudo chown -R "$(id -un):$(id -gn)" ~/.config/Orvane']);
+    });
+
+    it('that was added has a command with a place for its path', () => {
+        expect(judge(file({ name: 'my notes', permissions: '100-000-000' }), 'user').commands)
+            .toEqual(['chmod u+w FILE']);
+    });
+
+    it('is no more than described while nobody knows the user', () => {
+        expect(judge(file(), null).name).toBe('unknownUser');
+        expect(judge(file({ permissions: '100-100-100' }), null).name).toBe('readOnly');
+        expect(judge(file({ owner: '' }), null).name).toBe('nameless');
+    });
+
+    it('is never a problem of the administrator', () => {
+        expect(judge(file({ permissions: '000-000-000' }), 'root').name).toBe('root');
+    });
+
+    it('named as a part of every object is not taken for a known one', () => {
+        expect(knownPath('constructor')).toBeNull();
+        expect(knownPath('__proto__')).toBeNull();
+    });
+});
+
+describe('permissions', () => {
+    it('are read by digits', () => {
+        expect(rightsOf('110-100-001')).toEqual({
+            owner: { read: true, write: true, execute: false },
+            group: { read: true, write: false, execute: false },
+            others: { read: false, write: false, execute: true },
+        });
+        expect(rightsOf('')).toBeNull();
+    });
+
+    it('are told in words', () => {
+        expect(rightsText('100-000-001', t)).toContain('permissions.rights.nothing');
+        expect(rightsText('?', t)).toBe('');
+    });
+});
+
+describe('the user', () => {
+    it('is told by USER, else by LOGNAME', () => {
+        expect(userOf([{ name: 'LOGNAME', value: 'b' }, { name: 'USER', value: 'a' }])).toBe('a');
+        expect(userOf([{ name: 'LOGNAME', value: 'b' }, { name: 'USER', value: '' }])).toBe('b');
+        expect(userOf([])).toBeNull();
+    });
+});
+
+describe('the copied list', () => {
+    it('names what would not show and leaves out facts of what is not there', () => {
+        const text = listText(
+            [file({ name: 'a\u202Eb' }), file({ exists: false, permissions: '' })], 'user', t);
+        expect(text).toContain('a⟨U+202E⟩b  user:user  110-100-100  10:11:12');
+        expect(text).toContain('\nOffice.conf\n');
+    });
+});
