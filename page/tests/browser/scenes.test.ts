@@ -1,15 +1,10 @@
 import { readdirSync } from 'node:fs';
-import { fileURLToPath } from 'node:url';
 import { chromium, type Browser } from 'playwright-core';
 import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
-import { accessibilityFindings, openView, unexpectedCommands, type Scene } from './harness.mjs';
+import { allScenes } from './allscenes';
+import { accessibilityFindings, openView, unexpectedCommands } from './harness.mjs';
 
-const folder = fileURLToPath(new URL('scenes', import.meta.url));
-const scenes: Scene[] = [];
-for (const file of readdirSync(folder).sort()) {
-    const view = file.replace(/\.mjs$/, '');
-    scenes.push(...((await import(`./scenes/${view}.mjs`)) as { scenes: Scene[] }).scenes);
-}
+const scenes = await allScenes();
 
 let browser: Browser;
 beforeAll(async () => {

@@ -1,0 +1,165 @@
+import { chromium, type Browser } from 'playwright-core';
+import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { allScenes } from './allscenes';
+import { openView, sentCommands, type Answer, type Scene, type ViewPage } from './harness.mjs';
+
+const scenes = await allScenes();
+let browser: Browser;
+beforeAll(async () => {
+    browser = await chromium.connect(inject('browserAddress'));
+});
+afterAll(() => browser.close());
+
+function named(name: string, changes: Record<string, Answer> = {}): Scene {
+    const scene = scenes.find((candidate) => candidate.name === name);
+    if (!scene) throw new Error(`no scene ${name}`);
+    return { ...scene, answers: { ...scene.answers, ...changes } };
+}
+
+async function playing(scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> {
+    const view = await openView(browser, inject('builtPage'), scene);
+    await scene.act?.(view);
+    await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
+    await test(view);
+    expect(view.complaints).toEqual([]);
+    await view.context().close();
+}
+
+async function lastSent(view: ViewPage, count = 1) {
+    return (await sentCommands(view)).slice(-count);
+}
+
+/** Waits for the command, with a bound, because keys and clicks act in their own time. */
+async function sent(view: ViewPage, command: string, times = 1): Promise<void> {
+    await view.waitForFunction(([name, count]) =>
+        (window as unknown as { sent: { command: string }[] }).sent
+            .filter((one) => one.command === name).length >= count, [command, times] as const);
+}
+
+describe('the view of crash dumps', () => {
+    it('closes as what it was opened as, so that the watch ends', () =>
+        playing(named('crash'), async (view) => {
+            await view.keyboard.press('Escape');
+            await sent(view, 'closechildwindow');
+            expect(await lastSent(view))
+                .toEqual([{ command: 'closechildwindow', args: { type: 'crash' } }]);
+        }));
+
+    it('hands over to feedback, which is told where it comes from', () =>
+        playing(named('crash-fresh'), async (view) => {
+            await view.click('.fresh-dump .el-button');
+            await sent(view, 'router');
+            expect(await lastSent(view, 2)).toEqual([
+                { command: 'feedbacktovyr', args: { infopage: 'crash' } },
+                { command: 'router', args: { page: 'feedback.html', type: '' } },
+            ]);
+        }));
+
+    it('deletes nothing before it was confirmed, and Escape only takes the question back', () =>
+        playing(named('crash-asked'), async (view) => {
+            await view.keyboard.press('Escape');
+            await view.locator('.ask-once-start').waitFor();
+            const commands = (await sentCommands(view)).map(({ command }) => command);
+            expect(commands).not.toContain('cleardumpdir');
+            expect(commands).not.toContain('closechildwindow');
+        }));
+
+    it('shows the switch as the library reads it afterwards', () =>
+        playing(named('crash'), async (view) => {
+            await view.click('.el-switch');
+            await view.getByText('The setting did not change.').first().waitFor();
+            expect(await view.locator('.el-switch input').isChecked()).toBe(true);
+        }));
+});
+
+describe('the environment check', () => {
+    it('closes as what it was opened as, so that a check under way is dropped', () =>
+        playing(named('environmentcheck-never'), async (view) => {
+            await view.keyboard.press('Escape');
+            await sent(view, 'closechildwindow');
+            expect(await lastSent(view))
+                .toEqual([{ command: 'closechildwindow', args: { type: 'vyrrunningcheck' } }]);
+        }));
+
+    it('does not start a second check while one runs', () =>
+        playing(named('environmentcheck-never'), async (view) => {
+            await view.keyboard.press('F5');
+            expect(await view.locator('.check-start .el-button--primary').isDisabled()).toBe(true);
+            expect(await view.locator('.check-start').getAttribute('title'))
+                .toContain('A check is under way');
+            const checks = (await sentCommands(view))
+                .filter(({ command }) => command === 'vyrenvcheck');
+            expect(checks).toEqual([{
+                command: 'vyrenvcheck', args: { type: 'libraries', app: 'vyr', arg: '' },
+            }]);
+        }));
+
+    it('sends a check of one’s own as it was typed', () =>
+        playing(named('environmentcheck-other'), async (view) => {
+            await view.locator('.check-fields input').nth(0).fill('own check');
+            await view.locator('.check-fields input').nth(1).fill('-v');
+            await view.keyboard.press('Enter');
+            await sent(view, 'vyrenvcheck');
+            expect(await lastSent(view)).toEqual([{
+                command: 'vyrenvcheck', args: { type: 'own check', app: 'vyr', arg: '-v' },
+            }]);
+        }));
+});
+
+describe('values from outside', () => {
+    it('are text, never HTML', () =>
+        playing(named('permissions', {
+            stratextractfileinfo: { result: {
+                '<img src=x onerror=alert(1)>': '<b>root</b>|g|110-100-100|1:1:1',
+                Orvane: 'root|root|110-000-000|1:1:1',
+            } },
+        }), async (view) => {
+            expect(await view.locator('.file-card img, .file-card b').count()).toBe(0);
+            await view.getByText('<b>root</b>', { exact: true }).waitFor();
+        }));
+});
+
+describe('the view of processes', () => {
+    it('asks for nothing more while it is paused', () =>
+        playing(named('processes-table'), async (view) => {
+            await view.clock.install();
+            const reads = (await sentCommands(view))
+                .filter(({ command }) => command === 'getcpuinfo').length;
+            await view.keyboard.press('F5');
+            await sent(view, 'getcpuinfo', reads + 1);
+            const before = (await sentCommands(view)).length;
+            await view.clock.runFor(60_000);
+            expect((await sentCommands(view)).length).toBe(before);
+        }));
+
+    it('goes on by itself', () =>
+        playing(named('processes-full'), async (view) => {
+            await view.clock.install();
+            await view.keyboard.press('F5');
+            await sent(view, 'getcpuinfo', 2);
+            await view.clock.runFor(6000);
+            await sent(view, 'getcpuinfo', 3);
+        }));
+});
+
+describe('the check-up', () => {
+    it('opens the view that mends a finding, and looks again when that has closed', () =>
+        playing(named('home-findings'), async (view) => {
+            await view.getByRole('button', { name: 'Open “Input method”' }).click();
+            await sent(view, 'router');
+            expect(await lastSent(view)).toEqual(
+                [{ command: 'router', args: { page: 'inputmethod.html', type: '' } }]);
+            await view.evaluate(() => window.hiddentipCallBack!({ result: 'show' }));
+            await view.locator('.veil').waitFor();
+            await view.evaluate(() => window.hiddentipCallBack!({ result: 'hide' }));
+            await sent(view, 'inputcheck', 2);
+        }));
+
+    it('remembers what is ignored when the page is opened again', () =>
+        playing(named('home-ignored'), async (view) => {
+            await view.reload();
+            await view.keyboard.press('F5');
+            await view.getByText('One ignored finding').waitFor();
+            await view.getByText('All is well').waitFor();
+        }));
+});
