@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+class QIODevice;
+
+namespace standin {
+
+/// The file system inside a file in which the older document formats keep their streams (OLE2).
+/// Reads what it needs of the file; of a stream never more than was asked for.
+class CompoundFile
+{
+public:
+    /// @throws DocumentError when the file is damaged
+    explicit CompoundFile(QIODevice &file);
+
+    /// Whether there is a stream of that name in the root storage.
+    bool contains(const std::string &name) const { return m_streams.count(name) != 0; }
+
+    /// The size of a stream; zero when there is none.
+    std::uint64_t size(const std::string &name) const;
+
+    /// Up to @p size bytes from @p offset of a stream; fewer at its end.
+    /// @throws DocumentError when the chain of its sectors is damaged
+    std::string read(const std::string &name, std::uint64_t offset, std::size_t size);
+
+private:
+    struct Stream
+    {
+        std::uint32_t start = 0;
+        std::uint64_t size = 0;
+    };
+
+    /// Where the reading of a chain of sectors stands: readers go forwards nearly always.
+    struct Position
+    {
+        std::uint32_t start = 0;
+        std::uint64_t index = 0;
+        std::uint32_t sector = 0;
+        bool isMini = false;
+        bool isValid = false;
+    };
+
+    void readHeader();
+    void readFatSectors(std::uint32_t firstExtension, std::uint32_t extensions);
+    void readDirectory(std::uint32_t start);
+    void addDirectoryEntry(const std::string &entry);
+    std::string readAt(std::uint64_t offset, std::size_t size);
+    std::string readSector(std::uint32_t sector);
+    std::uint32_t nextSector(std::uint32_t sector);
+    std::uint32_t nextMiniSector(std::uint32_t sector);
+    std::uint32_t sectorOf(const Stream &stream, bool isMini, std::uint64_t index,
+                           Position &position);
+    std::string readChain(const Stream &stream, bool isMini, std::uint64_t offset,
+                          std::size_t size);
+
+    QIODevice &m_file;
+    std::uint64_t m_sectorSize = 512;
+    std::uint64_t m_miniSectorSize = 64;
+    std::uint64_t m_miniStreamLimit = 4096;
+    std::vector<std::uint32_t> m_fatSectors;
+    std::uint32_t m_cachedFatSector = 0xFFFFFFFF;
+    std::string m_cachedFat;
+    Stream m_miniFat;
+    Stream m_miniStream;
+    std::map<std::string, Stream> m_streams;
+    Position m_position;
+    Position m_miniFatPosition;
+    Position m_miniStreamPosition;
+};
+
+} // namespace standin

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace standin {
+
+class ArchivePackage;
+class FontUsage;
+class Relationships;
+
+/// Reads the fonts of a presentation in the form of a package.
+/// @throws DocumentError
+void readPresentation(ArchivePackage &package, const Relationships &relationships,
+                      const std::string &mainPart, FontUsage &usage);
+
+} // namespace standin

@@ -1,0 +1,64 @@
+#include "standin/fonts/resourcelimits.h"
+
+#include <algorithm>
+#include <csignal>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "standin/fonts/limits.h"
+
+// The sanitizers need terabytes of address space for their own bookkeeping.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define STANDIN_SANITIZED 1
+#else
+#define STANDIN_SANITIZED 0
+#endif
+
+namespace standin {
+
+namespace {
+
+void setSoftLimit(rlim_t value)
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_DATA, &limit) != 0)
+        return;
+    limit.rlim_cur = std::min(value, limit.rlim_max);
+    setrlimit(RLIMIT_DATA, &limit);
+}
+
+extern "C" void endForTime(int)
+{
+    constexpr char message[] = "the document takes too long to read\n";
+    const ssize_t ignored = write(STDERR_FILENO, message, sizeof(message) - 1);
+    _exit(ignored >= 0 ? 1 : 2);
+}
+
+} // namespace
+
+MemoryLimit::MemoryLimit()
+{
+    rlimit limit = {};
+    getrlimit(RLIMIT_DATA, &limit);
+    m_previous = limit.rlim_cur;
+    if (!STANDIN_SANITIZED)
+        setSoftLimit(std::min<rlim_t>(limit.rlim_cur, limits::dataBytes));
+}
+
+MemoryLimit::~MemoryLimit()
+{
+    setSoftLimit(m_previous);
+}
+
+void limitProcessorTime()
+{
+    std::signal(SIGXCPU, endForTime);
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_CPU, &limit) != 0)
+        return;
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_cur, limits::processorSeconds);
+    setrlimit(RLIMIT_CPU, &limit);
+}
+
+} // namespace standin

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+namespace standin {
+
+/// The kinds of characters for which a document names a font each.
+enum Script : unsigned {
+    AsciiScript = 1,
+    HighAnsiScript = 2,
+    EastAsianScript = 4,
+    ComplexScript = 8,
+    SymbolScript = 16 ///< characters of symbol fonts, in the private use area
+};
+
+/// The kind of a character. @p preferEastAsian: characters that Latin and East Asian fonts share
+/// count as East Asian, as the writer's "hint" says.
+Script scriptOf(char32_t character, bool preferEastAsian = false);
+
+/// The kinds of characters in a piece of UTF-8 text, joined by "or".
+unsigned scriptsOf(std::string_view text, bool preferEastAsian = false);
+
+} // namespace standin

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace standin {
+
+class ArchivePackage;
+class FontUsage;
+class Relationships;
+
+/// Reads the fonts of a text document in the form of a package; @p mainPart is its body.
+/// @throws DocumentError
+void readWordDocument(ArchivePackage &package, const Relationships &relationships,
+                      const std::string &mainPart, FontUsage &usage);
+
+} // namespace standin
