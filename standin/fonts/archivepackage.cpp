@@ -110,6 +110,9 @@ void ArchivePackage::visit(const Wanted &wanted, const Visit &visit)
         const std::string name = partName(path);
         if (name.empty() || !wanted(name))
             continue;
+        // The entry and the package's directory contradict each other.
+        if (status == ARCHIVE_WARN)
+            damaged(source.get());
         checkMethod(source.get(), entry);
         if (archive_entry_size_is_set(entry) && archive_entry_size(entry) > limits::unpackedBytes)
             throw DocumentError("the document is too big when it is unpacked");

@@ -55,8 +55,11 @@ FontReport reportFonts(const std::vector<UsedFamily> &families, const MatchFamil
             continue;
         // The English name stands for a family that the document calls by several.
         const QString english = familyAliases(names.first()).first();
-        const QString key = english.toCaseFolded();
-        missing.insert(key, missing.contains(key) ? english : names.first());
+        QString &name = missing[english.toCaseFolded()];
+        if (name.isEmpty())
+            name = names.first();
+        else if (name.compare(names.first(), Qt::CaseInsensitive) != 0)
+            name = english;
     }
     report.missing = missing.values();
     report.missing.sort();
