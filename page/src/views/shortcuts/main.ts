@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import ShortcutsView from './ShortcutsView.vue';
+
+startView(ShortcutsView, 'shortcuts');

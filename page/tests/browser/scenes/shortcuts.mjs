@@ -1,0 +1,96 @@
+const page = 'shortcuts.html';
+
+function desktop(files, mode = 'helio_independ') {
+    return {
+        result: { icon: files.join('|'), mode, chartboard: false, docket: false,
+            fixedcomponent: true },
+    };
+}
+
+const separate = ['vyr', 'shw', 'tbl', 'pdf'].map((name) => `vyr-office-${name}.desktop`);
+const strange = 'vyr-office-\u202Eeti\u2066.desktop';
+
+async function putBack(view) {
+    await view.click('.ask-once-start');
+    await view.click('.ask-once-confirm');
+}
+
+export const scenes = [
+    {
+        name: 'shortcuts',
+        page,
+        answers: { getdesktopiconfile: desktop([...separate, strange]) },
+        shows: '⟨U+202E⟩',
+    },
+    {
+        name: 'shortcuts-empty',
+        page,
+        answers: { getdesktopiconfile: desktop([]) },
+        shows: 'No shortcut of the suite lies on the desktop',
+    },
+    {
+        name: 'shortcuts-integrated',
+        page,
+        answers: { getdesktopiconfile: desktop(separate, 'helio_fushion') },
+        shows: 'Integrated: one program',
+    },
+    {
+        name: 'shortcuts-deep',
+        page,
+        answers: { getdesktopiconfile: desktop(['Schreibtisch', 'Schreibtisch'], 'odd_mode') },
+        shows: '2 are in this folder',
+    },
+    {
+        name: 'shortcuts-asking',
+        page,
+        answers: { getdesktopiconfile: desktop(separate) },
+        act: (view) => view.click('.ask-once-start'),
+        shows: 'are replaced. Go on?',
+    },
+    {
+        name: 'shortcuts-repaired',
+        page,
+        answers: {
+            getdesktopiconfile: [desktop([]), desktop([]), desktop(separate.slice(0, 1)),
+                desktop(separate)],
+            fixfouricon: { result: 'success' },
+        },
+        act: putBack,
+        shows: 'Repaired, checked again',
+    },
+    {
+        name: 'shortcuts-not-repaired',
+        page,
+        answers: {
+            getdesktopiconfile: desktop(separate, 'helio_fushion'),
+            fixoneicon: { result: 'success' },
+        },
+        act: putBack,
+        shows: 'vyr-office-tessaly.desktop is still missing',
+    },
+    {
+        name: 'shortcuts-failed',
+        page,
+        answers: { getdesktopiconfile: { refused: 'the desktop is locked' } },
+        shows: 'The desktop could not be read',
+    },
+    {
+        name: 'shortcuts-unanswered',
+        page,
+        answers: { getdesktopiconfile: {} },
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'shortcuts-late',
+        page,
+        answers: { getdesktopiconfile: { late: 2500, ...desktop(separate) } },
+        shows: 'Looking at the desktop',
+        later: 'Text documents',
+    },
+    {
+        name: 'shortcuts-never',
+        page,
+        answers: { getdesktopiconfile: { never: true } },
+        shows: 'Looking at the desktop',
+    },
+];
