@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import AssociationsView from './AssociationsView.vue';
+
+startView(AssociationsView, 'associations');

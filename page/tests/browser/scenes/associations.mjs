@@ -1,0 +1,123 @@
+const page = 'associations.html';
+
+const extensions = {
+    vyr: ['docx', 'docm', 'doc', 'dot', 'dotm', 'dotx', 'vyr', 'vyrx', 'vyrs', 'vyro', 'vyt',
+        'vytx', 'rtf'],
+    shw: ['pptx', 'ppt', 'pptm', 'pps', 'pot', 'potm', 'potx', 'ppsx', 'shd', 'shdx', 'sht',
+        'shtx', 'shds', 'shdo'],
+    tbl: ['xlsx', 'xls', 'xlsm', 'xlt', 'xltm', 'xltx', 'tbl', 'tblx', 'tbt', 'tbtx', 'tbls',
+        'tblo'],
+};
+
+/** Three objects as the library answers them; `wrong` are those that need repair. */
+function listing(good, bad, wrong = []) {
+    return {
+        result: ['vyr', 'shw', 'tbl'].map((tag) => Object.fromEntries(
+            extensions[tag].map((extension) => [`.${extension}`, wrong.includes(extension)
+                ? `${bad}|false` : `${good(tag)}|true`]))),
+    };
+}
+
+const types = (wrong) =>
+    listing((tag) => `application/vyr-office.${tag}`, 'application/x-other\u202E', wrong);
+const programs = (wrong) => listing(
+    (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : `vyr-office-${tag}.desktop`),
+    'vyr-office-shw.desktop', wrong);
+const nothing = { result: [{}, {}, {}] };
+
+async function repair(view) {
+    await view.click('.ask-once-start');
+    await view.click('.ask-once-confirm');
+}
+
+export const scenes = [
+    {
+        name: 'associations',
+        page,
+        answers: { getassomime: types(), getassoopen: programs() },
+        shows: 'All 39 document types are in order.',
+    },
+    {
+        name: 'associations-problems',
+        page,
+        answers: {
+            getassomime: types(['doc', 'xls']),
+            getassoopen: programs(['doc', 'docx', 'rtf', 'ppt']),
+        },
+        act: (view) => view.check('input[value="problems"]'),
+        shows: '3 types need repair',
+    },
+    {
+        name: 'associations-filter',
+        page,
+        answers: { getassomime: types(['doc']), getassoopen: programs() },
+        act: async (view) => {
+            await view.waitForSelector('.association-table');
+            await view.keyboard.press('Control+f');
+            await view.keyboard.type('office.tbl');
+        },
+        shows: '.tblx',
+    },
+    {
+        name: 'associations-repaired',
+        page,
+        answers: {
+            getassomime: [types(['doc', 'xls']), types(['doc']), types()],
+            getassoopen: programs(),
+            fileassorepair: { result: 'success' },
+        },
+        act: repair,
+        shows: 'Repaired, checked again: all 39',
+    },
+    {
+        name: 'associations-not-repaired',
+        page,
+        answers: {
+            getassomime: types(['doc']),
+            getassoopen: programs(),
+            fileassorepair: { result: 'success' },
+        },
+        act: repair,
+        shows: 'one type still needs repair',
+    },
+    {
+        name: 'associations-no-samples',
+        page,
+        answers: { getassomime: nothing, getassoopen: nothing },
+        shows: 'The sample documents are missing',
+    },
+    {
+        name: 'associations-no-tools',
+        page,
+        answers: {
+            getassomime: listing(() => '', '', Object.values(extensions).flat()),
+            getassoopen: listing(() => '', '', Object.values(extensions).flat()),
+        },
+        shows: 'Install the package libglib2.0-bin',
+    },
+    {
+        name: 'associations-failed',
+        page,
+        answers: { getassomime: { result: 'error' } },
+        shows: 'The desktop could not be asked',
+    },
+    {
+        name: 'associations-unanswered',
+        page,
+        answers: { getassomime: types(), getassoopen: {} },
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'associations-late',
+        page,
+        answers: { getassomime: { late: 2500, ...types() }, getassoopen: programs() },
+        shows: 'Asking the desktop about 39',
+        later: 'All 39 document types are in order.',
+    },
+    {
+        name: 'associations-never',
+        page,
+        answers: { getassomime: { never: true } },
+        shows: 'Asking the desktop about 39',
+    },
+];
