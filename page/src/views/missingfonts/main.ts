@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import MissingFontsView from './MissingFontsView.vue';
+
+startView(MissingFontsView, 'missingfonts');

@@ -1,0 +1,72 @@
+const page = 'layout.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const chosen = { result: base64('/home/user/Documents/r\u202Eeport.docx') };
+
+const choose = (view) => view.click('.el-button--primary');
+async function chooseAndOpen(view) {
+    await choose(view);
+    await view.click('.step-card:nth-child(2) .el-button--primary');
+}
+
+export const scenes = [
+    { name: 'layout', page, shows: 'Text documents, spreadsheets and presentations' },
+    {
+        name: 'layout-opened',
+        page,
+        answers: { chooselayouterrorfile: chosen, openlaytouerrorfile: { result: 'success' } },
+        act: chooseAndOpen,
+        shows: 'The document was opened.',
+    },
+    {
+        name: 'layout-cancelled',
+        page,
+        answers: { chooselayouterrorfile: { result: 'error' } },
+        act: choose,
+        shows: 'No document was chosen.',
+    },
+    {
+        name: 'layout-gone',
+        page,
+        answers: { chooselayouterrorfile: chosen, openlaytouerrorfile: { result: 'error' } },
+        act: chooseAndOpen,
+        shows: 'The document is no longer where it was',
+    },
+    {
+        name: 'layout-unsafe',
+        page,
+        answers: { chooselayouterrorfile: chosen, openlaytouerrorfile: {} },
+        act: chooseAndOpen,
+        shows: 'opening it could run a program',
+    },
+    {
+        name: 'layout-handed-over',
+        page,
+        answers: { chooselayouterrorfile: chosen, router: { refused: 'no window' } },
+        act: async (view) => {
+            await choose(view);
+            await view.click('.step-card:nth-child(3) button');
+            await view.waitForFunction(() =>
+                window.sent.some(({ command, args }) =>
+                    command === 'feedbacktovyr' && args.infopage === 'layout')
+                && window.sent.some(({ command, args }) =>
+                    command === 'router' && args.page === 'feedback.html'));
+        },
+        shows: 'The assistant did not take the request (no window)',
+    },
+    {
+        name: 'layout-late',
+        page,
+        answers: { chooselayouterrorfile: { late: 2500, ...chosen } },
+        act: choose,
+        shows: 'A file dialog is open',
+        later: 'The document is remembered',
+    },
+    {
+        name: 'layout-never',
+        page,
+        answers: { chooselayouterrorfile: { never: true } },
+        act: choose,
+        shows: 'A file dialog is open',
+    },
+];

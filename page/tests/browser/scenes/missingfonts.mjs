@@ -1,0 +1,88 @@
+const page = 'missingfonts.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const chosen = { result: base64('/home/user/Documents/report.docx') };
+const missing = (list) => ({ result: { MissFonts: base64(list) } });
+const someFonts = 'Calibri;宋体;Brand Face\u202E;DejaVu Sans Condensed;Calibri';
+
+const choose = (view) => view.click('.el-button--primary');
+
+export const scenes = [
+    { name: 'missingfonts', page, shows: 'Choose a document that looks wrong' },
+    {
+        name: 'missingfonts-found',
+        page,
+        answers: { choosesamplefile: chosen, comparefont: missing(someFonts) },
+        act: choose,
+        shows: 'sudo apt-get install fonts-crosextra-carlito fonts-dejavu-core fonts-noto-cjk',
+    },
+    {
+        name: 'missingfonts-unknown',
+        page,
+        answers: { choosesamplefile: chosen, comparefont: missing('Brand Face') },
+        act: choose,
+        shows: 'No package is known for these fonts',
+    },
+    {
+        name: 'missingfonts-none',
+        page,
+        answers: { choosesamplefile: chosen, comparefont: missing('') },
+        act: choose,
+        shows: 'All fonts of the document are installed',
+    },
+    {
+        name: 'missingfonts-cancelled',
+        page,
+        answers: { choosesamplefile: { result: 'error' } },
+        act: choose,
+        shows: 'No document was chosen.',
+    },
+    {
+        name: 'missingfonts-failed',
+        page,
+        answers: { choosesamplefile: chosen, comparefont: { result: 'error' } },
+        act: choose,
+        shows: 'The suite did not open the document. Check',
+    },
+    {
+        name: 'missingfonts-blanks',
+        page,
+        answers: {
+            choosesamplefile: { result: base64('/home/user/My documents/a.docx') },
+            comparefont: { result: 'error' },
+        },
+        act: choose,
+        shows: 'Its path holds blanks',
+    },
+    {
+        name: 'missingfonts-wrong-type',
+        page,
+        answers: { choosesamplefile: { result: base64('/home/user/picture.png') } },
+        act: choose,
+        shows: 'cannot be asked about this type of document',
+    },
+    {
+        name: 'missingfonts-unanswered',
+        page,
+        answers: { choosesamplefile: chosen, comparefont: {} },
+        act: choose,
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'missingfonts-late',
+        page,
+        answers: {
+            choosesamplefile: chosen, comparefont: { late: 2500, ...missing('Arial') },
+        },
+        act: choose,
+        shows: 'The suite is looking through the document',
+        later: 'One font is missing.',
+    },
+    {
+        name: 'missingfonts-never',
+        page,
+        answers: { choosesamplefile: { never: true } },
+        act: choose,
+        shows: 'A file dialog is open',
+    },
+];

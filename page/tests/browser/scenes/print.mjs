@@ -1,0 +1,70 @@
+const page = 'print.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const printed = { result: base64('/home/user/Documents/report.final.docx') };
+
+const choose = (view) => view.click('.el-button--primary');
+
+export const scenes = [
+    { name: 'print', page, shows: 'The suite prints the document that you choose' },
+    {
+        name: 'print-printed',
+        page,
+        answers: { openprinterrorfile: printed },
+        act: choose,
+        shows: 'Look at report.pdf and at the paper',
+    },
+    {
+        name: 'print-judged',
+        page,
+        answers: { openprinterrorfile: printed },
+        act: async (view) => {
+            await choose(view);
+            await view.check('input[value="right"]');
+        },
+        shows: 'the printer or its driver is to blame',
+    },
+    {
+        name: 'print-handed-over',
+        page,
+        answers: { openprinterrorfile: printed, router: { refused: 'no window' } },
+        act: async (view) => {
+            await choose(view);
+            await view.check('input[value="wrong"]');
+            await view.click('.step-card:nth-child(3) button');
+            await view.waitForFunction(() =>
+                window.sent.some(({ command, args }) =>
+                    command === 'feedbacktovyr' && args.infopage === 'print'));
+        },
+        shows: 'The assistant did not take the request (no window)',
+    },
+    {
+        name: 'print-failed',
+        page,
+        answers: { openprinterrorfile: { result: 'error' } },
+        act: choose,
+        shows: 'Either no document was chosen',
+    },
+    {
+        name: 'print-unanswered',
+        page,
+        answers: { openprinterrorfile: {} },
+        act: choose,
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'print-late',
+        page,
+        answers: { openprinterrorfile: { late: 2500, ...printed } },
+        act: choose,
+        shows: 'Choose a document in the file dialog',
+        later: 'The document was printed into a PDF',
+    },
+    {
+        name: 'print-never',
+        page,
+        answers: { openprinterrorfile: { never: true } },
+        act: choose,
+        shows: 'Choose a document in the file dialog',
+    },
+];
