@@ -23,7 +23,7 @@ const openRuns = (view) => view.click('#tab-runs');
 
 /** Edits the first setting. */
 async function edit(view, value) {
-    await view.click('[aria-label="Edit channel"]');
+    await view.click('tbody tr:first-child button');
     await view.fill('[aria-label="channel"]', value);
 }
 
@@ -61,8 +61,8 @@ export const scenes = [
         page,
         answers: { ...answers, changeupdateconfig: { result: 'success' } },
         act: async (view) => {
-            await view.fill('[aria-label="New key"]', 'added');
-            await view.click('text=Add');
+            await view.fill('.configuration-new input >> nth=0', 'added');
+            await view.keyboard.press('Enter');
         },
         shows: 'the old value is still there',
     },

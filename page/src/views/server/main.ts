@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import ServerView from './ServerView.vue';
+
+startView(ServerView, 'server');

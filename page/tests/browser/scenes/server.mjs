@@ -1,0 +1,103 @@
+const page = 'server.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const errorPage = '<html><head><title>Not found</title></head>\n<body>\n'
+    + '<script>alert("never run")</script>\n<h1>Nothing here\u202E</h1>\n</body></html>';
+
+const cell = (number) => `.request-row input >> nth=${number}`;
+const url = '.request-field:first-child input';
+
+async function send(view) {
+    await view.fill(url, 'https://server.example/documents/1');
+    await view.click('.server-send button');
+}
+
+/** A save as a form with a header and a field. */
+async function fillForm(view) {
+    await view.fill(url, 'https://server.example/save');
+    await view.check('input[value="saveURL_FormData"]');
+    await view.click('.request-rows >> nth=0 >> .el-button');
+    await view.fill(cell(0), 'X-Session');
+    await view.fill(cell(1), '12 34');
+    await view.click('.request-rows >> nth=1 >> .el-button');
+    await view.fill(cell(2), 'documentId');
+    await view.fill(cell(3), '文档');
+}
+
+export const scenes = [
+    { name: 'server', page, shows: 'Enter an address first.' },
+    {
+        name: 'server-form',
+        page,
+        act: fillForm,
+        shows: 'Content-Disposition: form-data; name="documentId"',
+    },
+    {
+        name: 'server-separator',
+        page,
+        act: async (view) => {
+            await fillForm(view);
+            await view.fill(cell(1), 'http://referrer');
+        },
+        shows: 'cannot be sent here',
+    },
+    {
+        name: 'server-other',
+        page,
+        act: async (view) => {
+            await view.fill(url, 'http://127.0.0.1/save');
+            await view.check('input[name="server-function"][value=""]');
+        },
+        shows: 'Enter the name of a function first.',
+    },
+    {
+        name: 'server-success',
+        page,
+        answers: { openremoveurlcheck: { result: 'success' } },
+        act: send,
+        shows: 'The server answered without an error.',
+    },
+    {
+        name: 'server-not-found',
+        page,
+        answers: { openremoveurlcheck: { result: base64(`404:${errorPage}`) } },
+        act: send,
+        shows: '<script>alert("never run")</script>',
+    },
+    {
+        name: 'server-silent',
+        page,
+        answers: { openremoveurlcheck: { result: base64('0:') } },
+        act: send,
+        shows: 'The server did not answer. Check the address',
+    },
+    {
+        name: 'server-incomplete',
+        page,
+        answers: { openremoveurlcheck: { result: 'parame error' } },
+        act: send,
+        shows: 'Address and function are both needed',
+    },
+    {
+        name: 'server-unanswered',
+        page,
+        answers: { openremoveurlcheck: {} },
+        act: send,
+        shows: 'The request was not sent',
+    },
+    {
+        name: 'server-late',
+        page,
+        answers: { openremoveurlcheck: { late: 2500, result: 'success' } },
+        act: send,
+        shows: 'Waiting for the server',
+        later: 'The server answered without an error.',
+    },
+    {
+        name: 'server-never',
+        page,
+        answers: { openremoveurlcheck: { never: true } },
+        act: send,
+        shows: 'Waiting for the server',
+    },
+];
