@@ -3,11 +3,14 @@
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { commandLineFigures } from './commandline.mjs';
+import { commandFigures } from './commands.mjs';
+import { searchFigures } from './search.mjs';
 import { windowFigures } from './window.mjs';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
 const office = `${root}build/suite/office`;
 const programs = {
+    suite: `${root}build/suite`,
     assistantctl: `${office}/assistantctl`,
     shell: `${office}/helio-shell`,
     html: `${office}/addons/vyrassistanttool/officeassistant/resource/html/index.html`,
@@ -21,7 +24,7 @@ function line({ name, unit, goal, ours, peer, ratio }) {
 }
 
 const figures = [];
-for (const measure of [commandLineFigures, windowFigures]) {
+for (const measure of [commandLineFigures, commandFigures, searchFigures, windowFigures]) {
     for (const measured of await measure(programs)) {
         figures.push(measured);
         console.log(line(measured));

@@ -1,20 +1,17 @@
 // Figures of the file search with 150,000 files, against bare plocate and find.
 
-import { spawn } from 'node:child_process';
-import { once } from 'node:events';
 import { existsSync, mkdirSync, mkdtempSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
-import { createInterface } from 'node:readline';
 import { setTimeout as pause } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 import { compare, figure, median } from './measure.mjs';
 import { secondsOf } from './processes.mjs';
+import { TimedSession } from './timedsession.mjs';
 
 const fileCount = 150_000;
 const rareEvery = 1500;
 const rounds = 21;
 const longestBuildMs = 60_000;
-const longestSearchMs = 60_000;
 const longestPauseSeconds = 0.05;
 
 function makeFiles(home) {
@@ -22,55 +19,6 @@ function makeFiles(home) {
         const folder = `${home}/folder${Math.floor(number / 5000)}/part${Math.floor(number / 100)}`;
         if (number % 100 === 0) mkdirSync(folder, { recursive: true });
         writeFileSync(`${folder}/${number % rareEvery === 0 ? 'report' : 'note'}${number}.txt`, '');
-    }
-}
-
-/** An assistantctl session whose answers are timed as they come. */
-class TimedSession {
-    #process;
-    #listeners = new Set();
-
-    constructor(assistantctl, env) {
-        this.#process = spawn(assistantctl, ['--session'],
-            { env, stdio: ['pipe', 'pipe', 'inherit'] });
-        createInterface({ input: this.#process.stdout }).on('line', (line) => {
-            for (const listener of [...this.#listeners]) listener(line);
-        });
-    }
-
-    /** Sends a command; gives the seconds until a line with that text came, and until the first hit. */
-    async secondsUntil(request, text) {
-        const begin = process.hrtime.bigint();
-        const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;
-        let firstHit;
-        let listener;
-        const arrival = new Promise((resolve, reject) => {
-            const timer = setTimeout(() => reject(new Error(`no ${text}`)), longestSearchMs);
-            listener = (line) => {
-                if (line.includes('"startsearchfileCallBack"')) firstHit ??= elapsed();
-                if (!line.includes(text)) return;
-                clearTimeout(timer);
-                resolve({ end: elapsed(), firstHit });
-            };
-        });
-        this.#listeners.add(listener);
-        this.#process.stdin.write(`${JSON.stringify(request)}\n`);
-        try {
-            return await arrival;
-        } finally {
-            this.#listeners.delete(listener);
-        }
-    }
-
-    async search(keyword) {
-        return this.secondsUntil({ command: 'startsearchfile', args: { keyword } },
-            '"searchfilefinish"');
-    }
-
-    async close() {
-        const ended = once(this.#process, 'exit');
-        this.#process.stdin.end();
-        await ended;
     }
 }
 

@@ -1,0 +1,67 @@
+// An assistantctl session for measuring.
+
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { createInterface } from 'node:readline';
+
+const longestWaitMs = 60_000;
+
+/** An assistantctl session whose answers are timed as they come. */
+export class TimedSession {
+    #process;
+    #listeners = new Set();
+    #lastId = 0;
+
+    constructor(assistantctl, env) {
+        this.#process = spawn(assistantctl, ['--session'],
+            { env, stdio: ['pipe', 'pipe', 'inherit'] });
+        createInterface({ input: this.#process.stdout }).on('line', (line) => {
+            for (const listener of [...this.#listeners]) listener(line);
+        });
+    }
+
+    /** Sends a command; gives the seconds until a line with that text came, and until the first hit. */
+    async secondsUntil(request, text) {
+        const begin = process.hrtime.bigint();
+        const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;
+        let firstHit;
+        let listener;
+        const arrival = new Promise((resolve, reject) => {
+            const timer = setTimeout(() => reject(new Error(`no ${text}`)), longestWaitMs);
+            listener = (line) => {
+                if (line.includes('"startsearchfileCallBack"')) firstHit ??= elapsed();
+                if (!line.includes(text)) return;
+                clearTimeout(timer);
+                resolve({ end: elapsed(), firstHit });
+            };
+        });
+        this.#listeners.add(listener);
+        this.#process.stdin.write(`${JSON.stringify(request)}\n`);
+        try {
+            return await arrival;
+        } finally {
+            this.#listeners.delete(listener);
+        }
+    }
+
+    /** Sends a command; gives the seconds until its answer. */
+    async secondsOf(command, args = {}, choose = []) {
+        const id = `timed${++this.#lastId}`;
+        return (await this.secondsUntil({ id, command, args, choose }, `"${id}"`)).end;
+    }
+
+    get pid() {
+        return this.#process.pid;
+    }
+
+    async search(keyword) {
+        return this.secondsUntil({ command: 'startsearchfile', args: { keyword } },
+            '"searchfilefinish"');
+    }
+
+    async close() {
+        const ended = once(this.#process, 'exit');
+        this.#process.stdin.end();
+        await ended;
+    }
+}
