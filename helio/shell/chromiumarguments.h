@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QtGlobal>
 
 #include <vector>
 
@@ -19,6 +20,8 @@ public:
     char **values() { return m_values.data(); }
 
 private:
+    Q_DISABLE_COPY_MOVE(ChromiumArguments)
+
     std::vector<QByteArray> m_texts;
     std::vector<char *> m_values;
     int m_count = 0;

@@ -187,17 +187,26 @@ test('a page asks for no permission that it could get', async () => {
         .toBe('refused');
 });
 
-test('the developer tools are there only when asked for, and on the loopback interface', async () => {
-    const listening = (pid) => fs.readdirSync(`/proc/${pid}/fd`).some((fd) => {
-        const link = (() => { try { return fs.readlinkSync(`/proc/${pid}/fd/${fd}`); } catch { return ''; } })();
-        const inode = /^socket:\[(\d+)\]$/.exec(link)?.[1];
-        return inode && ['tcp', 'tcp6'].some((table) => fs.readFileSync(`/proc/net/${table}`, 'utf8')
-            .split('\n').some((line) => line.trim().split(/\s+/)[9] === inode
-                && line.trim().split(/\s+/)[3] === '0A'
-                && (table === 'tcp6' || !/^ *\d+: 0100007F/.test(line) || pid === quiet.pid)));
+/** The local addresses on which a process listens, as in /proc/net/tcp. */
+function listeningAddresses(pid) {
+    const inodes = fs.readdirSync(`/proc/${pid}/fd`).map((fd) => {
+        try {
+            return /^socket:\[(\d+)\]$/.exec(fs.readlinkSync(`/proc/${pid}/fd/${fd}`))?.[1];
+        } catch {
+            return undefined; // closed meanwhile
+        }
     });
-    const quiet = await shared.start([], { debug: false, env: { QTWEBENGINE_REMOTE_DEBUGGING: '9199' } });
+    return ['tcp', 'tcp6'].flatMap((table) => fs.readFileSync(`/proc/net/${table}`, 'utf8').split('\n'))
+        .map((line) => line.trim().split(/\s+/))
+        .filter((fields) => fields[3] === '0A' && inodes.includes(fields[9]))
+        .map((fields) => fields[1].split(':')[0]);
+}
+
+test('the developer tools are there only when asked for, and on the loopback interface', async () => {
+    expect(listeningAddresses(program.pid)).toEqual(['0100007F']);
+    const env = { QTWEBENGINE_REMOTE_DEBUGGING: '9199' };
+    const quiet = await shared.start([], { debug: false, env });
     await shared.display.windowCount(2);
-    expect(listening(quiet.pid)).toBe(false);
-    expect(listening(program.pid)).toBe(false);
+    await waitFor(() => quiet.renderers().length > 0, { what: 'the page' });
+    expect(listeningAddresses(quiet.pid)).toEqual([]);
 });

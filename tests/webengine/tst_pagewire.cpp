@@ -1,0 +1,126 @@
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "helio/webengine/pagewire.h"
+#include "helio/webengine/webenginecontainer.h"
+#include "host/kxwebviewasynjsobject.h"
+#include "host/kxwebviewjscontext.h"
+#include "tests/support/headlesstest.h"
+
+namespace {
+
+/// A script object with one command, which counts its calls.
+class Counter : public KxWebViewAsynJSObject
+{
+    Q_OBJECT
+
+public:
+    explicit Counter(KxWebViewContainer *container) : KxWebViewAsynJSObject(container, container) {}
+
+    int calls = 0;
+
+public slots:
+    void count(KxWebViewJSContext &context) { context.result()["result"] = ++calls; }
+};
+
+const QString countCall = QStringLiteral(R"({"command":"count","callback":"counted"})");
+
+} // namespace
+
+class TestPageWire : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theWireHasTwoCallsAndOneSignal();
+    void aCallIsAnsweredThroughTheSignal();
+    void aCallRunsAfterTheWireHasReturned();
+    void aBase64CallIsTheSame();
+    void aForeignDocumentIsNeitherHeardNorAnswered();
+    void withoutAScriptObjectNothingHappens();
+};
+
+void TestPageWire::theWireHasTwoCallsAndOneSignal()
+{
+    const QMetaObject &metaObject = helio::PageWire::staticMetaObject;
+    QList<QByteArray> own;
+    for (int index = metaObject.methodOffset(); index < metaObject.methodCount(); ++index)
+        own.append(metaObject.method(index).methodSignature());
+    QCOMPARE(own, (QList<QByteArray>{"callbackToJS(QString,QString,bool)",
+                                     "fromJSAsynCall(QString)", "fromJSAsynCallBase64(QString)"}));
+    QCOMPARE(metaObject.propertyCount(), QObject::staticMetaObject.propertyCount());
+}
+
+void TestPageWire::aCallIsAnsweredThroughTheSignal()
+{
+    helio::PageWire wire([] { return true; });
+    helio::WebEngineContainer container(&wire);
+    wire.setApi(new Counter(&container));
+    QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
+    wire.fromJSAsynCall(countCall);
+    QVERIFY(answers.wait());
+    QCOMPARE(answers.first(),
+             (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})"), false}));
+}
+
+void TestPageWire::aCallRunsAfterTheWireHasReturned()
+{
+    helio::PageWire wire([] { return true; });
+    helio::WebEngineContainer container(&wire);
+    auto *counter = new Counter(&container);
+    wire.setApi(counter);
+    wire.fromJSAsynCall(countCall);
+    QCOMPARE(counter->calls, 0);
+    QTRY_COMPARE(counter->calls, 1);
+}
+
+void TestPageWire::aBase64CallIsTheSame()
+{
+    helio::PageWire wire([] { return true; });
+    helio::WebEngineContainer container(&wire);
+    auto *counter = new Counter(&container);
+    wire.setApi(counter);
+    wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
+    QTRY_COMPARE(counter->calls, 1);
+}
+
+void TestPageWire::aForeignDocumentIsNeitherHeardNorAnswered()
+{
+    bool isTrusted = false;
+    helio::PageWire wire([&isTrusted] { return isTrusted; });
+    helio::WebEngineContainer container(&wire);
+    auto *counter = new Counter(&container);
+    wire.setApi(counter);
+    QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
+    for (int call = 0; call < 2; ++call)
+        QTest::ignoreMessage(QtWarningMsg,
+                             "a call from a document outside the page directory was refused");
+    wire.fromJSAsynCall(countCall);
+    wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
+    container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
+    QCoreApplication::processEvents();
+    QCOMPARE(counter->calls, 0);
+    QCOMPARE(answers.count(), 0);
+
+    isTrusted = true;
+    container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
+    QCOMPARE(answers.count(), 1);
+}
+
+void TestPageWire::withoutAScriptObjectNothingHappens()
+{
+    helio::PageWire wire([] { return true; });
+    QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
+    wire.fromJSAsynCall(countCall);
+    {
+        helio::WebEngineContainer container(&wire);
+        wire.setApi(new Counter(&container));
+    }
+    wire.fromJSAsynCall(countCall);
+    QCoreApplication::processEvents();
+    QCOMPARE(answers.count(), 0);
+}
+
+HEADLESS_TEST_MAIN(TestPageWire)
+#include "tst_pagewire.moc"
