@@ -6,10 +6,10 @@ NoticeTexts NoticeTexts::of(const QString &language)
 {
     if (language.startsWith(QLatin1String("zh")))
         return {QStringLiteral("页面已停止运行"),
-                QStringLiteral("负责显示此页面的进程意外结束。重新加载页面即可继续;"
+                QStringLiteral("负责显示此页面的进程意外结束。重新加载页面即可继续；"
                                "已导出的文件不受影响。"),
                 QStringLiteral("无法显示此页面"),
-                QStringLiteral("缺少页面“%1”,或该页面无法读取。请重新安装本程序,然后重试。"),
+                QStringLiteral("缺少页面“%1”，或该页面无法读取。请重新安装本程序，然后重试。"),
                 QStringLiteral("重新加载"),
                 QStringLiteral("关闭窗口")};
     return {QStringLiteral("This page has stopped"),

@@ -1,8 +1,10 @@
 #include "helio/webengine/pagenotice.h"
 
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "helio/webengine/pagesurroundings.h"
 
@@ -30,17 +32,22 @@ PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
         label->setTextFormat(Qt::PlainText);
         label->setAlignment(Qt::AlignHCenter);
         label->setWordWrap(true);
-        label->setFixedWidth(textWidth);
     }
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setSpacing(12);
-    layout->addStretch();
-    layout->addWidget(m_title, 0, Qt::AlignHCenter);
-    layout->addWidget(m_explanation, 0, Qt::AlignHCenter);
-    layout->addSpacing(8);
-    layout->addLayout(makeButtons());
-    layout->addStretch();
+    auto *column = new QVBoxLayout;
+    column->setSpacing(12);
+    column->addStretch();
+    column->addWidget(m_title);
+    column->addWidget(m_explanation);
+    column->addSpacing(8);
+    column->addLayout(makeButtons());
+    column->addStretch();
+    // A fixed width makes the texts as high as their lines need.
+    m_explanation->setFixedWidth(textWidth);
+    auto *row = new QHBoxLayout(this);
+    row->addStretch();
+    row->addLayout(column);
+    row->addStretch();
 }
 
 PageNotice *PageNotice::sayStopped()
@@ -55,6 +62,12 @@ PageNotice *PageNotice::sayNotShown(const QString &name)
     m_title->setText(m_texts.notShownTitle);
     m_explanation->setText(m_texts.notShownExplanation.arg(name));
     return this;
+}
+
+void PageNotice::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && window()->windowHandle())
+        window()->windowHandle()->startSystemMove();
 }
 
 void PageNotice::setColors(bool dark)

@@ -29,6 +29,10 @@ signals:
     void reloadRequested();
     void closeRequested();
 
+protected:
+    /// Moves the window, whose title bar was part of the page.
+    void mousePressEvent(QMouseEvent *event) override;
+
 private:
     void setColors(bool dark);
     QBoxLayout *makeButtons();

@@ -42,6 +42,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
       m_flag(flag),
       m_layers(new QStackedLayout(this)),
       m_view(new QWebEngineView(this)),
+      m_ground(new QWidget(this)),
       m_page(new LocalPage(directory, profile, m_view)),
       m_notice(new PageNotice(surroundings, this)),
       m_wire(new PageWire([this] { return m_page->isAtHome(); }, this)),
@@ -52,8 +53,12 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     // The page's own scripts and not its profile's: those are gone after a crash.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings);
-    m_page->setBackgroundColor(surroundings.isDark() ? darkGround : lightGround);
+    const QColor ground(surroundings.isDark() ? darkGround : lightGround);
+    m_page->setBackgroundColor(ground);
+    m_ground->setPalette(QPalette(ground));
+    m_ground->setAutoFillBackground(true);
     m_layers->addWidget(m_view);
+    m_layers->addWidget(m_ground);
     m_layers->addWidget(m_notice);
     setFocusProxy(m_view);
 
@@ -99,7 +104,8 @@ void WebEngineBrowser::setStartupUrl(const QString &url)
     // arrives before this function has returned.
     if (m_flag & AsynchronousJsApi)
         m_page->setWebChannel(new QWebChannel(m_page));
-    navigate(QUrl(url));
+    m_url = QUrl(url);
+    load();
     if (m_flag & AsynchronousJsApi)
         askForApi();
 }
@@ -108,11 +114,13 @@ void WebEngineBrowser::navigate(const QUrl &url)
 {
     m_url = url;
     load();
+    if (!isVisible() && m_layers->currentWidget() == m_view)
+        bringForward(m_ground);
 }
 
 bool WebEngineBrowser::askPageToClose()
 {
-    if (m_layers->currentWidget() != m_view || !m_page->isAtHome())
+    if (m_layers->currentWidget() == m_notice || !m_page->isAtHome())
         return false;
     m_wire->deliver(closeCallback(), QStringLiteral("{}"), false);
     return true;
@@ -125,11 +133,6 @@ void WebEngineBrowser::closeInPlaceOfPage()
     const QJsonObject call{{QStringLiteral("command"), closeCommand}};
     m_api->queueJSAsynCall(QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)),
                            false);
-}
-
-bool WebEngineBrowser::isLoading() const
-{
-    return m_isLoading;
 }
 
 bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
@@ -163,6 +166,8 @@ void WebEngineBrowser::askForApi()
 void WebEngineBrowser::finishLoad(bool ok)
 {
     m_isLoading = false;
+    if (m_layers->currentWidget() == m_ground)
+        bringForward(m_view);
     if (ok && m_focusOnLoad && isActiveWindow())
         m_view->setFocus();
     passTitle();

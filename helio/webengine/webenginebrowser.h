@@ -43,9 +43,6 @@ public:
     /// Sends "closechildwindow" for a page that does not.
     void closeInPlaceOfPage();
 
-    /// Whether a page is on its way, so that an older one or nothing is still shown.
-    bool isLoading() const;
-
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
@@ -61,13 +58,15 @@ private:
     void passTitle();
     void reload();
     void load();
-    /// Shows the page's view or the notice.
+    /// Shows the page's view, the empty ground or the notice.
     void bringForward(QWidget *layer);
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;
     QStackedLayout *m_layers;
     QWebEngineView *m_view;
+    /// Shown instead of an earlier page of a window that is opened again.
+    QWidget *m_ground;
     LocalPage *m_page;
     PageNotice *m_notice;
     PageWire *m_wire;
