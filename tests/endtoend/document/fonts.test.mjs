@@ -13,8 +13,10 @@ let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
-    for (const name of ['vyr', 'tbl', 'shw'])
-        await root.run(['rm', '-f', `/suite/office/${name}`]);
+    for (const name of ['vyr', 'tbl', 'shw']) {
+        if (await root.exists(`/suite/office/${name}`))
+            await root.remove(`/suite/office/${name}`);
+    }
 });
 
 afterEach(async () => root.dispose());

@@ -14,6 +14,9 @@ let root;
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
     await root.recordingFake('xdg-open');
+    // Each test says itself which settings the suite has.
+    if (await root.exists('/suite/office/cfgs'))
+        await root.remove('/suite/office/cfgs');
 });
 
 afterEach(async () => root.dispose());
