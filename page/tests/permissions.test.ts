@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import type { FilePermissions } from '@/client';
-import { judge, knownPath, rightsOf, userOf } from '@/views/permissions/judge';
+import { byUrgency, judge, knownPath, rightsOf, userOf } from '@/views/permissions/judge';
 import { listText, rightsText } from '@/views/permissions/report';
 
 const file = (changes: Partial<FilePermissions> = {}): FilePermissions => ({
@@ -73,6 +73,14 @@ describe('permissions', () => {
     it('are told in words', () => {
         expect(rightsText('100-000-001', t)).toContain('permissions.rights.nothing');
         expect(rightsText('?', t)).toBe('');
+    });
+});
+
+describe('the list', () => {
+    it('has what needs mending first', () => {
+        const files = [file({ name: 'a' }), file({ name: 'b', owner: 'root' }),
+            file({ name: 'c' }), file({ name: 'd', permissions: '110-110-110' })];
+        expect(byUrgency(files, 'user').map(({ name }) => name)).toEqual(['b', 'd', 'a', 'c']);
     });
 });
 

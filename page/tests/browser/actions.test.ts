@@ -160,6 +160,6 @@ describe('the check-up', () => {
             await view.reload();
             await view.keyboard.press('F5');
             await view.getByText('One ignored finding').waitFor();
-            await view.getByText('All is well').waitFor();
+            await view.getByText('All is well but for what you ignore').waitFor();
         }));
 });

@@ -81,7 +81,12 @@ function installHost({ theme, language, textSize, answers }) {
 export async function openView(browser, directory, scene, options = {}) {
     const { theme = 'light', language = 'en_US', textSize = 100, width = 1000, height = 680 }
         = options;
-    const context = await browser.newContext({ viewport: { width, height } });
+    const context = await browser.newContext({
+        viewport: { width, height },
+        // For a view without a host, which goes by the browser.
+        locale: language.replace('_', '-'),
+        colorScheme: theme,
+    });
     const page = await context.newPage();
     page.setDefaultTimeout(10_000);
     page.complaints = [];

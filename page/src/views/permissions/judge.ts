@@ -96,3 +96,11 @@ export function judge(file: FilePermissions, user: string | null): Verdict {
     return verdict.name === 'good' && user === null
         ? { ...verdict, name: 'unknownUser', state: 'plain' } : verdict;
 }
+
+const urgency: Judged[] = ['bad', 'warning', 'plain', 'good'];
+
+/** The files with what needs mending first, otherwise in their order. */
+export function byUrgency(files: FilePermissions[], user: string | null): FilePermissions[] {
+    const rank = (file: FilePermissions): number => urgency.indexOf(judge(file, user).state);
+    return [...files].sort((first, second) => rank(first) - rank(second));
+}

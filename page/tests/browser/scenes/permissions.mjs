@@ -31,7 +31,7 @@ export const scenes = [
             ],
         },
         act: async (view) => {
-            await view.getByText('root and not to you').waitFor();
+            await view.locator('.state-mark.bad').first().waitFor();
             await view.click('.permission-actions .el-button--primary');
         },
         shows: 'The file was added.',

@@ -78,7 +78,7 @@ export function diagnoseShortcuts({ files, integrated }: DesktopShortcuts): Step
         kind,
         detail: names.join(' '),
         state: files.length === 0 ? 'plain' : 'warning',
-        values: { names: names.join(' ') },
+        values: { names: names.join(', ') },
         view: 'shortcuts',
         repair: integrated ? 'restoreIntegrated' : 'restoreSeparate',
     }]);
