@@ -24,7 +24,19 @@ export function useChildView(type: ViewType, keys: ViewKeys = {}): { close: () =
         action();
     }
 
-    onMounted(() => window.addEventListener('keydown', act));
-    onBeforeUnmount(() => window.removeEventListener('keydown', act));
+    /** The window is closed from outside; without an answer the host would leave the type out. */
+    function closeWithType(event: Event): void {
+        event.preventDefault();
+        close();
+    }
+
+    onMounted(() => {
+        window.addEventListener('keydown', act);
+        window.addEventListener('helioclose', closeWithType);
+    });
+    onBeforeUnmount(() => {
+        window.removeEventListener('keydown', act);
+        window.removeEventListener('helioclose', closeWithType);
+    });
     return { close };
 }
