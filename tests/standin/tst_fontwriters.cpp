@@ -30,6 +30,9 @@ document.add_paragraph('In a style', style='Mine')
 document.save(sys.argv[1])
 )";
 
+/// Debian's, for which python3-docx is installed; another may come first in the path.
+const QString python3 = QStringLiteral("/usr/bin/python3");
+
 } // namespace
 
 /// Documents as other programs write them.
@@ -42,11 +45,11 @@ private slots:
     {
         const QString path = m_directory.filePath(QStringLiteral("python.docx"));
         QProcess python;
-        python.start(QStringLiteral("python3"),
+        python.start(python3,
                      {QStringLiteral("-c"), QStringLiteral("import docx")});
         if (!python.waitForFinished(30000) || python.exitCode() != 0)
             QSKIP("python3-docx is not installed");
-        python.start(QStringLiteral("python3"),
+        python.start(python3,
                      {QStringLiteral("-c"), QString::fromUtf8(pythonScript), path});
         QVERIFY(python.waitForFinished(60000));
         QCOMPARE(python.readAllStandardError(), QByteArray());
