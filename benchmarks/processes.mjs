@@ -4,6 +4,8 @@ import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { readFileSync, readdirSync } from 'node:fs';
 
+const timeCommand = '/usr/bin/time';
+
 /** Runs a program to its end; gives the seconds that it took. */
 export async function secondsOf(program, args, options = {}) {
     const begin = process.hrtime.bigint();
@@ -12,6 +14,18 @@ export async function secondsOf(program, args, options = {}) {
     const seconds = Number(process.hrtime.bigint() - begin) / 1e9;
     if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status}`);
     return seconds;
+}
+
+/** The largest resident memory of a finished program, in MiB. */
+export async function peakMemoryOf(program, args, options = {}) {
+    const child = spawn(timeCommand, ['-f', '%M', program, ...args], {
+        ...options,
+        stdio: ['ignore', 'ignore', 'pipe'],
+    });
+    let output = '';
+    child.stderr.on('data', (data) => (output += data));
+    await once(child, 'close');
+    return Number(output.trim().split('\n').pop()) / 1024;
 }
 
 function parentOf(pid) {

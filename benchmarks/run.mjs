@@ -4,6 +4,7 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
+import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
 import { windowFigures } from './window.mjs';
 
@@ -12,6 +13,7 @@ const office = `${root}build/suite/office`;
 const programs = {
     suite: `${root}build/suite`,
     assistantctl: `${office}/assistantctl`,
+    vyr: `${office}/vyr`,
     shell: `${office}/helio-shell`,
     html: `${office}/addons/vyrassistanttool/officeassistant/resource/html/index.html`,
     bareApplication: `${root}build/benchmarks/bare_application`,
@@ -24,7 +26,13 @@ function line({ name, unit, goal, ours, peer, ratio }) {
 }
 
 const figures = [];
-for (const measure of [commandLineFigures, commandFigures, searchFigures, windowFigures]) {
+for (const measure of [
+    commandLineFigures,
+    commandFigures,
+    searchFigures,
+    missingFontsFigures,
+    windowFigures,
+]) {
     for (const measured of await measure(programs)) {
         figures.push(measured);
         console.log(line(measured));

@@ -5,14 +5,79 @@
 
 #include "tests/support/documentfamilies.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/packagebuilder.h"
 
 namespace {
 
-const QByteArray webPage =
-    "<html><head><meta charset=\"utf-8\"></head><body>"
-    "<p style=\"font-family: 'First Test Family'\">Text in one font</p>"
-    "<p style=\"font-family: 'Second Test Family'\">and in another.</p>"
-    "<p><font face=\"Third Test Family\">The third.</font></p></body></html>";
+const char *const families[] = {"First Test Family", "Second Test Family", "Third Test Family"};
+
+/// The content of an OpenDocument file; @p styleFamily and @p content are what its kind needs, and
+/// in the content "%1" stands for the name of a style.
+QByteArray contentOf(const QByteArray &kind, const QByteArray &styleFamily,
+                     const QByteArray &before, const QByteArray &content, const QByteArray &after)
+{
+    QByteArray fonts;
+    QByteArray styles;
+    QByteArray body;
+    for (const QByteArray family : families) {
+        const QByteArray name = family.left(1);
+        fonts +=
+            "<style:font-face style:name=\"" + family + "\" svg:font-family=\"'" + family + "'\"/>";
+        styles += "<style:style style:name=\"" + name + "\" style:family=\"" + styleFamily +
+                  "\"><style:text-properties style:font-name=\"" + family + "\"/></style:style>";
+        body += QByteArray(content).replace("%1", name);
+    }
+    const QByteArray address = "urn:oasis:names:tc:opendocument:xmlns:";
+    QByteArray namespaces = " xmlns:svg=\"" + address + "svg-compatible:1.0\"";
+    for (const QByteArray prefix : {"office", "style", "text", "table"})
+        namespaces += " xmlns:" + prefix + "=\"" + address + prefix + ":1.0\"";
+    namespaces += " xmlns:draw=\"" + address + "drawing:1.0\"";
+    return "<office:document-content" + namespaces +
+           " office:version=\"1.2\"><office:font-face-decls>" + fonts +
+           "</office:font-face-decls><office:automatic-styles>" + styles +
+           "</office:automatic-styles><office:body><office:" + kind + ">" + before + body + after +
+           "</office:" + kind + "></office:body></office:document-content>";
+}
+
+void writeOpenDocument(const QString &path, const QByteArray &kind, const QByteArray &content)
+{
+    const QByteArray type = "application/vnd.oasis.opendocument." + kind;
+    const QByteArray entry = "<manifest:file-entry manifest:media-type=\"";
+    testsupport::PackageBuilder package;
+    package.add(QStringLiteral("mimetype"), type);
+    package.add(QStringLiteral("content.xml"), content);
+    package.add(
+        QStringLiteral("META-INF/manifest.xml"),
+        "<manifest:manifest xmlns:manifest=\"urn:oasis:names:tc:opendocument:xmlns:manifest:"
+        "1.0\">" +
+            entry + type + "\" manifest:full-path=\"/\"/>" + entry +
+            "text/xml\" manifest:full-path=\"content.xml\"/></manifest:manifest>");
+    package.write(path);
+}
+
+QByteArray textDocument()
+{
+    return contentOf("text", "text", {},
+                     "<text:p><text:span text:style-name=\"%1\">Text</text:span></text:p>", {});
+}
+
+QByteArray spreadsheet()
+{
+    return contentOf("spreadsheet", "table-cell", "<table:table table:name=\"T\">",
+                     "<table:table-row><table:table-cell table:style-name=\"%1\""
+                     " office:value-type=\"string\"><text:p>Text</text:p></table:table-cell>"
+                     "</table:table-row>",
+                     "</table:table>");
+}
+
+QByteArray presentation()
+{
+    return contentOf("presentation", "text", "<draw:page>",
+                     "<draw:frame svg:width=\"5cm\" svg:height=\"2cm\"><draw:text-box>"
+                     "<text:p><text:span text:style-name=\"%1\">Text</text:span></text:p>"
+                     "</draw:text-box></draw:frame>",
+                     "</draw:page>");
+}
 
 const char *pythonScript = R"(
 import sys, docx
@@ -45,12 +110,10 @@ private slots:
     {
         const QString path = m_directory.filePath(QStringLiteral("python.docx"));
         QProcess python;
-        python.start(python3,
-                     {QStringLiteral("-c"), QStringLiteral("import docx")});
+        python.start(python3, {QStringLiteral("-c"), QStringLiteral("import docx")});
         if (!python.waitForFinished(30000) || python.exitCode() != 0)
             QSKIP("python3-docx is not installed");
-        python.start(python3,
-                     {QStringLiteral("-c"), QString::fromUtf8(pythonScript), path});
+        python.start(python3, {QStringLiteral("-c"), QString::fromUtf8(pythonScript), path});
         QVERIFY(python.waitForFinished(60000));
         QCOMPARE(python.readAllStandardError(), QByteArray());
         QCOMPARE(testFamilies(path), (QStringList{QStringLiteral("Asian Test Family"),
@@ -61,33 +124,38 @@ private slots:
 
     void documentsOfLibreOffice_data()
     {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QByteArray>("kind");
+        QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("suffix");
-        for (const char *suffix : {"docx", "rtf", "doc", "xlsx", "xls"})
-            QTest::newRow(suffix) << QString::fromLatin1(suffix);
+        for (const char *suffix : {"docx", "rtf", "doc"})
+            QTest::newRow(suffix) << QStringLiteral("odt") << QByteArray("text") << textDocument()
+                                  << QString::fromLatin1(suffix);
+        for (const char *suffix : {"xlsx", "xls"})
+            QTest::newRow(suffix) << QStringLiteral("ods") << QByteArray("spreadsheet")
+                                  << spreadsheet() << QString::fromLatin1(suffix);
+        for (const char *suffix : {"pptx", "ppt"})
+            QTest::newRow(suffix) << QStringLiteral("odp") << QByteArray("presentation")
+                                  << presentation() << QString::fromLatin1(suffix);
     }
 
     void documentsOfLibreOffice()
     {
+        QFETCH(QString, source);
+        QFETCH(QByteArray, kind);
+        QFETCH(QByteArray, content);
         QFETCH(QString, suffix);
-        const bool isSheet = suffix.startsWith(QLatin1String("xls"));
         const QString program = QStandardPaths::findExecutable(QStringLiteral("soffice"));
         if (program.isEmpty())
             QSKIP("LibreOffice is not installed");
-        const QString source = m_directory.filePath(QStringLiteral("source.html"));
-        QFile file(source);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(webPage);
-        file.close();
+        const QString sourcePath = m_directory.filePath(QStringLiteral("source.") + source);
+        writeOpenDocument(sourcePath, kind, content);
         QProcess office;
         office.start(program, {QStringLiteral("-env:UserInstallation=file://") +
-                                   m_directory.filePath(QStringLiteral("p")),
-                               QStringLiteral("--headless"),
-                               QStringLiteral("--infilter=") +
-                                   (isSheet ? QStringLiteral("HTML (StarCalc)")
-                                            : QStringLiteral("HTML (StarWriter)")),
-                               QStringLiteral("--convert-to"), suffix, QStringLiteral("--outdir"),
-                               m_directory.path(), source});
-        QVERIFY(office.waitForFinished(110000));
+                                   m_directory.filePath(QStringLiteral("profile")),
+                               QStringLiteral("--headless"), QStringLiteral("--convert-to"), suffix,
+                               QStringLiteral("--outdir"), m_directory.path(), sourcePath});
+        QVERIFY(office.waitForFinished(60000));
         QCOMPARE(
             testFamilies(m_directory.filePath(QStringLiteral("source.") + suffix)),
             (QStringList{QStringLiteral("First Test Family"), QStringLiteral("Second Test Family"),
@@ -98,15 +166,15 @@ private:
     /// The families of the test's own; writers add fonts for what they put there themselves.
     static QStringList testFamilies(const QString &path)
     {
-        QStringList families;
+        QStringList found;
         const QStringList all = testsupport::documentFamilies(path);
         for (const QString &family : all) {
             const QString name = family.section(QLatin1Char(';'), 0, 0);
             if (name.contains(QLatin1String("Test Family")) ||
                 name.startsWith(QLatin1String("error")))
-                families.append(name);
+                found.append(name);
         }
-        return families;
+        return found;
     }
 
     QTemporaryDir m_directory;
