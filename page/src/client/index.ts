@@ -25,7 +25,6 @@ export type { CheckFinding, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
-export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type { DumpState } from './dumpcommands';
 export type { ViewType } from './windowcommands';
 

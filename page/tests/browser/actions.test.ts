@@ -158,6 +158,7 @@ describe('the check-up', () => {
     it('remembers what is ignored when the page is opened again', () =>
         playing(named('home-ignored'), async (view) => {
             await view.reload();
+            await view.locator('.checkup').waitFor();
             await view.keyboard.press('F5');
             await view.getByText('One ignored finding').waitFor();
             await view.getByText('All is well but for what you ignore').waitFor();

@@ -22,7 +22,7 @@ export interface Patience {
     between: number;
 }
 
-export const defaultPatience: Patience = { step: 60_000, looks: 8, between: 1500 };
+export const defaultPatience: Patience = { step: 60_000, looks: 10, between: 1000 };
 
 function pause(milliseconds: number): Promise<void> {
     return new Promise((resolve) => setTimeout(resolve, milliseconds));
@@ -101,17 +101,26 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
         await check(name);
     }
 
+    function kindsOf(state: StepState | undefined): string[] {
+        return state?.state === 'done' ? state.result.findings.map(({ kind }) => kind) : [];
+    }
+
+    /**
+     * The fault has to be away twice, and none in its place: a repair may remove first and put
+     * back after.
+     */
     async function settled({ step, kind }: Finding): Promise<RepairState> {
-        for (let look = 0; look < patience.looks; look += 1) {
+        const others = kindsOf(steps.get(step)).filter((known) => known !== kind);
+        let away = 0;
+        for (let look = 0; look < patience.looks && away < 2; look += 1) {
             await pause(patience.between);
             const state = await check(step);
             if (state.state === 'failed') return state.failure;
-            if (state.state === 'done'
-                && !state.result.findings.some((finding) => finding.kind === kind)) {
-                return 'repaired';
-            }
+            const gone = state.state === 'done'
+                && kindsOf(state).every((found) => others.includes(found));
+            away = gone ? away + 1 : 0;
         }
-        return 'unchanged';
+        return away > 0 ? 'repaired' : 'unchanged';
     }
 
     /** Repairs and looks again until what was found is gone, or does not go. */
