@@ -1,11 +1,10 @@
-import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import fs from 'node:fs';
 import net from 'node:net';
 
 import { waitFor } from '../waitfor.mjs';
+import { end, start } from './process.mjs';
 import { ShellPage } from './shellpage.mjs';
-import { end } from './virtualdisplay.mjs';
 
 const LONGEST_END = 30_000;
 
@@ -49,7 +48,7 @@ export class ShellProgram {
         const program = new ShellProgram();
         program.port = debug ? await freePort() : 0;
         const words = debug ? ['--debug-port', `${program.port}`, ...args] : args;
-        program.#child = spawn(suite.program, words,
+        program.#child = start(suite.program, words,
             { env: { ...suite.environment(display), ...env }, stdio: ['ignore', 'pipe', 'pipe'] });
         program.#ended = once(program.#child, 'close');
         for (const name of ['stdout', 'stderr'])

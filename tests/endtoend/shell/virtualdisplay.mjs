@@ -1,19 +1,10 @@
-import { execFile, spawn } from 'node:child_process';
-import { once } from 'node:events';
+import { execFile } from 'node:child_process';
 import { promisify } from 'node:util';
 
 import { waitFor } from '../waitfor.mjs';
+import { end, start } from './process.mjs';
 
 const run = promisify(execFile);
-
-/** Ends a process that a test started, and waits until it is gone. */
-export async function end(child) {
-    if (child.exitCode !== null || child.signalCode !== null || child.pid === undefined)
-        return;
-    const gone = once(child, 'exit');
-    child.kill('SIGKILL');
-    await gone;
-}
 
 /** An X display of the test's own, with a window manager, and a user at its keyboard and mouse. */
 export class VirtualDisplay {
@@ -36,7 +27,7 @@ export class VirtualDisplay {
     }
 
     async #startServer() {
-        this.#server = spawn('Xvfb', ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'],
+        this.#server = start('Xvfb', ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'],
             { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
         let number = '';
         this.#server.stdio[3].on('data', (chunk) => {
@@ -48,7 +39,7 @@ export class VirtualDisplay {
 
     async #startManager(home) {
         const env = { PATH: process.env.PATH, HOME: home, DISPLAY: this.name };
-        this.#manager = spawn('openbox', ['--sm-disable'], { stdio: 'ignore', env });
+        this.#manager = start('openbox', ['--sm-disable'], { stdio: 'ignore', env });
         await waitFor(
             async () => /window id/.test(await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK'])),
             { what: 'the window manager' });
