@@ -74,7 +74,7 @@ test.each([
     ['another case', "helio.call('GetCollectionPage')", /unknown command/],
     ['no command', 'helio.call()', /needs the text "command"/],
     ['a command that is no text', 'helio.call({})', /needs the text "command"/],
-    ['arguments that are no object', "helio.call('getcollectionpage', 'x')", /"args" is not an object/],
+    ['arguments that are no object', "helio.call('router', 'x')", /"args" is not an object/],
     ['arguments without end', 'const a = {}; a.a = a; helio.call("router", a)', /circular/],
 ])('%s is refused with a message', async (_, expression, message) => {
     const page = await startPage();

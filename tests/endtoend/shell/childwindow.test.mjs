@@ -9,7 +9,8 @@ async function openChild() {
     const program = await shared.start();
     const main = await program.page();
     const mainWindow = (await shared.display.windowCount(1))[0];
-    expect(await main.call('router', { page: 'child.html', type: '' })).toEqual({ result: 'success' });
+    const answer = await main.call('router', { page: 'child.html', type: '' });
+    expect(answer).toEqual({ result: 'success' });
     const child = await program.page('child.html');
     const ids = await shared.display.windowCount(2);
     return { program, main, child, mainWindow, childWindow: ids.find((id) => id !== mainWindow) };
@@ -26,7 +27,7 @@ test('the main window starts at its size and cannot be made smaller than its lea
     expect(await shared.display.geometry(window)).toMatchObject({ width: 900, height: 600 });
 });
 
-test('a child window opens over the main one with the focus, and the main page shows its tip', async () => {
+test('a child window opens over the main one with the focus, and the tip is shown', async () => {
     const { main, child, mainWindow, childWindow } = await openChild();
     expect(await main.evaluate('tips')).toEqual(['show']);
     expect(await child.evaluate('document.title')).toBe('Child page');
@@ -37,7 +38,7 @@ test('a child window opens over the main one with the focus, and the main page s
     expect(Math.abs(mainMiddle[1] - childMiddle[1])).toBeLessThan(3);
 });
 
-test('a child page that closes itself takes the tip away and is kept for the next view', async () => {
+test('a child page that closes itself takes the tip away and is kept', async () => {
     const { program, main, child, mainWindow } = await openChild();
     await child.evaluate('window.kept = true');
     await child.call('closechildwindow', { type: '' });
@@ -110,7 +111,8 @@ test('the window is dragged by the title bar of the page', async () => {
     const before = await shared.display.geometry(window);
     const { x, y } = await main.placeOf('#bar');
     await shared.display.act('mousemove', x, y, 'mousedown', 1, 'sleep', 0.3);
-    await shared.display.act('mousemove', x + 40, y + 30, 'sleep', 0.1, 'mousemove', x + 80, y + 60);
+    await shared.display.act('mousemove', x + 40, y + 30, 'sleep', 0.1);
+    await shared.display.act('mousemove', x + 80, y + 60);
     await shared.display.act('sleep', 0.1, 'mouseup', 1);
     await waitFor(async () => (await shared.display.geometry(window)).x - before.x === 80,
         { what: 'the move of the window' });
@@ -122,9 +124,10 @@ test('the window is resized by its edge', async () => {
     const window = (await shared.display.windowCount(1))[0];
     const { x, y, width, height } = await shared.display.geometry(window);
     const edge = x + width - 2;
-    await shared.display.act('mousemove', edge, y + height / 2, 'sleep', 0.1, 'mousedown', 1, 'sleep', 0.2);
-    await shared.display.act('mousemove', edge + 30, y + height / 2, 'sleep', 0.1, 'mousemove', edge + 60,
-        y + height / 2, 'sleep', 0.1, 'mouseup', 1);
+    const level = y + height / 2;
+    await shared.display.act('mousemove', edge, level, 'sleep', 0.1, 'mousedown', 1, 'sleep', 0.2);
+    await shared.display.act('mousemove', edge + 30, level, 'sleep', 0.1);
+    await shared.display.act('mousemove', edge + 60, level, 'sleep', 0.1, 'mouseup', 1);
     await waitFor(async () => (await shared.display.geometry(window)).width === width + 60,
         { what: 'the wider window' });
 });

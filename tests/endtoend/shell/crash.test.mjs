@@ -28,7 +28,7 @@ async function reloadByKey(program, window) {
     return page;
 }
 
-test('a killed renderer leaves a notice whose button brings the page back, again and again', async () => {
+test('a killed renderer leaves a notice whose button brings the page back', async () => {
     const program = await shared.start();
     let page = await program.page();
     const [window] = await shared.display.windowCount(1);
@@ -73,7 +73,7 @@ test('a child window whose page has crashed can be closed, and the tip goes', as
     expect(await other.call('getcollectionpage')).toEqual({ result: { page: '' } });
 });
 
-/** The renderer that does not belong to the main page: the one that a busy main page leaves idle. */
+/** The renderer that is not the main page's: the one that a busy main page leaves idle. */
 async function childRenderer(program, main) {
     const timeOf = (pid) => Number(fs.readFileSync(path.join('/proc', `${pid}`, 'stat'), 'utf8')
         .split(') ')[1].split(' ')[11]);

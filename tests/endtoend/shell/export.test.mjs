@@ -22,8 +22,9 @@ test('a click on export asks for a file and writes the system report into it', a
     const report = path.join(shared.suite.home, 'my report');
     await shared.display.act('key', 'ctrl+a', 'type', '--delay', '5', report);
     await shared.display.act('key', 'Return');
-    await page.until("document.getElementById('outcome').textContent !== ''", { timeoutMs: 30_000 });
-    expect(await page.evaluate("document.getElementById('outcome').textContent")).toBe('success');
+    const outcome = "document.getElementById('outcome').textContent";
+    await page.until(`${outcome} !== ''`, { timeoutMs: 30_000 });
+    expect(await page.evaluate(outcome)).toBe('success');
     const text = fs.readFileSync(report, 'utf8');
     expect(text).toMatch(/\r\n/);
     expect(text).toContain('Linux');

@@ -11,8 +11,8 @@ export class RemoteServer {
         remote.#server = net.createServer((socket) => {
             remote.connections += 1;
             socket.on('error', () => {});
-            socket.end('HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nAccess-Control-Allow-Origin: *\r\n'
-                + 'Connection: close\r\n\r\n<title>remote</title>');
+            socket.end('HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n'
+                + 'Access-Control-Allow-Origin: *\r\nConnection: close\r\n\r\n<title>remote</title>');
         }).listen(0, '127.0.0.1');
         await once(remote.#server, 'listening');
         return remote;

@@ -2,6 +2,22 @@ import CDP from 'chrome-remote-interface';
 
 import { waitFor } from '../waitfor.mjs';
 
+const LONGEST_ANSWER = 40_000;
+/** A page whose process has just gone never answers, and it is not worth a long wait. */
+const LONGEST_FIRST_ANSWER = 3_000;
+
+async function within(milliseconds, promise, what) {
+    let timer;
+    const tooLate = new Promise((_, reject) => {
+        timer = setTimeout(() => reject(new Error(`no answer to ${what}`)), milliseconds);
+    });
+    try {
+        return await Promise.race([promise, tooLate]);
+    } finally {
+        clearTimeout(timer);
+    }
+}
+
 /** A page of the running window, seen through the developer tools. */
 export class ShellPage {
     #client;
@@ -14,8 +30,14 @@ export class ShellPage {
         }, { timeoutMs: 20_000, what: `the page ${name}` });
         const page = new ShellPage(await CDP({ port, target }));
         // The tools name a page that is on its way before its document is there.
-        await page.until(`location.href.endsWith(${JSON.stringify(`/${name}`)})
-            && document.readyState === 'complete'`);
+        const isThere = `location.href.endsWith(${JSON.stringify(`/${name}`)})
+            && document.readyState === 'complete'`;
+        try {
+            await waitFor(() => page.evaluate(isThere, LONGEST_FIRST_ANSWER), { what: isThere });
+        } catch (error) {
+            await page.close();
+            throw error;
+        }
         return page;
     }
 
@@ -24,9 +46,10 @@ export class ShellPage {
     }
 
     /** The value of an expression in the page, waited for if it is a promise. */
-    async evaluate(expression) {
-        const { result, exceptionDetails } = await this.#client.Runtime.evaluate(
-            { expression, awaitPromise: true, returnByValue: true, userGesture: true });
+    async evaluate(expression, timeoutMs = LONGEST_ANSWER) {
+        const request = { expression, awaitPromise: true, returnByValue: true, userGesture: true };
+        const { result, exceptionDetails } = await within(
+            timeoutMs, this.#client.Runtime.evaluate(request), expression.slice(0, 200));
         if (exceptionDetails)
             throw new Error(exceptionDetails.exception?.description ?? exceptionDetails.text);
         return result.value;
@@ -56,6 +79,6 @@ export class ShellPage {
     }
 
     async close() {
-        await this.#client.close();
+        await within(LONGEST_FIRST_ANSWER, this.#client.close(), 'the goodbye').catch(() => {});
     }
 }

@@ -60,7 +60,8 @@ export class ShellProgram {
 
     /** Runs the program to its end: {status, signal, stdout, stderr}. */
     static async run(suite, display, args, options) {
-        const program = await ShellProgram.start(suite, display, args, { debug: false, ...options });
+        const program = await ShellProgram.start(
+            suite, display, args, { debug: false, ...options });
         try {
             return await program.waitForExit();
         } finally {
@@ -108,7 +109,7 @@ export class ShellProgram {
     /** Ends what still runs. */
     async stop() {
         for (const page of this.#pages)
-            await page.close().catch(() => {});
+            await page.close();
         await end(this.#child);
         await this.#ended;
     }

@@ -27,8 +27,8 @@ export class VirtualDisplay {
     }
 
     async #startServer() {
-        this.#server = start('Xvfb', ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'],
-            { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
+        const words = ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'];
+        this.#server = start('Xvfb', words, { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
         let number = '';
         this.#server.stdio[3].on('data', (chunk) => {
             number += chunk;
@@ -40,9 +40,9 @@ export class VirtualDisplay {
     async #startManager(home) {
         const env = { PATH: process.env.PATH, HOME: home, DISPLAY: this.name };
         this.#manager = start('openbox', ['--sm-disable'], { stdio: 'ignore', env });
-        await waitFor(
-            async () => /window id/.test(await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK'])),
-            { what: 'the window manager' });
+        const isThere = async () => /window id/.test(
+            await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK']));
+        await waitFor(isThere, { what: 'the window manager' });
     }
 
     /** What a user does, in the words of xdotool. */
@@ -86,8 +86,9 @@ export class VirtualDisplay {
 
     /** Waits until the window has the keyboard. */
     async focused(window) {
-        await waitFor(async () => (await this.act('getwindowfocus').catch(() => '')).trim() === window,
-            { what: `the focus of window ${window}` });
+        const isFocused = async () =>
+            (await this.act('getwindowfocus').catch(() => '')).trim() === window;
+        await waitFor(isFocused, { what: `the focus of window ${window}` });
     }
 
     async stop() {
