@@ -36,8 +36,9 @@ constexpr std::size_t compoundFatSectors = 65536;
 constexpr std::size_t compoundDirectoryEntries = 65536;
 constexpr std::size_t oleRecords = 5000000;
 
-/// Heap, stacks and private mappings of the process while a document is read.
-constexpr std::size_t dataBytes = std::size_t(56) << 20;
+/// Heap, stacks and private mappings of the process while a document is read; with code and shared
+/// data it stays below 64 MB.
+constexpr std::size_t dataBytes = std::size_t(44) << 20;
 constexpr unsigned processorSeconds = 60;
 
 } // namespace standin::limits

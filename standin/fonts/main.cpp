@@ -56,7 +56,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: " PROGRAM_NAME " -savemissfont DOCUMENT\n");
         return wrongUsage;
     }
-    standin::limitProcessorTime();
+    standin::guardProcess();
     try {
         saveMissingFonts(arguments.at(2));
     } catch (const std::bad_alloc &) {

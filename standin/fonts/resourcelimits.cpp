@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstddef>
+#include <exception>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -28,11 +30,22 @@ void setSoftLimit(rlim_t value)
     setrlimit(RLIMIT_DATA, &limit);
 }
 
+template<std::size_t size>
+[[noreturn]] void endWith(const char (&message)[size])
+{
+    const ssize_t written = write(STDERR_FILENO, message, size - 1);
+    static_cast<void>(written);
+    _exit(1);
+}
+
 extern "C" void endForTime(int)
 {
-    constexpr char message[] = "the document takes too long to read\n";
-    const ssize_t ignored = write(STDERR_FILENO, message, sizeof(message) - 1);
-    _exit(ignored >= 0 ? 1 : 2);
+    endWith("the document takes too long to read\n");
+}
+
+[[noreturn]] void endForMemory()
+{
+    endWith("the document needs too much memory\n");
 }
 
 } // namespace
@@ -51,8 +64,9 @@ MemoryLimit::~MemoryLimit()
     setSoftLimit(m_previous);
 }
 
-void limitProcessorTime()
+void guardProcess()
 {
+    std::set_terminate(endForMemory);
     std::signal(SIGXCPU, endForTime);
     rlimit limit = {};
     if (getrlimit(RLIMIT_CPU, &limit) != 0)

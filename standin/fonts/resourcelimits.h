@@ -14,7 +14,9 @@ private:
     unsigned long m_previous = 0;
 };
 
-/// Ends the process with a message when it has run for unreasonably long.
-void limitProcessorTime();
+/// Ends the process with a message and status 1 when it has run for unreasonably long, and when
+/// memory runs out where no exception can pass: libarchive's list of entries grows with the
+/// package, and it calls exit() when there is no room for it.
+void guardProcess();
 
 } // namespace standin

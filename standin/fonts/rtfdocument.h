@@ -45,7 +45,7 @@ private:
         /// What a Unicode version of this group's text is for.
         Destination unicodeDestination = Destination::Text;
         Association association = Association::Latin;
-        int font = -1;
+        int font = 0;
         int eastAsianFont = -1;
         int complexFont = -1;
         int replacementBytes = 1;
@@ -62,7 +62,7 @@ private:
     FontUsage &m_usage;
     RtfFontTable m_table;
     std::vector<Group> m_groups;
-    int m_defaultFont = -1;
+    int m_defaultFont = 0;
     int m_defaultEastAsianFont = -1;
     int m_lastUsedFont = -1;
     // What is left of the text for readers that know no Unicode.

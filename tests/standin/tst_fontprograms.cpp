@@ -106,6 +106,13 @@ private slots:
         QVERIFY(!QFile::exists(iniPath(QStringLiteral("vyr"))));
     }
 
+    void aDirectoryOfAMillionEntriesEndsInAnError()
+    {
+        QCOMPARE(run(crowdedPackage()), 1);
+        QVERIFY(!m_errors.isEmpty());
+        QVERIFY(!QFile::exists(iniPath(QStringLiteral("vyr"))));
+    }
+
     void wrongUsageWritesNothing()
     {
         QProcess process;
@@ -241,6 +248,19 @@ private:
              at = whole.indexOf(directoryEntry, at + 4))
             whole.replace(at + 24, 4, "\xF0\xFF\xFF\xFF");
         return home().writeFile(QStringLiteral("boastful.docx"), whole);
+    }
+
+    static QString crowdedPackage()
+    {
+        constexpr int count = 1000000;
+        QByteArray entry = QByteArray("PK\x01\x02") + QByteArray(42, '\0') + "a";
+        entry[28] = 1; // the length of the name
+        const QByteArray beginning = QByteArray("PK\x03\x04") + QByteArray(26, '\0');
+        QByteArray end = QByteArray("PK\x05\x06") + QByteArray(18, '\0');
+        qToLittleEndian(quint32(entry.size() * count), end.data() + 12);
+        qToLittleEndian(quint32(beginning.size()), end.data() + 16);
+        return home().writeFile(QStringLiteral("crowded.docx"),
+                                beginning + entry.repeated(count) + end);
     }
 
     static QByteArray endlessFonts()

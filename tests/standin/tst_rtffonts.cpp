@@ -74,6 +74,12 @@ private slots:
                  QStringList{QStringLiteral("One")});
     }
 
+    void withoutADefaultTheFirstFontHolds()
+    {
+        QCOMPARE(familiesOf("{\\rtf1{\\fonttbl{\\f0 Zero;}}x}"),
+                 QStringList{QStringLiteral("Zero")});
+    }
+
     void alternativeNamesAreKept()
     {
         const QString path = write("{\\rtf1\\deff0{\\fonttbl{\\f0 Zero{\\*\\falt Other};}}x}");
