@@ -1,14 +1,9 @@
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "update/configchange.h"
 
 using namespace OfficeAssiant;
-
-namespace {
-
-const QChar keyValueSeparator = QLatin1Char('$');
-
-} // namespace
 
 void KVyrAssistantToolAPI::getlogfile(KxWebViewJSContext &context)
 {
@@ -62,12 +57,11 @@ void KVyrAssistantToolAPI::testinstallreport(KxWebViewJSContext &)
 
 void KVyrAssistantToolAPI::changeupdateconfig(KxWebViewJSContext &context)
 {
-    const QStringList parts =
-        textArgument(context, QStringLiteral("keyvalue")).split(keyValueSeparator);
-    if (parts.size() != 2) {
+    const auto change = parseConfigChange(textArgument(context, QStringLiteral("keyvalue")));
+    if (!change) {
         setResult(context, resultError);
         return;
     }
-    KToolManager::instance().updateHelp.setConfigValue(parts.at(0), parts.at(1));
+    KToolManager::instance().updateHelp.setConfigValue(change->key, change->value);
     setResult(context, resultSuccess);
 }
