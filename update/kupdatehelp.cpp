@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 #include "host/krt.h"
@@ -30,8 +31,10 @@ class UpdateSettings : public QSettings
 public:
     explicit UpdateSettings(const QString &file) : QSettings(file, QSettings::IniFormat)
     {
-        // The file may be the user's while the directory, being the installation's, is not.
-        setAtomicSyncRequired(false);
+        // The file may be the user's while the directory, being the installation's, is not: then it
+        // is written in place. Elsewhere never, for a full disk would leave nothing of it.
+        const QFileInfo directory(QFileInfo(QFileInfo(file).canonicalFilePath()).path());
+        setAtomicSyncRequired(directory.isWritable());
         beginGroup(configGroup);
     }
 };
