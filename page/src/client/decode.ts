@@ -32,7 +32,10 @@ export function success(result: unknown): void {
     if (result !== 'success') throw new UnreadableAnswer('neither success nor error');
 }
 
-/** Text that travels as the base64 of its UTF-8 bytes. */
+const decoder = new TextDecoder();
+const beyondAscii = /[^\x00-\x7f]/;
+
+/** Text that travels as the base64 of its UTF-8 bytes; most is ASCII, and its bytes the text. */
 export function base64Text(result: unknown): string {
     let bytes: string;
     try {
@@ -41,7 +44,8 @@ export function base64Text(result: unknown): string {
         if (error instanceof UnreadableAnswer) throw error;
         throw new UnreadableAnswer('no base64 text');
     }
-    return new TextDecoder().decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
+    if (!beyondAscii.test(bytes)) return bytes;
+    return decoder.decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
 }
 
 export function toBase64Text(value: string): string {

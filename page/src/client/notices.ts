@@ -19,12 +19,25 @@ function tip(result: unknown): 'show' | 'hide' {
     return word;
 }
 
+const mostDirectories = 1000;
+const directories = new Map<string, string>();
+
+/** Many hits share a directory, which is decoded, and kept, once for all of them. */
+function hitDirectory(encoded: unknown): string {
+    const known = directories.get(text(encoded));
+    if (known !== undefined) return known;
+    if (directories.size >= mostDirectories) directories.clear();
+    const directory = base64Text(encoded);
+    directories.set(text(encoded), directory);
+    return directory;
+}
+
 /** One hit is an object of one member, both sides base64, so that any file name can be a key. */
 function searchHit(result: unknown): SearchHit {
     const entries = Object.entries(members(result));
     const [entry] = entries;
     if (!entry || entries.length !== 1) throw new UnreadableAnswer('no single hit');
-    return { name: base64Text(entry[0]), directory: base64Text(entry[1]) };
+    return { name: base64Text(entry[0]), directory: hitDirectory(entry[1]) };
 }
 
 function checkFinding(result: unknown): CheckFinding {

@@ -20,7 +20,9 @@ declare module 'vitest' {
 export default async function setup(project: TestProject): Promise<() => Promise<void>> {
     const directory = mkdtempSync(join(tmpdir(), 'page-build-'));
     const root = fileURLToPath(new URL('../..', import.meta.url));
-    execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: root });
+    // The tests' own environment would have it built for development.
+    const env = { ...process.env, NODE_ENV: 'production', VITEST: '' };
+    execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: root, env });
     const server = await chromium.launchServer({
         executablePath: chromiumPath, args: chromiumFlags, timeout: 30_000,
     });

@@ -1,0 +1,154 @@
+import type { SearchHit } from '@/client';
+import { matcher } from '@/shared/filter';
+import { sortInto, type Compare, type SlicedSort } from './slicedsort';
+
+export const orders = ['found', 'name', 'folder'] as const;
+export type Order = (typeof orders)[number];
+
+/** Hits that are tested for the filter between two looks at the clock. */
+const testsAtOnce = 200;
+
+/** New hits are sorted in once they are this part of the sorted ones: then it pays. */
+const worthSorting = 1 / 8;
+/** Milliseconds after which they are sorted in although they are fewer. */
+const longestWait = 500;
+
+/**
+ * All hits of a search, and those that are shown in their order. Filtering and sorting are done
+ * bit by bit in work(), so that any number of hits leaves the page responsive.
+ */
+export class HitList {
+    private hits: SearchHit[] = [];
+    private matches: (...texts: string[]) => boolean = matcher('');
+    private order: Order = 'found';
+    private readonly collator: Intl.Collator;
+    /** Numbers of the hits that match, as they were found, of the first `tested` ones. */
+    private matched: number[] = [];
+    private tested = 0;
+    /** The first `sortedCount` of the matched ones, in order. */
+    private sorted: number[] = [];
+    private sortedCount = 0;
+    private sorting: SlicedSort | null = null;
+    private sortedAt = -Infinity;
+    /** What is shown: until a sort is done, the order from before it. */
+    private shown = this.matched;
+
+    /** Whether more hits are on their way, so that sorting can wait for some more. */
+    expectsMore = false;
+
+    constructor(language: string) {
+        this.collator = new Intl.Collator(language, { numeric: true });
+    }
+
+    get count(): number {
+        return this.hits.length;
+    }
+
+    get shownCount(): number {
+        return this.shown.length;
+    }
+
+    get isBusy(): boolean {
+        return this.hasUntested
+            || (this.order !== 'found' && this.sortedCount < this.matched.length);
+    }
+
+    hit(number: number): SearchHit | undefined {
+        return this.hits[number];
+    }
+
+    /** The number of the hit at a position of the shown ones. */
+    numberAt(position: number): number | undefined {
+        return this.shown[position];
+    }
+
+    /** The position of a hit among the shown ones; -1 when it is not shown. */
+    positionOf(number: number): number {
+        return this.shown.indexOf(number);
+    }
+
+    clear(): void {
+        this.hits = [];
+        this.restart();
+    }
+
+    add(hit: SearchHit): void {
+        this.hits.push(hit);
+    }
+
+    filterBy(query: string): void {
+        this.matches = matcher(query);
+        this.restart();
+    }
+
+    orderBy(order: Order): void {
+        if (order === this.order) return;
+        this.order = order;
+        this.unsort();
+        if (order === 'found') this.shown = this.matched;
+    }
+
+    /** Works for about so many milliseconds; answers whether anything changed. */
+    work(milliseconds: number, now: () => number = () => performance.now()): boolean {
+        let time = now();
+        const end = time + milliseconds;
+        let changed = false;
+        while (this.isBusy && (this.hasUntested || this.sorting || this.sortsNow(time))) {
+            changed = this.step(time) || changed;
+            time = now();
+            if (time >= end) break;
+        }
+        return changed;
+    }
+
+    private get hasUntested(): boolean {
+        return this.tested < this.hits.length;
+    }
+
+    private sortsNow(time: number): boolean {
+        const added = this.matched.length - this.sortedCount;
+        return !this.expectsMore || added >= this.sortedCount * worthSorting
+            || time - this.sortedAt >= longestWait;
+    }
+
+    private step(time: number): boolean {
+        if (this.hasUntested && !this.sorting) {
+            const end = Math.min(this.tested + testsAtOnce, this.hits.length);
+            for (; this.tested < end; this.tested += 1) {
+                const { name, directory } = this.hits[this.tested]!;
+                if (this.matches(name, directory)) this.matched.push(this.tested);
+            }
+            return true;
+        }
+        this.sorting ??= sortInto(this.sorted, this.matched.slice(this.sortedCount),
+            this.comparison());
+        const { done, value } = this.sorting.next();
+        if (!done) return false;
+        this.sorting = null;
+        this.sorted = value;
+        this.sortedCount = value.length;
+        this.sortedAt = time;
+        this.shown = value;
+        return true;
+    }
+
+    private comparison(): Compare {
+        const { hits, collator } = this;
+        const side = this.order === 'folder' ? 'directory' : 'name';
+        return (first, second) => collator.compare(hits[first]![side], hits[second]![side]);
+    }
+
+    private restart(): void {
+        this.matched = [];
+        this.tested = 0;
+        this.unsort();
+        this.shown = this.matched;
+    }
+
+    private unsort(): void {
+        this.sorted = [];
+        this.sortedCount = 0;
+        this.sorting = null;
+        this.sortedAt = -Infinity;
+    }
+}

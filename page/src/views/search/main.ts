@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import SearchView from './SearchView.vue';
+
+startView(SearchView, 'search');

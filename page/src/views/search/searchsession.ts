@@ -1,0 +1,120 @@
+import { onBeforeUnmount, onMounted, ref, shallowRef, watch } from 'vue';
+import { useI18n } from 'vue-i18n';
+import type { Client, Failure } from '@/client';
+import { progressDelay } from '@/shared/task';
+import { HitList, type Order } from './hitlist';
+
+export type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';
+
+/** What of a frame goes into filtering and sorting, in milliseconds. */
+const frameShare = 8;
+
+/** A search and its hits, which are taken in once a frame however many arrive. */
+export function useSearch(client: Client) {
+    const { locale } = useI18n({ useScope: 'global' });
+    const list = new HitList(locale.value);
+    /** Counts the changes of the list, which is not reactive itself. */
+    const version = ref(0);
+    const state = ref<SearchState>('idle');
+    const count = ref(0);
+    const shownCount = ref(0);
+    const arranging = ref(false);
+    const slow = ref(false);
+    const failure = shallowRef<Failure | null>(null);
+    const filter = ref('');
+    const order = ref<Order>('found');
+    /** Until the host has taken a search, whatever arrives belongs to the one before. */
+    let accepting = false;
+    /** The host has found all, of which some may still wait to be taken in. */
+    let allArrived = false;
+    let started = 0;
+    let frame = 0;
+    let slowTimer: ReturnType<typeof setTimeout> | undefined;
+    const stopListening: (() => void)[] = [];
+
+    function publish(): void {
+        count.value = list.count;
+        shownCount.value = list.shownCount;
+        arranging.value = list.isBusy;
+        version.value += 1;
+    }
+
+    function draw(): void {
+        frame = 0;
+        list.expectsMore = accepting;
+        list.work(frameShare);
+        publish();
+        if (list.isBusy) requestDraw();
+        else if (allArrived && state.value === 'searching') end('finished');
+    }
+
+    function requestDraw(): void {
+        if (!frame) frame = requestAnimationFrame(draw);
+    }
+
+    function end(how: SearchState): void {
+        accepting = false;
+        allArrived = false;
+        state.value = how;
+        clearTimeout(slowTimer);
+        slow.value = false;
+    }
+
+    async function start(wanted: string): Promise<void> {
+        started += 1;
+        const mine = started;
+        end('searching');
+        failure.value = null;
+        list.clear();
+        requestDraw();
+        slowTimer = setTimeout(() => {
+            slow.value = true;
+        }, progressDelay);
+        const outcome = await client.startSearch(wanted);
+        if (mine !== started || state.value !== 'searching') return;
+        if (outcome.kind === 'done') {
+            accepting = true;
+        } else {
+            end('idle');
+            failure.value = outcome;
+        }
+    }
+
+    async function stop(): Promise<void> {
+        if (state.value !== 'searching') return;
+        end('stopped');
+        const outcome = await client.startSearch('');
+        if (outcome.kind !== 'done') failure.value = outcome;
+    }
+
+    watch(filter, (query) => {
+        list.filterBy(query);
+        requestDraw();
+    });
+    watch(order, (wanted) => {
+        list.orderBy(wanted);
+        requestDraw();
+    });
+    onMounted(() => stopListening.push(
+        client.listen('searchHit', (hit) => {
+            if (!accepting) return;
+            list.add(hit);
+            requestDraw();
+        }),
+        client.listen('searchFinished', () => {
+            if (!accepting) return;
+            accepting = false;
+            allArrived = true;
+            requestDraw();
+        }),
+    ));
+    onBeforeUnmount(() => {
+        stopListening.forEach((stopOne) => stopOne());
+        clearTimeout(slowTimer);
+        cancelAnimationFrame(frame);
+    });
+    return {
+        list, version, state, count, shownCount, arranging, slow, failure, filter, order, start,
+        stop,
+    };
+}

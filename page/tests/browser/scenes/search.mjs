@@ -1,0 +1,133 @@
+const page = 'search.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+
+export function hit(name, directory) {
+    return {
+        callback: 'startsearchfileCallBack', result: { [base64(name)]: base64(directory) },
+    };
+}
+
+const finished = { callback: 'searchfilefinish', result: 'success' };
+const names = ['report.docx', '报告 2026.docx', 'report (2).docx', 'report (10).docx',
+    'annual\u202Excod.report', 'old report.pdf', 'report\u0007.txt', 'Reports'];
+const hits = names.map((name, index) =>
+    hit(name, index % 2 ? '/home/user/Documents/2026/a folder with a rather long name'
+        : '/home/user/文档'));
+const found = { startsearchfile: { notices: [...hits, finished] } };
+
+async function search(view, text = 'report') {
+    await view.fill('.search-keyword input', text);
+    await view.keyboard.press('Enter');
+}
+
+async function searchAndSelect(view) {
+    await search(view);
+    await view.click('.hit-row >> nth=1');
+}
+
+export const scenes = [
+    { name: 'search', page, shows: 'Enter a part of a file' },
+    { name: 'search-found', page, answers: found, act: searchAndSelect, shows: '8 found' },
+    {
+        name: 'search-sorted',
+        page,
+        answers: found,
+        act: async (view) => {
+            await search(view);
+            await view.check('input[value="name"]');
+            // The order of a person: 2 before 10.
+            await view.waitForFunction(() => {
+                const rows = [...document.querySelectorAll('.hit-row')]
+                    .sort((one, two) => one.ariaPosInSet - two.ariaPosInSet)
+                    .map((row) => row.textContent);
+                const place = (text) => rows.findIndex((row) => row.includes(text));
+                return place('report (2)') >= 0 && place('report (2)') + 1 === place('report (10)');
+            });
+        },
+        shows: '⟨U+202E⟩',
+    },
+    {
+        name: 'search-filtered',
+        page,
+        answers: found,
+        act: async (view) => {
+            await search(view);
+            await view.waitForSelector('.search-results');
+            await view.keyboard.press('Control+f');
+            await view.waitForSelector('.search-filter input:focus');
+            await view.keyboard.type('2026 docx');
+        },
+        shows: '2 of 8',
+    },
+    {
+        name: 'search-keys',
+        page,
+        answers: { ...found, opensearchfile: { result: 'success' } },
+        act: async (view) => {
+            await search(view);
+            await view.focus('.hit-scroller');
+            for (const key of ['End', 'ArrowUp', 'Enter']) await view.keyboard.press(key);
+            await view.waitForFunction(() => window.sent.some(({ command, args }) =>
+                command === 'opensearchfile' && args.file === '/home/user/文档/report\u0007.txt'));
+        },
+        shows: 'Opened in the desktop',
+    },
+    {
+        name: 'search-unsafe',
+        page,
+        answers: { ...found, opensearchfile: {} },
+        act: async (view) => {
+            await search(view);
+            await view.dblclick('.hit-row >> nth=0');
+        },
+        shows: 'opening it could run a program',
+    },
+    {
+        name: 'search-none',
+        page,
+        answers: { startsearchfile: { notices: [finished] } },
+        act: search,
+        shows: 'No name holds that',
+    },
+    {
+        name: 'search-stopped',
+        page,
+        answers: {
+            startsearchfile: [
+                { notices: hits.slice(0, 3) },
+                { notices: [hit('too late', '/'), finished] },
+            ],
+        },
+        act: async (view) => {
+            await search(view);
+            await view.waitForSelector('.hit-row');
+            await view.click('.search-form button >> nth=1');
+        },
+        shows: 'The search was stopped. 3 found',
+    },
+    {
+        name: 'search-failed',
+        page,
+        answers: { startsearchfile: { refused: 'no search here' } },
+        act: search,
+        shows: 'The search did not work',
+    },
+    {
+        name: 'search-late',
+        page,
+        answers: {
+            startsearchfile: { notices: [{ ...hits[0], after: 2500 }, { ...finished, after: 2600 }] },
+        },
+        act: search,
+        shows: 'Searching; nothing has been found yet.',
+        later: 'The search is complete. 1 found',
+    },
+    {
+        name: 'search-never',
+        page,
+        answers: { startsearchfile: { never: true } },
+        act: search,
+        shows: 'Searching; nothing has been found yet.',
+    },
+];
