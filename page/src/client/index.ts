@@ -18,6 +18,7 @@ import { windowCommands } from './windowcommands';
 import type { Host } from './wire';
 
 export type { Failure, Outcome } from './outcome';
+export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type { Feedback } from './feedbackcommands';
 export type { FeedbackOrigin } from './launchercommands';
 export type { CheckFinding, SearchHit } from './notices';

@@ -8,10 +8,16 @@ export interface ViewKeys {
     filter?: () => void;
 }
 
-/** Closing a child view, and its keys: F5 runs again, Escape closes, Ctrl+F filters. */
-export function useChildView(type: ViewType, keys: ViewKeys = {}): { close: () => void } {
+/**
+ * Closing a child view, and its keys: F5 runs again, Escape closes, Ctrl+F filters. The type is
+ * asked for when the view closes, if only then it is known.
+ */
+export function useChildView(
+    type: ViewType | (() => ViewType), keys: ViewKeys = {},
+): { close: () => void } {
     const client = useClient();
-    const close = (): void => void client.closeChildWindow(type);
+    const close = (): void =>
+        void client.closeChildWindow(typeof type === 'function' ? type() : type);
 
     function act(event: KeyboardEvent): void {
         const control = event.ctrlKey || event.metaKey;

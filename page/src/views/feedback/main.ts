@@ -1,0 +1,4 @@
+import { startView } from '@/shared/view';
+import FeedbackView from './FeedbackView.vue';
+
+startView(FeedbackView, 'feedback');

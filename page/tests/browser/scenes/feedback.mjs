@@ -1,0 +1,109 @@
+const page = 'feedback.html';
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const path = (text) => ({ result: base64(text) });
+const answers = {
+    getcollectionpage: { result: { page: '' } },
+    getDumpState: { result: { enable: true, feedback: false } },
+};
+const files = {
+    ...answers,
+    choosesamplefile: path('/home/user/Documents/report.docx'),
+    chooseattachment: [path('/home/user/screen one.png'), path('/home/user/r\u202Eeport.docx'),
+        path('/tmp/report.docx')],
+};
+
+const describe = (view) => view.fill('textarea', 'The third page\nis empty.');
+const build = (view) => view.click('.summary-panel .el-button--primary');
+
+async function describeAndBuild(view) {
+    await describe(view);
+    await build(view);
+}
+
+async function addFiles(view) {
+    await view.click('.files-panel .button-row button >> nth=0');
+    for (const count of [2, 3, 4]) {
+        await view.click('.files-panel .button-row button >> nth=1');
+        await view.waitForSelector(`.files-panel li >> nth=${count - 1}`);
+    }
+}
+
+export const scenes = [
+    { name: 'feedback', page, answers, shows: 'Describe first what happened.' },
+    {
+        name: 'feedback-layout',
+        page,
+        answers: {
+            ...answers,
+            getcollectionpage: { result: { page: 'layout', file: '/home/user/plan.docx' } },
+        },
+        shows: 'plan.docx',
+    },
+    {
+        name: 'feedback-crash',
+        page,
+        answers: { ...answers, getcollectionpage: { result: { page: 'crash' } } },
+        shows: 'There is no crash dump at present.',
+    },
+    {
+        name: 'feedback-files',
+        page,
+        answers: files,
+        act: addFiles,
+        shows: '2 files will be missing or replaced',
+    },
+    {
+        name: 'feedback-cancelled',
+        page,
+        answers: { ...answers, chooseattachment: { result: 'error' } },
+        act: (view) => view.click('.files-panel .button-row button >> nth=1'),
+        shows: 'No file was chosen.',
+    },
+    {
+        name: 'feedback-built',
+        page,
+        answers: { ...answers, archivepackage: path('/home/user/my feedback') },
+        act: describeAndBuild,
+        shows: '/home/user/my feedback.tar.gz',
+    },
+    {
+        name: 'feedback-not-built',
+        page,
+        answers: { ...answers, archivepackage: { result: 'error' } },
+        act: describeAndBuild,
+        shows: 'Nothing was built',
+    },
+    {
+        name: 'feedback-unanswered',
+        page,
+        answers: { ...answers, archivepackage: {} },
+        act: describeAndBuild,
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'feedback-escape',
+        page,
+        answers,
+        act: async (view) => {
+            await describe(view);
+            await view.keyboard.press('Escape');
+        },
+        shows: 'Press Escape again to close',
+    },
+    {
+        name: 'feedback-late',
+        page,
+        answers: { ...answers, archivepackage: { late: 2500, ...path('/tmp/feedback') } },
+        act: describeAndBuild,
+        shows: 'Choose in the file dialog where',
+        later: '/tmp/feedback.tar.gz',
+    },
+    {
+        name: 'feedback-never',
+        page,
+        answers: { ...answers, choosesamplefile: { never: true } },
+        act: (view) => view.click('.files-panel .button-row button >> nth=0'),
+        shows: 'A file dialog is open',
+    },
+];

@@ -1,0 +1,65 @@
+import { describe, expect, it } from 'vitest';
+import { archiveContents, archivePath, chosenFiles, fileProblem } from '@/views/feedback/contents';
+import { draftFrom, emptyDraft } from '@/views/feedback/draft';
+
+describe('the draft', () => {
+    it('leaves dumps out unless the user comes from a crash', () => {
+        expect(emptyDraft().crashDumps).toBe(false);
+        expect(draftFrom({ page: 'crash', file: null }))
+            .toMatchObject({ category: 'crash', crashDumps: true, sample: '' });
+    });
+
+    it('takes over the document of a layout or print problem', () => {
+        expect(draftFrom({ page: 'layout', file: '/home/a.docx' }))
+            .toMatchObject({ category: 'layout', sample: '/home/a.docx' });
+        expect(draftFrom({ page: 'print', file: '' }))
+            .toMatchObject({ category: 'print', sample: '' });
+    });
+
+    it.each(['', 'elsewhere', 'toString', '__proto__'])('starts empty from %j', (page) => {
+        expect(draftFrom({ page, file: null })).toEqual(emptyDraft());
+    });
+});
+
+describe('a file', () => {
+    it.each([
+        ['/home/a.docx', null],
+        ['/home/文档/ä.docx', null],
+        ['/home/no\u00A0break.docx', null],
+        ['/home/my documents/a.docx', 'blank'],
+        ['/home/a\tb.docx', 'blank'],
+        ['/home/a;b.docx', 'semicolon'],
+        ['/home/other/first.docx', 'sameName'],
+        ['/home/describe.txt', 'reserved'],
+        ['/home/setup.cfg', 'reserved'],
+    ])('%j meets %s', (path, problem) => {
+        expect(fileProblem(path, ['/home/first.docx'])).toBe(problem);
+    });
+
+    it('is compared with those that come before it', () => {
+        const files = chosenFiles({
+            ...emptyDraft(), sample: '/a/x.docx', attachments: ['/b/y.png', '/b/x.docx'],
+        });
+        expect(files.map(({ role, problem }) => [role, problem])).toEqual(
+            [['sample', null], ['attachment', null], ['attachment', 'sameName']]);
+    });
+});
+
+describe('the archive', () => {
+    it('holds what was asked for, in the order in which it is packed', () => {
+        const draft = { ...emptyDraft(), sample: '/a/x.docx', crashDumps: true };
+        expect(archiveContents(draft).map(({ part }) => part)).toEqual(
+            ['description', 'file', 'systemInformation', 'suiteSettings', 'crashDumps']);
+    });
+
+    it('always holds the description', () => {
+        const draft = { ...emptyDraft(), systemInformation: false, suiteSettings: false };
+        expect(archiveContents(draft))
+            .toEqual([{ part: 'description', names: ['describe.txt'], problem: null }]);
+    });
+
+    it('gets an ending, even after one', () => {
+        expect(archivePath('/home/u/report')).toBe('/home/u/report.tar.gz');
+        expect(archivePath('/home/u/report.tar.gz')).toBe('/home/u/report.tar.gz.tar.gz');
+    });
+});
