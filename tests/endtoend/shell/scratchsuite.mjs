@@ -9,13 +9,16 @@ const OPENER = `#!/bin/sh
 printf '%s\\n' "$@" >> "$HOME/opened"
 `;
 
-/** A copy of the runnable tree with the tests' own pages, and a home for who runs it. */
+/**
+ * A copy of the runnable tree, and a home for who runs it. Its pages are the tests' own, or, with
+ * views, those of the HTML application.
+ */
 export class ScratchSuite {
-    static create() {
-        return new ScratchSuite();
+    static create(options) {
+        return new ScratchSuite(options);
     }
 
-    constructor() {
+    constructor({ views = false } = {}) {
         this.directory = fs.mkdtempSync(path.join(os.tmpdir(), 'shelltest-'));
         this.office = path.join(this.directory, 'suite/office');
         this.program = path.join(this.office, 'helio-shell');
@@ -24,8 +27,10 @@ export class ScratchSuite {
         this.home = path.join(this.directory, 'home');
         this.fakes = path.join(this.directory, 'fakes');
         fs.cpSync(SUITE, path.join(this.directory, 'suite'), { recursive: true });
-        fs.rmSync(this.pages, { recursive: true, force: true });
-        fs.cpSync(PAGES, this.pages, { recursive: true });
+        if (!views) {
+            fs.rmSync(this.pages, { recursive: true, force: true });
+            fs.cpSync(PAGES, this.pages, { recursive: true });
+        }
         fs.mkdirSync(this.home);
         fs.mkdirSync(path.join(this.directory, 'run'), { mode: 0o700 });
         fs.mkdirSync(this.fakes);
