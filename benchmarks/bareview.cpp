@@ -46,7 +46,7 @@ int main(int argc, char *argv[])
 {
     if (argc != 3)
         qFatal("usage: bare_view PORT FILE");
-    QByteArray port = QByteArray("--remote-debugging-port=") + argv[1];
+    QByteArray port = QByteArray("--remote-debugging-port=").append(argv[1]);
     QByteArray chromiumArguments("--webEngineArgs");
     QByteArray noSandbox("--no-sandbox");
     std::vector<char *> arguments{argv[0], chromiumArguments.data(), port.data()};

@@ -32,3 +32,8 @@ export async function compare(rounds, measureOurs, measurePeer) {
 export function figure(name, unit, comparison, goal) {
     return { name, unit, goal, ...comparison };
 }
+
+/** One line of the results for what has a limit of its own instead of a peer. */
+export function bounded(name, unit, ours, limit) {
+    return figure(name, unit, { ours, peer: limit, ratio: ours / limit }, 1);
+}

@@ -6,16 +6,19 @@ import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
+import { viewFigures } from './views.mjs';
 import { windowFigures } from './window.mjs';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
 const office = `${root}build/suite/office`;
+const htmlDirectory = `${office}/addons/vyrassistanttool/officeassistant/resource/html`;
 const programs = {
     suite: `${root}build/suite`,
     assistantctl: `${office}/assistantctl`,
     vyr: `${office}/vyr`,
     shell: `${office}/helio-shell`,
-    html: `${office}/addons/vyrassistanttool/officeassistant/resource/html/index.html`,
+    htmlDirectory,
+    html: `${htmlDirectory}/index.html`,
     bareApplication: `${root}build/benchmarks/bare_application`,
     bareView: `${root}build/benchmarks/bare_view`,
 };
@@ -32,6 +35,7 @@ for (const measure of [
     searchFigures,
     missingFontsFigures,
     windowFigures,
+    viewFigures,
 ]) {
     for (const measured of await measure(programs)) {
         figures.push(measured);

@@ -5,7 +5,7 @@ const ZIP = Buffer.concat([Buffer.from('504b0304', 'hex'), Buffer.alloc(400)]);
 const BINARY = Buffer.from(Array.from({ length: 400 }, (_, at) => (at * 151) % 256));
 
 /** What a document of that suffix looks like to somebody who only reads its start. */
-function contentOf(suffix) {
+export function contentOf(suffix) {
     if (suffix === '.rtf')
         return '{\\rtf1 sample}';
     if (['.doc', '.dot', '.xls', '.xlt', '.ppt', '.pps', '.pot'].includes(suffix))

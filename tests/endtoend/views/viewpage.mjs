@@ -5,9 +5,9 @@ const CONTROLS = 'button, a[href], input, textarea, select, [role="tab"], [role=
 
 /** The control of that name in the first element that holds `within`, if it can be used now. */
 const findControl = `(name, within) => {
-    const nameOf = (element) => element.getAttribute('aria-label') || element.placeholder
-        || (element.labels && [...element.labels].map((label) => label.textContent).join(' '))
-        || element.textContent;
+    const labels = (element) => [...element.labels || []].map((label) => label.textContent).join(' ');
+    const nameOf = (element) => element.getAttribute('aria-label') || labels(element)
+        || element.placeholder || element.textContent;
     const scope = within === null ? document
         : [...document.querySelectorAll('li, section')].reverse()
             .find((element) => element.textContent.includes(within));

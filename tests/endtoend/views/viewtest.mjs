@@ -39,8 +39,10 @@ export function viewTests() {
 
     /** Starts the application; gives its home page. */
     shared.home = async ({ env } = {}) => {
+        // The scripts take /home/$USER for the home directory, whatever HOME says.
+        const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(
-            shared.suite, shared.display, ['--language', 'en'], { env });
+            shared.suite, shared.display, ['--language', 'en'], { env: { USER: user, ...env } });
         return new ViewPage(await shared.program.page());
     };
 
@@ -52,9 +54,14 @@ export function viewTests() {
                 === ${JSON.stringify(TEXTS.views[name].title)})
             .setAttribute('aria-label', 'the tile'))`);
         await home.press('the tile');
+        return { home, view: await shared.view(name) };
+    };
+
+    /** The view that is opening in the child window. */
+    shared.view = async (name) => {
         const view = new ViewPage(await shared.program.page(`${name}.html`));
         await view.shows(TEXTS.views[name].title);
-        return { home, view };
+        return view;
     };
 
     /** Answers the file dialog of that title with a path. */

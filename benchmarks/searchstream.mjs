@@ -1,0 +1,67 @@
+// How smooth the file search stays while its hits stream in.
+
+import { evaluate, shellOn, withPage } from './devtools.mjs';
+
+const hitCount = 100_000;
+/** As many as the library hands over at once. */
+const hitsInBatch = 50;
+
+/** A search under way that the library never hears of, so that only our own hits arrive. */
+const startSearch = `new Promise((resolve) => {
+    const look = () => {
+        const field = document.querySelector('.search-keyword input');
+        if (!field || !window.helio) { setTimeout(look, 10); return; }
+        const { helio } = window;
+        window.helio = {
+            call: (command, args) => (command === 'startsearchfile'
+                ? Promise.resolve({ result: 'success' }) : helio.call(command, args)),
+        };
+        field.value = 'report';
+        field.dispatchEvent(new Event('input', { bubbles: true }));
+        setTimeout(() => {
+            field.form.requestSubmit();
+            setTimeout(resolve, 500);
+        }, 100);
+    };
+    look();
+})`;
+
+/** Streams the hits in and gives the longest gap between two frames meanwhile, and the count. */
+const streamHits = `new Promise((resolve) => {
+    const base64 = (text) => btoa(String.fromCharCode(...new TextEncoder().encode(text)));
+    let longest = 0;
+    let last = performance.now();
+    let sent = 0;
+    let streaming = true;
+    const frame = (now) => {
+        longest = Math.max(longest, now - last);
+        last = now;
+        if (streaming) requestAnimationFrame(frame);
+        else setTimeout(() => resolve({ longest, text: document.body.innerText }), 500);
+    };
+    requestAnimationFrame((now) => { last = now; requestAnimationFrame(frame); });
+    const { port1, port2 } = new MessageChannel();
+    port2.onmessage = () => {
+        for (const end = Math.min(sent + ${hitsInBatch}, ${hitCount}); sent < end; sent++) {
+            window.startsearchfileCallBack({ result: {
+                [base64('report 报告 ' + sent + '.docx')]: base64('/home/user/' + (sent % 1000)),
+            } });
+        }
+        if (sent < ${hitCount}) { port1.postMessage(0); return; }
+        window.searchfilefinish({ result: 'success' });
+        streaming = false;
+    };
+    port1.postMessage(0);
+})`;
+
+/** Milliseconds of the longest frame while all hits stream into the search view. */
+export function longestFrame(shell, env) {
+    const start = shellOn(shell, { env, args: ['--page', 'search.html', '--language', 'en'] });
+    return withPage(start, async (page) => {
+        await evaluate(page, startSearch);
+        const { longest, text } = await evaluate(page, streamHits);
+        if (!text.includes(hitCount.toLocaleString('en')))
+            throw new Error(`not all hits have arrived: ${text}`);
+        return longest;
+    });
+}

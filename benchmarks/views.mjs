@@ -1,0 +1,148 @@
+// Figures of the HTML application's views, in the real window with the library behind it.
+
+import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { bareViewOn, evaluate, firstPaint, pageOf, shellOn, withPage } from './devtools.mjs';
+import { bounded, compare, figure, median } from './measure.mjs';
+import { longestFrame } from './searchstream.mjs';
+
+const paintRounds = 7;
+const openingRounds = 3;
+const longestOpeningMs = 300;
+const largestViewKB = 400;
+const longestFrameMs = 50;
+
+/** What all views share: the foundation and the component library. */
+const sharedFiles = /^(foundation|elements)\.(js|css)$/;
+
+/** A page of nothing; without a colour of its own Chromium would never tell that it painted it. */
+const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #f6f7f9"></body>\n';
+
+/** Runs `use` with an environment whose home directory is nobody's. */
+async function withPrivateHome(use) {
+    const home = mkdtempSync(join(tmpdir(), 'bench-home-'));
+    mkdirSync(join(home, 'run'), { mode: 0o700 });
+    // The scripts take /home/$USER for the home directory, whatever HOME says.
+    const env = { ...process.env, HOME: home, USER: `..${home}`, XDG_RUNTIME_DIR: join(home, 'run'),
+        DBUS_SESSION_BUS_ADDRESS: 'disabled:' };
+    try {
+        return await use(env, home);
+    } finally {
+        rmSync(home, { recursive: true, force: true, maxRetries: 5 });
+    }
+}
+
+function paintAfterStart(start) {
+    return withPage(start, async (page, { startedAt }) => (await evaluate(page, firstPaint)) - startedAt);
+}
+
+async function firstPaintFigure(shell, bareView) {
+    return withPrivateHome(async (env, home) => {
+        const blank = join(home, 'blank.html');
+        writeFileSync(blank, blankPage);
+        return figure('first paint of the home page, against a blank page', 'ms',
+            await compare(paintRounds, () => paintAfterStart(shellOn(shell, { env })),
+                () => paintAfterStart(bareViewOn(bareView, blank))), 1.3);
+    });
+}
+
+/** Gives the middle of a tile once the home page has its tiles. */
+const placeOfTile = (index) => `new Promise((resolve) => {
+    const look = () => {
+        const tile = document.querySelectorAll('button.tool')[${index}];
+        if (!tile) { setTimeout(look, 10); return; }
+        tile.scrollIntoView({ block: 'center' });
+        window.addEventListener('click', (event) => {
+            window.clickedAt = performance.timeOrigin + event.timeStamp;
+        }, true);
+        const box = tile.getBoundingClientRect();
+        setTimeout(() => resolve({ x: box.x + box.width / 2, y: box.y + box.height / 2 }), 200);
+    };
+    look();
+})`;
+
+/**
+ * A view is interactive when it is mounted, with its controls in the page and listening, and the
+ * page has been painted. The scripts are deferred and mount the view as they run, so the end of
+ * DOMContentLoaded follows the mounting at once.
+ */
+const interactiveAt = `new Promise((resolve) => {
+    const look = () => {
+        const [navigation] = performance.getEntriesByType('navigation');
+        const paint = performance.getEntriesByName('first-contentful-paint')[0];
+        const mounted = document.querySelector('#view button:not(:disabled)');
+        if (paint && mounted && navigation.domContentLoadedEventEnd > 0)
+            resolve(performance.timeOrigin
+                + Math.max(paint.startTime, navigation.domContentLoadedEventEnd));
+        else setTimeout(look, 10);
+    };
+    look();
+})`;
+
+/** Milliseconds from the click on a tile until its view is interactive, and the view's page. */
+function opening(shell, env, index) {
+    return withPage(shellOn(shell, { env }), async (home, { port }) => {
+        const place = await evaluate(home, placeOfTile(index));
+        for (const type of ['mousePressed', 'mouseReleased'])
+            await home.Input.dispatchMouseEvent({ type, ...place, button: 'left', clickCount: 1 });
+        const view = await pageOf(port, (url) => !url.endsWith('/index.html'));
+        try {
+            const end = await evaluate(view, interactiveAt);
+            return {
+                name: await evaluate(view, "location.pathname.split('/').pop().replace('.html', '')"),
+                time: end - await evaluate(home, 'window.clickedAt'),
+            };
+        } finally {
+            await view.close();
+        }
+    });
+}
+
+async function openingFigures(shell) {
+    return withPrivateHome(async (env) => {
+        const count = await withPage(shellOn(shell, { env }), async (home) => {
+            await evaluate(home, placeOfTile(0));
+            return evaluate(home, "document.querySelectorAll('button.tool').length");
+        });
+        const figures = [];
+        for (let index = 0; index < count; index++) {
+            const openings = [];
+            for (let round = 0; round < openingRounds; round++)
+                openings.push(await opening(shell, env, index));
+            figures.push(bounded(`click until the view ${openings[0].name} is interactive`, 'ms',
+                median(openings.map(({ time }) => time)), longestOpeningMs));
+        }
+        return figures;
+    });
+}
+
+/** The view with the most script and style of its own: {name, size} in KB. */
+function largestView(directory) {
+    const views = readdirSync(directory).filter((name) => name.endsWith('.html')).map((name) => {
+        const page = readFileSync(join(directory, name), 'utf8');
+        const files = [...page.matchAll(/(?:src|href)="([^":]+\.(?:js|css))"/g)].map(([, file]) => file);
+        const inline = [...page.matchAll(/<(script|style)[^>]*>([^]*?)<\/\1>/g)]
+            .reduce((sum, [, , text]) => sum + Buffer.byteLength(text), 0);
+        const own = files.filter((file) => !sharedFiles.test(file));
+        const bytes = own.reduce((sum, file) => sum + statSync(join(directory, file)).size, inline);
+        return { name, size: bytes / 1000 };
+    });
+    return views.reduce((largest, view) => (view.size > largest.size ? view : largest));
+}
+
+/** @param {{shell: string, bareView: string, htmlDirectory: string}} programs */
+export async function viewFigures({ shell, bareView, htmlDirectory }) {
+    const { name, size } = largestView(htmlDirectory);
+    const figures = [
+        bounded(`script and style of the largest view, ${name}`, 'KB', size, largestViewKB),
+        await firstPaintFigure(shell, bareView),
+        ...await openingFigures(shell),
+    ];
+    // A branch of the page without file search has nothing to stream into.
+    if (readdirSync(htmlDirectory).includes('search.html')) {
+        figures.push(bounded('longest frame while 100,000 hits stream in', 'ms',
+            await withPrivateHome((env) => longestFrame(shell, env)), longestFrameMs));
+    }
+    return figures;
+}

@@ -1,0 +1,55 @@
+import { expect, test } from 'vitest';
+
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const TOOL = 'vyrEnvCheckTool';
+/** Writes its arguments down, waits until it may go on, and answers for its component. */
+const TOOL_SCRIPT = `#!/bin/bash
+printf '%s|' "$@" >> "$HOME/toolcalls"
+for ((tries = 0; tries < 1000; tries++)); do
+    [ -e "$HOME/go" ] && break
+    sleep 0.02
+done
+mkdir -p "$HOME/.local/share/Orvane/tmp"
+printf '[vyrEnv]\\n%s-%s=libexample is missing\\n' "$2" "$1" > "$HOME/.local/share/Orvane/tmp/vyrEnv.ini"
+`;
+const environment = TEXTS.environmentcheck;
+const input = TEXTS.inputmethod;
+const shared = viewTests();
+
+test('an environment check runs the tool once and shows what it found', async () => {
+    shared.writeInOffice(TOOL, TOOL_SCRIPT, { mode: 0o755 });
+    const { view } = await shared.open('environmentcheck');
+    await view.shows(environment.none, PATIENCE);
+    await view.press(environment.components.tbl);
+    await view.press(environment.start);
+    await shared.fileWith(shared.inHome('toolcalls'), (text) => text !== '');
+    await view.until(`[...document.querySelectorAll('button')].find((button) =>
+        button.textContent.trim() === ${JSON.stringify(environment.start)}).disabled`);
+    shared.writeInHome('go', '');
+    await view.shows('libexample is missing', PATIENCE);
+    await view.shows(`${environment.components.tbl} – ${environment.checks.libraries.name}`);
+    expect(await shared.fileWith(shared.inHome('toolcalls'), Boolean)).toBe('libraries|tbl||');
+});
+
+test('an environment check without its tool explains that there is no answer', async () => {
+    const { view } = await shared.open('environmentcheck');
+    await view.press(environment.start);
+    await view.shows(environment.noAnswerWhy, PATIENCE);
+});
+
+test('an unset input method is explained with the steps that mend it', async () => {
+    const { view } = await shared.open('inputmethod', { env: { XMODIFIERS: '@im=fcitx' } });
+    await view.shows(input.answers.ERR_LOADPLUGIN_FAILED.title, PATIENCE);
+    await view.shows(input.steps.install);
+    await view.shows('@im=fcitx', PATIENCE);
+    await view.press(input.again);
+    await view.shows(input.checked, PATIENCE);
+});
+
+test('an input method that needs no program of its own is ready', async () => {
+    const { view } = await shared.open('inputmethod',
+        { env: { QT_IM_MODULE: 'xim', XMODIFIERS: '@im=fcitx' } });
+    await view.shows(input.answers.ERR_OK.title, PATIENCE);
+});

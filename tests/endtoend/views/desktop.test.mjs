@@ -1,0 +1,67 @@
+import { execFileSync } from 'node:child_process';
+import fs from 'node:fs';
+import path from 'node:path';
+import { expect, test } from 'vitest';
+
+import { contentOf } from '../desktop/sampledocuments.mjs';
+import { ENTRIES, INTEGRATED, SAMPLES } from '../scripts/desktoptools.mjs';
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const SEPARATE = ['vyr', 'tbl', 'shw', 'pdf'].map((name) => `vyr-office-${name}.desktop`);
+/** Each look at the associations starts the desktop's tool 78 times. */
+const LONG = { timeoutMs: 90_000 };
+const shared = viewTests();
+
+const entry = (name) => `[Desktop Entry]\nType=Application\nName=${name}\nExec=true %f\n`;
+
+/** A suite whose shortcuts can be put on the desktop. */
+function installShortcuts() {
+    const directory = path.join(shared.suite.office, '../desktops');
+    fs.mkdirSync(directory, { recursive: true });
+    for (const name of [...SEPARATE, INTEGRATED])
+        fs.writeFileSync(path.join(directory, name), entry(name));
+    fs.mkdirSync(shared.inHome('Desktop'));
+}
+
+test('shortcuts are put back on the desktop and listed again', async () => {
+    const texts = TEXTS.shortcuts;
+    installShortcuts();
+    fs.writeFileSync(shared.inHome('Desktop', 'own.desktop'), entry('own'));
+    const { view } = await shared.open('shortcuts');
+    await view.shows(texts.empty, PATIENCE);
+    await view.press(texts.restore.start);
+    await view.press(texts.restore.cancel);
+    expect(fs.readdirSync(shared.inHome('Desktop'))).toEqual(['own.desktop']);
+
+    await view.press(texts.sets.integrated);
+    await view.press(texts.restore.start);
+    await view.press(texts.restore.confirm);
+    await view.shows(texts.restored, PATIENCE);
+    expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', INTEGRATED]);
+});
+
+test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
+    const texts = TEXTS.associations;
+    for (const { suffix } of SAMPLES)
+        shared.writeInOffice(`asso_template/vyr${suffix}`, contentOf(suffix));
+    for (const name of [...Object.values(ENTRIES), INTEGRATED])
+        shared.writeInHome(`.local/share/applications/${name}`, entry(name));
+    const { view } = await shared.open('associations');
+    await view.until("document.querySelectorAll('.association-table tbody tr').length === 39",
+        PATIENCE);
+    fs.mkdirSync(shared.inHome('.local/share/mime/packages'), { recursive: true });
+    await view.press(texts.repair, PATIENCE);
+    await view.press(texts.confirm);
+    await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'),
+        (text) => text.includes('application/vyr-office.docx'));
+    // A desktop does this by itself; the types that it makes known are then given to the suite.
+    execFileSync('update-mime-database', [shared.inHome('.local/share/mime')],
+        { env: { ...process.env, HOME: shared.suite.home } });
+    await view.shows(texts.notRepaired, LONG);
+    await view.press(texts.repair, LONG);
+    await view.press(texts.confirm);
+    await view.shows(texts.repaired.replace('{count}', '39'), LONG);
+    const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
+    expect(defaults).toContain(`application/vyr-office.docx=${ENTRIES.vyr}`);
+}, 240_000);

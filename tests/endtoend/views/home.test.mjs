@@ -1,0 +1,47 @@
+import { expect, test } from 'vitest';
+
+import { filled, TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const texts = TEXTS.home.checkup;
+const SETTINGS = '.config/Orvane/Office.conf';
+const [oneIgnored] = texts.ignoredCount.split(' | ');
+const shared = viewTests();
+
+const finish = (home) => home.until(
+    "document.querySelector('.checkup-summary')?.textContent.includes('checked at')", PATIENCE);
+const findings = (home) => home.evaluate(
+    "[...document.querySelectorAll('.findings .finding-text > p:not([role])')].map((p) => p.innerText)");
+
+/** A home page whose check-up finds that dumps are not kept. */
+async function checked() {
+    shared.writeInHome(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+    const home = await shared.home();
+    await home.press(texts.start);
+    await finish(home);
+    return home;
+}
+
+test('the check-up runs to its end, and what is ignored is remembered after a reload', async () => {
+    const home = await checked();
+    const found = await findings(home);
+    expect(found).toContain(texts.findings.dumpsOff);
+    await home.press(filled(texts.ignoreThis, { finding: texts.findings.dumpsOff }));
+    await home.shows(oneIgnored);
+    expect(await findings(home)).toEqual(found.filter((text) => text !== texts.findings.dumpsOff));
+
+    await home.tools.Page.reload();
+    await home.until("document.readyState === 'complete' && !document.querySelector('.findings')");
+    await home.press(texts.start);
+    await finish(home);
+    await home.shows(oneIgnored);
+    expect(await findings(home)).not.toContain(texts.findings.dumpsOff);
+});
+
+test('a finding is repaired on disk and checked again', async () => {
+    const home = await checked();
+    await home.press(texts.repairs.keepDumps);
+    await shared.fileWith(shared.inHome(SETTINGS), (text) => text.includes('SaveDump=true'));
+    await home.shows(filled(texts.repaired, { what: texts.kinds.dumpsOff }), PATIENCE);
+    expect(await findings(home)).not.toContain(texts.findings.dumpsOff);
+});

@@ -1,0 +1,51 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { expect, test } from 'vitest';
+
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const { actions } = TEXTS.tools;
+const RECORDER = `#!/bin/sh
+printf '%s|' "\${0##*/}" "$@" >> "$HOME/started"
+`;
+const shared = viewTests();
+
+async function openTools() {
+    const { view } = await shared.open('tools');
+    const start = async (name) => {
+        await view.press(actions[name].start, { within: actions[name].title });
+        await view.shows(actions[name].done, PATIENCE);
+    };
+    const started = (call) =>
+        shared.fileWith(shared.inHome('started'), (text) => text.endsWith(call));
+    return { start, started };
+}
+
+test('preloading is stopped and restarted by its program in PATH', async () => {
+    fs.writeFileSync(path.join(shared.suite.fakes, 'quickstartoffice'), RECORDER, { mode: 0o755 });
+    const { start, started } = await openTools();
+    await start('stop');
+    await started('quickstartoffice|stop|false|');
+    await start('restart');
+    await started('quickstartoffice|restart|false|');
+});
+
+test('recorder and editing tools are started from the suite', async () => {
+    shared.writeInOffice('addons/vyrassistanttool/screencap/screencap', RECORDER, { mode: 0o755 });
+    shared.writeInOffice('eptools', RECORDER, { mode: 0o755 });
+    const { start, started } = await openTools();
+    await start('record');
+    await started('screencap|');
+    await start('replace');
+    await started('eptools|-replacefile|');
+    await start('apilog');
+    await started('eptools|-apilog|');
+});
+
+test('the window comes back from a screenshot', async () => {
+    const { start } = await openTools();
+    const before = await shared.display.windowCount(2);
+    await start('screenshot');
+    expect(await shared.display.windowCount(2)).toEqual(before);
+});

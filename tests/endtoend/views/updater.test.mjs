@@ -1,0 +1,45 @@
+import { expect, test } from 'vitest';
+
+import { filled, TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const texts = TEXTS.updater;
+const shared = viewTests();
+
+async function openUpdater(configuration) {
+    const file = shared.writeInHome('update.cfg', configuration);
+    const { view } = await shared.open('updater', { env: { HELIO_UPDATE_CFG: file } });
+    await view.shows(texts.tabs.configuration, PATIENCE);
+    return { file, view };
+}
+
+test('an edited value of the updater stands in its settings file', async () => {
+    const { file, view } = await openUpdater('[update]\nserver=old\n[other]\nkept=1\n');
+    await view.shows('old', PATIENCE);
+    await view.press(filled(texts.editOne, { name: 'server' }));
+    await view.fill('server', 'https://new.invalid/a b');
+    await view.press(texts.save);
+    await view.shows(texts.saved, PATIENCE);
+    const text = await shared.fileWith(file, (found) => found.includes('https://new.invalid/a b'));
+    expect(text).toContain('[other]\nkept=1');
+    expect(text).not.toContain('old');
+});
+
+test('a new key is added, and one that cannot be stored is refused', async () => {
+    const { file, view } = await openUpdater('[update]\n');
+    await view.fill(texts.newKey, 'a$b');
+    await view.press(texts.add);
+    await view.shows(texts.objections.dollar);
+    await view.fill(texts.newKey, 'interval');
+    await view.fill(texts.newValue, '7');
+    await view.press(texts.add);
+    await view.shows(texts.saved, PATIENCE);
+    await shared.fileWith(file, (text) => text.includes('interval=7'));
+});
+
+test('a machine without an updater is explained', async () => {
+    const { view } = await shared.open('updater',
+        { env: { HELIO_UPDATE_CFG: shared.inHome('none.cfg') } });
+    await view.shows(texts.support.noConfiguration, PATIENCE);
+    await view.shows(texts.noConfiguration);
+});
