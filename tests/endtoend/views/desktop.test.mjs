@@ -5,7 +5,7 @@ import { expect, test } from 'vitest';
 
 import { contentOf } from '../desktop/sampledocuments.mjs';
 import { ENTRIES, INTEGRATED, SAMPLES } from '../scripts/desktoptools.mjs';
-import { TEXTS } from './texts.mjs';
+import { filled, TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
 const SEPARATE = ['vyr', 'tbl', 'shw', 'pdf'].map((name) => `vyr-office-${name}.desktop`);
@@ -24,25 +24,26 @@ function installShortcuts() {
     fs.mkdirSync(shared.inHome('Desktop'));
 }
 
-test('shortcuts are put back on the desktop and listed again', async () => {
+test('shortcuts are put back on the desktop after a question', async () => {
     const texts = TEXTS.shortcuts;
     installShortcuts();
     fs.writeFileSync(shared.inHome('Desktop', 'own.desktop'), entry('own'));
     const { view } = await shared.open('shortcuts');
-    await view.shows(texts.empty, PATIENCE);
-    await view.press(texts.restore.start);
+    await view.press(texts.restore.start, PATIENCE);
     await view.press(texts.restore.cancel);
     expect(fs.readdirSync(shared.inHome('Desktop'))).toEqual(['own.desktop']);
 
     await view.press(texts.sets.integrated);
     await view.press(texts.restore.start);
     await view.press(texts.restore.confirm);
-    await view.shows(texts.restored, PATIENCE);
+    // This home lies deeper than those in /home, which the view tells apart from success.
+    await view.shows(texts.uncheckable, PATIENCE);
     expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', INTEGRATED]);
 });
 
 test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
     const texts = TEXTS.associations;
+    const allRepaired = filled(texts.repaired, { count: 39 });
     for (const { suffix } of SAMPLES)
         shared.writeInOffice(`asso_template/vyr${suffix}`, contentOf(suffix));
     for (const name of [...Object.values(ENTRIES), INTEGRATED])
@@ -58,10 +59,13 @@ test('associations are repaired with the desktop’s tools and listed until they
     // A desktop does this by itself; the types that it makes known are then given to the suite.
     execFileSync('update-mime-database', [shared.inHome('.local/share/mime')],
         { env: { ...process.env, HOME: shared.suite.home } });
-    await view.shows(texts.notRepaired, LONG);
-    await view.press(texts.repair, LONG);
-    await view.press(texts.confirm);
-    await view.shows(texts.repaired.replace('{count}', '39'), LONG);
+    const ended = await view.showsOneOf([allRepaired, texts.notRepaired], LONG);
+    if (ended === texts.notRepaired) {
+        // The update came after the repair had given the known types away.
+        await view.press(texts.repair, LONG);
+        await view.press(texts.confirm);
+        await view.shows(allRepaired, LONG);
+    }
     const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
     expect(defaults).toContain(`application/vyr-office.docx=${ENTRIES.vyr}`);
 }, 240_000);

@@ -66,12 +66,17 @@ export class ViewPage {
 
     /** Waits until a text can be read. */
     async shows(text, options) {
+        await this.showsOneOf([text], options);
+    }
+
+    /** Waits until one of these texts can be read; gives it. */
+    async showsOneOf(texts, options) {
         let last = '';
         try {
             return await waitFor(async () => {
                 last = await this.text();
-                return last.includes(text);
-            }, { what: `the text “${text}”`, ...options });
+                return texts.find((text) => last.includes(text));
+            }, { what: `the text “${texts.join('” or “')}”`, ...options });
         } catch (error) {
             throw new Error(`${error.message}; shown is: ${last}`);
         }
