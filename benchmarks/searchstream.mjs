@@ -5,17 +5,22 @@ import { evaluate, shellOn, withPage } from './devtools.mjs';
 const hitCount = 100_000;
 /** As many as the library hands over at once. */
 const hitsInBatch = 50;
+const mostRounds = 5;
 
-/** A search under way that the library never hears of, so that only our own hits arrive. */
+/**
+ * Takes the place of the host, which then cannot set its own: the library never hears of the
+ * search, so that only our own hits arrive.
+ */
+const silentHost = `Object.defineProperty(window, 'helio', {
+    value: { call: () => Promise.resolve({ result: 'success' }), theme: 'light', language: 'en' },
+    configurable: false,
+});`;
+
+/** A search that is under way. */
 const startSearch = `new Promise((resolve) => {
     const look = () => {
         const field = document.querySelector('.search-keyword input');
-        if (!field || !window.helio) { setTimeout(look, 10); return; }
-        const { helio } = window;
-        window.helio = {
-            call: (command, args) => (command === 'startsearchfile'
-                ? Promise.resolve({ result: 'success' }) : helio.call(command, args)),
-        };
+        if (!field) { setTimeout(look, 10); return; }
         field.value = 'report';
         field.dispatchEvent(new Event('input', { bubbles: true }));
         setTimeout(() => {
@@ -55,13 +60,25 @@ const streamHits = `new Promise((resolve) => {
 })`;
 
 /** Milliseconds of the longest frame while all hits stream into the search view. */
-export function longestFrame(shell, env) {
+function streamOnce(shell, env) {
     const start = shellOn(shell, { env, args: ['--page', 'search.html', '--language', 'en'] });
     return withPage(start, async (page) => {
+        await page.Page.enable();
+        await page.Page.addScriptToEvaluateOnNewDocument({ source: silentHost });
+        const loaded = page.Page.loadEventFired();
+        await page.Page.reload();
+        await loaded;
         await evaluate(page, startSearch);
         const { longest, text } = await evaluate(page, streamHits);
-        if (!text.includes(hitCount.toLocaleString('en')))
+        if (!text.includes(`${hitCount.toLocaleString('en')} found`))
             throw new Error(`not all hits have arrived: ${text}`);
         return longest;
     });
+}
+
+/** The same of the best of some rounds: other work on the machine only ever makes frames longer. */
+export async function longestFrame(shell, env) {
+    const rounds = [];
+    while (rounds.length < mostRounds) rounds.push(await streamOnce(shell, env));
+    return Math.min(...rounds);
 }
