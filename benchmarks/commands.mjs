@@ -26,11 +26,12 @@ class Workplace {
         this.directory = mkdtempSync(`${tmpdir()}/commands-`);
         this.home = `${this.directory}/home`;
         this.office = `${this.directory}/suite/office`;
-        mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true });
+        mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
         cpSync(suite, `${this.directory}/suite`, { recursive: true });
         mkdirSync(`${this.office}/asso_template`, { recursive: true });
         for (const suffix of suffixes) writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
-        this.env = { ...process.env, HOME: this.home, XDG_RUNTIME_DIR: this.home, USER: 'root' };
+        // The scripts look for the desktop below /home/$USER.
+        this.env = { ...process.env, HOME: this.home, XDG_RUNTIME_DIR: this.home, USER: `..${this.home}` };
     }
 
     session() {

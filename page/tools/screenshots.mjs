@@ -1,4 +1,7 @@
-/** Draws every scene of every view with a scripted host, in both themes and languages. */
+/**
+ * Draws every view with a scripted host, in both themes and languages; with --all every scene of
+ * it, which takes long.
+ */
 import { mkdir, readdir } from 'node:fs/promises';
 import { join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -38,6 +41,7 @@ const { values } = parseArgs({
         height: { type: 'string', default: '680' },
         textSize: { type: 'string', default: '100' },
         only: { type: 'string', default: '' },
+        all: { type: 'boolean', default: false },
     },
 });
 const pages = resolve(values.page);
@@ -50,7 +54,9 @@ const size = {
 await mkdir(out, { recursive: true });
 const browser = await chromium.launch({ executablePath: values.chromium, args: chromiumFlags });
 try {
-    const scenes = (await allScenes()).filter(({ name }) => name.startsWith(values.only));
+    const scenes = (await allScenes()).filter(
+        ({ name }) => name.startsWith(values.only) && (values.all || !name.includes('-')),
+    );
     for (const scene of scenes) {
         for (const theme of ['light', 'dark']) {
             for (const language of ['en_US', 'zh_CN']) {

@@ -13,6 +13,12 @@ namespace {
 
 const QString nesting[] = {QStringLiteral("screenshots"), QStringLiteral("openremoveurlcheck")};
 
+/// What these delete, write or start has its fixed place on the machine.
+const QStringList outsideOfTests{
+    QStringLiteral("clearlogfile"),      QStringLiteral("testupdate"),
+    QStringLiteral("testdailyreport"),   QStringLiteral("testuninstallreport"),
+    QStringLiteral("testinstallreport"), QStringLiteral("changeupdateconfig")};
+
 /// The commands in the order in which the bridge declares them.
 QStringList commandNames()
 {
@@ -55,9 +61,13 @@ private slots:
         QTest::addColumn<QString>("inner");
         const QStringList commands = commandNames();
         QCOMPARE(commands.size(), 57);
-        for (const QString &outer : nesting)
-            for (const QString &inner : commands)
+        for (const QString &outer : nesting) {
+            for (const QString &inner : commands) {
+                if (outsideOfTests.contains(inner))
+                    continue;
                 QTest::addRow("%s in %s", qPrintable(inner), qPrintable(outer)) << outer << inner;
+            }
+        }
     }
 
     void everyCommandIsAnsweredWhileAnotherWaits()

@@ -31,6 +31,8 @@ PrivateHome::PrivateHome()
     cleanEnvironment();
     qputenv("HOME", QFile::encodeName(path()));
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(path()));
+    // The scripts look for the desktop below /home/$USER, whatever HOME says.
+    qputenv("USER", QFile::encodeName(QDir(QStringLiteral("/home")).relativeFilePath(path())));
     QDir().mkpath(suiteHome());
 }
 
