@@ -27,6 +27,7 @@ describe('the log', () => {
     it('is told in lines whatever ends them', () => {
         expect(logLines('a\r\nb\n\nc\n').map(({ text }) => text)).toEqual(['a', 'b', '', 'c']);
         expect(logLines('')).toEqual([]);
+        expect(logLines('a\tb')[0]!.text).toBe('a    b');
     });
 
     it('is searched by words, with the lines keeping their numbers', () => {

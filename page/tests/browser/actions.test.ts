@@ -1,40 +1,16 @@
 import { chromium, type Browser } from 'playwright-core';
 import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
-import { allScenes } from './allscenes';
-import { openView, sentCommands, type Answer, type Scene, type ViewPage } from './harness.mjs';
+import { sentCommands, type Scene, type ViewPage } from './harness.mjs';
+import { lastSent, named, play, sent } from './playing';
 
-const scenes = await allScenes();
 let browser: Browser;
 beforeAll(async () => {
     browser = await chromium.connect(inject('browserAddress'));
 });
 afterAll(() => browser.close());
 
-function named(name: string, changes: Record<string, Answer> = {}): Scene {
-    const scene = scenes.find((candidate) => candidate.name === name);
-    if (!scene) throw new Error(`no scene ${name}`);
-    return { ...scene, answers: { ...scene.answers, ...changes } };
-}
-
-async function playing(scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> {
-    const view = await openView(browser, inject('builtPage'), scene);
-    await scene.act?.(view);
-    await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
-    await test(view);
-    expect(view.complaints).toEqual([]);
-    await view.context().close();
-}
-
-async function lastSent(view: ViewPage, count = 1) {
-    return (await sentCommands(view)).slice(-count);
-}
-
-/** Waits for the command, with a bound, because keys and clicks act in their own time. */
-async function sent(view: ViewPage, command: string, times = 1): Promise<void> {
-    await view.waitForFunction(([name, count]) =>
-        (window as unknown as { sent: { command: string }[] }).sent
-            .filter((one) => one.command === name).length >= count, [command, times] as const);
-}
+const playing = (scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> =>
+    play(browser, scene, test);
 
 describe('the view of crash dumps', () => {
     it('closes as what it was opened as, so that the watch ends', () =>

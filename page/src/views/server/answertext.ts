@@ -19,6 +19,6 @@ const mostShown = 20_000;
 
 /** The start of a body, in lines; `cut` tells that there is more. */
 export function shownBody(body: string): { lines: string[]; cut: boolean } {
-    const start = body.slice(0, mostShown);
+    const start = body.slice(0, mostShown).replace(/\t/g, '    ');
     return { lines: start.split(/\r\n|\n|\r/), cut: body.length > mostShown };
 }

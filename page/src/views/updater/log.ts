@@ -9,7 +9,8 @@ export interface LogLine {
 export function logLines(log: string): LogLine[] {
     const texts = log.split(/\r\n|\n|\r/);
     if (texts[texts.length - 1] === '') texts.pop();
-    return texts.map((text, index) => ({ number: index + 1, text }));
+    // A tab is no unseen character here.
+    return texts.map((text, index) => ({ number: index + 1, text: text.replace(/\t/g, '    ') }));
 }
 
 export function matchingLines(lines: LogLine[], query: string): LogLine[] {

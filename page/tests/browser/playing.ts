@@ -1,0 +1,36 @@
+import type { Browser } from 'playwright-core';
+import { expect, inject } from 'vitest';
+import { allScenes } from './allscenes';
+import { openView, sentCommands, type Answer, type Scene, type ViewPage } from './harness.mjs';
+
+const scenes = await allScenes();
+
+/** A scene by its name, with other answers where `changes` has some. */
+export function named(name: string, changes: Record<string, Answer | Answer[]> = {}): Scene {
+    const scene = scenes.find((candidate) => candidate.name === name);
+    if (!scene) throw new Error(`no scene ${name}`);
+    return { ...scene, answers: { ...scene.answers, ...changes } };
+}
+
+/** Plays a scene until it shows what it should, and goes on with `test`. */
+export async function play(
+    browser: Browser, scene: Scene, test: (view: ViewPage) => Promise<void>,
+): Promise<void> {
+    const view = await openView(browser, inject('builtPage'), scene);
+    await scene.act?.(view);
+    await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
+    await test(view);
+    expect(view.complaints).toEqual([]);
+    await view.context().close();
+}
+
+export async function lastSent(view: ViewPage, count = 1) {
+    return (await sentCommands(view)).slice(-count);
+}
+
+/** Waits for the command, with a bound, because keys and clicks act in their own time. */
+export async function sent(view: ViewPage, command: string, times = 1): Promise<void> {
+    await view.waitForFunction(([name, count]) =>
+        (window as unknown as { sent: { command: string }[] }).sent
+            .filter((one) => one.command === name).length >= count, [command, times] as const);
+}

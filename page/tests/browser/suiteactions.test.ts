@@ -1,0 +1,235 @@
+import { chromium, type Browser } from 'playwright-core';
+import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { sentCommands, type Scene, type ViewPage } from './harness.mjs';
+import { lastSent, named, play, sent } from './playing';
+
+let browser: Browser;
+beforeAll(async () => {
+    browser = await chromium.connect(inject('browserAddress'));
+});
+afterAll(() => browser.close());
+
+const playing = (scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> =>
+    play(browser, scene, test);
+
+async function sentNames(view: ViewPage): Promise<string[]> {
+    return (await sentCommands(view)).map(({ command }) => command);
+}
+
+async function closesAs(view: ViewPage, type: string): Promise<void> {
+    await view.keyboard.press('Escape');
+    await sent(view, 'closechildwindow');
+    expect(await lastSent(view)).toEqual([{ command: 'closechildwindow', args: { type } }]);
+}
+
+describe('the desktop shortcuts', () => {
+    it('are put back only after the question, and then listed until they rest', () =>
+        playing(named('shortcuts-asking', { fixfouricon: { result: 'success' } }),
+            async (view) => {
+                expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
+                await view.click('.ask-once-confirm');
+                await view.getByText('Repaired, checked again').first().waitFor();
+                expect(await sentNames(view)).toEqual(['getdesktopiconfile', 'fixfouricon',
+                    'getdesktopiconfile', 'getdesktopiconfile']);
+            }));
+
+    it('are put back as the integrated one when that is chosen', () =>
+        playing(named('shortcuts', { fixoneicon: { result: 'success' } }), async (view) => {
+            await view.check('input[value="integrated"]');
+            await view.click('.ask-once-start');
+            await view.click('.ask-once-confirm');
+            await sent(view, 'fixoneicon');
+            expect(await sentNames(view)).not.toContain('fixfouricon');
+        }));
+
+    it('are not put back twice at once', () =>
+        playing(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
+            await view.click('.ask-once-confirm');
+            await sent(view, 'fixfouricon');
+            await view.locator('.ask-once-start[disabled]').waitFor();
+            await view.keyboard.press('F5');
+            expect((await sentNames(view)).slice(1)).toEqual(['fixfouricon']);
+        }));
+});
+
+describe('the associations', () => {
+    it('cannot be repaired when all is well, and the button says so', () =>
+        playing(named('associations'), async (view) => {
+            const button = view.locator('.ask-once-start');
+            expect(await button.isDisabled()).toBe(true);
+            expect(await view.locator('.ask-once > span').getAttribute('title'))
+                .toContain('in order already');
+        }));
+
+    it('are copied as text with unseen characters named', () =>
+        playing(named('associations-problems'), async (view) => {
+            await view.getByRole('button', { name: 'Copy text' }).click();
+            await sent(view, 'copytoclipboard');
+            const [copying] = await lastSent(view);
+            const copied = String(copying?.args?.verification);
+            expect(copied).toContain('.doc\tapplication/x-other⟨U+202E⟩\t');
+            expect(copied.match(/^\./gm)).toHaveLength(39);
+        }));
+});
+
+describe('the documents', () => {
+    it('are sent as the path that was chosen, in base64', () =>
+        playing(named('missingfonts-found'), async (view) => {
+            expect(await lastSent(view)).toEqual([{
+                command: 'comparefont',
+                args: { filepath: Buffer.from('/home/user/Documents/report.docx')
+                    .toString('base64') },
+            }]);
+            await view.click('text=Go on to feedback');
+            await sent(view, 'router');
+            expect(await lastSent(view, 2)).toEqual([
+                { command: 'feedbacktovyr', args: { infopage: 'missingfonts' } },
+                { command: 'router', args: { page: 'feedback.html', type: '' } },
+            ]);
+        }));
+
+    it('of a type that the suite cannot be asked about are not sent', () =>
+        playing(named('missingfonts-wrong-type'), async (view) => {
+            expect(await sentNames(view)).toEqual(['choosesamplefile']);
+        }));
+});
+
+describe('the updater', () => {
+    it('gets a changed setting as key and value in one', () =>
+        playing(named('updater-edited'), async (view) => {
+            expect(await lastSent(view, 2)).toEqual([
+                { command: 'changeupdateconfig', args: { keyvalue: 'channel$beta' } },
+                { command: 'getupdateconfig' },
+            ]);
+        }));
+
+    it('gets no value with a dollar sign', () =>
+        playing(named('updater-dollar'), async (view) => {
+            await view.keyboard.press('Enter');
+            expect(await sentNames(view)).not.toContain('changeupdateconfig');
+        }));
+
+    it('keeps the view open when Escape ends an edit', () =>
+        playing(named('updater-dollar'), async (view) => {
+            await view.keyboard.press('Escape');
+            await view.locator('tbody input').waitFor({ state: 'detached' });
+            expect(await sentNames(view)).not.toContain('closechildwindow');
+        }));
+
+    it('sends no report before it was confirmed', () =>
+        playing(named('updater-run-asking'), async (view) => {
+            expect(await sentNames(view)).not.toContain('testuninstallreport');
+        }));
+});
+
+describe('the document server', () => {
+    it('gets what the preview shows', () =>
+        playing(named('server-form', { openremoveurlcheck: { result: 'success' } }),
+            async (view) => {
+                await view.click('.server-send button');
+                await sent(view, 'openremoveurlcheck');
+                expect(await lastSent(view)).toEqual([{
+                    command: 'openremoveurlcheck',
+                    args: {
+                        urlpath: 'https://server.example/save',
+                        funcname: 'saveURL_FormData',
+                        reqheader: 'X-Session:12 34',
+                        reqtable: 'documentId:文档',
+                    },
+                }]);
+            }));
+
+    it('gets nothing while a row cannot be sent', () =>
+        playing(named('server-separator'), async (view) => {
+            await view.keyboard.press('Enter');
+            await view.keyboard.press('F5');
+            expect(await sentNames(view)).toEqual([]);
+        }));
+
+    it('answers with a body that is only text', () =>
+        playing(named('server-not-found'), async (view) => {
+            expect(await view.locator('.answer-body h1, .answer-body script').count()).toBe(0);
+        }));
+
+    it('is not asked twice at once', () =>
+        playing(named('server-never'), async (view) => {
+            await view.keyboard.press('F5');
+            expect(await sentNames(view)).toEqual(['openremoveurlcheck']);
+        }));
+});
+
+describe('the file search', () => {
+    it('closes as what it was opened as, so that it is stopped', () =>
+        playing(named('search-never'), (view) => closesAs(view, 'searchfile')));
+
+    it('is stopped with an empty keyword, and takes no hit after that', () =>
+        playing(named('search-stopped'), async (view) => {
+            expect((await lastSent(view))[0]?.args).toEqual({ keyword: '' });
+            // The list has drawn again when this answers, so a late hit would be in it.
+            await view.evaluate(() => new Promise((resolve) =>
+                requestAnimationFrame(() => requestAnimationFrame(resolve))));
+            expect(await view.locator('.hit-row').count()).toBe(3);
+        }));
+
+    it('drops the hits of the search before, until the host has taken the new one', () =>
+        playing(named('search-late', {
+            startsearchfile: [{}, {
+                late: 800,
+                notices: [
+                    { callback: 'startsearchfileCallBack', result: { bmV3: 'Lw==' } },
+                    { callback: 'searchfilefinish', result: 'success' },
+                ],
+            }],
+        }), async (view) => {
+            await view.keyboard.press('F5');
+            await sent(view, 'startsearchfile', 2);
+            await view.evaluate(() => {
+                window.startsearchfileCallBack!({ result: { [btoa('old')]: btoa('/') } });
+                window.searchfilefinish!({ result: 'success' });
+            });
+            await view.getByText('The search is complete. 1 found').first().waitFor();
+            expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);
+        }));
+});
+
+describe('feedback', () => {
+    it('sends all that was filled in', () =>
+        playing(named('feedback-files', { archivepackage: { result: 'error' } }), async (view) => {
+            await view.fill('textarea', 'Two\nlines');
+            await view.check('input[value="print"]');
+            await view.click('.extras .el-switch >> nth=1');
+            await view.click('.extras .el-switch >> nth=2');
+            await view.click('.summary-panel .el-button--primary');
+            await sent(view, 'archivepackage');
+            expect(await lastSent(view)).toEqual([{
+                command: 'archivepackage',
+                args: {
+                    archiveType: 'print',
+                    archiveDescribe: 'Two\nlines',
+                    archiveSample: '/home/user/Documents/report.docx',
+                    archiveAttach1: '/home/user/screen one.png',
+                    archiveAttach2: '/home/user/r\u202Eeport.docx',
+                    archiveAttach3: '/tmp/report.docx',
+                    archiveSysInfo: 'true',
+                    archiveVyrInfo: false,
+                    archiveDumpInfo: true,
+                },
+            }]);
+        }));
+
+    it('takes no fourth attachment, and says why', () =>
+        playing(named('feedback-files'), async (view) => {
+            const attach = view.locator('.files-panel .button-row > span').nth(1);
+            expect(await attach.locator('button').isDisabled()).toBe(true);
+            expect(await attach.getAttribute('title')).toContain('No more than 3');
+        }));
+
+    it('closes as the view of crash dumps when it was opened from there', () =>
+        playing(named('feedback-crash'), (view) => closesAs(view, 'crash')));
+
+    it('loses what was written only at a second Escape', () =>
+        playing(named('feedback-escape'), async (view) => {
+            expect(await sentNames(view)).not.toContain('closechildwindow');
+            await closesAs(view, '');
+        }));
+});
