@@ -109,6 +109,15 @@ describe('the updater', () => {
             expect(await sentNames(view)).not.toContain('changeupdateconfig');
         }));
 
+    it('keeps a value when its edit is cancelled by keyboard', () =>
+        playing(named('updater-dollar'), async (view) => {
+            await view.fill('tbody input', 'beta');
+            await view.focus('.configuration-edit button >> nth=1');
+            await view.keyboard.press('Enter');
+            await view.locator('tbody input').waitFor({ state: 'detached' });
+            expect(await sentNames(view)).not.toContain('changeupdateconfig');
+        }));
+
     it('keeps the view open when Escape ends an edit', () =>
         playing(named('updater-dollar'), async (view) => {
             await view.keyboard.press('Escape');
