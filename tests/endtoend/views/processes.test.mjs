@@ -2,7 +2,7 @@ import { spawn } from 'node:child_process';
 import { setTimeout as pause } from 'node:timers/promises';
 import { afterEach, expect, test } from 'vitest';
 
-import { end } from '../shell/virtualdisplay.mjs';
+import { end } from '../shell/process.mjs';
 import { TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
