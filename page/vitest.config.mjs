@@ -12,5 +12,7 @@ export default defineConfig({
         maxConcurrency: 3,
         testTimeout: 20_000,
         hookTimeout: 60_000,
+        // A browser on a machine that is busy with something else may miss a bound once.
+        retry: 1,
     },
 });
