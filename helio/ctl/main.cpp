@@ -7,6 +7,7 @@
 #include "helio/ctl/leftoverwork.h"
 #include "helio/ctl/session.h"
 #include "helio/ctl/singlecommand.h"
+#include "helio/ctl/standardstreams.h"
 #include "helio/headless/headlessapplication.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
@@ -29,7 +30,7 @@ int refuse(const QString &fault)
 }
 
 int carryOut(const ctl::CommandLine &line, helio::HeadlessShell &shell,
-             const ctl::EventPrinter &printer)
+             const ctl::EventPrinter &printer, int input)
 {
     switch (line.mode) {
     case ctl::CommandLine::ListCommands:
@@ -37,7 +38,7 @@ int carryOut(const ctl::CommandLine &line, helio::HeadlessShell &shell,
                   stdout);
         return ctl::Answered;
     case ctl::CommandLine::Session: {
-        ctl::Session session(shell, printer);
+        ctl::Session session(shell, printer, input);
         QObject::connect(&session, &ctl::Session::ended, qApp, &QCoreApplication::quit,
                          Qt::QueuedConnection);
         QCoreApplication::exec();
@@ -50,7 +51,7 @@ int carryOut(const ctl::CommandLine &line, helio::HeadlessShell &shell,
     return ctl::runSingleCommand(shell, printer, line);
 }
 
-int run(const ctl::CommandLine &line)
+int run(const ctl::CommandLine &line, int input)
 {
     const ctl::EventPrinter printer(line.pretty);
     helio::PluginLibrary library;
@@ -66,7 +67,7 @@ int run(const ctl::CommandLine &line)
         printer.printError({}, QStringLiteral("the library's page has no script object"));
         return ctl::NoLibrary;
     }
-    const int status = carryOut(line, shell, printer);
+    const int status = carryOut(line, shell, printer, input);
     helio::endAwaitedPrograms(ctl::waitForLeftoverWork());
     return status;
 }
@@ -75,6 +76,8 @@ int run(const ctl::CommandLine &line)
 
 int main(int argc, char *argv[])
 {
+    ctl::openMissingStandardStreams();
+    const int input = ctl::takeStandardInput();
     helio::assumeUtf8WithoutLocale();
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
@@ -90,5 +93,5 @@ int main(int argc, char *argv[])
         return ctl::Answered;
     }
     helio::makeDefaultSuiteHome();
-    return run(*line);
+    return run(*line, input);
 }

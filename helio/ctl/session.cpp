@@ -13,11 +13,12 @@
 
 namespace ctl {
 
-Session::Session(helio::HeadlessShell &shell, const EventPrinter &printer)
+Session::Session(helio::HeadlessShell &shell, const EventPrinter &printer, int input)
     : m_shell(shell),
       m_printer(printer),
       m_callbacks(shell),
-      m_input(STDIN_FILENO, QSocketNotifier::Read)
+      m_descriptor(input),
+      m_input(input, QSocketNotifier::Read)
 {
     connect(&m_input, &QSocketNotifier::activated, this, &Session::readInput);
 }
@@ -25,7 +26,7 @@ Session::Session(helio::HeadlessShell &shell, const EventPrinter &printer)
 void Session::readInput()
 {
     std::array<char, 65536> buffer;
-    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    const ssize_t count = ::read(m_descriptor, buffer.data(), buffer.size());
     if (count < 0 && (errno == EINTR || errno == EAGAIN))
         return;
     // Requests wait while one is carried out, also when that one runs an event loop.

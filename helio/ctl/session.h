@@ -11,16 +11,17 @@ namespace ctl {
 class EventPrinter;
 struct SessionRequest;
 
-/// Carries out the requests that come on standard input, one after the other.
+/// Carries out the requests that come on an input, one after the other.
 class Session : public QObject
 {
     Q_OBJECT
 
 public:
-    Session(helio::HeadlessShell &shell, const EventPrinter &printer);
+    /// Reads from the descriptor @p input.
+    Session(helio::HeadlessShell &shell, const EventPrinter &printer, int input);
 
 signals:
-    /// Standard input has ended and every request has been carried out.
+    /// The input has ended and every request has been carried out.
     void ended();
 
 private:
@@ -32,6 +33,7 @@ private:
     helio::HeadlessShell &m_shell;
     const EventPrinter &m_printer;
     CallbackWait m_callbacks;
+    int m_descriptor;
     QSocketNotifier m_input;
     QByteArray m_unread;
 };

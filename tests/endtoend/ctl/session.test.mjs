@@ -217,3 +217,18 @@ describe('waiting', () => {
             ['waited', 'signal', 'answer']);
     });
 });
+
+describe('the input', () => {
+    test('belongs to the session and not to the programs that it starts', async () => {
+        await root.fake('fc-list', '#!/bin/bash\ncat\necho ended >> /tmp/fclist\n');
+        expect((await session.send({ command: 'stratcheckenv' })).result.fontinfo).toBe('');
+        expect(await root.readFile('/tmp/fclist')).toBe('ended\n');
+        await expectGoesOn();
+    });
+
+    test('that was closed from the start ends the session at once', async () => {
+        const end = await root.run(
+            ['bash', '-c', 'exec /suite/office/assistantctl --session <&-']);
+        expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
+    });
+});
