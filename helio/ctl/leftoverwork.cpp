@@ -70,5 +70,7 @@ int ctl::waitForLeftoverWork()
            (helio::awaitedProgramCount() > 0 ||
             (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
         CallbackWait::processEvents(checkIntervalMs);
+    // What other threads reported last, such as the start of a program, is still to be printed.
+    QCoreApplication::processEvents();
     return static_cast<int>(qMax(qint64{0}, longestWaitMs - waited.elapsed()));
 }

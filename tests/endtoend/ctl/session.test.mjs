@@ -231,4 +231,13 @@ describe('the input', () => {
             ['bash', '-c', 'exec /suite/office/assistantctl --session <&-']);
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
     });
+
+    test('may end right behind a command whose program a thread starts', async () => {
+        await session.sendLine('{"page":"child","command":"vyrenvcheck","args":{"type":"t"}}');
+        const { events } = await session.close();
+        expect(events.filter(({ type }) => type === 'started')).toEqual([{
+            type: 'started', program: '/suite/office/vyrEnvCheckTool', arguments: ['t', '', ''],
+            workingDirectory: '', detached: false,
+        }]);
+    });
 });
