@@ -21,8 +21,9 @@ constexpr int checkIntervalMs = 20;
 /// Enough for a thread that a command has just started to get to its program.
 constexpr int threadStartMs = 50;
 
-/// A script shows as the program itself, as an interpreter's first argument or, for a moment, in
-/// the command line that a shell of ours is about to run.
+/// A script shows as the program itself, as an interpreter's first argument, as that of a script
+/// that stands in for the interpreter or, for a moment, in the command line that a shell of ours
+/// is about to run.
 bool runsScriptFrom(const QByteArray &directory, const QString &processId)
 {
     QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(processId));
@@ -31,7 +32,9 @@ bool runsScriptFrom(const QByteArray &directory, const QString &processId)
     const QList<QByteArray> words = commandLine.readAll().split('\0');
     if (words.value(0).startsWith(directory) || words.value(1).startsWith(directory))
         return true;
-    return words.value(1) == "-c" && words.value(2).startsWith("bash " + directory);
+    if (words.value(1) == "-c")
+        return words.value(2).startsWith("bash " + directory);
+    return !words.value(1).startsWith('-') && words.value(2).startsWith(directory);
 }
 
 bool isOwnProcess(const QString &processId)

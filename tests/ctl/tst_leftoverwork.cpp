@@ -62,6 +62,15 @@ private slots:
         QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
     }
 
+    void aScriptRunByAScriptInPlaceOfTheInterpreterIsNoticed()
+    {
+        const QTemporaryDir programs;
+        const QString interpreter = programs.filePath(QStringLiteral("bash"));
+        QVERIFY(QFile::copy(addScript(QStringLiteral("sleeper.sh")), interpreter));
+        const RunningProcess process(interpreter, {addScript(QStringLiteral("staged.sh"))});
+        QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+    }
+
     void aShellThatIsAboutToRunAScriptIsNoticed()
     {
         const RunningProcess process(
