@@ -11,6 +11,15 @@ char offscreenName[] = "offscreen";
 char themeOption[] = "-platformtheme";
 char headlessName[] = "helio-headless";
 
+QtMessageHandler usualHandler = nullptr;
+
+void passOnButTheRuntimeDirectory(QtMsgType type, const QMessageLogContext &context,
+                                  const QString &message)
+{
+    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        usualHandler(type, context, message);
+}
+
 } // namespace
 
 namespace helio {
@@ -29,11 +38,23 @@ HeadlessApplication::Arguments &HeadlessApplication::arguments(char *programName
 }
 
 HeadlessApplication::HeadlessApplication(char *programName)
-    : HeadlessApplication(arguments(programName))
+    : HeadlessApplication(arguments(programName), QuietStart())
 {
 }
 
-HeadlessApplication::HeadlessApplication(Arguments &arguments)
+// Before Qt looks at its arguments it looks for a display server's socket in the user's runtime
+// directory. There is none in containers and in jobs without a session, which is no fault.
+HeadlessApplication::QuietStart::QuietStart()
+{
+    usualHandler = qInstallMessageHandler(passOnButTheRuntimeDirectory);
+}
+
+HeadlessApplication::QuietStart::~QuietStart()
+{
+    qInstallMessageHandler(usualHandler);
+}
+
+HeadlessApplication::HeadlessApplication(Arguments &arguments, const QuietStart &)
     : QApplication(arguments.count, arguments.values.data())
 {
     setQuitOnLastWindowClosed(false);

@@ -27,7 +27,16 @@ private:
         int count;
     };
 
-    explicit HeadlessApplication(Arguments &arguments);
+    /// Keeps back one of Qt's messages for as long as it lives.
+    class QuietStart
+    {
+    public:
+        QuietStart();
+        ~QuietStart();
+        Q_DISABLE_COPY(QuietStart)
+    };
+
+    HeadlessApplication(Arguments &arguments, const QuietStart &quietStart);
     static Arguments &arguments(char *programName);
 };
 

@@ -84,6 +84,12 @@ describe('exit status', () => {
     });
 });
 
+test('nothing is complained of where the user has no session', async () => {
+    const end = await runCommand(root, 'getcollectionpage', {},
+        { env: { XDG_RUNTIME_DIR: undefined } });
+    expect(end).toMatchObject({ status: 0, stderr: '' });
+});
+
 describe('options', () => {
     test('--until ends as soon as the callback came', async () => {
         const end = await runCommand(root, 'router', {}, { until: 'hiddentipCallBack' });
