@@ -5,6 +5,8 @@
 
 #include <qpa/qplatformdialoghelper.h>
 
+#include "helio/headless/unsaveddialogstate.h"
+
 namespace helio {
 
 /// A file dialog without a window: DialogAnswers says at once what the user chooses.
@@ -27,6 +29,8 @@ public:
 private:
     QUrl m_directory;
     QUrl m_chosen;
+    /// Qt destroys this object after it has tried to save the dialog's state.
+    UnsavedDialogState m_unsavedState;
 };
 
 } // namespace helio

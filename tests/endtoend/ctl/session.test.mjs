@@ -197,6 +197,23 @@ describe('dialogs', () => {
     });
 });
 
+describe('the user\'s configuration', () => {
+    test('is not written to by a dialog', async () => {
+        await root.writeFile('/tmp/a', '');
+        await session.send({ command: 'addconfigfile', choose: ['/tmp/a'] });
+        await session.send({ command: 'exportsysinfo', choose: ['/tmp/b'] });
+        await session.send({ command: 'chooselayouterrorfile' });
+        expect(await root.exists('/home/user/.config')).toBe(false);
+    });
+
+    test('is found where it is after a dialog', async () => {
+        await session.send({ command: 'addconfigfile' });
+        await session.send({ command: 'stopDump' });
+        expect(await root.list('/home/user/.config/Orvane')).toEqual(['Office.conf']);
+        expect((await session.send({ command: 'getDumpState' })).result.enable).toBe(false);
+    });
+});
+
 describe('waiting', () => {
     test('a wait lasts its time', async () => {
         const begin = Date.now();
