@@ -12,9 +12,15 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "tests/support/fakeprograms.h"
+
 namespace testsupport {
 
-/// A directory to search and a cache directory of one test's own.
+/// For what a busy machine takes its time for; nothing waits that long without a fault.
+constexpr int longestWaitMs = 60000;
+
+/// A directory to search and a cache directory of one test's own. Refreshes of the database run at
+/// the test's own priority: at idle priority they would stand still while the machine is busy.
 class SearchPlace
 {
 public:
@@ -23,6 +29,8 @@ public:
         QDir(m_directory.path()).mkpath(QStringLiteral("files"));
         qputenv("HELIO_SEARCH_ROOTS", QFile::encodeName(root()));
         qputenv("XDG_CACHE_HOME", QFile::encodeName(m_directory.filePath(QStringLiteral("cache"))));
+        m_priorities.add(QStringLiteral("nice"), "shift 2\nexec \"$@\"");
+        m_priorities.add(QStringLiteral("ionice"), "shift 3\nexec \"$@\"");
     }
 
     ~SearchPlace()
@@ -31,6 +39,13 @@ public:
         qunsetenv("XDG_CACHE_HOME");
         // QTemporaryDir cannot remove names that are not UTF-8.
         std::filesystem::remove_all(QFile::encodeName(m_directory.path()).toStdString());
+    }
+
+    /// Lets refreshes have the priority that they ask for.
+    void useRealPriorities() const
+    {
+        m_priorities.remove(QStringLiteral("nice"));
+        m_priorities.remove(QStringLiteral("ionice"));
     }
 
     QString root() const { return m_directory.filePath(QStringLiteral("files")); }
@@ -82,7 +97,8 @@ public:
     /// Waits until there is a database and no refresh.
     bool waitForDatabase() const
     {
-        return QTest::qWaitFor([this] { return !databases().isEmpty() && !isRefreshing(); }, 20000);
+        return QTest::qWaitFor([this] { return !databases().isEmpty() && !isRefreshing(); },
+                               longestWaitMs);
     }
 
     /// Makes database and refresh look as old as that.
@@ -101,6 +117,7 @@ public:
 
 private:
     QTemporaryDir m_directory;
+    FakePrograms m_priorities;
 };
 
 } // namespace testsupport

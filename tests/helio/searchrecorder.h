@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTest>
 
 #include <algorithm>
 
 #include "host/kfssearch.h"
+#include "tests/helio/searchplace.h"
 
 namespace testsupport {
 
@@ -35,14 +35,14 @@ public:
         search.DoSearchFileName(keyword, directory, caseSensitive);
     }
 
-    bool waitForEnd(int timeoutMs = 30000)
+    bool waitForEnd()
     {
-        return QTest::qWaitFor([this] { return ends > 0; }, timeoutMs);
+        return QTest::qWaitFor([this] { return ends > 0; }, longestWaitMs);
     }
 
     bool waitForHits(int count)
     {
-        return QTest::qWaitFor([this, count] { return paths.size() >= count; });
+        return QTest::qWaitFor([this, count] { return paths.size() >= count; }, longestWaitMs);
     }
 
     /// Searches to the end; gives the names of the hits in order of the alphabet.

@@ -25,6 +25,12 @@ QString FakePrograms::add(const QString &name, const QByteArray &body) const
     return program.fileName();
 }
 
+void FakePrograms::remove(const QString &name) const
+{
+    if (!QFile::remove(m_directory.filePath(name)))
+        qFatal("there is no fake %s", qPrintable(name));
+}
+
 void FakePrograms::hideOthers() const
 {
     qputenv("PATH", QFile::encodeName(m_directory.path()));

@@ -16,6 +16,9 @@ public:
     /// Adds the program @p name: a shell script with @p body. Gives its path.
     QString add(const QString &name, const QByteArray &body) const;
 
+    /// Takes a fake away again, so that the program that it stood for is found.
+    void remove(const QString &name) const;
+
     /// Hides every program that is not a fake.
     void hideOthers() const;
 

@@ -1,0 +1,163 @@
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <memory>
+
+#include "tests/helio/searchplace.h"
+#include "tests/helio/searchrecorder.h"
+#include "tests/support/headlesstest.h"
+
+using testsupport::SearchPlace;
+using testsupport::SearchRecorder;
+
+namespace {
+
+QStringList list(const char *name)
+{
+    return {QString::fromUtf8(name)};
+}
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+} // namespace
+
+/// The order in which hits and the end of a search arrive, whatever their receiver does.
+class SearchHitsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    /// Makes the database of what is there now.
+    void refresh()
+    {
+        KFsSearch search;
+        search.RunEverythingDaemon();
+        QVERIFY(m_place->waitForDatabase());
+    }
+
+    std::unique_ptr<SearchPlace> m_place;
+
+private slots:
+    void init() { m_place = std::make_unique<SearchPlace>(); }
+    void cleanup() { m_place.reset(); }
+
+    void stoppingReportsNothingMore()
+    {
+        for (int number = 0; number < 500; ++number)
+            m_place->makeFile("report" + QByteArray::number(number));
+        m_place->makeFile("other");
+        refresh();
+        SearchRecorder recorder;
+        QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
+                         [&recorder] {
+                             if (recorder.paths.size() == 3)
+                                 recorder.search.StopSearch();
+                         });
+        recorder.start(text("report"));
+        QVERIFY(recorder.waitForHits(3));
+        recorder.search.DoSearchFileName(text("other"), {}, false);
+        QVERIFY(recorder.waitForEnd());
+        QCOMPARE(recorder.ends, 1);
+        QCOMPARE(recorder.paths.size(), 4);
+        QVERIFY(recorder.paths.constLast().endsWith(text("/other")));
+    }
+
+    void aSearchEndsTheOneBeforeIt()
+    {
+        m_place->makeFile("report1");
+        m_place->makeFile("other");
+        refresh();
+        SearchRecorder recorder;
+        recorder.start(text("report1"));
+        QCOMPARE(recorder.namesOf(text("other")), list("other"));
+        QCOMPARE(recorder.keywords, list("other"));
+        QCOMPARE(recorder.ends, 1);
+    }
+
+    void aHitMayStartTheNextSearch()
+    {
+        m_place->makeFile("report1");
+        m_place->makeFile("report2");
+        m_place->makeFile("other");
+        refresh();
+        SearchRecorder recorder;
+        QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
+                         [&recorder](const QString &, const QString &keyword) {
+                             if (keyword == text("report"))
+                                 recorder.search.DoSearchFileName(text("other"), {}, false);
+                         });
+        recorder.start(text("report"));
+        QVERIFY(recorder.waitForEnd());
+        QCOMPARE(recorder.keywords, (QStringList{text("report"), text("other")}));
+        QCOMPARE(recorder.ends, 1);
+    }
+
+    void anEventLoopInsideAHitKeepsTheOrder()
+    {
+        for (int number = 0; number < 20; ++number)
+            m_place->makeFile("report" + QByteArray::number(number));
+        refresh();
+        SearchRecorder recorder;
+        int endsInside = -1;
+        QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
+                         [&recorder, &endsInside] {
+                             if (endsInside < 0) {
+                                 endsInside = 0;
+                                 recorder.waitForEnd();
+                                 endsInside = recorder.ends;
+                             }
+                         });
+        recorder.start(text("report"));
+        QVERIFY(recorder.waitForEnd());
+        QVERIFY(QTest::qWaitFor([&] { return endsInside > 0; }));
+        QCOMPARE(recorder.ends, 1);
+        QCOMPARE(recorder.paths.size(), 20);
+    }
+
+    void theSearchMayBeDeletedInsideAHit()
+    {
+        m_place->makeFile("report1");
+        m_place->makeFile("report2");
+        auto *search = new KFsSearch;
+        int hits = 0;
+        QObject::connect(search, &KFsSearch::SigGetContentHasKey, search, [&] {
+            ++hits;
+            delete search;
+        });
+        search->DoSearchFileName(text("report"), {}, false);
+        QVERIFY(QTest::qWaitFor([&] { return hits > 0; }));
+        QCoreApplication::processEvents();
+        QCOMPARE(hits, 1);
+    }
+
+    void theEventLoopGoesOnBetweenHits()
+    {
+        for (int number = 0; number < 200; ++number)
+            m_place->makeFile("report" + QByteArray::number(number));
+        refresh();
+        SearchRecorder recorder;
+        QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search, [] {
+            QElapsedTimer busy;
+            busy.start();
+            while (!busy.hasExpired(1)) {
+            }
+        });
+        int turns = 0;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+            if (!recorder.paths.isEmpty() && recorder.ends == 0)
+                ++turns;
+        });
+        timer.start(0);
+        recorder.start(text("report"));
+        QVERIFY(recorder.waitForEnd());
+        QCOMPARE(recorder.paths.size(), 200);
+        QVERIFY2(turns >= 15, qPrintable(QString::number(turns)));
+    }
+};
+
+HEADLESS_TEST_MAIN(SearchHitsTest)
+#include "tst_searchhits.moc"
