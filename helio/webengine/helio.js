@@ -23,8 +23,11 @@
     let wire = null;
     let callCount = 0;
 
-    // The wire's own acknowledgement of a call says nothing; the answer comes as a callback.
-    const ignoreAcknowledgement = () => {};
+    // Writing the call down spares the acknowledgement of a method, which says nothing: the answer
+    // comes as a callback.
+    function send(text) {
+        wire.jsAsynCall = text;
+    }
 
     function call(command, args) {
         return new Promise((resolve, reject) => {
@@ -33,7 +36,7 @@
             const text = JSON.stringify({ command, callback, args });
             openCalls.set(callback, { resolve, reject });
             if (wire)
-                wire.fromJSAsynCall(text, ignoreAcknowledgement);
+                send(text);
             else
                 waitingCalls.push(text);
         });
@@ -79,7 +82,6 @@
     new QWebChannel(qt.webChannelTransport, (channel) => {
         wire = channel.objects.wire;
         wire.callbackToJS.connect(receive);
-        for (const text of waitingCalls.splice(0))
-            wire.fromJSAsynCall(text, ignoreAcknowledgement);
+        waitingCalls.splice(0).forEach(send);
     });
 })(HELIO_SETTINGS);

@@ -33,23 +33,28 @@ class TestPageWire : public QObject
     Q_OBJECT
 
 private slots:
-    void theWireHasTwoCallsAndOneSignal();
+    void thePageReachesTwoCallsOnePropertyAndTheAnswers();
     void aCallIsAnsweredThroughTheSignal();
     void aCallRunsAfterTheWireHasReturned();
     void aBase64CallIsTheSame();
+    void aCallThatIsWrittenDownIsTheSame();
     void aForeignDocumentIsNeitherHeardNorAnswered();
     void withoutAScriptObjectNothingHappens();
 };
 
-void TestPageWire::theWireHasTwoCallsAndOneSignal()
+void TestPageWire::thePageReachesTwoCallsOnePropertyAndTheAnswers()
 {
     const QMetaObject &metaObject = helio::PageWire::staticMetaObject;
     QList<QByteArray> own;
     for (int index = metaObject.methodOffset(); index < metaObject.methodCount(); ++index)
         own.append(metaObject.method(index).methodSignature());
-    QCOMPARE(own, (QList<QByteArray>{"callbackToJS(QString,QString,bool)",
+    QCOMPARE(own, (QList<QByteArray>{"callbackToJS(QString,QString,bool)", "jsAsynCallChanged()",
                                      "fromJSAsynCall(QString)", "fromJSAsynCallBase64(QString)"}));
-    QCOMPARE(metaObject.propertyCount(), QObject::staticMetaObject.propertyCount());
+    QCOMPARE(metaObject.propertyCount(), QObject::staticMetaObject.propertyCount() + 1);
+    const QMetaProperty property = metaObject.property(metaObject.propertyOffset());
+    QCOMPARE(property.name(), "jsAsynCall");
+    // The channel warns of a property that changes unseen.
+    QVERIFY(property.hasNotifySignal());
 }
 
 void TestPageWire::aCallIsAnsweredThroughTheSignal()
@@ -85,6 +90,21 @@ void TestPageWire::aBase64CallIsTheSame()
     QTRY_COMPARE(counter->calls, 1);
 }
 
+void TestPageWire::aCallThatIsWrittenDownIsTheSame()
+{
+    helio::PageWire wire([] { return true; });
+    helio::WebEngineContainer container(&wire);
+    auto *counter = new Counter(&container);
+    wire.setApi(counter);
+    QSignalSpy changes(&wire, &helio::PageWire::jsAsynCallChanged);
+    QVERIFY(wire.setProperty("jsAsynCall", countCall));
+    QCOMPARE(counter->calls, 0);
+    QTRY_COMPARE(counter->calls, 1);
+    // The channel would send the page its own call back.
+    QCOMPARE(changes.count(), 0);
+    QCOMPARE(wire.property("jsAsynCall"), QVariant(QString()));
+}
+
 void TestPageWire::aForeignDocumentIsNeitherHeardNorAnswered()
 {
     bool isTrusted = false;
@@ -93,11 +113,12 @@ void TestPageWire::aForeignDocumentIsNeitherHeardNorAnswered()
     auto *counter = new Counter(&container);
     wire.setApi(counter);
     QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
-    for (int call = 0; call < 2; ++call)
+    for (int call = 0; call < 3; ++call)
         QTest::ignoreMessage(QtWarningMsg,
                              "a call from a document outside the page directory was refused");
     wire.fromJSAsynCall(countCall);
     wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
+    wire.setProperty("jsAsynCall", countCall);
     container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
     QCoreApplication::processEvents();
     QCOMPARE(counter->calls, 0);

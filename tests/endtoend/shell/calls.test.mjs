@@ -98,6 +98,8 @@ test('the wire survives what no page would send', async () => {
             });
             for (const call of ['', '{', '[]', 'null', '\\0', '{"command":1}'])
                 wire.fromJSAsynCall(call);
+            for (const call of ['{', 5, null, {}, []])
+                wire.jsAsynCall = call;
             wire.fromJSAsynCallBase64('no base64 !');
             channel.exec({ type: 6, object: 'wire', method: 'deleteLater', args: [] });
             wire.fromJSAsynCallBase64(btoa('{"command":"mouseRelease","callback":"done"}'));
@@ -105,7 +107,7 @@ test('the wire survives what no page would send', async () => {
     })`);
     expect(report.objects).toEqual(['wire']);
     expect(report.hidden).toEqual([]);
-    expect(report.errors.length).toBe(7);
+    expect(report.errors.length).toBe(12);
     expect(report.last).toBe('done');
 });
 
