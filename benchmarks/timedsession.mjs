@@ -20,7 +20,7 @@ export class TimedSession {
         });
     }
 
-    /** Sends a command; gives the seconds until a line with that text came, and until the first hit. */
+    /** Sends a command; gives the line with that text, and the seconds until it and the first hit came. */
     async secondsUntil(request, text) {
         const begin = process.hrtime.bigint();
         const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;
@@ -32,7 +32,7 @@ export class TimedSession {
                 if (line.includes('"startsearchfileCallBack"')) firstHit ??= elapsed();
                 if (!line.includes(text)) return;
                 clearTimeout(timer);
-                resolve({ end: elapsed(), firstHit });
+                resolve({ end: elapsed(), firstHit, line });
             };
         });
         this.#listeners.add(listener);
@@ -48,6 +48,14 @@ export class TimedSession {
     async secondsOf(command, args = {}, choose = []) {
         const id = `timed${++this.#lastId}`;
         return (await this.secondsUntil({ id, command, args, choose }, `"${id}"`)).end;
+    }
+
+    /** Throws when a command that is to be measured has nothing to answer. */
+    async expectAnswer(command, args = {}, choose = []) {
+        const id = `expected${++this.#lastId}`;
+        const { line } = await this.secondsUntil({ id, command, args, choose }, `"${id}"`);
+        const { result } = JSON.parse(line);
+        if (result === undefined || result === 'error') throw new Error(`${command}: ${line}`);
     }
 
     get pid() {

@@ -1,0 +1,49 @@
+// Where the commands are measured: a home and a suite of the benchmark's own.
+
+import { cpSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { secondsOf } from './processes.mjs';
+import { TimedSession } from './timedsession.mjs';
+
+/** The embedded scripts as they stand in the source tree. */
+export const scripts = new URL('../plugin/config/', import.meta.url).pathname;
+
+const suffixes = ['pptx', 'ppt', 'pptm', 'pps', 'pot', 'potm', 'potx', 'ppsx', 'shd', 'shdx', 'sht', 'shtx',
+    'shds', 'shdo', 'xlsx', 'xls', 'xlsm', 'xlt', 'xltm', 'xltx', 'tbl', 'tblx', 'tbt', 'tbtx', 'tbls', 'tblo',
+    'docx', 'docm', 'doc', 'dot', 'dotm', 'dotx', 'vyr', 'vyrx', 'vyrs', 'vyro', 'vyt', 'vytx', 'rtf'];
+
+/** A home and a copy of the suite tree with a sample of every document kind. */
+export class Workplace {
+    constructor(suite) {
+        this.directory = mkdtempSync(`${tmpdir()}/commands-`);
+        this.home = `${this.directory}/home`;
+        this.office = `${this.directory}/suite/office`;
+        mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
+        cpSync(suite, `${this.directory}/suite`, { recursive: true });
+        mkdirSync(`${this.office}/asso_template`, { recursive: true });
+        for (const suffix of suffixes) writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
+        // The scripts look for the desktop below /home/$USER.
+        this.env = { ...process.env, HOME: this.home, XDG_RUNTIME_DIR: this.home, USER: `..${this.home}` };
+    }
+
+    session(env = this.env) {
+        return new TimedSession(`${this.office}/assistantctl`, env);
+    }
+
+    shell(command) {
+        return secondsOf('sh', ['-c', command], { env: this.env });
+    }
+
+    async withSession(use, env = this.env) {
+        const session = this.session(env);
+        try {
+            return await use(session);
+        } finally {
+            await session.close();
+        }
+    }
+
+    remove() {
+        rmSync(this.directory, { recursive: true, force: true });
+    }
+}
