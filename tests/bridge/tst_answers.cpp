@@ -8,6 +8,7 @@
 #include "bridge/kvyrassistanttoolapi.h"
 #include "host/kxwebviewjscontext.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingcontainer.h"
 
 using testsupport::RecordingContainer;
@@ -160,7 +161,7 @@ private slots:
         });
         worker.join();
         QVERIFY(m_container->calls.isEmpty());
-        QTRY_COMPARE(m_container->calls.size(), count);
+        QTRY_COMPARE_WITH_TIMEOUT(m_container->calls.size(), count, testsupport::longestWaitMs);
         QVERIFY(m_container->isAlwaysOnGuiThread);
         for (int number = 0; number < count; ++number)
             QCOMPARE(

@@ -3,6 +3,7 @@
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingcontainer.h"
 #include "tests/support/recordingshell.h"
 
@@ -86,7 +87,8 @@ private slots:
         });
         worker.join();
         QVERIFY(shell.events().isEmpty());
-        QTRY_COMPARE(shell.events(QStringLiteral("callback")).size(), 4);
+        QTRY_COMPARE_WITH_TIMEOUT(shell.events(QStringLiteral("callback")).size(), 4,
+                                  testsupport::longestWaitMs);
         for (const char *page : {"main", "child"}) {
             QStringList callbacks;
             const QList<QJsonObject> events = shell.events();

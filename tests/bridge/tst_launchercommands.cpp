@@ -7,6 +7,7 @@
 #include "bridge/ktoolmanager.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingshell.h"
 
 using OfficeAssiant::KToolManager;
@@ -83,7 +84,7 @@ private slots:
             "echo \"$#:$1:$2\" > \"$HOME/note.part\"; mv \"$HOME/note.part\" \"$HOME/note\"");
         RecordingShell shell;
         shell.call(QStringLiteral("stoppreload"));
-        QTRY_VERIFY(QFileInfo::exists(note));
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(note), testsupport::longestWaitMs);
         QCOMPARE(testsupport::readFile(note), QByteArray("2:stop:false\n"));
     }
 

@@ -10,6 +10,7 @@
 #include "host/kxwebviewjsapihandler.h"
 #include "host/kxwebviewjscontext.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingcontainer.h"
 
 using testsupport::RecordingContainer;
@@ -340,7 +341,7 @@ private slots:
         m_object->queueJSAsynCall(callText(QStringLiteral("echo")), false);
         m_object->queueJSAsynCall(base64(callText(QStringLiteral("echo")).toUtf8()), true);
         QCOMPARE(m_object->runs, 0);
-        QTRY_COMPARE(m_object->runs, 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_object->runs, 2, testsupport::longestWaitMs);
     }
 
 private:

@@ -1,14 +1,38 @@
 #include <QDir>
 #include <QFile>
+#include <QFileSystemWatcher>
 #include <QSettings>
+#include <QSignalSpy>
 
 #include "bridge/ktoolmanager.h"
 #include "dump/dumpfiles.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingshell.h"
 
 using OfficeAssiant::dumpDirectory;
 using testsupport::RecordingShell;
+
+namespace {
+
+/// A watch of the dump directory. What was watching it before has been told of a change by the time
+/// this one has.
+class WatchOfOurOwn
+{
+public:
+    bool waitForChange()
+    {
+        const bool changed = m_changes.count() > 0 || m_changes.wait(testsupport::longestWaitMs);
+        QCoreApplication::processEvents();
+        return changed;
+    }
+
+private:
+    QFileSystemWatcher m_watcher{{dumpDirectory()}};
+    QSignalSpy m_changes{&m_watcher, &QFileSystemWatcher::directoryChanged};
+};
+
+} // namespace
 
 /// The crash view's commands: state, switch, clearing, and the notification of a fresh dump.
 class DumpCommandsTest : public QObject
@@ -95,9 +119,9 @@ private slots:
         QCOMPARE(shell.call(QStringLiteral("startDump")), success());
         QCOMPARE(shell.call(QStringLiteral("stopDump")), success());
         QCOMPARE(storedSaveDump(), QStringLiteral("false"));
+        WatchOfOurOwn watch;
         makeFile(QStringLiteral("vyr_1.dmp"));
-        // A watch would have told within this time; the next test shows that it does.
-        QTest::qWait(300);
+        QVERIFY(watch.waitForChange());
         QVERIFY(shell.events(QStringLiteral("callback")).isEmpty());
     }
 
@@ -108,7 +132,8 @@ private slots:
         shell.call(QStringLiteral("startDump"));
         makeFile(QStringLiteral("shw_4.dmp"));
         QVERIFY(
-            QTest::qWaitFor([&] { return shell.events(QStringLiteral("callback")).size() >= 2; }));
+            QTest::qWaitFor([&] { return shell.events(QStringLiteral("callback")).size() >= 2; },
+                            testsupport::longestWaitMs));
         const QList<QJsonObject> callbacks = shell.events(QStringLiteral("callback"));
         for (const QJsonObject &event : callbacks) {
             QCOMPARE(event.value(QLatin1String("callback")).toString(),
@@ -121,8 +146,9 @@ private slots:
     {
         RecordingShell shell;
         shell.call(QStringLiteral("startDump"));
+        WatchOfOurOwn watch;
         makeFile(QStringLiteral("readme.txt"));
-        QTest::qWait(300);
+        QVERIFY(watch.waitForChange());
         QVERIFY(shell.events(QStringLiteral("callback")).isEmpty());
     }
 
@@ -143,9 +169,10 @@ private slots:
         RecordingShell shell;
         shell.call(QStringLiteral("startDump"));
         shell.call(QStringLiteral("startDump"));
+        WatchOfOurOwn watch;
         makeFile(QStringLiteral("vyr_1.dmp"));
+        QVERIFY(watch.waitForChange());
         shell.waitFor(QStringLiteral("callback"));
-        QTest::qWait(200);
         QCOMPARE(shell.events(QStringLiteral("callback")).size(), 1);
     }
 

@@ -1,7 +1,7 @@
 import { waitFor } from './waitfor.mjs';
 
 const PROGRAM = '/suite/office/assistantctl';
-const TIMEOUT = 30_000;
+const TIMEOUT = 90_000;
 
 /** The events of assistantctl's output, one JSON object a line; anything else there is a fault. */
 export function parseEvents(output) {

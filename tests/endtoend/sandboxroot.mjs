@@ -6,7 +6,7 @@ import { SCRIPTS, SUITE } from './paths.mjs';
 import { copySuite, directoryWithout, removeTree, systemMounts } from './sandboxmounts.mjs';
 import { SandboxProcess } from './sandboxprocess.mjs';
 
-const DEFAULT_TIMEOUT = 30_000;
+const DEFAULT_TIMEOUT = 90_000;
 const PATH = '/fakes:/usr/bin:/usr/sbin:/bin:/sbin';
 const HIDABLE = '/usr/bin';
 const PASSED_ON = ['ASAN_OPTIONS', 'LSAN_OPTIONS', 'TSAN_OPTIONS', 'UBSAN_OPTIONS'];

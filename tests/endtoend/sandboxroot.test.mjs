@@ -93,7 +93,7 @@ test('a started process takes input until its end is given', async () => {
     await started.write('one\n');
     await started.write('x'.repeat(3_000_000));
     started.endInput('\n');
-    const end = await started.waitForExit(10_000);
+    const end = await started.waitForExit(90_000);
     expect(end.stdout.length).toBe(3_000_005);
 });
 

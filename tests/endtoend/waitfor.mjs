@@ -1,7 +1,7 @@
 import { setTimeout as pause } from 'node:timers/promises';
 
 /** Polls condition until it gives something truthy, and returns that; throws after timeoutMs. */
-export async function waitFor(condition, { timeoutMs = 10_000, what = 'the condition' } = {}) {
+export async function waitFor(condition, { timeoutMs = 60_000, what = 'the condition' } = {}) {
     const end = Date.now() + timeoutMs;
     for (;;) {
         const value = await condition();

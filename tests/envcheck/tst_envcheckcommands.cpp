@@ -1,7 +1,9 @@
 #include <QCoreApplication>
 #include <QUrl>
 
+#include "bridge/ktoolmanager.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingshell.h"
 #include "tests/support/suiteprogram.h"
 
@@ -42,8 +44,11 @@ private slots:
         const SuiteProgram tool(QStringLiteral("vyrEnvCheckTool"));
         RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("vyrenvcheck"), checkArguments("t")), success());
-        QVERIFY(QTest::qWaitFor([&tool] { return tool.calls().size() == 1; }));
-        QTest::qWait(200);
+        QVERIFY(QTest::qWaitFor([&tool] { return tool.calls().size() == 1; },
+                                testsupport::longestWaitMs));
+        QVERIFY(OfficeAssiant::KToolManager::instance().envCheckThread.wait(
+            testsupport::longestWaitMs));
+        QCoreApplication::processEvents();
         QVERIFY(shell.events(QStringLiteral("callback")).isEmpty());
         QCOMPARE(shell.call(QStringLiteral("getvyrenvcheckedresult"))
                      .value(QLatin1String("result"))
@@ -89,7 +94,8 @@ private slots:
         RecordingShell shell;
         const QString child = QStringLiteral("child");
         shell.call(QStringLiteral("vyrenvcheck"), checkArguments("t"), {}, child);
-        QVERIFY(QTest::qWaitFor([&tool] { return tool.calls().size() == 1; }));
+        QVERIFY(QTest::qWaitFor([&tool] { return tool.calls().size() == 1; },
+                                testsupport::longestWaitMs));
         shell.call(QStringLiteral("closechildwindow"),
                    {{QStringLiteral("type"), QStringLiteral("vyrrunningcheck")}}, {}, child);
         shell.forget();

@@ -13,11 +13,9 @@
 #include <sys/stat.h>
 
 #include "tests/support/fakeprograms.h"
+#include "tests/support/patience.h"
 
 namespace testsupport {
-
-/// For what a busy machine takes its time for; nothing waits that long without a fault.
-constexpr int longestWaitMs = 60000;
 
 /// A directory to search and a cache directory of one test's own. Refreshes of the database run at
 /// the test's own priority: at idle priority they would stand still while the machine is busy.

@@ -140,7 +140,8 @@ private slots:
         damaged.write(QByteArray(500, '\x7f'));
         damaged.close();
         QCOMPARE(SearchRecorder().namesOf(text("report")), list("report"));
-        QVERIFY(QTest::qWaitFor([&] { return QFileInfo(database).size() != 508; }, 20000));
+        QVERIFY(QTest::qWaitFor([&] { return QFileInfo(database).size() != 508; },
+                                testsupport::longestWaitMs));
     }
 
     void otherDatabasesOfTheEnvironmentAreNotAsked()

@@ -74,7 +74,8 @@ private slots:
         QCOMPARE(SearchRecorder().namesOf(text("report")), expected);
         SearchRecorder recorder;
         recorder.search.RunEverythingDaemon();
-        QVERIFY(QTest::qWaitFor([this] { return m_place->databases().size() == 2; }, 20000));
+        QVERIFY(QTest::qWaitFor([this] { return m_place->databases().size() == 2; },
+                                testsupport::longestWaitMs));
         QCOMPARE(recorder.namesOf(text("report")), expected);
     }
 

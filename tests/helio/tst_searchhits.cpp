@@ -112,7 +112,7 @@ private slots:
                          });
         recorder.start(text("report"));
         QVERIFY(recorder.waitForEnd());
-        QVERIFY(QTest::qWaitFor([&] { return endsInside > 0; }));
+        QVERIFY(QTest::qWaitFor([&] { return endsInside > 0; }, testsupport::longestWaitMs));
         QCOMPARE(recorder.ends, 1);
         QCOMPARE(recorder.paths.size(), 20);
     }
@@ -128,7 +128,7 @@ private slots:
             delete search;
         });
         search->DoSearchFileName(text("report"), {}, false);
-        QVERIFY(QTest::qWaitFor([&] { return hits > 0; }));
+        QVERIFY(QTest::qWaitFor([&] { return hits > 0; }, testsupport::longestWaitMs));
         QCoreApplication::processEvents();
         QCOMPARE(hits, 1);
     }

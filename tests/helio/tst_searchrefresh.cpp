@@ -3,6 +3,7 @@
 #include "tests/helio/searchprograms.h"
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 
 using testsupport::readFile;
 using testsupport::SearchPrograms;
@@ -189,7 +190,8 @@ private slots:
         recorder->search.StopSearch();
         recorder.reset();
         // One that went on waiting for the refresh would have been left behind.
-        QVERIFY(QTest::qWaitFor([threads] { return threadCount() == threads; }));
+        QVERIFY(QTest::qWaitFor([threads] { return threadCount() == threads; },
+                                testsupport::longestWaitMs));
         m_search->writeOutside("go");
         QVERIFY(QTest::qWaitFor(
             [&] { return !SearchPrograms::isRunning(m_search->contentOf("updaters")); },

@@ -6,6 +6,7 @@
 
 #include "tests/support/fakeprograms.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingshell.h"
 
 using testsupport::FakePrograms;
@@ -82,7 +83,8 @@ private slots:
         const QString home = PrivateHome::current().path();
         RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("exportoftenfileperm"), {}, {path("p")}), success);
-        QTRY_VERIFY(QFileInfo::exists(home + QStringLiteral("/words")));
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(home + QStringLiteral("/words")),
+                                 testsupport::longestWaitMs);
         const QStringList words{QStringLiteral("5"),
                                 PrivateHome::current().suiteHome() +
                                     QStringLiteral("/tmp/officeassis_script/getfileinfo.sh"),
@@ -98,7 +100,7 @@ private slots:
     {
         RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("exportoftenfileperm"), {}, {path("listing")}), success);
-        QTRY_COMPARE(listedPaths("listing").size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(listedPaths("listing").size(), 2, testsupport::longestWaitMs);
         const QString home = PrivateHome::current().path();
         QCOMPARE(listedPaths("listing"), QStringList({home + QStringLiteral("/.config"),
                                                       home + QStringLiteral("/.config/Orvane")}));
@@ -112,9 +114,9 @@ private slots:
     {
         RecordingShell shell;
         shell.call(QStringLiteral("exportoftenfileperm"), {}, {path("listing")});
-        QTRY_COMPARE(listedPaths("listing").size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(listedPaths("listing").size(), 2, testsupport::longestWaitMs);
         shell.call(QStringLiteral("exportoftenfileperm"), {}, {path("listing")});
-        QTRY_COMPARE(listedPaths("listing").size(), 4);
+        QTRY_COMPARE_WITH_TIMEOUT(listedPaths("listing").size(), 4, testsupport::longestWaitMs);
     }
 
     void aBlankInTheOutputNameSplitsIt()
@@ -126,7 +128,8 @@ private slots:
         QCOMPARE(
             shell.call(QStringLiteral("exportspecialfileperm"), {}, {listed, path("first second")}),
             success);
-        QTRY_COMPARE(listedPaths("first"), QStringList{listed});
+        QTRY_COMPARE_WITH_TIMEOUT(listedPaths("first"), QStringList{listed},
+                                  testsupport::longestWaitMs);
         QVERIFY(!QFileInfo::exists(path("first second")));
     }
 
@@ -136,7 +139,8 @@ private slots:
         RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("exportspecialfileperm"), {}, {picked, path("one")}),
                  success);
-        QTRY_COMPARE(listedPaths("one"), QStringList{picked});
+        QTRY_COMPARE_WITH_TIMEOUT(listedPaths("one"), QStringList{picked},
+                                  testsupport::longestWaitMs);
         QCOMPARE(openedFiles(shell), QStringList{path("one")});
     }
 

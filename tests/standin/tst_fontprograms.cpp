@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QSettings>
 #include <QtEndian>
@@ -97,10 +96,7 @@ private slots:
     void failuresSayWhyAndWriteNothing()
     {
         QFETCH(QString, document);
-        QElapsedTimer timer;
-        timer.start();
         QCOMPARE(run(document), 1);
-        QVERIFY(timer.elapsed() < 20000);
         QVERIFY(m_errors.startsWith("vyr: "));
         QVERIFY(m_errors.endsWith('\n'));
         QVERIFY(!QFile::exists(iniPath(QStringLiteral("vyr"))));

@@ -9,6 +9,7 @@
 #include "helio/headless/headlesspage.h"
 #include "plugin/kheliopluginwidgetfactoryitem.h"
 #include "plugin/kvyrassistanttool.h"
+#include "tests/support/patience.h"
 
 namespace testsupport {
 
@@ -61,17 +62,19 @@ QList<QJsonObject> RecordingShell::events(const QString &type) const
 QJsonObject RecordingShell::waitFor(const QString &type, const QString &callback)
 {
     QJsonObject found;
-    const bool came = QTest::qWaitFor([&] {
-        const QList<QJsonObject> candidates = events(type);
-        const auto match =
-            std::find_if(candidates.begin(), candidates.end(), [&](const QJsonObject &event) {
-                return callback.isEmpty() ||
-                       event.value(QLatin1String("callback")).toString() == callback;
-            });
-        if (match != candidates.end())
-            found = *match;
-        return match != candidates.end();
-    });
+    const bool came = QTest::qWaitFor(
+        [&] {
+            const QList<QJsonObject> candidates = events(type);
+            const auto match =
+                std::find_if(candidates.begin(), candidates.end(), [&](const QJsonObject &event) {
+                    return callback.isEmpty() ||
+                           event.value(QLatin1String("callback")).toString() == callback;
+                });
+            if (match != candidates.end())
+                found = *match;
+            return match != candidates.end();
+        },
+        longestWaitMs);
     if (!came)
         qWarning("no such event came");
     return found;

@@ -27,7 +27,7 @@ public:
     QList<QJsonObject> events(const QString &type) const;
 
     /// Processes events until an event of that type, and callback if one is named, has come since
-    /// the last call of forget(); null object when none came within five seconds.
+    /// the last call of forget(); null object when none came in time.
     QJsonObject waitFor(const QString &type, const QString &callback = QString());
 
     void forget();

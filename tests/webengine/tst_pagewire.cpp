@@ -7,6 +7,7 @@
 #include "host/kxwebviewasynjsobject.h"
 #include "host/kxwebviewjscontext.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 
 namespace {
 
@@ -64,7 +65,7 @@ void TestPageWire::aCallIsAnsweredThroughTheSignal()
     wire.setApi(new Counter(&container));
     QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
     wire.fromJSAsynCall(countCall);
-    QVERIFY(answers.wait());
+    QVERIFY(answers.wait(testsupport::longestWaitMs));
     QCOMPARE(answers.first(),
              (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})"), false}));
 }
@@ -77,7 +78,7 @@ void TestPageWire::aCallRunsAfterTheWireHasReturned()
     wire.setApi(counter);
     wire.fromJSAsynCall(countCall);
     QCOMPARE(counter->calls, 0);
-    QTRY_COMPARE(counter->calls, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
 }
 
 void TestPageWire::aBase64CallIsTheSame()
@@ -87,7 +88,7 @@ void TestPageWire::aBase64CallIsTheSame()
     auto *counter = new Counter(&container);
     wire.setApi(counter);
     wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
-    QTRY_COMPARE(counter->calls, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
 }
 
 void TestPageWire::aCallThatIsWrittenDownIsTheSame()
@@ -99,7 +100,7 @@ void TestPageWire::aCallThatIsWrittenDownIsTheSame()
     QSignalSpy changes(&wire, &helio::PageWire::jsAsynCallChanged);
     QVERIFY(wire.setProperty("jsAsynCall", countCall));
     QCOMPARE(counter->calls, 0);
-    QTRY_COMPARE(counter->calls, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
     // The channel would send the page its own call back.
     QCOMPARE(changes.count(), 0);
     QCOMPARE(wire.property("jsAsynCall"), QVariant(QString()));

@@ -223,7 +223,7 @@ describe('waiting', () => {
 
     test('until ends with the callback, or says that it ran out', async () => {
         await session.send({ command: 'router', args: { page: 'a' } });
-        expect(await session.until('hiddentipCallBack', 10_000)).toEqual({ type: 'waited' });
+        expect(await session.until('hiddentipCallBack', 60_000)).toEqual({ type: 'waited' });
         expect(await session.until('hiddentipCallBack', 50)).toEqual(
             { type: 'waited', timeout: true });
     });

@@ -16,7 +16,7 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 async function answerOf(command) {
-    const end = await runCommand(root, command, {}, { timeoutMs: 60_000 });
+    const end = await runCommand(root, command, {}, { timeoutMs: 120_000 });
     expect(end).toMatchObject({ status: 0, stderr: '' });
     return end.answer;
 }
@@ -26,19 +26,19 @@ test.each([['getassomime', 'getmimeinfo.sh'], ['getassoopen', 'getopeninfo.sh']]
         await root.writeFile(`${STAGING}/${script}`, endless('vyr|.docx|application/x|true'));
         expect((await answerOf(command)).result).toEqual(
             [{ '.docx': 'application/x|true' }, {}, {}]);
-    }, 120_000);
+    });
 
 test('fifty megabytes of one line are no finding', async () => {
     await root.writeFile(`${STAGING}/getmimeinfo.sh`,
         `#!/bin/bash\nhead -c ${BYTES} /dev/zero | tr '\\0' '|'\n`);
     expect((await answerOf('getassomime')).result).toEqual([{}, {}, {}]);
-}, 120_000);
+});
 
 test('fifty megabytes of fonts are in the snapshot', async () => {
     await root.fake('fc-list', endless('A Font of Some Name'));
     const { fontinfo } = (await answerOf('stratcheckenv')).result;
     expect(fontinfo.length).toBeGreaterThan(BYTES * 0.9);
-}, 120_000);
+});
 
 test('fifty megabytes from free and top are figures and ten lines', async () => {
     await root.fake('free', endless('7 7'));
@@ -46,4 +46,4 @@ test('fifty megabytes from free and top are figures and ten lines', async () => 
     expect(Object.keys((await answerOf('getcomputermemory')).result).sort())
         .toEqual(['all', 'percentage']);
     expect(Object.keys((await answerOf('getcpuinfo')).result[0])).toHaveLength(10);
-}, 120_000);
+});

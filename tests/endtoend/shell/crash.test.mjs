@@ -22,8 +22,8 @@ async function reloadByKey(program, window) {
     await shared.display.focused(window);
     const page = await waitFor(async () => {
         await shared.display.act('key', 'space');
-        return program.page().catch(() => null);
-    }, { timeoutMs: 30_000, what: 'the page after its reload' });
+        return program.page('index.html', { timeoutMs: 5000 }).catch(() => null);
+    }, { timeoutMs: 90_000, what: 'the page after its reload' });
     await page.until('Boolean(window.helio)');
     return page;
 }

@@ -23,7 +23,7 @@ test('a click on export asks for a file and writes the system report into it', a
     await shared.display.act('key', 'ctrl+a', 'type', '--delay', '5', report);
     await shared.display.act('key', 'Return');
     const outcome = "document.getElementById('outcome').textContent";
-    await page.until(`${outcome} !== ''`, { timeoutMs: 30_000 });
+    await page.until(`${outcome} !== ''`, { timeoutMs: 90_000 });
     expect(await page.evaluate(outcome)).toBe('success');
     const text = fs.readFileSync(report, 'utf8');
     expect(text).toMatch(/\r\n/);

@@ -2,8 +2,8 @@ import CDP from 'chrome-remote-interface';
 
 import { waitFor } from '../waitfor.mjs';
 
-const LONGEST_ANSWER = 40_000;
-/** A page whose process has just gone never answers, and it is not worth a long wait. */
+const LONGEST_ANSWER = 90_000;
+/** A page whose process has just gone never answers; another may be there in its place by then. */
 const LONGEST_FIRST_ANSWER = 3_000;
 
 async function within(milliseconds, promise, what) {
@@ -22,23 +22,26 @@ async function within(milliseconds, promise, what) {
 export class ShellPage {
     #client;
 
-    /** Connects to the page whose address ends in that name, once there is one. */
-    static async of(port, name) {
-        const target = await waitFor(async () => {
-            const targets = await CDP.List({ port }).catch(() => []);
-            return targets.find(({ type, url }) => type === 'page' && url.endsWith(`/${name}`));
-        }, { timeoutMs: 20_000, what: `the page ${name}` });
-        const page = new ShellPage(await CDP({ port, target }));
+    /** Connects to the page whose address ends in that name, once it is there. */
+    static async of(port, name, { timeoutMs = 90_000 } = {}) {
+        return waitFor(() => ShellPage.#present(port, name), { timeoutMs, what: `the page ${name}` });
+    }
+
+    /** The same if it is there; null otherwise. */
+    static async #present(port, name) {
+        const targets = await CDP.List({ port }).catch(() => []);
+        const target = targets.find(({ type, url }) => type === 'page' && url.endsWith(`/${name}`));
+        const client = target && await CDP({ port, target }).catch(() => null);
+        if (!client)
+            return null;
+        const page = new ShellPage(client);
         // The tools name a page that is on its way before its document is there.
         const isThere = `location.href.endsWith(${JSON.stringify(`/${name}`)})
             && document.readyState === 'complete'`;
-        try {
-            await waitFor(() => page.evaluate(isThere, LONGEST_FIRST_ANSWER), { what: isThere });
-        } catch (error) {
-            await page.close();
-            throw error;
-        }
-        return page;
+        if (await page.evaluate(isThere, LONGEST_FIRST_ANSWER).catch(() => false))
+            return page;
+        await page.close();
+        return null;
     }
 
     constructor(client) {

@@ -6,7 +6,7 @@ import { waitFor } from '../waitfor.mjs';
 import { end, start } from './process.mjs';
 import { ShellPage } from './shellpage.mjs';
 
-const LONGEST_END = 30_000;
+const LONGEST_END = 90_000;
 
 export async function freePort() {
     const server = net.createServer().listen(0, '127.0.0.1');
@@ -73,8 +73,8 @@ export class ShellProgram {
         return this.#child.pid;
     }
 
-    async page(name = 'index.html') {
-        const page = await ShellPage.of(this.port, name);
+    async page(name = 'index.html', options = {}) {
+        const page = await ShellPage.of(this.port, name, options);
         this.#pages.push(page);
         return page;
     }

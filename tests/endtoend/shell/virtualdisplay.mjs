@@ -100,7 +100,7 @@ export class VirtualDisplay {
 
     async #output(program, args) {
         const env = { PATH: process.env.PATH, DISPLAY: this.name, LANG: 'C.UTF-8' };
-        const { stdout } = await run(program, args, { env, timeout: 10_000 });
+        const { stdout } = await run(program, args, { env, timeout: 60_000 });
         return stdout;
     }
 }

@@ -68,4 +68,4 @@ test('associations are repaired with the desktop’s tools and listed until they
     }
     const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
     expect(defaults).toContain(`application/vyr-office.docx=${ENTRIES.vyr}`);
-}, 240_000);
+});

@@ -10,7 +10,7 @@ import { TEXTS } from './texts.mjs';
 import { ViewPage } from './viewpage.mjs';
 
 /** Longest time that a view and the programs that it asks may take on a busy machine. */
-export const PATIENCE = { timeoutMs: 30_000 };
+export const PATIENCE = { timeoutMs: 90_000 };
 
 /** The display that the tests of one file share; every test has a suite and a home of its own. */
 export function viewTests() {
