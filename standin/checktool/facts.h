@@ -1,0 +1,20 @@
+#pragma once
+
+/// Names of the facts that the probe program prints as JSON, and that the checks read.
+namespace standin::facts {
+
+constexpr const char *fault = "fault";
+constexpr const char *names = "names";
+constexpr const char *platform = "platform";
+constexpr const char *screens = "screens";
+constexpr const char *renderer = "renderer";
+constexpr const char *version = "version";
+constexpr const char *address = "address";
+constexpr const char *defaultPrinter = "default";
+constexpr const char *printers = "printers";
+constexpr const char *name = "name";
+constexpr const char *isStopped = "stopped";
+constexpr const char *isAccepting = "accepting";
+constexpr const char *reasons = "reasons";
+
+} // namespace standin::facts

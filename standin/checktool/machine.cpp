@@ -1,0 +1,33 @@
+#include "standin/checktool/machine.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include "standin/fonts/missingfontsfile.h"
+
+namespace standin {
+
+namespace {
+
+const QString probeProgramName = QStringLiteral("/vyrEnvProbe");
+
+} // namespace
+
+Machine Machine::current()
+{
+    Machine machine;
+    machine.environment = QProcessEnvironment::systemEnvironment();
+    machine.home = QDir::homePath();
+    machine.suiteHome = standin::suiteHome();
+    machine.officeDirectory = QCoreApplication::applicationDirPath();
+    machine.temporaryDirectory = QDir::tempPath();
+    machine.probeProgram = machine.officeDirectory + probeProgramName;
+    return machine;
+}
+
+QString Machine::variable(const char *name) const
+{
+    return environment.value(QString::fromLatin1(name));
+}
+
+} // namespace standin

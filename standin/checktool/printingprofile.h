@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace standin {
+
+/// Makes a profile directory for the converter in which documents run no macros and fetch nothing
+/// from elsewhere. False when it cannot be written.
+bool writePrintingProfile(const QString &directory);
+
+} // namespace standin
