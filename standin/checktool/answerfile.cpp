@@ -18,7 +18,6 @@ const QString fileName = QStringLiteral("/vyrEnv.ini");
 const QString group = QStringLiteral("vyrEnv");
 const QString lockEnding = QStringLiteral(".lock");
 constexpr qint64 mostBytes = 16 * 1024 * 1024;
-constexpr int lockMs = 10000;
 
 [[noreturn]] void fail(const QString &text)
 {
@@ -26,7 +25,7 @@ constexpr int lockMs = 10000;
 }
 
 /// QSettings takes the lock of that name itself, but would wait for it without an end.
-void waitForLock(const QString &path)
+void waitForLock(const QString &path, int lockMs)
 {
     QLockFile lock(path + lockEnding);
     lock.setStaleLockTime(0);
@@ -40,7 +39,7 @@ void waitForLock(const QString &path)
 } // namespace
 
 void writeAnswer(const QString &suiteHome, const QString &check, const QString &application,
-                 const QString &text)
+                 const QString &text, int lockMs)
 {
     const QString directory = suiteHome + QStringLiteral("/tmp");
     if (!QDir().mkpath(directory))
@@ -50,7 +49,7 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
     // To read a pipe would take forever.
     if (information.exists() && (!information.isFile() || information.size() > mostBytes))
         fail(Words::tr("%1 is no file of answers").arg(path));
-    waitForLock(path);
+    waitForLock(path, lockMs);
     QSettings file(path, QSettings::IniFormat);
     file.setIniCodec("UTF-8");
     file.beginGroup(group);

@@ -9,6 +9,6 @@ namespace standin {
 /// check's. Whatever else is in the file stays. It is replaced as a whole or not at all.
 /// @throws std::runtime_error when it cannot be written
 void writeAnswer(const QString &suiteHome, const QString &check, const QString &application,
-                 const QString &text);
+                 const QString &text, int lockMs = 10000);
 
 } // namespace standin

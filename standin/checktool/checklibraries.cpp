@@ -105,7 +105,7 @@ void reportClosure(const LibraryClosure &closure, Findings &findings)
     const int before = findings.problemCount();
     reportMissing(closure, findings);
     reportVersions(closure, findings);
-    if (findings.problemCount() == before)
+    if (findings.problemCount() == before && !closure.paths().isEmpty())
         findings.fine(
             Words::tr("All %1 libraries and programs that were looked into can be loaded.")
                 .arg(closure.paths().size()));

@@ -137,7 +137,8 @@ void checkVariables(const Machine &machine, Findings &findings)
     for (const Category &category : categories)
         checkOne(category.variable, category.mask);
     if (valid > 0)
-        findings.fine(Words::tr("%1 language settings are valid.").arg(valid));
+        findings.fine(valid == 1 ? Words::tr("The one language setting is valid.")
+                                 : Words::tr("%1 language settings are valid.").arg(valid));
     const QString all = machine.variable(allCategories);
     if (!all.isEmpty())
         findings.note(Words::tr("LC_ALL is set and hides every other language setting. It is meant "

@@ -141,8 +141,8 @@ void checkPlugins(const Machine &machine, const QString &, const QString &argume
                 .arg(directories.join(QStringLiteral(", "))),
             Words::tr("Make one with: mkdir -p '%1'.").arg(userDirectory(machine)));
     reportSuite(machine, found, findings);
-    findings.note(Words::tr("Present versions of most browsers load no such plug-ins any more; use "
-                            "one that does to edit documents inside web pages."));
+    findings.note(Words::tr("Most browsers no longer load such plug-ins; without one that does, "
+                            "documents do not open inside web pages."));
 }
 
 } // namespace standin

@@ -111,10 +111,15 @@ QString FontConfiguration::match(const QString &family) const
 {
     const Pattern pattern(FcPatternCreate());
     add(pattern.get(), FC_FAMILY, family);
-    FcConfigSubstitute(m_config.get(), pattern.get(), FcMatchPattern);
-    FcDefaultSubstitute(pattern.get());
+    return bestMatch(pattern.get());
+}
+
+QString FontConfiguration::bestMatch(_FcPattern *pattern) const
+{
+    FcConfigSubstitute(m_config.get(), pattern, FcMatchPattern);
+    FcDefaultSubstitute(pattern);
     FcResult result = FcResultNoMatch;
-    const Pattern found(FcFontMatch(m_config.get(), pattern.get(), &result));
+    const Pattern found(FcFontMatch(m_config.get(), pattern, &result));
     return found ? firstFamily(found.get()) : QString();
 }
 
@@ -122,7 +127,8 @@ QString FontConfiguration::familyForLanguage(const QString &language) const
 {
     const Pattern pattern(FcPatternCreate());
     add(pattern.get(), FC_LANG, language);
-    return firstListed(m_config.get(), pattern.get());
+    return firstListed(m_config.get(), pattern.get()).isEmpty() ? QString()
+                                                                : bestMatch(pattern.get());
 }
 
 bool FontConfiguration::hasFamily(const QString &family) const

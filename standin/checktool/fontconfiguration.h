@@ -5,6 +5,7 @@
 #include <memory>
 
 struct _FcConfig;
+struct _FcPattern;
 
 namespace standin {
 
@@ -36,13 +37,16 @@ public:
     /// The family that text in @p family is drawn with; empty when there are no fonts.
     QString match(const QString &family) const;
 
-    /// A family that has what texts in that language need ("zh-cn"); empty when there is none.
+    /// The family in which texts in that language are drawn, when it has what they need ("zh-cn");
+    /// empty when there is none.
     QString familyForLanguage(const QString &language) const;
 
     /// Whether some font has a family of that name, in whatever case.
     bool hasFamily(const QString &family) const;
 
 private:
+    QString bestMatch(_FcPattern *pattern) const;
+
     std::shared_ptr<_FcConfig> m_config;
 };
 

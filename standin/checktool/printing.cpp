@@ -1,5 +1,6 @@
 #include "standin/checktool/printing.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -7,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 
@@ -24,6 +26,12 @@ const QStringList converters = {QStringLiteral("soffice"), QStringLiteral("libre
 const QStringList converterPlaces = {QStringLiteral("/usr/lib/libreoffice/program"),
                                      QStringLiteral("/opt/libreoffice/program"),
                                      QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin")};
+constexpr int beginningBytes = 4096;
+/// Packages, OLE2 files and text in UTF-16.
+const QList<QByteArray> documentSignatures = {"PK\x03\x04", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1",
+                                              "\xff\xfe", "\xfe\xff"};
+const QString workName = QStringLiteral("print-");
+constexpr qint64 leftoverSeconds = 3600;
 
 [[noreturn]] void fail(const QString &text)
 {
@@ -32,21 +40,36 @@ const QStringList converterPlaces = {QStringLiteral("/usr/lib/libreoffice/progra
 
 QString findConverter(const Machine &machine)
 {
-    const QStringList path = machine.variable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    for (const QStringList &places : {path, converterPlaces}) {
-        for (const QString &name : converters) {
-            const QString program =
-                places.isEmpty() ? QString() : QStandardPaths::findExecutable(name, places);
-            if (!program.isEmpty())
-                return program;
-        }
+    QStringList places = machine.variable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString &place : converterPlaces)
+        places.append(machine.root + place);
+    for (const QString &name : converters) {
+        const QString program = QStandardPaths::findExecutable(name, places);
+        if (!program.isEmpty())
+            return program;
     }
     fail(Words::tr("no office suite that prints documents to PDF is installed; install "
                    "libreoffice-writer, libreoffice-calc and libreoffice-impress, or print from "
                    "the suite itself"));
 }
 
-void checkDocument(const QFileInfo &document, const QFileInfo &pdf)
+/// A converter takes anything for text, and would print what is damaged as such.
+bool isDocument(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray beginning = file.read(beginningBytes);
+    for (const QByteArray &signature : documentSignatures) {
+        if (beginning.startsWith(signature))
+            return true;
+    }
+    static const QByteArray usualControls = "\t\n\f\r";
+    return std::none_of(beginning.begin(), beginning.end(),
+                        [](char c) { return c >= 0 && c < ' ' && !usualControls.contains(c); });
+}
+
+void checkDocument(const QFileInfo &document)
 {
     if (!document.exists())
         fail(Words::tr("there is no document %1").arg(document.filePath()));
@@ -54,8 +77,8 @@ void checkDocument(const QFileInfo &document, const QFileInfo &pdf)
         fail(Words::tr("%1 is no file").arg(document.filePath()));
     if (!document.isReadable())
         fail(Words::tr("%1 cannot be read").arg(document.filePath()));
-    if (document.canonicalFilePath() == pdf.canonicalFilePath())
-        fail(Words::tr("%1 is where the printed document has to go").arg(document.filePath()));
+    if (!isDocument(document.filePath()))
+        fail(Words::tr("%1 is damaged or no document").arg(document.filePath()));
 }
 
 /// What an earlier print has left would be taken for this one.
@@ -68,6 +91,18 @@ void removeEarlier(const QString &pdf)
         fail(Words::tr("%1 is a directory").arg(pdf));
     if (!QFile::remove(pdf))
         fail(Words::tr("the earlier %1 cannot be removed").arg(pdf));
+}
+
+/// A print that was ended with its session could not clean up.
+void removeLeftovers(const QString &directory)
+{
+    const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-leftoverSeconds);
+    const QFileInfoList leftovers = QDir(directory).entryInfoList(
+        {workName + QLatin1Char('*')}, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &leftover : leftovers) {
+        if (leftover.lastModified() < longAgo)
+            QDir(leftover.filePath()).removeRecursively();
+    }
 }
 
 /// A copy for the converter, which puts a lock file beside what it opens. It keeps its name, which
@@ -138,13 +173,16 @@ QString printDocument(const Machine &machine, const QString &document, int timeo
     const QFileInfo source(document);
     const QString directory = machine.suiteHome + QStringLiteral("/tmp");
     const QString pdf = QStringLiteral("%1/%2.pdf").arg(directory, source.baseName());
-    checkDocument(source, QFileInfo(pdf));
+    if (source.exists() && source.canonicalFilePath() == QFileInfo(pdf).canonicalFilePath())
+        fail(Words::tr("%1 is where the printed document has to go").arg(document));
+    removeEarlier(pdf);
+    checkDocument(source);
     if (!QDir().mkpath(directory))
         fail(Words::tr("cannot make the directory %1").arg(directory));
-    removeEarlier(pdf);
+    removeLeftovers(directory);
     const QString converter = findConverter(machine);
     // On the same disk, so that the finished file can be put into its place at once.
-    const QTemporaryDir work(directory + QStringLiteral("/print-XXXXXX"));
+    const QTemporaryDir work(directory + QLatin1Char('/') + workName);
     if (!work.isValid())
         fail(Words::tr("cannot write into %1").arg(directory));
     const QString made = convert(machine, converter, work.path(), source, timeoutMs);

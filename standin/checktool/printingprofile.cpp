@@ -17,7 +17,6 @@ struct Setting
 constexpr Setting settings[] = {
     {"Common/Security/Scripting", "DisableMacrosExecution", "true"},
     {"Common/Security/Scripting", "BlockUntrustedRefererLinks", "true"},
-    {"Common/Security/Scripting", "DisableActiveContent", "true"},
     // Never update links.
     {"Writer/Content/Update", "Link", "0"},
     {"Calc/Content/Update", "Link", "2"},

@@ -1,0 +1,88 @@
+#include "standin/checktool/boundedprogram.h"
+
+#include <csignal>
+
+#include <QDir>
+
+#include "tests/support/headlesstest.h"
+
+using standin::ProgramEnd;
+
+/// Programs that the check tool starts, however they behave.
+class BoundedProgramTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aProgramThatEndsGivesItsStatusAndOutput()
+    {
+        const ProgramEnd end = run("echo out; echo err >&2; exit 3");
+        QCOMPARE(end.kind, ProgramEnd::Kind::Exited);
+        QCOMPARE(end.status, 3);
+        QCOMPARE(end.output, QByteArray("out\n"));
+        QCOMPARE(end.errors, QByteArray("err\n"));
+        QVERIFY(!end.hasSucceeded());
+    }
+
+    void aProgramThatIsMissingIsNotStarted()
+    {
+        QCOMPARE(standin::runBounded(QStringLiteral("/nowhere/program"), {}, {}, waitMs).kind,
+                 ProgramEnd::Kind::NotStarted);
+    }
+
+    void aCrashIsNoExit() { QCOMPARE(run("kill -SEGV $$").kind, ProgramEnd::Kind::Crashed); }
+
+    void aProgramThatHangsIsEndedWithAllThatItStarted()
+    {
+        // The child ignores what it may ignore, and holds the output open.
+        const ProgramEnd end =
+            run("(trap '' TERM HUP INT; exec sleep 600) & echo $!; exec sleep 600", 500);
+        QCOMPARE(end.kind, ProgramEnd::Kind::TimedOut);
+        QVERIFY(isGone(end.output.trimmed().toInt()));
+    }
+
+    void whatAProgramLeavesBehindIsEnded()
+    {
+        const ProgramEnd end = run("sleep 600 & echo $!");
+        QVERIFY(end.hasSucceeded());
+        QVERIFY(isGone(end.output.trimmed().toInt()));
+    }
+
+    void endlessOutputIsCut()
+    {
+        const ProgramEnd end = run("exec yes", 300);
+        QCOMPARE(end.kind, ProgramEnd::Kind::TimedOut);
+        QCOMPARE(end.output.size(), 4 * 1024 * 1024);
+    }
+
+    void inputIsEmpty() { QVERIFY(run("read line || exit 0; exit 1").hasSucceeded()); }
+
+    void theLastLineIsWhatCounts()
+    {
+        QCOMPARE(standin::lastLine("one\ntwo \n\n"), QStringLiteral("two"));
+        QCOMPARE(standin::lastLine({}), QString());
+    }
+
+private:
+    static constexpr int waitMs = 20000;
+
+    static ProgramEnd run(const char *script, int timeoutMs = waitMs)
+    {
+        return standin::runBounded(QStringLiteral("/bin/sh"),
+                                   {QStringLiteral("-c"), QString::fromLatin1(script)},
+                                   QProcessEnvironment::systemEnvironment(), timeoutMs);
+    }
+
+    /// Nobody may have waited for it yet, where no init does.
+    static bool isGone(int process)
+    {
+        const QString state = QStringLiteral("/proc/%1/stat").arg(process);
+        return process > 0 && QTest::qWaitFor([&] {
+                   QFile file(state);
+                   return !file.open(QIODevice::ReadOnly) || file.readAll().contains(") Z ");
+               });
+    }
+};
+
+HEADLESS_TEST_MAIN(BoundedProgramTest)
+#include "tst_boundedprogram.moc"
