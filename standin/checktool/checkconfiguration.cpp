@@ -94,6 +94,8 @@ void checkContent(const QString &path, Findings &findings)
     }
     const bool isText = file.open(QIODevice::ReadOnly) && !file.readAll().contains('\0');
     const QSettings settings(path, QSettings::IniFormat);
+    // Groups are parsed when their keys are asked for, and not before.
+    const int count = settings.allKeys().size();
     if (!isText || settings.status() == QSettings::FormatError)
         findings.problem(
             Words::tr("The settings file %1 is damaged: some of it is no settings.").arg(path),
@@ -101,7 +103,7 @@ void checkContent(const QString &path, Findings &findings)
     else
         findings.fine(Words::tr("The settings file %1 can be read: %2 settings.")
                           .arg(path)
-                          .arg(settings.allKeys().size()));
+                          .arg(count));
 }
 
 void checkFile(const QString &path, Findings &findings)
