@@ -101,7 +101,7 @@ void checkContent(const QString &path, Findings &findings)
             Words::tr("The settings file %1 is damaged: some of it is no settings.").arg(path),
             remedy);
     else
-        findings.fine(Words::tr("The settings file %1 can be read: %2 settings.")
+        findings.fine(Words::tr("The settings file %1 can be read; settings in it: %2.")
                           .arg(path)
                           .arg(count));
 }
@@ -126,7 +126,9 @@ void checkFile(const QString &path, Findings &findings)
         checkContent(path, findings);
     else
         findings.problem(
-            Words::tr("The settings file %1 cannot be read: settings do not count.").arg(path),
+            Words::tr(
+                "The settings file %1 cannot be read: the suite starts without your settings.")
+                .arg(path),
             Words::tr("Give yourself the right with: chmod u+rw '%1'.").arg(path));
 }
 

@@ -5,9 +5,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include <sys/statvfs.h>
-
 #include "standin/checktool/checks.h"
+#include "standin/checktool/diskspace.h"
 #include "standin/checktool/words.h"
 
 namespace standin {
@@ -60,24 +59,30 @@ void checkDirectory(const QString &name, const QString &wanted, Findings &findin
                                    "entered."));
         return;
     }
+    reportDisk(name, wanted, disk, findings);
+}
+
+} // namespace
+
+void reportDisk(const QString &name, const QString &path, const struct statvfs &disk,
+                Findings &findings)
+{
     if ((disk.f_flag & ST_RDONLY) != 0) {
-        findings.problem(Words::tr("%1 (%2) is on a disk that can only be read.").arg(name, wanted),
+        findings.problem(Words::tr("%1 (%2) is on a disk that can only be read.").arg(name, path),
                          Words::tr("Look for disk errors with “dmesg”, or mount the disk again for "
                                    "writing."));
         return;
     }
-    reportBytes(name, wanted, static_cast<qint64>(disk.f_bavail * disk.f_frsize), findings);
+    reportBytes(name, path, static_cast<qint64>(disk.f_bavail * disk.f_frsize), findings);
     // Some file systems do not count files.
     if (disk.f_files > 0 && disk.f_favail < tooFewFiles)
         findings.problem(Words::tr("%1 (%2) has room for %3 further files only, whatever their "
                                    "size.")
-                             .arg(name, wanted)
+                             .arg(name, path)
                              .arg(disk.f_favail),
                          Words::tr("Delete files that are no longer needed; many small ones "
                                    "count most."));
 }
-
-} // namespace
 
 void checkSpace(const Machine &machine, const QString &, const QString &argument,
                 Findings &findings)

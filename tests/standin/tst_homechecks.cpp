@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "standin/checktool/diskspace.h"
 #include "standin/checktool/inputplugins.h"
 #include "tests/support/checkedmachine.h"
 #include "tests/support/headlesstest.h"
@@ -49,6 +50,56 @@ private slots:
                         {QStringLiteral("There is no directory /nowhere.")}));
     }
 
+    void disksAreToldOfByTheirRoom_data()
+    {
+        QTest::addColumn<quint64>("megabytes");
+        QTest::addColumn<quint64>("files");
+        QTest::addColumn<bool>("isReadOnly");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("room") << quint64(2048) << quint64(5000) << false
+                              << QStringLiteral("✔ Home (/x) has 2.00 GiB free.");
+        QTest::newRow("little room") << quint64(400) << quint64(5000) << false
+                                     << QStringLiteral("⚠ Home (/x) is filling up: 400.00 MiB");
+        QTest::newRow("nearly none") << quint64(49) << quint64(5000) << false
+                                     << QStringLiteral("✘ Home (/x) is nearly full: 49.00 MiB");
+        QTest::newRow("none") << quint64(0) << quint64(5000) << false
+                              << QStringLiteral("✘ Home (/x) is nearly full: 0 bytes");
+        QTest::newRow("no files") << quint64(2048) << quint64(999) << false
+                                  << QStringLiteral("✘ Home (/x) has room for 999 further files");
+        QTest::newRow("to be read only")
+            << quint64(0) << quint64(0) << true
+            << QStringLiteral("✘ Home (/x) is on a disk that can only");
+    }
+
+    void disksAreToldOfByTheirRoom()
+    {
+        QFETCH(quint64, megabytes);
+        QFETCH(quint64, files);
+        QFETCH(bool, isReadOnly);
+        QFETCH(QString, line);
+        QLocale::setDefault(QLocale(QLocale::English));
+        struct statvfs disk = {};
+        disk.f_frsize = 4096;
+        disk.f_bavail = megabytes * 256;
+        disk.f_files = 10000;
+        disk.f_favail = files;
+        disk.f_flag = isReadOnly ? ST_RDONLY : 0;
+        standin::Findings findings;
+        standin::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
+        const QString text = findings.text();
+        QVERIFY2(text.contains(QLatin1Char('\n') + line), qPrintable(text));
+    }
+
+    void aDiskThatCountsNoFilesHasRoomForThem()
+    {
+        struct statvfs disk = {};
+        disk.f_frsize = 4096;
+        disk.f_bavail = 1000000;
+        standin::Findings findings;
+        standin::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
+        QCOMPARE(findings.problemCount(), 0);
+    }
+
     void settingsThatAreNotThereYetAreFine()
     {
         QCOMPARE(problems(CheckedMachine().check("configuration")), QStringList());
@@ -61,7 +112,7 @@ private slots:
         checked.makeDirectory(QStringLiteral("home/.local/share/Orvane/tmp"));
         const QStringList lines = checked.check("configuration");
         QCOMPARE(problems(lines), QStringList());
-        QVERIFY(hasLine(lines, {QStringLiteral("can be read: 2 settings")}));
+        QVERIFY(hasLine(lines, {QStringLiteral("can be read; settings in it: 2.")}));
     }
 
     void damagedSettingsAreAProblem_data()

@@ -1,0 +1,133 @@
+import fs from 'node:fs';
+
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { runCommand } from '../assistantctl.mjs';
+import { beside } from '../beside.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+
+const TOOL = '/suite/office/vyrEnvCheckTool';
+const WORK = '/home/user/.local/share/Orvane/tmp';
+const OFFICE_SUITE = '/usr/lib/libreoffice';
+const PROGRAMS = ['/usr/bin/soffice', '/usr/bin/libreoffice'];
+const hasOfficeSuite = fs.existsSync(`${OFFICE_SUITE}/program/soffice`);
+
+const SERVER = '/server/node';
+/** Writes down what asks it. */
+const PICTURE_SERVER = `
+${SERVER} -e 'require("http").createServer((request, answer) => {
+    require("fs").appendFileSync("/tmp/asked", request.url + "\\n");
+    answer.end();
+}).listen(8090, "127.0.0.1")' &
+await bash -c 'exec 3<> /dev/tcp/127.0.0.1/8090'
+`;
+/** Two pages of text, and a picture that lies elsewhere. */
+const DOCUMENT = String.raw`{\rtf1\ansi{\fonttbl{\f0 DejaVu Sans;}}\f0 Quarterly report\par
+{\field{\*\fldinst INCLUDEPICTURE "http://127.0.0.1:8090/picture.png" \\d}{\fldrslt }}\page
+second page\par}`;
+
+let root;
+
+afterEach(async () => root.dispose());
+
+const base64 = (text) => Buffer.from(text).toString('base64');
+const print = (program, document, options) =>
+    root.run([TOOL, 'print', program, document], { timeoutMs: 60_000, ...options });
+const pagesOf = (pdf) => pdf.match(/\/Type\s*\/Page\b/g)?.length;
+
+describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
+    beforeEach(async () => {
+        root = await SandboxRoot.create({ suite: true });
+        root.bind(fs.realpathSync(process.execPath), SERVER);
+        await root.recordingFake('xdg-open');
+    });
+
+    test('a print problem is printed by it and shown, and fetches nothing', async () => {
+        const path = '/home/user/Quartals bericht.final.DOCX';
+        await root.writeFile(path, DOCUMENT);
+        const prepared = await beside(root, PICTURE_SERVER);
+        const end = await runCommand(prepared, 'openprinterrorfile', {},
+            { choose: [path], trace: true, timeoutMs: 60_000 });
+        expect(end.answer.result).toBe(base64(path));
+        expect(end.events.find(({ detached }) => detached)).toMatchObject(
+            { arguments: ['xdg-open', `${WORK}/Quartals bericht.pdf`] });
+        const pdf = await root.readFile(`${WORK}/Quartals bericht.pdf`, 'latin1');
+        expect(pdf).toMatch(/^%PDF-1\.[^]*%%EOF\s*$/);
+        expect(pagesOf(pdf)).toBe(2);
+        expect(await root.exists('/tmp/asked')).toBe(false);
+        expect(await root.list('/home/user')).not.toContainEqual(expect.stringMatching(/lock/));
+        expect((await root.list(WORK)).filter((name) => name.startsWith('print-'))).toEqual([]);
+    });
+
+    test('what it cannot read leaves no PDF', async () => {
+        await root.writeFile('/home/user/a.docx', 'PK\x03\x04 and nothing more');
+        await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
+        const end = await print('vyr', '/home/user/a.docx');
+        expect(end).toMatchObject({ status: 1, stdout: '' });
+        expect(end.stderr).toMatch(/^vyrEnvCheckTool: \/home\/user\/a\.docx could not be printed: .+\n$/);
+        expect(await root.list(WORK)).toEqual([]);
+    });
+});
+
+describe('without an office suite', () => {
+    beforeEach(async () => {
+        root = await SandboxRoot.create({ suite: true, hide: PROGRAMS });
+        await root.makeDirectory('/home/user/nothing');
+        if (hasOfficeSuite)
+            root.bind(root.hostPath('/home/user/nothing'), OFFICE_SUITE);
+        await root.writeFile('/home/user/a.docx', DOCUMENT);
+        await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
+    });
+
+    test('a print is refused with what to install, and leaves no PDF', async () => {
+        const end = await print('vyr', '/home/user/a.docx');
+        expect(end).toMatchObject({ status: 1, stdout: '' });
+        expect(end.stderr).toMatch(
+            /^vyrEnvCheckTool: no office suite that prints .*libreoffice-writer.*\n$/);
+        expect(await root.list(WORK)).toEqual([]);
+    });
+
+    test('a print problem is an error, and no earlier PDF is taken for it', async () => {
+        const end = await runCommand(root, 'openprinterrorfile', {},
+            { choose: ['/home/user/a.docx'], trace: true });
+        expect(end).toMatchObject({ status: 1, answer: { result: 'error' } });
+        expect(end.events.filter(({ detached }) => detached)).toEqual([]);
+    });
+});
+
+describe('an office suite of the test’s own', () => {
+    beforeEach(async () => {
+        root = await SandboxRoot.create({ suite: true });
+        await root.writeFile('/home/user/a.docx', DOCUMENT);
+    });
+
+    test('that hangs ends with the tool, and with all that it has started', async () => {
+        await root.fake('soffice', `#!/bin/bash
+sleep 600 &
+echo $! > ~/child
+mv ~/child ~/started
+wait
+`);
+        const end = await root.run(['bash', '-c', `${TOOL} print vyr ~/a.docx &
+tool=$!
+until [ -e ~/started ]; do sleep 0.02; done
+kill -TERM $tool
+wait $tool
+echo "status $?"
+while kill -0 $(cat ~/started) 2> /dev/null; do sleep 0.02; done
+echo gone`]);
+        expect(end.stdout).toBe('status 143\ngone\n');
+        expect((await root.list(WORK)).filter((name) => name.endsWith('.pdf'))).toEqual([]);
+    });
+
+    test('that fills the disk leaves no PDF', async () => {
+        root.smallDisk('/home/user/.local/share/Orvane', 256 * 1024);
+        await root.fake('soffice', `#!/bin/bash
+{ echo %PDF-1.7; cat /dev/zero; } > "$7/a.pdf"
+`);
+        const end = await root.run(['bash', '-c',
+            `${TOOL} print vyr ~/a.docx; echo "status $?"; find ${WORK} -name '*.pdf'`]);
+        expect(end.stdout).toBe('status 1\n');
+        expect(end.stderr).toMatch(/^vyrEnvCheckTool: .* could not be printed: .*No space left/);
+    });
+});
