@@ -21,10 +21,11 @@ ${SERVER} -e 'require("http").createServer((request, answer) => {
 }).listen(8090, "127.0.0.1")' &
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/8090'
 `;
-/** Two pages of text, and a picture that lies elsewhere. */
-const DOCUMENT = String.raw`{\rtf1\ansi{\fonttbl{\f0 DejaVu Sans;}}\f0 Quarterly report\par
-{\field{\*\fldinst INCLUDEPICTURE "http://127.0.0.1:8090/picture.png" \\d}{\fldrslt }}\page
-second page\par}`;
+/** Two pages, and a picture that lies elsewhere; suites write such files, whatever their names. */
+const DOCUMENT = `<html><body><p>Quarterly report</p>
+<img src="http://127.0.0.1:8090/picture.png">
+<p style="page-break-before: always">second page</p></body></html>
+`;
 
 let root;
 
