@@ -1,3 +1,6 @@
+import fs from 'node:fs';
+import path from 'node:path';
+
 import { expect, test } from 'vitest';
 
 import { TEXTS } from './texts.mjs';
@@ -33,7 +36,18 @@ test('an environment check runs the tool once and shows what it found', async ()
     expect(await shared.fileWith(shared.inHome('toolcalls'), Boolean)).toBe('libraries|tbl||');
 });
 
+test('the findings of the project’s own check tool are shown line by line', async () => {
+    const { view } = await shared.open('environmentcheck');
+    await view.press(environment.checks.dbus.name);
+    await view.press(environment.start);
+    await view.shows('✘ One problem was found.', PATIENCE);
+    await view.shows('✘ The session bus at disabled: does not answer:');
+    expect(await view.evaluate(`[...document.querySelectorAll('.finding-lines p')]
+        .every((line) => /^[✔⚠✘] /u.test(line.textContent))`)).toBe(true);
+});
+
 test('an environment check without its tool explains that there is no answer', async () => {
+    fs.rmSync(path.join(shared.suite.office, TOOL));
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.start);
     await view.shows(environment.noAnswerWhy, PATIENCE);
