@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "standin/checktool/checks.h"
+#include "standin/checktool/shellword.h"
 #include "standin/checktool/words.h"
 
 namespace standin {
@@ -56,10 +57,11 @@ void checkOwner(const QString &path, Findings &findings)
         return;
     const QString owner = information.owner().isEmpty() ? QString::number(information.ownerId())
                                                         : information.owner();
-    findings.problem(Words::tr("%1 belongs to the user %2, perhaps because the suite was once "
-                               "started as that user.")
-                         .arg(path, owner),
-                     Words::tr("Take it over with: sudo chown -R %1 '%2'.").arg(userName(), path));
+    findings.problem(
+        Words::tr("%1 belongs to the user %2, perhaps because the suite was once "
+                  "started as that user.")
+            .arg(path, owner),
+        Words::tr("Take it over with: sudo chown -R %1 %2.").arg(userName(), shellWord(path)));
 }
 
 bool checkDirectory(const QString &path, Findings &findings)
@@ -77,7 +79,7 @@ bool checkDirectory(const QString &path, Findings &findings)
     if (!may(path, R_OK | W_OK | X_OK))
         findings.problem(
             Words::tr("The directory %1 cannot be used for reading and writing.").arg(path),
-            Words::tr("Give yourself the rights with: chmod u+rwx '%1'.").arg(path));
+            Words::tr("Give yourself the rights with: chmod u+rwx %1.").arg(shellWord(path)));
     if (findings.problemCount() == before)
         findings.fine(Words::tr("The directory %1 can be read and written.").arg(path));
     return true;
@@ -102,8 +104,7 @@ void checkContent(const QString &path, Findings &findings)
             remedy);
     else
         findings.fine(Words::tr("The settings file %1 can be read; settings in it: %2.")
-                          .arg(path)
-                          .arg(count));
+                          .arg(path, QString::number(count)));
 }
 
 void checkFile(const QString &path, Findings &findings)
@@ -118,10 +119,11 @@ void checkFile(const QString &path, Findings &findings)
     }
     checkOwner(path, findings);
     if (!may(path, W_OK))
-        findings.problem(Words::tr("The settings file %1 cannot be written: changed settings are "
-                                   "lost.")
-                             .arg(path),
-                         Words::tr("Give yourself the right with: chmod u+rw '%1'.").arg(path));
+        findings.problem(
+            Words::tr("The settings file %1 cannot be written: changed settings are "
+                      "lost.")
+                .arg(path),
+            Words::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
     if (may(path, R_OK))
         checkContent(path, findings);
     else
@@ -129,7 +131,7 @@ void checkFile(const QString &path, Findings &findings)
             Words::tr(
                 "The settings file %1 cannot be read: the suite starts without your settings.")
                 .arg(path),
-            Words::tr("Give yourself the right with: chmod u+rw '%1'.").arg(path));
+            Words::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
 }
 
 } // namespace

@@ -22,8 +22,7 @@ QString wanters(QStringList paths)
     if (more <= 0)
         return names.join(QStringLiteral(", "));
     return Words::tr("%1 and %2 more")
-        .arg(names.mid(0, mostWanters).join(QStringLiteral(", ")))
-        .arg(more);
+        .arg(names.mid(0, mostWanters).join(QStringLiteral(", ")), QString::number(more));
 }
 
 QStringList librariesBelow(const QString &directory)

@@ -4,6 +4,7 @@
 
 #include "standin/checktool/checks.h"
 #include "standin/checktool/libraryclosure.h"
+#include "standin/checktool/shellword.h"
 #include "standin/checktool/words.h"
 
 namespace standin {
@@ -78,9 +79,9 @@ QStringList checkDirectory(const LibrarySearch &search, const QString &directory
                            Findings &findings)
 {
     if (!QFileInfo(directory).isReadable()) {
-        findings.problem(
-            Words::tr("The plug-in directory %1 cannot be read.").arg(directory),
-            Words::tr("Give yourself the right to read it: chmod u+rx '%1'.").arg(directory));
+        findings.problem(Words::tr("The plug-in directory %1 cannot be read.").arg(directory),
+                         Words::tr("Give yourself the right to read it: chmod u+rx %1.")
+                             .arg(shellWord(directory)));
         return {};
     }
     QStringList paths;
@@ -111,9 +112,9 @@ void reportSuite(const Machine &machine, const QStringList &found, Findings &fin
         if (found.contains(plugin))
             findings.fine(Words::tr("Browsers find the suite's plug-in %1.").arg(plugin));
         else
-            findings.problem(
-                Words::tr("No browser finds the suite's plug-in %1.").arg(plugin),
-                Words::tr("Link it with: ln -s '%1' '%2/'.").arg(plugin, userDirectory(machine)));
+            findings.problem(Words::tr("No browser finds the suite's plug-in %1.").arg(plugin),
+                             Words::tr("Link it with: ln -s %1 %2.")
+                                 .arg(shellWord(plugin), shellWord(userDirectory(machine))));
     }
 }
 
@@ -139,7 +140,7 @@ void checkPlugins(const Machine &machine, const QString &, const QString &argume
         findings.problem(
             Words::tr("None of the directories where browsers look for plug-ins is there: %1.")
                 .arg(directories.join(QStringLiteral(", "))),
-            Words::tr("Make one with: mkdir -p '%1'.").arg(userDirectory(machine)));
+            Words::tr("Make one with: mkdir -p %1.").arg(shellWord(userDirectory(machine))));
     reportSuite(machine, found, findings);
     findings.note(Words::tr("Most browsers no longer load such plug-ins; without one that does, "
                             "documents do not open inside web pages."));

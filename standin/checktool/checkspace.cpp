@@ -78,8 +78,7 @@ void reportDisk(const QString &name, const QString &path, const struct statvfs &
     if (disk.f_files > 0 && disk.f_favail < tooFewFiles)
         findings.problem(Words::tr("%1 (%2) has room for %3 further files only, whatever their "
                                    "size.")
-                             .arg(name, path)
-                             .arg(disk.f_favail),
+                             .arg(name, path, QString::number(disk.f_favail)),
                          Words::tr("Delete files that are no longer needed; many small ones "
                                    "count most."));
 }

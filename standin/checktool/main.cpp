@@ -2,9 +2,9 @@
 #include <exception>
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include "standin/checktool/answerfile.h"
+#include "standin/checktool/catalogue.h"
 #include "standin/checktool/checks.h"
 #include "standin/checktool/printing.h"
 #include "standin/checktool/timelimit.h"
@@ -74,8 +74,7 @@ int run(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    // As long as the findings themselves are English.
-    QLocale::setDefault(QLocale(QLocale::English));
+    standin::useLanguageOfUser();
     try {
         return run(QCoreApplication::arguments().mid(1));
     } catch (const std::exception &error) {

@@ -173,6 +173,14 @@ test('display, bus and printing service that never answer end the check all the 
     expect(stdout).toMatch(/✘ The printing service \(CUPS\) /);
 });
 
+test('findings come in the language of the session', async () => {
+    const env = { LANG: 'zh_CN.UTF-8' };
+    expect((await shown('dbus', { env })).split('\n')[0]).toBe('✘ 发现一个问题。');
+    expect((await tool(['space', 'vyr', ''], { env })).stdout).toMatch(/（\/tmp）剩余 [\d.]+ [GT]iB。/);
+    expect((await shown('dbus', { env: { LANG: 'fr_FR.UTF-8' } })).split('\n')[0])
+        .toBe('✘ One problem was found.');
+});
+
 test('a full disk in the suite’s directory is told of, and keeps the earlier answer', async () => {
     root.smallDisk('/home/user/.local/share/Orvane', 64 * 1024);
     const end = await root.run(['bash', '-c', `cd ~/.local/share/Orvane && mkdir tmp
