@@ -66,8 +66,8 @@ void checkBus(const Machine &machine, const QString &address, Findings &findings
     int wellKnown = 0;
     for (const QString &name : names)
         wellKnown += name.startsWith(QLatin1Char(':')) ? 0 : 1;
-    findings.fine(
-        Words::tr("The session bus at %1 answers; it has %2 names.").arg(address).arg(wellKnown));
+    findings.fine(Words::tr("The session bus at %1 answers; it has %2 names.")
+                      .arg(address, QString::number(wellKnown)));
 }
 
 } // namespace
