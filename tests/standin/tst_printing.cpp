@@ -107,7 +107,7 @@ private slots:
     {
         const Printer printer("sleep 600 & echo $! > \"$OUT\"; wait");
         const QString document = printer.document(QStringLiteral("a.docx"));
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document, 1000),
+        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document, 3000),
                                  std::runtime_error);
         QCOMPARE(printer.left(), QStringList());
         const QByteArray child = testsupport::readFile(printer.path("out")).trimmed();
