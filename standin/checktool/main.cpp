@@ -14,8 +14,9 @@ namespace {
 
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
-/// More than all that a check waits for.
+/// More than all that a check or a conversion waits for.
 constexpr unsigned int checkSeconds = 60;
+constexpr unsigned int printingSeconds = standin::printingMs / 1000 + 60;
 
 void print(const QString &text)
 {
@@ -35,6 +36,7 @@ int printToPdf(const QString &application, const QString &document)
             QStringLiteral("“%1” prints no documents; vyr, tbl and shw do").arg(application));
     if (document.isEmpty())
         return complain(QStringLiteral("print needs a document"));
+    standin::limitTime(printingSeconds);
     print(standin::printDocument(standin::Machine::current(), document));
     return 0;
 }

@@ -12,7 +12,7 @@ namespace {
 
 extern "C" void endForTime(int)
 {
-    constexpr char message[] = "vyrEnvCheckTool: the check takes too long\n";
+    constexpr char message[] = "vyrEnvCheckTool: a disk or a program does not answer\n";
     const ssize_t written = write(STDERR_FILENO, message, sizeof message - 1);
     static_cast<void>(written);
     endRunningProgram();

@@ -2,8 +2,12 @@
 
 #include <csignal>
 
-#include <QDir>
+#include <QFile>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "standin/checktool/timelimit.h"
 #include "tests/support/headlesstest.h"
 
 using standin::ProgramEnd;
@@ -57,6 +61,24 @@ private slots:
     }
 
     void inputIsEmpty() { QVERIFY(run("read line || exit 0; exit 1").hasSucceeded()); }
+
+    void theToolItselfEndsWhenItsTimeIsOver()
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            standin::limitTime(1);
+            for (;;)
+                pause();
+        }
+        int status = 0;
+        const bool hasEnded =
+            QTest::qWaitFor([&] { return waitpid(child, &status, WNOHANG) == child; }, waitMs);
+        if (!hasEnded)
+            ::kill(child, SIGKILL);
+        QVERIFY(hasEnded);
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), 1);
+    }
 
     void theLastLineIsWhatCounts()
     {
