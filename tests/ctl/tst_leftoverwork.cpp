@@ -70,7 +70,8 @@ private slots:
         const QString interpreter = programs.filePath(QStringLiteral("bash"));
         QVERIFY(QFile::copy(addScript(QStringLiteral("sleeper.sh")), interpreter));
         const RunningProcess process(interpreter, {addScript(QStringLiteral("staged.sh"))});
-        QTRY_VERIFY(ctl::isScriptRunningFrom(m_directory->path()));
+        QTRY_VERIFY_WITH_TIMEOUT(ctl::isScriptRunningFrom(m_directory->path()),
+                                 testsupport::longestWaitMs);
     }
 
     void aShellThatIsAboutToRunAScriptIsNoticed()
