@@ -49,31 +49,31 @@ KToolManager::~KToolManager()
 
 KVyrAssistantToolAPI *KToolManager::mainPageBridge() const
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     return m_mainPageBridge;
 }
 
 void KToolManager::setMainPageBridge(KVyrAssistantToolAPI *bridge)
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     m_mainPageBridge = bridge;
 }
 
 KVyrAssistantToolAPI *KToolManager::childPageBridge() const
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     return m_childPageBridge;
 }
 
 void KToolManager::setChildPageBridge(KVyrAssistantToolAPI *bridge)
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     m_childPageBridge = bridge;
 }
 
 bool KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use)
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     if (!m_childPageBridge)
         return false;
     use(*m_childPageBridge);
@@ -82,7 +82,7 @@ bool KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToo
 
 void KToolManager::forgetBridge(const KVyrAssistantToolAPI *bridge)
 {
-    const QMutexLocker locker(&m_bridgeGuard);
+    const std::lock_guard lock(m_bridgeGuard);
     if (m_mainPageBridge == bridge)
         m_mainPageBridge = nullptr;
     if (m_childPageBridge == bridge)

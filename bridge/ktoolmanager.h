@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QMutex>
 #include <QObject>
 
 #include <functional>
+#include <mutex>
 
 #include "bridge/childcheckpage.h"
 #include "desktop/kdesktophelp.h"
@@ -51,7 +51,7 @@ private:
     KToolManager();
     ~KToolManager() override;
 
-    mutable QMutex m_bridgeGuard;
+    mutable std::mutex m_bridgeGuard;
     KVyrAssistantToolAPI *m_mainPageBridge = nullptr;
     KVyrAssistantToolAPI *m_childPageBridge = nullptr;
     ChildCheckPage m_checkPage{*this};

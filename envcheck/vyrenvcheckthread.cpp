@@ -53,7 +53,7 @@ void VyrEnvCheckThread::requestStop()
 
 QJsonObject VyrEnvCheckThread::keptResults() const
 {
-    const QMutexLocker locker(&m_resultsGuard);
+    const std::lock_guard lock(m_resultsGuard);
     QJsonObject results;
     for (auto result = m_results.begin(); result != m_results.end(); ++result)
         results.insert(QString::fromLatin1(result.key().toUtf8()), result.value());
@@ -82,7 +82,7 @@ void VyrEnvCheckThread::checkOnce()
 
 void VyrEnvCheckThread::keep(const QString &value)
 {
-    const QMutexLocker locker(&m_resultsGuard);
+    const std::lock_guard lock(m_resultsGuard);
     m_results.insert(m_check.type + QLatin1Char('-') + m_check.app, value);
 }
 

@@ -2,10 +2,10 @@
 
 #include <QJsonObject>
 #include <QMap>
-#include <QMutex>
 #include <QThread>
 
 #include <atomic>
+#include <mutex>
 
 #include "envcheck/environmentcheck.h"
 
@@ -48,7 +48,7 @@ private:
     CheckPage &m_page;
     QString m_toolPath;
     EnvironmentCheck m_check;
-    mutable QMutex m_resultsGuard;
+    mutable std::mutex m_resultsGuard;
     QMap<QString, QString> m_results;
     std::atomic<bool> m_isRunning{false};
     std::atomic<bool> m_stopRequested{false};

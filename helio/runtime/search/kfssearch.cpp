@@ -66,6 +66,8 @@ private:
 KFsSearch::Private::Private(KFsSearch *search) : m_search(search)
 {
     m_threads->setMaxThreadCount(mostThreads);
+    // Searches are rare: no thread is kept for the next one.
+    m_threads->setExpiryTimeout(0);
     // A timer of no duration lets the event loop do everything else in between, which a posted
     // event would not.
     m_nextSlice.setSingleShot(true);
