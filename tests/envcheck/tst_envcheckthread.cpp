@@ -3,53 +3,18 @@
 #include <QDir>
 #include <QFile>
 
-#include <mutex>
-
-#include "envcheck/checkpage.h"
+#include "tests/envcheck/recordingcheckpage.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/suiteprogram.h"
 
 using OfficeAssiant::EnvironmentCheck;
 using OfficeAssiant::VyrEnvCheckThread;
+using testsupport::longestWaitMs;
 using testsupport::PrivateHome;
 using testsupport::SuiteProgram;
 
 namespace {
-
-constexpr int longestWaitMs = 10000;
-
-class RecordingPage : public OfficeAssiant::CheckPage
-{
-public:
-    bool isOpen() override
-    {
-        const bool open = m_isOpen;
-        if (whenAsked)
-            whenAsked();
-        return open;
-    }
-
-    void show(const QJsonObject &findings) override
-    {
-        const std::lock_guard<std::mutex> locker(m_guard);
-        m_shown.append(findings);
-    }
-
-    QList<QJsonObject> shown() const
-    {
-        const std::lock_guard<std::mutex> locker(m_guard);
-        return m_shown;
-    }
-
-    void setOpen(bool open) { m_isOpen = open; }
-
-    std::function<void()> whenAsked;
-
-private:
-    std::atomic<bool> m_isOpen{true};
-    mutable std::mutex m_guard; // one that the thread sanitizer knows, unlike Qt's
-    QList<QJsonObject> m_shown;
-};
 
 const QString toolName = QStringLiteral("vyrEnvCheckTool");
 
@@ -98,7 +63,7 @@ private slots:
     void theToolGetsTypeAppAndArgumentEvenWhenThatIsEmpty()
     {
         const SuiteProgram tool(toolName);
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));
@@ -115,7 +80,7 @@ private slots:
     {
         const SuiteProgram tool(toolName);
         writeAnswers("[vyrEnv]\nvyr-t=ok\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));
@@ -130,7 +95,7 @@ private slots:
     void withoutAnAnswerAnEmptyTextIsShownAndKept()
     {
         const SuiteProgram tool(toolName, "exit 3");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));
@@ -141,7 +106,7 @@ private slots:
     void aMissingToolGivesWhatAnEarlierRunLeftBehind()
     {
         writeAnswers("[vyrEnv]\nvyr-t=earlier\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));
@@ -153,7 +118,7 @@ private slots:
     void aToolThatCrashesIsLikeOneThatFails()
     {
         const SuiteProgram tool(toolName, "kill -SEGV $$");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));
@@ -163,7 +128,7 @@ private slots:
     void aRepeatedCheckReplacesItsAnswerAndAnotherIsAdded()
     {
         const SuiteProgram tool(toolName);
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         QVERIFY(thread.keptResults().isEmpty());
         writeAnswers("[vyrEnv]\nvyr-t=first\n");
@@ -183,7 +148,7 @@ private slots:
     {
         const SuiteProgram tool(toolName);
         writeAnswers("[vyrEnv]\nvyr-t=ok\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         page.setOpen(false);
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
@@ -196,7 +161,7 @@ private slots:
     {
         const SuiteProgram tool(toolName, heldTool() + "\ntouch \"$HOME/ended\"");
         writeAnswers("[vyrEnv]\nvyr-t=ok\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("t", "vyr"));
         QVERIFY(waitUntilHeld());
@@ -214,7 +179,7 @@ private slots:
         const SuiteProgram tool(toolName);
         writeAnswers("[vyrEnv]\nvyr-t=ok\n");
         for (int round = 0; round < 20; ++round) {
-            RecordingPage page;
+            RecordingCheckPage page;
             VyrEnvCheckThread thread(page);
             thread.check(check("t", "vyr"));
             thread.requestStop();
@@ -227,7 +192,7 @@ private slots:
     {
         const SuiteProgram tool(toolName);
         writeAnswers("[vyrEnv]\nvyr-t=ok\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         page.whenAsked = [&thread] { thread.requestStop(); };
         thread.check(check("t", "vyr"));
@@ -239,7 +204,7 @@ private slots:
     void aStopWithoutACheckStopsNoLaterOne()
     {
         const SuiteProgram tool(toolName);
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.requestStop();
         thread.check(check("t", "vyr"));
@@ -251,7 +216,7 @@ private slots:
     {
         const SuiteProgram tool(toolName, "[ \"$1\" = quick ] && exit\n" + heldTool());
         writeAnswers("[vyrEnv]\nvyr-slow=one\nvyr-quick=two\n");
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("slow", "vyr"));
         QVERIFY(waitUntilHeld());
@@ -272,7 +237,7 @@ private slots:
     void manyChecksInARowAreAllMade()
     {
         const SuiteProgram tool(toolName);
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         for (int round = 0; round < 50; ++round) {
             thread.check(check("t", "vyr"));
@@ -287,7 +252,7 @@ private slots:
     void namesInTheAnswerAreTheirUtf8BytesOneCharacterEach()
     {
         const SuiteProgram tool(toolName);
-        RecordingPage page;
+        RecordingCheckPage page;
         VyrEnvCheckThread thread(page);
         thread.check(check("字", "vyr"));
         QVERIFY(thread.wait(longestWaitMs));

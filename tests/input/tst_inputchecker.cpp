@@ -1,32 +1,12 @@
-#include <QDir>
-#include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTranslator>
 
-#include <unistd.h>
-
-#include <memory>
-
-#include "input/inputchecker.h"
-#include "input/inputenvironment.h"
+#include "tests/input/inputmachinetest.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/recordingshell.h"
 
 namespace {
-
-const QString machineIdText = QStringLiteral("0123456789abcdef0123456789abcdef");
-QStringList debugMessages;
-
-void collectMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
-{
-    if (type == QtDebugMsg && qstrcmp(context.category, "default") == 0)
-        debugMessages.append(text);
-    else
-        fprintf(stderr, "%s\n", qPrintable(text));
-}
 
 /// Translates whatever belongs to the input checker.
 class InputTranslator : public QTranslator
@@ -43,40 +23,20 @@ public:
 
 } // namespace
 
-/// The diagnosis on a machine of the test's own making: processes, plug-ins, environment, files.
-class InputCheckerTest : public QObject
+/// Which finding the diagnosis comes to, and what becomes of it.
+class InputCheckerTest : public InputMachineTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_machine = std::make_unique<QTemporaryDir>();
-        QDir(m_machine->path()).mkdir(QStringLiteral("proc"));
-        m_system.processDirectory = m_machine->filePath(QStringLiteral("proc/"));
-        m_system.machineIdFile = m_machine->filePath(QStringLiteral("machine-id"));
-        m_plugins = QStringList{QStringLiteral("compose"), QStringLiteral("xim"),
-                                QStringLiteral("ibus"), QStringLiteral("fcitx")};
-        m_system.pluginKeys = [this] { return m_plugins; };
-        for (const char *variable : {"QT_IM_MODULE", "XMODIFIERS", "DISPLAY", "WAYLAND_DISPLAY",
-                                     "XDG_SESSION_TYPE", "XMODIFIERS_OTHER"})
-            qunsetenv(variable);
-        writeFile(m_system.machineIdFile, machineIdText.toLatin1() + "\nsecond line\n");
-        debugMessages.clear();
-        m_previousHandler = qInstallMessageHandler(collectMessage);
-    }
-
-    void cleanup()
-    {
-        qInstallMessageHandler(m_previousHandler);
-        QDir(busDirectory()).removeRecursively();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void anUnsetModuleIsAMissingPluginBeforeAnyProcessIsLookedFor()
     {
         m_system.processDirectory = m_machine->filePath(QStringLiteral("nowhere/"));
         QCOMPARE(check(), QStringLiteral("ERR_LOADPLUGIN_FAILED"));
-        QVERIFY(debugMessages.isEmpty());
+        QVERIFY(debugMessages().isEmpty());
     }
 
     void aPluginKeyCountsOnlyInItsExactCase()
@@ -115,7 +75,7 @@ private slots:
         qputenv("XMODIFIERS", "@im=fcitx");
         m_system.processDirectory = m_machine->filePath(QStringLiteral("nowhere/"));
         QCOMPARE(check(), QStringLiteral("ERR_OK"));
-        QVERIFY(debugMessages.isEmpty());
+        QVERIFY(debugMessages().isEmpty());
     }
 
     void anAbsentDaemonIsJudgedByWhetherTheSettingsAgree_data()
@@ -149,7 +109,7 @@ private slots:
         if (!modifiers.isNull())
             qputenv("XMODIFIERS", modifiers);
         QTEST(check(), "message");
-        QVERIFY(debugMessages.isEmpty());
+        QVERIFY(debugMessages().isEmpty());
     }
 
 #ifdef __GLIBC__
@@ -193,88 +153,6 @@ private slots:
     {
         const QString ownName = QStringLiteral("tst_inputchecker");
         QCOMPARE(InputChecker().findProcessByName(ownName), qint64(::getpid()));
-    }
-
-    void theBusFileIsNamedAfterTheDisplay_data()
-    {
-        QTest::addColumn<QByteArray>("display");
-        QTest::addColumn<QString>("ending");
-        QTest::newRow("with screen") << QByteArray(":1.0") << QStringLiteral("-unix-1");
-        QTest::newRow("other host") << QByteArray("otherhost:2") << QStringLiteral("-unix-2");
-        QTest::newRow("address with dots")
-            << QByteArray("10.0.0.1:12.3") << QStringLiteral("-unix-12");
-        QTest::newRow("unset") << QByteArray() << QStringLiteral("-unix-");
-        QTest::newRow("no colon") << QByteArray("3") << QStringLiteral("-unix-3");
-        QTest::newRow("no colon, dot") << QByteArray("3.1") << QStringLiteral("-unix-3");
-        QTest::newRow("dot at the start") << QByteArray(".5") << QStringLiteral("-unix-.5");
-        QTest::newRow("two colons") << QByteArray("h::4") << QStringLiteral("-unix-:4");
-    }
-
-    void theBusFileIsNamedAfterTheDisplay()
-    {
-        QFETCH(QByteArray, display);
-        QFETCH(QString, ending);
-        runIbus();
-        if (!display.isNull())
-            qputenv("DISPLAY", display);
-        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
-        QCOMPARE(debugMessages, QStringList{busDirectory() + machineIdText + ending});
-        writeFile(busDirectory() + machineIdText + ending, "address");
-        QCOMPARE(check(), QStringLiteral("ERR_OK"));
-        QCOMPARE(debugMessages.size(), 2);
-    }
-
-    void onWaylandTheDisplaysOwnFileIsTakenIfThereIsOne()
-    {
-        runIbus();
-        qputenv("DISPLAY", ":1");
-        qputenv("XDG_SESSION_TYPE", "wayland");
-        qputenv("WAYLAND_DISPLAY", "wayland-0");
-        const QString base = busDirectory() + machineIdText;
-        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
-        writeFile(base + QStringLiteral("-unix-1"), "address");
-        QCOMPARE(check(), QStringLiteral("ERR_OK"));
-        writeFile(base + QStringLiteral("-unix-wayland-0"), "address");
-        QCOMPARE(check(), QStringLiteral("ERR_OK"));
-        const QStringList lookedFor{base + QStringLiteral("-unix-1"),
-                                    base + QStringLiteral("-unix-1"),
-                                    base + QStringLiteral("-unix-wayland-0")};
-        QCOMPARE(debugMessages, lookedFor);
-    }
-
-    void theWaylandFileCountsOnlyInASessionOfExactlyThatType()
-    {
-        runIbus();
-        qputenv("DISPLAY", ":1");
-        qputenv("XDG_SESSION_TYPE", "Wayland");
-        qputenv("WAYLAND_DISPLAY", "wayland-0");
-        writeFile(busDirectory() + machineIdText + QStringLiteral("-unix-wayland-0"), "address");
-        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
-    }
-
-    void aMachineIdThatCannotBeReadLeavesItsPlaceEmpty_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("missing") << QStringLiteral("nowhere");
-        QTest::newRow("directory") << QStringLiteral("proc");
-    }
-
-    void aMachineIdThatCannotBeReadLeavesItsPlaceEmpty()
-    {
-        QFETCH(QString, file);
-        m_system.machineIdFile = m_machine->filePath(file);
-        runIbus();
-        qputenv("DISPLAY", ":1");
-        QCOMPARE(check(), QStringLiteral("ERR_NOT_FIND_BUSCONFIG"));
-        QCOMPARE(debugMessages, QStringList{busDirectory() + QStringLiteral("-unix-1")});
-    }
-
-    void onlyOneLineFeedIsTakenFromTheMachineId()
-    {
-        writeFile(m_system.machineIdFile, "id\r\n");
-        runIbus();
-        check();
-        QCOMPARE(debugMessages, QStringList{busDirectory() + QStringLiteral("id\r-unix-")});
     }
 
     void everyCheckIsKeptWithItsTimeInTheDefaultLocale()
@@ -333,49 +211,6 @@ private slots:
         qputenv("QT_IM_MODULE", "xim");
         QCOMPARE(shell.call(command).value(key).toString(), QStringLiteral("ERR_OK"));
     }
-
-private:
-    static QString busDirectory()
-    {
-        return QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
-               QStringLiteral("/ibus/bus/");
-    }
-
-    static void writeFile(const QString &path, const QByteArray &content)
-    {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), qint64(content.size()));
-    }
-
-    void link(const QString &place, const QString &target) const
-    {
-        const QString path = m_machine->filePath(place);
-        QDir().mkpath(QFileInfo(path).path());
-        QVERIFY(QFile::link(target, path));
-    }
-
-    void runProcess(int id, const QString &name) const
-    {
-        link(QStringLiteral("proc/%1/exe").arg(id), QStringLiteral("/usr/bin/") + name);
-    }
-
-    void runIbus() const
-    {
-        runProcess(99, QStringLiteral("ibus-daemon"));
-        qputenv("QT_IM_MODULE", "ibus");
-    }
-
-    QString check() const
-    {
-        return InputChecker(m_system).check();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_machine;
-    InputSystem m_system;
-    QStringList m_plugins;
-    QtMessageHandler m_previousHandler = nullptr;
 };
 
 HEADLESS_TEST_MAIN(InputCheckerTest)
