@@ -7,6 +7,7 @@ import { bundle } from './bundle.mjs';
 import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
 import { htmlPage } from './htmlpage.mjs';
 import { pluginCheckPage } from './plugincheck.mjs';
+import { catalogues, textsScript, topicsOf } from './texts.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
 
@@ -57,15 +58,22 @@ async function headPieces() {
     };
 }
 
-async function viewTitles(view) {
+function viewTitles(texts, view) {
     const titles = {};
-    for (const [language, file] of [['en', 'en.json'], ['zh-CN', 'zh-CN.json']]) {
-        const catalogue = JSON.parse(await readFile(join(source, 'locales', file), 'utf8'));
+    for (const [language, catalogue] of Object.entries(texts)) {
         const title = catalogue.views[view]?.title;
-        if (!title) throw new Error(`${file} has no title for the view "${view}"`);
+        if (!title) throw new Error(`no title for the view "${view}" in ${language}`);
         titles[language] = title;
     }
     return titles;
+}
+
+/** The texts of the modules of a view, as a script that comes before its own. */
+async function viewTexts(texts, modules) {
+    const files = [...new Set(modules.map((module) => module.split('?')[0]))];
+    const own = files.filter((file) => file.startsWith(`${source}/`));
+    const sources = await Promise.all(own.map((file) => readFile(file, 'utf8')));
+    return textsScript(texts, topicsOf(sources, texts.en));
 }
 
 /** All files of the page, by name. */
@@ -78,17 +86,18 @@ async function buildFiles() {
     const { bundles, globals } = await bundleShared();
     bundles.forEach(addBundle);
     const head = await headPieces();
+    const texts = await catalogues();
     const folders = await readdir(join(source, 'views'), { withFileTypes: true });
     for (const view of folders.filter((item) => item.isDirectory()).map((item) => item.name)) {
         const entry = join(source, 'views', view, 'main.ts');
         const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
-        addBundle(own);
+        addBundle({ ...own, script: (await viewTexts(texts, own.modules)) + own.script });
         const used = bundles.filter(({ provides }) =>
             Object.keys(provides).some((module) => own.imports.includes(module)));
         const parts = [...used, own];
         files.set(pageFile(view), htmlPage({
             ...head,
-            titles: await viewTitles(view),
+            titles: viewTitles(texts, view),
             scripts: parts.map(({ name }) => `${name}.js`),
             styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }));

@@ -54,5 +54,6 @@ export async function bundle({ name, entry, globalName, globals = {} }) {
         script: chunk.code,
         style: style ? String(style.source) : '',
         imports: chunk.imports,
+        modules: Object.keys(chunk.modules),
     };
 }

@@ -2,6 +2,7 @@ import { readFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { build, transform } from 'esbuild';
 import { escapeHtml, hashSource } from './htmlpage.mjs';
+import { catalogues } from './texts.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
 
@@ -9,12 +10,8 @@ const source = fileURLToPath(new URL('../src', import.meta.url));
 const target = 'es2015';
 
 async function texts() {
-    const byLanguage = {};
-    for (const language of ['en', 'zh-CN']) {
-        const file = await readFile(`${source}/locales/${language}.json`, 'utf8');
-        byLanguage[language] = JSON.parse(file).plugincheck;
-    }
-    return byLanguage;
+    const entries = Object.entries(await catalogues());
+    return Object.fromEntries(entries.map(([language, { plugincheck }]) => [language, plugincheck]));
 }
 
 /**
@@ -22,7 +19,7 @@ async function texts() {
  * own, so that its style and script stand in it, allowed by their hashes.
  */
 export async function pluginCheckPage() {
-    const catalogues = await texts();
+    const pluginTexts = await texts();
     const bundled = await build({
         entryPoints: [`${source}/plugincheck/page.ts`],
         bundle: true,
@@ -32,7 +29,7 @@ export async function pluginCheckPage() {
         target,
         write: false,
         tsconfig: fileURLToPath(new URL('../tsconfig.json', import.meta.url)),
-        define: { catalogues: JSON.stringify(catalogues) },
+        define: { catalogues: JSON.stringify(pluginTexts) },
     });
     const script = bundled.outputFiles[0].text.trim();
     const sheet = await readFile(`${source}/plugincheck/page.css`, 'utf8');
@@ -48,7 +45,7 @@ export async function pluginCheckPage() {
         '<meta charset="utf-8">',
         `<meta http-equiv="Content-Security-Policy" content="${policy}">`,
         '<meta name="viewport" content="width=device-width, initial-scale=1">',
-        `<title>${escapeHtml(catalogues.en.title)}</title>`,
+        `<title>${escapeHtml(pluginTexts.en.title)}</title>`,
         `<style>${style}</style>`,
         `<script>${script}</script>`,
         '</head>',

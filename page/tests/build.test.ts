@@ -7,6 +7,8 @@ import { fileURLToPath } from 'node:url';
 import { describe, expect, inject, it } from 'vitest';
 // @ts-expect-error The build's own scripts are plain JavaScript.
 import { unsupportedInScript, unsupportedInStyle } from '../build/compatibility.mjs';
+// @ts-expect-error The build's own scripts are plain JavaScript.
+import { textsScript, topicsOf } from '../build/texts.mjs';
 
 const page = fileURLToPath(new URL('..', import.meta.url));
 const directory = inject('builtPage');
@@ -54,6 +56,17 @@ describe('the built page', () => {
         expect(read('index.html')).not.toContain('elements.');
     });
 
+    it('gives a view its texts in both languages, without those of other views', () => {
+        const texts = /^window\.pageTexts=(\{.*\});$/m.exec(read('crash.js'))![1]!;
+        const byLanguage = JSON.parse(texts) as Record<string, string>;
+        expect(Object.keys(byLanguage)).toEqual(['en', 'zh-CN']);
+        for (const text of Object.values(byLanguage)) {
+            const topics = Object.keys(JSON.parse(text) as object);
+            expect(topics).toEqual(expect.arrayContaining(['views', 'frame', 'crash']));
+            expect(topics).not.toContain('server');
+        }
+    });
+
     it('stays under 400 KB of script and style a view, beyond the shared files', () => {
         for (const file of pages) {
             const own = [...read(file).matchAll(/(?:src|href)="([^"]+)"/g)]
@@ -74,6 +87,26 @@ describe('the built page', () => {
         expect(readdirSync(foreign)).toEqual(['letter.txt']);
         rmSync(foreign, { recursive: true });
     }, 180_000);
+});
+
+describe('the topics of a view', () => {
+    const catalogue = { frame: {}, home: {}, search: {}, server: {} };
+    const topicsIn = (source: string): unknown => topicsOf([source], catalogue);
+
+    it.each(["t('home.title')", 't("home.title")', 't(`home.${kind}`)', "prefix('home')"])(
+        'are told by the start of a literal, as in %s',
+        (source) => expect(topicsIn(source)).toEqual(['frame', 'home']));
+
+    it('are not told by longer words or other places', () => {
+        expect(topicsIn("home.title; 'homely' // at home")).toEqual(['frame']);
+    });
+
+    it('reach the view as texts that no script can break out of', () => {
+        const texts = { en: { home: { title: 'a "quoted" \\ line\n' }, search: {} } };
+        const scope = { pageTexts: {} as Record<string, string> };
+        new Function('window', textsScript(texts, ['home']) as string)(scope);
+        expect(JSON.parse(scope.pageTexts.en!)).toEqual({ home: texts.en.home });
+    });
 });
 
 describe('the check for what Chromium 87 lacks', () => {

@@ -1,16 +1,36 @@
 import { createI18n, useI18n } from 'vue-i18n';
 import type { Failure } from '@/client';
-import english from '@/locales/en.json';
-import chinese from '@/locales/zh-CN.json';
+import type english from '@/locales/en.json';
 import type { Language } from './preferences';
 
-export function createTexts(language: Language) {
-    return createI18n({
+/** The texts of one language, of the topics that a view has. */
+export type Catalogue = Partial<typeof english>;
+
+declare global {
+    interface Window {
+        /** JSON of the view's catalogue of each language; the build puts it before the script. */
+        pageTexts: Record<Language, string>;
+    }
+}
+
+/** Texts whose languages are read when they are first shown. */
+export function createTexts(start: Language, catalogueOf: (language: Language) => Catalogue) {
+    const i18n = createI18n({
         legacy: false,
-        locale: language,
-        fallbackLocale: 'en',
-        messages: { en: english, 'zh-CN': chinese },
+        locale: start,
+        // All languages have the same keys.
+        fallbackLocale: false,
+        messages: { [start]: catalogueOf(start) } as Record<Language, Catalogue>,
+        missing: (language, key) => console.error(`There is no text ${key} in ${language}.`),
     });
+    const { global } = i18n;
+    function show(language: Language): void {
+        if (!global.availableLocales.includes(language)) {
+            global.setLocaleMessage(language, catalogueOf(language));
+        }
+        global.locale.value = language;
+    }
+    return { i18n, t: global.t, show };
 }
 
 export type Translate = (

@@ -4,7 +4,7 @@ import {
     applyPreferences, languageOf, parsePreferences, readPreferences, storageKey, surroundings,
     writePreferences, type Preferences,
 } from './preferences';
-import { createTexts } from './texts';
+import { createTexts, type Catalogue } from './texts';
 import './base.css';
 
 const clientKey: InjectionKey<Client> = Symbol('client');
@@ -25,11 +25,13 @@ export const usePreferences = (): Preferences => need(preferencesKey);
 export function startView(view: Component, name: string): void {
     const client = createClient(() => window.helio, window);
     const preferences = reactive(readPreferences());
-    const texts = createTexts(languageOf(preferences, surroundings()));
+    const language = () => languageOf(preferences, surroundings());
+    const texts = createTexts(language(),
+        (wanted) => JSON.parse(window.pageTexts[wanted]) as Catalogue);
     const apply = (): void => {
         applyPreferences(preferences);
-        texts.global.locale.value = languageOf(preferences, surroundings());
-        document.title = texts.global.t(`views.${name}.title`);
+        texts.show(language());
+        document.title = texts.t(`views.${name}.title`);
     };
     watch(preferences, () => {
         apply();
@@ -40,7 +42,7 @@ export function startView(view: Component, name: string): void {
     });
     apply();
     createApp(view)
-        .use(texts)
+        .use(texts.i18n)
         .provide(clientKey, client)
         .provide(preferencesKey, preferences)
         .mount('#view');
