@@ -21,11 +21,13 @@ export async function evaluate(client, expression) {
     return answer.result.value;
 }
 
-async function isThere(client) {
+/** The tools name a page that is on its way before its document is there. */
+async function isThere(client, wanted) {
     try {
-        return await evaluate(client, "location.protocol === 'file:' && document.readyState === 'complete'");
+        const address = await evaluate(client, "document.readyState === 'complete' && location.href");
+        return address && address.startsWith('file:') && wanted(address);
     } catch {
-        return false; // on its way from the empty page
+        return false; // on its way from the page before
     }
 }
 
@@ -39,7 +41,7 @@ export async function pageOf(port, wanted = () => true) {
         const target = targets.find(({ type, url }) =>
             type === 'page' && url.startsWith('file:') && wanted(url));
         if (target) client = await CDP({ port, target });
-        if (client && await isThere(client)) return client;
+        if (client && await isThere(client, wanted)) return client;
         await new Promise((resolve) => setTimeout(resolve, 20));
     }
     await client?.close();

@@ -16,6 +16,9 @@ const longestFrameMs = 50;
 /** What all views share: the foundation and the component library. */
 const sharedFiles = /^(foundation|elements)\.(js|css)$/;
 
+/** The home page, and the one with which a hidden window waits for its first view. */
+const notViews = /\/(index|waiting)\.html$/;
+
 /** A page of nothing; without a colour of its own Chromium would never tell that it painted it. */
 const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #f6f7f9"></body>\n';
 
@@ -87,7 +90,7 @@ function opening(shell, env, index) {
         const place = await evaluate(home, placeOfTile(index));
         for (const type of ['mousePressed', 'mouseReleased'])
             await home.Input.dispatchMouseEvent({ type, ...place, button: 'left', clickCount: 1 });
-        const view = await pageOf(port, (url) => !url.endsWith('/index.html'));
+        const view = await pageOf(port, (url) => !notViews.test(url));
         try {
             const end = await evaluate(view, interactiveAt);
             return {

@@ -16,12 +16,18 @@ constexpr QSize childMinimum(720, 480);
 /// How long a page may take to close its view itself.
 constexpr int closeGraceMs = 1000;
 
+/// The main page comes first; no user has found a tool in it before this has passed.
+constexpr int childDelayMs = 250;
+
 } // namespace
 
 namespace shell {
 
-AssistantWindows::AssistantWindows(const QString &startPage, QObject *parent)
-    : QObject(parent), m_main(std::make_unique<PageWindow>(mainType, startPage, nullptr))
+AssistantWindows::AssistantWindows(const QString &startPage, const QString &waitingPage,
+                                   QObject *parent)
+    : QObject(parent),
+      m_main(std::make_unique<PageWindow>(mainType, startPage, nullptr)),
+      m_waitingPage(waitingPage)
 {
     m_main->setMinimumSize(mainMinimum);
     m_main->resize(mainSize);
@@ -35,6 +41,12 @@ AssistantWindows::AssistantWindows(const QString &startPage, QObject *parent)
     connect(m_main->pageSignals(), &helio::WindowSignals::sigCloseMainWindow, this,
             &AssistantWindows::endRequested);
     connectPage(m_main.get());
+    m_childDelay.setSingleShot(true);
+    m_childDelay.setInterval(childDelayMs);
+    connect(&m_childDelay, &QTimer::timeout, this, &AssistantWindows::prepareChild);
+    if (m_main->browser() && !m_waitingPage.isEmpty())
+        connect(m_main->browser(), &helio::WebEngineBrowser::loadFinished, &m_childDelay,
+                qOverload<>(&QTimer::start));
 }
 
 AssistantWindows::~AssistantWindows() = default;
@@ -54,6 +66,12 @@ void AssistantWindows::connectPage(PageWindow *window)
             &AssistantWindows::showChild);
     connect(window->pageSignals(), &Signals::sigCloseChildWindow, this,
             &AssistantWindows::hideChild);
+}
+
+void AssistantWindows::prepareChild()
+{
+    if (!m_child)
+        makeChild(m_waitingPage);
 }
 
 void AssistantWindows::makeChild(const QString &html)

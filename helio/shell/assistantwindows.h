@@ -19,7 +19,11 @@ class AssistantWindows : public QObject
 
 public:
     /// Makes the main window, which is not shown yet, with the page @p startPage.
-    explicit AssistantWindows(const QString &startPage, QObject *parent = nullptr);
+    /// Once that page is there, the child window is made as well and waits out of sight with the
+    /// page @p waitingPage, unless that is empty: Chromium takes its time to start a page's
+    /// process.
+    AssistantWindows(const QString &startPage, const QString &waitingPage,
+                     QObject *parent = nullptr);
     ~AssistantWindows() override;
 
     PageWindow *mainWindow() const;
@@ -30,6 +34,7 @@ signals:
 
 private:
     void connectPage(PageWindow *window);
+    void prepareChild();
     void makeChild(const QString &html);
     void showChild(const QString &html);
     void changeChildPage(const QString &html);
@@ -37,9 +42,12 @@ private:
     void closeChildFromOutside();
 
     std::unique_ptr<PageWindow> m_main;
-    /// Made when a page first opens a view; owned by the main window, above which it stays.
+    /// Made when a page first opens a view, if not before; owned by the main window, above which it
+    /// stays.
     PageWindow *m_child = nullptr;
     QTimer m_closeGrace;
+    QTimer m_childDelay;
+    QString m_waitingPage;
 };
 
 } // namespace shell

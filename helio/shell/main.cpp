@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include <cstdio>
 #include <optional>
@@ -53,6 +54,13 @@ QString storageDirectory()
            QStringLiteral("/office-assistant/pages");
 }
 
+/// The page with which the child window waits, where the application has one.
+QString waitingPage(const helio::PageDirectory &pages)
+{
+    const QString name = QStringLiteral("waiting.html");
+    return pages.contains(pages.urlOf(name)) ? name : QString();
+}
+
 /// Takes the picture that the options ask for; the program's exit status is its outcome.
 void takePicture(shell::PageWindow *window, const QString &path)
 {
@@ -77,7 +85,7 @@ int showWindows(const shell::ShellOptions &options)
     QApplication::setApplicationDisplayName(shell::programTitle(look.language));
     std::optional<shell::HiddenVariables> hidden(chromiumVariables);
     const helio::WebEngineBrowsers browsers(pages, look, storageDirectory());
-    shell::AssistantWindows windows(options.page);
+    shell::AssistantWindows windows(options.page, waitingPage(pages));
     hidden.reset();
     QObject::connect(&windows, &shell::AssistantWindows::endRequested, qApp,
                      &QCoreApplication::quit);

@@ -114,7 +114,7 @@ void WebEngineBrowser::navigate(const QUrl &url)
 {
     m_url = url;
     load();
-    if (!isVisible() && m_layers->currentWidget() == m_view)
+    if (m_wasShown && !isVisible() && m_layers->currentWidget() == m_view)
         bringForward(m_ground);
 }
 
@@ -152,6 +152,12 @@ bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
             return true;
     }
     return KHelioBrowserWidgetBase::eventFilter(watched, event);
+}
+
+void WebEngineBrowser::showEvent(QShowEvent *event)
+{
+    m_wasShown = true;
+    KHelioBrowserWidgetBase::showEvent(event);
 }
 
 void WebEngineBrowser::askForApi()

@@ -45,6 +45,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 signals:
     /// The page's title, once there is a page that has one.
     void titleChanged(const QString &title);
@@ -75,6 +78,7 @@ private:
     QUrl m_url;
     bool m_focusOnLoad = false;
     bool m_isLoading = false;
+    bool m_wasShown = false;
 };
 
 } // namespace helio

@@ -102,6 +102,14 @@ async function buildFiles() {
             styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }));
     }
+    // In it a window waits for its first view: Chromium has then read what all views share.
+    files.set('waiting.html', htmlPage({
+        ...head,
+        outline: '',
+        titles: viewTitles(texts, 'home'),
+        scripts: bundles.map(({ name }) => `${name}.js`),
+        styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
+    }));
     // The library hands this very name to the user's browser.
     files.set('vyrNpEnvCheck.html', await pluginCheckPage());
     return files;

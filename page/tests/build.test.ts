@@ -17,10 +17,10 @@ const sharedFiles = ['foundation.js', 'elements.js', 'elements.css'];
 const pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
 
 describe('the built page', () => {
-    it('has the page that the host opens first, one for each other view, the plug-in check', () => {
+    it('has the first page, one for each other view, the plug-in check and the waiting page', () => {
         const views = readdirSync(join(page, 'src/views'));
         const expected = views.map((view) => (view === 'home' ? 'index.html' : `${view}.html`));
-        expect([...pages].sort()).toEqual([...expected, 'vyrNpEnvCheck.html'].sort());
+        expect([...pages].sort()).toEqual([...expected, 'vyrNpEnvCheck.html', 'waiting.html'].sort());
     });
 
     it('loads only classic scripts and styles of its own', () => {
@@ -65,6 +65,12 @@ describe('the built page', () => {
             expect(topics).toEqual(expect.arrayContaining(['views', 'frame', 'crash']));
             expect(topics).not.toContain('server');
         }
+    });
+
+    it('waits with all that views share and nothing else', () => {
+        const files = [...read('waiting.html').matchAll(/(?:src|href)="([^"]+)"/g)]
+            .map((match) => match[1]!);
+        expect(files.sort()).toEqual([...sharedFiles].sort());
     });
 
     it('stays under 400 KB of script and style a view, beyond the shared files', () => {
