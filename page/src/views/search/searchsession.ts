@@ -8,6 +8,8 @@ export type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';
 
 /** What of a frame goes into filtering and sorting, in milliseconds. */
 const frameShare = 8;
+/** Milliseconds between two looks at the hits while they stream in: nobody reads faster. */
+const publishInterval = 100;
 
 /** A search and its hits, which are taken in once a frame however many arrive. */
 export function useSearch(client: Client) {
@@ -29,10 +31,12 @@ export function useSearch(client: Client) {
     let allArrived = false;
     let started = 0;
     let frame = 0;
+    let publishedAt = 0;
     let slowTimer: ReturnType<typeof setTimeout> | undefined;
     const stopListening: (() => void)[] = [];
 
     function publish(): void {
+        publishedAt = performance.now();
         count.value = list.count;
         shownCount.value = list.shownCount;
         arranging.value = list.isBusy;
@@ -43,8 +47,10 @@ export function useSearch(client: Client) {
         frame = 0;
         list.expectsMore = accepting;
         list.work(frameShare);
-        publish();
-        if (list.isBusy) requestDraw();
+        const isNews = !accepting || !count.value
+            || performance.now() - publishedAt >= publishInterval;
+        if (isNews) publish();
+        if (list.isBusy || !isNews) requestDraw();
         else if (allArrived && state.value === 'searching') end('finished');
     }
 
