@@ -88,7 +88,7 @@ export async function openView(browser, directory, scene, options = {}) {
         colorScheme: theme,
     });
     const page = await context.newPage();
-    page.setDefaultTimeout(10_000);
+    page.setDefaultTimeout(30_000);
     page.complaints = [];
     page.on('pageerror', (error) => page.complaints.push(error.message));
     page.on('console', (message) => {

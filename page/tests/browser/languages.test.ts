@@ -30,5 +30,5 @@ describe('the language', () => {
                 expect(await view.title()).toBe(title);
                 expect(await view.locator('html').getAttribute('lang')).toBe(language);
             }
-        }), 20_000);
+        }));
 });

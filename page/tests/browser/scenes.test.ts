@@ -25,7 +25,7 @@ describe('in Chromium, the scene', () => {
         expect(page.complaints).toEqual([]);
         expect(await unexpectedCommands(page)).toEqual([]);
         await page.context().close();
-    }, 20_000);
+    });
 });
 
 describe('every view', () => {

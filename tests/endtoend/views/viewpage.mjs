@@ -41,9 +41,25 @@ export class ViewPage {
 
     /** Clicks the control of that name with the mouse; `within`: a text beside it. */
     async press(name, { within = null, timeoutMs } = {}) {
-        const { x, y } = await this.#page.until(
+        const place = await this.#page.until(
             `(${placeOfControl})(${JSON.stringify(name)}, ${JSON.stringify(within)})`,
             { what: `a control “${name}” to press`, timeoutMs });
+        await this.#click(place);
+    }
+
+    /** Clicks the row of a list that holds a text. */
+    async select(text, { timeoutMs } = {}) {
+        const place = await this.#page.until(`(() => {
+            const row = [...document.querySelectorAll('[role="option"]')]
+                .find((element) => element.textContent.includes(${JSON.stringify(text)}));
+            if (!row) return null;
+            const box = row.getBoundingClientRect();
+            return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
+        })()`, { what: `a row “${text}” to select`, timeoutMs });
+        await this.#click(place);
+    }
+
+    async #click({ x, y }) {
         for (const type of ['mousePressed', 'mouseReleased'])
             await this.#page.tools.Input.dispatchMouseEvent(
                 { type, x, y, button: 'left', clickCount: 1 });

@@ -1,0 +1,71 @@
+import { expect, test } from 'vitest';
+
+import { archived } from './archive.mjs';
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const texts = TEXTS.feedback;
+const shared = viewTests();
+
+/** A view of feedback in which something has been written. */
+async function described() {
+    const { view } = await shared.open('feedback');
+    await view.press(texts.categories.print);
+    await view.fill(texts.description, 'The third page\nis empty');
+    return view;
+}
+
+async function attach(view, name, file) {
+    await view.press(name);
+    await shared.choose('Open File', file);
+}
+
+test('the archive holds what was chosen, and nothing that was not', async () => {
+    const sample = shared.writeInHome('sample.docx', 'a sample');
+    const picture = shared.writeInHome('picture.png', 'a picture');
+    shared.writeInHome('.config/Orvane/Office.conf', '[6.0]\nlook=dark\n');
+    shared.writeInHome('.local/share/Orvane/tmp/dump/vyr_17.dmp', 'a dump');
+    const view = await described();
+    await attach(view, texts.files.chooseSample, sample);
+    await view.shows(texts.added, PATIENCE);
+    await attach(view, texts.files.attach, picture);
+    await view.shows('picture.png', PATIENCE);
+    await view.press(texts.extras.systemInformation.title);
+    await view.press(texts.build);
+    await shared.choose('Save File', shared.inHome('problem'));
+    await view.shows(texts.archive.written, PATIENCE);
+    await view.shows(shared.inHome('problem.tar.gz'));
+
+    const files = await archived(shared.inHome('problem.tar.gz'));
+    expect([...files.keys()].sort()).toEqual(expect.arrayContaining(
+        ['Office.conf', 'describe.txt', 'picture.png', 'sample.docx']));
+    expect([...files.keys()].filter((name) => /\.dmp$|^sysinfo/.test(name))).toEqual([]);
+    expect(files.get('sample.docx')).toBe('a sample');
+    expect(files.get('describe.txt')).toContain('describe: The third page is empty\n');
+    await shared.fileWith(shared.inHome('opened'), (text) => text.includes('problem.tar.gz'));
+});
+
+test('system report and dumps go along when they are wanted', async () => {
+    shared.writeInHome('.local/share/Orvane/tmp/dump/vyr_17.dmp', 'a dump');
+    const view = await described();
+    await view.press(texts.extras.crashDumps.title);
+    await view.press(texts.build);
+    await shared.choose('Save File', shared.inHome('whole'));
+    await view.shows(texts.archive.written, PATIENCE);
+    const files = await archived(shared.inHome('whole.tar.gz'));
+    expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
+});
+
+test('a file that would be left out is told before anything is built', async () => {
+    const view = await described();
+    await attach(view, texts.files.attach, shared.writeInHome('my notes.txt', 'x'));
+    await view.shows(texts.problems.blank, PATIENCE);
+});
+
+test('without a name for the archive nothing is built, which is said', async () => {
+    const view = await described();
+    await view.press(texts.build);
+    await shared.display.focused(await shared.display.dialog('Save File'));
+    await shared.display.act('key', 'Escape');
+    await view.shows(texts.notBuilt, PATIENCE);
+});

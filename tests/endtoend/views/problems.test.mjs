@@ -1,0 +1,87 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { expect, test } from 'vitest';
+
+import { archived } from './archive.mjs';
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const { layout, print, feedback } = TEXTS;
+const TOOL = 'vyrEnvCheckTool';
+/** Writes its arguments down and prints to the PDF of the document's name. */
+const PRINTER = `#!/bin/sh
+printf '%s|' "$@" >> "$HOME/toolcalls"
+mkdir -p "$HOME/.local/share/Orvane/tmp"
+name=\${3##*/}
+echo '%PDF-1.7' > "$HOME/.local/share/Orvane/tmp/\${name%%.*}.pdf"
+`;
+const shared = viewTests();
+
+const opened = (name) =>
+    shared.fileWith(shared.inHome('opened'), (text) => text.includes(`/${name}`));
+
+/** The view of feedback to which another one has handed over, sent off as an archive. */
+async function sendFeedback(category, document) {
+    const view = await shared.view('feedback');
+    await view.shows(document, PATIENCE);
+    expect(await view.evaluate("document.querySelector('[name=feedback-category]:checked').value"))
+        .toBe(category);
+    await view.fill(feedback.description, 'It looks wrong');
+    await view.press(feedback.build);
+    await shared.choose('Save File', shared.inHome('problem'));
+    await view.shows(feedback.archive.written, PATIENCE);
+    return archived(shared.inHome('problem.tar.gz'));
+}
+
+test('a document with a wrong layout is chosen, opened and handed over to feedback', async () => {
+    const report = shared.writeInHome('report.docx', 'a report');
+    const { view } = await shared.open('layout');
+    await view.shows(layout.none, PATIENCE);
+    await view.press(layout.choose);
+    await shared.choose('Open File', report);
+    await view.shows(layout.chosen, PATIENCE);
+    await view.press(layout.open);
+    await opened('report.docx');
+    await view.shows(layout.opened, PATIENCE);
+    await view.press(layout.feedback);
+    const files = await sendFeedback('layout', 'report.docx');
+    expect(files.get('report.docx')).toBe('a report');
+    expect(files.get('describe.txt')).toContain('type: layout\n');
+});
+
+test('a document that has gone is told in words', async () => {
+    const report = shared.writeInHome('report.docx', 'a report');
+    const { view } = await shared.open('layout');
+    await view.press(layout.choose);
+    await shared.choose('Open File', report);
+    await view.shows(layout.chosen, PATIENCE);
+    fs.rmSync(report);
+    await view.press(layout.open);
+    await view.shows(layout.gone, PATIENCE);
+});
+
+test('a document is printed to a PDF that is shown, and handed over to feedback', async () => {
+    fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
+    shared.writeInOffice(TOOL, PRINTER, { mode: 0o755 });
+    const report = shared.writeInHome('report.xlsx', 'a table');
+    const { view } = await shared.open('print');
+    await view.press(print.choose);
+    await shared.choose('Open File', report);
+    await view.shows(print.printed, PATIENCE);
+    await opened('report.pdf');
+    expect(fs.readFileSync(shared.inHome('toolcalls'), 'utf8')).toBe(`print|tbl|${report}|`);
+    await view.press(print.verdicts.wrong);
+    await view.shows(print.advice.wrong);
+    await view.press(print.feedback);
+    const files = await sendFeedback('print', 'report.xlsx');
+    expect(files.get('report.xlsx')).toBe('a table');
+});
+
+test('a suite that prints nothing is told with what to do', async () => {
+    fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
+    shared.writeInOffice(TOOL, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
+    const { view } = await shared.open('print');
+    await view.press(print.choose);
+    await shared.choose('Open File', shared.writeInHome('report.docx', 'x'));
+    await view.shows(print.notPrinted, PATIENCE);
+});

@@ -1,0 +1,68 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { expect, test } from 'vitest';
+
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const texts = TEXTS.search;
+const shared = viewTests();
+
+async function search(keyword) {
+    const { view } = await shared.open('search');
+    await view.fill(texts.keyword, keyword);
+    await view.press(texts.start);
+    await view.shows(texts.finished, PATIENCE);
+    return view;
+}
+
+test('files of the home are found by a part of their name, and filtered', async () => {
+    for (const name of ['letters/Needle one.docx', 'letters/needle-two.txt', 'other.txt'])
+        shared.writeInHome(name, 'x');
+    const view = await search('needle');
+    await view.shows('2 found');
+    expect(await view.text()).not.toContain('other.txt');
+    await view.fill(texts.filter, 'two');
+    await view.shows('1 of 2');
+    await view.hides('Needle one.docx');
+});
+
+test('a file that was found is opened by the desktop, and so is its folder', async () => {
+    const letter = shared.writeInHome('letters/needle.txt', 'Dear reader');
+    const view = await search('needle');
+    await view.select('needle.txt', PATIENCE);
+    await view.press(texts.open);
+    const opened = (path) => shared.fileWith(shared.inHome('opened'), (text) =>
+        text.split('\n').some((line) => line === path || line === `file://${path}`));
+    await opened(letter);
+    await view.shows(texts.opened, PATIENCE);
+    await view.press(texts.openFolder);
+    await opened(shared.inHome('letters'));
+});
+
+test('a file that would run is not opened, which is said', async () => {
+    shared.writeInHome('needle.txt', '#!/bin/sh\ntouch "$HOME/ran"\n', { mode: 0o755 });
+    const view = await search('needle');
+    await view.select('needle.txt', PATIENCE);
+    await view.press(texts.open);
+    await view.shows(texts.unsafe, PATIENCE);
+    expect(await view.text()).not.toContain(texts.opened);
+});
+
+/** Makes all that is known of the last look through the home seem a minute old. */
+function age() {
+    const past = new Date(Date.now() - 60_000);
+    const databases = shared.inHome('.cache/orvane-office-assistant');
+    for (const name of fs.readdirSync(databases))
+        fs.utimesSync(path.join(databases, name), past, past);
+}
+
+test('nothing found is said, and a file made since then is found a minute later', async () => {
+    const view = await search('needle');
+    await view.shows(texts.none);
+    shared.writeInHome('needle.txt', 'x');
+    age();
+    await view.press(texts.start);
+    await view.shows('1 found', PATIENCE);
+    await view.shows(texts.finished, PATIENCE);
+});
