@@ -8,6 +8,7 @@ import {
 import { findingId, type StepResult } from '@/views/home/checkup/finding';
 
 const row = (extension: string, good: boolean) => ({ extension, value: 'x', good });
+const unknown = (extension: string) => ({ extension, value: '', good: false });
 const associations = (...rows: ReturnType<typeof row>[]) =>
     ({ writer: rows, presentation: [], spreadsheet: [] });
 const shortcuts = (files: string[], integrated = false) => ({
@@ -25,6 +26,7 @@ const allResults = [
         'ERR_INVALID_ENV_CONFIG', '输入法', 'ERR_OK'].map(diagnoseInputMethod),
     diagnoseAssociations(associations(row('.doc', false)), associations(row('.doc', false))),
     diagnoseAssociations(associations(), associations()),
+    diagnoseAssociations(associations(row('.doc', false)), associations(unknown('.doc'))),
     diagnoseShortcuts(shortcuts([])),
     diagnoseShortcuts(shortcuts([...separate, 'vyr-office-tessaly.desktop'])),
     diagnoseShortcuts(shortcuts(['Folder'])),
@@ -68,6 +70,13 @@ describe('every finding', () => {
 });
 
 describe('file associations', () => {
+    it('are no finding when the desktop cannot be asked, since no repair would help', () => {
+        const result = diagnoseAssociations(
+            associations(row('.doc', false)), associations(unknown('.doc'), unknown('.odt')));
+        expect(kinds(result)).toEqual([]);
+        expect(result.note.key).toBe('noTypeTool');
+    });
+
     it('are told by extension, the same again by the same name', () => {
         const result = diagnoseAssociations(
             associations(row('.doc', false), row('.docx', true)), associations(row('.doc', true)));

@@ -53,6 +53,20 @@ describe('the desktop shortcuts', () => {
 });
 
 describe('the associations', () => {
+    it('cannot be repaired or copied without the desktop’s tool, and the controls say why', () =>
+        playing(named('associations-no-tools'), async (view) => {
+            for (const [name, reason] of [
+                ['Repair…', 'Repairing needs the desktop'],
+                ['Copy text', 'The desktop\'s tool for document types is missing'],
+            ]) {
+                const button = view.getByRole('button', { name });
+                expect(await button.isDisabled()).toBe(true);
+                expect(await button.evaluate((element) =>
+                    element.closest('[title]')?.getAttribute('title'))).toContain(reason);
+            }
+            await view.getByText('need repair').waitFor({ state: 'detached' });
+        }));
+
     it('cannot be repaired when all is well, and the button says so', () =>
         playing(named('associations'), async (view) => {
             const button = view.locator('.ask-once-start');

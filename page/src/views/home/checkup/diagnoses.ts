@@ -42,6 +42,11 @@ export function diagnoseAssociations(
 ): StepResult {
     const count = rows(applications).length;
     if (count === 0) return { note: sentence('noSamples'), findings: [] };
+    // Without the tool that asks the desktop, every type is empty, and no repair works.
+    const asked = rows(types);
+    if (asked.length > 0 && asked.every(({ value }) => value === '')) {
+        return { note: sentence('noTypeTool'), findings: [] };
+    }
     const kinds: [string, Associations][] =
         [['otherApplication', applications], ['otherType', types]];
     const findings = kinds.flatMap(([kind, associations]): Finding[] => {
