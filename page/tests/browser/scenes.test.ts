@@ -2,6 +2,7 @@ import { readdirSync } from 'node:fs';
 import { chromium, type Browser } from 'playwright-core';
 import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
 import { allScenes } from './allscenes';
+import { unexplained } from './disabled';
 import { accessibilityFindings, openView, unexpectedCommands } from './harness.mjs';
 
 const scenes = await allScenes();
@@ -21,6 +22,7 @@ describe('in Chromium, the scene', () => {
         await scene.act?.(page);
         await visible(scene.shows);
         expect(await accessibilityFindings(page)).toEqual([]);
+        expect(await unexplained(page)).toEqual([]);
         if (scene.later !== undefined) await visible(scene.later);
         expect(page.complaints).toEqual([]);
         expect(await unexpectedCommands(page)).toEqual([]);

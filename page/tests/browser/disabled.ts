@@ -1,0 +1,10 @@
+import type { ViewPage } from './harness.mjs';
+
+/** Names of the controls that cannot be used and do not say why. */
+export function unexplained(view: ViewPage): Promise<string[]> {
+    return view.evaluate(() => [...document.querySelectorAll<HTMLElement>(
+        'button:disabled, input:disabled, textarea:disabled, [aria-disabled="true"]')]
+        .filter((element) => element.getClientRects().length > 0
+            && !element.closest('[title]:not([title=""])'))
+        .map((element) => element.getAttribute('aria-label') ?? element.innerText));
+}
