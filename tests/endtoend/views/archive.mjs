@@ -16,7 +16,7 @@ export async function archived(archive) {
         } catch {
             return null; // still being written
         }
-    }, { what: `the archive ${path.basename(archive)}`, timeoutMs: 30_000 });
+    }, { what: `the archive ${path.basename(archive)}`, timeoutMs: 90_000 });
     return new Map(names.map((name) => [path.basename(name),
         execFileSync('tar', ['-xzOf', archive, name], { encoding: 'utf8' })]));
 }

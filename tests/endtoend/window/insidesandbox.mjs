@@ -12,7 +12,7 @@ import { waitFor } from '../waitfor.mjs';
 const CALLBACKS = ['hiddentipCallBack', 'startsearchfileCallBack', 'searchfilefinish',
     'freshcrshpageCallBack', 'returnvyrenvcheck'];
 const HOME = 'index.html';
-const PATIENCE = { timeoutMs: 60_000 };
+const PATIENCE = { timeoutMs: 90_000 };
 
 /** The page's own functions go on being called, and what they are told is written down. */
 const listen = `void ${JSON.stringify(CALLBACKS)}.forEach((name) => {
