@@ -31,6 +31,18 @@ describe('the view of crash dumps', () => {
             ]);
         }));
 
+    it('hands over once only, and says why the button waits', () =>
+        playing(named('crash', { router: { never: true } }), async (view) => {
+            const button = view.locator('.dump-actions .el-button--primary');
+            await button.dblclick();
+            await sent(view, 'router');
+            expect(await button.isDisabled()).toBe(true);
+            expect(await button.evaluate((element) => element.closest('[title]')!
+                .getAttribute('title'))).toBe('The feedback view is being opened');
+            const commands = (await sentCommands(view)).map(({ command }) => command);
+            expect(commands.filter((name) => name === 'router')).toEqual(['router']);
+        }));
+
     it('deletes nothing before it was confirmed, and Escape only takes the question back', () =>
         playing(named('crash-asked'), async (view) => {
             await view.keyboard.press('Escape');
