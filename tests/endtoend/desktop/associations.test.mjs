@@ -4,7 +4,7 @@ import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { ENTRIES, INTEGRATED, SAMPLES, setMode, typeOf } from '../scripts/desktoptools.mjs';
 import { SUFFIXES } from '../scripts/scriptrunner.mjs';
-import { installSamples } from './sampledocuments.mjs';
+import { installEntries } from './suiteentries.mjs';
 
 const MIME = '/home/user/.local/share/mime';
 const PACKAGE = `${MIME}/packages/Override.xml`;
@@ -15,10 +15,9 @@ let root;
 async function prepare(options = {}) {
     await root?.dispose();
     root = await SandboxRoot.create({ suite: true, ...options });
-    await installSamples(root);
-    for (const entry of [...Object.values(ENTRIES), INTEGRATED, 'other.desktop'])
-        await root.writeFile(`/usr/share/applications/${entry}`,
-            `[Desktop Entry]\nType=Application\nName=${entry}\nExec=true %f\n`);
+    await installEntries(root);
+    await root.writeFile('/usr/share/applications/other.desktop',
+        '[Desktop Entry]\nType=Application\nName=Other\nExec=true %f\n');
 }
 
 beforeEach(async () => prepare());

@@ -1,7 +1,9 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
+import { SUITE } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { suiteEntries } from './suiteentries.mjs';
 
 const INTEGRATED = 'vyr-office-tessaly.desktop';
 const SEPARATE = ['vyr-office-board.desktop', 'vyr-office-chart.desktop',
@@ -15,18 +17,12 @@ let root;
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
     await root.makeDirectory(DESKTOP);
-    await root.run(['rm', '-rf', '/suite/desktops']);
 });
 
 afterEach(async () => root.dispose());
 
 const stateNow = async (options) =>
     (await runCommand(root, 'getdesktopiconfile', {}, options)).answer.result;
-
-async function install() {
-    for (const name of [...SEPARATE, INTEGRATED])
-        await root.writeFile(`/suite/desktops/${name}`, `[Desktop Entry]\nName=${name}\n`);
-}
 
 function setMode(mode) {
     return root.writeFile('/home/user/.config/Orvane/Office.conf',
@@ -95,7 +91,6 @@ describe('getdesktopiconfile', () => {
 
 describe('restoring', () => {
     test('fixfouricon puts eight shortcuts back', async () => {
-        await install();
         await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old');
         await root.writeFile(`${DESKTOP}/mine.desktop`, 'mine');
         const end = await runCommand(root, 'fixfouricon', {}, { trace: true });
@@ -105,10 +100,11 @@ describe('restoring', () => {
             arguments: ['other', '/suite/office/..'], workingDirectory: '', detached: true });
         expect(await root.list(DESKTOP)).toEqual(['mine.desktop', ...SEPARATE]);
         expect((await root.stat(`${DESKTOP}/${SEPARATE[0]}`)).mode & 0o111).toBe(0o111);
+        for (const name of SEPARATE)
+            expect(await root.readFile(`${DESKTOP}/${name}`)).toBe(suiteEntries(SUITE)[name]);
     });
 
     test('fixoneicon puts the integrated shortcut back', async () => {
-        await install();
         await root.writeFile(`${DESKTOP}/${SEPARATE[7]}`, 'old');
         const end = await runCommand(root, 'fixoneicon', {}, { trace: true });
         expect(end.events[0].arguments).toEqual(['fusion', '/suite/office/..']);
@@ -116,6 +112,7 @@ describe('restoring', () => {
     });
 
     test('without a folder of desktop entries nothing is removed or copied', async () => {
+        await root.remove('/suite/desktops');
         await root.writeFile(`${DESKTOP}/${SEPARATE[7]}`, 'old');
         for (const command of ['fixoneicon', 'fixfouricon'])
             expect((await runCommand(root, command)).answer.result).toBe('success');
@@ -124,7 +121,6 @@ describe('restoring', () => {
     });
 
     test('answers success where the script cannot be staged', async () => {
-        await install();
         for (const command of ['fixoneicon', 'fixfouricon']) {
             const end = await runCommand(root, command, {},
                 { trace: true, env: { HELIO_SUITE_HOME: '/proc/none' } });
@@ -135,7 +131,6 @@ describe('restoring', () => {
     });
 
     test('on a full disk leaves the program alive', async () => {
-        await install();
         root.smallDisk(DESKTOP, 16 * 1024);
         const end = await root.run(['bash', '-c', `
             head -c 1000000 /dev/zero > ~/Desktop/filling 2> /dev/null

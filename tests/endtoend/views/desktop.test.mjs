@@ -3,30 +3,20 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { expect, test } from 'vitest';
 
-import { contentOf } from '../desktop/sampledocuments.mjs';
-import { ENTRIES, INTEGRATED, SAMPLES } from '../scripts/desktoptools.mjs';
+import { suiteEntries } from '../desktop/suiteentries.mjs';
+import { ENTRIES, INTEGRATED } from '../scripts/desktoptools.mjs';
 import { filled, TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
-const SEPARATE = ['vyr', 'tbl', 'shw', 'pdf'].map((name) => `vyr-office-${name}.desktop`);
 /** Each look at the associations starts the desktop's tool 78 times. */
 const LONG = { timeoutMs: 90_000 };
 const shared = viewTests();
 
 const entry = (name) => `[Desktop Entry]\nType=Application\nName=${name}\nExec=true %f\n`;
 
-/** A suite whose shortcuts can be put on the desktop. */
-function installShortcuts() {
-    const directory = path.join(shared.suite.office, '../desktops');
-    fs.mkdirSync(directory, { recursive: true });
-    for (const name of [...SEPARATE, INTEGRATED])
-        fs.writeFileSync(path.join(directory, name), entry(name));
-    fs.mkdirSync(shared.inHome('Desktop'));
-}
-
 test('shortcuts are put back on the desktop after a question', async () => {
     const texts = TEXTS.shortcuts;
-    installShortcuts();
+    fs.mkdirSync(shared.inHome('Desktop'));
     fs.writeFileSync(shared.inHome('Desktop', 'own.desktop'), entry('own'));
     const { view } = await shared.open('shortcuts');
     await view.press(texts.restore.start, PATIENCE);
@@ -44,10 +34,9 @@ test('shortcuts are put back on the desktop after a question', async () => {
 test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
     const texts = TEXTS.associations;
     const allRepaired = filled(texts.repaired, { count: 39 });
-    for (const { suffix } of SAMPLES)
-        shared.writeInOffice(`asso_template/vyr${suffix}`, contentOf(suffix));
-    for (const name of [...Object.values(ENTRIES), INTEGRATED])
-        shared.writeInHome(`.local/share/applications/${name}`, entry(name));
+    const place = path.join(shared.suite.directory, 'suite');
+    for (const [name, text] of Object.entries(suiteEntries(place)))
+        shared.writeInHome(`.local/share/applications/${name}`, text);
     const { view } = await shared.open('associations');
     await view.until("document.querySelectorAll('.association-table tbody tr').length === 39",
         PATIENCE);
