@@ -1,10 +1,12 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { Session } from '../assistantctl.mjs';
+import { runCommand, Session } from '../assistantctl.mjs';
+import { beside } from '../beside.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { waitFor } from '../waitfor.mjs';
 
 const OFFICE = '/suite/office';
+const SCREEN_GRAB = `${OFFICE}/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so`;
 
 let root;
 let session;
@@ -38,13 +40,43 @@ describe('programs', () => {
     });
 });
 
-test('screenshots minimises, restores and answers without the screen-grab library', async () => {
-    const begin = Date.now();
-    const answer = await session.send({ command: 'screenshots' });
-    expect(Date.now() - begin).toBeGreaterThanOrEqual(290);
-    expect(answer.result).toBe('success');
-    expect(session.events.map(({ type, signal }) => signal ?? type)).toEqual(
-        ['sigShowMinimized', 'sigShowNormal', 'answer']);
+describe('screenshots', () => {
+    const taken = (events) => events.map(({ type, signal }) => signal ?? type);
+
+    test('minimises, restores and answers without the screen-grab library', async () => {
+        await session.close();
+        await root.remove(SCREEN_GRAB);
+        session = Session.start(root);
+        const begin = Date.now();
+        const answer = await session.send({ command: 'screenshots' });
+        expect(Date.now() - begin).toBeGreaterThanOrEqual(290);
+        expect(answer.result).toBe('success');
+        expect(taken(session.events)).toEqual(['sigShowMinimized', 'sigShowNormal', 'answer']);
+        expect((await session.close()).stderr).toBe('');
+    });
+
+    test('without a display says why there is no picture', async () => {
+        expect((await session.send({ command: 'screenshots' })).result).toBe('success');
+        const end = await session.close();
+        expect(taken(end.events)).toEqual(['sigShowMinimized', 'sigShowNormal', 'answer']);
+        expect(end.stderr).toMatch(
+            /no screenshot was taken: there is no display whose screen could be taken/);
+        expect(await root.exists('/home/user/Pictures')).toBe(false);
+    });
+
+    test('saves the screen of the display in the pictures folder', async () => {
+        const withDisplay = await beside(root, `
+mkfifo /tmp/display
+Xvfb -displayfd 9 -screen 0 640x480x24 -nolisten tcp 9> /tmp/display &
+read -t 20 number < /tmp/display
+export DISPLAY=:$number`);
+        const end = await runCommand(withDisplay, 'screenshots');
+        expect(end).toMatchObject({ status: 0, stderr: '', answer: { result: 'success' } });
+        const [picture, ...others] = await root.list('/home/user/Pictures');
+        expect(others).toEqual([]);
+        const { stdout } = await root.run(['file', '--brief', `/home/user/Pictures/${picture}`]);
+        expect(stdout).toBe('PNG image data, 640 x 480, 8-bit/color RGB, non-interlaced\n');
+    });
 });
 
 test('copytoclipboard puts the text on the clipboard', async () => {

@@ -1,3 +1,4 @@
+import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
 import { expect, test } from 'vitest';
@@ -43,9 +44,29 @@ test('recorder and editing tools are started from the suite', async () => {
     await started('eptools|-apilog|');
 });
 
-test('the window comes back from a screenshot', async () => {
+/** Width and height of a PNG. */
+const sizeOf = (png) => [png.readUInt32BE(16), png.readUInt32BE(20)];
+
+test('a screenshot is saved and on the clipboard, and the window comes back', async () => {
     const { start } = await openTools();
     const before = await shared.display.windowCount(2);
     await start('screenshot');
     expect(await shared.display.windowCount(2)).toEqual(before);
+    const [picture, ...others] = fs.readdirSync(shared.inHome('Pictures'));
+    expect(picture).toMatch(/^screenshot-[-\d]+\.png$/);
+    expect(others).toEqual([]);
+    expect(sizeOf(fs.readFileSync(shared.inHome('Pictures', picture)))).toEqual([1400, 1000]);
+    const clipboard = execFileSync('xclip',
+        ['-display', shared.display.name, '-selection', 'clipboard', '-target', 'image/png', '-out'],
+        { timeout: 20_000, maxBuffer: 64 * 1024 * 1024 });
+    expect(sizeOf(clipboard)).toEqual([1400, 1000]);
+});
+
+test('without the capture part the window comes back all the same', async () => {
+    fs.rmSync(path.join(shared.suite.addon, 'independScreenshot'), { recursive: true });
+    const { start } = await openTools();
+    const before = await shared.display.windowCount(2);
+    await start('screenshot');
+    expect(await shared.display.windowCount(2)).toEqual(before);
+    expect(fs.existsSync(shared.inHome('Pictures'))).toBe(false);
 });
