@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace standin {
+
+/// What the package manager knows of a package.
+struct InstalledPackage
+{
+    /// Empty when the package is not installed.
+    QString installed;
+    /// The version that the package sources offer; empty when they offer none.
+    QString candidate;
+    /// Why nothing is known.
+    QString error;
+
+    /// Reads the output of "apt-cache policy PACKAGE" in the language C.
+    static InstalledPackage ofPolicy(const QByteArray &output);
+
+    /// Asks apt-cache about @p package.
+    static InstalledPackage ask(const QString &package, int timeoutMs);
+};
+
+} // namespace standin
