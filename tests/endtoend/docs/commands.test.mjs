@@ -70,6 +70,13 @@ test('every command is in a table, and nothing else is', () => {
     expect(listedCommands().sort()).toEqual([...commands].sort());
 });
 
+test('the README says of every command, once, what does its work', () => {
+    const readme = fs.readFileSync(path.join(REPOSITORY, 'README.md'), 'utf8');
+    const [, rows] = readme.match(/^\| commands \|.*\n\|[-|]+\n((?:\|.*\n)+)/m);
+    const named = rows.split('\n').flatMap((row) => row.split('|')[1]?.match(/\w+/g) ?? []);
+    expect(named.sort()).toEqual([...commands].sort());
+});
+
 test('every command has a line', () => {
     const words = new Set(LINES.flatMap((line) => line.match(/\w+/g)));
     expect(commands.filter((command) => !words.has(command))).toEqual([]);
