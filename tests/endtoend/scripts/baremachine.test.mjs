@@ -2,7 +2,7 @@ import fs from 'node:fs';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
-import { installEntries } from '../desktop/suiteentries.mjs';
+import { installEntries, suiteEntries } from '../desktop/suiteentries.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { ENTRIES, SAMPLES, typeOf } from './desktoptools.mjs';
 
@@ -67,6 +67,16 @@ MimeType=application/vnd.openxmlformats-officedocument.wordprocessingml.document
         await repair();
         const { stdout } = await root.run(['gio', 'mime', typeOf('.docx')]);
         expect(stdout).toContain('other.desktop');
+    });
+
+    test('are the suite’s beside all the applications of this machine', async () => {
+        root.bind('/usr/share/applications', '/usr/share/applications');
+        for (const [name, text] of Object.entries(suiteEntries()))
+            await root.writeFile(`/home/user/.local/share/applications/${name}`, text);
+        await repair();
+        await repair();
+        for (const command of ['getassomime', 'getassoopen'])
+            expect(new Set(flags(await answer(command)))).toEqual(new Set(['true']));
     });
 
     test('are the suite’s once its entries are known to the desktop', async () => {

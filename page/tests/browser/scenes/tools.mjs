@@ -33,7 +33,7 @@ export const scenes = [
         answers: { ...answers, screenshots: { late: 1500, result: 'success' } },
         act: press(2),
         shows: 'This is being done',
-        later: 'If no picture was offered',
+        later: 'The picture lies in your pictures folder',
     },
     {
         name: 'tools-never',
