@@ -9,9 +9,16 @@ export interface Notice {
 export interface Answer {
     result?: unknown;
     never?: boolean;
-    late?: number;
+    late?: boolean;
     refused?: string;
     notices?: Notice[];
+}
+
+declare global {
+    interface Window {
+        /** Lets the answers come that are late. */
+        answerLate(): void;
+    }
 }
 
 export interface Scene {
@@ -23,7 +30,7 @@ export interface Scene {
     act?: (page: ViewPage) => Promise<unknown>;
     /** A text that the view then shows. */
     shows: string | RegExp;
-    /** A text that it shows a while after that. */
+    /** A text that it shows after that, when the late answers have come. */
     later?: string | RegExp;
 }
 

@@ -3,7 +3,7 @@
  *
  * An answer of the host is an envelope ({ result } or {}), or one of
  * - { never: true }: the host does not answer;
- * - { late: milliseconds, result }: it answers after a while;
+ * - { late: true, result }: it answers when the page's answerLate() has been called;
  * - { refused: reason }: it does not take the call;
  * - any of these with notices: [{ callback, result, after }], which follow the answer;
  * - a list of these: one for each call in turn, the last one for all further calls.
@@ -46,6 +46,9 @@ function installHost({ theme, language, textSize, answers }) {
     window.unexpected = [];
     const wait = (milliseconds) =>
         new Promise((resolve) => setTimeout(resolve, milliseconds));
+    const lateIsOver = new Promise((resolve) => {
+        window.answerLate = resolve;
+    });
     async function notify({ callback, result, after = 0 }) {
         await wait(after);
         window[callback]?.({ result });
@@ -63,9 +66,9 @@ function installHost({ theme, language, textSize, answers }) {
             calls[command] = (calls[command] ?? 0) + 1;
             const answer = Array.isArray(scripted)
                 ? scripted[Math.min(calls[command], scripted.length) - 1] : scripted;
-            const { never, late = 0, refused, notices = [], ...envelope } = answer;
+            const { never, late, refused, notices = [], ...envelope } = answer;
             if (never) return new Promise(() => undefined);
-            if (late) await wait(late);
+            if (late) await lateIsOver;
             if (refused) throw new Error(refused);
             notices.forEach(notify);
             return envelope;

@@ -197,7 +197,7 @@ describe('the file search', () => {
     it('drops the hits of the search before, until the host has taken the new one', () =>
         playing(named('search-late', {
             startsearchfile: [{}, {
-                late: 800,
+                late: true,
                 notices: [
                     { callback: 'startsearchfileCallBack', result: { bmV3: 'Lw==' } },
                     { callback: 'searchfilefinish', result: 'success' },
@@ -209,6 +209,7 @@ describe('the file search', () => {
             await view.evaluate(() => {
                 window.startsearchfileCallBack!({ result: { [btoa('old')]: btoa('/') } });
                 window.searchfilefinish!({ result: 'success' });
+                window.answerLate();
             });
             await view.getByText('The search is complete. 1 found').first().waitFor();
             expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);

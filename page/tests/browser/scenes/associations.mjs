@@ -110,7 +110,7 @@ export const scenes = [
     {
         name: 'associations-late',
         page,
-        answers: { getassomime: { late: 2500, ...types() }, getassoopen: programs() },
+        answers: { getassomime: { late: true, ...types() }, getassoopen: programs() },
         shows: 'Asking the desktop about 39',
         later: 'All 39 document types are in order.',
     },

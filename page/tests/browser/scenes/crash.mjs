@@ -72,7 +72,7 @@ export const scenes = [
     {
         name: 'crash-late',
         page,
-        answers: { ...answers, cleardumpdir: { late: 1500, result: 'success' } },
+        answers: { ...answers, cleardumpdir: { late: true, result: 'success' } },
         act: confirmClear,
         shows: 'This is being done',
         later: 'Some dumps could not be deleted.',

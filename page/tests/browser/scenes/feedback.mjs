@@ -94,7 +94,7 @@ export const scenes = [
     {
         name: 'feedback-late',
         page,
-        answers: { ...answers, archivepackage: { late: 2500, ...path('/tmp/feedback') } },
+        answers: { ...answers, archivepackage: { late: true, ...path('/tmp/feedback') } },
         act: describeAndBuild,
         shows: 'Choose in the file dialog where',
         later: '/tmp/feedback.tar.gz',

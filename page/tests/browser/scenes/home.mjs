@@ -111,7 +111,7 @@ export const scenes = [
     {
         name: 'home-late',
         page,
-        answers: { ...well, getassoopen: { ...well.getassoopen, late: 1500 } },
+        answers: { ...well, getassoopen: { ...well.getassoopen, late: true } },
         act: check,
         shows: '2 of 7: File associations',
         later: 'All is well',

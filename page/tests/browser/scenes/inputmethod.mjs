@@ -61,7 +61,7 @@ export const scenes = [
     {
         name: 'inputmethod-late',
         page,
-        answers: { ...answers, inputcheck: { late: 1500, result: 'ERR_OK' } },
+        answers: { ...answers, inputcheck: { late: true, result: 'ERR_OK' } },
         shows: 'Checking the input method.',
         later: 'The input method is ready',
     },

@@ -57,7 +57,7 @@ export const scenes = [
     {
         name: 'layout-late',
         page,
-        answers: { chooselayouterrorfile: { late: 2500, ...chosen } },
+        answers: { chooselayouterrorfile: { late: true, ...chosen } },
         act: choose,
         shows: 'A file dialog is open',
         later: 'The document is remembered',

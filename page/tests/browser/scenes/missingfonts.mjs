@@ -72,7 +72,7 @@ export const scenes = [
         name: 'missingfonts-late',
         page,
         answers: {
-            choosesamplefile: chosen, comparefont: { late: 2500, ...missing('Arial') },
+            choosesamplefile: chosen, comparefont: { late: true, ...missing('Arial') },
         },
         act: choose,
         shows: 'The suite is looking through the document',

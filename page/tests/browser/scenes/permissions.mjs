@@ -68,7 +68,7 @@ export const scenes = [
     {
         name: 'permissions-late',
         page,
-        answers: { ...answers, stratcheckenv: { ...answers.stratcheckenv, late: 1500 } },
+        answers: { ...answers, stratcheckenv: { ...answers.stratcheckenv, late: true } },
         shows: 'Finding out whose assistant this is.',
         later: 'This belongs to root and not to you (user)',
     },

@@ -55,7 +55,7 @@ export const scenes = [
     {
         name: 'print-late',
         page,
-        answers: { openprinterrorfile: { late: 2500, ...printed } },
+        answers: { openprinterrorfile: { late: true, ...printed } },
         act: choose,
         shows: 'Choose a document in the file dialog',
         later: 'The document was printed into a PDF',

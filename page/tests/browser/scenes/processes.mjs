@@ -77,7 +77,7 @@ export const scenes = [
         page,
         answers: {
             ...answers,
-            getcomputermemory: { late: 1500, result: { percentage: '20', all: '8' } },
+            getcomputermemory: { late: true, result: { percentage: '20', all: '8' } },
         },
         shows: 'Reading the load',
         later: '6.4 of 8.0 GiB free',

@@ -88,7 +88,7 @@ export const scenes = [
     {
         name: 'server-late',
         page,
-        answers: { openremoveurlcheck: { late: 2500, result: 'success' } },
+        answers: { openremoveurlcheck: { late: true, result: 'success' } },
         act: send,
         shows: 'Waiting for the server',
         later: 'The server answered without an error.',

@@ -83,7 +83,7 @@ export const scenes = [
     {
         name: 'shortcuts-late',
         page,
-        answers: { getdesktopiconfile: { late: 2500, ...desktop(separate) } },
+        answers: { getdesktopiconfile: { late: true, ...desktop(separate) } },
         shows: 'Looking at the desktop',
         later: 'Text documents',
     },

@@ -30,7 +30,7 @@ export const scenes = [
     {
         name: 'tools-late',
         page,
-        answers: { ...answers, screenshots: { late: 1500, result: 'success' } },
+        answers: { ...answers, screenshots: { late: true, result: 'success' } },
         act: press(2),
         shows: 'This is being done',
         later: 'The picture lies in your pictures folder',

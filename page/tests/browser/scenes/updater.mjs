@@ -155,7 +155,7 @@ export const scenes = [
     {
         name: 'updater-late',
         page,
-        answers: { ...answers, getlogfile: { late: 2500, ...log } },
+        answers: { ...answers, getlogfile: { late: true, ...log } },
         shows: 'Asking about the updater.',
         later: 'Settings and log have been read.',
     },
