@@ -66,6 +66,25 @@ void AssistantWindows::connectPage(PageWindow *window)
             &AssistantWindows::showChild);
     connect(window->pageSignals(), &Signals::sigCloseChildWindow, this,
             &AssistantWindows::hideChild);
+    connect(window->pageSignals(), &Signals::sigShowMinimized, this, &AssistantWindows::minimize);
+    connect(window->pageSignals(), &Signals::sigShowNormal, this, &AssistantWindows::restore);
+    connect(window, &PageWindow::restored, this, &AssistantWindows::restore);
+}
+
+void AssistantWindows::minimize()
+{
+    for (PageWindow *window : {m_child, m_main.get()}) {
+        if (window && window->isVisible())
+            window->showMinimized();
+    }
+}
+
+void AssistantWindows::restore()
+{
+    for (PageWindow *window : {m_main.get(), m_child}) {
+        if (window && window->isVisible() && window->isMinimized())
+            window->restore();
+    }
 }
 
 void AssistantWindows::prepareChild()

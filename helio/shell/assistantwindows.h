@@ -34,6 +34,10 @@ signals:
 
 private:
     void connectPage(PageWindow *window);
+    /// Both windows, whichever page asks for it: neither is to be in a picture of the screen, and
+    /// one without the other would be of no use.
+    void minimize();
+    void restore();
     void prepareChild();
     void makeChild(const QString &html);
     void showChild(const QString &html);

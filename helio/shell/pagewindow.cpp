@@ -72,6 +72,16 @@ void PageWindow::restore()
     show();
 }
 
+void PageWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    const auto before = static_cast<QWindowStateChangeEvent *>(event)->oldState();
+    if (before.testFlag(Qt::WindowMinimized) && !isMinimized())
+        emit restored();
+}
+
 void PageWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
@@ -100,8 +110,6 @@ void PageWindow::addPage(const QString &type, const QString &html)
     using Signals = helio::WindowSignals;
     connect(m_signals, &Signals::sigMousePress, m_mover, &WindowMover::start);
     connect(m_signals, &Signals::sigMouseRelease, m_mover, &WindowMover::stop);
-    connect(m_signals, &Signals::sigShowMinimized, this, &QWidget::showMinimized);
-    connect(m_signals, &Signals::sigShowNormal, this, &PageWindow::restore);
     if (m_browser)
         connect(m_browser, &helio::WebEngineBrowser::closeRequested, this,
                 &PageWindow::closeRequested);

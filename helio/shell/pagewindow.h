@@ -45,7 +45,11 @@ signals:
     /// The window manager, or the user by a key of it, wants the window closed.
     void closeRequested();
 
+    /// The window is minimised no longer, whoever has restored it.
+    void restored();
+
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:

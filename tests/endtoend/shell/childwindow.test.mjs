@@ -87,11 +87,22 @@ test('a child page that does not react to its closing cannot keep the tip up', a
     await main.until('tips.length === 2');
 });
 
-test('the window of a child page is minimised and restored by its own page only', async () => {
+test('both windows are minimised, and the user brings both back with either', async () => {
     const { child, mainWindow, childWindow } = await openChild();
-    await child.call('showminimized');
-    await waitFor(async () => !(await shared.display.windows()).includes(childWindow));
-    expect(await shared.display.windows()).toContain(mainWindow);
+    for (const window of [mainWindow, childWindow]) {
+        await child.call('showminimized');
+        await shared.display.windowCount(0);
+        await shared.display.act('windowmap', window);
+        await shared.display.windowCount(2);
+    }
+});
+
+test('a screenshot from a child page has neither window in it', async () => {
+    const { child } = await openChild();
+    const answer = child.call('screenshots');
+    await shared.display.windowCount(0);
+    expect(await answer).toEqual({ result: 'success' });
+    await shared.display.windowCount(2);
 });
 
 test('a screenshot minimises the window and brings it back', async () => {
