@@ -1,7 +1,6 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { Session } from '../assistantctl.mjs';
-import { installSamples } from '../desktop/sampledocuments.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { waitFor } from '../waitfor.mjs';
 import { STAGING, WORK } from './faults.mjs';
@@ -17,7 +16,6 @@ let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
-    await installSamples(root);
 });
 
 afterEach(async () => root.dispose());

@@ -3,16 +3,14 @@ import path from 'node:path';
 import { afterAll, beforeAll, describe, expect, test } from 'vitest';
 
 import { COMMANDS } from '../ctl/commandtable.mjs';
-import { installSamples } from '../desktop/sampledocuments.mjs';
+import { installEntries } from '../desktop/suiteentries.mjs';
 import { REPOSITORY } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { ENTRIES, INTEGRATED } from '../scripts/desktoptools.mjs';
 import { CONFIG, installUpdater, LOG } from '../update/updater.mjs';
 import { STEPS } from './steps.mjs';
 
 const WORK = '/home/user/.local/share/Orvane/tmp';
 const OFFICE = '/suite/office';
-const SHORTCUTS = ['vyr', 'tbl', 'shw', 'pdf', 'tessaly'].map((name) => `vyr-office-${name}.desktop`);
 const LONGEST_RUN = 600_000;
 
 const recorder = (name) => `#!/bin/bash
@@ -31,8 +29,6 @@ fi
     eptools: recorder('eptools'),
     'addons/vyrassistanttool/screencap/screencap': recorder('screencap'),
 };
-const entry = (name) => `[Desktop Entry]\nType=Application\nName=${name}\nExec=true %f\n`;
-
 let root;
 let run;
 let outcomes;
@@ -42,12 +38,7 @@ async function installSuite() {
         await root.run(['rm', '-f', `${OFFICE}/${name}`]);
         await root.writeFile(`${OFFICE}/${name}`, script, { mode: 0o755 });
     }
-    await root.run(['rm', '-rf', '/suite/desktops']);
-    for (const name of SHORTCUTS)
-        await root.writeFile(`/suite/desktops/${name}`, entry(name));
-    for (const name of [...Object.values(ENTRIES), INTEGRATED])
-        await root.writeFile(`/usr/share/applications/${name}`, entry(name));
-    await installSamples(root);
+    await installEntries(root);
     await installUpdater(root);
     await root.writeFile(CONFIG, '[update]\nchannel=beta\n');
     await root.writeFile(LOG, 'checked\n');
