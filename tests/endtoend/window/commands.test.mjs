@@ -29,6 +29,7 @@ fi
     eptools: recorder('eptools'),
     'addons/vyrassistanttool/screencap/screencap': recorder('screencap'),
 };
+
 let root;
 let run;
 let outcomes;
