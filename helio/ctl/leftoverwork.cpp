@@ -24,17 +24,36 @@ constexpr int threadStartMs = 50;
 /// A script shows as the program itself, as an interpreter's first argument, as that of a script
 /// that stands in for the interpreter or, for a moment, in the command line that a shell of ours
 /// is about to run.
-bool runsScriptFrom(const QByteArray &directory, const QString &processId)
+bool namesScriptFrom(const QByteArray &directory, const QList<QByteArray> &words)
 {
-    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(processId));
-    if (!commandLine.open(QIODevice::ReadOnly))
-        return false;
-    const QList<QByteArray> words = commandLine.readAll().split('\0');
     if (words.value(0).startsWith(directory) || words.value(1).startsWith(directory))
         return true;
     if (words.value(1) == "-c")
         return words.value(2).startsWith("bash " + directory);
     return !words.value(1).startsWith('-') && words.value(2).startsWith(directory);
+}
+
+bool isLivingChild(const QString &processId)
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(processId));
+    if (!status.open(QIODevice::ReadOnly))
+        return false;
+    // Behind the name, which may hold anything: state and parent, as proc(5) lists them.
+    const QByteArray line = status.readAll();
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    return fields.value(0) != "Z" && fields.value(0) != "X" &&
+           fields.value(1).toLongLong() == QCoreApplication::applicationPid();
+}
+
+bool runsScriptFrom(const QByteArray &directory, const QString &processId)
+{
+    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(processId));
+    if (!commandLine.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray words = commandLine.readAll();
+    // While a shell, or the script in its place, is being loaded, there is no command line.
+    return words.isEmpty() ? isLivingChild(processId)
+                           : namesScriptFrom(directory, words.split('\0'));
 }
 
 bool isOwnProcess(const QString &processId)

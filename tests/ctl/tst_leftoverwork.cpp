@@ -2,6 +2,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <cstdio>
 #include <memory>
 
 #include "helio/ctl/leftoverwork.h"
@@ -84,6 +85,22 @@ private slots:
                                  testsupport::longestWaitMs);
     }
 
+    void aScriptIsNoticedAtEveryMomentOfItsStart()
+    {
+        const QString mark = m_directory->filePath(QStringLiteral("ended"));
+        const QString script =
+            addScript(QStringLiteral("short.sh"), QStringLiteral("echo > %1").arg(mark));
+        for (int round = 0; round < 100; ++round) {
+            FILE *const output = ::popen(qPrintable(QStringLiteral("bash ") + script), "r");
+            QVERIFY(output);
+            while (ctl::isScriptRunningFrom(m_directory->path()))
+                continue;
+            const bool hasEnded = QFile::remove(mark);
+            ::pclose(output);
+            QVERIFY2(hasEnded, qPrintable(QStringLiteral("in round %1").arg(round)));
+        }
+    }
+
     void aProgramThatOnlyNamesTheDirectoryIsNotWaitedFor()
     {
         const QString file = addScript(QStringLiteral("viewed.sh"));
@@ -121,13 +138,13 @@ private slots:
     }
 
 private:
-    QString addScript(const QString &name) const
+    /// Waits for the end of its input, which comes with the end of RunningProcess.
+    QString addScript(const QString &name, const QString &text = QStringLiteral("read line")) const
     {
         QFile script(m_directory->filePath(name));
         if (!script.open(QIODevice::WriteOnly))
             qFatal("cannot write %s", qPrintable(script.fileName()));
-        // Waits for the end of its input, which comes with the end of RunningProcess.
-        script.write("#!/bin/bash\nread line\n");
+        script.write("#!/bin/bash\n" + text.toUtf8() + '\n');
         script.close();
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         return script.fileName();
