@@ -67,18 +67,16 @@ const placeOfTile = (index) => `new Promise((resolve) => {
 })`;
 
 /**
- * A view is interactive when it is mounted, with its controls in the page and listening, and the
- * page has been painted. The scripts are deferred and mount the view as they run, so the end of
- * DOMContentLoaded follows the mounting at once.
+ * A view is interactive when it is mounted, with its controls in the page and listening, which it
+ * marks, and the page has been painted.
  */
 const interactiveAt = `new Promise((resolve) => {
     const look = () => {
-        const [navigation] = performance.getEntriesByType('navigation');
         const paint = performance.getEntriesByName('first-contentful-paint')[0];
+        const mark = performance.getEntriesByName('view-mounted')[0];
         const mounted = document.querySelector('#view button:not(:disabled)');
-        if (paint && mounted && navigation.domContentLoadedEventEnd > 0)
-            resolve(performance.timeOrigin
-                + Math.max(paint.startTime, navigation.domContentLoadedEventEnd));
+        if (paint && mark && mounted)
+            resolve(performance.timeOrigin + Math.max(paint.startTime, mark.startTime));
         else setTimeout(look, 10);
     };
     look();

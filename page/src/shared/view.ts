@@ -5,6 +5,7 @@ import {
     writePreferences, type Preferences,
 } from './preferences';
 import { createTexts, type Catalogue } from './texts';
+import { whenDrawn } from './whendrawn';
 import './base.css';
 
 const clientKey: InjectionKey<Client> = Symbol('client');
@@ -21,7 +22,10 @@ export const useClient = (): Client => need(clientKey);
 /** The user's choices; changing a member applies and keeps it, in all open windows. */
 export const usePreferences = (): Preferences => need(preferencesKey);
 
-/** Mounts a view in the place of the page's outline. `name` is the view's folder. */
+/**
+ * Mounts a view in the place of the page's outline, which is seen first. `name` is the view's
+ * folder.
+ */
 export function startView(view: Component, name: string): void {
     const client = createClient(() => window.helio, window);
     const preferences = reactive(readPreferences());
@@ -41,9 +45,12 @@ export function startView(view: Component, name: string): void {
         if (key === storageKey) Object.assign(preferences, parsePreferences(newValue));
     });
     apply();
-    createApp(view)
+    const application = createApp(view)
         .use(texts.i18n)
         .provide(clientKey, client)
-        .provide(preferencesKey, preferences)
-        .mount('#view');
+        .provide(preferencesKey, preferences);
+    whenDrawn(() => {
+        application.mount('#view');
+        performance.mark('view-mounted');
+    });
 }
