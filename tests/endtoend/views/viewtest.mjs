@@ -49,6 +49,7 @@ export function viewTests() {
     /** Opens a view by its tile on the home page: {home, view}. */
     shared.open = async (name, options) => {
         const home = await shared.home(options);
+        await home.shows(TEXTS.views[name].title);
         await home.evaluate(`void (window.tile = [...document.querySelectorAll('button.tool')]
             .find((button) => button.querySelector('strong').textContent
                 === ${JSON.stringify(TEXTS.views[name].title)})
