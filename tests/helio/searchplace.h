@@ -12,10 +12,22 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "host/kfssearch.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/patience.h"
 
 namespace testsupport {
+
+inline QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/// A list of one name.
+inline QStringList list(const char *utf8)
+{
+    return {text(utf8)};
+}
 
 /// A directory to search and a cache directory of one test's own. Refreshes of the database run at
 /// the test's own priority: at idle priority they would stand still while the machine is busy.
@@ -97,6 +109,14 @@ public:
     {
         return QTest::qWaitFor([this] { return !databases().isEmpty() && !isRefreshing(); },
                                longestWaitMs);
+    }
+
+    /// Makes the database of what is there now; false when it does not come.
+    bool refresh() const
+    {
+        KFsSearch search;
+        search.RunEverythingDaemon();
+        return waitForDatabase();
     }
 
     /// Makes database and refresh look as old as that.

@@ -4,22 +4,10 @@
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
+using testsupport::list;
 using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
-
-namespace {
-
-QStringList list(const char *name)
-{
-    return {QString::fromUtf8(name)};
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
+using testsupport::text;
 
 /// The search for files by name and its database, with the real plocate and updatedb.
 class FileSearchTest : public QObject
@@ -27,14 +15,6 @@ class FileSearchTest : public QObject
     Q_OBJECT
 
 private:
-    /// Makes the database of what is there now.
-    void refresh()
-    {
-        KFsSearch search;
-        search.RunEverythingDaemon();
-        QVERIFY(m_place->waitForDatabase());
-    }
-
     std::unique_ptr<SearchPlace> m_place;
 
 private slots:
@@ -54,7 +34,7 @@ private slots:
     void aFreshDatabaseAnswersWithoutLookingThroughTheDirectories()
     {
         m_place->makeFile("report-listed.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         m_place->makeFile("report-unlisted.txt");
         QCOMPARE(SearchRecorder().namesOf(text("report")), list("report-listed.txt"));
     }
@@ -62,7 +42,7 @@ private slots:
     void aFileMadeAMinuteAgoIsFound()
     {
         m_place->makeFile("report-old.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         m_place->age(60);
         m_place->makeFile("report-new.txt");
         SearchRecorder recorder;
@@ -74,7 +54,7 @@ private slots:
     void whatARefreshAddsFollowsBeforeTheEnd()
     {
         m_place->makeFile("report-old.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         m_place->makeFile("report-new.txt");
         SearchRecorder recorder;
         recorder.search.RunEverythingDaemon();
@@ -86,7 +66,7 @@ private slots:
     {
         const QString deleted = m_place->makeFile("report-deleted.txt");
         m_place->makeFile("report-kept.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         QVERIFY(QFile::remove(deleted));
         QCOMPARE(SearchRecorder().namesOf(text("report")), list("report-kept.txt"));
     }
@@ -96,7 +76,7 @@ private slots:
         for (int number = 0; number < 200; ++number)
             m_place->makeFile("many/report" + QByteArray::number(number));
         m_place->makeFile("many/report/folder/x");
-        refresh();
+        QVERIFY(m_place->refresh());
         for (int number = 100; number < 200; ++number)
             QVERIFY(QFile::remove(m_place->root() + text("/many/report%1").arg(number)));
         SearchRecorder recorder;
@@ -106,7 +86,7 @@ private slots:
 
     void theDatabaseIsReadableByTheUserAlone()
     {
-        refresh();
+        QVERIFY(m_place->refresh());
         struct stat status;
         QCOMPARE(::stat(QFile::encodeName(m_place->databaseDirectory()).constData(), &status), 0);
         QCOMPARE(status.st_mode & 07777u, 0700u);
@@ -124,7 +104,7 @@ private slots:
         m_place->makeFile("report-listed");
         qputenv("XDG_CACHE_HOME",
                 QFile::encodeName(m_place->outside(text("a b:c\\d'\"e\n*\xc3\xa4"))));
-        refresh();
+        QVERIFY(m_place->refresh());
         m_place->makeFile("report-unlisted");
         QCOMPARE(SearchRecorder().namesOf(text("report")), list("report-listed"));
     }
@@ -132,7 +112,7 @@ private slots:
     void aDamagedDatabaseIsReplacedAndTheDirectoriesAreLookedThrough()
     {
         m_place->makeFile("report");
-        refresh();
+        QVERIFY(m_place->refresh());
         const QString database = m_place->databases().constFirst();
         QFile damaged(database);
         QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -147,7 +127,7 @@ private slots:
     void otherDatabasesOfTheEnvironmentAreNotAsked()
     {
         m_place->makeFile("report");
-        refresh();
+        QVERIFY(m_place->refresh());
         const QString other = m_place->outside(text("other.db"));
         QVERIFY(QFile::copy(m_place->databases().constFirst(), other));
         qputenv("LOCATE_PATH", QFile::encodeName(other));

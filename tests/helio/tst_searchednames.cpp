@@ -4,22 +4,10 @@
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
+using testsupport::list;
 using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
-
-namespace {
-
-QStringList list(const char *name)
-{
-    return {QString::fromUtf8(name)};
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
+using testsupport::text;
 
 /// Which names a keyword finds, with the real plocate and updatedb.
 class SearchedNamesTest : public QObject
@@ -27,14 +15,6 @@ class SearchedNamesTest : public QObject
     Q_OBJECT
 
 private:
-    /// Makes the database of what is there now.
-    void refresh()
-    {
-        KFsSearch search;
-        search.RunEverythingDaemon();
-        QVERIFY(m_place->waitForDatabase());
-    }
-
     std::unique_ptr<SearchPlace> m_place;
 
 private slots:
@@ -82,7 +62,7 @@ private slots:
         SearchRecorder recorder;
         recorder.namesOf(keyword);
         QCOMPARE(recorder.paths, expected);
-        refresh();
+        QVERIFY(m_place->refresh());
         m_place->makeFile("unlisted " + name);
         recorder.namesOf(keyword);
         QCOMPARE(recorder.paths, expected);
@@ -101,7 +81,7 @@ private slots:
         m_place->makeFile("\xc3\x9c"
                           "BER.txt");
         if (withDatabase)
-            refresh();
+            QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(text("rEPORT.t")), list("Report.TXT"));
         QCOMPARE(recorder.namesOf(text("\xc3\xbc"
@@ -116,7 +96,7 @@ private slots:
     {
         m_place->makeFile("\xc3\x9c"
                           "BER.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         qputenv("LC_ALL", "C");
         const QStringList names = SearchRecorder().namesOf(text("\xc3\xbc"
                                                                 "ber"));
@@ -131,7 +111,7 @@ private slots:
                           "report.txt");
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(text("report")), list("bad\xef\xbf\xbdreport.txt"));
-        refresh();
+        QVERIFY(m_place->refresh());
         QCOMPARE(recorder.namesOf(text("report")), list("bad\xef\xbf\xbdreport.txt"));
     }
 
@@ -141,7 +121,7 @@ private slots:
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(text("report")), list("report"));
         QCOMPARE(recorder.folders, recorder.paths);
-        refresh();
+        QVERIFY(m_place->refresh());
         QCOMPARE(recorder.namesOf(text("report")), list("report"));
         QCOMPARE(recorder.folders, recorder.paths);
     }
@@ -158,7 +138,7 @@ private slots:
     {
         QFETCH(QString, keyword);
         m_place->makeFile("report/other.txt");
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(keyword), QStringList());
         QCOMPARE(recorder.ends, 1);

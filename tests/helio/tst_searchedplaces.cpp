@@ -4,22 +4,10 @@
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
+using testsupport::list;
 using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
-
-namespace {
-
-QStringList list(const char *name)
-{
-    return {QString::fromUtf8(name)};
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
+using testsupport::text;
 
 /// Where the search for files by name looks, with the real plocate and updatedb.
 class SearchedPlacesTest : public QObject
@@ -27,14 +15,6 @@ class SearchedPlacesTest : public QObject
     Q_OBJECT
 
 private:
-    /// Makes the database of what is there now.
-    void refresh()
-    {
-        KFsSearch search;
-        search.RunEverythingDaemon();
-        QVERIFY(m_place->waitForDatabase());
-    }
-
     std::unique_ptr<SearchPlace> m_place;
 
 private slots:
@@ -49,7 +29,7 @@ private slots:
         SearchRecorder recorder;
         const QString directory = m_place->root() + text("/in");
         QCOMPARE(recorder.namesOf(text("report"), directory), list("report1"));
-        refresh();
+        QVERIFY(m_place->refresh());
         QCOMPARE(recorder.namesOf(text("report"), directory + text("/")), list("report1"));
         QCOMPARE(recorder.namesOf(text("report"), m_place->outside(text("missing"))),
                  QStringList());
@@ -95,7 +75,7 @@ private slots:
             m_place->makeFile(QByteArray(folder) + "/report");
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(text("report")).size(), 5);
-        refresh();
+        QVERIFY(m_place->refresh());
         QCOMPARE(recorder.namesOf(text("report")).size(), 5);
     }
 
@@ -108,7 +88,7 @@ private slots:
         const QStringList expected{text("report-link"), text("report1")};
         QCOMPARE(recorder.namesOf(text("report")), expected);
         QCOMPARE(recorder.folders, QStringList());
-        refresh();
+        QVERIFY(m_place->refresh());
         QCOMPARE(recorder.namesOf(text("report")), expected);
         QCOMPARE(recorder.folders, QStringList());
     }
@@ -116,7 +96,7 @@ private slots:
     void aLinkToTheRootLeadsToTheSameDatabase()
     {
         const QString path = m_place->makeFile("report");
-        refresh();
+        QVERIFY(m_place->refresh());
         const QString link = m_place->outside(text("link"));
         QVERIFY(QFile::link(m_place->root(), link));
         qputenv("HELIO_SEARCH_ROOTS", QFile::encodeName(link));
@@ -129,7 +109,7 @@ private slots:
     void theDatabasesThemselvesAreNotFound()
     {
         qputenv("XDG_CACHE_HOME", QFile::encodeName(m_place->root()) + "/cache");
-        refresh();
+        QVERIFY(m_place->refresh());
         const QString name = QFileInfo(m_place->databases().constFirst()).completeBaseName();
         SearchRecorder recorder;
         QCOMPARE(recorder.namesOf(name), QStringList());

@@ -7,22 +7,10 @@
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
+using testsupport::list;
 using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
-
-namespace {
-
-QStringList list(const char *name)
-{
-    return {QString::fromUtf8(name)};
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
+using testsupport::text;
 
 /// The order in which hits and the end of a search arrive, whatever their receiver does.
 class SearchHitsTest : public QObject
@@ -30,14 +18,6 @@ class SearchHitsTest : public QObject
     Q_OBJECT
 
 private:
-    /// Makes the database of what is there now.
-    void refresh()
-    {
-        KFsSearch search;
-        search.RunEverythingDaemon();
-        QVERIFY(m_place->waitForDatabase());
-    }
-
     std::unique_ptr<SearchPlace> m_place;
 
 private slots:
@@ -49,7 +29,7 @@ private slots:
         for (int number = 0; number < 500; ++number)
             m_place->makeFile("report" + QByteArray::number(number));
         m_place->makeFile("other");
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
                          [&recorder] {
@@ -69,7 +49,7 @@ private slots:
     {
         m_place->makeFile("report1");
         m_place->makeFile("other");
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         recorder.start(text("report1"));
         QCOMPARE(recorder.namesOf(text("other")), list("other"));
@@ -82,7 +62,7 @@ private slots:
         m_place->makeFile("report1");
         m_place->makeFile("report2");
         m_place->makeFile("other");
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
                          [&recorder](const QString &, const QString &keyword) {
@@ -99,7 +79,7 @@ private slots:
     {
         for (int number = 0; number < 20; ++number)
             m_place->makeFile("report" + QByteArray::number(number));
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         int endsInside = -1;
         QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search,
@@ -137,7 +117,7 @@ private slots:
     {
         for (int number = 0; number < 200; ++number)
             m_place->makeFile("report" + QByteArray::number(number));
-        refresh();
+        QVERIFY(m_place->refresh());
         SearchRecorder recorder;
         QObject::connect(&recorder.search, &KFsSearch::SigGetContentHasKey, &recorder.search, [] {
             QElapsedTimer busy;
