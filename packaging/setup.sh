@@ -59,7 +59,9 @@ build() {
 # with_virtual_display COMMAND...: runs COMMAND on an X server of its own.
 with_virtual_display() {
     local display server status=0
-    exec {display_pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp 2> /dev/null)
+    # Without -noreset the server starts anew, and drops who just connects, when its last client leaves.
+    exec {display_pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset \
+        2> /dev/null)
     server=$!
     if ! read -r -t 30 display <&"$display_pipe"; then
         say "The virtual display did not start."

@@ -67,7 +67,7 @@ describe('screenshots', () => {
     test('saves the screen of the display in the pictures folder', async () => {
         const withDisplay = await beside(root, `
 mkfifo /tmp/display
-Xvfb -displayfd 9 -screen 0 640x480x24 -nolisten tcp 9> /tmp/display &
+Xvfb -displayfd 9 -screen 0 640x480x24 -nolisten tcp -noreset 9> /tmp/display &
 read -t 20 number < /tmp/display
 export DISPLAY=:$number`);
         const end = await runCommand(withDisplay, 'screenshots');

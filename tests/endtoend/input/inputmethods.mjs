@@ -4,7 +4,7 @@ import { runCommand } from '../assistantctl.mjs';
 import { beside, besideLog } from '../beside.mjs';
 
 const DISPLAY_AND_BUS = `
-Xvfb :7 -nolisten tcp &
+Xvfb :7 -nolisten tcp -noreset &
 await test -S /tmp/.X11-unix/X7
 dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
 await test -S /tmp/bus

@@ -27,7 +27,10 @@ export class VirtualDisplay {
     }
 
     async #startServer() {
-        const words = ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp'];
+        // Without -noreset the server starts anew, and drops who just connects, when its last
+        // client leaves.
+        const words = ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp',
+            '-noreset'];
         this.#server = start('Xvfb', words, { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
         let number = '';
         this.#server.stdio[3].on('data', (chunk) => {

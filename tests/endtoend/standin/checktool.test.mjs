@@ -21,7 +21,7 @@ const OFFERED = fs.readFileSync(
 
 const SERVER = '/server/node';
 const SESSION = `
-Xvfb :7 -nolisten tcp &
+Xvfb :7 -nolisten tcp -noreset &
 await test -S /tmp/.X11-unix/X7
 dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
 await test -S /tmp/bus
