@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QJsonObject>
+#include <QPointer>
 #include <QUrl>
 
 #include "bridge/answer.h"
@@ -33,6 +34,8 @@ void KVyrAssistantToolAPI::comparefont(KxWebViewJSContext &context)
 
 void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
 {
+    // The page may be closed while the dialog is open.
+    const QPointer<KVyrAssistantToolAPI> alive(this);
     const QString filters =
         joinedFilters({filterEntry(tr("VYR/Word Files"), writerPatterns),
                        filterEntry(tr("TBL/Excel Files"), spreadsheetPatterns),
@@ -43,7 +46,8 @@ void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
         setResult(context, resultError);
         return;
     }
-    m_layoutProblemFile = path;
+    if (alive)
+        m_layoutProblemFile = path;
     setBase64Result(context, path);
 }
 
@@ -62,6 +66,8 @@ void KVyrAssistantToolAPI::openlaytouerrorfile(KxWebViewJSContext &context)
 
 void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
 {
+    // The page may be closed while the dialog is open.
+    const QPointer<KVyrAssistantToolAPI> alive(this);
     // These labels stay as they are in every language.
     const QString filters =
         joinedFilters({filterEntry(QStringLiteral("VYR/Word Files"), writerPatterns),
@@ -74,7 +80,8 @@ void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
         setResult(context, resultError);
         return;
     }
-    m_printProblemFile = path;
+    if (alive)
+        m_printProblemFile = path;
     showPdf(pdf);
     setBase64Result(context, path);
 }

@@ -2,8 +2,15 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QPointer>
 #include <QUrl>
 
+#include <memory>
+
+#include "bridge/ktoolmanager.h"
+#include "bridge/kvyrassistanttoolapi.h"
+#include "helio/headless/dialoganswers.h"
+#include "helio/headless/headlesspage.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/recordingshell.h"
@@ -186,6 +193,35 @@ private slots:
         RecordingShell shell;
         const QString file = document(QStringLiteral("a.pptx"));
         QCOMPARE(shell.call(QStringLiteral("openprinterrorfile"), {}, {file}), path(file));
+    }
+
+    void aPageMayBeClosedWhileItsDialogIsOpen_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("layout") << QStringLiteral("chooselayouterrorfile");
+        QTest::newRow("print") << QStringLiteral("openprinterrorfile");
+    }
+
+    void aPageMayBeClosedWhileItsDialogIsOpen()
+    {
+        QFETCH(const QString, command);
+        const testsupport::FakePrograms fakes;
+        fakes.add(QStringLiteral("xdg-open"), "exit 0");
+        PrivateHome::current().writeFile(QStringLiteral(".local/share/Orvane/tmp/a.pdf"), "%PDF");
+        RecordingShell shell;
+        auto page = std::make_unique<helio::HeadlessPage>(QStringLiteral("child"));
+        const QPointer<KVyrAssistantToolAPI> bridge =
+            OfficeAssiant::KToolManager::instance().childPageBridge();
+        QVERIFY(bridge);
+        auto &dialogs = helio::DialogAnswers::instance();
+        dialogs.setChoices({document(QStringLiteral("a.docx"))});
+        const QObject whileTheDialogIsOpen;
+        connect(&dialogs, &helio::DialogAnswers::answered, &whileTheDialogIsOpen,
+                [&page] { page.reset(); });
+        bridge->fromJSAsynCall(
+            QStringLiteral(R"({"command":"%1","callback":"back"})").arg(command));
+        QVERIFY(!bridge);
+        QVERIFY(shell.events(QStringLiteral("callback")).isEmpty());
     }
 };
 
