@@ -22,16 +22,19 @@ std::FILE *openPipe(const QString &command)
     return ::popen(command.toLocal8Bit().constData(), readMode);
 }
 
+/// To the end also where the host handles a signal meanwhile.
 QByteArray readToEnd(std::FILE *stream)
 {
     QByteArray output;
     std::array<char, 1024> buffer;
-    std::size_t count = 0;
-    do {
-        count = std::fread(buffer.data(), 1, buffer.size(), stream);
+    for (;;) {
+        const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), stream);
+        const bool isInterrupted = std::ferror(stream) && errno == EINTR;
         output.append(buffer.data(), static_cast<int>(count));
-    } while (count == buffer.size());
-    return output;
+        if (count < buffer.size() && !isInterrupted)
+            return output;
+        std::clearerr(stream);
+    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "info/runcommand.h"
 #include "tests/support/headlesstest.h"
@@ -25,6 +26,8 @@ bool hasChildren()
 }
 
 void ignoreChild(int, siginfo_t *, void *) {}
+
+void ignoreSignal(int) {}
 
 } // namespace
 
@@ -114,6 +117,23 @@ private slots:
             runCommand(QStringLiteral("head -c %1 /dev/zero | tr '\\0' x").arg(size));
         QCOMPARE(output.size(), size);
         QCOMPARE(output.count(QLatin1Char('x')), size);
+    }
+
+    void aSignalWhileACommandIsReadDoesNotCutItsOutputOff()
+    {
+        struct sigaction hosts = {};
+        struct sigaction before = {};
+        hosts.sa_handler = ignoreSignal; // without SA_RESTART
+        QCOMPARE(::sigaction(SIGUSR1, &hosts, &before), 0);
+        // Each signal is sent when all that was printed before it has been read.
+        const QString command =
+            QStringLiteral("for i in 1 2 3; do printf $i; sleep 0.1; kill -USR1 %1; done; echo 4")
+                .arg(::getpid());
+        const QString text = runCommand(command);
+        const auto bytes = readCommandOutput(command);
+        ::sigaction(SIGUSR1, &before, nullptr);
+        QCOMPARE(text, QStringLiteral("1234"));
+        QCOMPARE(bytes, std::optional<QByteArray>("1234\n"));
     }
 
     void nothingIsLeftBehind()
