@@ -1,3 +1,8 @@
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
 #include "servercheck/documentservertester.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/loopbackserver.h"
@@ -166,6 +171,25 @@ private slots:
         }
     }
 
+    void anAddressOfAPipeOrDeviceIsNotRead_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("pipe") << m_directory.filePath(QStringLiteral("pipe"));
+        QTest::newRow("endless device") << QStringLiteral("/dev/zero");
+        QTest::newRow("directory") << m_directory.path();
+        QTest::newRow("missing") << m_directory.filePath(QStringLiteral("missing"));
+    }
+
+    void anAddressOfAPipeOrDeviceIsNotRead()
+    {
+        QFETCH(QString, path);
+        ::mkfifo(QFile::encodeName(m_directory.filePath(QStringLiteral("pipe"))).constData(), 0600);
+        const QString url = QUrl::fromLocalFile(path).toString();
+        QCOMPARE(tryServer(url), QStringLiteral("0:"));
+        LoopbackServer server([&](const WireRequest &) { return redirect(url.toLatin1()); });
+        QCOMPARE(tryServer(server.url()), QStringLiteral("0:"));
+    }
+
     void aCircleOfRedirectsEndsAsAFailure()
     {
         LoopbackServer server(
@@ -241,6 +265,8 @@ private:
     {
         return LoopbackServer::response("200 OK", "done");
     }
+
+    QTemporaryDir m_directory;
 };
 
 HEADLESS_TEST_MAIN(DocumentServerTesterTest)
