@@ -34,6 +34,21 @@ QString fileList(const QStringList &files)
     return list;
 }
 
+/// As much of the beginning of @p text as one argument holds: with more of it there would be no
+/// archive at all.
+QString fittingArgument(QString text)
+{
+    constexpr int mostBytesOfOneCharacter = 4;
+    for (;;) {
+        const int excess = QFile::encodeName(text).size() - longestArgument;
+        if (excess <= 0)
+            return text;
+        text.chop((excess + mostBytesOfOneCharacter - 1) / mostBytesOfOneCharacter);
+        if (text.at(text.size() - 1).isHighSurrogate())
+            text.chop(1);
+    }
+}
+
 /// The dumps, and what a crash left beside them: their names need to match in part only. Of too
 /// many for one argument the first ones, since otherwise there would be no archive at all.
 QString dumpList()
@@ -72,7 +87,7 @@ QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritte
 {
     return {request.archivePath,
             request.type,
-            request.description,
+            fittingArgument(request.description),
             fileList(request.files),
             flagWord(isReportWritten),
             flagWord(request.withSuiteSettings),

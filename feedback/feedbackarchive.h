@@ -12,8 +12,8 @@ struct FeedbackRequest
 {
     QString archivePath; ///< as chosen; the archive's suffix is added to it
     QString type;
-    QString description;
-    QStringList files; ///< sample and attachments; empty ones are left out
+    QString description; ///< cut off where the script cannot be given all of it
+    QStringList files;   ///< sample and attachments; empty ones are left out
     bool withSystemReport = false;
     bool withSuiteSettings = false;
     bool withDumps = false;

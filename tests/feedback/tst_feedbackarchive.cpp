@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 
 #include "dump/dumpfiles.h"
 #include "tests/support/headlesstest.h"
@@ -111,6 +112,33 @@ private slots:
         QCOMPARE(archiveArguments(request, false).mid(6, 2),
                  (QStringList{QStringLiteral("true"), QString()}));
         QVERIFY(QDir().mkpath(dumpDirectory()));
+    }
+
+    void aDescriptionThatOneArgumentDoesNotHoldIsCutOffBetweenTwoCharacters_data()
+    {
+        QTest::addColumn<QString>("character");
+        QTest::newRow("one byte") << QStringLiteral("a");
+        QTest::newRow("three bytes") << QStringLiteral("\u5b57");
+        QTest::newRow("four bytes") << QString::fromUtf8("\xf0\x9f\x98\x80");
+    }
+
+    void aDescriptionThatOneArgumentDoesNotHoldIsCutOffBetweenTwoCharacters()
+    {
+        QFETCH(const QString, character);
+        FeedbackRequest request;
+        request.description = character.repeated(200000);
+        const QString description = archiveArguments(request, false).at(2);
+        QVERIFY(QFile::encodeName(description).size() < 128 * 1024);
+        QVERIFY(QFile::encodeName(description).size() > 128 * 1024 - 10);
+        QCOMPARE(description, character.repeated(description.size() / character.size()));
+        QCOMPARE(QProcess::execute(QStringLiteral("true"), {description}), 0);
+    }
+
+    void theLongestDescriptionThatOneArgumentHoldsStaysWhole()
+    {
+        FeedbackRequest request;
+        request.description = QString(128 * 1024 - 1, QLatin1Char('a'));
+        QCOMPARE(archiveArguments(request, false).at(2), request.description);
     }
 
     void moreDumpsThanOneArgumentHoldsAreCutOffBetweenTwo()
