@@ -1,7 +1,10 @@
 #include "envcheck/vyrenvcheckthread.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+
+#include <unistd.h>
 
 #include "tests/envcheck/recordingcheckpage.h"
 #include "tests/support/headlesstest.h"
@@ -17,6 +20,23 @@ using testsupport::SuiteProgram;
 namespace {
 
 const QString toolName = QStringLiteral("vyrEnvCheckTool");
+
+/// Whether a thread of this program sleeps; one that only has no processor does not.
+bool isAsleep(pid_t thread)
+{
+    const QByteArray status =
+        testsupport::readFile(QStringLiteral("/proc/self/task/%1/stat").arg(thread));
+    return status.mid(status.lastIndexOf(')') + 2).startsWith('S');
+}
+
+/// Returns when a thread waits for something: it sleeps whenever one looks.
+void waitUntilWaiting(pid_t thread)
+{
+    const QDeadlineTimer deadline(longestWaitMs);
+    for (int looks = 0; looks < 20 && !deadline.hasExpired();
+         looks = isAsleep(thread) ? looks + 1 : 0)
+        QThread::msleep(5);
+}
 
 } // namespace
 
@@ -220,8 +240,8 @@ private slots:
         VyrEnvCheckThread thread(page);
         thread.check(check("slow", "vyr"));
         QVERIFY(waitUntilHeld());
-        QScopedPointer<QThread> releaser(QThread::create([] {
-            QThread::msleep(200);
+        QScopedPointer<QThread> releaser(QThread::create([testThread = ::gettid()] {
+            waitUntilWaiting(testThread);
             release();
         }));
         releaser->start();
