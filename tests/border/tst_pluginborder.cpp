@@ -7,6 +7,7 @@
 
 #include "host/kheliopluginwidgetfactory.h"
 #include "host/kxwebviewasynjsobject.h"
+#include "tests/support/patience.h"
 #include "tests/support/privatehome.h"
 #include "tests/support/recordingbrowser.h"
 
@@ -164,7 +165,7 @@ private slots:
         QProcess program;
         program.start(QStringLiteral(SUITE_OFFICE_DIR "/assistantctl"),
                       {QStringLiteral("getcollectionpage")});
-        QVERIFY(program.waitForFinished(20000));
+        QVERIFY(program.waitForFinished(testsupport::longestWaitMs));
         QCOMPARE(program.exitCode(), 0);
         QVERIFY(!QFileInfo::exists(script));
         QVERIFY(QFileInfo::exists(below));

@@ -145,7 +145,7 @@ private slots:
             silent.close();
         });
         waiting.start(20);
-        QTimer::singleShot(10000, &silent, &QTcpServer::close);
+        QTimer::singleShot(testsupport::longestWaitMs, &silent, &QTcpServer::close);
         shell.call(serverTest, testOf(silent.url()));
         QVERIFY(areRefused);
         QTRY_COMPARE_WITH_TIMEOUT(answered(), innerTests, testsupport::longestWaitMs);
