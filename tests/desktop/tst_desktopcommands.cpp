@@ -4,37 +4,15 @@
 #include <QJsonArray>
 #include <QSettings>
 
-#include <sys/resource.h>
-
 #include "plugin/scriptstaging.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/nomoredescriptors.h"
 #include "tests/support/recordingshell.h"
 #include "tests/support/stagedscripts.h"
 
 using testsupport::PrivateHome;
 using testsupport::RecordingShell;
 using testsupport::StagedScripts;
-
-namespace {
-
-/// No further file can be opened for as long as this object lives.
-class NoFileLeft
-{
-public:
-    NoFileLeft()
-    {
-        getrlimit(RLIMIT_NOFILE, &m_previous);
-        rlimit none = m_previous;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoFileLeft() { setrlimit(RLIMIT_NOFILE, &m_previous); }
-
-private:
-    rlimit m_previous;
-};
-
-} // namespace
 
 /// The commands about shortcuts and associations. The real scripts have tests of their own.
 class DesktopCommandsTest : public QObject
@@ -218,7 +196,7 @@ private slots:
         RecordingShell shell;
         QJsonObject answer;
         {
-            const NoFileLeft limit;
+            const testsupport::NoMoreDescriptors limit;
             answer = shell.call(QStringLiteral("getassomime"));
         }
         QCOMPARE(answer, (QJsonObject{{QStringLiteral("result"), QStringLiteral("error")}}));
