@@ -1,9 +1,11 @@
 #include <QLocale>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTranslator>
 
 #include "tests/input/inputmachinetest.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/patience.h"
 #include "tests/support/recordingshell.h"
 
 namespace {
@@ -149,10 +151,20 @@ private slots:
             QCOMPARE(checker.findProcessByName(QLatin1String(name)), -1);
     }
 
-    void theRunningProgramFindsItself()
+    void aRealProcessIsFoundByTheNameOfItsExecutable()
     {
-        const QString ownName = QStringLiteral("tst_inputchecker");
-        QCOMPARE(InputChecker().findProcessByName(ownName), qint64(::getpid()));
+        // A name that no other process of the machine has.
+        const QString name = QStringLiteral("sleeper-%1").arg(::getpid());
+        const QString program = m_machine->filePath(name);
+        QVERIFY(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("sleep")), program));
+        QCOMPARE(InputChecker().findProcessByName(name), -1);
+        QProcess process;
+        process.start(program, {QStringLiteral("600")});
+        QVERIFY(process.waitForStarted(testsupport::longestWaitMs));
+        QCOMPARE(InputChecker().findProcessByName(name), process.processId());
+        process.kill();
+        QVERIFY(process.waitForFinished(testsupport::longestWaitMs));
+        QCOMPARE(InputChecker().findProcessByName(name), -1);
     }
 
     void everyCheckIsKeptWithItsTimeInTheDefaultLocale()
