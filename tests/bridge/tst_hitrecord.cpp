@@ -1,3 +1,5 @@
+#include <QSignalSpy>
+
 #include <thread>
 
 #include "bridge/ktoolmanager.h"
@@ -114,7 +116,11 @@ private slots:
     {
         testsupport::RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("startsearchfile")), QJsonObject());
-        QTest::qWait(50);
+        // One beside the pages' search tells how long a search takes.
+        KFsSearch other;
+        QSignalSpy ended(&other, &KFsSearch::searchFinished);
+        other.DoSearchFileName(QStringLiteral("nothing-has-this-name"), QString(), false);
+        QVERIFY(ended.wait(testsupport::longestWaitMs));
         QVERIFY(shell.events().isEmpty());
     }
 

@@ -1,8 +1,6 @@
-#include "bridge/ktoolmanager.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/recordingshell.h"
 
-using OfficeAssiant::KToolManager;
 using testsupport::RecordingShell;
 
 namespace {
@@ -28,7 +26,7 @@ QJsonObject keyword(const QString &text)
 
 } // namespace
 
-/// The commands and callbacks of the file search.
+/// Which search a command starts or stops, and which pages hear of it.
 class SearchCommandsTest : public QObject
 {
     Q_OBJECT
@@ -45,35 +43,6 @@ private slots:
         QVERIFY(!shell.waitFor(QStringLiteral("callback"), endCallback).isEmpty());
         QCOMPARE(callbacks(shell, hitCallback).size(), 0);
         QCOMPARE(callbacks(shell, endCallback).size(), 1);
-    }
-
-    void aHitIsOneMemberWithNameAndDirectoryInBase64()
-    {
-        RecordingShell shell;
-        emit KToolManager::instance().fsSearch.SigGetContentHasKey(
-            QStringLiteral("/home/u/a b.txt"), QStringLiteral("second"), true);
-        const QJsonObject hit{{QStringLiteral("YSBiLnR4dA=="), QStringLiteral("L2hvbWUvdQ==")}};
-        const QList<QJsonObject> hits = callbacks(shell, hitCallback);
-        QCOMPARE(hits.size(), 1);
-        QCOMPARE(hits.first().value(QLatin1String("result")).toObject(), hit);
-    }
-
-    void aHitWithoutPathIsNotPassedOn()
-    {
-        RecordingShell shell;
-        emit KToolManager::instance().fsSearch.SigGetContentHasKey(QString(), QString(), false);
-        QCOMPARE(callbacks(shell, hitCallback).size(), 0);
-    }
-
-    void aPathThatTheSafetyCheckRefusesIsNotOpenedAndGetsNoResult()
-    {
-        const QString script =
-            testsupport::PrivateHome::current().writeFile(QStringLiteral("run.sh"), "#!/bin/sh\n");
-        RecordingShell shell;
-        const QJsonObject envelope =
-            shell.call(QStringLiteral("opensearchfile"), {{QStringLiteral("file"), script}});
-        QVERIFY(envelope.isEmpty());
-        QCOMPARE(shell.events(QStringLiteral("opened")).size(), 0);
     }
 
     void aSearchStartedByOnePageReachesBothPages()
