@@ -71,13 +71,11 @@ void KToolManager::setChildPageBridge(KVyrAssistantToolAPI *bridge)
     m_childPageBridge = bridge;
 }
 
-bool KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use)
+void KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use)
 {
     const std::lock_guard lock(m_bridgeGuard);
-    if (!m_childPageBridge)
-        return false;
-    use(*m_childPageBridge);
-    return true;
+    if (m_childPageBridge)
+        use(*m_childPageBridge);
 }
 
 void KToolManager::forgetBridge(const KVyrAssistantToolAPI *bridge)

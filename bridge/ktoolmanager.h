@@ -37,9 +37,9 @@ public:
     KVyrAssistantToolAPI *childPageBridge() const;
     void setChildPageBridge(KVyrAssistantToolAPI *bridge);
 
-    /// Runs @p use with the child page's bridge, which stays until it returns. False when there
-    /// is no child page. May be called from any thread.
-    bool withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
+    /// Runs @p use with the child page's bridge, which stays until it returns; nothing happens when
+    /// there is no child page. May be called from any thread.
+    void withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
 
     /// To be called by a bridge that is being destroyed.
     void forgetBridge(const KVyrAssistantToolAPI *bridge);
