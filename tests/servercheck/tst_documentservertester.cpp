@@ -190,6 +190,13 @@ private slots:
         QCOMPARE(tryServer(server.url()), QStringLiteral("0:"));
     }
 
+    void anAddressOfAFileIsASuccessHoweverLargeTheFileIs()
+    {
+        QFile file(m_directory.filePath(QStringLiteral("file")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(qint64(1) << 40));
+        QCOMPARE(tryServer(QUrl::fromLocalFile(file.fileName()).toString()), succeeded);
+    }
+
     void aCircleOfRedirectsEndsAsAFailure()
     {
         LoopbackServer server(
