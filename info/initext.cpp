@@ -8,9 +8,9 @@ namespace OfficeAssiant {
 
 QString decodedIniText(const QVariant &value)
 {
-    const QString text = value.toString().section(QChar(QChar::Null), 0, 0);
+    QString text = value.toString().section(QChar(QChar::Null), 0, 0);
     const bool isRawBytes =
-        std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= 0xff; });
+        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xff; });
     if (!isRawBytes)
         return text;
     const QByteArray bytes = text.toLatin1();

@@ -38,7 +38,7 @@ QString ibusBusAddressFile(const QString &machineIdFile)
                          busDirectory + machineId(machineIdFile) + QLatin1Char('-') + displayHost +
                          QLatin1Char('-');
     if (qgetenv("XDG_SESSION_TYPE") == waylandSession) {
-        const QString candidate = base + QString::fromLocal8Bit(qgetenv("WAYLAND_DISPLAY"));
+        QString candidate = base + QString::fromLocal8Bit(qgetenv("WAYLAND_DISPLAY"));
         if (QFile::exists(candidate))
             return candidate;
     }

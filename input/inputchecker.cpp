@@ -53,7 +53,7 @@ InputChecker::~InputChecker() = default;
 QString InputChecker::check()
 {
     const QString time = QLocale().toString(QDateTime::currentDateTime(), historyTimeFormat);
-    const QString found = message(diagnose());
+    QString found = message(diagnose());
     m_checkHistory.append({time, found});
     return found;
 }

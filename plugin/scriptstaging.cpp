@@ -40,7 +40,7 @@ QString scriptStagingDirectory()
 
 QString stagedScript(const QString &name)
 {
-    const QString installed = QCoreApplication::applicationDirPath() + installedScripts + name;
+    QString installed = QCoreApplication::applicationDirPath() + installedScripts + name;
     if (QFileInfo::exists(installed))
         return installed;
     return stageResource(embeddedScript.arg(name), name, QString());

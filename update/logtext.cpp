@@ -9,7 +9,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-constexpr qint64 pieceSize = 64 * 1024;
+constexpr qint64 pieceSize = qint64(64) * 1024;
 
 /// Opening a pipe that nobody writes to would never end.
 bool isPipe(const QString &path)
