@@ -1,4 +1,7 @@
+#include <QAbstractEventDispatcher>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QThread>
 #include <QTimer>
 
 #include <memory>
@@ -11,6 +14,35 @@ using testsupport::list;
 using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
 using testsupport::text;
+
+namespace {
+
+/// Waits for something to be posted, without an event loop.
+bool waitForPostedEvent()
+{
+    const QDeadlineTimer deadline(testsupport::longestWaitMs);
+    while (!QAbstractEventDispatcher::instance()->hasPendingEvents() && !deadline.hasExpired())
+        QThread::msleep(1);
+    return !deadline.hasExpired();
+}
+
+/// Counts the timer events of the program for as long as it lives.
+class TimerEventCount : public QObject
+{
+public:
+    TimerEventCount() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Timer)
+            ++count;
+        return QObject::eventFilter(watched, event);
+    }
+
+    int count = 0;
+};
+
+} // namespace
 
 /// The order in which hits and the end of a search arrive, whatever their receiver does.
 class SearchHitsTest : public QObject
@@ -111,6 +143,21 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return hits > 0; }, testsupport::longestWaitMs));
         QCoreApplication::processEvents();
         QCOMPARE(hits, 1);
+    }
+
+    void aSearchThatIsStoppedBeforeItsFirstHitLeavesTheEventLoopAtRest()
+    {
+        SearchRecorder recorder;
+        QCoreApplication::sendPostedEvents();
+        recorder.start(text("report"));
+        // What the search has to say waits for the event loop, which has had no turn yet.
+        QVERIFY(waitForPostedEvent());
+        recorder.search.StopSearch();
+        const TimerEventCount timerEvents;
+        for (int turn = 0; turn < 20; ++turn)
+            QCoreApplication::processEvents();
+        QCOMPARE(recorder.ends, 0);
+        QCOMPARE(timerEvents.count, 0);
     }
 
     void theEventLoopGoesOnBetweenHits()

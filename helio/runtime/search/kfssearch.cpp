@@ -123,11 +123,14 @@ void KFsSearch::Private::deliver()
     // delete the search object.
     const QPointer<KFsSearch> alive(m_search);
     const std::shared_ptr<HitQueue> hits = m_hits;
+    // The search was stopped after it had asked for this.
+    if (!hits)
+        return;
     QElapsedTimer slice;
     slice.start();
     // Set at once, for an event loop inside a hit to go on with.
     m_nextSlice.start(0);
-    while (alive && hits && m_hits == hits) {
+    while (alive && m_hits == hits) {
         if (slice.hasExpired(longestSliceMs))
             return;
         if (m_nextHit < m_taken.size()) {
