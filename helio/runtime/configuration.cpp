@@ -20,8 +20,10 @@ QByteArray variableName(const QString &key)
 QHash<QString, QString> readIniFile()
 {
     QHash<QString, QString> values;
-    const QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
-                         QSettings::IniFormat);
+    QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
+                   QSettings::IniFormat);
+    // Directories may have names in any language; without a codec they are taken for Latin-1.
+    file.setIniCodec("UTF-8");
     const QStringList keys = file.allKeys();
     for (const QString &key : keys)
         values.insert(key, file.value(key).toStringList().join(QLatin1Char(',')));

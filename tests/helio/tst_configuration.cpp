@@ -27,7 +27,7 @@ private slots:
         QFile file(applicationDirectory() + QStringLiteral("/helio.ini"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("suiteHome=/from/file\nframeworks=\ncomponents=one, two,\"th,ree\"\n"
-                   "someLongName=file\n");
+                   "someLongName=file\nlocalName=/\xe6\x96\x87\xe6\xa1\xa3/\xc3\xa4\n");
     }
 
     void cleanupTestCase()
@@ -51,6 +51,12 @@ private slots:
         QCOMPARE(helio::setting(key, QStringLiteral("default")), QStringLiteral("environment"));
         QCOMPARE(helio::setting(QStringLiteral("other"), QStringLiteral("default")),
                  QStringLiteral("default"));
+    }
+
+    void theFileMayNameWhatIsNotInLatinLetters()
+    {
+        QCOMPARE(helio::setting(QStringLiteral("localName"), QString()),
+                 QStringLiteral("/\u6587\u6863/\u00e4"));
     }
 
     void anEmptyVariableOrKeyCountsAsUnset()
