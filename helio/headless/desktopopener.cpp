@@ -32,8 +32,10 @@ void DesktopOpener::open(const QUrl &url)
     QProcess viewer;
     viewer.setProgram(QStringLiteral("xdg-open"));
     viewer.setArguments({QString::fromUtf8(url.toEncoded())});
+    // Whoever reads this program's output would wait for the end of the viewer too.
     viewer.setStandardInputFile(QProcess::nullDevice());
     viewer.setStandardOutputFile(QProcess::nullDevice());
+    viewer.setStandardErrorFile(QProcess::nullDevice());
     if (!viewer.startDetached())
         qWarning("xdg-open cannot be started, so nothing was opened");
 }
