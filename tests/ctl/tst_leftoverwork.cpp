@@ -8,6 +8,7 @@
 #include "helio/ctl/leftoverwork.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/unprivileged.h"
 
 namespace {
 
@@ -106,7 +107,9 @@ private slots:
         const QString file = addScript(QStringLiteral("viewed.sh"));
         const RunningProcess viewer(QStringLiteral("tail"),
                                     {QStringLiteral("-f"), QStringLiteral("-n0"), file});
-        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path()));
+        // While it is being loaded it could be a script.
+        QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(m_directory->path()),
+                                 testsupport::longestWaitMs);
     }
 
     void aDirectoryWhoseNameOnlyStartsAlikeIsAnother()
@@ -115,13 +118,27 @@ private slots:
                                      {addScript(QStringLiteral("sleeper.sh"))});
         QTRY_VERIFY_WITH_TIMEOUT(ctl::isScriptRunningFrom(m_directory->path()),
                                  testsupport::longestWaitMs);
-        QVERIFY(!ctl::isScriptRunningFrom(m_directory->path().chopped(1)));
+        QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(m_directory->path().chopped(1)),
+                                 testsupport::longestWaitMs);
     }
 
     void nothingLeftMeansNoWait()
     {
         // What waits in vain uses its time up.
         QVERIFY(ctl::waitForLeftoverWork() > 0);
+    }
+
+    void whatAThreadReportedBeforeItEndedIsDelivered()
+    {
+        // A process of its own has no other thread left, unlike the test.
+        QVERIFY(testsupport::holdsUnprivileged([] {
+            bool isDelivered = false;
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [&isDelivered] { isDelivered = true; },
+                Qt::QueuedConnection);
+            ctl::waitForLeftoverWork();
+            return isDelivered;
+        }));
     }
 
     void aStagedScriptIsWaitedFor()
