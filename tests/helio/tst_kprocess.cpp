@@ -22,6 +22,12 @@ QString homePath(const char *name)
     return PrivateHome::current().path() + QLatin1Char('/') + QLatin1String(name);
 }
 
+bool waitForAwaitedProgram()
+{
+    return QTest::qWaitFor([] { return helio::awaitedProgramCount() == 1; },
+                           testsupport::longestWaitMs);
+}
+
 } // namespace
 
 /// Starting programs, detached or awaited.
@@ -117,11 +123,16 @@ private slots:
     {
         int code = -5;
         std::thread worker([&code] {
-            code = KProcess::Execute(QStringLiteral("sh"),
-                                     {QStringLiteral("-c"), QStringLiteral("sleep 0.2; exit 3")});
+            code = KProcess::Execute(
+                QStringLiteral("sh"),
+                {QStringLiteral("-c"),
+                 QStringLiteral("until [ -e \"$HOME/go\" ] || [ ! -d \"$HOME\" ]; "
+                                "do sleep 0.01; done; exit 3")});
         });
-        QTRY_COMPARE_WITH_TIMEOUT(helio::awaitedProgramCount(), 1, testsupport::longestWaitMs);
+        const bool wasCounted = waitForAwaitedProgram();
+        PrivateHome::current().writeFile(QStringLiteral("go"), {});
         worker.join();
+        QVERIFY(wasCounted);
         QCOMPARE(code, 3);
         QCOMPARE(helio::awaitedProgramCount(), 0);
     }
@@ -144,13 +155,15 @@ private slots:
     void awaitedProgramsAreEndedWithTheHost()
     {
         int code = 0;
-        std::thread worker(
-            [&code] { code = KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("30")}); });
-        QTRY_COMPARE_WITH_TIMEOUT(helio::awaitedProgramCount(), 1, testsupport::longestWaitMs);
+        std::thread worker([&code] {
+            code = KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("600")});
+        });
+        const bool wasCounted = waitForAwaitedProgram();
         helio::endAwaitedPrograms();
         worker.join();
+        QVERIFY(wasCounted);
         QCOMPARE(code, -1);
-        QCOMPARE(KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("30")}), -1);
+        QCOMPARE(KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("600")}), -1);
     }
 };
 
