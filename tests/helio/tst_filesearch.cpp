@@ -1,25 +1,18 @@
-#include <memory>
-
-#include "tests/helio/searchplace.h"
+#include "tests/helio/searchplacetest.h"
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
 using testsupport::list;
-using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
 /// The search for files by name and its database, with the real plocate and updatedb.
-class FileSearchTest : public QObject
+class FileSearchTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<SearchPlace> m_place;
-
 private slots:
-    void init() { m_place = std::make_unique<SearchPlace>(); }
-    void cleanup() { m_place.reset(); }
+    void init() { setUp(); }
 
     void aFileIsFoundBeforeThereIsADatabase()
     {

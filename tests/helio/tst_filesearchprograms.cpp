@@ -1,38 +1,21 @@
 #include <memory>
 
-#include "tests/helio/searchprograms.h"
+#include "tests/helio/searchprogramstest.h"
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
-using testsupport::readFile;
 using testsupport::SearchPrograms;
 using testsupport::SearchRecorder;
-
-namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
+using testsupport::text;
 
 /// How the search for files deals with plocate and updatedb, with stand-ins for both.
-class FileSearchProgramsTest : public QObject
+class FileSearchProgramsTest : public testsupport::SearchProgramsTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<SearchPrograms> m_search;
-
 private slots:
-    void init() { m_search = std::make_unique<SearchPrograms>(); }
-
-    void cleanup()
-    {
-        QVERIFY(!m_search->hasUnexpectedCalls());
-        m_search.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void theKeywordReachesPlocateAsALiteralPattern()
     {

@@ -4,14 +4,11 @@
 #include <QThread>
 #include <QTimer>
 
-#include <memory>
-
-#include "tests/helio/searchplace.h"
+#include "tests/helio/searchplacetest.h"
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 
 using testsupport::list;
-using testsupport::SearchPlace;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
@@ -45,16 +42,12 @@ public:
 } // namespace
 
 /// The order in which hits and the end of a search arrive, whatever their receiver does.
-class SearchHitsTest : public QObject
+class SearchHitsTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<SearchPlace> m_place;
-
 private slots:
-    void init() { m_place = std::make_unique<SearchPlace>(); }
-    void cleanup() { m_place.reset(); }
+    void init() { setUp(); }
 
     void stoppingReportsNothingMore()
     {

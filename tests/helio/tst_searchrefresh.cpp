@@ -1,6 +1,6 @@
 #include <memory>
 
-#include "tests/helio/searchprograms.h"
+#include "tests/helio/searchprogramstest.h"
 #include "tests/helio/searchrecorder.h"
 #include "tests/support/headlesstest.h"
 #include "tests/support/patience.h"
@@ -8,13 +8,9 @@
 using testsupport::readFile;
 using testsupport::SearchPrograms;
 using testsupport::SearchRecorder;
+using testsupport::text;
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 uint threadCount()
 {
@@ -24,21 +20,13 @@ uint threadCount()
 } // namespace
 
 /// How the database of the search for files is kept, with stand-ins for plocate and updatedb.
-class SearchRefreshTest : public QObject
+class SearchRefreshTest : public testsupport::SearchProgramsTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<SearchPrograms> m_search;
-
 private slots:
-    void init() { m_search = std::make_unique<SearchPrograms>(); }
-
-    void cleanup()
-    {
-        QVERIFY(!m_search->hasUnexpectedCalls());
-        m_search.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void updatedbLeavesOutNothingThatTheSystemsSettingsName()
     {
