@@ -2,7 +2,9 @@
 
 #include <QJsonDocument>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace ctl {
 
@@ -14,8 +16,12 @@ void EventPrinter::print(const QJsonObject &event) const
         QJsonDocument(event).toJson(m_pretty ? QJsonDocument::Indented : QJsonDocument::Compact);
     if (!m_pretty)
         line += '\n';
-    std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stdout);
-    std::fflush(stdout);
+    const auto size = static_cast<std::size_t>(line.size());
+    const bool isWritten =
+        std::fwrite(line.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
+    if (!isWritten && !m_hasComplained)
+        qWarning("events are lost, standard output cannot be written: %s", std::strerror(errno));
+    m_hasComplained = m_hasComplained || !isWritten;
 }
 
 void EventPrinter::printAnswer(const QJsonValue &id, const QString &page, const QString &command,

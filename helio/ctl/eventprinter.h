@@ -6,7 +6,7 @@
 
 namespace ctl {
 
-/// Writes events to standard output, each at once.
+/// Writes events to standard output, each at once. Where that fails, it is complained of once.
 class EventPrinter
 {
 public:
@@ -25,6 +25,7 @@ public:
 
 private:
     bool m_pretty;
+    mutable bool m_hasComplained = false;
 };
 
 } // namespace ctl
