@@ -2,6 +2,7 @@
 
 helio::HostEvents &helio::HostEvents::instance()
 {
-    static HostEvents events;
-    return events;
+    // Never destroyed: a thread that the process waits for at its end may still start a program.
+    static auto *events = new HostEvents;
+    return *events;
 }
