@@ -37,7 +37,7 @@ QString helio::setting(const QString &key, const QString &fallback)
     // Read at the first call, whatever that one asks for: a static object whose constructor asks
     // for one setting may ask for another in its destructor.
     static const QHash<QString, QString> iniFile = readIniFile();
-    const QString fromEnvironment = qEnvironmentVariable(variableName(key).constData());
+    QString fromEnvironment = qEnvironmentVariable(variableName(key).constData());
     if (!fromEnvironment.isEmpty())
         return fromEnvironment;
     const QString fromFile = iniFile.value(key);
