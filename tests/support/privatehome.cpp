@@ -16,7 +16,7 @@ void cleanEnvironment()
     for (const char *variable :
          {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "HELIO_RESOURCES",
           "HELIO_FRAMEWORKS", "HELIO_SUITE_HOME", "HELIO_UPDATE_CFG", "HELIO_COMPONENTS",
-          "QT_IM_MODULE", "XMODIFIERS", "LC_ALL", "LANGUAGE"})
+          "HELIO_SEARCH_ROOTS", "QT_IM_MODULE", "XMODIFIERS", "LC_ALL", "LANGUAGE"})
         qunsetenv(variable);
     qputenv("LANG", "C.UTF-8");
 }
