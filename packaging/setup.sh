@@ -65,6 +65,8 @@ with_virtual_display() {
     server=$!
     if ! read -r -t 30 display <&"$display_pipe"; then
         say "The virtual display did not start."
+        kill "$server" 2> /dev/null || true
+        exec {display_pipe}<&-
         return 1
     fi
     DISPLAY=:$display "$@" || status=$?
