@@ -99,7 +99,7 @@ QString readCommand(QStringList words, ctl::CommandLine *line)
         return QStringLiteral("which command? --commands lists them");
     line->command = words.takeFirst();
     for (const QString &word : qAsConst(words)) {
-        const QString fault = readArgument(word, &line->args);
+        QString fault = readArgument(word, &line->args);
         if (!fault.isEmpty())
             return fault;
     }
@@ -127,8 +127,9 @@ std::optional<ctl::CommandLine> ctl::parseCommandLine(const QStringList &argumen
     CommandLine line;
     if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
         line.mode = CommandLine::ShowText;
-        line.text = parser.isSet(helpOption) ? parser.helpText()
-                                       : QStringLiteral("assistantctl " ASSISTANT_VERSION "\n");
+        line.text = parser.isSet(helpOption)
+                        ? parser.helpText()
+                        : QStringLiteral("assistantctl " ASSISTANT_VERSION "\n");
         return line;
     }
     if (parser.isSet(sessionOption))

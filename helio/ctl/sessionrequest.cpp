@@ -60,7 +60,8 @@ ctl::SessionRequest readCommand(ctl::SessionRequest request, const QJsonObject &
         return faulty(request, QStringLiteral("\"args\" is not an object"));
     const QJsonArray paths = choices.toArray();
     if ((!choices.isUndefined() && !choices.isArray()) ||
-        !std::all_of(paths.begin(), paths.end(), [](QJsonValue path) { return path.isString(); }))
+        !std::all_of(paths.begin(), paths.end(),
+                     [](const QJsonValue &path) { return path.isString(); }))
         return faulty(request, QStringLiteral("\"choose\" is not an array of paths"));
     request.kind = ctl::SessionRequest::Command;
     request.args = args.toObject();

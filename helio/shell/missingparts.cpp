@@ -22,7 +22,7 @@ bool isProgram(const QString &path)
 
 QString shell::chromiumHelperPath()
 {
-    const QString named = QFile::decodeName(qgetenv("QTWEBENGINEPROCESS_PATH"));
+    QString named = QFile::decodeName(qgetenv("QTWEBENGINEPROCESS_PATH"));
     if (!named.isEmpty())
         return named;
     const QString installed = QLibraryInfo::location(QLibraryInfo::LibraryExecutablesPath);

@@ -35,7 +35,7 @@ private:
         const QString list = home.writeFile(QStringLiteral("other.qrc"),
                                             "<RCC><qresource prefix=\"/config\">"
                                             "<file>Override.xml</file></qresource></RCC>");
-        const QString collection = home.path() + QStringLiteral("/other.rcc");
+        QString collection = home.path() + QStringLiteral("/other.rcc");
         const QString compiler =
             QLibraryInfo::location(QLibraryInfo::BinariesPath) + QStringLiteral("/rcc");
         if (QProcess::execute(compiler, {QStringLiteral("--binary"), list, QStringLiteral("-o"),
