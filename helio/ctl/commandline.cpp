@@ -84,6 +84,8 @@ QString readOptions(const QCommandLineParser &parser, ctl::CommandLine *line)
     }
     line->choices = parser.values(chooseOption);
     line->untilCallback = parser.value(untilOption);
+    if (parser.isSet(untilOption) && line->untilCallback.isEmpty())
+        return QStringLiteral("--until needs the name of a callback");
     line->opensReally = parser.isSet(openOption);
     line->traces = parser.isSet(traceOption);
     line->pretty = parser.isSet(prettyOption);

@@ -122,6 +122,7 @@ private slots:
                                  "--wait -1 router",
                                  "--wait 99999999999 router",
                                  "--wait 1.5 router",
+                                 "--until= router",
                                  "--unknown router",
                                  "router word",
                                  "router =value",
