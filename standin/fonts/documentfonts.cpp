@@ -52,14 +52,18 @@ Tag rootTag(PackagePart &part)
     if (name.size() > binaryEnding.size() &&
         name.substr(name.size() - binaryEnding.size()) == binaryEnding)
         return Tag::SheetWorkbook;
+    // The root element stands at the beginning; no more than that has to be looked at.
+    constexpr std::size_t beginningBytes = 65536;
     RootElement root;
     XmlScanner scanner(root);
+    std::size_t seen = 0;
     part.read([&](const char *data, std::size_t size) {
-        // The root element stands at the beginning; no more than that has to be looked at.
-        scanner.feed(data, std::min<std::size_t>(size, 65536));
-        return false;
+        const std::size_t piece = std::min(size, beginningBytes - seen);
+        scanner.feed(data, piece);
+        seen += piece;
+        return !root.isFound() && seen < beginningBytes;
     });
-    return root.isFound() ? root.tag() : Tag::Unknown;
+    return root.tag();
 }
 
 void readPackage(const QString &path, FontUsage &usage)

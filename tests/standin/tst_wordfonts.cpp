@@ -1,3 +1,4 @@
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include "tests/support/documentfamilies.h"
@@ -203,6 +204,20 @@ private slots:
         const QString path = m_directory.filePath(QStringLiteral("strict.docx"));
         m_package.write(path);
         QCOMPARE(testsupport::documentFamilies(path), QStringList{QStringLiteral("Strict")});
+    }
+
+    void theBodyIsFoundWhereverItStandsInTheFile()
+    {
+        // The file is read in blocks of 64 KB, and one may end right behind the body's beginning.
+        QByteArray filler(65536, Qt::Uninitialized);
+        QRandomGenerator random(1);
+        random.fillRange(reinterpret_cast<quint32 *>(filler.data()), filler.size() / 4);
+        const testsupport::PackageBuilder empty = m_package;
+        for (int size = filler.size() - 800; size < filler.size(); size += 13) {
+            m_package = empty;
+            m_package.add(QStringLiteral("filler.bin"), filler.left(size));
+            QCOMPARE(familiesOf(run(allFonts, "x")), QStringList{QStringLiteral("Latin")});
+        }
     }
 
 private:
