@@ -73,8 +73,11 @@ std::string joined(const std::vector<std::string_view> &steps)
 
 std::string partName(std::string_view pathInPackage)
 {
+    if (pathInPackage.size() > limits::partNameBytes)
+        return {};
+    const std::string decoded = percentDecoded(pathInPackage);
     std::vector<std::string_view> steps;
-    if (pathInPackage.size() > limits::partNameBytes || !appendSteps(steps, pathInPackage))
+    if (!appendSteps(steps, decoded))
         return {};
     return joined(steps);
 }

@@ -5,9 +5,9 @@
 
 namespace standin {
 
-/// The name by which a package's part is looked up: no leading slash, ASCII letters in lower case.
-/// Empty for a name that is no part's (it climbs out of the package, is too long or has empty
-/// steps).
+/// The name by which a package's part is looked up: no leading slash, ASCII letters in lower case,
+/// what is percent-encoded decoded. Empty for a name that is no part's (it climbs out of the
+/// package or is too long).
 std::string partName(std::string_view pathInPackage);
 
 /// The part that a relationship's target means; @p source is the part that has the relationship,

@@ -206,6 +206,17 @@ private slots:
         QCOMPARE(testsupport::documentFamilies(path), QStringList{QStringLiteral("Strict")});
     }
 
+    void namesOfPartsMayBePercentEncoded()
+    {
+        m_package.relate(document, QStringLiteral("header"), QStringLiteral("my%20header.xml"));
+        m_package.addXml(QStringLiteral("word/my%20header.xml"),
+                         "<w:hdr>" + run("<w:rFonts w:ascii=\"Encoded\"/>", "x") + "</w:hdr>");
+        m_package.relate(document, QStringLiteral("footer"), QStringLiteral("my%20footer.xml"));
+        m_package.addXml(QStringLiteral("word/my footer.xml"),
+                         "<w:ftr>" + run("<w:rFonts w:ascii=\"Plain\"/>", "x") + "</w:ftr>");
+        QCOMPARE(familiesOf({}), (QStringList{QStringLiteral("Encoded"), QStringLiteral("Plain")}));
+    }
+
     void theBodyIsFoundWhereverItStandsInTheFile()
     {
         // The file is read in blocks of 64 KB, and one may end right behind the body's beginning.
