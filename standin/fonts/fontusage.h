@@ -33,7 +33,7 @@ struct UsedFamily
 {
     /// As the document writes it; several names separated by ";" are tried in turn.
     QString name;
-    /// Another name of the same font that the document gives; may be empty.
+    /// Other names of the same font that the document gives, separated by "," or ";"; may be empty.
     QString alternative;
 };
 

@@ -12,8 +12,11 @@ namespace {
 QStringList candidates(const UsedFamily &family)
 {
     QStringList names;
+    // A comma separates alternatives only; a family's own name may have one.
+    const QString alternatives =
+        QString(family.alternative).replace(QLatin1Char(','), QLatin1Char(';'));
     const QStringList written =
-        (family.name + QLatin1Char(';') + family.alternative).split(QLatin1Char(';'));
+        (family.name + QLatin1Char(';') + alternatives).split(QLatin1Char(';'));
     for (const QString &name : written) {
         const QString trimmed = name.trimmed();
         if (!trimmed.isEmpty())

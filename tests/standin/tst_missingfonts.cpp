@@ -84,6 +84,11 @@ private slots:
                                       matchOnSmallMachine)
                      .missing,
                  QStringList());
+        QCOMPARE(
+            standin::reportFonts({{QStringLiteral("Nowhere"), QStringLiteral("Neither,, Present")}},
+                                 matchOnSmallMachine)
+                .missing,
+            QStringList());
     }
 
     void fontconfigIsAskedAsARendererDoes_data()
