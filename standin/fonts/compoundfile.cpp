@@ -26,7 +26,8 @@ constexpr unsigned rootEntry = 5;
 
 } // namespace
 
-CompoundFile::CompoundFile(QIODevice &file) : m_file(file)
+CompoundFile::CompoundFile(QIODevice &file)
+    : m_file(file), m_fileSize(static_cast<std::uint64_t>(std::max<qint64>(0, file.size())))
 {
     readHeader();
 }
@@ -73,6 +74,8 @@ void CompoundFile::readFatSectors(std::uint32_t firstExtension, std::uint32_t ex
     const std::size_t entries = m_sectorSize / 4 - 1;
     std::uint32_t sector = firstExtension;
     for (std::uint32_t n = 0; n < extensions && sector < lastSector; ++n) {
+        if (n >= m_fileSize / m_sectorSize)
+            damaged();
         const std::string content = readSector(sector);
         for (std::size_t entry = 0; entry < entries; ++entry) {
             const std::uint32_t fatSector = littleEndian32(content, 4 * entry);
@@ -87,28 +90,53 @@ void CompoundFile::readFatSectors(std::uint32_t firstExtension, std::uint32_t ex
 
 void CompoundFile::readDirectory(std::uint32_t start)
 {
-    std::size_t entries = 0;
+    std::vector<Entry> entries;
     for (std::uint32_t sector = start; sector < lastSector; sector = nextSector(sector)) {
         const std::string content = readSector(sector);
         for (std::size_t at = 0; at < content.size(); at += directoryEntryBytes) {
-            if (++entries > limits::compoundDirectoryEntries)
+            if (entries.size() >= limits::compoundDirectoryEntries)
                 throw DocumentError("the document's file structure has too many entries");
-            addDirectoryEntry(content.substr(at, directoryEntryBytes));
+            entries.push_back(
+                directoryEntry(std::string_view(content).substr(at, directoryEntryBytes)));
         }
     }
+    if (entries.empty() || entries.front().type != rootEntry)
+        damaged();
+    m_miniStream = entries.front().stream;
+    addStreams(entries);
 }
 
-void CompoundFile::addDirectoryEntry(const std::string &entry)
+CompoundFile::Entry CompoundFile::directoryEntry(std::string_view content) const
 {
-    const unsigned type = byteAt(entry, 66);
-    Stream stream = {littleEndian32(entry, 116), littleEndian32(entry, 120)};
+    Entry entry;
+    entry.name = utf8FromUtf16(content, 0, 32);
+    entry.type = byteAt(content, 66);
+    entry.left = littleEndian32(content, 68);
+    entry.right = littleEndian32(content, 72);
+    entry.child = littleEndian32(content, 76);
+    entry.stream = {littleEndian32(content, 116), littleEndian32(content, 120)};
     if (m_sectorSize > 512)
-        stream.size |= std::uint64_t(littleEndian32(entry, 124)) << 32;
-    // The first of a name is the document's own; embedded documents come behind it.
-    if (type == rootEntry)
-        m_miniStream = stream;
-    else if (type == streamEntry)
-        m_streams.emplace(utf8FromUtf16(entry, 0, 32), stream);
+        entry.stream.size |= std::uint64_t(littleEndian32(content, 124)) << 32;
+    return entry;
+}
+
+/// Takes the streams of the root storage. The tree may lead back into itself.
+void CompoundFile::addStreams(const std::vector<Entry> &entries)
+{
+    std::vector<bool> isSeen(entries.size());
+    std::vector<std::uint32_t> ahead = {entries.front().child};
+    while (!ahead.empty()) {
+        const std::uint32_t number = ahead.back();
+        ahead.pop_back();
+        if (number >= entries.size() || isSeen[number])
+            continue;
+        isSeen[number] = true;
+        const Entry &entry = entries[number];
+        if (entry.type == streamEntry)
+            m_streams.emplace(entry.name, entry.stream);
+        ahead.push_back(entry.left);
+        ahead.push_back(entry.right);
+    }
 }
 
 std::string CompoundFile::readAt(std::uint64_t offset, std::size_t size)
@@ -153,6 +181,9 @@ std::uint32_t CompoundFile::nextMiniSector(std::uint32_t sector)
 std::uint32_t CompoundFile::sectorOf(const Stream &stream, bool isMini, std::uint64_t index,
                                      Position &position)
 {
+    // A chain that is longer than the file leads back into itself.
+    if (index >= m_fileSize / (isMini ? m_miniSectorSize : m_sectorSize))
+        damaged();
     if (!position.isValid || position.start != stream.start || position.isMini != isMini ||
         position.index > index)
         position = {stream.start, 0, stream.start, isMini, true};

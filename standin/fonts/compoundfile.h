@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class QIODevice;
@@ -10,7 +11,8 @@ class QIODevice;
 namespace standin {
 
 /// The file system inside a file in which the older document formats keep their streams (OLE2).
-/// Reads what it needs of the file; of a stream never more than was asked for.
+/// Reads what it needs of the file; of a stream never more than was asked for. Documents embedded
+/// in the document have storages of their own, whose streams are not looked at.
 class CompoundFile
 {
 public:
@@ -34,6 +36,17 @@ private:
         std::uint64_t size = 0;
     };
 
+    /// An entry of the directory. Those of a storage are a tree, whose top the storage names.
+    struct Entry
+    {
+        std::string name;
+        unsigned type = 0;
+        std::uint32_t left = 0;
+        std::uint32_t right = 0;
+        std::uint32_t child = 0;
+        Stream stream;
+    };
+
     /// Where the reading of a chain of sectors stands: readers go forwards nearly always.
     struct Position
     {
@@ -47,7 +60,8 @@ private:
     void readHeader();
     void readFatSectors(std::uint32_t firstExtension, std::uint32_t extensions);
     void readDirectory(std::uint32_t start);
-    void addDirectoryEntry(const std::string &entry);
+    Entry directoryEntry(std::string_view content) const;
+    void addStreams(const std::vector<Entry> &entries);
     std::string readAt(std::uint64_t offset, std::size_t size);
     std::string readSector(std::uint32_t sector);
     std::uint32_t nextSector(std::uint32_t sector);
@@ -58,6 +72,7 @@ private:
                           std::size_t size);
 
     QIODevice &m_file;
+    std::uint64_t m_fileSize;
     std::uint64_t m_sectorSize = 512;
     std::uint64_t m_miniSectorSize = 64;
     std::uint64_t m_miniStreamLimit = 4096;

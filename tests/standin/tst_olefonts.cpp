@@ -82,6 +82,40 @@ private slots:
                  QStringList{QStringLiteral("Far")});
     }
 
+    void embeddedDocumentsDoNotCount()
+    {
+        // A workbook that holds a text document; its storage comes first.
+        testsupport::CompoundStreams streams;
+        for (const auto &[name, content] : textDocument(0))
+            streams.push_back({QStringLiteral("Embedded/") + name, content});
+        const QByteArray font = QByteArray(14, '\0') + number(4, 1) + number(0, 1) + "Cell";
+        const QByteArray book = record(0x809, number(0x600, 2)) + record(0x31, font);
+        streams.push_back({QStringLiteral("Workbook"), book});
+        QCOMPARE(familiesOf(streams), QStringList{QStringLiteral("Cell")});
+        // Nothing but the embedded one.
+        streams.pop_back();
+        QCOMPARE(familiesOf(streams), refusal("the document is of a format that cannot be read"));
+    }
+
+    void chainsLongerThanTheFileAreRefused()
+    {
+        const QStringList damaged = refusal("the document's file structure is damaged");
+        // The list of the tables' sectors leads to itself, and names none.
+        QByteArray lists = testsupport::compoundFile(textDocument(0)).left(512) +
+                           QByteArray(508, '\xFF') + number(0, 4);
+        lists.replace(68, 8, number(0, 4) + number(0xFFFFFFFF, 4));
+        lists.replace(76, 436, QByteArray(436, '\xFF'));
+        QCOMPARE(familiesOfFile(lists), damaged);
+        // The only sector of the small streams stands two thousand million bytes into theirs.
+        QByteArray small = testsupport::compoundFile({{QStringLiteral("WordDocument"), "x"}});
+        const int entry = small.indexOf(utf16(QStringLiteral("WordDocument")));
+        small.replace(entry + 116, 4, number(0x02000000, 4));
+        const int root = small.indexOf(utf16(QStringLiteral("Root Entry")));
+        const int chain = 512 + 4 * int(qFromLittleEndian<quint32>(small.constData() + root + 116));
+        small.replace(chain, 4, number(quint32(chain - 512) / 4, 4));
+        QCOMPARE(familiesOfFile(small), damaged);
+    }
+
     void otherDocumentsAreRefusedClearly()
     {
         QCOMPARE(familiesOf({{QStringLiteral("EncryptedPackage"), "x"}}),

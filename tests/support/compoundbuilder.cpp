@@ -9,6 +9,10 @@ namespace {
 constexpr quint32 endOfChain = 0xFFFFFFFE;
 constexpr quint32 fatMark = 0xFFFFFFFD;
 constexpr quint32 freeSector = 0xFFFFFFFF;
+constexpr quint32 noEntry = 0xFFFFFFFF;
+constexpr char storageEntry = 1;
+constexpr char streamEntry = 2;
+constexpr char rootEntry = 5;
 constexpr int sectorSize = 512;
 constexpr int miniSectorSize = 64;
 constexpr int miniStreamLimit = 4096;
@@ -53,17 +57,64 @@ struct Sectors
     }
 };
 
-QByteArray directoryEntry(const QString &name, char type, quint32 start, quint32 size)
+/// An entry of the directory. Those of one storage are a chain, which the storage begins.
+struct Entry
 {
-    QByteArray entry;
-    for (const QChar c : name)
-        entry += number(c.unicode(), 2);
-    const auto nameBytes = quint32(entry.size() + 2);
-    entry.append(QByteArray(64 - entry.size(), '\0'));
-    entry += number(nameBytes, 2) + type + QByteArray(49, '\0') + number(start) + number(size) +
-             number(0);
-    return entry;
-}
+    QString name;
+    char type;
+    quint32 start = 0;
+    quint32 size = 0;
+    quint32 next = noEntry;
+    quint32 child = noEntry;
+
+    QByteArray bytes() const
+    {
+        QByteArray entry;
+        for (const QChar c : name)
+            entry += number(c.unicode(), 2);
+        const auto nameBytes = quint32(entry.size() + 2);
+        entry.append(QByteArray(64 - entry.size(), '\0'));
+        entry += number(nameBytes, 2) + type + '\1' + number(noEntry) + number(next) +
+                 number(child) + QByteArray(36, '\0') + number(start) + number(size) + number(0);
+        return entry;
+    }
+};
+
+class Directory
+{
+public:
+    quint32 add(quint32 storage, Entry entry)
+    {
+        const auto added = quint32(m_entries.size());
+        entry.next = m_entries[storage].child;
+        m_entries[storage].child = added;
+        m_entries.push_back(entry);
+        return added;
+    }
+
+    /// The number of the storage, which is made when it is not there.
+    quint32 storage(const QString &name)
+    {
+        for (std::size_t n = 0; n < m_entries.size(); ++n) {
+            if (m_entries[n].type == storageEntry && m_entries[n].name == name)
+                return quint32(n);
+        }
+        return add(0, {name, storageEntry});
+    }
+
+    QByteArray bytes(quint32 miniStream, quint32 miniStreamSize)
+    {
+        m_entries.front().start = miniStream;
+        m_entries.front().size = miniStreamSize;
+        QByteArray result;
+        for (const Entry &entry : m_entries)
+            result += entry.bytes();
+        return result;
+    }
+
+private:
+    std::vector<Entry> m_entries = {{QStringLiteral("Root Entry"), rootEntry}};
+};
 
 } // namespace
 
@@ -77,18 +128,19 @@ QByteArray compoundFile(const CompoundStreams &streams)
     std::fill(sectors.next.begin(), sectors.next.end(), fatMark);
 
     Sectors small = {miniSectorSize, {}, {}};
-    QByteArray entries;
+    Directory entries;
     for (const auto &[name, content] : streams) {
         const bool isSmall = content.size() < miniStreamLimit;
         const quint32 start = (isSmall ? small : sectors).append(content);
-        entries += directoryEntry(name, 2, start, quint32(content.size()));
+        const int slash = name.indexOf(QLatin1Char('/'));
+        entries.add(slash < 0 ? 0 : entries.storage(name.left(slash)),
+                    {name.mid(slash + 1), streamEntry, start, quint32(content.size())});
     }
     const quint32 miniStream = sectors.append(small.content);
     const QByteArray miniTable = small.table();
     const quint32 miniFat = sectors.append(miniTable);
-    const quint32 directory = sectors.append(
-        directoryEntry(QStringLiteral("Root Entry"), 5, miniStream, quint32(small.content.size())) +
-        entries);
+    const quint32 directory =
+        sectors.append(entries.bytes(miniStream, quint32(small.content.size())));
 
     const QByteArray fat = sectors.table();
     if (fat.size() > fatSectors * sectorSize)
