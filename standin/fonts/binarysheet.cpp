@@ -5,6 +5,7 @@
 #include "standin/fonts/archivepackage.h"
 #include "standin/fonts/binaryrecords.h"
 #include "standin/fonts/bytes.h"
+#include "standin/fonts/pageheading.h"
 #include "standin/fonts/sharedstrings.h"
 #include "standin/fonts/sheetstyles.h"
 
@@ -28,6 +29,7 @@ constexpr std::uint32_t sharedText = 19;
 constexpr std::uint32_t font = 43;
 constexpr std::uint32_t format = 47;
 constexpr std::uint32_t cellRichText = 62;
+constexpr std::uint32_t pageHeadings = fileType(479);
 constexpr std::uint32_t beginCellFormats = fileType(617);
 constexpr std::uint32_t endCellFormats = fileType(618);
 constexpr std::uint32_t commentText = fileType(637);
@@ -55,6 +57,8 @@ public:
             use(cellFormat(content));
         else if (type == commentText && takeRichText(content))
             use(0);
+        else if (type == pageHeadings)
+            takePageHeadings(content);
     }
 
 private:
@@ -98,6 +102,31 @@ private:
         for (std::size_t at = runsAt + 4, n = 0; n < runs && at + 4 <= content.size(); at += 4, ++n)
             m_target.usedFontNumbers.insert(littleEndian16(content, at + 2));
         return usesCellFont;
+    }
+
+    /// Header and footer of odd, even and first pages.
+    void takePageHeadings(std::string_view content)
+    {
+        constexpr int count = 6;
+        constexpr std::uint32_t none = 0xFFFFFFFF;
+        std::size_t at = 2;
+        for (int n = 0; n < count; ++n) {
+            const std::uint32_t size = littleEndian32(content, at);
+            at += 4;
+            if (size == none)
+                continue;
+            takePageHeading(utf8FromUtf16(content, at, size));
+            at += std::size_t(size) * 2;
+        }
+    }
+
+    void takePageHeading(const std::string &heading)
+    {
+        const HeadingFonts fonts = headingFonts(heading);
+        for (const std::string &family : fonts.families)
+            m_target.usage.use(m_target.usage.family(family));
+        if (fonts.usesWorkbookFont)
+            use(0);
     }
 
     void use(std::size_t cellFormatNumber)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "standin/fonts/pageheading.h"
 #include "standin/fonts/sharedstrings.h"
 #include "standin/fonts/sheetstyles.h"
 #include "standin/fonts/xmlelement.h"
@@ -102,22 +103,12 @@ void SheetCells::endCell()
         useFormat(m_format);
 }
 
-/// A heading names fonts as &"Family,Style"; "-" is the workbook's own font.
 void SheetCells::endPageHeading()
 {
-    constexpr std::string_view start = "&\"";
-    std::string_view rest = m_value;
-    bool named = false;
-    for (std::size_t at = rest.find(start); at != rest.npos; at = rest.find(start)) {
-        rest.remove_prefix(at + start.size());
-        const std::string_view font = rest.substr(0, rest.find('"'));
-        const std::string_view family = font.substr(0, font.find(','));
-        if (family == "-")
-            continue;
+    const HeadingFonts fonts = headingFonts(m_value);
+    for (const std::string &family : fonts.families)
         m_usage.use(m_usage.family(family));
-        named = true;
-    }
-    if (!named && !m_value.empty())
+    if (fonts.usesWorkbookFont)
         useFormat(0);
 }
 
