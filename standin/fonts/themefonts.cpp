@@ -49,6 +49,8 @@ Family ThemeFonts::resolved(Family family, std::string_view language) const
 Family ThemeFonts::collectionFont(bool major, Family member) const
 {
     const Collection &collection = major ? m_major : m_minor;
+    if (member == noFamily)
+        return collection.latin;
     if (member == collection.eastAsian || member == collection.complex)
         return member;
     for (const auto &[script, family] : collection.byScript) {

@@ -37,6 +37,12 @@ private slots:
         QCOMPARE(familiesOf("<s:c s=\"4\"><s:v>1</s:v></s:c>"), QStringList{QStringLiteral("汉")});
     }
 
+    void aSchemeWithoutANameIsTheThemesFont()
+    {
+        QCOMPARE(familiesOf("<s:c s=\"5\"><s:v>1</s:v></s:c>"),
+                 QStringList{QStringLiteral("Body")});
+    }
+
     void headingsOfThePrintedPageNameFonts_data()
     {
         QTest::addColumn<QByteArray>("heading");
