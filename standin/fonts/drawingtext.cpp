@@ -49,11 +49,9 @@ bool DrawingText::startElement(const XmlElement &element)
 void DrawingText::startInParagraph(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::DrawingParagraphProperties: {
-        const int level = element.number(Vocabulary::None, "lvl", 0);
-        m_paragraph.level = static_cast<std::size_t>(std::clamp(level, 0, 8));
+    case Tag::DrawingParagraphProperties:
+        beginParagraphProperties(element);
         break;
-    }
     case Tag::DrawingRun:
     case Tag::DrawingField:
         m_run = Run();
@@ -78,6 +76,15 @@ void DrawingText::startInParagraph(const XmlElement &element)
             m_paragraph.own.readBullet(element, m_usage);
         break;
     }
+}
+
+void DrawingText::beginParagraphProperties(const XmlElement &element)
+{
+    // A field has some of its own, which do not count.
+    if (m_inRun)
+        return;
+    const int level = element.number(Vocabulary::None, "lvl", 0);
+    m_paragraph.level = static_cast<std::size_t>(std::clamp(level, 0, 8));
 }
 
 void DrawingText::beginRunProperties(const XmlElement &element)

@@ -46,6 +46,7 @@ private:
     };
 
     void startInParagraph(const XmlElement &element);
+    void beginParagraphProperties(const XmlElement &element);
     void beginRunProperties(const XmlElement &element);
     void endRun();
     void endParagraph();

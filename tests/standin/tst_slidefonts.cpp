@@ -43,6 +43,15 @@ private slots:
         QCOMPARE(familiesOf(shapeOfLevelTwo), QStringList{QStringLiteral("Second")});
     }
 
+    void theParagraphOfAFieldStaysInItsLevel()
+    {
+        QCOMPARE(familiesOf("<p:sp><p:txBody><a:lstStyle><a:lvl2pPr><a:defRPr><a:latin"
+                            " typeface=\"Second\"/></a:defRPr></a:lvl2pPr></a:lstStyle><a:p><a:pPr"
+                            " lvl=\"1\"/><a:fld><a:rPr/><a:pPr/><a:t>1</a:t></a:fld></a:p>"
+                            "</p:txBody></p:sp>"),
+                 QStringList{QStringLiteral("Second")});
+    }
+
     void bulletsCountWhereTheyAreShown()
     {
         const auto bulleted = [](const QByteArray &bullet) {
