@@ -48,6 +48,11 @@ void TextLevel::readBullet(const XmlElement &element, FontUsage &usage)
     switch (element.tag()) {
     case Tag::DrawingBulletFont:
         bulletFont = usage.family(element.attribute(Vocabulary::None, "typeface"));
+        bulletFollowsText = false;
+        break;
+    case Tag::DrawingBulletFontOfText:
+        bulletFont = noFamily;
+        bulletFollowsText = true;
         break;
     case Tag::DrawingBulletCharacter:
     case Tag::DrawingBulletAutomatic:
@@ -65,7 +70,10 @@ void TextLevel::readBullet(const XmlElement &element, FontUsage &usage)
 void TextLevel::inherit(const TextLevel &below)
 {
     fonts.inherit(below.fonts);
-    fill(bulletFont, below.bulletFont);
+    if (bulletFont == noFamily && !bulletFollowsText) {
+        bulletFont = below.bulletFont;
+        bulletFollowsText = below.bulletFollowsText;
+    }
     if (bullet == Bullet::Unset)
         bullet = below.bullet;
 }

@@ -34,10 +34,12 @@ struct TextLevel
 
     TextFonts fonts;
     Family bulletFont = noFamily;
+    /// The bullet is in the font of the text, whatever font the levels below give it.
+    bool bulletFollowsText = false;
     Bullet bullet = Bullet::Unset;
 
-    /// Takes over a:buFont, a:buChar, a:buAutoNum, a:buBlip or a:buNone; other elements are
-    /// ignored.
+    /// Takes over a:buFont, a:buFontTx, a:buChar, a:buAutoNum, a:buBlip or a:buNone; other elements
+    /// are ignored.
     void readBullet(const XmlElement &element, FontUsage &usage);
 
     void inherit(const TextLevel &below);

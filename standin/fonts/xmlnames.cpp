@@ -62,6 +62,7 @@ const Tags &wordTags()
 }
 
 const Tags &drawingTags()
+        {"buFontTx", Tag::DrawingBulletFontOfText},
 {
     static const Tags tags = {
         {"buAutoNum", Tag::DrawingBulletAutomatic},

@@ -71,6 +71,7 @@ enum class Tag : std::uint8_t {
     WordText,
     WordThemeFontLanguage,
 
+    DrawingBulletFontOfText,
     MathRun,
     MathText,
 

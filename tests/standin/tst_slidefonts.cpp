@@ -63,6 +63,17 @@ private slots:
         QCOMPARE(familiesOf(bulleted("<a:buNone/>")), QStringList{QStringLiteral("Body")});
     }
 
+    void bulletsInTheFontOfTheTextHaveNoneOfTheirOwn()
+    {
+        const auto bulleted = [](const QByteArray &bulletFont) {
+            return "<p:sp><p:nvPr><p:ph idx=\"3\"/></p:nvPr><p:txBody><a:p><a:pPr>" + bulletFont +
+                   "<a:buChar char=\"-\"/></a:pPr><a:r><a:t>x</a:t></a:r></a:p></p:txBody></p:sp>";
+        };
+        QCOMPARE(familiesOf(bulleted({})),
+                 (QStringList{QStringLiteral("Bullets"), QStringLiteral("OfLayout")}));
+        QCOMPARE(familiesOf(bulleted("<a:buFontTx/>")), QStringList{QStringLiteral("OfLayout")});
+    }
+
     void theLanguageChoosesTheThemesEastAsianFont()
     {
         QCOMPARE(familiesOf("<p:sp><p:txBody><a:p><a:r><a:rPr lang=\"zh-CN\"/><a:t>文</a:t></a:r>"
