@@ -53,7 +53,7 @@ void FontUsage::setEmbedded(Family family)
 
 void FontUsage::setAlternative(Family family, const std::string &name)
 {
-    if (family != noFamily && name.size() <= limits::familyNameBytes)
+    if (family != noFamily && !name.empty() && name.size() <= limits::familyNameBytes)
         m_families[static_cast<std::size_t>(family)].alternative = name;
 }
 

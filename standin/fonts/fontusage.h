@@ -57,6 +57,7 @@ public:
     /// The document carries the font itself, so it cannot be missing.
     void setEmbedded(Family family);
 
+    /// Keeps another name of the family; an empty one takes none away.
     void setAlternative(Family family, const std::string &name);
 
     /// The families in use without the embedded ones, in the order of their first mention.

@@ -86,6 +86,9 @@ private slots:
         const std::vector<standin::UsedFamily> families = standin::documentFonts(path);
         QCOMPARE(families.size(), std::size_t(1));
         QCOMPARE(families.front().alternative, QStringLiteral("Other"));
+        // A second entry of the family has none, which takes nothing away.
+        write("{\\rtf1\\deff0{\\fonttbl{\\f0 Zero{\\*\\falt Other};}{\\f1 Zero;}}x}");
+        QCOMPARE(standin::documentFonts(path).front().alternative, QStringLiteral("Other"));
     }
 
     void malformedDocumentsAreRefused_data()
