@@ -18,6 +18,22 @@ constexpr std::pair<int, const char *> encodings[] = {
     {178, "windows-1256"}, {186, "windows-1257"}, {204, "windows-1251"}, {222, "windows-874"},
     {238, "windows-1250"}};
 
+/// Older writers list a font once more for each character set, with an ending to its name.
+constexpr std::pair<int, const char *> variantEndings[] = {
+    {0, " Western"},    {161, " Greek"},  {162, " Tur"}, {163, " (Vietnamese)"}, {177, " (Hebrew)"},
+    {178, " (Arabic)"}, {186, " Baltic"}, {204, " Cyr"}, {222, " (Thai)"},       {238, " CE"}};
+
+/// The name of the font itself where @p name is that of its variant for the character set.
+QString withoutVariant(const QString &name, int characterSet)
+{
+    for (const auto &[number, text] : variantEndings) {
+        const QLatin1String ending(text);
+        if (number == characterSet && name.endsWith(ending, Qt::CaseInsensitive))
+            return name.chopped(ending.size());
+    }
+    return name;
+}
+
 QTextCodec *codecFor(int characterSet)
 {
     for (const auto &[number, name] : encodings) {
@@ -64,7 +80,7 @@ QString RtfFontTable::takeText(std::string &bytes, QString &characters) const
 
 void RtfFontTable::endFont()
 {
-    const QString name = takeText(m_nameBytes, m_name);
+    const QString name = withoutVariant(takeText(m_nameBytes, m_name).trimmed(), m_characterSet);
     const QString alternative = takeText(m_alternativeBytes, m_alternative);
     if (m_number >= 0) {
         if (m_fonts.size() >= limits::families)

@@ -91,6 +91,29 @@ private slots:
         QCOMPARE(standin::documentFonts(path).front().alternative, QStringLiteral("Other"));
     }
 
+    void variantsForACharacterSetAreTheFontItself_data()
+    {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::addColumn<QString>("family");
+        const QString one = QStringLiteral("One");
+        QTest::newRow("Eastern European") << QByteArray("\\fcharset238 One CE") << one;
+        QTest::newRow("Cyrillic") << QByteArray("\\fcharset204 One CYR") << one;
+        QTest::newRow("Hebrew") << QByteArray("\\fcharset177 One (Hebrew)") << one;
+        QTest::newRow("Latin of an East Asian font")
+            << QByteArray("\\fcharset0 One Western") << one;
+        QTest::newRow("another character set")
+            << QByteArray("\\fcharset0 One CE") << QStringLiteral("One CE");
+        QTest::newRow("nothing else") << QByteArray("\\fcharset238 CE") << QStringLiteral("CE");
+    }
+
+    void variantsForACharacterSetAreTheFontItself()
+    {
+        QFETCH(QByteArray, entry);
+        QFETCH(QString, family);
+        QCOMPARE(familiesOf("{\\rtf1\\deff0{\\fonttbl{\\f0" + entry + ";}}x}"),
+                 QStringList{family});
+    }
+
     void malformedDocumentsAreRefused_data()
     {
         QTest::addColumn<QByteArray>("document");
