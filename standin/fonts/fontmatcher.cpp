@@ -1,5 +1,7 @@
 #include "standin/fonts/fontmatcher.h"
 
+#include <stdexcept>
+
 #include <QByteArray>
 #include <QStringList>
 
@@ -52,13 +54,15 @@ FontMatcher::FontMatcher()
               FcConfigDestroy(config);
       })
 {
+    if (!m_config)
+        throw std::runtime_error("the fonts of the machine cannot be looked up");
     m_generalFamiliesDiffer = !(find(QString(), serif) == find(QString(), sans));
 }
 
 FontMatcher::Font FontMatcher::find(const QString &family, const char *general) const
 {
     const PatternPointer pattern(FcPatternCreate());
-    if (!m_config || !pattern)
+    if (!pattern)
         return {};
     if (!family.isEmpty())
         FcPatternAddString(pattern.get(), FC_FAMILY, fontconfigString(family.toUtf8()));

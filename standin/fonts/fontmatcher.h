@@ -26,6 +26,7 @@ public:
     };
 
     /// Loads the fonts and the configuration of the user.
+    /// @throws std::runtime_error when there is no configuration to be had
     FontMatcher();
 
     /// A family that is there, or that has a substitute, is found whichever general family stands
