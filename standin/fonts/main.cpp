@@ -3,7 +3,6 @@
 #include <new>
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include "standin/fonts/documentfonts.h"
 #include "standin/fonts/missingfonts.h"

@@ -1,6 +1,5 @@
 #include "standin/fonts/oledocument.h"
 
-#include "standin/fonts/bytes.h"
 #include "standin/fonts/compoundfile.h"
 #include "standin/fonts/documenterror.h"
 #include "standin/fonts/fontusage.h"

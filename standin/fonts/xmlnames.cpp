@@ -17,7 +17,6 @@ const Tags &wordTags()
         {"altName", Tag::WordAlternativeName},
         {"annotationRef", Tag::WordAnnotationReference},
         {"basedOn", Tag::WordBasedOn},
-        {"tc", Tag::WordCell},
         {"cs", Tag::WordComplex},
         {"delText", Tag::WordDeletedText},
         {"rPrDefault", Tag::WordDocumentDefaults},
@@ -36,21 +35,17 @@ const Tags &wordTags()
         {"num", Tag::WordNumber},
         {"numFmt", Tag::WordNumberFormat},
         {"numId", Tag::WordNumberingId},
-        {"numPr", Tag::WordNumberingProperties},
         {"pgNum", Tag::WordPageNumber},
         {"p", Tag::WordParagraph},
         {"pPr", Tag::WordParagraphProperties},
         {"pPrChange", Tag::WordParagraphPropertiesChange},
         {"pStyle", Tag::WordParagraphStyle},
         {"rtl", Tag::WordRightToLeft},
-        {"tr", Tag::WordRow},
         {"r", Tag::WordRun},
         {"rFonts", Tag::WordRunFonts},
-        {"rPr", Tag::WordRunProperties},
         {"rPrChange", Tag::WordRunPropertiesChange},
         {"rStyle", Tag::WordRunStyle},
         {"style", Tag::WordStyle},
-        {"styles", Tag::WordStyleTable},
         {"sym", Tag::WordSymbol},
         {"tbl", Tag::WordTable},
         {"tblStyle", Tag::WordTableStyle},
@@ -62,12 +57,12 @@ const Tags &wordTags()
 }
 
 const Tags &drawingTags()
-        {"buFontTx", Tag::DrawingBulletFontOfText},
 {
     static const Tags tags = {
         {"buAutoNum", Tag::DrawingBulletAutomatic},
         {"buChar", Tag::DrawingBulletCharacter},
         {"buFont", Tag::DrawingBulletFont},
+        {"buFontTx", Tag::DrawingBulletFontOfText},
         {"buNone", Tag::DrawingBulletNone},
         {"buBlip", Tag::DrawingBulletPicture},
         {"cs", Tag::DrawingComplex},
@@ -178,7 +173,6 @@ const Tags &tagsOf(Vocabulary vocabulary)
         return compatibility;
     case Vocabulary::None:
     case Vocabulary::Other:
-    case Vocabulary::References:
         break;
     }
     return noTags();
@@ -201,9 +195,6 @@ Vocabulary vocabularyOf(std::string_view namespaceUri)
         {"http://purl.oclc.org/ooxml/drawingml/chart", Vocabulary::Chart},
         {"http://schemas.openxmlformats.org/officeDocument/2006/math", Vocabulary::Math},
         {"http://purl.oclc.org/ooxml/officeDocument/math", Vocabulary::Math},
-        {"http://schemas.openxmlformats.org/officeDocument/2006/relationships",
-         Vocabulary::References},
-        {"http://purl.oclc.org/ooxml/officeDocument/relationships", Vocabulary::References},
         {"http://schemas.openxmlformats.org/package/2006/relationships",
          Vocabulary::PackageRelationships},
         {"http://schemas.openxmlformats.org/markup-compatibility/2006", Vocabulary::Compatibility},
