@@ -31,7 +31,7 @@ FontMatcher::Match bestMatch(const QStringList &names, const MatchFamily &match)
     for (const QString &name : names) {
         const QStringList aliases = familyAliases(name);
         for (const QString &alias : aliases) {
-            const FontMatcher::Match found = match(alias);
+            FontMatcher::Match found = match(alias);
             if (found.presence == FontMatcher::Presence::Present)
                 return found;
             if (found.presence < best.presence)

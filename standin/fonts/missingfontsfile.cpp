@@ -11,7 +11,7 @@ namespace standin {
 
 QString suiteHome()
 {
-    const QString fromEnvironment = qEnvironmentVariable("HELIO_SUITE_HOME");
+    QString fromEnvironment = qEnvironmentVariable("HELIO_SUITE_HOME");
     if (!fromEnvironment.isEmpty())
         return fromEnvironment;
     const QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),

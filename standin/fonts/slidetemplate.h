@@ -26,7 +26,7 @@ struct PlaceholderKey
 class SlideTemplate : public XmlHandler
 {
 public:
-    explicit SlideTemplate(FontUsage &usage) : m_usage(usage), m_levelsReader(usage) {}
+    explicit SlideTemplate(FontUsage &usage) : m_levelsReader(usage) {}
 
     /// For a layout: the placeholder of that index, or else of that type. Null when there is none.
     const TextLevels *byIndex(const PlaceholderKey &key) const;
@@ -47,7 +47,6 @@ private:
         TextLevels levels;
     };
 
-    FontUsage &m_usage;
     TextLevelsReader m_levelsReader;
     std::vector<Placeholder> m_placeholders;
     TextLevels m_title;
