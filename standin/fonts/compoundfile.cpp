@@ -92,6 +92,8 @@ void CompoundFile::readDirectory(std::uint32_t start)
 {
     std::vector<Entry> entries;
     for (std::uint32_t sector = start; sector < lastSector; sector = nextSector(sector)) {
+        if (entries.size() >= m_fileSize / directoryEntryBytes)
+            damaged();
         const std::string content = readSector(sector);
         for (std::size_t at = 0; at < content.size(); at += directoryEntryBytes) {
             if (entries.size() >= limits::compoundDirectoryEntries)
