@@ -14,6 +14,11 @@ struct PatternDestroyer
 };
 using Pattern = std::unique_ptr<FcPattern, PatternDestroyer>;
 
+struct CacheUnloader
+{
+    void operator()(FcCache *cache) const { FcDirCacheUnload(cache); }
+};
+
 struct FontSetDestroyer
 {
     void operator()(FcFontSet *set) const { FcFontSetDestroy(set); }
@@ -81,17 +86,19 @@ QStringList FontConfiguration::cacheDirectories() const
 QStringList FontConfiguration::directoriesWithoutCache() const
 {
     QStringList stale;
-    const QStringList all = directories();
-    for (const QString &directory : all) {
+    QStringList waiting = directories();
+    while (!waiting.isEmpty()) {
+        const QString directory = waiting.takeFirst();
         if (!QFileInfo(directory).isDir())
             continue;
-        FcCache *cache =
+        const std::unique_ptr<FcCache, CacheUnloader> cache(
             FcDirCacheLoad(reinterpret_cast<const FcChar8 *>(directory.toUtf8().constData()),
-                           m_config.get(), nullptr);
-        if (cache)
-            FcDirCacheUnload(cache);
-        else
+                           m_config.get(), nullptr));
+        if (!cache)
             stale.append(directory);
+        // A change below leaves the list of the directory above as it was.
+        for (int n = 0; cache && n < FcCacheNumSubdir(cache.get()); ++n)
+            waiting.append(toText(FcCacheSubdir(cache.get(), n)));
     }
     return stale;
 }

@@ -19,13 +19,14 @@ public:
     /// Whether there are settings that could be read.
     bool isValid() const { return m_config != nullptr; }
 
-    /// Directories in which fonts are looked for, with those below them.
+    /// Directories in which fonts are looked for; after loadFonts() with those below them.
     QStringList directories() const;
 
     /// Directories for lists of what fonts are where, in the order in which they are tried.
     QStringList cacheDirectories() const;
 
-    /// Directories whose list is out of date or missing, and so made again by each program.
+    /// Directories whose list is out of date or missing, and so made again by each program; of
+    /// those below such a directory nothing is known.
     QStringList directoriesWithoutCache() const;
 
     /// Reads the fonts, and writes the lists that are out of date where that is possible.

@@ -1,5 +1,7 @@
 #include <QDir>
 
+#include <utime.h>
+
 #include "tests/support/checkedmachine.h"
 #include "tests/support/headlesstest.h"
 
@@ -46,6 +48,20 @@ private slots:
             hasLine(checked.check("fonts"), {QStringLiteral("✔ The font cache is up to date")}));
     }
 
+    void aDirectoryBelowWhoseCacheIsOutOfDateIsTold()
+    {
+        const CheckedMachine checked;
+        useFonts(checked, {QStringLiteral("below/DejaVuSans.ttf")});
+        checked.check("fonts");
+        QVERIFY(
+            hasLine(checked.check("fonts"), {QStringLiteral("✔ The font cache is up to date")}));
+        const QString below = checked.path(QStringLiteral("fonts/below"));
+        const utimbuf longAgo = {1000000000, 1000000000};
+        QCOMPARE(utime(QFile::encodeName(below).constData(), &longAgo), 0);
+        QVERIFY(hasLine(checked.check("fonts"),
+                        {QStringLiteral("⚠ The font cache was out of date"), below}));
+    }
+
     void aCacheThatCannotBeWrittenIsAProblem()
     {
         const CheckedMachine checked;
@@ -71,10 +87,14 @@ private:
     /// From now on the machine has these fonts of the package fonts-dejavu-core alone.
     static void useFonts(const CheckedMachine &checked, const QStringList &names)
     {
-        checked.makeDirectory(QStringLiteral("fonts"));
-        for (const QString &name : names)
-            QVERIFY(QFile::copy(QStringLiteral("/usr/share/fonts/truetype/dejavu/") + name,
-                                checked.path(QStringLiteral("fonts/") + name)));
+        const QString fonts = QStringLiteral("fonts/");
+        checked.makeDirectory(fonts);
+        for (const QString &name : names) {
+            checked.makeDirectory(QFileInfo(fonts + name).path());
+            QVERIFY(QFile::copy(QStringLiteral("/usr/share/fonts/truetype/dejavu/") +
+                                    QFileInfo(name).fileName(),
+                                checked.path(fonts + name)));
+        }
         const QByteArray directory = QFile::encodeName(checked.path({}));
         const QString file =
             checked.write(QStringLiteral("fonts.conf"), "<fontconfig><dir>" + directory +
