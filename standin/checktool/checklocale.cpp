@@ -61,7 +61,9 @@ bool isUtf8(const Locale &locale)
 QString withUtf8(const QString &name)
 {
     const QString place = name.section(QLatin1Char('.'), 0, 0).section(QLatin1Char('@'), 0, 0);
-    return place + QStringLiteral(".UTF-8");
+    // Another name of "C" that has no form with UTF-8.
+    const bool isPlain = place == QLatin1String("POSIX");
+    return (isPlain ? withoutLanguage : place) + QStringLiteral(".UTF-8");
 }
 
 void reportInvalid(const QString &variable, const QString &value, Findings &findings)
@@ -114,10 +116,7 @@ void checkCharacters(const Machine &machine, Findings &findings)
                       "other scripts cannot be opened.")
                 .arg(encodingOf(locale), setting.variable, setting.value),
             Words::tr("Set %1 to a setting with UTF-8, such as %2, and log in again.")
-                .arg(setting.variable,
-                     setting.value == withoutLanguage || setting.value == QLatin1String("POSIX")
-                         ? QStringLiteral("C.UTF-8")
-                         : withUtf8(setting.value)));
+                .arg(setting.variable, withUtf8(setting.value)));
 }
 
 void checkVariables(const Machine &machine, Findings &findings)

@@ -243,6 +243,24 @@ private slots:
         QVERIFY(hasLine(lines, {QStringLiteral("⚠ LC_ALL is set")}));
     }
 
+    void thePlainLanguageHasAUtf8OneInItsPlace_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("C") << QStringLiteral("C");
+        QTest::newRow("POSIX") << QStringLiteral("POSIX");
+    }
+
+    void thePlainLanguageHasAUtf8OneInItsPlace()
+    {
+        QFETCH(QString, name);
+        CheckedMachine checked;
+        QVERIFY(hasLine(problems(checked.check("locale", name)),
+                        {QStringLiteral("Use C.UTF-8 instead.")}));
+        checked.set("LANG", name);
+        QVERIFY(hasLine(problems(checked.check("locale")),
+                        {QStringLiteral("such as C.UTF-8, and log in")}));
+    }
+
     void noLanguageAtAllIsAProblem()
     {
         QVERIFY(hasLine(problems(CheckedMachine().check("locale")),
