@@ -87,17 +87,15 @@ void checkModuleLibraries(const Machine &machine, const QString &path, Findings 
 {
     LibraryClosure closure(LibrarySearch::of(machine));
     const ElfFile module = closure.add(path);
-    QStringList missing = closure.missing().keys() + closure.foreign().keys();
-    for (const QString &broken : closure.broken().keys())
-        missing.append(broken);
+    const QStringList unusable = closure.unusable();
     if (module.state != ElfFile::State::Good)
         findings.problem(Words::tr("The input-method module %1 is damaged.").arg(path),
                          Words::tr("Install its package again."));
-    else if (!missing.isEmpty())
+    else if (!unusable.isEmpty())
         findings.problem(
             Words::tr("The input-method module %1 cannot be loaded, because these libraries are "
-                      "missing: %2.")
-                .arg(path, missing.join(QStringLiteral(", "))),
+                      "missing, damaged or too old: %2.")
+                .arg(path, unusable.join(QStringLiteral(", "))),
             Words::tr("Install the packages that have them."));
     else
         findings.fine(Words::tr("The input-method module %1 can be loaded.").arg(path));

@@ -60,15 +60,16 @@ void checkLoading(const LibrarySearch &search, const QFileInfo &plugin, Findings
 {
     LibraryClosure closure(search);
     const ElfFile file = closure.add(plugin.filePath());
-    const QStringList missing = closure.missing().keys() + closure.foreign().keys();
+    const QStringList unusable = closure.unusable();
     if (file.state != ElfFile::State::Good)
         findings.problem(
             Words::tr("The plug-in %1 is damaged or cannot be read.").arg(plugin.filePath()),
             Words::tr("Install what it belongs to again."));
-    else if (!missing.isEmpty())
+    else if (!unusable.isEmpty())
         findings.problem(
-            Words::tr("The plug-in %1 cannot be loaded, because these libraries are missing: %2.")
-                .arg(plugin.filePath(), missing.join(QStringLiteral(", "))),
+            Words::tr("The plug-in %1 cannot be loaded, because these libraries are missing, "
+                      "damaged or too old: %2.")
+                .arg(plugin.filePath(), unusable.join(QStringLiteral(", "))),
             Words::tr("Install the packages that have them."));
     else
         findings.fine(Words::tr("The plug-in %1 can be loaded.").arg(plugin.filePath()));
@@ -113,7 +114,7 @@ void reportSuite(const Machine &machine, const QStringList &found, Findings &fin
             findings.fine(Words::tr("Browsers find the suite's plug-in %1.").arg(plugin));
         else
             findings.problem(Words::tr("No browser finds the suite's plug-in %1.").arg(plugin),
-                             Words::tr("Link it with: ln -s %1 %2.")
+                             Words::tr("Link it with: mkdir -p %2 && ln -s %1 %2.")
                                  .arg(shellWord(plugin), shellWord(userDirectory(machine))));
     }
 }

@@ -67,6 +67,15 @@ ElfFile LibraryClosure::add(const QString &path)
     return content;
 }
 
+QStringList LibraryClosure::unusable() const
+{
+    QStringList libraries = m_missing.keys() + m_foreign.keys() + m_broken.keys();
+    for (const MissingVersion &missing : m_missingVersions)
+        libraries.append(missing.library);
+    libraries.removeDuplicates();
+    return libraries;
+}
+
 void LibraryClosure::load(const QString &path, const ElfFile &file,
                           const QStringList &inheritedSearch)
 {

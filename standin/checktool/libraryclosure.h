@@ -37,6 +37,10 @@ public:
     };
     const QList<MissingVersion> &missingVersions() const { return m_missingVersions; }
 
+    /// What keeps the files from being loaded: names of libraries that are missing or foreign, and
+    /// paths of those that are broken or lack a version.
+    QStringList unusable() const;
+
     /// The paths of all files that were added or found.
     QStringList paths() const { return m_files.keys(); }
 
