@@ -28,6 +28,32 @@ extern "C" void endWithGroup(int signal)
     std::raise(signal);
 }
 
+sigset_t endingSignals()
+{
+    sigset_t ending;
+    ::sigemptyset(&ending);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGALRM})
+        ::sigaddset(&ending, signal);
+    return ending;
+}
+
+/// Has whatever would end this process wait.
+class EndHold
+{
+public:
+    EndHold()
+    {
+        const sigset_t ending = endingSignals();
+        ::pthread_sigmask(SIG_BLOCK, &ending, &m_earlier);
+    }
+    ~EndHold() { ::pthread_sigmask(SIG_SETMASK, &m_earlier, nullptr); }
+
+private:
+    Q_DISABLE_COPY_MOVE(EndHold)
+
+    sigset_t m_earlier;
+};
+
 class GroupProcess : public QProcess
 {
 protected:
@@ -39,12 +65,28 @@ protected:
         ::setrlimit(RLIMIT_CORE, &none);
         for (const int signal : {SIGTERM, SIGINT, SIGHUP})
             std::signal(signal, SIG_DFL);
+        const sigset_t ending = endingSignals();
+        ::pthread_sigmask(SIG_UNBLOCK, &ending, nullptr);
     }
 };
 
 void keep(const QByteArray &piece, QByteArray *kept)
 {
     kept->append(piece.left(mostOutput - kept->size()));
+}
+
+/// Whether the program runs, in a group that ends with this process from the beginning.
+bool startGroup(GroupProcess *process, const QString &program, const QStringList &arguments,
+                int timeoutMs)
+{
+    const EndHold untilGroupIsKnown;
+    process->start(program, arguments);
+    if (!process->waitForStarted(timeoutMs))
+        return false;
+    runningGroup = static_cast<std::sig_atomic_t>(process->processId());
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        std::signal(signal, endWithGroup);
+    return true;
 }
 
 void read(QProcess *process, ProgramEnd *end)
@@ -63,19 +105,14 @@ ProgramEnd runBounded(const QString &program, const QStringList &arguments,
     process.setProcessEnvironment(environment);
     process.setStandardInputFile(QProcess::nullDevice());
     const QDeadlineTimer deadline(timeoutMs);
-    process.start(program, arguments);
-    if (!process.waitForStarted(timeoutMs))
+    if (!startGroup(&process, program, arguments, timeoutMs))
         return end;
-    const pid_t group = static_cast<pid_t>(process.processId());
-    runningGroup = group;
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        std::signal(signal, endWithGroup);
     while (!deadline.hasExpired() && !process.waitForFinished(readingPieceMs) &&
            process.state() != QProcess::NotRunning)
         read(&process, &end);
     const bool isLate = process.state() != QProcess::NotRunning;
     // What the program has left behind in its group would never end, either.
-    ::kill(-group, SIGKILL);
+    endRunningProgram();
     process.waitForFinished(endingMs);
     runningGroup = 0;
     read(&process, &end);
