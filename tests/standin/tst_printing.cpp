@@ -3,7 +3,9 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 
+#include <csignal>
 #include <stdexcept>
 
 #include <sys/stat.h>
@@ -11,6 +13,8 @@
 
 #include "tests/support/checkedmachine.h"
 #include "tests/support/headlesstest.h"
+#include "tests/support/lifeline.h"
+#include "tests/support/patience.h"
 
 using testsupport::CheckedMachine;
 
@@ -105,16 +109,41 @@ private slots:
 
     void aConverterThatHangsIsEndedWithAllThatItStarted()
     {
-        const Printer printer("sleep 600 & echo $! > \"$OUT\"; wait");
+        const Printer printer("sleep 600 & wait");
         const QString document = printer.document(QStringLiteral("a.docx"));
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document, 3000),
+        testsupport::Lifeline lifeline;
+        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document, 1000),
                                  std::runtime_error);
         QCOMPARE(printer.left(), QStringList());
-        const QByteArray child = testsupport::readFile(printer.path("out")).trimmed();
-        QVERIFY(QTest::qWaitFor([&] {
-            QFile state(QStringLiteral("/proc/%1/stat").arg(child.toInt()));
-            return !state.open(QIODevice::ReadOnly) || state.readAll().contains(") Z ");
-        }));
+        QVERIFY(lifeline.areAllGone());
+    }
+
+    void aPrintThatIsEndedWithItsSessionTakesTheConverterAlong_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGINT") << SIGINT;
+        QTest::newRow("SIGHUP") << SIGHUP;
+    }
+
+    void aPrintThatIsEndedWithItsSessionTakesTheConverterAlong()
+    {
+        QFETCH(int, signal);
+        testsupport::Lifeline lifeline;
+        const Printer printer("sleep 600 & echo started > /proc/self/fd/" +
+                              QByteArray::number(lifeline.descriptor()) + "; wait");
+        QProcess tool;
+        QProcessEnvironment environment = printer.machine().environment;
+        environment.insert(QStringLiteral("HELIO_SUITE_HOME"), printer.machine().suiteHome);
+        tool.setProcessEnvironment(environment);
+        tool.start(QStringLiteral(SUITE_OFFICE_DIR "/vyrEnvCheckTool"),
+                   {QStringLiteral("print"), QStringLiteral("vyr"),
+                    printer.document(QStringLiteral("a.docx"))});
+        QVERIFY(lifeline.hasSign());
+        QCOMPARE(::kill(static_cast<pid_t>(tool.processId()), signal), 0);
+        QVERIFY(tool.waitForFinished(testsupport::longestWaitMs));
+        QCOMPARE(tool.exitStatus(), QProcess::CrashExit);
+        QVERIFY(lifeline.areAllGone());
     }
 
     void withoutAnOfficeSuiteThatIsSaid()
