@@ -2,10 +2,10 @@
 
 import { chmodSync, existsSync, mkdirSync, rmSync, writeFileSync } from 'node:fs';
 import { randomFillSync } from 'node:crypto';
-import { setTimeout as pause } from 'node:timers/promises';
 import { enduranceFigures } from './endurance.mjs';
 import { listingFigures } from './listings.mjs';
 import { compare, figure } from './measure.mjs';
+import { waitUntil } from './waiting.mjs';
 import { scripts, Workplace } from './workplace.mjs';
 
 const reportTools = ['uname -srm', `bash ${scripts}getbrowserinfo.sh`,
@@ -39,17 +39,14 @@ async function archiveFigure(place) {
     for (let piece = 0; piece < 200; piece++) writeFileSync(sample, randomFillSync(noise), { flag: 'a' });
     const env = markingViewer(place);
     const mark = `${place.directory}/opened`;
-    const ours = async () => {
+    const ours = () => place.withSession(async (session) => {
         rmSync(mark, { force: true });
-        const session = place.session(env);
         await session.secondsOf('getcollectionpage');
         const begin = process.hrtime.bigint();
         await session.secondsOf('archivepackage', { archiveSample: sample }, [`${place.home}/feedback`]);
-        while (!existsSync(mark)) await pause(5);
-        const seconds = Number(process.hrtime.bigint() - begin) / 1e9;
-        await session.close();
-        return seconds;
-    };
+        await waitUntil(() => existsSync(mark), 'the end of the archive', 5);
+        return Number(process.hrtime.bigint() - begin) / 1e9;
+    }, env);
     const tree = `${place.home}/.local/share/Orvane/tmp/archive`;
     const peer = () => place.shell(`tar -cf - ${tree} 2> /dev/null | gzip > ${place.home}/bare.tar.gz`);
     return figure('feedback archive of 200 MB against tar and gzip', 's', await compare(5, ours, peer), 1.05);

@@ -5,26 +5,29 @@ import { once } from 'node:events';
 import { readFileSync, readdirSync } from 'node:fs';
 
 const timeCommand = '/usr/bin/time';
+const longestRunMs = 600_000;
 
 /** Runs a program to its end; gives the seconds that it took. */
 export async function secondsOf(program, args, options = {}) {
     const begin = process.hrtime.bigint();
-    const child = spawn(program, args, { stdio: 'ignore', ...options });
-    const [status] = await once(child, 'exit');
+    const child = spawn(program, args, { stdio: 'ignore', timeout: longestRunMs, ...options });
+    const [status, signal] = await once(child, 'exit');
     const seconds = Number(process.hrtime.bigint() - begin) / 1e9;
-    if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status}`);
+    if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
     return seconds;
 }
 
 /** The largest resident memory of a finished program, in MiB. */
 export async function peakMemoryOf(program, args, options = {}) {
     const child = spawn(timeCommand, ['-f', '%M', program, ...args], {
+        timeout: longestRunMs,
         ...options,
         stdio: ['ignore', 'ignore', 'pipe'],
     });
     let output = '';
     child.stderr.on('data', (data) => (output += data));
-    await once(child, 'close');
+    const [status, signal] = await once(child, 'close');
+    if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
     return Number(output.trim().split('\n').pop()) / 1024;
 }
 

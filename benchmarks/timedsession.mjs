@@ -9,12 +9,14 @@ const longestWaitMs = 60_000;
 /** An assistantctl session whose answers are timed as they come. */
 export class TimedSession {
     #process;
+    #ended;
     #listeners = new Set();
     #lastId = 0;
 
     constructor(assistantctl, env) {
         this.#process = spawn(assistantctl, ['--session'],
             { env, stdio: ['pipe', 'pipe', 'inherit'] });
+        this.#ended = once(this.#process, 'exit');
         createInterface({ input: this.#process.stdout }).on('line', (line) => {
             for (const listener of [...this.#listeners]) listener(line);
         });
@@ -68,8 +70,9 @@ export class TimedSession {
     }
 
     async close() {
-        const ended = once(this.#process, 'exit');
+        const limit = setTimeout(() => this.#process.kill('SIGKILL'), longestWaitMs);
         this.#process.stdin.end();
-        await ended;
+        await this.#ended;
+        clearTimeout(limit);
     }
 }

@@ -26,16 +26,12 @@ export class Workplace {
         this.env = { ...process.env, HOME: this.home, XDG_RUNTIME_DIR: this.home, USER: `..${this.home}` };
     }
 
-    session(env = this.env) {
-        return new TimedSession(`${this.office}/assistantctl`, env);
-    }
-
     shell(command) {
         return secondsOf('sh', ['-c', command], { env: this.env });
     }
 
     async withSession(use, env = this.env) {
-        const session = this.session(env);
+        const session = new TimedSession(`${this.office}/assistantctl`, env);
         try {
             return await use(session);
         } finally {
