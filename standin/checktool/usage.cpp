@@ -38,8 +38,8 @@ QString usage()
                      "\n"
                      "TYPE is one of:\n%1\n"
                      "\n"
-                     "Exit status: 0 checked or printed, 1 the result could not be written, 2\n"
-                     "wrong usage.")
+                     "Exit status: 0 checked or printed, 1 not printed or the findings not\n"
+                     "written, 2 wrong usage.")
         .arg(descriptions.join(QLatin1Char('\n')));
 }
 
