@@ -68,10 +68,10 @@ export async function withPage(start, use) {
 }
 
 /** How the window program starts, and how a bare view of the same Chromium shows a file. */
-export const shellOn = (shell, { env, args = [] } = {}) => (port) =>
+export const shellOn = (shell, { env, args = [] }) => (port) =>
     spawn(shell, ['--debug-port', String(port), ...args], { stdio: 'ignore', env });
-export const bareViewOn = (bareView, file) => (port) =>
-    spawn(bareView, [String(port), file], { stdio: 'ignore' });
+export const bareViewOn = (bareView, file, { env }) => (port) =>
+    spawn(bareView, [String(port), file], { stdio: 'ignore', env });
 
 /** When the page was first painted, in milliseconds since 1970. */
 export const firstPaint = `new Promise((resolve) => {

@@ -1,10 +1,10 @@
 // Figures of the HTML application's views, in the real window with the library behind it.
 
-import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, statSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
+import { readdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { bareViewOn, evaluate, firstPaint, pageOf, shellOn, withPage } from './devtools.mjs';
 import { bounded, compare, figure, median } from './measure.mjs';
+import { withPrivateHome } from './privatehome.mjs';
 import { longestFrame } from './searchstream.mjs';
 
 const paintRounds = 7;
@@ -22,20 +22,6 @@ const notViews = /\/(index|waiting)\.html$/;
 /** A page of nothing; without a colour of its own Chromium would never tell that it painted it. */
 const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #f6f7f9"></body>\n';
 
-/** Runs `use` with an environment whose home directory is nobody's. */
-async function withPrivateHome(use) {
-    const home = mkdtempSync(join(tmpdir(), 'bench-home-'));
-    mkdirSync(join(home, 'run'), { mode: 0o700 });
-    // The scripts take /home/$USER for the home directory, whatever HOME says.
-    const env = { ...process.env, HOME: home, USER: `..${home}`, XDG_RUNTIME_DIR: join(home, 'run'),
-        DBUS_SESSION_BUS_ADDRESS: 'disabled:' };
-    try {
-        return await use(env, home);
-    } finally {
-        rmSync(home, { recursive: true, force: true, maxRetries: 5 });
-    }
-}
-
 function paintAfterStart(start) {
     return withPage(start, async (page, { startedAt }) => (await evaluate(page, firstPaint)) - startedAt);
 }
@@ -46,7 +32,7 @@ async function firstPaintFigure(shell, bareView) {
         writeFileSync(blank, blankPage);
         return figure('first paint of the home page, against a blank page', 'ms',
             await compare(paintRounds, () => paintAfterStart(shellOn(shell, { env })),
-                () => paintAfterStart(bareViewOn(bareView, blank))), 1.3);
+                () => paintAfterStart(bareViewOn(bareView, blank, { env }))), 1.3);
     });
 }
 

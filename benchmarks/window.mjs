@@ -2,6 +2,7 @@
 
 import { bareViewOn, evaluate, firstPaint, shellOn, withPage } from './devtools.mjs';
 import { compare, figure } from './measure.mjs';
+import { withPrivateHome } from './privatehome.mjs';
 import { settledMemoryOf } from './processes.mjs';
 
 /** Short rounds taking turns: what else the machine does then meets both alike. */
@@ -19,9 +20,13 @@ const oursCall = "window.helio && (() => window.helio.call('getcollectionpage'))
 const peerCall = "window.echo && (() => window.echo('getcollectionpage'))";
 
 /** @param {{shell: string, bareView: string, html: string}} programs */
-export async function windowFigures({ shell, bareView, html }) {
-    const shellStart = shellOn(shell);
-    const peerStart = bareViewOn(bareView, html);
+export function windowFigures(programs) {
+    return withPrivateHome((env) => figuresIn(env, programs));
+}
+
+async function figuresIn(env, { shell, bareView, html }) {
+    const shellStart = shellOn(shell, { env });
+    const peerStart = bareViewOn(bareView, html, { env });
     const paintAfterStart = async (client, { startedAt }) => (await evaluate(client, firstPaint)) - startedAt;
     const memory = async (client, { pid }) => {
         await evaluate(client, firstPaint);
