@@ -34,8 +34,8 @@ void addChannelScript(QWebEnginePage &page)
     QWebEngineScript script;
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::MainWorld);
-    script.setSourceCode(readResource(QStringLiteral(":/qtwebchannel/qwebchannel.js"))
-                         + readResource(QStringLiteral(":/bench/barechannel.js")));
+    script.setSourceCode(readResource(QStringLiteral(":/qtwebchannel/qwebchannel.js")) +
+                         readResource(QStringLiteral(":/bench/barechannel.js")));
     page.scripts().insert(script);
 }
 
