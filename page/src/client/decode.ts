@@ -32,7 +32,8 @@ export function success(result: unknown): void {
     if (result !== 'success') throw new UnreadableAnswer('neither success nor error');
 }
 
-const decoder = new TextDecoder();
+/** A byte order mark is kept: in a file's name it is a character like any other. */
+const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
 const beyondAscii = /[^\x00-\x7f]/;
 
 /** Text that travels as the base64 of its UTF-8 bytes; most is ASCII, and its bytes the text. */
