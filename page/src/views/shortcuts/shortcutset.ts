@@ -35,10 +35,14 @@ export function missingFrom(set: ShortcutSet, { files }: DesktopShortcuts): Shor
     return needed[set].filter((file) => !files.includes(file));
 }
 
-export function hasSet(set: ShortcutSet, shortcuts: DesktopShortcuts): boolean {
+/** What is there of the other set. */
+export function strangersTo(set: ShortcutSet, { files }: DesktopShortcuts): ShortcutFile[] {
     const other = set === 'separate' ? 'integrated' : 'separate';
-    return missingFrom(set, shortcuts).length === 0
-        && needed[other].every((file) => !shortcuts.files.includes(file));
+    return needed[other].filter((file) => files.includes(file));
+}
+
+export function hasSet(set: ShortcutSet, shortcuts: DesktopShortcuts): boolean {
+    return missingFrom(set, shortcuts).length === 0 && strangersTo(set, shortcuts).length === 0;
 }
 
 export interface ShortcutRow {

@@ -4,6 +4,7 @@ import type {
 import { answerCode, judgeAnswer } from '@/views/inputmethod/answers';
 import { judge } from '@/views/permissions/judge';
 import { judgeMemory } from '@/views/processes/memory';
+import { deepDesktop, fittingSet, missingFrom, strangersTo } from '@/views/shortcuts/shortcutset';
 import { sentence, type Finding, type StepResult } from './finding';
 
 export function diagnoseInputMethod(answer: string): StepResult {
@@ -64,28 +65,20 @@ export function diagnoseAssociations(
     return { note: sentence('associations', { count }), findings };
 }
 
-const separateShortcuts =
-    ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];
-const integratedShortcut = 'vyr-office-tessaly.desktop';
-
 /** Whether the shortcuts of the component mode are on the desktop, and no others. */
-export function diagnoseShortcuts({ files, integrated }: DesktopShortcuts): StepResult {
-    // A desktop folder that lies deeper than usual makes the library list a folder instead.
-    if (files.some((file) => !file.endsWith('desktop'))) {
-        return { note: sentence('shortcutsUnclear'), findings: [] };
-    }
-    const expected = integrated ? [integratedShortcut] : separateShortcuts;
-    const others = integrated ? separateShortcuts : [integratedShortcut];
-    const missing = expected.filter((file) => !files.includes(file));
-    const wrong = others.filter((file) => files.includes(file));
+export function diagnoseShortcuts(shortcuts: DesktopShortcuts): StepResult {
+    if (deepDesktop(shortcuts)) return { note: sentence('shortcutsUnclear'), findings: [] };
+    const fitting = fittingSet(shortcuts);
+    const missing = missingFrom(fitting, shortcuts);
+    const wrong = strangersTo(fitting, shortcuts);
     const finding = (kind: string, names: string[]): Finding[] => (names.length === 0 ? [] : [{
         step: 'shortcuts',
         kind,
         detail: names.join(' '),
-        state: files.length === 0 ? 'plain' : 'warning',
+        state: shortcuts.files.length === 0 ? 'plain' : 'warning',
         values: { names: names.join(', ') },
         view: 'shortcuts',
-        repair: integrated ? 'restoreIntegrated' : 'restoreSeparate',
+        repair: fitting === 'integrated' ? 'restoreIntegrated' : 'restoreSeparate',
     }]);
     return {
         note: sentence('shortcuts'),
