@@ -20,8 +20,10 @@ export interface Row {
 
 export type Sections = Record<SectionName, Row[]>;
 
-const secretName = /PASS(WORD|WD|PHRASE)?\b|SECRET|TOKEN|CREDENTIAL|API_?KEY|PRIVATE_?KEY|COOKIE/i;
-const urlWithPassword = /\/\/[^/\s:@]+:[^/\s@]+@/;
+/** "ASKPASS" names a program that asks for a password, and holds none. */
+const secretName = new RegExp('PASSWORD|PASSWD|PASSPHRASE|(?<!ASK)PASS\\b|_PWD\\b|SECRET|TOKEN'
+    + '|CREDENTIAL|API_?KEY|PRIVATE_?KEY|COOKIE', 'i');
+const urlWithPassword = /\/\/[^/\s:@]*:[^/\s@]+@/;
 
 /** Whether a variable probably holds something that should not be seen by others. */
 export function isSecret(name: string, value: string): boolean {
