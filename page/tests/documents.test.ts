@@ -52,7 +52,10 @@ describe('advice for a missing font', () => {
         ['微软雅黑', 'fonts-wqy-microhei', 'similar'],
         ['Noto Serif CJK JP', 'fonts-noto-cjk', 'same'],
         ['Noto Sans Armenian', 'fonts-noto-core', 'same'],
-        ['DejaVu Sans Condensed', 'fonts-dejavu-core', 'same'],
+        ['Noto Sans Mono', 'fonts-noto-mono', 'same'],
+        ['DejaVu Sans Mono', 'fonts-dejavu-core', 'same'],
+        ['DejaVu Sans Condensed', 'fonts-dejavu-extra', 'same'],
+        ['Georgia', 'fonts-dejavu-core', 'similar'],
     ])('%s names the package %s (%s)', (name, packageName, closeness) => {
         expect(fontAdvice(name)).toMatchObject({ package: packageName, closeness });
     });

@@ -21,7 +21,7 @@ const table: [names: string, packageName: string, face: string, closeness: Close
     ['arial narrow', 'fonts-liberation', 'Liberation Sans Narrow', 'metric'],
     ['times new roman|times', 'fonts-liberation', 'Liberation Serif', 'metric'],
     ['courier new|courier', 'fonts-liberation', 'Liberation Mono', 'metric'],
-    ['georgia', 'fonts-gelasio', 'Gelasio', 'metric'],
+    ['georgia', 'fonts-dejavu-core', 'DejaVu Serif', 'similar'],
     ['comic sans ms', 'fonts-comic-neue', 'Comic Neue', 'similar'],
     ['verdana|tahoma', 'fonts-dejavu-core', 'DejaVu Sans', 'similar'],
     ['segoe ui', 'fonts-open-sans', 'Open Sans', 'similar'],
@@ -52,8 +52,10 @@ const table: [names: string, packageName: string, face: string, closeness: Close
 /** Families of which a package holds every face under its own name. */
 const families: [prefix: RegExp, packageName: string][] = [
     [/^liberation (sans|serif|mono)/, 'fonts-liberation'],
+    [/^dejavu .*(condensed|light)/, 'fonts-dejavu-extra'],
     [/^dejavu (sans|serif)/, 'fonts-dejavu-core'],
     [/^noto (sans|serif)( mono)? cjk/, 'fonts-noto-cjk'],
+    [/^noto (sans )?mono/, 'fonts-noto-mono'],
     [/^noto (sans|serif)/, 'fonts-noto-core'],
     [/^wenquanyi micro hei/, 'fonts-wqy-microhei'],
     [/^wenquanyi zen hei/, 'fonts-wqy-zenhei'],

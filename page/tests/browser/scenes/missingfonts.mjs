@@ -14,7 +14,7 @@ export const scenes = [
         page,
         answers: { choosesamplefile: chosen, comparefont: missing(someFonts) },
         act: choose,
-        shows: 'sudo apt-get install fonts-crosextra-carlito fonts-dejavu-core fonts-noto-cjk',
+        shows: 'sudo apt-get install fonts-crosextra-carlito fonts-dejavu-extra fonts-noto-cjk',
     },
     {
         name: 'missingfonts-unknown',
