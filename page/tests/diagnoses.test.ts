@@ -38,7 +38,8 @@ const allResults = [
         .map((digits) => diagnosePermissions([file('user', digits)], 'user')),
     ...['111-000-000', '111-000-111'].map((digits) =>
         diagnosePermissions([file('root', digits)], 'user')),
-    diagnosePermissions([file('', '111-000-000')], 'user'),
+    ...['111-000-000', '111-000-111'].map((digits) =>
+        diagnosePermissions([file('', digits)], 'user')),
     diagnosePermissions([], 'root'),
     ...[null, 10, 85, 95].map((usedPercent) =>
         diagnoseMemory({ usedPercent, totalGibibytes: 8 })),
@@ -114,7 +115,10 @@ describe('desktop shortcuts', () => {
         expect(diagnoseShortcuts(shortcuts(separate.slice(1))).findings[0]!.state).toBe('warning');
     });
 
-    it('are not judged when a folder is listed in their place', () => {
-        expect(kinds(diagnoseShortcuts(shortcuts(['My Desktop'])))).toEqual([]);
-    });
+    it.each(['My Desktop', 'desktop'])(
+        'are not judged when the folder %s is listed in their place', (folder) => {
+            const result = diagnoseShortcuts(shortcuts([folder, folder]));
+            expect(kinds(result)).toEqual([]);
+            expect(result.note.key).toBe('shortcutsUnclear');
+        });
 });

@@ -3,8 +3,8 @@ import type { Judged } from '@/shared/judged';
 
 /** What a path is found to be; each has its sentence under permissions.verdicts. */
 export type VerdictName =
-    | 'missing' | 'unclear' | 'foreign' | 'foreignOpen' | 'nameless' | 'readOnly' | 'unreadable'
-    | 'closed' | 'open' | 'unknownUser' | 'root' | 'good';
+    | 'missing' | 'unclear' | 'foreign' | 'foreignOpen' | 'nameless' | 'namelessOpen' | 'readOnly'
+    | 'unreadable' | 'closed' | 'open' | 'unknownUser' | 'root' | 'good';
 
 export interface Verdict {
     name: VerdictName;
@@ -80,8 +80,9 @@ function judgeOwn({ name }: FilePermissions, { owner, others }: AllRights): Verd
 
 function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
     const commands = [takeOver(file.name)];
-    if (others.write) return { name: 'foreignOpen', state: 'warning', commands };
-    return { name: file.owner === '' ? 'nameless' : 'foreign', state: 'bad', commands };
+    const name = file.owner === '' ? 'nameless' : 'foreign';
+    return others.write ? { name: `${name}Open`, state: 'warning', commands }
+        : { name, state: 'bad', commands };
 }
 
 /** Whether the suite of `user` can read and change the path, and what mends it if not. */
