@@ -256,4 +256,12 @@ describe('feedback', () => {
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await closesAs(view, '');
         }));
+
+    it('warns again before it loses what was written after the first warning', () =>
+        playing(named('feedback-escape'), async (view) => {
+            await view.fill('textarea', 'A long text that came after it.');
+            await view.keyboard.press('Escape');
+            expect(await sentNames(view)).not.toContain('closechildwindow');
+            await closesAs(view, '');
+        }));
 });
