@@ -120,6 +120,15 @@ describe('the view of processes', () => {
             expect((await sentCommands(view)).length).toBe(before);
         }));
 
+    it('says when it last read, and reads that out only to who asked for it', () =>
+        playing(named('processes-full'), async (view) => {
+            const spoken = view.locator('.frame > [role="status"]');
+            await view.locator('.status-line').getByText('Read at').waitFor();
+            expect(await spoken.textContent()).toBe('');
+            await view.keyboard.press('F5');
+            await spoken.getByText('Read at').waitFor();
+        }));
+
     it('goes on by itself', () =>
         playing(named('processes-full'), async (view) => {
             await view.clock.install();
