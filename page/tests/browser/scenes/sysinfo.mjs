@@ -44,12 +44,17 @@ export const snapshot = {
     envInfo: environment.join('|'),
 };
 
-
+const nothing = {
+    sysinfo: '', vyrinfo: 'Version:0.0.0.0', officeinfo: '', browserinfo: '\uFFFD', fontinfo: '',
+    cpuInfo: '', envInfo: '',
+};
 const answers = {
     stratcheckenv: { result: snapshot },
     exportsysinfo: { result: 'success' },
 };
 const page = 'sysinfo.html';
+
+const exportReport = (view) => view.click('.report-tools > .el-button--primary');
 
 export const scenes = [
     { name: 'sysinfo', page, answers, shows: 'Linux 6.1.0-18-amd64' },
@@ -79,10 +84,62 @@ export const scenes = [
         shows: 'Sample Face 12',
     },
     {
+        name: 'sysinfo-empty',
+        page,
+        answers: { stratcheckenv: { result: nothing } },
+        act: (view) => view.click('#tab-fonts'),
+        shows: 'No fonts were listed.',
+    },
+    {
+        name: 'sysinfo-export-cancelled',
+        page,
+        answers: { ...answers, exportsysinfo: { result: 'error' } },
+        act: exportReport,
+        shows: 'Nothing was saved',
+    },
+    {
+        name: 'sysinfo-export-unanswered',
+        page,
+        answers: { ...answers, exportsysinfo: {} },
+        act: exportReport,
+        shows: 'this file is not opened from here',
+    },
+    {
+        name: 'sysinfo-export-late',
+        page,
+        answers: { ...answers, exportsysinfo: { late: true, result: 'success' } },
+        act: exportReport,
+        shows: 'Collecting the report',
+        later: 'The report was saved and opened.',
+    },
+    {
+        name: 'sysinfo-read-again',
+        page,
+        answers: { ...answers, stratcheckenv: [answers.stratcheckenv, { never: true }] },
+        act: async (view) => {
+            await view.click('#tab-environment');
+            await view.keyboard.press('F5');
+        },
+        shows: 'Reading the machine',
+    },
+    {
         name: 'sysinfo-failed',
         page,
         answers: { stratcheckenv: { result: 'error' } },
         shows: 'The machine could not be read',
+    },
+    {
+        name: 'sysinfo-unanswered',
+        page,
+        answers: { stratcheckenv: {} },
+        shows: 'The assistant gave no answer',
+    },
+    {
+        name: 'sysinfo-late',
+        page,
+        answers: { ...answers, stratcheckenv: { late: true, ...answers.stratcheckenv } },
+        shows: 'Reading the machine',
+        later: 'Linux 6.1.0-18-amd64',
     },
     {
         name: 'sysinfo-never',
