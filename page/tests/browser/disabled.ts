@@ -1,10 +1,13 @@
 import type { ViewPage } from './harness.mjs';
 
-/** Names of the controls that cannot be used and do not say why. */
+/**
+ * Names of the controls that cannot be used and do not say why. What a control does and its key
+ * are no reason.
+ */
 export function unexplained(view: ViewPage): Promise<string[]> {
     return view.evaluate(() => [...document.querySelectorAll<HTMLElement>(
         'button:disabled, input:disabled, textarea:disabled, [aria-disabled="true"]')]
         .filter((element) => element.getClientRects().length > 0
-            && !element.closest('[title]:not([title=""])'))
+            && /^$|\(F5\)/.test(element.closest('[title]')?.getAttribute('title') ?? ''))
         .map((element) => element.getAttribute('aria-label') ?? element.innerText));
 }
