@@ -1,20 +1,12 @@
-import { chromium, type Browser } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
-import { sentCommands, type Scene, type ViewPage } from './harness.mjs';
-import { lastSent, named, play, sent } from './playing';
+import { describe, expect, it } from 'vitest';
+import { sentCommands } from './harness.mjs';
+import { lastSent, named, play, sent, useBrowser } from './playing';
 
-let browser: Browser;
-beforeAll(async () => {
-    browser = await chromium.connect(inject('browserAddress'));
-});
-afterAll(() => browser.close());
-
-const playing = (scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> =>
-    play(browser, scene, test);
+useBrowser();
 
 describe('the view of crash dumps', () => {
     it('closes as what it was opened as, so that the watch ends', () =>
-        playing(named('crash'), async (view) => {
+        play(named('crash'), async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
             expect(await lastSent(view))
@@ -22,7 +14,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('hands over to feedback, which is told where it comes from', () =>
-        playing(named('crash-fresh'), async (view) => {
+        play(named('crash-fresh'), async (view) => {
             await view.click('.fresh-dump .el-button');
             await sent(view, 'router');
             expect(await lastSent(view, 2)).toEqual([
@@ -32,7 +24,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('hands over once only, and says why the button waits', () =>
-        playing(named('crash', { router: { never: true } }), async (view) => {
+        play(named('crash', { router: { never: true } }), async (view) => {
             const button = view.locator('.dump-actions .el-button--primary');
             await button.dblclick();
             await sent(view, 'router');
@@ -44,7 +36,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('deletes nothing before it was confirmed, and Escape only takes the question back', () =>
-        playing(named('crash-asked'), async (view) => {
+        play(named('crash-asked'), async (view) => {
             await view.keyboard.press('Escape');
             await view.locator('.ask-once-start').waitFor();
             const commands = (await sentCommands(view)).map(({ command }) => command);
@@ -53,7 +45,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('shows the switch as the library reads it afterwards', () =>
-        playing(named('crash'), async (view) => {
+        play(named('crash'), async (view) => {
             await view.click('.el-switch');
             await view.getByText('The setting did not change.').first().waitFor();
             expect(await view.locator('.el-switch input').isChecked()).toBe(true);
@@ -62,7 +54,7 @@ describe('the view of crash dumps', () => {
 
 describe('the environment check', () => {
     it('closes as what it was opened as, so that a check under way is dropped', () =>
-        playing(named('environmentcheck-never'), async (view) => {
+        play(named('environmentcheck-never'), async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
             expect(await lastSent(view))
@@ -70,7 +62,7 @@ describe('the environment check', () => {
         }));
 
     it('does not start a second check while one runs', () =>
-        playing(named('environmentcheck-never'), async (view) => {
+        play(named('environmentcheck-never'), async (view) => {
             await view.keyboard.press('F5');
             expect(await view.locator('.check-start .el-button--primary').isDisabled()).toBe(true);
             expect(await view.locator('.check-start').getAttribute('title'))
@@ -83,7 +75,7 @@ describe('the environment check', () => {
         }));
 
     it('sends a check of one’s own as it was typed', () =>
-        playing(named('environmentcheck-other'), async (view) => {
+        play(named('environmentcheck-other'), async (view) => {
             await view.locator('.check-fields input').nth(0).fill('own check');
             await view.locator('.check-fields input').nth(1).fill('-v');
             await view.keyboard.press('Enter');
@@ -96,7 +88,7 @@ describe('the environment check', () => {
 
 describe('values from outside', () => {
     it('are text, never HTML', () =>
-        playing(named('permissions', {
+        play(named('permissions', {
             stratextractfileinfo: { result: {
                 '<img src=x onerror=alert(1)>': '<b>root</b>|g|110-100-100|1:1:1',
                 Orvane: 'root|root|110-000-000|1:1:1',
@@ -109,7 +101,7 @@ describe('values from outside', () => {
 
 describe('the view of processes', () => {
     it('asks for nothing more while it is paused', () =>
-        playing(named('processes-table'), async (view) => {
+        play(named('processes-table'), async (view) => {
             await view.clock.install();
             const reads = (await sentCommands(view))
                 .filter(({ command }) => command === 'getcpuinfo').length;
@@ -121,7 +113,7 @@ describe('the view of processes', () => {
         }));
 
     it('says when it last read, and reads that out only to who asked for it', () =>
-        playing(named('processes-full'), async (view) => {
+        play(named('processes-full'), async (view) => {
             const spoken = view.locator('.frame > [role="status"]');
             await view.locator('.status-line').getByText('Read at').waitFor();
             expect(await spoken.textContent()).toBe('');
@@ -130,7 +122,7 @@ describe('the view of processes', () => {
         }));
 
     it('goes on by itself', () =>
-        playing(named('processes-full'), async (view) => {
+        play(named('processes-full'), async (view) => {
             await view.clock.install();
             await view.keyboard.press('F5');
             await sent(view, 'getcpuinfo', 2);
@@ -141,7 +133,7 @@ describe('the view of processes', () => {
 
 describe('the check-up', () => {
     it('opens the view that mends a finding, and looks again when that has closed', () =>
-        playing(named('home-findings'), async (view) => {
+        play(named('home-findings'), async (view) => {
             await view.getByRole('button', { name: 'Open “Input method”' }).click();
             await sent(view, 'router');
             expect(await lastSent(view)).toEqual(
@@ -153,7 +145,7 @@ describe('the check-up', () => {
         }));
 
     it('remembers what is ignored when the page is opened again', () =>
-        playing(named('home-ignored'), async (view) => {
+        play(named('home-ignored'), async (view) => {
             const stored = () => view.waitForFunction(() =>
                 localStorage.getItem('assistant.ignoredFindings')?.includes('memoryFull'));
             await stored();

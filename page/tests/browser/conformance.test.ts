@@ -1,8 +1,7 @@
-import { chromium, type Browser } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { describe, expect, it } from 'vitest';
 import { allScenes } from './allscenes';
-import { openView, type Scene, type ViewPage } from './harness.mjs';
-import { lastSent, play, sent } from './playing';
+import type { Scene, ViewPage } from './harness.mjs';
+import { lastSent, open, play, sent, useBrowser } from './playing';
 
 const scenes = await allScenes();
 /** The scene that each view is introduced with. */
@@ -15,11 +14,7 @@ const types: Record<string, string> = {
     search: 'searchfile', crash: 'crash', environmentcheck: 'vyrrunningcheck',
 };
 
-let browser: Browser;
-beforeAll(async () => {
-    browser = await chromium.connect(inject('browserAddress'));
-});
-afterAll(() => browser.close());
+useBrowser();
 
 /** What is cut off or sticks out to the side, where nobody can scroll to it. */
 function cutOff(view: ViewPage): Promise<string[]> {
@@ -37,7 +32,7 @@ function cutOff(view: ViewPage): Promise<string[]> {
 }
 
 async function shown(scene: Scene, options = {}): Promise<ViewPage> {
-    const view = await openView(browser, inject('builtPage'), scene, options);
+    const view = await open(scene, options);
     await scene.act?.(view);
     await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
     return view;
@@ -53,7 +48,7 @@ describe('at twice the text size in the smallest window', () => {
 
 describe('Escape', () => {
     it.each(children)('closes $name as what it was opened as', (scene) =>
-        play(browser, scene, async (view) => {
+        play(scene, async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
             expect(await lastSent(view)).toEqual([{
@@ -64,7 +59,7 @@ describe('Escape', () => {
 
 describe('the keyboard', () => {
     it.each(first)('reaches every control of $name, with the focus in sight', (scene) =>
-        play(browser, scene, async (view) => {
+        play(scene, async (view) => {
             const wanted = await view.evaluate(() => {
                 const controls = [...document.querySelectorAll<HTMLElement>(
                     'button, input, textarea, select, a[href], [tabindex]')];

@@ -1,9 +1,8 @@
-import { chromium, type Browser } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { describe, expect, it } from 'vitest';
 import chinese from '@/locales/zh-CN.json';
 import english from '@/locales/en.json';
 import { allScenes } from './allscenes';
-import { play } from './playing';
+import { play, useBrowser } from './playing';
 
 const scenes = await allScenes();
 
@@ -11,15 +10,11 @@ const scenes = await allScenes();
 const first = [...new Map(scenes.filter(({ page }) => page !== 'vyrNpEnvCheck.html')
     .reverse().map((scene) => [scene.page, scene])).values()];
 
-let browser: Browser;
-beforeAll(async () => {
-    browser = await chromium.connect(inject('browserAddress'));
-});
-afterAll(() => browser.close());
+useBrowser();
 
 describe('the language', () => {
     it.each(first)('of $page changes at once and back again', (scene) =>
-        play(browser, scene, async (view) => {
+        play(scene, async (view) => {
             const name = scene.page === 'index.html' ? 'home' : scene.page.replace('.html', '');
             const titles = [english, chinese].map(({ views }) =>
                 views[name as keyof typeof views].title);

@@ -1,7 +1,8 @@
-import type { Browser } from 'playwright-core';
-import { expect, inject } from 'vitest';
+import { chromium, type Browser } from 'playwright-core';
+import { afterAll, beforeAll, expect, inject } from 'vitest';
 import { allScenes } from './allscenes';
-import { openView, sentCommands, type Answer, type Scene, type ViewPage } from './harness.mjs';
+import { openView, sentCommands, type Answer, type Scene, type ViewOptions, type ViewPage }
+    from './harness.mjs';
 
 const scenes = await allScenes();
 
@@ -12,11 +13,26 @@ export function named(name: string, changes: Record<string, Answer | Answer[]> =
     return { ...scene, answers: { ...scene.answers, ...changes } };
 }
 
+let browser: Browser;
+
+/** Connects the tests of a file to the one browser that all of them share. */
+export function useBrowser(): void {
+    beforeAll(async () => {
+        browser = await chromium.connect(inject('browserAddress'));
+    });
+    afterAll(() => browser.close());
+}
+
+/** Opens the view of a scene in the browser of useBrowser(). */
+export function open(scene: Scene, options?: ViewOptions): Promise<ViewPage> {
+    return openView(browser, inject('builtPage'), scene, options);
+}
+
 /** Plays a scene until it shows what it should, and goes on with `test`. */
 export async function play(
-    browser: Browser, scene: Scene, test: (view: ViewPage) => Promise<void>,
+    scene: Scene, test: (view: ViewPage) => Promise<void>,
 ): Promise<void> {
-    const view = await openView(browser, inject('builtPage'), scene);
+    const view = await open(scene);
     await scene.act?.(view);
     await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
     await test(view);

@@ -1,22 +1,18 @@
 import { readdirSync } from 'node:fs';
-import { chromium, type Browser } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
+import { describe, expect, inject, it } from 'vitest';
 import { allScenes } from './allscenes';
 import { unexplained } from './disabled';
-import { accessibilityFindings, openView, unexpectedCommands } from './harness.mjs';
+import { accessibilityFindings, unexpectedCommands } from './harness.mjs';
+import { open, useBrowser } from './playing';
 
 const scenes = await allScenes();
 
-let browser: Browser;
-beforeAll(async () => {
-    browser = await chromium.connect(inject('browserAddress'));
-});
-afterAll(() => browser.close());
+useBrowser();
 
 describe('in Chromium, the scene', () => {
     // Side by side, because a scene mostly waits: for its browser, or for a late answer.
     it.concurrent.each(scenes)('$name shows what it should, and to everyone', async (scene) => {
-        const page = await openView(browser, inject('builtPage'), scene);
+        const page = await open(scene);
         const visible = (text: string | RegExp) =>
             page.getByText(text).filter({ visible: true }).first().waitFor();
         await scene.act?.(page);

@@ -1,16 +1,8 @@
-import { chromium, type Browser } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, inject, it } from 'vitest';
-import { sentCommands, type Scene, type ViewPage } from './harness.mjs';
-import { lastSent, named, play, sent } from './playing';
+import { describe, expect, it } from 'vitest';
+import { sentCommands, type ViewPage } from './harness.mjs';
+import { lastSent, named, play, sent, useBrowser } from './playing';
 
-let browser: Browser;
-beforeAll(async () => {
-    browser = await chromium.connect(inject('browserAddress'));
-});
-afterAll(() => browser.close());
-
-const playing = (scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> =>
-    play(browser, scene, test);
+useBrowser();
 
 async function sentNames(view: ViewPage): Promise<string[]> {
     return (await sentCommands(view)).map(({ command }) => command);
@@ -24,7 +16,7 @@ async function closesAs(view: ViewPage, type: string): Promise<void> {
 
 describe('the desktop shortcuts', () => {
     it('are put back only after the question, and then listed until they rest', () =>
-        playing(named('shortcuts-asking', { fixfouricon: { result: 'success' } }),
+        play(named('shortcuts-asking', { fixfouricon: { result: 'success' } }),
             async (view) => {
                 expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
                 await view.click('.ask-once-confirm');
@@ -34,7 +26,7 @@ describe('the desktop shortcuts', () => {
             }));
 
     it('are put back as the integrated one when that is chosen', () =>
-        playing(named('shortcuts', { fixoneicon: { result: 'success' } }), async (view) => {
+        play(named('shortcuts', { fixoneicon: { result: 'success' } }), async (view) => {
             await view.check('input[value="integrated"]');
             await view.click('.ask-once-start');
             await view.click('.ask-once-confirm');
@@ -43,7 +35,7 @@ describe('the desktop shortcuts', () => {
         }));
 
     it('are not put back twice at once', () =>
-        playing(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
+        play(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
             await view.click('.ask-once-confirm');
             await sent(view, 'fixfouricon');
             await view.locator('.ask-once-start[disabled]').waitFor();
@@ -54,7 +46,7 @@ describe('the desktop shortcuts', () => {
 
 describe('the associations', () => {
     it('cannot be repaired or copied without the desktop’s tool, and the controls say why', () =>
-        playing(named('associations-no-tools'), async (view) => {
+        play(named('associations-no-tools'), async (view) => {
             for (const [name, reason] of [
                 ['Repair…', 'Repairing needs the desktop'],
                 ['Copy text', 'The desktop\'s tool for document types is missing'],
@@ -68,7 +60,7 @@ describe('the associations', () => {
         }));
 
     it('cannot be repaired when all is well, and the button says so', () =>
-        playing(named('associations'), async (view) => {
+        play(named('associations'), async (view) => {
             const button = view.locator('.ask-once-start');
             expect(await button.isDisabled()).toBe(true);
             expect(await view.locator('.ask-once > span').getAttribute('title'))
@@ -76,7 +68,7 @@ describe('the associations', () => {
         }));
 
     it('are copied as text with unseen characters named', () =>
-        playing(named('associations-problems'), async (view) => {
+        play(named('associations-problems'), async (view) => {
             await view.getByRole('button', { name: 'Copy text' }).click();
             await sent(view, 'copytoclipboard');
             const [copying] = await lastSent(view);
@@ -88,7 +80,7 @@ describe('the associations', () => {
 
 describe('the documents', () => {
     it('are sent as the path that was chosen, in base64', () =>
-        playing(named('missingfonts-found'), async (view) => {
+        play(named('missingfonts-found'), async (view) => {
             expect(await lastSent(view)).toEqual([{
                 command: 'comparefont',
                 args: { filepath: Buffer.from('/home/user/Documents/report.docx')
@@ -103,14 +95,14 @@ describe('the documents', () => {
         }));
 
     it('of a type that the suite cannot be asked about are not sent', () =>
-        playing(named('missingfonts-wrong-type'), async (view) => {
+        play(named('missingfonts-wrong-type'), async (view) => {
             expect(await sentNames(view)).toEqual(['choosesamplefile']);
         }));
 });
 
 describe('the updater', () => {
     it('gets a changed setting as key and value in one', () =>
-        playing(named('updater-edited'), async (view) => {
+        play(named('updater-edited'), async (view) => {
             expect(await lastSent(view, 2)).toEqual([
                 { command: 'changeupdateconfig', args: { keyvalue: 'channel$beta' } },
                 { command: 'getupdateconfig' },
@@ -118,13 +110,13 @@ describe('the updater', () => {
         }));
 
     it('gets no value with a dollar sign', () =>
-        playing(named('updater-dollar'), async (view) => {
+        play(named('updater-dollar'), async (view) => {
             await view.keyboard.press('Enter');
             expect(await sentNames(view)).not.toContain('changeupdateconfig');
         }));
 
     it('keeps a value when its edit is cancelled by keyboard', () =>
-        playing(named('updater-dollar'), async (view) => {
+        play(named('updater-dollar'), async (view) => {
             await view.fill('tbody input', 'beta');
             await view.focus('.configuration-edit button >> nth=1');
             await view.keyboard.press('Enter');
@@ -133,21 +125,21 @@ describe('the updater', () => {
         }));
 
     it('keeps the view open when Escape ends an edit', () =>
-        playing(named('updater-dollar'), async (view) => {
+        play(named('updater-dollar'), async (view) => {
             await view.keyboard.press('Escape');
             await view.locator('tbody input').waitFor({ state: 'detached' });
             expect(await sentNames(view)).not.toContain('closechildwindow');
         }));
 
     it('sends no report before it was confirmed', () =>
-        playing(named('updater-run-asking'), async (view) => {
+        play(named('updater-run-asking'), async (view) => {
             expect(await sentNames(view)).not.toContain('testuninstallreport');
         }));
 });
 
 describe('the document server', () => {
     it('gets what the preview shows', () =>
-        playing(named('server-form', { openremoveurlcheck: { result: 'success' } }),
+        play(named('server-form', { openremoveurlcheck: { result: 'success' } }),
             async (view) => {
                 await view.click('.server-send button');
                 await sent(view, 'openremoveurlcheck');
@@ -163,19 +155,19 @@ describe('the document server', () => {
             }));
 
     it('gets nothing while a row cannot be sent', () =>
-        playing(named('server-separator'), async (view) => {
+        play(named('server-separator'), async (view) => {
             await view.keyboard.press('Enter');
             await view.keyboard.press('F5');
             expect(await sentNames(view)).toEqual([]);
         }));
 
     it('answers with a body that is only text', () =>
-        playing(named('server-not-found'), async (view) => {
+        play(named('server-not-found'), async (view) => {
             expect(await view.locator('.answer-body h1, .answer-body script').count()).toBe(0);
         }));
 
     it('is not asked twice at once', () =>
-        playing(named('server-never'), async (view) => {
+        play(named('server-never'), async (view) => {
             await view.keyboard.press('F5');
             expect(await sentNames(view)).toEqual(['openremoveurlcheck']);
         }));
@@ -183,10 +175,10 @@ describe('the document server', () => {
 
 describe('the file search', () => {
     it('closes as what it was opened as, so that it is stopped', () =>
-        playing(named('search-never'), (view) => closesAs(view, 'searchfile')));
+        play(named('search-never'), (view) => closesAs(view, 'searchfile')));
 
     it('is stopped with an empty keyword, and takes no hit after that', () =>
-        playing(named('search-stopped'), async (view) => {
+        play(named('search-stopped'), async (view) => {
             expect((await lastSent(view))[0]?.args).toEqual({ keyword: '' });
             // The list has drawn again when this answers, so a late hit would be in it.
             await view.evaluate(() => new Promise((resolve) =>
@@ -195,7 +187,7 @@ describe('the file search', () => {
         }));
 
     it('drops the hits of the search before, until the host has taken the new one', () =>
-        playing(named('search-late', {
+        play(named('search-late', {
             startsearchfile: [{}, {
                 late: true,
                 notices: [
@@ -218,7 +210,7 @@ describe('the file search', () => {
 
 describe('feedback', () => {
     it('sends all that was filled in', () =>
-        playing(named('feedback-files', { archivepackage: { result: 'error' } }), async (view) => {
+        play(named('feedback-files', { archivepackage: { result: 'error' } }), async (view) => {
             await view.fill('textarea', 'Two\nlines');
             await view.check('input[value="print"]');
             await view.click('.extras .el-switch >> nth=1');
@@ -242,23 +234,23 @@ describe('feedback', () => {
         }));
 
     it('takes no fourth attachment, and says why', () =>
-        playing(named('feedback-files'), async (view) => {
+        play(named('feedback-files'), async (view) => {
             const attach = view.locator('.files-panel .button-row > span').nth(1);
             expect(await attach.locator('button').isDisabled()).toBe(true);
             expect(await attach.getAttribute('title')).toContain('No more than 3');
         }));
 
     it('closes as the view of crash dumps when it was opened from there', () =>
-        playing(named('feedback-crash'), (view) => closesAs(view, 'crash')));
+        play(named('feedback-crash'), (view) => closesAs(view, 'crash')));
 
     it('loses what was written only at a second Escape', () =>
-        playing(named('feedback-escape'), async (view) => {
+        play(named('feedback-escape'), async (view) => {
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await closesAs(view, '');
         }));
 
     it('warns again before it loses what was written after the first warning', () =>
-        playing(named('feedback-escape'), async (view) => {
+        play(named('feedback-escape'), async (view) => {
             await view.fill('textarea', 'A long text that came after it.');
             await view.keyboard.press('Escape');
             expect(await sentNames(view)).not.toContain('closechildwindow');
