@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import { archiveContents, archivePath, chosenFiles, fileProblem } from '@/views/feedback/contents';
-import { draftFrom, emptyDraft } from '@/views/feedback/draft';
+import { draftFrom, emptyDraft, withSample } from '@/views/feedback/draft';
 
 describe('the draft', () => {
     it('leaves dumps out unless the user comes from a crash', () => {
@@ -14,6 +14,11 @@ describe('the draft', () => {
             .toMatchObject({ category: 'layout', sample: '/home/a.docx' });
         expect(draftFrom({ page: 'print', file: '' }))
             .toMatchObject({ category: 'print', sample: '' });
+    });
+
+    it('has a file once, also when an attachment is chosen as the sample', () => {
+        const draft = { ...emptyDraft(), sample: '/a', attachments: ['/b', '/c'] };
+        expect(withSample(draft, '/b')).toMatchObject({ sample: '/b', attachments: ['/c'] });
     });
 
     it.each(['', 'elsewhere', 'toString', '__proto__'])('starts empty from %j', (page) => {

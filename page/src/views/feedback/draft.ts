@@ -26,6 +26,11 @@ export function emptyDraft(): Draft {
     };
 }
 
+/** The draft with another sample; a file that was attached until now is moved, not doubled. */
+export function withSample(draft: Draft, sample: string): Draft {
+    return { ...draft, sample, attachments: draft.attachments.filter((path) => path !== sample) };
+}
+
 const byOrigin: Record<FeedbackOriginName, Partial<Draft>> = {
     layout: { category: 'layout' },
     print: { category: 'print' },
