@@ -109,6 +109,25 @@ describe('the updater', () => {
             ]);
         }));
 
+    it('leaves a new setting in its fields until it is stored', () =>
+        play(named('updater-not-writable'), async (view) => {
+            const fields = view.locator('.configuration-new input');
+            expect(await fields.first().inputValue()).toBe('added');
+            await fields.first().fill('channel2');
+            await fields.nth(1).fill('beta');
+            await view.evaluate(() => {
+                const { helio } = window;
+                const stored = { result: { channel2: 'beta' } };
+                window.helio = { ...helio!, call: (command, args) =>
+                    (command === 'getupdateconfig' ? Promise.resolve(stored)
+                        : helio!.call(command, args)) };
+            });
+            await view.keyboard.press('Enter');
+            await view.getByText('Saved, read again.').first().waitFor();
+            expect(await fields.first().inputValue()).toBe('');
+            expect(await fields.nth(1).inputValue()).toBe('');
+        }));
+
     it('gets no value with a dollar sign', () =>
         play(named('updater-dollar'), async (view) => {
             await view.keyboard.press('Enter');
