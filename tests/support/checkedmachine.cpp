@@ -33,7 +33,7 @@ QString CheckedMachine::write(const QString &name, const QByteArray &content) co
 
 QString CheckedMachine::writeProgram(const QString &name, const QByteArray &content) const
 {
-    const QString file = write(name, content);
+    QString file = write(name, content);
     QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return file;
 }

@@ -53,7 +53,7 @@ QString PrivateHome::suiteHome() const
 
 QString PrivateHome::writeFile(const QString &name, const QByteArray &content) const
 {
-    const QString target = path() + QLatin1Char('/') + name;
+    QString target = path() + QLatin1Char('/') + name;
     QDir().mkpath(QFileInfo(target).path());
     QFile file(target);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
