@@ -14,8 +14,9 @@ QString suiteHome()
     QString fromEnvironment = qEnvironmentVariable("HELIO_SUITE_HOME");
     if (!fromEnvironment.isEmpty())
         return fromEnvironment;
-    const QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
-                         QSettings::IniFormat);
+    QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
+                   QSettings::IniFormat);
+    file.setIniCodec("UTF-8"); // as the host reads it
     const QString fromFile =
         file.value(QStringLiteral("suiteHome")).toStringList().join(QLatin1Char(','));
     return fromFile.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/share/Orvane")
