@@ -17,7 +17,7 @@ namespace {
 const QString fileName = QStringLiteral("/vyrEnv.ini");
 const QString group = QStringLiteral("vyrEnv");
 const QString lockEnding = QStringLiteral(".lock");
-constexpr qint64 mostBytes = 16 * 1024 * 1024;
+constexpr qint64 mostBytes = qint64(16) * 1024 * 1024;
 
 [[noreturn]] void fail(const QString &text)
 {

@@ -13,7 +13,7 @@ namespace standin {
 
 namespace {
 
-constexpr qint64 mostSettings = 16 * 1024 * 1024;
+constexpr qint64 mostSettings = qint64(16) * 1024 * 1024;
 const QString settingsFile = QStringLiteral("/Orvane/Office.conf");
 
 /// Where the suite's settings are kept, as the desktop's base directories say.

@@ -44,7 +44,7 @@ void checkRuntimeDirectory(const Machine &machine, Findings &findings)
 /// Where programs of the session look for the bus; empty when there is no such place.
 QString sessionAddress(const Machine &machine)
 {
-    const QString address = machine.environment.value(addressVariable);
+    QString address = machine.environment.value(addressVariable);
     if (!address.isEmpty())
         return address;
     const QString directory = machine.environment.value(runtimeVariable);

@@ -13,7 +13,7 @@ namespace standin {
 
 namespace {
 
-constexpr qint64 mebibyte = 1024 * 1024;
+constexpr qint64 mebibyte = qint64(1024) * 1024;
 /// Less than this, and the next save is likely to fail.
 constexpr qint64 tooFewBytes = 50 * mebibyte;
 /// Less than this is soon used up by recovery files and the suite's updates.
@@ -73,7 +73,7 @@ void reportDisk(const QString &name, const QString &path, const struct statvfs &
                                    "writing."));
         return;
     }
-    reportBytes(name, path, static_cast<qint64>(disk.f_bavail * disk.f_frsize), findings);
+    reportBytes(name, path, qint64(disk.f_bavail) * qint64(disk.f_frsize), findings);
     // Some file systems do not count files.
     if (disk.f_files > 0 && disk.f_favail < tooFewFiles)
         findings.problem(Words::tr("%1 (%2) has room for %3 further files only, whatever their "

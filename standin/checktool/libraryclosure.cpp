@@ -42,7 +42,7 @@ ElfFile LibraryClosure::add(const QString &path)
         return {};
     if (m_files.contains(file))
         return m_files.value(file).file;
-    const ElfFile content = readElf(file);
+    ElfFile content = readElf(file);
     if (content.state != ElfFile::State::Good)
         return content;
     // What a program brings counts for everything that is loaded into it.

@@ -44,7 +44,7 @@ QString findConverter(const Machine &machine)
     for (const QString &place : converterPlaces)
         places.append(machine.root + place);
     for (const QString &name : converters) {
-        const QString program = QStandardPaths::findExecutable(name, places);
+        QString program = QStandardPaths::findExecutable(name, places);
         if (!program.isEmpty())
             return program;
     }
@@ -109,7 +109,7 @@ void removeLeftovers(const QString &directory)
 /// a document may print.
 QString copyInto(const QString &directory, const QFileInfo &document)
 {
-    const QString copy = directory + QStringLiteral("/document/") + document.fileName();
+    QString copy = directory + QStringLiteral("/document/") + document.fileName();
     if (!QDir().mkpath(QFileInfo(copy).path()) || !QFile::copy(document.filePath(), copy))
         fail(Words::tr("%1 cannot be copied to %2").arg(document.filePath(), copy));
     return copy;
@@ -158,7 +158,7 @@ QString convert(const Machine &machine, const QString &converter, const QString 
                     QStringLiteral("--convert-to"), QStringLiteral("pdf"),
                     QStringLiteral("--outdir"), output, copy},
                    machine.environment, timeoutMs);
-    const QString pdf = onlyPdfIn(output);
+    QString pdf = onlyPdfIn(output);
     // It ends successfully when it could not read the document, too.
     if (!end.hasSucceeded() || pdf.isEmpty() || !isPdf(pdf))
         fail(Words::tr("%1 could not be printed: %2")
@@ -172,7 +172,7 @@ QString printDocument(const Machine &machine, const QString &document, int timeo
 {
     const QFileInfo source(document);
     const QString directory = machine.suiteHome + QStringLiteral("/tmp");
-    const QString pdf = QStringLiteral("%1/%2.pdf").arg(directory, source.baseName());
+    QString pdf = QStringLiteral("%1/%2.pdf").arg(directory, source.baseName());
     if (source.exists() && source.canonicalFilePath() == QFileInfo(pdf).canonicalFilePath())
         fail(Words::tr("%1 is where the printed document has to go").arg(document));
     removeEarlier(pdf);

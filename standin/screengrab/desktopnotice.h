@@ -6,6 +6,6 @@
 namespace standin {
 
 /// Shows a short notice of the desktop (org.freedesktop.Notifications), where it shows any.
-void showNotice(QDBusConnection bus, const QString &title, const QString &text);
+void showNotice(const QDBusConnection &bus, const QString &title, const QString &text);
 
 } // namespace standin

@@ -10,7 +10,7 @@ class UpdateLog
 {
 public:
     /// A log that has grown beyond this starts anew, in bytes.
-    static constexpr qint64 largestSize = 1024 * 1024;
+    static constexpr qint64 largestSize = qint64(1024) * 1024;
 
     explicit UpdateLog(const QString &path);
     ~UpdateLog();

@@ -29,8 +29,8 @@ QJsonObject probeOpenGl(int &argc, char *argv[])
     if (!context.create() || !context.makeCurrent(&surface))
         return {{QLatin1String(facts::fault),
                  QStringLiteral("no OpenGL context can be made on this display")}};
-    const QJsonObject found{{QLatin1String(facts::renderer), openGlText(context, GL_RENDERER)},
-                            {QLatin1String(facts::version), openGlText(context, GL_VERSION)}};
+    QJsonObject found{{QLatin1String(facts::renderer), openGlText(context, GL_RENDERER)},
+                      {QLatin1String(facts::version), openGlText(context, GL_VERSION)}};
     context.doneCurrent();
     return found;
 }

@@ -110,8 +110,7 @@ QJsonArray readPrinters(ipp_t *answer)
 QString defaultPrinter(http_t *connection)
 {
     cups_dest_t *destination = cupsGetNamedDest(connection, nullptr, nullptr);
-    const QString name =
-        QString::fromUtf8(destination ? destination->name : cupsGetDefault2(connection));
+    QString name = QString::fromUtf8(destination ? destination->name : cupsGetDefault2(connection));
     cupsFreeDests(destination ? 1 : 0, destination);
     return name;
 }
