@@ -1,48 +1,58 @@
-import { execFileSync } from 'node:child_process';
+import { execFile } from 'node:child_process';
 import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
+import { promisify } from 'node:util';
 
 import { SUITE } from '../paths.mjs';
 import { removeTree } from '../sandboxmounts.mjs';
 
 const BUILD = path.dirname(SUITE);
-const LONG = { timeout: 240_000, stdio: ['ignore', 'pipe', 'pipe'] };
 
-/** Whether the tree under test belongs to a build that can be made a package. */
-export const canBuildPackage = fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'))
-    && fs.existsSync('/usr/bin/dpkg-deb');
+/** Whether the tree under test can be made a package; one that SUITE_DIR names need not be a build. */
+export const canBuildPackage = process.env.SUITE_DIR === undefined
+    || fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'));
+
+/** What it prints. The test runner gives up a process that does not answer it for a minute. */
+async function outputOf(program, args, options) {
+    const { stdout } = await promisify(execFile)(program, args, { timeout: 240_000, ...options });
+    return stdout;
+}
 
 /** The project's Debian package, unpacked: its tree in `tree`, its control files in `control`. */
 export class DebianPackage {
-    static build() {
-        const directory = fs.mkdtempSync(path.join(os.tmpdir(), 'debianpackage-'));
+    static async build() {
+        const debianPackage = new DebianPackage();
         try {
-            execFileSync('cpack', ['-G', 'DEB', '-B', directory], { cwd: BUILD, ...LONG });
-            const [name] = fs.readdirSync(directory).filter((entry) => entry.endsWith('.deb'));
-            return new DebianPackage(directory, path.join(directory, name));
+            await debianPackage.#build();
         } catch (error) {
-            removeTree(directory);
+            debianPackage.dispose();
             throw error;
         }
+        return debianPackage;
     }
 
-    constructor(directory, file) {
-        this.directory = directory;
-        this.file = file;
-        this.tree = path.join(directory, 'tree');
-        this.control = path.join(directory, 'control');
-        execFileSync('dpkg-deb', ['-x', file, this.tree], LONG);
-        execFileSync('dpkg-deb', ['-e', file, this.control], LONG);
+    constructor() {
+        this.directory = fs.mkdtempSync(path.join(os.tmpdir(), 'debianpackage-'));
+        this.tree = path.join(this.directory, 'tree');
+        this.control = path.join(this.directory, 'control');
+    }
+
+    async #build() {
+        await outputOf('cpack', ['-G', 'DEB', '-B', this.directory], { cwd: BUILD });
+        const [name] = fs.readdirSync(this.directory).filter((entry) => entry.endsWith('.deb'));
+        this.file = path.join(this.directory, name);
+        await outputOf('dpkg-deb', ['-x', this.file, this.tree]);
+        await outputOf('dpkg-deb', ['-e', this.file, this.control]);
     }
 
     /** Mode, owner and name of everything in the package. */
-    get contents() {
-        return execFileSync('dpkg-deb', ['-c', this.file], LONG).toString().split('\n')
-            .filter(Boolean).map((line) => {
-                const [mode, owner, , , , name] = line.split(/\s+/);
-                return { mode, owner, name: name.slice(1) };
-            });
+    async contents() {
+        const listing = await outputOf('dpkg-deb', ['-c', this.file]);
+        return listing.split('\n').filter(Boolean).map((line) => {
+            const [mode, owner, , , , name] = line.split(/\s+/);
+            return { mode, owner, name: name.slice(1) };
+        });
     }
 
     dispose() {

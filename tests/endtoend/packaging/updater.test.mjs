@@ -20,8 +20,8 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     let debianPackage;
     let root;
 
-    beforeAll(() => {
-        debianPackage = DebianPackage.build();
+    beforeAll(async () => {
+        debianPackage = await DebianPackage.build();
     }, 300_000);
 
     afterAll(() => debianPackage?.dispose());
@@ -43,8 +43,8 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     const logText = async () => Buffer.from(await send('getlogfile'), 'base64').toString();
     const log = async (line) => expect(await root.readFile(LOG)).toContain(line);
 
-    test('has the updater at its place, and nothing that others may write', () => {
-        const { contents } = debianPackage;
+    test('has the updater at its place, and nothing that others may write', async () => {
+        const contents = await debianPackage.contents();
         const outside = contents.filter(({ name, mode }) =>
             !mode.startsWith('d') && !name.startsWith('/usr/'));
         expect(outside.map(({ mode, name }) => `${mode} ${name}`).sort()).toEqual([
