@@ -164,7 +164,7 @@ export class Session {
                 this.#claimed.add(index);
                 return this.events[index];
             }
-            if (!this.#process.isRunning)
+            if (this.#process.hasEnded)
                 throw new Error(`assistantctl ended before ${what}: ${this.#process.stderr}`);
             return null;
         }, { timeoutMs, what });

@@ -3,6 +3,16 @@ import { once } from 'node:events';
 
 const OUTPUT_LIMIT = 256 * 1024 * 1024;
 
+/** A process may have ended by itself a moment before, which nobody has noticed yet. */
+function killIfThere(pid) {
+    try {
+        process.kill(pid, 'SIGKILL');
+    } catch (error) {
+        if (error.code !== 'ESRCH')
+            throw error;
+    }
+}
+
 /** A process in a private root; its output is collected, and it never outlives the test. */
 export class SandboxProcess {
     #child;
@@ -13,6 +23,7 @@ export class SandboxProcess {
     #firstProcess;
     #spawnError = null;
     #overflow = false;
+    #hasEnded = false;
 
     /** args: bubblewrap's own arguments and, behind "--", the command. */
     constructor(args, description) {
@@ -30,6 +41,9 @@ export class SandboxProcess {
                 this.#spawnError = error;
                 resolve({ status: null, signal: null });
             });
+        }).then((end) => {
+            this.#hasEnded = true;
+            return end;
         });
     }
 
@@ -48,6 +62,11 @@ export class SandboxProcess {
     get isRunning() {
         return this.#child.pid !== undefined && this.#child.exitCode === null
             && this.#child.signalCode === null;
+    }
+
+    /** Whether it has ended and all that it had printed has been read. */
+    get hasEnded() {
+        return this.#hasEnded;
     }
 
     /** Calls listener with each piece of standard output, as bytes. */
@@ -99,7 +118,7 @@ export class SandboxProcess {
     async kill() {
         const firstProcess = await this.#firstProcess;
         if (this.isRunning && firstProcess)
-            process.kill(firstProcess, 'SIGKILL');
+            killIfThere(firstProcess);
         await this.#ended;
     }
 
