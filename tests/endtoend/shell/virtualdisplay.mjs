@@ -28,15 +28,27 @@ export class VirtualDisplay {
 
     async #startServer() {
         // Without -noreset the server starts anew, and drops who just connects, when its last
-        // client leaves.
+        // client leaves. Without -r a key repeats itself when its release is long in coming.
         const words = ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp',
-            '-noreset'];
-        this.#server = start('Xvfb', words, { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
+            '-noreset', '-r'];
+        this.#server = start('Xvfb', words, { stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
+        let complaints = '';
+        this.#server.stderr.on('data', (chunk) => {
+            complaints += chunk;
+        });
         let number = '';
         this.#server.stdio[3].on('data', (chunk) => {
             number += chunk;
         });
-        await waitFor(() => number.endsWith('\n'), { what: 'the virtual display' });
+        let hasEnded = false;
+        this.#server.once('close', () => {
+            hasEnded = true;
+        });
+        await waitFor(() => {
+            if (hasEnded)
+                throw new Error(`the virtual display has ended: ${complaints}`);
+            return number.endsWith('\n');
+        }, { what: 'the virtual display' });
         this.name = `:${number.trim()}`;
     }
 
@@ -55,11 +67,21 @@ export class VirtualDisplay {
 
     /** The ids of the program's visible windows; `by` are other words of xdotool for the search. */
     async windows(by = ['--class', 'helio-shell']) {
+        const ids = await waitFor(() => this.#found(by), { what: 'a look at the windows' });
+        return ids.split('\n').filter(Boolean);
+    }
+
+    /** What xdotool finds; nothing when a window has gone while it looked. */
+    async #found(by) {
         try {
-            const ids = await this.act('search', '--onlyvisible', ...by);
-            return ids.split('\n').filter(Boolean);
-        } catch {
-            return []; // xdotool's way to say that there is none
+            return `${await this.act('search', '--onlyvisible', ...by)}\n`;
+        } catch (error) {
+            // Its way to say that there is none.
+            if (error.code === 1 && error.stderr === '')
+                return '\n';
+            if (/BadWindow/.test(error.stderr))
+                return null;
+            throw error;
         }
     }
 
