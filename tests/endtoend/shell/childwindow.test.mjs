@@ -122,13 +122,15 @@ test('the window is dragged by the title bar of the page', async () => {
     const window = (await shared.display.windowCount(1))[0];
     const before = await shared.display.geometry(window);
     const { x, y } = await main.placeOf('#bar');
-    await shared.display.act('mousemove', x, y, 'mousedown', 1, 'sleep', 0.3);
-    await shared.display.act('mousemove', x + 40, y + 30, 'sleep', 0.1);
-    await shared.display.act('mousemove', x + 80, y + 60);
-    await shared.display.act('sleep', 0.1, 'mouseup', 1);
-    await waitFor(async () => (await shared.display.geometry(window)).x - before.x === 80,
-        { what: 'the move of the window' });
-    expect((await shared.display.geometry(window)).y - before.y).toBe(60);
+    await shared.display.act('mousemove', x, y, 'mousedown', 1);
+    await main.until('Boolean(window.isPressed)');
+    // The window follows from when the window manager has taken the pointer.
+    await waitFor(async () => {
+        await shared.display.act('mousemove', x + 79, y + 60, 'mousemove', x + 80, y + 60);
+        const now = await shared.display.geometry(window);
+        return now.x - before.x === 80 && now.y - before.y === 60;
+    }, { what: 'the move of the window' });
+    await shared.display.act('mouseup', 1);
 });
 
 test('the window is resized by its edge', async () => {
@@ -136,12 +138,17 @@ test('the window is resized by its edge', async () => {
     const window = (await shared.display.windowCount(1))[0];
     const { x, y, width, height } = await shared.display.geometry(window);
     const edge = x + width - 2;
-    const level = y + height / 2;
-    await shared.display.act('mousemove', edge, level, 'sleep', 0.1, 'mousedown', 1, 'sleep', 0.2);
-    await shared.display.act('mousemove', edge + 30, level, 'sleep', 0.1);
-    await shared.display.act('mousemove', edge + 60, level, 'sleep', 0.1, 'mouseup', 1);
-    await waitFor(async () => (await shared.display.geometry(window)).width === width + 60,
-        { what: 'the wider window' });
+    let pointer = edge;
+    await shared.display.act('mousemove', edge, y + height / 2, 'mousedown', 1);
+    // The edge follows from when the window manager has taken the pointer.
+    await waitFor(async () => {
+        await shared.display.act('mousemove', pointer += 1, y + height / 2);
+        return (await shared.display.geometry(window)).width >= width + 20;
+    }, { what: 'the wider window' });
+    await shared.display.act('mouseup', 1);
+    const after = await shared.display.geometry(window);
+    expect(after.width - width).toBeLessThanOrEqual(pointer - edge);
+    expect(after).toMatchObject({ x, y, height });
 });
 
 test('closing the main window ends the program', async () => {

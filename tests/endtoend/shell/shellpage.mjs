@@ -68,9 +68,13 @@ export class ShellPage {
         return waitFor(async () => this.evaluate(expression), { what: expression, ...options });
     }
 
-    /** Where on the screen the middle of an element is. */
+    /** Where on the screen the middle of an element is, once the page has been drawn. */
     async placeOf(selector) {
-        return this.evaluate(`(() => {
+        return this.evaluate(`(async () => {
+            const drawn = () => new Promise((resolve) => requestAnimationFrame(resolve));
+            // The second frame is begun when the first one is there.
+            await drawn();
+            await drawn();
             const box = document.querySelector(${JSON.stringify(selector)}).getBoundingClientRect();
             return { x: Math.round(screenX + box.x + box.width / 2),
                 y: Math.round(screenY + box.y + box.height / 2) };

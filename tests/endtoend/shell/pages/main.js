@@ -10,6 +10,11 @@ function hiddentipCallBack(envelope) {
     document.getElementById('tip').textContent = envelope.result;
 }
 
+async function press() {
+    await helio.call('mousePress');
+    window.isPressed = true;
+}
+
 async function exportReport() {
     const { result } = await helio.call('exportsysinfo');
     document.getElementById('outcome').textContent = result;
