@@ -1,6 +1,16 @@
 const LAUNCHER = '/tmp/beside.sh';
 const LOG = '/tmp/beside.log';
 
+/** For a script: an X display and a session bus, which answer when it goes on. */
+export const DISPLAY_AND_BUS = `
+export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
+Xvfb :7 -nolisten tcp -noreset &
+await xprop -root
+dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
+await dbus-send --session --dest=org.freedesktop.DBus --print-reply / \
+    org.freedesktop.DBus.GetId
+`;
+
 /**
  * The root with other programs running beside every command: a bash script starts them and
  * returns when they are ready. They end with the command, being in its process namespace, and
@@ -8,9 +18,9 @@ const LOG = '/tmp/beside.log';
  */
 export async function beside(root, script) {
     await root.writeFile(LAUNCHER, `#!/bin/bash
-# Waits until the condition (a command) holds, for 20 seconds at most.
+# Waits until the condition (a command) holds, for a minute at most.
 await() {
-    local end=$((SECONDS + 20))
+    local end=$((SECONDS + 60))
     until "$@" 2> /dev/null; do
         if ((SECONDS >= end)); then
             echo "no success: $*" >&2

@@ -68,7 +68,7 @@ describe('screenshots', () => {
         const withDisplay = await beside(root, `
 mkfifo /tmp/display
 Xvfb -displayfd 9 -screen 0 640x480x24 -nolisten tcp -noreset 9> /tmp/display &
-read -t 20 number < /tmp/display
+read -t 60 number < /tmp/display
 export DISPLAY=:$number`);
         const end = await runCommand(withDisplay, 'screenshots');
         expect(end).toMatchObject({ status: 0, stderr: '', answer: { result: 'success' } });

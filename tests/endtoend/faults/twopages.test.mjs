@@ -83,7 +83,7 @@ describe('two processes in one home', () => {
     test('one that ends takes the scripts, and the other one has them again', async () => {
         const end = await root.run(['bash', '-c', `
             coproc /suite/office/assistantctl --session
-            answered() { echo "$1" >&"\${COPROC[1]}" && IFS= read -r -t 20 line <&"\${COPROC[0]}"; }
+            answered() { echo "$1" >&"\${COPROC[1]}" && IFS= read -r -t 60 line <&"\${COPROC[0]}"; }
             answered '{"command":"getassomime"}' && echo "$line"
             /suite/office/assistantctl getassomime > /dev/null
             ls ${STAGING} | wc -l

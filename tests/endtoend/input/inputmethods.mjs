@@ -1,15 +1,7 @@
 import fs from 'node:fs';
 
 import { runCommand } from '../assistantctl.mjs';
-import { beside, besideLog } from '../beside.mjs';
-
-const DISPLAY_AND_BUS = `
-Xvfb :7 -nolisten tcp -noreset &
-await test -S /tmp/.X11-unix/X7
-dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
-await test -S /tmp/bus
-export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
-`;
+import { beside, besideLog, DISPLAY_AND_BUS } from '../beside.mjs';
 
 /** Scripts that start a daemon and return when it serves. */
 const DAEMONS = {

@@ -4,7 +4,7 @@ import path from 'node:path';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
-import { beside } from '../beside.mjs';
+import { beside, DISPLAY_AND_BUS } from '../beside.mjs';
 import { REPOSITORY } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { FAULTS } from './brokenmachine.mjs';
@@ -20,12 +20,7 @@ const OFFERED = fs.readFileSync(
     .match(/export const checks = \[(.*?)\]/s)[1].match(/\w+/g);
 
 const SERVER = '/server/node';
-const SESSION = `
-Xvfb :7 -nolisten tcp -noreset &
-await test -S /tmp/.X11-unix/X7
-dbus-daemon --session --address=unix:path=/tmp/bus --nofork --nopidfile &
-await test -S /tmp/bus
-export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
+const SESSION = `${DISPLAY_AND_BUS}
 ibus-daemon --panel disable --xim &
 await dbus-send --session --dest=org.freedesktop.DBus --print-reply /org/freedesktop/DBus \
     org.freedesktop.DBus.GetNameOwner string:org.freedesktop.IBus

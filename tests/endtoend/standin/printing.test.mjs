@@ -13,6 +13,8 @@ const PROGRAMS = ['/usr/bin/soffice', '/usr/bin/libreoffice'];
 const hasOfficeSuite = fs.existsSync(`${OFFICE_SUITE}/program/soffice`);
 
 const SERVER = '/server/node';
+/** A suite that starts for the first time writes its profile. */
+const PATIENCE = 200_000;
 /** Writes down what asks it. */
 const PICTURE_SERVER = `
 ${SERVER} -e 'require("http").createServer((request, answer) => {
@@ -33,7 +35,7 @@ afterEach(async () => root.dispose());
 
 const base64 = (text) => Buffer.from(text).toString('base64');
 const print = (program, document, options) =>
-    root.run([TOOL, 'print', program, document], { timeoutMs: 60_000, ...options });
+    root.run([TOOL, 'print', program, document], { timeoutMs: PATIENCE, ...options });
 const pagesOf = (pdf) => pdf.match(/\/Type\s*\/Page\b/g)?.length;
 
 describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
@@ -48,7 +50,7 @@ describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
         await root.writeFile(path, DOCUMENT);
         const prepared = await beside(root, PICTURE_SERVER);
         const end = await runCommand(prepared, 'openprinterrorfile', {},
-            { choose: [path], trace: true, timeoutMs: 60_000 });
+            { choose: [path], trace: true, timeoutMs: PATIENCE });
         expect(end.answer.result).toBe(base64(path));
         expect(end.events.find(({ detached }) => detached)).toMatchObject(
             { arguments: ['xdg-open', `${WORK}/Quartals bericht.pdf`] });

@@ -9,7 +9,7 @@ import { filled, TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
 /** Each look at the associations starts the desktop's tool 78 times. */
-const LONG = { timeoutMs: 90_000 };
+const LONG = { timeoutMs: 240_000 };
 const shared = viewTests();
 
 const entry = (name) => `[Desktop Entry]\nType=Application\nName=${name}\nExec=true %f\n`;
@@ -57,4 +57,4 @@ test('associations are repaired with the desktop’s tools and listed until they
     }
     const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
     expect(defaults).toContain(`application/vyr-office.docx=${ENTRIES.vyr}`);
-});
+}, 900_000);

@@ -58,7 +58,7 @@ test('a screenshot is saved and on the clipboard, and the window comes back', as
     expect(sizeOf(fs.readFileSync(shared.inHome('Pictures', picture)))).toEqual([1400, 1000]);
     const clipboard = execFileSync('xclip',
         ['-display', shared.display.name, '-selection', 'clipboard', '-target', 'image/png', '-out'],
-        { timeout: 20_000, maxBuffer: 64 * 1024 * 1024 });
+        { timeout: 60_000, maxBuffer: 64 * 1024 * 1024 });
     expect(sizeOf(clipboard)).toEqual([1400, 1000]);
 });
 
