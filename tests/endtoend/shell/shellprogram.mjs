@@ -8,13 +8,25 @@ import { ShellPage } from './shellpage.mjs';
 
 const LONGEST_END = 90_000;
 
-export async function freePort() {
-    const server = net.createServer().listen(0, '127.0.0.1');
-    await once(server, 'listening');
-    const { port } = server.address();
-    server.close();
-    await once(server, 'close');
-    return port;
+/** Ten ports for each process that runs tests, below those that the kernel gives to anybody. */
+const OWN_PORTS = Array.from({ length: 10 }, (_, at) => 10_000 + 10 * (process.pid % 2_000) + at);
+
+/** A port that nobody listens on, nor will before the program does that is told of it. */
+async function freePort() {
+    for (let tries = 0; tries < OWN_PORTS.length; tries += 1) {
+        const port = OWN_PORTS.shift();
+        OWN_PORTS.push(port);
+        const server = net.createServer();
+        try {
+            await once(server.listen(port, '127.0.0.1'), 'listening');
+        } catch {
+            continue; // somebody has it
+        }
+        server.close();
+        await once(server, 'close');
+        return port;
+    }
+    throw new Error(`all of the ports ${OWN_PORTS.join(' ')} are taken`);
 }
 
 /** One text: Chromium's processes write over their own arguments, without zeros between them. */
