@@ -59,6 +59,7 @@ export class ScratchSuite {
     }
 
     dispose() {
-        fs.rmSync(this.directory, { recursive: true, force: true });
+        // What a command has started may still be writing.
+        fs.rmSync(this.directory, { recursive: true, force: true, maxRetries: 20 });
     }
 }

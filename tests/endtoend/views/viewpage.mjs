@@ -41,25 +41,33 @@ export class ViewPage {
 
     /** Clicks the control of that name with the mouse; `within`: a text beside it. */
     async press(name, { within = null, timeoutMs } = {}) {
-        const place = await this.#page.until(
+        await this.#click(
             `(${placeOfControl})(${JSON.stringify(name)}, ${JSON.stringify(within)})`,
             { what: `a control “${name}” to press`, timeoutMs });
-        await this.#click(place);
     }
 
     /** Clicks the row of a list that holds a text. */
     async select(text, { timeoutMs } = {}) {
-        const place = await this.#page.until(`(() => {
+        await this.#click(`(() => {
             const row = [...document.querySelectorAll('[role="option"]')]
                 .find((element) => element.textContent.includes(${JSON.stringify(text)}));
             if (!row) return null;
             const box = row.getBoundingClientRect();
             return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
         })()`, { what: `a row “${text}” to select`, timeoutMs });
-        await this.#click(place);
     }
 
-    async #click({ x, y }) {
+    /** Clicks the place that an expression gives, once it has stayed the same for a frame. */
+    async #click(placeExpression, options) {
+        const { x, y } = await this.#page.until(`(async () => {
+            const nextFrame = () => new Promise((resolve) => requestAnimationFrame(resolve));
+            const before = ${placeExpression};
+            if (!before) return null;
+            await nextFrame();
+            await nextFrame();
+            const place = ${placeExpression};
+            return place && place.x === before.x && place.y === before.y ? place : null;
+        })()`, options);
         for (const type of ['mousePressed', 'mouseReleased'])
             await this.#page.tools.Input.dispatchMouseEvent(
                 { type, x, y, button: 'left', clickCount: 1 });
