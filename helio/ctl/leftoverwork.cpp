@@ -18,8 +18,12 @@ namespace {
 
 constexpr int longestWaitMs = 30000;
 constexpr int checkIntervalMs = 20;
-/// Enough for a thread that a command has just started to get to its program.
+/// A thread that a command has just started gets to its program by then, or is seen on its way.
 constexpr int threadStartMs = 50;
+
+const QString threadsDirectory = QStringLiteral("/proc/self/task/");
+/// As Qt names the threads of its pools, in which searches run.
+const QByteArray pooledThread = QByteArrayLiteral("Thread (pooled)");
 
 /// A script shows as the program itself, as an interpreter's first argument, as that of a script
 /// that stands in for the interpreter or, for a moment, in the command line that a shell of ours
@@ -33,16 +37,33 @@ bool namesScriptFrom(const QByteArray &directory, const QList<QByteArray> &words
     return !words.value(1).startsWith('-') && words.value(2).startsWith(directory);
 }
 
+struct Status
+{
+    QByteArray name;
+    QByteArray state;
+    qint64 parent = 0;
+};
+
+/// Of a process or thread, by its directory in /proc; all is empty for one that has gone.
+Status statusOf(const QString &directory)
+{
+    QFile status(directory + QStringLiteral("/stat"));
+    if (!status.open(QIODevice::ReadOnly))
+        return {};
+    // As proc(5) lists them; the name may hold anything.
+    const QByteArray line = status.readAll();
+    const int nameBegin = line.indexOf('(') + 1;
+    const int nameEnd = line.lastIndexOf(')');
+    const QList<QByteArray> fields = line.mid(nameEnd + 2).split(' ');
+    return {line.mid(nameBegin, nameEnd - nameBegin), fields.value(0),
+            fields.value(1).toLongLong()};
+}
+
 bool isLivingChild(const QString &processId)
 {
-    QFile status(QStringLiteral("/proc/%1/stat").arg(processId));
-    if (!status.open(QIODevice::ReadOnly))
-        return false;
-    // Behind the name, which may hold anything: state and parent, as proc(5) lists them.
-    const QByteArray line = status.readAll();
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    return fields.value(0) != "Z" && fields.value(0) != "X" &&
-           fields.value(1).toLongLong() == QCoreApplication::applicationPid();
+    const Status status = statusOf(QStringLiteral("/proc/") + processId);
+    return !status.state.isEmpty() && status.state != "Z" && status.state != "X" &&
+           status.parent == QCoreApplication::applicationPid();
 }
 
 bool runsScriptFrom(const QByteArray &directory, const QString &processId)
@@ -62,11 +83,22 @@ bool isOwnProcess(const QString &processId)
            processId.toLongLong() != QCoreApplication::applicationPid();
 }
 
-bool hasOtherThreads()
+QStringList otherThreads()
 {
-    return QDir(QStringLiteral("/proc/self/task"))
-               .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-               .size() > 1;
+    QStringList threads = QDir(threadsDirectory).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    threads.removeOne(QString::number(QCoreApplication::applicationPid()));
+    return threads;
+}
+
+/// Whether a thread is on its way to its program, or from there to what it reports of it. On a
+/// busy machine that takes long. A search is cut short by the end of the process.
+bool hasThreadUnderWay()
+{
+    const QStringList threads = otherThreads();
+    return std::any_of(threads.begin(), threads.end(), [](const QString &thread) {
+        const Status status = statusOf(threadsDirectory + thread);
+        return (status.state == "R" || status.state == "D") && status.name != pooledThread;
+    });
 }
 
 } // namespace
@@ -86,10 +118,10 @@ int ctl::waitForLeftoverWork()
     const QString scripts = krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
     QElapsedTimer waited;
     waited.start();
-    if (hasOtherThreads())
+    if (!otherThreads().isEmpty())
         CallbackWait::processEvents(threadStartMs);
     while (waited.elapsed() < longestWaitMs &&
-           (helio::awaitedProgramCount() > 0 ||
+           (helio::awaitedProgramCount() > 0 || hasThreadUnderWay() ||
             (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
         CallbackWait::processEvents(checkIntervalMs);
     // What other threads reported last, such as the start of a program, is still to be printed.

@@ -1,9 +1,12 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 #include "helio/ctl/leftoverwork.h"
 #include "tests/support/headlesstest.h"
@@ -152,6 +155,22 @@ private slots:
         ctl::waitForLeftoverWork();
         QVERIFY(QFileInfo::exists(testsupport::PrivateHome::current().path() +
                                   QStringLiteral("/ended")));
+    }
+
+    void aThreadOnItsWayIsWaitedFor()
+    {
+        std::atomic<bool> hasArrived{false};
+        std::thread busy([&hasArrived] {
+            QElapsedTimer way;
+            way.start();
+            while (way.elapsed() < 500)
+                continue;
+            hasArrived = true;
+        });
+        ctl::waitForLeftoverWork();
+        const bool hadArrived = hasArrived;
+        busy.join();
+        QVERIFY(hadArrived);
     }
 
 private:
