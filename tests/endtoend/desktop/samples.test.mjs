@@ -104,7 +104,7 @@ describe('the sample documents', () => {
             for (const [name, text] of Object.entries(texts))
                 expect(text.includes(TEXT), name).toBe(true);
         }
-    }, 240_000);
+    }, 600_000);
 });
 
 describe('documents of other writers', () => {
@@ -123,7 +123,7 @@ describe('documents of other writers', () => {
                     .toEqual([typeOf(`.${format}`)]);
             }
         }
-    }, 240_000);
+    }, 600_000);
 
     test('of python3-docx are the suite’s after the repair, in any case of letters', async () => {
         await repairTypes();

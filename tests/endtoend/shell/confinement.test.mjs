@@ -77,9 +77,7 @@ test('an empty document gets no answer, and the notice leads back to the page', 
     await waitFor(() => /was refused/.test(program.stderr), { what: 'the refusal' });
     expect(await shared.display.windows()).toHaveLength(1);
     const [window] = await shared.display.windows();
-    await shared.display.focused(window);
-    await shared.display.act('key', 'space');
-    await (await program.page()).until('Boolean(window.helio)');
+    await shared.reloadByKey(program, window);
 });
 
 test('forms, refreshes, downloads and new windows do not leave the page', async () => {

@@ -15,17 +15,6 @@ async function killRenderers(program) {
         { what: 'the end of the killed processes' });
 }
 
-/** Presses the notice's button, which has the focus, until the page is back. */
-async function reloadByKey(program, window) {
-    await shared.display.focused(window);
-    const page = await waitFor(async () => {
-        await shared.display.act('key', 'space');
-        return program.page('index.html', { timeoutMs: 5000 }).catch(() => null);
-    }, { timeoutMs: 90_000, what: 'the page after its reload' });
-    await page.until('Boolean(window.helio)');
-    return page;
-}
-
 /** Waits until the child window is there and has the keyboard. */
 async function focusedChild(mainWindow) {
     const windows = await shared.display.windowCount(2);
@@ -38,7 +27,7 @@ test('a killed renderer leaves a notice whose button brings the page back', asyn
     const [window] = await shared.display.windowCount(1);
     for (let round = 0; round < 3; round += 1) {
         await killRenderers(program);
-        page = await reloadByKey(program, window);
+        page = await shared.reloadByKey(program, window);
         expect(await page.call('getcollectionpage')).toEqual({ result: { page: '' } });
     }
     program.signal('SIGTERM');

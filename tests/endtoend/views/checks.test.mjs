@@ -10,7 +10,7 @@ const TOOL = 'vyrEnvCheckTool';
 /** Writes its arguments down, waits until it may go on, and answers for its component. */
 const TOOL_SCRIPT = `#!/bin/bash
 printf '%s|' "$@" >> "$HOME/toolcalls"
-for ((tries = 0; tries < 1000; tries++)); do
+for ((tries = 0; tries < 4500; tries++)); do
     [ -e "$HOME/go" ] && break
     sleep 0.02
 done
