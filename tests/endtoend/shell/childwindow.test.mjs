@@ -1,3 +1,5 @@
+import fs from 'node:fs';
+import path from 'node:path';
 import { expect, test } from 'vitest';
 
 import { waitFor } from '../waitfor.mjs';
@@ -97,20 +99,35 @@ test('both windows are minimised, and the user brings both back with either', as
     }
 });
 
+/** Has screenshots take until the test lets them go; gives what does that. */
+function holdScreenshots() {
+    const go = path.join(shared.suite.home, 'go');
+    fs.rmSync(go, { force: true });
+    const program = path.join(shared.suite.addon, 'independScreenshot/screengrab');
+    fs.rmSync(program);
+    fs.writeFileSync(program, `#!/bin/sh\nuntil [ -e '${go}' ]; do sleep 0.05; done\n`,
+        { mode: 0o755 });
+    return () => fs.writeFileSync(go, '');
+}
+
 test('a screenshot from a child page has neither window in it', async () => {
+    const letGo = holdScreenshots();
     const { child } = await openChild();
     const answer = child.call('screenshots');
     await shared.display.windowCount(0);
+    letGo();
     expect(await answer).toEqual({ result: 'success' });
     await shared.display.windowCount(2);
 });
 
 test('a screenshot minimises the window and brings it back', async () => {
+    const letGo = holdScreenshots();
     const program = await shared.start();
     const main = await program.page();
     const window = (await shared.display.windowCount(1))[0];
     const answer = main.call('screenshots');
     await shared.display.windowCount(0);
+    letGo();
     expect(await answer).toEqual({ result: 'success' });
     await shared.display.windowCount(1);
     await shared.display.focused(window);
