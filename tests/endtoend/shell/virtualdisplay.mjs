@@ -19,6 +19,7 @@ export class VirtualDisplay {
         try {
             await display.#startServer();
             await display.#startManager(home);
+            await display.#tryKeys();
         } catch (error) {
             await display.stop();
             throw error;
@@ -58,6 +59,23 @@ export class VirtualDisplay {
         const isThere = async () => /window id/.test(
             await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK']));
         await waitFor(isThere, { what: 'the window manager' });
+    }
+
+    /**
+     * The first key brings a mapping of the keyboard, upon which the window manager gives its own
+     * keys up for a moment. So the one that shows the desktop is pressed until it does, and back.
+     */
+    async #tryKeys() {
+        // Mostly enough, and then the other key need not be pressed twice.
+        await this.act('key', 'Shift_L', 'sleep', 0.2);
+        for (const shown of [1, 0]) {
+            const isShown = async () => (await this.#output('xprop',
+                ['-root', '_NET_SHOWING_DESKTOP'])).endsWith(`= ${shown}\n`);
+            await waitFor(async () => {
+                await this.act('key', 'super+d');
+                return waitFor(isShown, { timeoutMs: 5000 }).catch(() => false);
+            }, { what: 'a key of the window manager' });
+        }
     }
 
     /** What a user does, in the words of xdotool. */
