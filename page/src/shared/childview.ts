@@ -2,10 +2,12 @@ import { onBeforeUnmount, onMounted } from 'vue';
 import type { ViewType } from '@/client';
 import { useClient } from './view';
 
-/** What the keys of a view in the child window do. */
-export interface ViewKeys {
+/** What a view in the child window does at its keys, and when it is to close. */
+export interface ViewActions {
     runAgain?: () => void;
     filter?: () => void;
+    /** Whether the view may close now; one that may not says why. */
+    mayClose?: () => boolean;
 }
 
 /**
@@ -13,18 +15,20 @@ export interface ViewKeys {
  * asked for when the view closes, if only then it is known.
  */
 export function useChildView(
-    type: ViewType | (() => ViewType), keys: ViewKeys = {},
+    type: ViewType | (() => ViewType), actions: ViewActions = {},
 ): { close: () => void } {
     const client = useClient();
-    const close = (): void =>
+    const close = (): void => {
+        if (actions.mayClose && !actions.mayClose()) return;
         void client.closeChildWindow(typeof type === 'function' ? type() : type);
+    };
 
     function act(event: KeyboardEvent): void {
         const control = event.ctrlKey || event.metaKey;
         let action: (() => void) | undefined;
-        if (event.key === 'F5') action = keys.runAgain;
+        if (event.key === 'F5') action = actions.runAgain;
         else if (event.key === 'Escape') action = close;
-        else if (control && event.key.toLowerCase() === 'f') action = keys.filter;
+        else if (control && event.key.toLowerCase() === 'f') action = actions.filter;
         if (!action || event.defaultPrevented) return;
         event.preventDefault();
         action();

@@ -262,14 +262,28 @@ describe('feedback', () => {
     it('closes as the view of crash dumps when it was opened from there', () =>
         play(named('feedback-crash'), (view) => closesAs(view, 'crash')));
 
-    it('loses what was written only at a second Escape', () =>
-        play(named('feedback-escape'), async (view) => {
+    it('loses what was written only when it is closed once more', () =>
+        play(named('feedback-unsaved'), async (view) => {
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await closesAs(view, '');
         }));
 
+    it.each([
+        ['its button', (view: ViewPage) => view.click('.title-bar-button.closing')],
+        ['the window', (view: ViewPage) => view.evaluate(() =>
+            void dispatchEvent(new Event('helioclose', { cancelable: true })))],
+    ])('warns of that when %s closes it, too', (_, close) =>
+        play(named('feedback'), async (view) => {
+            await view.fill('textarea', 'The third page is empty.');
+            await close(view);
+            await view.getByText('Close the view once more').first().waitFor();
+            expect(await sentNames(view)).not.toContain('closechildwindow');
+            await close(view);
+            await sent(view, 'closechildwindow');
+        }));
+
     it('warns again before it loses what was written after the first warning', () =>
-        play(named('feedback-escape'), async (view) => {
+        play(named('feedback-unsaved'), async (view) => {
             await view.fill('textarea', 'A long text that came after it.');
             await view.keyboard.press('Escape');
             expect(await sentNames(view)).not.toContain('closechildwindow');

@@ -82,14 +82,14 @@ export const scenes = [
         shows: 'The assistant gave no answer',
     },
     {
-        name: 'feedback-escape',
+        name: 'feedback-unsaved',
         page,
         answers,
         act: async (view) => {
             await describe(view);
             await view.keyboard.press('Escape');
         },
-        shows: 'Press Escape again to close',
+        shows: 'Close the view once more',
     },
     {
         name: 'feedback-late',
