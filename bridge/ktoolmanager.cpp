@@ -4,7 +4,7 @@
 #include <QLibrary>
 
 #include "host/krt.h"
-#include "plugin/scriptstaging.h"
+#include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
 

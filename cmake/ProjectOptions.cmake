@@ -14,7 +14,6 @@ if(CCACHE_PROGRAM)
 endif()
 
 add_library(project_options INTERFACE)
-target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(project_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
     -Wcast-qual -Wformat=2 -Wimplicit-fallthrough

@@ -8,7 +8,7 @@
 
 #include "host/krt.h"
 #include "info/runcommand.h"
-#include "plugin/scriptstaging.h"
+#include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
 

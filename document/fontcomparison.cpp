@@ -7,7 +7,7 @@
 #include "document/suiteapplication.h"
 #include "host/krt.h"
 #include "info/initext.h"
-#include "plugin/scriptstaging.h"
+#include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
 

@@ -7,7 +7,7 @@
 #include "dump/dumpfiles.h"
 #include "host/krt.h"
 #include "info/kinfohelp.h"
-#include "plugin/scriptstaging.h"
+#include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
 

@@ -10,7 +10,7 @@
 
 #include "info/otherofficesuites.h"
 #include "info/runcommand.h"
-#include "plugin/scriptstaging.h"
+#include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
 

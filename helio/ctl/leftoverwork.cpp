@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 #include "helio/ctl/callbackwait.h"
-#include "helio/runtime/awaitedprograms.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 #include "host/krt.h"
 
 namespace {

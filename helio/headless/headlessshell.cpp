@@ -8,7 +8,7 @@
 #include "helio/headless/dialoganswers.h"
 #include "helio/headless/headlessbrowser.h"
 #include "helio/headless/headlesspage.h"
-#include "helio/runtime/browsermaker.h"
+#include "helio/runtime/border/browsermaker.h"
 #include "helio/runtime/hostevents.h"
 #include "helio/runtime/windowsignals.h"
 

@@ -1,6 +1,6 @@
 #include "helio/shell/assistantwindows.h"
 
-#include "helio/shell/pagewindow.h"
+#include "helio/shell/window/pagewindow.h"
 #include "helio/webengine/webenginebrowser.h"
 
 namespace {

@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-#include "helio/runtime/awaitedprograms.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/pluginlibrary.h"
 #include "helio/runtime/suitehome.h"
 #include "helio/runtime/textencoding.h"
@@ -17,10 +17,10 @@
 #include "helio/shell/desktoplook.h"
 #include "helio/shell/hiddenvariables.h"
 #include "helio/shell/missingparts.h"
-#include "helio/shell/pagewindow.h"
+#include "helio/shell/window/pagewindow.h"
 #include "helio/shell/shelloptions.h"
 #include "helio/shell/terminationsignals.h"
-#include "helio/shell/windowpicture.h"
+#include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 
-#include "helio/runtime/browsermaker.h"
+#include "helio/runtime/border/browsermaker.h"
 #include "helio/webengine/requestguard.h"
 #include "helio/webengine/webenginebrowser.h"
 

@@ -41,12 +41,12 @@ async function bundleShared() {
 }
 
 async function headPieces() {
-    const style = await readFile(join(source, 'shared/critical.css'), 'utf8');
+    const style = await readFile(join(source, 'frame/critical.css'), 'utf8');
     const options = { target: 'chrome87', minify: true };
     const minifiedStyle = await transform(style, { ...options, loader: 'css' });
     const script = await buildScript({
         ...options,
-        entryPoints: [join(source, 'shared/boot.ts')],
+        entryPoints: [join(source, 'frame/boot.ts')],
         bundle: true,
         format: 'iife',
         write: false,
@@ -54,7 +54,7 @@ async function headPieces() {
     return {
         criticalStyle: minifiedStyle.code.trim(),
         bootScript: script.outputFiles[0].text.trim(),
-        outline: (await readFile(join(source, 'shared/outline.html'), 'utf8')).trim(),
+        outline: (await readFile(join(source, 'frame/outline.html'), 'utf8')).trim(),
     };
 }
 

@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { applicationOf, fileName, folderOf, printedName } from '@/shared/documenttypes';
+import { applicationOf, fileName, folderOf, printedName } from '@/parts/documenttypes';
 import { fontAdvice, installCommand } from '@/views/missingfonts/fontadvice';
 import { fontNames } from '@/views/missingfonts/fontlist';
 

@@ -1,11 +1,11 @@
 import { describe, expect, it } from 'vitest';
 import { systemSnapshot } from '@/client/systemsnapshot';
 import english from '@/locales/en.json';
-import { createTexts } from '@/shared/texts';
+import { createTexts } from '@/frame/texts';
 import { faceStyle } from '@/views/sysinfo/fontstyle';
 import { isSecret, rawText, sectionsOf, wholeText } from '@/views/sysinfo/sections';
 import { offerGroups } from '@/views/home/offers';
-import type { Tool } from '@/shared/tools';
+import type { Tool } from '@/frame/tools';
 
 const snapshot = systemSnapshot({
     sysinfo: 'Linux 6.1.0  x86_64',

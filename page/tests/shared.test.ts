@@ -1,9 +1,9 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Outcome } from '@/client';
-import { matcher } from '@/shared/filter';
-import { defaults, languageOf, parsePreferences, themeOf } from '@/shared/preferences';
-import { useTask } from '@/shared/task';
-import { textPieces, visibleText } from '@/shared/visibletext';
+import { matcher } from '@/work/filter';
+import { defaults, languageOf, parsePreferences, themeOf } from '@/frame/preferences';
+import { useTask } from '@/work/task';
+import { textPieces, visibleText } from '@/parts/visibletext';
 
 describe('visible text', () => {
     it.each([

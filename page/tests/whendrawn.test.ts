@@ -1,5 +1,5 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import { whenDrawn } from '@/shared/whendrawn';
+import { whenDrawn } from '@/frame/whendrawn';
 
 describe('what waits for the screen', () => {
     const callback = vi.fn();

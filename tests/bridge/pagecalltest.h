@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "tests/bridge/probeobject.h"
-#include "tests/support/recordingcontainer.h"
+#include "tests/support/shell/recordingcontainer.h"
 
 /// A script object, and what it answers to the page.
 class PageCallTest : public QObject

@@ -4,9 +4,9 @@
 
 #include "bridge/kvyrassistanttoolapi.h"
 #include "helio/headless/headlesspage.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingcontainer.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingcontainer.h"
+#include "tests/support/shell/recordingshell.h"
 
 using testsupport::RecordingContainer;
 

@@ -1,7 +1,7 @@
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 
 /// The notification that a child view opened or closed.
 class HiddenTipTest : public QObject

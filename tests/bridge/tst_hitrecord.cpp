@@ -4,10 +4,10 @@
 
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingcontainer.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingcontainer.h"
+#include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::KToolManager;
 using testsupport::RecordingContainer;

@@ -6,9 +6,9 @@
 
 #include "bridge/ktoolmanager.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::KToolManager;
 using testsupport::RecordingShell;

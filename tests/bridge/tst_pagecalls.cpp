@@ -1,5 +1,5 @@
 #include "tests/bridge/pagecalltest.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
 
 namespace {

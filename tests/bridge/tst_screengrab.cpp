@@ -6,9 +6,9 @@
 #include "bridge/kvyrassistanttoolapi.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/runtime/windowsignals.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingcontainer.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingcontainer.h"
+#include "tests/support/shell/recordingshell.h"
 
 /// Screenshots where the suite's screen-grab library is installed.
 class ScreenGrabTest : public QObject

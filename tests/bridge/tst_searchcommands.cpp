@@ -1,5 +1,5 @@
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 
 using testsupport::RecordingShell;
 

@@ -1,5 +1,5 @@
 #include "tests/bridge/pagecalltest.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// What a page gets for a call that cannot be read.
 class UnreadableCallsTest : public PageCallTest

@@ -4,8 +4,8 @@
 
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::KToolManager;
 using testsupport::RecordingShell;

@@ -4,11 +4,11 @@
 #include <QJsonArray>
 #include <QSettings>
 
-#include "plugin/scriptstaging.h"
-#include "tests/support/headlesstest.h"
+#include "plugin/config/scriptstaging.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
-#include "tests/support/recordingshell.h"
-#include "tests/support/stagedscripts.h"
+#include "tests/support/shell/recordingshell.h"
+#include "tests/support/shell/stagedscripts.h"
 
 using testsupport::PrivateHome;
 using testsupport::RecordingShell;

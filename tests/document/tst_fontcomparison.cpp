@@ -4,10 +4,10 @@
 #include <QJsonArray>
 
 #include "document/fontcomparison.h"
-#include "plugin/scriptstaging.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
-#include "tests/support/stagedscripts.h"
+#include "plugin/config/scriptstaging.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
+#include "tests/support/shell/stagedscripts.h"
 #include "tests/support/suiteprogram.h"
 
 using testsupport::PrivateHome;

@@ -12,8 +12,8 @@
 #include "helio/headless/dialoganswers.h"
 #include "helio/headless/headlesspage.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 #include "tests/support/suiteprogram.h"
 
 using testsupport::PrivateHome;

@@ -6,9 +6,9 @@
 
 #include "bridge/ktoolmanager.h"
 #include "dump/dumpfiles.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::dumpDirectory;
 using testsupport::RecordingShell;

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QTest>
 
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/unprivileged.h"
 
 using namespace OfficeAssiant;

@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "envcheck/environmentcheck.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 using OfficeAssiant::checkToolAnswer;
 using testsupport::PrivateHome;

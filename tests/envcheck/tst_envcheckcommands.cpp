@@ -2,9 +2,9 @@
 #include <QUrl>
 
 #include "bridge/ktoolmanager.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 #include "tests/support/suiteprogram.h"
 
 using testsupport::PrivateHome;

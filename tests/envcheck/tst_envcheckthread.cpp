@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "tests/envcheck/recordingcheckpage.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
 #include "tests/support/suiteprogram.h"
 

@@ -5,7 +5,7 @@
 #include <QProcess>
 
 #include "dump/dumpfiles.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
 

@@ -2,10 +2,10 @@
 #include <QFile>
 #include <QJsonArray>
 
-#include "plugin/scriptstaging.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
-#include "tests/support/stagedscripts.h"
+#include "plugin/config/scriptstaging.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
+#include "tests/support/shell/stagedscripts.h"
 
 using testsupport::PrivateHome;
 using testsupport::RecordingShell;

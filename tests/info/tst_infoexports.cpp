@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 using testsupport::FakePrograms;
 using testsupport::PrivateHome;

@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "info/kinfohelp.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <QTemporaryDir>
 
 #include "info/otherofficesuites.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "info/kinfohelp.h"
 #include "info/runcommand.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
 
 using namespace OfficeAssiant;

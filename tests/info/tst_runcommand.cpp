@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "info/runcommand.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
 #include "tests/support/patience.h"
 

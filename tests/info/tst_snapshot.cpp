@@ -8,8 +8,8 @@
 
 #include "info/kinfohelp.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 
 using namespace OfficeAssiant;
 using testsupport::FakePrograms;

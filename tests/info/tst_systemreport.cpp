@@ -6,7 +6,7 @@
 
 #include "info/kinfohelp.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
 using testsupport::FakePrograms;

@@ -1,5 +1,5 @@
 #include "tests/input/inputmachinetest.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// Where the checker looks for the address file of a running ibus.
 class InputBusFileTest : public InputMachineTest

@@ -4,9 +4,9 @@
 #include <QTranslator>
 
 #include "tests/input/inputmachinetest.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 namespace {
 

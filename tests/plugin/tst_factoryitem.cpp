@@ -2,7 +2,7 @@
 
 #include "plugin/kheliopluginwidgetfactoryitem.h"
 #include "plugin/kvyrassistanttool.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <QMetaMethod>
 
 #include "plugin/kvyrassistanttool.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// The page widget's meta-object, on whose order and signatures a shell relies.
 class PageMetaObjectTest : public QObject

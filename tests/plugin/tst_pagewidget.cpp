@@ -6,8 +6,8 @@
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
 #include "plugin/kvyrassistanttool.h"
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingbrowser.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingbrowser.h"
 
 using OfficeAssiant::KToolManager;
 using testsupport::RecordingBrowser;

@@ -4,9 +4,9 @@
 #include <sys/stat.h>
 
 #include "servercheck/documentservertester.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/loopbackserver.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 using namespace OfficeAssiant;
 using testsupport::LoopbackServer;

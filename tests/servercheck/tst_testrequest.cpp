@@ -2,7 +2,7 @@
 
 #include "servercheck/formdata.h"
 #include "servercheck/testrequest.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
 

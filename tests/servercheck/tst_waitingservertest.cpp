@@ -11,10 +11,10 @@
 #include "bridge/kvyrassistanttoolapi.h"
 #include "helio/headless/headlesspage.h"
 #include "servercheck/documentservertester.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/loopbackserver.h"
 #include "tests/support/patience.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/recordingshell.h"
 
 using namespace OfficeAssiant;
 using testsupport::LoopbackServer;

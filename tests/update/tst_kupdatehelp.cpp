@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "helio/runtime/hostevents.h"
-#include "tests/support/headlesstest.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/unprivileged.h"
 #include "update/kupdatehelp.h"
 #include "update/logtext.h"

@@ -1,8 +1,8 @@
 #include <QFile>
 #include <QSettings>
 
-#include "tests/support/headlesstest.h"
-#include "tests/support/recordingshell.h"
+#include "tests/support/shell/headlesstest.h"
+#include "tests/support/shell/recordingshell.h"
 
 /// The updater commands as a page calls them, apart from those that launch the updater: that is
 /// the machine's own here.

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-#include "helio/runtime/search/programoutput.h"
+#include "helio/runtime/processes/programoutput.h"
 
 namespace helio {
 

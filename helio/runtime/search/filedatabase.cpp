@@ -13,9 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "helio/runtime/search/descriptor.h"
+#include "helio/runtime/processes/descriptor.h"
 #include "helio/runtime/search/searchlocations.h"
-#include "helio/runtime/search/spawn.h"
+#include "helio/runtime/processes/spawn.h"
 #include "helio/runtime/search/unsearchedmounts.h"
 
 namespace helio {

@@ -2,8 +2,8 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { ENTRIES, INTEGRATED, SAMPLES, setMode, typeOf } from '../scripts/desktoptools.mjs';
-import { SUFFIXES } from '../scripts/scriptrunner.mjs';
+import { ENTRIES, INTEGRATED, SAMPLES, setMode, typeOf } from '../plugin/config/desktoptools.mjs';
+import { SUFFIXES } from '../plugin/config/scriptrunner.mjs';
 import { installEntries } from './suiteentries.mjs';
 
 const MIME = '/home/user/.local/share/mime';

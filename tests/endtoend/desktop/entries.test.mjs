@@ -5,7 +5,7 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { runCommand } from '../assistantctl.mjs';
 import { SUITE } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { SAMPLES, typeOf } from '../scripts/desktoptools.mjs';
+import { SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
 import { suiteEntries } from './suiteentries.mjs';
 
 const NAMES = ['board', 'chart', 'docket', 'fixed', 'pdf', 'shw', 'tbl', 'tessaly', 'vyr'];

@@ -4,8 +4,8 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { SAMPLES, typeOf } from '../scripts/desktoptools.mjs';
-import { SUFFIXES } from '../scripts/scriptrunner.mjs';
+import { SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
+import { SUFFIXES } from '../plugin/config/scriptrunner.mjs';
 
 const MIME = '/home/user/.local/share/mime';
 const FOLDER = '/suite/office/asso_template';

@@ -1,4 +1,4 @@
 import { Connection } from '@element-plus/icons-vue';
-import type { Tool } from '@/shared/tools';
+import type { Tool } from '@/frame/tools';
 
 export const tool: Tool = { group: 'suite', order: 5, icon: Connection, type: '' };

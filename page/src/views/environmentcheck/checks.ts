@@ -1,6 +1,6 @@
 import type { CheckFinding } from '@/client';
-import type { Translate } from '@/shared/texts';
-import { visibleText } from '@/shared/visibletext';
+import type { Translate } from '@/frame/texts';
+import { visibleText } from '@/parts/visibletext';
 
 /** The suite's components, as the check tool names them. */
 export const components = ['vyr', 'tbl', 'shw'] as const;

@@ -1,4 +1,4 @@
-import { startView } from '@/shared/view';
+import { startView } from '@/frame/view';
 import EnvironmentCheckView from './EnvironmentCheckView.vue';
 
 startView(EnvironmentCheckView, 'environmentcheck');

@@ -1,4 +1,4 @@
-import { fileName } from '@/shared/documenttypes';
+import { fileName } from '@/parts/documenttypes';
 import type { Draft } from './draft';
 
 /** Why a file will not be in the archive as it should, by the name of its text. */

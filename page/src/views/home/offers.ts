@@ -1,4 +1,4 @@
-import { groups, type Tool } from '@/shared/tools';
+import { groups, type Tool } from '@/frame/tools';
 
 /** A view that the home page opens; `name` is its folder and its texts' key. */
 export interface Offer extends Tool {

@@ -1,4 +1,4 @@
-import type { Judged } from '@/shared/judged';
+import type { Judged } from '@/parts/judged';
 
 /** The code words of the check; each has its texts under inputmethod.answers. */
 export const answerCodes = [

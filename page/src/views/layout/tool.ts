@@ -1,4 +1,4 @@
 import { Postcard } from '@element-plus/icons-vue';
-import type { Tool } from '@/shared/tools';
+import type { Tool } from '@/frame/tools';
 
 export const tool: Tool = { group: 'documents', order: 2, icon: Postcard, type: '' };

@@ -1,4 +1,4 @@
-import { startView } from '@/shared/view';
+import { startView } from '@/frame/view';
 import MissingFontsView from './MissingFontsView.vue';
 
 startView(MissingFontsView, 'missingfonts');

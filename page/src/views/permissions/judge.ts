@@ -1,5 +1,5 @@
 import type { FilePermissions, Variable } from '@/client';
-import type { Judged } from '@/shared/judged';
+import type { Judged } from '@/parts/judged';
 
 /** What a path is found to be; each has its sentence under permissions.verdicts. */
 export type VerdictName =

@@ -1,6 +1,6 @@
 import type { FilePermissions } from '@/client';
-import type { Translate } from '@/shared/texts';
-import { visibleText } from '@/shared/visibletext';
+import type { Translate } from '@/frame/texts';
+import { visibleText } from '@/parts/visibletext';
 import { judge, rightsOf, type Rights } from './judge';
 
 function granted({ read, write, execute }: Rights, t: Translate): string {

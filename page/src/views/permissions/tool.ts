@@ -1,4 +1,4 @@
 import { Lock } from '@element-plus/icons-vue';
-import type { Tool } from '@/shared/tools';
+import type { Tool } from '@/frame/tools';
 
 export const tool: Tool = { group: 'suite', order: 1, icon: Lock, type: '' };

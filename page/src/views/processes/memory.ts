@@ -1,5 +1,5 @@
 import type { MachineMemory } from '@/client';
-import type { Judged } from '@/shared/judged';
+import type { Judged } from '@/parts/judged';
 
 /** From here on, in per cent, an office document may fail to open for want of memory. */
 export const tightPercent = 80;

@@ -1,6 +1,6 @@
 import type { MachineMemory, Process } from '@/client';
-import type { Translate } from '@/shared/texts';
-import { visibleText } from '@/shared/visibletext';
+import type { Translate } from '@/frame/texts';
+import { visibleText } from '@/parts/visibletext';
 
 /** All that the view shows of one moment. */
 export interface Load {

@@ -1,4 +1,4 @@
 import { Odometer } from '@element-plus/icons-vue';
-import type { Tool } from '@/shared/tools';
+import type { Tool } from '@/frame/tools';
 
 export const tool: Tool = { group: 'machine', order: 2, icon: Odometer, type: '' };

@@ -1,7 +1,7 @@
 import { onBeforeUnmount, onMounted, ref, shallowRef, watch } from 'vue';
 import { useI18n } from 'vue-i18n';
 import type { Client, Failure } from '@/client';
-import { progressDelay } from '@/shared/task';
+import { progressDelay } from '@/work/task';
 import { HitList, type Order } from './hitlist';
 
 export type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';

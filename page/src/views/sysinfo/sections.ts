@@ -1,6 +1,6 @@
 import type { SystemSnapshot } from '@/client';
-import type { Translate } from '@/shared/texts';
-import { visibleText } from '@/shared/visibletext';
+import type { Translate } from '@/frame/texts';
+import { visibleText } from '@/parts/visibletext';
 
 export const sectionNames = [
     'overview', 'fonts', 'environment', 'processors', 'browsers', 'suites',

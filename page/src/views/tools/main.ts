@@ -1,4 +1,4 @@
-import { startView } from '@/shared/view';
+import { startView } from '@/frame/view';
 import ToolsView from './ToolsView.vue';
 
 startView(ToolsView, 'tools');

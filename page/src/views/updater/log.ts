@@ -1,4 +1,4 @@
-import { matcher } from '@/shared/filter';
+import { matcher } from '@/work/filter';
 
 export interface LogLine {
     /** Counted from 1. */

@@ -1,7 +1,7 @@
 import { computed, ref, shallowRef } from 'vue';
 import type { Client, Failure } from '@/client';
-import { useTask } from '@/shared/task';
-import { failureText, useTexts } from '@/shared/texts';
+import { useTask } from '@/work/task';
+import { failureText, useTexts } from '@/frame/texts';
 import { startTestRun, type TestRun } from './testruns';
 
 interface Problem {

@@ -1,4 +1,4 @@
-import type { Judged } from '@/shared/judged';
+import type { Judged } from '@/parts/judged';
 
 /** The quick diagnoses, in the order in which they are made. */
 export const stepNames = [

@@ -1,0 +1,75 @@
+#include "host/krt.h"
+
+#include <QDeadlineTimer>
+#include <QProcess>
+
+#include <atomic>
+#include <limits>
+
+#include "helio/runtime/processes/awaitedprograms.h"
+#include "helio/runtime/hostevents.h"
+
+namespace {
+
+constexpr int notStarted = -2;
+constexpr int crashed = -1;
+/// How soon a caller that waits for a program notices that the host process ends.
+constexpr int endingCheckMs = 100;
+
+std::atomic<int> awaitedPrograms{0};
+/// When to end them, in ms of the monotonic clock.
+std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
+
+void setUp(QProcess &process, const QString &program, const QStringList &arguments)
+{
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+}
+
+int runToItsEnd(QProcess &process)
+{
+    process.start();
+    if (!process.waitForStarted(-1))
+        return notStarted;
+    while (!process.waitForFinished(endingCheckMs) && process.state() != QProcess::NotRunning) {
+        if (QDeadlineTimer::current().deadline() >= endOfAwaiting)
+            process.kill();
+    }
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : crashed;
+}
+
+} // namespace
+
+int helio::awaitedProgramCount()
+{
+    return awaitedPrograms;
+}
+
+void helio::endAwaitedPrograms(int graceMs)
+{
+    endOfAwaiting = QDeadlineTimer(graceMs).deadline();
+}
+
+bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList &arguments,
+                                       const QString &workingDirectory, qint64 *processId)
+{
+    emit helio::HostEvents::instance().programStarting(program, arguments, workingDirectory, true);
+    QProcess process;
+    setUp(process, program, arguments);
+    process.setWorkingDirectory(workingDirectory);
+    return process.startDetached(processId);
+}
+
+int krt::ksafe::KProcess::Execute(const QString &program, const QStringList &arguments)
+{
+    emit helio::HostEvents::instance().programStarting(program, arguments, QString(), false);
+    QProcess process;
+    setUp(process, program, arguments);
+    ++awaitedPrograms;
+    const int status = runToItsEnd(process);
+    --awaitedPrograms;
+    return status;
+}

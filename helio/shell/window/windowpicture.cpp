@@ -1,0 +1,64 @@
+#include "helio/shell/window/windowpicture.h"
+
+#include <QPixmap>
+
+#include "helio/shell/window/pagewindow.h"
+#include "helio/webengine/webenginebrowser.h"
+
+namespace {
+
+constexpr int lookIntervalMs = 250;
+/// A page that never comes to rest is taken as it is then.
+constexpr int longestRestlessMs = 10000;
+constexpr int longestWaitMs = 30000;
+
+/// Whether the page has painted: its middle, away from the window's outline, has two colours.
+bool hasContent(const QImage &image)
+{
+    const QRect inner = image.rect().adjusted(8, 8, -8, -8);
+    const QRgb first = image.pixel(inner.topLeft());
+    for (int y = inner.top(); y <= inner.bottom(); ++y) {
+        for (int x = inner.left(); x <= inner.right(); ++x) {
+            if (image.pixel(x, y) != first)
+                return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+namespace shell {
+
+WindowPicture::WindowPicture(PageWindow *window, const QString &path, QObject *parent)
+    : QObject(parent), m_window(window), m_path(path)
+{
+    m_waited.start();
+    connect(window->browser(), &KHelioBrowserWidgetBase::loadFinished, this,
+            [this] { m_isLoaded = true; });
+    connect(&m_timer, &QTimer::timeout, this, &WindowPicture::look);
+    m_timer.start(lookIntervalMs);
+}
+
+void WindowPicture::look()
+{
+    const QImage image = m_window->grab().toImage();
+    if (m_isLoaded && hasContent(image) &&
+        (image == m_previous || m_waited.elapsed() > longestRestlessMs)) {
+        save(image);
+    } else if (m_waited.elapsed() > longestWaitMs) {
+        m_timer.stop();
+        emit finished(QStringLiteral("the page has painted nothing"));
+    }
+    m_previous = image;
+}
+
+void WindowPicture::save(const QImage &image)
+{
+    m_timer.stop();
+    emit finished(image.save(m_path, "PNG")
+                      ? QString()
+                      : QStringLiteral("the picture cannot be written to ") + m_path);
+}
+
+} // namespace shell

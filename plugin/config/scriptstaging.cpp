@@ -1,0 +1,65 @@
+#include "plugin/config/scriptstaging.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "host/krt.h"
+
+namespace OfficeAssiant {
+
+namespace {
+
+const QString embeddedScript = QStringLiteral(":/config/%1");
+const QString installedScripts =
+    QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/config/");
+
+constexpr QFile::Permissions runnableByGroup = QFile::ReadOwner | QFile::ExeOwner |
+                                               QFile::ReadUser | QFile::ExeUser | QFile::ReadGroup |
+                                               QFile::ExeGroup;
+
+QString suiteTemporaryDirectory()
+{
+    return krt::dirs::orvaneHome() + QStringLiteral("/tmp");
+}
+
+/// One level each: a suite directory that is missing altogether is not made up.
+void makeStagingDirectory()
+{
+    QDir().mkdir(suiteTemporaryDirectory());
+    QDir().mkdir(scriptStagingDirectory());
+}
+
+} // namespace
+
+QString scriptStagingDirectory()
+{
+    return suiteTemporaryDirectory() + QStringLiteral("/officeassis_script");
+}
+
+QString stagedScript(const QString &name)
+{
+    QString installed = QCoreApplication::applicationDirPath() + installedScripts + name;
+    if (QFileInfo::exists(installed))
+        return installed;
+    return stageResource(embeddedScript.arg(name), name, QString());
+}
+
+QString stageResource(const QString &resource, const QString &name, const QString &targetDirectory)
+{
+    if (!QFile::exists(resource))
+        return {};
+    QString directory = targetDirectory;
+    if (directory.isEmpty()) {
+        directory = scriptStagingDirectory();
+        makeStagingDirectory();
+    }
+    const QString target = QStringLiteral("%1/%2").arg(directory, name);
+    // A copy of an earlier run is used as it is.
+    if (!QFile::exists(target) && !QFile::copy(resource, target))
+        return {};
+    return QFile::setPermissions(target, runnableByGroup) ? target : QString();
+}
+
+} // namespace OfficeAssiant

@@ -1,0 +1,62 @@
+#include "programs/checktool/answerfile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSettings>
+
+#include <stdexcept>
+
+#include "programs/checktool/machine/words.h"
+
+namespace standin {
+
+namespace {
+
+const QString fileName = QStringLiteral("/vyrEnv.ini");
+const QString group = QStringLiteral("vyrEnv");
+const QString lockEnding = QStringLiteral(".lock");
+constexpr qint64 mostBytes = qint64(16) * 1024 * 1024;
+
+[[noreturn]] void fail(const QString &text)
+{
+    throw std::runtime_error(text.toStdString());
+}
+
+/// QSettings takes the lock of that name itself, but would wait for it without an end.
+void waitForLock(const QString &path, int lockMs)
+{
+    QLockFile lock(path + lockEnding);
+    lock.setStaleLockTime(0);
+    if (lock.tryLock(lockMs))
+        return;
+    if (lock.error() == QLockFile::LockFailedError)
+        fail(Words::tr("another program holds %1").arg(path + lockEnding));
+    fail(Words::tr("cannot write into %1").arg(QFileInfo(path).path()));
+}
+
+} // namespace
+
+void writeAnswer(const QString &suiteHome, const QString &check, const QString &application,
+                 const QString &text, int lockMs)
+{
+    const QString directory = suiteHome + QStringLiteral("/tmp");
+    if (!QDir().mkpath(directory))
+        fail(Words::tr("cannot make the directory %1").arg(directory));
+    const QString path = directory + fileName;
+    const QFileInfo information(path);
+    // To read a pipe would take forever.
+    if (information.exists() && (!information.isFile() || information.size() > mostBytes))
+        fail(Words::tr("%1 is no file of answers").arg(path));
+    waitForLock(path, lockMs);
+    QSettings file(path, QSettings::IniFormat);
+    file.setIniCodec("UTF-8");
+    file.beginGroup(group);
+    file.setValue(application + QLatin1Char('-') + check, text);
+    file.sync();
+    if (file.status() == QSettings::AccessError)
+        fail(Words::tr("cannot write %1").arg(path));
+}
+
+} // namespace standin

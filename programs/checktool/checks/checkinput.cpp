@@ -1,0 +1,173 @@
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+#include "programs/checktool/checks/checks.h"
+#include "programs/checktool/machine/inputplugins.h"
+#include "programs/checktool/libraries/libraryclosure.h"
+#include "programs/checktool/machine/runningprograms.h"
+#include "programs/checktool/machine/words.h"
+
+namespace standin {
+
+namespace {
+
+const QString qtVariable = QStringLiteral("QT_IM_MODULE");
+const QString gtkVariable = QStringLiteral("GTK_IM_MODULE");
+const QString x11Variable = QStringLiteral("XMODIFIERS");
+const QString x11Beginning = QStringLiteral("@im=");
+
+/// An input method that has a program of its own.
+struct Framework
+{
+    const char *name; ///< as the variables give it
+    const char *package;
+    std::array<const char *, 2> programs; ///< either will do
+    const char *start;
+};
+
+constexpr std::array<Framework, 3> frameworks = {
+    {{"fcitx5", "fcitx5-frontend-qt5", {"fcitx5", "fcitx5"}, "fcitx5 -d"},
+     {"fcitx", "fcitx5-frontend-qt5", {"fcitx5", "fcitx"}, "fcitx5 -d"},
+     {"ibus", "libqt5gui5", {"ibus-daemon", "ibus-daemon"}, "ibus-daemon -drx"}}};
+
+const Framework *frameworkOf(const QString &name)
+{
+    const auto found =
+        std::find_if(frameworks.begin(), frameworks.end(),
+                     [&](const Framework &each) { return name == QLatin1String(each.name); });
+    return found == frameworks.end() ? nullptr : &*found;
+}
+
+/// fcitx5 answers to its own name and to that of its forerunner.
+QString family(const QString &name)
+{
+    return name == QLatin1String("fcitx5") ? QStringLiteral("fcitx") : name;
+}
+
+struct Setting
+{
+    QString variable;
+    QString name;
+};
+
+QList<Setting> settingsOf(const Machine &machine)
+{
+    QString x11 = machine.environment.value(x11Variable);
+    x11 = x11.startsWith(x11Beginning) ? x11.mid(x11Beginning.size()) : QString();
+    QList<Setting> settings;
+    for (const Setting &setting : {Setting{qtVariable, machine.environment.value(qtVariable)},
+                                   Setting{gtkVariable, machine.environment.value(gtkVariable)},
+                                   Setting{x11Variable, x11}}) {
+        if (!setting.name.isEmpty())
+            settings.append({setting.variable, setting.name.toLower()});
+    }
+    return settings;
+}
+
+/// Whether all variables mean one input method, as they have to.
+void checkAgreement(const QList<Setting> &settings, Findings &findings)
+{
+    const Setting &first = settings.first();
+    for (const Setting &setting : settings) {
+        // "xim" passes what is typed on to the one that XMODIFIERS names.
+        if (family(setting.name) != family(first.name) && first.name != QLatin1String("xim") &&
+            setting.name != QLatin1String("xim"))
+            findings.problem(
+                Words::tr("%1 names the input method “%2”, but %3 names “%4”.")
+                    .arg(first.variable, first.name, setting.variable, setting.name),
+                Words::tr(
+                    "Set both to the same one, with “im-config” or in the desktop's settings, "
+                    "and log in again."));
+    }
+}
+
+void checkModuleLibraries(const Machine &machine, const QString &path, Findings &findings)
+{
+    LibraryClosure closure(LibrarySearch::of(machine));
+    const ElfFile module = closure.add(path);
+    const QStringList unusable = closure.unusable();
+    if (module.state != ElfFile::State::Good)
+        findings.problem(Words::tr("The input-method module %1 is damaged.").arg(path),
+                         Words::tr("Install its package again."));
+    else if (!unusable.isEmpty())
+        findings.problem(
+            Words::tr("The input-method module %1 cannot be loaded, because these libraries are "
+                      "missing, damaged or too old: %2.")
+                .arg(path, unusable.join(QStringLiteral(", "))),
+            Words::tr("Install the packages that have them."));
+    else
+        findings.fine(Words::tr("The input-method module %1 can be loaded.").arg(path));
+}
+
+void checkModule(const Machine &machine, const QString &name, Findings &findings)
+{
+    const InputPlugins plugins = InputPlugins::of(machine);
+    const QString path = plugins.paths.value(name);
+    if (!path.isEmpty()) {
+        checkModuleLibraries(machine, path, findings);
+        return;
+    }
+    const Framework *framework = frameworkOf(name);
+    const QString remedy =
+        framework
+            ? Words::tr("Install the package %1.").arg(QString::fromLatin1(framework->package))
+            : Words::tr("Choose one of these: %1.")
+                  .arg(QStringList(plugins.paths.keys()).join(QStringLiteral(", ")));
+    findings.problem(Words::tr("There is no module for the input method “%1” in %2.")
+                         .arg(name, plugins.directories.join(QStringLiteral(", "))),
+                     remedy);
+}
+
+void checkProgram(const Machine &machine, const QString &name, Findings &findings)
+{
+    const Framework *framework = frameworkOf(name);
+    if (!framework)
+        return;
+    const QSet<QString> running = runningPrograms(machine);
+    const auto found =
+        std::find_if(framework->programs.begin(), framework->programs.end(),
+                     [&](const char *each) { return running.contains(QLatin1String(each)); });
+    if (found != framework->programs.end())
+        findings.fine(
+            Words::tr("The input method's program %1 runs.").arg(QString::fromLatin1(*found)));
+    else
+        findings.problem(
+            Words::tr("The input method “%1” does not run.").arg(name),
+            Words::tr("Start it with: %1.").arg(QString::fromLatin1(framework->start)));
+}
+
+} // namespace
+
+void checkInput(const Machine &machine, const QString &, const QString &argument,
+                Findings &findings)
+{
+    QString name = argument.toLower();
+    if (name.isEmpty()) {
+        const QList<Setting> settings = settingsOf(machine);
+        if (settings.isEmpty()) {
+            findings.note(Words::tr("No input method is chosen (%1 is not set): only what the "
+                                    "keyboard has can be typed. Choose one with “im-config” or in "
+                                    "the desktop's settings.")
+                              .arg(qtVariable));
+            return;
+        }
+        checkAgreement(settings, findings);
+        name = settings.first().name;
+        if (settings.first().variable != qtVariable)
+            findings.note(Words::tr("%1 is not set, so that the suite itself decides about the "
+                                    "input method; %2 names “%3”.")
+                              .arg(qtVariable, settings.first().variable, name));
+    }
+    // Part of the display and of the suite: neither has a module or program of its own.
+    if (name == QLatin1String("xim") || name == QLatin1String("none") ||
+        name == QLatin1String("simple")) {
+        findings.fine(Words::tr("The input method “%1” needs no module.").arg(name));
+        return;
+    }
+    checkModule(machine, name, findings);
+    checkProgram(machine, name, findings);
+}
+
+} // namespace standin

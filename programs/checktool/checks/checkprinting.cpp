@@ -1,0 +1,89 @@
+#include "programs/checktool/checks/checks.h"
+#include "programs/checktool/printing/printservice.h"
+#include "programs/checktool/machine/words.h"
+
+namespace standin {
+
+namespace {
+
+void reportPrinter(const Printer &printer, Findings &findings)
+{
+    const QString reasons =
+        printer.reasons.isEmpty()
+            ? QString()
+            : QStringLiteral(" (%1)").arg(printer.reasons.join(QStringLiteral(", ")));
+    if (printer.isStopped)
+        findings.problem(Words::tr("The printer %1 is stopped%2.").arg(printer.name, reasons),
+                         Words::tr("Look at its paper, toner and cable, then start it again with "
+                                   "“cupsenable %1” or in the printer settings.")
+                             .arg(printer.name));
+    if (!printer.isAccepting)
+        findings.problem(Words::tr("The printer %1 takes no jobs.").arg(printer.name),
+                         Words::tr("Let it take jobs again with “cupsaccept %1” or in the printer "
+                                   "settings.")
+                             .arg(printer.name));
+    if (!printer.isStopped && printer.isAccepting)
+        findings.fine(Words::tr("The printer %1 is ready%2.").arg(printer.name, reasons));
+}
+
+void reportDefault(const PrintService &service, Findings &findings)
+{
+    const QString name = service.defaultPrinter;
+    if (name.isEmpty())
+        findings.problem(Words::tr("No printer is the default one."),
+                         Words::tr("Choose one in the printer settings, or with “lpoptions -d %1”.")
+                             .arg(service.printers.front().name));
+    else if (!service.find(name))
+        findings.problem(Words::tr("The default printer %1 is not there.").arg(name),
+                         Words::tr("Choose another one in the printer settings, or with "
+                                   "“lpoptions -d %1”.")
+                             .arg(service.printers.front().name));
+    else
+        findings.fine(Words::tr("The default printer is %1.").arg(name));
+}
+
+void reportUnreachable(const PrintService &service, Findings &findings)
+{
+    const QString remedy =
+        Words::tr("Install the package cups, and start it with “sudo systemctl start cups”.");
+    if (service.address.isEmpty())
+        findings.problem(
+            Words::tr("The printing service (CUPS) cannot be asked: %1.").arg(service.fault),
+            remedy);
+    else
+        findings.problem(Words::tr("The printing service (CUPS) at %1 does not answer: %2.")
+                             .arg(service.address, service.fault),
+                         remedy);
+}
+
+} // namespace
+
+void checkPrinting(const Machine &machine, const QString &, const QString &argument,
+                   Findings &findings)
+{
+    const PrintService service = askPrintService(machine);
+    if (!service.fault.isEmpty()) {
+        reportUnreachable(service, findings);
+        return;
+    }
+    findings.fine(Words::tr("The printing service answers at %1.").arg(service.address));
+    if (service.printers.empty()) {
+        findings.problem(Words::tr("No printer is set up."),
+                         Words::tr("Add one in the printer settings, or on http://localhost:631."));
+        return;
+    }
+    if (!argument.isEmpty()) {
+        const Printer *printer = service.find(argument);
+        if (printer)
+            reportPrinter(*printer, findings);
+        else
+            findings.problem(Words::tr("There is no printer named “%1”.").arg(argument),
+                             Words::tr("The printers are: %1.").arg(service.names()));
+        return;
+    }
+    reportDefault(service, findings);
+    for (const Printer &printer : service.printers)
+        reportPrinter(printer, findings);
+}
+
+} // namespace standin

@@ -1,0 +1,33 @@
+#include "programs/checktool/machine/machine.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include "programs/missingfonts/matching/missingfontsfile.h"
+
+namespace standin {
+
+namespace {
+
+const QString probeProgramName = QStringLiteral("/vyrEnvProbe");
+
+} // namespace
+
+Machine Machine::current()
+{
+    Machine machine;
+    machine.environment = QProcessEnvironment::systemEnvironment();
+    machine.home = QDir::homePath();
+    machine.suiteHome = standin::suiteHome();
+    machine.officeDirectory = QCoreApplication::applicationDirPath();
+    machine.temporaryDirectory = QDir::tempPath();
+    machine.probeProgram = machine.officeDirectory + probeProgramName;
+    return machine;
+}
+
+QString Machine::variable(const char *name) const
+{
+    return environment.value(QString::fromLatin1(name));
+}
+
+} // namespace standin

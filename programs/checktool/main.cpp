@@ -1,0 +1,86 @@
+#include <cstdio>
+#include <exception>
+
+#include <QCoreApplication>
+
+#include "programs/checktool/answerfile.h"
+#include "programs/checktool/catalogue.h"
+#include "programs/checktool/checks/checks.h"
+#include "programs/checktool/printing/printing.h"
+#include "programs/checktool/timelimit.h"
+#include "programs/checktool/usage.h"
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+/// More than all that a check or a conversion waits for.
+constexpr unsigned int checkSeconds = 60;
+constexpr unsigned int printingSeconds = standin::printingMs / 1000 + 60;
+
+void print(const QString &text)
+{
+    std::printf("%s\n", text.toLocal8Bit().constData());
+}
+
+int complain(const QString &text)
+{
+    std::fprintf(stderr, "vyrEnvCheckTool: %s\n", text.toLocal8Bit().constData());
+    return wrongUsage;
+}
+
+int printToPdf(const QString &application, const QString &document)
+{
+    if (!standin::isSuiteProgram(application))
+        return complain(
+            QStringLiteral("“%1” prints no documents; vyr, tbl and shw do").arg(application));
+    if (document.isEmpty())
+        return complain(QStringLiteral("print needs a document"));
+    standin::limitTime(printingSeconds);
+    print(standin::printDocument(standin::Machine::current(), document));
+    return 0;
+}
+
+int check(const QString &type, const QString &application, const QString &argument)
+{
+    standin::limitTime(checkSeconds);
+    const standin::Machine machine = standin::Machine::current();
+    const QString text = standin::findingsOf(machine, type, application, argument).text();
+    print(text);
+    standin::writeAnswer(machine.suiteHome, type, application, text);
+    return 0;
+}
+
+int run(const QStringList &arguments)
+{
+    if (arguments == QStringList(QStringLiteral("--help"))) {
+        print(standin::usage());
+        return 0;
+    }
+    if (arguments == QStringList(QStringLiteral("--list"))) {
+        print(standin::listOfChecks());
+        return 0;
+    }
+    // Behind a type, words that look like options are none: the page passes on what it was given.
+    if (arguments.size() < 2 || arguments.size() > 3)
+        return complain(QStringLiteral("usage: vyrEnvCheckTool TYPE APP [ARG], or "
+                                       "vyrEnvCheckTool --help"));
+    if (arguments.first() == QLatin1String("print"))
+        return printToPdf(arguments.at(1), arguments.value(2));
+    return check(arguments.at(0), arguments.at(1), arguments.value(2));
+}
+
+} // namespace
+
+/// Stands in for the suite's check tool where the suite is not installed.
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    standin::useLanguageOfUser();
+    try {
+        return run(QCoreApplication::arguments().mid(1));
+    } catch (const std::exception &error) {
+        complain(QString::fromUtf8(error.what()));
+        return failed;
+    }
+}

@@ -1,0 +1,49 @@
+#include "programs/checktool/probe/displayfault.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+#include "programs/checktool/machine/facts.h"
+
+namespace standin {
+
+namespace {
+
+/// The first complaint is the cause, such as that the X server did not answer; the last one is a
+/// long advice to install Qt again.
+QString &firstComplaint()
+{
+    static QString text;
+    return text;
+}
+
+[[noreturn]] void endWithFault(const QString &fault)
+{
+    const QJsonObject found{{QLatin1String(facts::fault), fault}};
+    std::puts(QJsonDocument(found).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+    _exit(0);
+}
+
+void take(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    if (firstComplaint().isEmpty())
+        firstComplaint() = message.section(QLatin1Char('\n'), 0, 0);
+    if (type == QtFatalMsg)
+        endWithFault(firstComplaint());
+}
+
+} // namespace
+
+void catchDisplayFaults()
+{
+    qInstallMessageHandler(take);
+}
+
+} // namespace standin

@@ -1,0 +1,69 @@
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QLocale>
+#include <QMessageBox>
+
+#include "programs/component/absencetexts.h"
+#include "programs/component/suiteprograms.h"
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+/// Becomes the program; returns only when that failed.
+int become(const QString &path, char *arguments[])
+{
+    QByteArray program = QFile::encodeName(path);
+    arguments[0] = program.data();
+    ::execv(program.constData(), arguments);
+    std::fprintf(stderr, "opencomponent: cannot start %s: %s\n", program.constData(),
+                 std::strerror(errno));
+    return failed;
+}
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void tellAbsence(int argc, char *argv[], const QString &program)
+{
+    const standin::AbsenceTexts texts =
+        standin::AbsenceTexts::of(QLocale::system().name(), program);
+    std::fprintf(stderr, "%s\n%s\n", texts.what.toUtf8().constData(),
+                 texts.advice.toUtf8().constData());
+    // Qt ends a program of windows that finds no display.
+    if (!hasDisplay())
+        return;
+    const QApplication application(argc, argv);
+    QMessageBox box(QMessageBox::Information, texts.title, texts.what);
+    box.setInformativeText(texts.advice);
+    box.addButton(texts.close, QMessageBox::RejectRole);
+    box.exec();
+}
+
+} // namespace
+
+/// What a shortcut of the suite starts: "opencomponent PROGRAM [DOCUMENT…]" becomes the suite's
+/// program, and says so where that is not installed.
+int main(int argc, char *argv[])
+{
+    const QString program = argc > 1 ? QFile::decodeName(argv[1]) : QString();
+    if (!standin::suitePrograms().contains(program)) {
+        std::fprintf(stderr, "usage: opencomponent %s [DOCUMENT...]\n",
+                     standin::suitePrograms().join(QLatin1Char('|')).toLatin1().constData());
+        return wrongUsage;
+    }
+    const QString path = standin::installedProgram(standin::suiteProgramDirectory(), program);
+    if (!path.isEmpty())
+        return become(path, argv + 1);
+    tellAbsence(argc, argv, program);
+    return failed;
+}

@@ -1,0 +1,121 @@
+#include "programs/missingfonts/documentfonts.h"
+
+#include <algorithm>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/ole/oledocument.h"
+#include "programs/missingfonts/ooxml/slide/presentationdocument.h"
+#include "programs/missingfonts/package/relationships.h"
+#include "programs/missingfonts/rtf/rtfdocument.h"
+#include "programs/missingfonts/ooxml/sheet/sheetdocument.h"
+#include "programs/missingfonts/ooxml/word/worddocument.h"
+#include "programs/missingfonts/xml/xmlelement.h"
+#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlscanner.h"
+
+namespace standin {
+
+namespace {
+
+[[noreturn]] void unknownKind()
+{
+    throw DocumentError("the document is of a kind that cannot be read");
+}
+
+/// Sees which vocabulary the root element of a part is from.
+class RootElement : public XmlHandler
+{
+public:
+    bool startElement(const XmlElement &element) override
+    {
+        m_tag = element.tag();
+        m_found = true;
+        return false;
+    }
+
+    bool isFound() const { return m_found; }
+    Tag tag() const { return m_tag; }
+
+private:
+    Tag m_tag = Tag::Unknown;
+    bool m_found = false;
+};
+
+Tag rootTag(PackagePart &part)
+{
+    constexpr std::string_view binaryEnding = ".bin";
+    const std::string &name = part.name();
+    if (name.size() > binaryEnding.size() &&
+        name.substr(name.size() - binaryEnding.size()) == binaryEnding)
+        return Tag::SheetWorkbook;
+    // The root element stands at the beginning; no more than that has to be looked at.
+    constexpr std::size_t beginningBytes = 65536;
+    RootElement root;
+    XmlScanner scanner(root);
+    std::size_t seen = 0;
+    part.read([&](const char *data, std::size_t size) {
+        const std::size_t piece = std::min(size, beginningBytes - seen);
+        scanner.feed(data, piece);
+        seen += piece;
+        return !root.isFound() && seen < beginningBytes;
+    });
+    return root.tag();
+}
+
+void readPackage(const QString &path, FontUsage &usage)
+{
+    ArchivePackage package(QFile::encodeName(path).toStdString());
+    const Relationships relationships(package);
+    const std::string mainPart = relationships.target({}, Relation::OfficeDocument);
+    Tag kind = Tag::Unknown;
+    package.visit([&](const std::string &name) { return name == mainPart; },
+                  [&](PackagePart &part) { kind = rootTag(part); });
+    switch (kind) {
+    case Tag::WordDocument:
+        readWordDocument(package, relationships, mainPart, usage);
+        break;
+    case Tag::SheetWorkbook:
+        readWorkbook(package, relationships, mainPart, usage);
+        break;
+    case Tag::PresentationDocument:
+        readPresentation(package, relationships, mainPart, usage);
+        break;
+    default:
+        unknownKind();
+    }
+}
+
+bool isRtf(const QByteArray &start)
+{
+    return start.trimmed().startsWith("{\\rtf");
+}
+
+} // namespace
+
+std::vector<UsedFamily> documentFonts(const QString &path)
+{
+    if (!QFileInfo(path).isFile())
+        throw DocumentError("the document is not a file");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw DocumentError("the document cannot be read: " + file.errorString().toStdString());
+    const QByteArray start = file.peek(64);
+    FontUsage usage;
+    if (start.startsWith("PK\x03\x04")) {
+        readPackage(path, usage);
+    } else if (start.startsWith("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1")) {
+        readOleDocument(file, usage);
+    } else if (isRtf(start)) {
+        RtfDocument document(usage);
+        document.read(file);
+    } else {
+        unknownKind();
+    }
+    return usage.used();
+}
+
+} // namespace standin

@@ -1,0 +1,182 @@
+#include "programs/missingfonts/ooxml/drawing/drawingtext.h"
+
+#include <algorithm>
+
+#include "programs/missingfonts/common/textscripts.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
+#include "programs/missingfonts/xml/xmlelement.h"
+
+namespace standin {
+
+void DrawingText::beginShape(std::vector<const TextLevels *> inherited)
+{
+    m_inherited = std::move(inherited);
+    m_listStyle = TextLevels();
+    m_shapeFont = noFamily;
+}
+
+bool DrawingText::startElement(const XmlElement &element)
+{
+    switch (element.tag()) {
+    case Tag::Unknown:
+        break;
+    case Tag::ChartSpace:
+        m_isChart = true;
+        break;
+    case Tag::DrawingFontReference: {
+        const std::string index = element.attribute(Vocabulary::None, "idx");
+        m_shapeFont = index == "major" ? MajorLatin : index == "minor" ? MinorLatin : noFamily;
+        break;
+    }
+    case Tag::DrawingListStyle:
+        m_listStyle = TextLevels();
+        m_levelsReader.setTarget(&m_listStyle);
+        break;
+    case Tag::DrawingParagraph:
+        m_paragraph = Paragraph();
+        m_inParagraph = true;
+        break;
+    default:
+        if (m_levelsReader.isReading())
+            m_levelsReader.startElement(element);
+        else if (m_inParagraph)
+            startInParagraph(element);
+        break;
+    }
+    return true;
+}
+
+void DrawingText::startInParagraph(const XmlElement &element)
+{
+    switch (element.tag()) {
+    case Tag::DrawingParagraphProperties:
+        beginParagraphProperties(element);
+        break;
+    case Tag::DrawingRun:
+    case Tag::DrawingField:
+        m_run = Run();
+        m_inRun = true;
+        m_paragraph.hasRuns = true;
+        break;
+    case Tag::DrawingRunProperties:
+        beginRunProperties(element);
+        break;
+    case Tag::DrawingDefaultRun:
+        // Shapes ignore what a paragraph says of its runs; in charts it is what counts.
+        if (m_isChart)
+            m_fonts = &m_paragraph.own.fonts;
+        break;
+    case Tag::DrawingText:
+        m_inText = m_inRun;
+        break;
+    default:
+        if (m_fonts)
+            m_fonts->read(element, m_usage);
+        else if (!m_inRun)
+            m_paragraph.own.readBullet(element, m_usage);
+        break;
+    }
+}
+
+void DrawingText::beginParagraphProperties(const XmlElement &element)
+{
+    // A field has some of its own, which do not count.
+    if (m_inRun)
+        return;
+    const int level = element.number(Vocabulary::None, "lvl", 0);
+    m_paragraph.level = static_cast<std::size_t>(std::clamp(level, 0, 8));
+}
+
+void DrawingText::beginRunProperties(const XmlElement &element)
+{
+    if (!m_inRun)
+        return;
+    m_fonts = &m_run.fonts;
+    m_run.language = element.attribute(Vocabulary::None, "lang");
+    const std::string other = element.attribute(Vocabulary::None, "altLang");
+    // A Latin language is named first where the text may be in either.
+    if (!other.empty() && m_run.language.substr(0, 2) == "en")
+        m_run.language = other;
+}
+
+void DrawingText::text(std::string_view text)
+{
+    if (m_inText)
+        m_run.scripts |= scriptsOf(text);
+}
+
+void DrawingText::endElement(Tag tag)
+{
+    m_levelsReader.endElement(tag);
+    switch (tag) {
+    case Tag::DrawingListStyle:
+        m_levelsReader.setTarget(nullptr);
+        break;
+    case Tag::DrawingRunProperties:
+    case Tag::DrawingDefaultRun:
+        m_fonts = nullptr;
+        break;
+    case Tag::DrawingText:
+        m_inText = false;
+        break;
+    case Tag::DrawingRun:
+    case Tag::DrawingField:
+        endRun();
+        break;
+    case Tag::DrawingParagraph:
+        endParagraph();
+        break;
+    default:
+        break;
+    }
+}
+
+TextLevel DrawingText::effectiveLevel() const
+{
+    TextLevel level = m_paragraph.own;
+    level.inherit(m_listStyle[m_paragraph.level]);
+    for (const TextLevels *inherited : m_inherited)
+        level.inherit((*inherited)[m_paragraph.level]);
+    TextFonts last;
+    last.latin = m_shapeFont == MajorLatin ? MajorLatin : MinorLatin;
+    last.eastAsian = m_shapeFont == MajorLatin ? MajorEastAsian : MinorEastAsian;
+    last.complex = m_shapeFont == MajorLatin ? MajorComplex : MinorComplex;
+    level.fonts.inherit(last);
+    return level;
+}
+
+void DrawingText::endRun()
+{
+    m_inRun = false;
+    if (m_run.scripts == 0)
+        return;
+    m_paragraph.hasText = true;
+    m_run.fonts.inherit(effectiveLevel().fonts);
+    use(m_run.fonts, m_run.scripts, m_run.language);
+}
+
+void DrawingText::endParagraph()
+{
+    m_inParagraph = false;
+    const TextLevel level = effectiveLevel();
+    if (m_paragraph.hasText && level.bullet == TextLevel::Bullet::Font)
+        m_usage.use(m_theme.resolved(level.bulletFont));
+    // The labels of a chart are made from its numbers; only their properties stand there.
+    if (m_isChart && !m_paragraph.hasRuns)
+        use(level.fonts, AsciiScript, {});
+}
+
+void DrawingText::use(const TextFonts &fonts, unsigned scripts, const std::string &language)
+{
+    const auto use = [&](Family family) { m_usage.use(m_theme.resolved(family, language)); };
+    if ((scripts & (AsciiScript | HighAnsiScript)) != 0)
+        use(fonts.latin);
+    if ((scripts & EastAsianScript) != 0)
+        use(fonts.eastAsian);
+    if ((scripts & ComplexScript) != 0)
+        use(fonts.complex);
+    if ((scripts & SymbolScript) != 0)
+        use(fonts.symbol == noFamily ? fonts.latin : fonts.symbol);
+}
+
+} // namespace standin

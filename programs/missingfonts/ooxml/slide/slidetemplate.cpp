@@ -1,0 +1,101 @@
+#include "programs/missingfonts/ooxml/slide/slidetemplate.h"
+
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/common/limits.h"
+#include "programs/missingfonts/xml/xmlelement.h"
+
+namespace standin {
+
+PlaceholderKey PlaceholderKey::read(const XmlElement &element)
+{
+    PlaceholderKey key;
+    key.type = element.attribute(Vocabulary::None, "type");
+    if (key.type.empty())
+        key.type = "obj";
+    key.index = element.number(Vocabulary::None, "idx", 0);
+    return key;
+}
+
+std::string PlaceholderKey::masterType() const
+{
+    if (type == "title" || type == "ctrTitle")
+        return "title";
+    if (type == "dt" || type == "ftr" || type == "sldNum" || type == "hdr")
+        return type;
+    return "body";
+}
+
+const TextLevels *SlideTemplate::byIndex(const PlaceholderKey &key) const
+{
+    for (const Placeholder &placeholder : m_placeholders) {
+        if (placeholder.key.index == key.index && placeholder.key.masterType() == key.masterType())
+            return &placeholder.levels;
+    }
+    return byType(key);
+}
+
+const TextLevels *SlideTemplate::byType(const PlaceholderKey &key) const
+{
+    for (const Placeholder &placeholder : m_placeholders) {
+        if (placeholder.key.masterType() == key.masterType())
+            return &placeholder.levels;
+    }
+    return nullptr;
+}
+
+const TextLevels &SlideTemplate::textStyle(const PlaceholderKey &key) const
+{
+    const std::string type = key.masterType();
+    return type == "title" ? m_title : type == "body" ? m_body : m_other;
+}
+
+bool SlideTemplate::startElement(const XmlElement &element)
+{
+    switch (element.tag()) {
+    case Tag::PresentationShape:
+        m_inPlaceholder = false;
+        break;
+    case Tag::PresentationPlaceholder:
+        if (m_placeholders.size() >= limits::placeholders)
+            throw DocumentError("a slide layout has too many placeholders");
+        m_placeholders.push_back({PlaceholderKey::read(element), {}});
+        m_inPlaceholder = true;
+        break;
+    case Tag::DrawingListStyle:
+        m_levelsReader.setTarget(m_inPlaceholder ? &m_placeholders.back().levels : nullptr);
+        break;
+    case Tag::PresentationTitleStyle:
+        m_levelsReader.setTarget(&m_title);
+        break;
+    case Tag::PresentationBodyStyle:
+        m_levelsReader.setTarget(&m_body);
+        break;
+    case Tag::PresentationOtherStyle:
+        m_levelsReader.setTarget(&m_other);
+        break;
+    default:
+        m_levelsReader.startElement(element);
+        break;
+    }
+    return true;
+}
+
+void SlideTemplate::endElement(Tag tag)
+{
+    m_levelsReader.endElement(tag);
+    switch (tag) {
+    case Tag::PresentationShape:
+        m_inPlaceholder = false;
+        break;
+    case Tag::DrawingListStyle:
+    case Tag::PresentationTitleStyle:
+    case Tag::PresentationBodyStyle:
+    case Tag::PresentationOtherStyle:
+        m_levelsReader.setTarget(nullptr);
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace standin

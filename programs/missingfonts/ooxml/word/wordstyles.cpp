@@ -1,0 +1,110 @@
+#include "programs/missingfonts/ooxml/word/wordstyles.h"
+
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/common/limits.h"
+#include "programs/missingfonts/xml/xmlelement.h"
+
+namespace standin {
+
+const WordStyles::Style &WordStyles::style(std::string_view identifier) const
+{
+    static const Style none;
+    const auto found = m_records.find(std::string(identifier));
+    return found == m_records.end() ? none : found->second.style;
+}
+
+void WordStyles::resolve()
+{
+    for (const auto &[identifier, record] : m_records)
+        resolve(identifier);
+}
+
+void WordStyles::resolve(const std::string &identifier)
+{
+    // From the style down to the first that is resolved already, then back up. A style that is met
+    // a second time is based on itself.
+    std::vector<Record *> chain;
+    const Style *base = nullptr;
+    for (auto found = m_records.find(identifier); found != m_records.end();
+         found = m_records.find(found->second.base)) {
+        if (found->second.resolved) {
+            base = &found->second.style;
+            break;
+        }
+        found->second.resolved = true;
+        chain.push_back(&found->second);
+    }
+    for (auto record = chain.rbegin(); record != chain.rend(); ++record) {
+        Style &style = (*record)->style;
+        if (base) {
+            style.fonts.inherit(base->fonts);
+            if (style.numbering < 0) {
+                style.numbering = base->numbering;
+                style.level = base->level;
+            }
+        }
+        base = &style;
+    }
+}
+
+bool WordStyles::startElement(const XmlElement &element)
+{
+    switch (element.tag()) {
+    case Tag::WordDocumentDefaults:
+        m_inDefaults = true;
+        break;
+    case Tag::WordStyle:
+        beginStyle(element);
+        break;
+    case Tag::WordTableStylePart: // for some cells of a table only
+    case Tag::WordRunPropertiesChange:
+    case Tag::WordParagraphPropertiesChange:
+        return false;
+    case Tag::WordBasedOn:
+        if (m_current)
+            m_current->base = element.attribute(Vocabulary::Word, "val");
+        break;
+    case Tag::WordRunFonts:
+        if (m_inDefaults)
+            m_defaults.read(element, m_usage);
+        else if (m_current)
+            m_current->style.fonts.read(element, m_usage);
+        break;
+    case Tag::WordNumberingId:
+        if (m_current)
+            m_current->style.numbering = element.number(Vocabulary::Word, "val", -1);
+        break;
+    case Tag::WordLevelIndex:
+        if (m_current)
+            m_current->style.level = element.number(Vocabulary::Word, "val", 0);
+        break;
+    default:
+        break;
+    }
+    return true;
+}
+
+void WordStyles::beginStyle(const XmlElement &element)
+{
+    if (m_records.size() >= limits::styles)
+        throw DocumentError("the document has too many styles");
+    const std::string identifier = element.attribute(Vocabulary::Word, "styleId");
+    m_current = &m_records[identifier];
+    if (!element.has(Vocabulary::Word, "default") || !element.isOn(Vocabulary::Word, "default"))
+        return;
+    const std::string type = element.attribute(Vocabulary::Word, "type");
+    if (type == "paragraph")
+        m_defaultParagraph = identifier;
+    else if (type == "table")
+        m_defaultTable = identifier;
+}
+
+void WordStyles::endElement(Tag tag)
+{
+    if (tag == Tag::WordDocumentDefaults)
+        m_inDefaults = false;
+    else if (tag == Tag::WordStyle)
+        m_current = nullptr;
+}
+
+} // namespace standin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include <QString>
+
+#include "programs/missingfonts/common/fontusage.h"
+
+namespace standin {
+
+/// The table of fonts at the beginning of an RTF document. Names come byte by byte, each in the
+/// encoding of its font.
+class RtfFontTable
+{
+public:
+    explicit RtfFontTable(FontUsage &usage) : m_usage(usage) {}
+
+    void beginFont(int number);
+    void setCharacterSet(int characterSet) { m_characterSet = characterSet; }
+    void setEmbedded() { m_embedded = true; }
+
+    void addByte(unsigned char byte, bool toAlternative);
+    void addCharacter(QChar character, bool toAlternative);
+
+    /// The font's name is complete.
+    void endFont();
+
+    Family font(int number) const;
+
+private:
+    QString takeText(std::string &bytes, QString &characters) const;
+
+    FontUsage &m_usage;
+    std::map<int, Family> m_fonts;
+    int m_number = -1;
+    int m_characterSet = 0;
+    bool m_embedded = false;
+    std::string m_nameBytes;
+    QString m_name;
+    std::string m_alternativeBytes;
+    QString m_alternative;
+};
+
+} // namespace standin

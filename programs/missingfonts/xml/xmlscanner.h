@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "programs/missingfonts/xml/xmlelement.h"
+#include "programs/missingfonts/xml/xmlnamespaces.h"
+
+namespace standin {
+
+class XmlHandler;
+
+/// Reads the XML of a part block by block, in memory that does not grow with the part.
+///
+/// Qt's reader takes about four times as long over a big part and keeps a whole text in memory,
+/// however long it is. This one knows only what such parts may hold: UTF-8, no document type
+/// declaration, no entities of the document's own. It leaves out the fallbacks of alternate
+/// content, whose first choice says the same to a reader of fonts.
+class XmlScanner
+{
+public:
+    explicit XmlScanner(XmlHandler &handler);
+
+    /// Takes the next block.
+    /// @throws DocumentError when the part is not well formed or exceeds a limit
+    void feed(const char *data, std::size_t size);
+
+    /// The part has ended.
+    /// @throws DocumentError when it should not have
+    void finish();
+
+private:
+    struct Open
+    {
+        std::size_t nameStart; ///< in m_openNames
+        Tag tag;
+        bool bindsNamespaces;
+    };
+
+    enum class Progress {
+        Done,
+        NeedsMore
+    };
+
+    void checkEncoding();
+    void scan();
+    Progress scanToken(std::size_t &position);
+    void scanText(std::size_t &position);
+    Progress skipTo(std::size_t &position, std::string_view end) const;
+    Progress scanCharacterData(std::size_t &position);
+    Progress scanEndTag(std::size_t &position);
+    Progress scanStartTag(std::size_t &position);
+    Progress scanAttributes(std::size_t &position, bool &isEmpty);
+    Progress scanAttribute(std::size_t &position);
+    void openElement(std::string_view name);
+    void closeElement();
+    void report(std::string_view text, bool literal);
+
+    bool isSkipping() const { return m_skipFrom != 0; }
+
+    XmlHandler &m_handler;
+    XmlNamespaces m_namespaces;
+    std::string m_buffer;
+    std::string m_resolved;
+    std::string m_openNames;
+    std::vector<Open> m_open;
+    std::vector<XmlElement::Attribute> m_attributes;
+    // Depth of the element whose content is left out, 0 when there is none.
+    std::size_t m_skipFrom = 0;
+    bool m_started = false;
+    bool m_sawRoot = false;
+};
+
+} // namespace standin

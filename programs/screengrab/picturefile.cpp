@@ -1,0 +1,62 @@
+#include "programs/screengrab/picturefile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <unistd.h>
+
+namespace standin {
+
+namespace {
+
+/// How many screenshots of one second are told apart.
+constexpr int mostOfOneSecond = 100;
+
+QString fileName(const QDateTime &takenAt, int number)
+{
+    const QString suffix = number > 1 ? QStringLiteral("-%1").arg(number) : QString();
+    return QStringLiteral("screenshot-") + takenAt.toString(QStringLiteral("yyyy-MM-dd-HHmmss")) +
+           suffix + QStringLiteral(".png");
+}
+
+bool liesIn(const QString &file, const QString &directory)
+{
+    return !file.isEmpty() && QFileInfo(QFileInfo(file).canonicalPath()).filePath() ==
+                                  QFileInfo(directory).canonicalFilePath();
+}
+
+/// The desktop's own copy, which nobody would look for.
+void removeCopy(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!path.isEmpty() && file.isFile() && !file.isSymLink() && file.ownerId() == ::geteuid())
+        QFile::remove(path);
+}
+
+} // namespace
+
+PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
+                        const QDateTime &takenAt)
+{
+    const QDir folder(directory);
+    if (!folder.mkpath(QStringLiteral(".")))
+        return {{}, QStringLiteral("the folder cannot be made: ") + directory};
+    if (liesIn(picture.savedAs, directory))
+        return {picture.savedAs, {}};
+    // Written under another name first: whoever sees a picture in the folder sees a whole one.
+    QTemporaryFile file(folder.filePath(QStringLiteral(".screenshot-XXXXXX")));
+    if (!file.open() || !picture.image.save(&file, "PNG") || !file.flush())
+        return {{}, QStringLiteral("cannot write to %1: %2").arg(directory, file.errorString())};
+    for (int number = 1; number <= mostOfOneSecond; ++number) {
+        const QString path = folder.filePath(fileName(takenAt, number));
+        if (QFile::exists(path) || !file.rename(path))
+            continue;
+        file.setAutoRemove(false);
+        removeCopy(picture.savedAs);
+        return {path, {}};
+    }
+    return {{}, QStringLiteral("no file name is left in ") + directory};
+}
+
+} // namespace standin

@@ -1,0 +1,98 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { afterAll, beforeAll, describe, expect, test } from 'vitest';
+
+import { COMMANDS } from '../helio/ctl/commandtable.mjs';
+import { installEntries } from '../desktop/suiteentries.mjs';
+import { REPOSITORY } from '../paths.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+import { CONFIG, installUpdater, LOG } from '../update/updater.mjs';
+import { STEPS } from './steps.mjs';
+
+const WORK = '/home/user/.local/share/Orvane/tmp';
+const OFFICE = '/suite/office';
+const LONGEST_RUN = 600_000;
+
+const recorder = (name) => `#!/bin/bash
+printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
+`;
+/** What stands in the suite's place: each writes what its real counterpart leaves behind. */
+const PROGRAMS = {
+    vyr: `#!/bin/bash\nprintf '[vyrtool]\\nMissFonts=Arial\\n' > ${WORK}/vyrmissfonts.ini\n`,
+    vyrEnvCheckTool: `#!/bin/bash
+if [ "$1" = print ]; then
+    echo '%PDF-1.7' > ${WORK}/report.pdf
+else
+    printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${WORK}/vyrEnv.ini
+fi
+`,
+    eptools: recorder('eptools'),
+    'addons/vyrassistanttool/screencap/screencap': recorder('screencap'),
+};
+
+let root;
+let run;
+let outcomes;
+
+async function installSuite() {
+    for (const [name, script] of Object.entries(PROGRAMS)) {
+        await root.run(['rm', '-f', `${OFFICE}/${name}`]);
+        await root.writeFile(`${OFFICE}/${name}`, script, { mode: 0o755 });
+    }
+    await installEntries(root);
+    await installUpdater(root);
+    await root.writeFile(CONFIG, '[update]\nchannel=beta\n');
+    await root.writeFile(LOG, 'checked\n');
+}
+
+async function fillHome() {
+    await root.writeFile('/home/user/report.docx', 'a document');
+    await root.writeFile('/home/user/.config/Orvane/Office.conf', '[6.0]\nlook=dark\n');
+    for (const name of ['Desktop', '.local/share/mime/packages', '.local/share/Orvane/tmp/dump'])
+        await root.makeDirectory(`/home/user/${name}`);
+    await root.recordingFake('xdg-open');
+    await root.recordingFake('quickstartoffice');
+}
+
+beforeAll(async () => {
+    root = await SandboxRoot.create({ suite: true, env: { DBUS_SESSION_BUS_ADDRESS: 'disabled:' } });
+    await installSuite();
+    await fillHome();
+    root.bind(fs.realpathSync(process.execPath), '/tests/node');
+    root.bind(path.join(REPOSITORY, 'node_modules'), '/tests/node_modules');
+    root.bind(path.join(REPOSITORY, 'tests/endtoend'), '/tests/endtoend');
+    run = await root.run(['/tests/node', '/tests/endtoend/bridge/insidesandbox.mjs',
+        JSON.stringify(STEPS)], { timeoutMs: LONGEST_RUN });
+    outcomes = new Map(run.stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line))
+        .map((outcome) => [outcome.command, outcome]));
+}, LONGEST_RUN);
+
+afterAll(async () => root.dispose());
+
+test('every command is sent once', () => {
+    expect(STEPS.map(({ command }) => command).sort()).toEqual([...COMMANDS].sort());
+    expect(COMMANDS).toHaveLength(57);
+});
+
+test('no script of a page complains', () => {
+    expect(run.stderr).not.toMatch(/^js: /m);
+});
+
+describe('a page of the window reaches', () => {
+    test.each(STEPS)('$command', ({ command, answer, callback, ends }) => {
+        const outcome = outcomes.get(command);
+        expect(outcome?.error, run.stderr).toBeUndefined();
+        if (ends) {
+            expect(outcome.end).toMatchObject({ status: 0, signal: null });
+            return;
+        }
+        if (answer.holds)
+            expect(answer.holds(outcome.envelope.result), JSON.stringify(outcome)).toBe(true);
+        else
+            expect(outcome.envelope).toEqual(answer);
+        if (callback)
+            expect(outcome.told).toContainEqual({ callback: callback.name, ...callback.told });
+        if (callback?.before)
+            expect(outcome.told).toContainEqual(callback.before);
+    });
+});

@@ -1,0 +1,46 @@
+import { afterAll, afterEach, beforeAll } from 'vitest';
+
+import { waitFor } from '../../waitfor.mjs';
+import { ScratchSuite } from './scratchsuite.mjs';
+import { ShellProgram } from './shellprogram.mjs';
+import { VirtualDisplay } from './virtualdisplay.mjs';
+
+/** The display and the suite that the tests of one file share; programs end with their test. */
+export function windowTests() {
+    const shared = { display: null, suite: null, start: null, reloadByKey: null };
+    const programs = [];
+
+    beforeAll(async () => {
+        shared.suite = ScratchSuite.create();
+        shared.display = await VirtualDisplay.start(shared.suite.home);
+    });
+
+    afterEach(async () => {
+        for (const program of programs.splice(0))
+            await program.stop();
+    });
+
+    afterAll(async () => {
+        await shared.display?.stop();
+        shared.suite?.dispose();
+    });
+
+    /** Starts the window program. */
+    shared.start = async (args, options) => {
+        const program = await ShellProgram.start(shared.suite, shared.display, args, options);
+        programs.push(program);
+        return program;
+    };
+
+    /** Presses the notice's button, which has the focus once it is shown, until the page is back. */
+    shared.reloadByKey = async (program, window) => {
+        await shared.display.focused(window);
+        const page = await waitFor(async () => {
+            await shared.display.act('key', 'space');
+            return program.page('index.html', { timeoutMs: 5000 }).catch(() => null);
+        }, { timeoutMs: 90_000, what: 'the page after its reload' });
+        await page.until('Boolean(window.helio)');
+        return page;
+    };
+    return shared;
+}

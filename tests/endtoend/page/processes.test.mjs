@@ -1,0 +1,60 @@
+import { spawn } from 'node:child_process';
+import { setTimeout as pause } from 'node:timers/promises';
+import { afterEach, expect, test } from 'vitest';
+
+import { end } from '../helio/shell/process.mjs';
+import { TEXTS } from './texts.mjs';
+import { PATIENCE, viewTests } from './viewtest.mjs';
+
+const texts = TEXTS.processes;
+/** Longer than the view waits between two readings. */
+const QUIET = 6_500;
+const shared = viewTests();
+let large;
+
+afterEach(async () => {
+    if (large)
+        await end(large);
+    large = null;
+});
+
+const rowCount = (title) => `document.querySelectorAll(
+    'table[aria-label=' + ${JSON.stringify(JSON.stringify(title))} + '] tbody tr').length`;
+
+/** A process among the largest of this machine, which touches a gigabyte once. */
+function startLargeProcess() {
+    large = spawn(process.execPath,
+        ['-e', 'globalThis.held = Buffer.alloc(1 << 30, 1); setInterval(() => {}, 1000);'],
+        { stdio: 'ignore' });
+    return large.pid;
+}
+
+test('both tables fill, and a process that grows large comes into its table', async () => {
+    const { view } = await shared.open('processes');
+    for (const title of [texts.busiest.title, texts.largest.title])
+        await view.until(`${rowCount(title)} === 10`, PATIENCE);
+    await view.shows(texts.memory.title);
+    const pid = startLargeProcess();
+    await view.shows(` ${pid} `, PATIENCE);
+});
+
+test('a paused view reads nothing until it goes on', async () => {
+    const { view } = await shared.open('processes');
+    await view.until(`${rowCount(texts.largest.title)} === 10`, PATIENCE);
+    await view.press(texts.history.table);
+    await view.press(texts.history.pause);
+    await view.shows(texts.history.paused);
+    // A reading that was under way is still taken in: its three commands take turns with these.
+    await view.evaluate(`(async () => {
+        for (let turn = 0; turn < 4; turn += 1)
+            await helio.call('getcomputermemory');
+    })()`);
+    const times = () => view.evaluate(
+        "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)");
+    const before = await times();
+    await pause(QUIET);
+    expect(await times()).toEqual(before);
+    await view.press(texts.history.go);
+    await view.until(`document.querySelectorAll('.history-table tbody th').length > ${before.length}`,
+        PATIENCE);
+});

@@ -1,0 +1,94 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { afterAll, afterEach, beforeAll, beforeEach } from 'vitest';
+
+import { ScratchSuite } from '../helio/shell/scratchsuite.mjs';
+import { ShellProgram } from '../helio/shell/shellprogram.mjs';
+import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
+import { waitFor } from '../waitfor.mjs';
+import { TEXTS } from './texts.mjs';
+import { ViewPage } from './viewpage.mjs';
+
+/** Longest time that a view and the programs that it asks may take on a busy machine. */
+export const PATIENCE = { timeoutMs: 90_000 };
+
+/** The display that the tests of one file share; every test has a suite and a home of its own. */
+export function viewTests() {
+    const shared = { display: null, suite: null, program: null };
+    let scratch;
+
+    beforeAll(async () => {
+        scratch = ScratchSuite.create({ views: true });
+        shared.display = await VirtualDisplay.start(scratch.home);
+    });
+
+    beforeEach(() => {
+        shared.suite = ScratchSuite.create({ views: true });
+    });
+
+    afterEach(async () => {
+        await shared.program?.stop();
+        shared.program = null;
+        shared.suite.dispose();
+    });
+
+    afterAll(async () => {
+        await shared.display?.stop();
+        scratch?.dispose();
+    });
+
+    /** Starts the application; gives its home page. */
+    shared.home = async ({ env } = {}) => {
+        // The scripts take /home/$USER for the home directory, whatever HOME says.
+        const user = `..${shared.suite.home}`;
+        shared.program = await ShellProgram.start(
+            shared.suite, shared.display, ['--language', 'en'], { env: { USER: user, ...env } });
+        return new ViewPage(await shared.program.page());
+    };
+
+    /** Opens a view by its tile on the home page: {home, view}. */
+    shared.open = async (name, options) => {
+        const home = await shared.home(options);
+        await home.shows(TEXTS.views[name].title);
+        await home.evaluate(`void (window.tile = [...document.querySelectorAll('button.tool')]
+            .find((button) => button.querySelector('strong').textContent
+                === ${JSON.stringify(TEXTS.views[name].title)})
+            .setAttribute('aria-label', 'the tile'))`);
+        await home.press('the tile');
+        return { home, view: await shared.view(name) };
+    };
+
+    /** The view that is opening in the child window. */
+    shared.view = async (name) => {
+        const view = new ViewPage(await shared.program.page(`${name}.html`));
+        await view.shows(TEXTS.views[name].title);
+        return view;
+    };
+
+    /** Answers the file dialog of that title with a path. */
+    shared.choose = async (title, file) => {
+        await shared.display.focused(await shared.display.dialog(title));
+        await shared.display.act('key', 'ctrl+a', 'type', '--delay', '5', file);
+        await shared.display.act('key', 'Return');
+    };
+
+    /** A path in the user's home. */
+    shared.inHome = (...names) => path.join(shared.suite.home, ...names);
+
+    shared.writeInHome = (name, text, options) => write(shared.inHome(name), text, options);
+    shared.writeInOffice = (name, text, options) =>
+        write(path.join(shared.suite.office, name), text, options);
+
+    /** Waits until a file's text satisfies a condition; gives the text. */
+    shared.fileWith = (file, condition) => waitFor(() => {
+        const text = fs.existsSync(file) ? fs.readFileSync(file, 'utf8') : '';
+        return condition(text) && text;
+    }, { what: `the expected text in ${path.basename(file)}`, ...PATIENCE });
+    return shared;
+}
+
+function write(file, text, options) {
+    fs.mkdirSync(path.dirname(file), { recursive: true });
+    fs.writeFileSync(file, text, options);
+    return file;
+}

@@ -1,0 +1,281 @@
+import fs from 'node:fs';
+
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { SandboxRoot } from '../../sandboxroot.mjs';
+import { lines, runScript } from './scriptrunner.mjs';
+
+const WORK = '/home/user/.local/share/Orvane/tmp';
+const ARCHIVE = `${WORK}/archive`;
+const RESOURCES = '/opt/orvane/office';
+const LONG_AGO = new Date('2001-02-03T04:05:06Z');
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create();
+    await root.recordingFake('xdg-open');
+});
+
+afterEach(async () => root.dispose());
+
+/** The script's nine arguments, with what the test is about in place of the harmless values. */
+function pack({
+    name = '/home/user/report', type = 'crash', describe: text = 'it failed', files = '',
+    systemInfo = 'false', suiteInfo = 'false', dumpInfo = 'false', dumps = '',
+} = {}) {
+    return runScript(root, 'archivepackage.sh',
+        [name, type, text, files, systemInfo, suiteInfo, dumpInfo, dumps, RESOURCES]);
+}
+
+const describeFile = () => root.readFile(`${ARCHIVE}/describe.txt`);
+
+async function oldFile(inside, content, mode = 0o640) {
+    await root.writeFile(inside, content, { mode });
+    fs.utimesSync(root.hostPath(inside), LONG_AGO, LONG_AGO);
+}
+
+async function expectCopyKept(name, mode = 0o640) {
+    const stat = await root.stat(`${ARCHIVE}/${name}`);
+    expect(stat.mode & 0o777).toBe(mode);
+    expect(stat.mtime).toEqual(LONG_AGO);
+}
+
+describe('arguments', () => {
+    test.each([0, 1, 8, 10])('%i arguments do nothing and end with 0', async (count) => {
+        await root.writeFile(`${ARCHIVE}/kept`, 'x');
+        const end = await runScript(root, 'archivepackage.sh', Array(count).fill('a'));
+        expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
+        expect(await root.list(ARCHIVE)).toEqual(['kept']);
+        expect(await root.callsOf('xdg-open')).toEqual([]);
+    });
+});
+
+describe('describe.txt', () => {
+    test('holds name, type and description, a line each', async () => {
+        await pack();
+        expect(await describeFile()).toBe(
+            'name: /home/user/report\ntype: crash\ndescribe: it failed\n');
+    });
+
+    test('folds white space and line breaks of the values', async () => {
+        await pack({ type: ' a  b ', describe: '\n first\tline \n\nsecond   line\n' });
+        expect(await describeFile()).toBe(
+            'name: /home/user/report\ntype: a b\ndescribe: first line second line\n');
+    });
+
+    test('has no blank behind the label of an empty value', async () => {
+        await pack({ type: '', describe: '' });
+        expect(await describeFile()).toBe('name: /home/user/report\ntype:\ndescribe:\n');
+    });
+
+    test('takes what a page sends as text, never as a pattern or a command', async () => {
+        const text = '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran &'
+            + ' "q" \'s\' \\n $HOME -e ~';
+        await root.writeFile('/home/user/a', '');
+        await pack({ type: '-n', describe: text, files: ';$(touch${IFS}/tmp/ran);`touch' });
+        expect(await describeFile()).toBe(
+            `name: /home/user/report\ntype: -n\ndescribe: ${text}\n`);
+        expect(await root.exists('/tmp/ran')).toBe(false);
+    });
+});
+
+describe('file list', () => {
+    test('each file is copied with mode and times, printed and noted', async () => {
+        await oldFile('/home/user/a.vyr', 'sample');
+        await oldFile('/home/user/b.png', 'picture', 0o444);
+        const end = await pack({ files: ';/home/user/a.vyr;/home/user/b.png' });
+        expect(lines(end.stdout).slice(0, 3)).toEqual(
+            [';/home/user/a.vyr;/home/user/b.png', '/home/user/a.vyr', '/home/user/b.png']);
+        expect(lines(await describeFile()).slice(3)).toEqual(
+            ['attachfile: /home/user/a.vyr', 'attachfile: /home/user/b.png']);
+        expect(await root.readFile(`${ARCHIVE}/a.vyr`)).toBe('sample');
+        await expectCopyKept('a.vyr');
+        await expectCopyKept('b.png', 0o444);
+    });
+
+    test('an empty list prints an empty line', async () => {
+        expect((await pack()).stdout).toMatch(/^\n\/home\/user/);
+    });
+
+    test('a missing file is printed but neither copied nor noted', async () => {
+        const end = await pack({ files: ';/home/user/gone' });
+        expect(lines(end.stdout)[1]).toBe('/home/user/gone');
+        expect(lines(await describeFile())).toHaveLength(3);
+        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+    });
+
+    test('a folder is not a file', async () => {
+        await root.makeDirectory('/home/user/folder');
+        await pack({ files: ';/home/user/folder' });
+        expect(lines(await describeFile())).toHaveLength(3);
+    });
+
+    test('a path with a blank falls apart', async () => {
+        await root.writeFile('/home/user/a b.vyr', 'x');
+        const end = await pack({ files: ';/home/user/a b.vyr' });
+        expect(lines(end.stdout).slice(0, 3)).toEqual(
+            [';/home/user/a b.vyr', '/home/user/a', 'b.vyr']);
+        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+    });
+
+    test('a piece of a path with a blank is taken when such a file exists', async () => {
+        await root.writeFile('/home/user/a', 'first word');
+        await pack({ files: ';/home/user/a b.vyr' });
+        expect(lines(await describeFile()).slice(3)).toEqual(['attachfile: /home/user/a']);
+    });
+
+    test('empty pieces vanish', async () => {
+        await root.writeFile('/home/user/a', '');
+        const end = await pack({ files: ';;;/home/user/a;; ;' });
+        expect(lines(end.stdout).slice(1, 3)).toEqual(['/home/user/a', `${ARCHIVE}/`]);
+    });
+
+    test('a name with pattern characters means that one file', async () => {
+        await root.writeFile('/home/user/a*.txt', 'chosen');
+        await root.writeFile('/home/user/ab.txt', 'private');
+        await pack({ files: ';/home/user/a*.txt' });
+        expect(await root.list(ARCHIVE)).toEqual(['a*.txt', 'describe.txt']);
+    });
+
+    test('a name that begins with a hyphen is a file, not an option', async () => {
+        await root.writeFile('/home/user/-r', 'x');
+        await pack({ files: ';-r' });
+        expect(await root.list(ARCHIVE)).toEqual(['-r', 'describe.txt']);
+    });
+});
+
+describe('system information', () => {
+    beforeEach(async () => oldFile(`${WORK}/sysinfo.txt`, 'report'));
+
+    test('is copied with mode and times and noted when asked for', async () => {
+        await pack({ systemInfo: 'true' });
+        expect(lines(await describeFile()).slice(3)).toEqual(['file:sysinfo.txt']);
+        await expectCopyKept('sysinfo.txt');
+    });
+
+    test.each(['false', '', 'True', '1', 'true '])('is left out for "%s"', async (flag) => {
+        await pack({ systemInfo: flag });
+        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+    });
+
+    test('is not noted when the report is missing', async () => {
+        await root.remove(`${WORK}/sysinfo.txt`);
+        await pack({ systemInfo: 'true' });
+        expect(lines(await describeFile())).toHaveLength(3);
+    });
+});
+
+describe('suite information', () => {
+    const files = ['ome.ini', 'feature.dat', 'product.dat', 'setup.cfg'];
+
+    beforeEach(async () => {
+        await oldFile('/home/user/.config/Orvane/Office.conf', 'settings', 0o666);
+        for (const name of files)
+            await oldFile(`${RESOURCES}/cfgs/${name}`, name, 0o666);
+    });
+
+    test('notes the files in order, ome.ini as oem.ini', async () => {
+        await pack({ suiteInfo: 'true' });
+        expect(lines(await describeFile()).slice(3)).toEqual(['file:Office.conf', 'file:oem.ini',
+            'file:feature.dat', 'file:product.dat', 'file:setup.cfg']);
+        expect(await root.list(ARCHIVE)).toEqual([
+            'Office.conf', 'describe.txt', 'feature.dat', 'ome.ini', 'product.dat', 'setup.cfg']);
+    });
+
+    test('keeps mode and times of all but feature.dat', async () => {
+        await pack({ suiteInfo: 'true' });
+        for (const name of ['Office.conf', 'ome.ini', 'product.dat', 'setup.cfg'])
+            await expectCopyKept(name, 0o666);
+        const stat = await root.stat(`${ARCHIVE}/feature.dat`);
+        expect(stat.mode & 0o777).toBe(0o644);
+        expect(stat.mtime.getFullYear()).toBeGreaterThan(2001);
+    });
+
+    test.each([['Office.conf', '/home/user/.config/Orvane/Office.conf', 'file:Office.conf'],
+        ...files.map((name) => [name, `${RESOURCES}/cfgs/${name}`,
+            name === 'ome.ini' ? 'file:oem.ini' : `file:${name}`])])(
+        'a missing %s is left out alone', async (name, path, line) => {
+            await root.remove(path);
+            await pack({ suiteInfo: 'true' });
+            const noted = lines(await describeFile()).slice(3);
+            expect(noted).toHaveLength(4);
+            expect(noted).not.toContain(line);
+        });
+
+    test('is left out when not asked for', async () => {
+        await pack({ suiteInfo: 'TRUE' });
+        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+    });
+});
+
+describe('dumps', () => {
+    const dumps = ';/home/user/dump/vyr_3.dmp;/home/user/dump/vyr_3.dmp.old';
+
+    beforeEach(async () => {
+        await oldFile('/home/user/dump/vyr_3.dmp', 'dump');
+        await oldFile('/home/user/dump/vyr_3.dmp.old', 'old dump');
+    });
+
+    test('are copied with mode and times, printed and noted', async () => {
+        const end = await pack({ dumpInfo: 'true', dumps });
+        expect(lines(end.stdout).slice(1, 3)).toEqual(dumps.slice(1).split(';'));
+        expect(lines(await describeFile()).slice(3)).toEqual([
+            'dumpfile: /home/user/dump/vyr_3.dmp', 'dumpfile: /home/user/dump/vyr_3.dmp.old']);
+        await expectCopyKept('vyr_3.dmp');
+        await expectCopyKept('vyr_3.dmp.old');
+    });
+
+    test('are neither printed nor copied when not asked for', async () => {
+        const end = await pack({ dumps });
+        expect(end.stdout).not.toContain('vyr_3');
+        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+    });
+
+    test('that vanished are printed only', async () => {
+        const end = await pack({ dumpInfo: 'true', dumps: ';/home/user/dump/vyr_9.dmp' });
+        expect(lines(end.stdout)[1]).toBe('/home/user/dump/vyr_9.dmp');
+        expect(lines(await describeFile())).toHaveLength(3);
+    });
+});
+
+describe('archive', () => {
+    const members = async (file) => lines((await root.run(['tar', '-tzf', file])).stdout).sort();
+
+    test('carries the absolute path of its directory without the leading slash', async () => {
+        await root.writeFile('/home/user/a.vyr', 'sample');
+        await pack({ files: ';/home/user/a.vyr' });
+        const directory = ARCHIVE.slice(1);
+        expect(await members('/home/user/report.tar.gz')).toEqual(
+            [`${directory}/`, `${directory}/a.vyr`, `${directory}/describe.txt`]);
+    });
+
+    test('is listed member by member on standard output', async () => {
+        const end = await pack();
+        expect(lines(end.stdout)).toEqual(['', `${ARCHIVE}/`, `${ARCHIVE}/describe.txt`]);
+    });
+
+    test('is opened with the desktop, by its whole name', async () => {
+        await pack({ name: '/home/user/my report;x' });
+        expect(await root.exists('/home/user/my report;x.tar.gz')).toBe(true);
+        expect(await root.callsOf('xdg-open')).toEqual([['/home/user/my report;x.tar.gz']]);
+    });
+
+    test('replaces what an earlier archive left behind', async () => {
+        await root.writeFile(`${ARCHIVE}/deep/old`, 'x');
+        await pack();
+        expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
+    });
+
+    test('is built where a broken link stood', async () => {
+        await root.makeDirectory(WORK);
+        fs.symlinkSync('/nowhere', root.hostPath(ARCHIVE));
+        await pack();
+        expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
+    });
+
+    test('with a colon in a bare name is a file here, not one on another machine', async () => {
+        await pack({ name: 'host:report' });
+        expect(await members('/home/user/host:report.tar.gz')).toHaveLength(2);
+    });
+});

@@ -1,0 +1,140 @@
+import { afterEach, beforeEach, expect, test } from 'vitest';
+
+import { SandboxRoot } from '../../sandboxroot.mjs';
+import { runScript } from './scriptrunner.mjs';
+
+const INSTALLED = '/opt/orvane/my office';
+const DESKTOP = '/home/user/Desktop';
+const INTEGRATED = 'vyr-office-tessaly.desktop';
+const entries = (...names) => names.map((name) => `vyr-office-${name}.desktop`);
+const SEPARATE = entries('fixed', 'board', 'chart', 'pdf', 'tbl', 'shw', 'vyr', 'docket');
+const REMOVED = entries('vyr', 'shw', 'tbl', 'fixed', 'chart', 'board', 'pdf', 'docket', 'tessaly');
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create();
+    await root.makeDirectory(DESKTOP);
+});
+
+afterEach(async () => root.dispose());
+
+const recover = (mode, path = INSTALLED) => runScript(root, 'recovericon.sh', [mode, path]);
+
+async function install(names = [...SEPARATE, INTEGRATED]) {
+    await root.makeDirectory(`${INSTALLED}/desktops`);
+    for (const name of names)
+        await root.writeFile(`${INSTALLED}/desktops/${name}`, name, { mode: 0o644 });
+}
+
+test('mode other restores the eight separate shortcuts', async () => {
+    await install();
+    expect(await recover('other')).toMatchObject({ status: 0, stdout: '', stderr: '' });
+    expect(await root.list(DESKTOP)).toEqual([...SEPARATE].sort());
+    expect(await root.readFile(`${DESKTOP}/vyr-office-vyr.desktop`)).toBe('vyr-office-vyr.desktop');
+});
+
+test('mode fusion restores the integrated one alone', async () => {
+    await install();
+    expect((await recover('fusion')).status).toBe(0);
+    expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
+});
+
+test('any other word is like other', async () => {
+    await install();
+    await recover('Fusion');
+    expect(await root.list(DESKTOP)).toEqual([...SEPARATE].sort());
+});
+
+test('shortcuts are made executable and given to the user', async () => {
+    await install();
+    await root.recordingFake('chown');
+    await recover('other');
+    expect((await root.stat(`${DESKTOP}/vyr-office-vyr.desktop`)).mode & 0o777).toBe(0o755);
+    expect(await root.callsOf('chown')).toEqual(
+        SEPARATE.map((name) => ['user', `${DESKTOP}/${name}`]));
+});
+
+test('the nine known shortcuts are removed first, in their order, and nothing else', async () => {
+    await install([]);
+    await root.fake('rm', '#!/bin/bash\necho "${@: -1}" >> /fakecalls/rm\nexec /usr/bin/rm "$@"\n');
+    for (const name of [...REMOVED, 'vyr-office-mine.desktop', 'note.txt'])
+        await root.writeFile(`${DESKTOP}/${name}`, 'old');
+    await recover('fusion');
+    expect(await root.list(DESKTOP)).toEqual(['note.txt', 'vyr-office-mine.desktop']);
+    expect(await root.readFile('/fakecalls/rm')).toBe(
+        REMOVED.map((name) => `${DESKTOP}/${name}\n`).join(''));
+});
+
+test('a missing source is skipped without a word', async () => {
+    await install(['vyr-office-vyr.desktop']);
+    expect(await recover('other')).toMatchObject({ status: 0, stderr: '' });
+    expect(await root.list(DESKTOP)).toEqual(['vyr-office-vyr.desktop']);
+});
+
+test.each(['fusion', 'other'])('without desktops, mode %s removes nothing', async (mode) => {
+    await root.makeDirectory(INSTALLED);
+    await root.writeFile(`${DESKTOP}/vyr-office-vyr.desktop`, 'old');
+    expect((await recover(mode)).status).toBe(0);
+    expect(await root.list(DESKTOP)).toEqual(['vyr-office-vyr.desktop']);
+});
+
+test.each([[['', INSTALLED]], [['   ', INSTALLED]], [[]]])(
+    'an empty mode says "exit 1" and ends with it: %j', async (args) => {
+        await install();
+        await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old');
+        const end = await runScript(root, 'recovericon.sh', args);
+        expect(end).toMatchObject({ status: 1, stdout: 'exit 1\n' });
+        expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
+    });
+
+test('the desktop folder is made even when the mode is empty', async () => {
+    await root.remove(DESKTOP);
+    await recover('');
+    expect(await root.list('/home/user')).toEqual(['桌面']);
+});
+
+test('the desktop of user-dirs.dirs is used, however deep', async () => {
+    await install();
+    await root.writeFile('/home/user/.config/user-dirs.dirs',
+        'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n');
+    await recover('fusion');
+    expect(await root.list('/home/user/My Data/Desk')).toEqual([INTEGRATED]);
+    expect(await root.list(DESKTOP)).toEqual([]);
+});
+
+test('a shortcut that cannot be written over is replaced', async () => {
+    await install();
+    await root.fake('rm', '#!/bin/bash\n');
+    await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old', { mode: 0o444 });
+    await recover('fusion');
+    expect(await root.readFile(`${DESKTOP}/${INTEGRATED}`)).toBe(INTEGRATED);
+});
+
+test('a shortcut that could not be copied is left as it is, and the end is still 0', async () => {
+    await install();
+    await root.fake('cp', '#!/bin/bash\nexit 1\n');
+    await root.recordingFake('chmod');
+    await root.recordingFake('chown');
+    expect((await recover('other')).status).toBe(0);
+    expect(await root.callsOf('chmod')).toEqual([]);
+    expect(await root.callsOf('chown')).toEqual([]);
+});
+
+test('root’s desktop is below /root', async () => {
+    await root.dispose();
+    root = await SandboxRoot.create({ user: 'root' });
+    await install();
+    await recover('fusion');
+    expect(await root.list('/root/桌面')).toEqual([INTEGRATED]);
+});
+
+test('the separate shortcuts are copied in their order', async () => {
+    await install();
+    await root.recordingFake('cp');
+    await root.recordingFake('chmod');
+    await root.recordingFake('chown');
+    await recover('other');
+    const sources = (await root.callsOf('cp')).map((call) => call.at(-2));
+    expect(sources).toEqual(SEPARATE.map((name) => `${INSTALLED}/desktops/${name}`));
+});

@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include <QString>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/documentfonts.h"
+#include "programs/missingfonts/ooxml/slide/presentationproperties.h"
+#include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
+#include "programs/missingfonts/ooxml/sheet/sheetcells.h"
+#include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
+#include "programs/missingfonts/ooxml/slide/slidetemplate.h"
+#include "programs/missingfonts/ooxml/slide/slidetext.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
+#include "programs/missingfonts/ooxml/word/wordfonttable.h"
+#include "programs/missingfonts/ooxml/word/wordnumbering.h"
+#include "programs/missingfonts/ooxml/word/wordsettings.h"
+#include "programs/missingfonts/ooxml/word/wordstyles.h"
+#include "programs/missingfonts/ooxml/word/wordtext.h"
+#include "programs/missingfonts/xml/xmlscanner.h"
+
+namespace {
+
+/// Reads the input as the file that a user chose.
+void readAsFile(std::string_view input)
+{
+    const int descriptor = memfd_create("document", 0);
+    if (descriptor < 0 ||
+        write(descriptor, input.data(), input.size()) != static_cast<ssize_t>(input.size()))
+        std::abort();
+    try {
+        standin::documentFonts(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    } catch (const standin::DocumentError &) {
+        // as it should be
+    }
+    close(descriptor);
+}
+
+/// Every reader of a part, with all of them reading the same part.
+class PartReaders
+{
+public:
+    void read(std::string_view input)
+    {
+        standin::WordText wordText(m_usage, m_wordContext);
+        standin::SlideText slide(m_usage, m_slideContext, standin::SlideText::Placeholders::Read);
+        standin::SheetCells cells(m_usage, m_sheetFonts, m_sheetStyles, m_strings);
+        for (standin::XmlHandler *handler : {static_cast<standin::XmlHandler *>(&m_theme),
+                                             static_cast<standin::XmlHandler *>(&m_styles),
+                                             static_cast<standin::XmlHandler *>(&m_numbering),
+                                             static_cast<standin::XmlHandler *>(&m_settings),
+                                             static_cast<standin::XmlHandler *>(&m_fontTable),
+                                             static_cast<standin::XmlHandler *>(&m_template),
+                                             static_cast<standin::XmlHandler *>(&m_properties),
+                                             static_cast<standin::XmlHandler *>(&m_sheetStyles),
+                                             static_cast<standin::XmlHandler *>(&m_strings),
+                                             static_cast<standin::XmlHandler *>(&wordText),
+                                             static_cast<standin::XmlHandler *>(&slide),
+                                             static_cast<standin::XmlHandler *>(&cells)})
+            readWith(*handler, input);
+    }
+
+private:
+    void readWith(standin::XmlHandler &handler, std::string_view input)
+    {
+        try {
+            standin::XmlScanner scanner(handler);
+            constexpr std::size_t blockBytes = 61;
+            for (; !input.empty(); input.remove_prefix(std::min(blockBytes, input.size())))
+                scanner.feed(input.data(), std::min(blockBytes, input.size()));
+            scanner.finish();
+            m_styles.resolve();
+        } catch (const standin::DocumentError &) {
+            // as it should be
+        }
+    }
+
+    standin::FontUsage m_usage;
+    standin::ThemeFonts m_theme{m_usage};
+    standin::WordStyles m_styles{m_usage};
+    standin::WordNumbering m_numbering{m_usage};
+    standin::WordSettings m_settings;
+    standin::WordFontTable m_fontTable{m_usage};
+    standin::WordContext m_wordContext{m_styles, m_numbering, m_theme, m_settings};
+    standin::SlideTemplate m_template{m_usage};
+    standin::PresentationProperties m_properties{m_usage};
+    standin::SlideContext m_slideContext{m_theme, m_properties.defaultTextStyle(), &m_template,
+                                         &m_template};
+    standin::SheetFonts m_sheetFonts;
+    standin::SheetStyles m_sheetStyles{m_usage};
+    standin::SharedStrings m_strings{m_usage, m_sheetFonts};
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const std::string_view input(reinterpret_cast<const char *>(data), size);
+    readAsFile(input);
+    if (!input.empty() && input.front() == '<')
+        PartReaders().read(input);
+    return 0;
+}

@@ -1,0 +1,50 @@
+#include <QTest>
+
+#include "helio/shell/chromiumarguments.h"
+#include "helio/shell/hiddenvariables.h"
+#include "tests/support/shell/headlesstest.h"
+
+class TestChromiumLaunch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void variablesComeBackAsTheyWere();
+    void theSandboxIsKeptUnlessToldOtherwise();
+};
+
+void TestChromiumLaunch::variablesComeBackAsTheyWere()
+{
+    qputenv("HIDDEN_FULL", "value");
+    qputenv("HIDDEN_EMPTY", "");
+    qunsetenv("HIDDEN_UNSET");
+    {
+        const shell::HiddenVariables hidden({"HIDDEN_FULL", "HIDDEN_EMPTY", "HIDDEN_UNSET"});
+        QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_FULL"));
+        QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_EMPTY"));
+    }
+    QCOMPARE(qgetenv("HIDDEN_FULL"), QByteArray("value"));
+    QVERIFY(qEnvironmentVariableIsSet("HIDDEN_EMPTY"));
+    QVERIFY(qEnvironmentVariableIsEmpty("HIDDEN_EMPTY"));
+    QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_UNSET"));
+}
+
+void TestChromiumLaunch::theSandboxIsKeptUnlessToldOtherwise()
+{
+    const auto words = [](shell::ChromiumArguments &&arguments) {
+        QByteArrayList list;
+        for (int index = 0; index < arguments.count(); ++index)
+            list.append(arguments.values()[index]);
+        return list;
+    };
+    const QByteArrayList plain = words(shell::ChromiumArguments("/program", 0, false));
+    QCOMPARE(plain.mid(0, 2), (QByteArrayList{"/program", "--webEngineArgs"}));
+    QVERIFY(!plain.contains("--no-sandbox"));
+    QVERIFY(!plain.join(' ').contains("remote-debugging"));
+    const QByteArrayList asRoot = words(shell::ChromiumArguments("/program", 9222, true));
+    QVERIFY(asRoot.contains("--no-sandbox"));
+    QVERIFY(asRoot.contains("--remote-debugging-port=9222"));
+}
+
+HEADLESS_TEST_MAIN(TestChromiumLaunch)
+#include "tst_chromiumlaunch.moc"

@@ -1,0 +1,90 @@
+#include <QTest>
+
+#include "helio/shell/shelloptions.h"
+#include "tests/support/shell/headlesstest.h"
+
+using shell::ShellOptions;
+
+namespace {
+
+std::optional<ShellOptions> parse(const QStringList &words, QString *fault = nullptr)
+{
+    QString unused;
+    return shell::parseShellOptions(QStringList{QStringLiteral("helio-shell")} + words,
+                                    fault ? fault : &unused);
+}
+
+} // namespace
+
+class TestShellOptions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void withoutOptionsTheDesktopDecides();
+    void everyOptionIsRead();
+    void helpNamesEveryOption();
+    void wrongUsageIsRefused_data();
+    void wrongUsageIsRefused();
+};
+
+void TestShellOptions::withoutOptionsTheDesktopDecides()
+{
+    const auto options = parse({});
+    QVERIFY(options);
+    QCOMPARE(options->mode, ShellOptions::ShowWindow);
+    QCOMPARE(options->page, QStringLiteral("index.html"));
+    QCOMPARE(options->theme + options->language + options->screenshot, QString());
+    QCOMPARE(options->debugPort, 0);
+}
+
+void TestShellOptions::everyOptionIsRead()
+{
+    const auto options = parse({QStringLiteral("--page"), QStringLiteral("crash.html"),
+                                QStringLiteral("--theme=dark"), QStringLiteral("--language=zh_CN"),
+                                QStringLiteral("--screenshot"), QStringLiteral("/tmp/a.png"),
+                                QStringLiteral("--debug-port"), QStringLiteral("65535")});
+    QVERIFY(options);
+    QCOMPARE(options->page, QStringLiteral("crash.html"));
+    QCOMPARE(options->theme, QStringLiteral("dark"));
+    QCOMPARE(options->language, QStringLiteral("zh_CN"));
+    QCOMPARE(options->screenshot, QStringLiteral("/tmp/a.png"));
+    QCOMPARE(options->debugPort, 65535);
+    QCOMPARE(parse({QStringLiteral("--help")})->mode, ShellOptions::PrintHelp);
+    QCOMPARE(parse({QStringLiteral("--version")})->mode, ShellOptions::PrintVersion);
+}
+
+void TestShellOptions::helpNamesEveryOption()
+{
+    const QString help = shell::shellHelp();
+    for (const char *name :
+         {"--page", "--theme", "--language", "--screenshot", "--debug-port", "--help", "--version"})
+        QVERIFY2(help.contains(QLatin1String(name)), name);
+}
+
+void TestShellOptions::wrongUsageIsRefused_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("unknown") << QStringList{QStringLiteral("--nothing")};
+    QTest::newRow("argument") << QStringList{QStringLiteral("index.html")};
+    QTest::newRow("no page") << QStringList{QStringLiteral("--page=")};
+    QTest::newRow("theme") << QStringList{QStringLiteral("--theme=blue")};
+    QTest::newRow("language") << QStringList{QStringLiteral("--language=C")};
+    QTest::newRow("no language") << QStringList{QStringLiteral("--language=")};
+    QTest::newRow("screenshot") << QStringList{QStringLiteral("--screenshot=")};
+    QTest::newRow("port zero") << QStringList{QStringLiteral("--debug-port=0")};
+    QTest::newRow("port below") << QStringList{QStringLiteral("--debug-port=-1")};
+    QTest::newRow("port above") << QStringList{QStringLiteral("--debug-port=65536")};
+    QTest::newRow("port text") << QStringList{QStringLiteral("--debug-port=1x")};
+}
+
+void TestShellOptions::wrongUsageIsRefused()
+{
+    QFETCH(const QStringList, words);
+    QString fault;
+    QVERIFY(!parse(words, &fault));
+    QVERIFY(!fault.isEmpty());
+}
+
+HEADLESS_TEST_MAIN(TestShellOptions)
+#include "tst_shelloptions.moc"

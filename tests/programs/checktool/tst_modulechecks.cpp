@@ -1,0 +1,217 @@
+#include <QDir>
+#include <QProcess>
+
+#include "programs/checktool/machine/inputplugins.h"
+#include "tests/programs/checktool/checkedmachine.h"
+#include "tests/support/shell/headlesstest.h"
+
+using testsupport::CheckedMachine;
+using testsupport::hasLine;
+using testsupport::problems;
+
+namespace {
+
+const QString libraryDirectory = QStringLiteral("/usr/lib/" LIBRARY_ARCHITECTURE);
+
+/// The copy of a library under another name.
+QString copyLibrary(const CheckedMachine &checked, const QString &library, const QString &name)
+{
+    return checked.write(name,
+                         testsupport::readFile(libraryDirectory + QLatin1Char('/') + library));
+}
+
+} // namespace
+
+/// Modules of input methods and plug-ins of browsers, in directories of the test's own.
+class ModuleChecksTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void withoutAnInputMethodThatIsANote()
+    {
+        const QStringList lines = CheckedMachine().check("input");
+        QCOMPARE(problems(lines), QStringList());
+        QVERIFY(hasLine(lines, {QStringLiteral("⚠ No input method is chosen")}));
+    }
+
+    void aModuleThatIsMissingIsAProblemWithItsPackage()
+    {
+        CheckedMachine checked;
+        checked.set("QT_IM_MODULE", QStringLiteral("fcitx5"));
+        run(checked, "fcitx5");
+        const QStringList found = problems(checked.check("input"));
+        QCOMPARE(found.size(), 1);
+        QVERIFY(hasLine(found, {QStringLiteral("no module for the input method “fcitx5”"),
+                                QStringLiteral("fcitx5-frontend-qt5")}));
+    }
+
+    void anInputMethodThatRunsWithItsModuleIsFine()
+    {
+        CheckedMachine checked;
+        installModules(checked);
+        checked.set("QT_IM_MODULE", QStringLiteral("ibus"));
+        checked.set("XMODIFIERS", QStringLiteral("@im=ibus"));
+        run(checked, "ibus-daemon");
+        const QStringList lines = checked.check("input");
+        QCOMPARE(problems(lines), QStringList());
+        QVERIFY(hasLine(lines, {QStringLiteral("ibus-daemon runs")}));
+    }
+
+    void anInputMethodThatDoesNotRunIsAProblem()
+    {
+        CheckedMachine checked;
+        installModules(checked);
+        checked.set("QT_IM_MODULE", QStringLiteral("ibus"));
+        run(checked, "fcitx5");
+        const QStringList found = problems(checked.check("input"));
+        QCOMPARE(found.size(), 1);
+        QVERIFY(hasLine(found, {QStringLiteral("“ibus” does not run")}));
+    }
+
+    void variablesThatDisagreeAreAProblem()
+    {
+        CheckedMachine checked;
+        installModules(checked);
+        run(checked, "ibus-daemon");
+        checked.set("QT_IM_MODULE", QStringLiteral("ibus"));
+        checked.set("XMODIFIERS", QStringLiteral("@im=fcitx"));
+        QVERIFY(hasLine(problems(checked.check("input")),
+                        {QStringLiteral("QT_IM_MODULE"), QStringLiteral("“ibus”"),
+                         QStringLiteral("XMODIFIERS names “fcitx”")}));
+    }
+
+    void fcitx5AnswersToTheNameOfItsForerunner()
+    {
+        CheckedMachine checked;
+        run(checked, "fcitx5");
+        checked.set("QT_IM_MODULE", QStringLiteral("fcitx5"));
+        checked.set("XMODIFIERS", QStringLiteral("@im=fcitx"));
+        QVERIFY(!hasLine(problems(checked.check("input")), {QStringLiteral("XMODIFIERS")}));
+    }
+
+    void aModuleWhoseLibrariesCannotBeUsedIsAProblem_data()
+    {
+        QTest::addColumn<QByteArray>("need");
+        QTest::addColumn<QByteArray>("unmet");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("missing") << QByteArray("libQt5Gui.so.5") << QByteArray("libQt5Gui.so.9")
+                                 << QStringLiteral("libQt5Gui.so.9");
+        QTest::newRow("too old") << QByteArray("Qt_5_PRIVATE_API") << QByteArray("Qt_9_PRIVATE_API")
+                                 << QStringLiteral("/libQt5Gui.so.5");
+    }
+
+    void aModuleWhoseLibrariesCannotBeUsedIsAProblem()
+    {
+        QFETCH(QByteArray, need);
+        QFETCH(QByteArray, unmet);
+        QFETCH(QString, named);
+        CheckedMachine checked;
+        installModules(checked);
+        QDir modules(checked.path(moduleDirectory));
+        const QString path = modules.filePath(modules.entryList(QDir::Files).first());
+        QByteArray content = testsupport::readFile(path);
+        QVERIFY(content.contains(need));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content.replace(need, unmet));
+        file.close();
+        checked.set("QT_IM_MODULE", QStringLiteral("ibus"));
+        QVERIFY(
+            hasLine(problems(checked.check("input")), {QStringLiteral("cannot be loaded"), named}));
+    }
+
+    void methodsWithoutAModuleAreFine()
+    {
+        const CheckedMachine checked;
+        QCOMPARE(problems(checked.check("input", QStringLiteral("xim"))), QStringList());
+        QVERIFY(hasLine(problems(checked.check("input", QStringLiteral("nonsense"))),
+                        {QStringLiteral("“nonsense”")}));
+    }
+
+    void withoutAnyPluginDirectoryThatIsAProblem()
+    {
+        const QStringList found = problems(CheckedMachine().check("plugins"));
+        QCOMPARE(found.size(), 1);
+        QVERIFY(hasLine(found, {QStringLiteral("None of the directories"),
+                                QStringLiteral("/usr/lib/mozilla/plugins")}));
+    }
+
+    void theSuitesPluginHasToBeWhereBrowsersLook()
+    {
+        const CheckedMachine checked;
+        const QString plugin = copyLibrary(checked, QStringLiteral("libfontconfig.so.1"),
+                                           QStringLiteral("office/addons/npsuite.so"));
+        checked.makeDirectory(QStringLiteral("root/usr/lib/mozilla/plugins"));
+        const QStringList found = problems(checked.check("plugins"));
+        QCOMPARE(found.size(), 1);
+        QVERIFY(hasLine(found, {QStringLiteral("No browser finds"), plugin}));
+        QProcess shell;
+        shell.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), adviceOf(found.first())});
+        QVERIFY(shell.waitForFinished(30000));
+        QCOMPARE(shell.exitCode(), 0);
+        const QStringList lines = checked.check("plugins");
+        QCOMPARE(problems(lines), QStringList());
+        QVERIFY(hasLine(lines, {QStringLiteral("✔ Browsers find"), plugin}));
+    }
+
+    void pluginsThatCannotBeLoadedAreNamed()
+    {
+        CheckedMachine checked;
+        const QString directory = QStringLiteral("root/usr/lib/mozilla/plugins/");
+        checked.write(directory + QStringLiteral("nptext.so"), "no library");
+        const QString other = checked.path(directory + QStringLiteral("npgone.so"));
+        QVERIFY(QFile::link(QStringLiteral("/nowhere/npgone.so"), other));
+        QByteArray content =
+            testsupport::readFile(libraryDirectory + QStringLiteral("/libfontconfig.so.1"));
+        QVERIFY(content.contains("libfreetype.so.6"));
+        checked.write(directory + QStringLiteral("npold.so"),
+                      content.replace("libfreetype.so.6", "libfreetype.so.9"));
+        const QStringList found = problems(checked.check("plugins"));
+        QCOMPARE(found.size(), 3);
+        QVERIFY(hasLine(found, {QStringLiteral("nptext.so is damaged")}));
+        QVERIFY(hasLine(found, {QStringLiteral("npgone.so is a link to /nowhere/npgone.so")}));
+        QVERIFY(hasLine(found, {QStringLiteral("npold.so"), QStringLiteral("libfreetype.so.9")}));
+        const QString library = checked.write(QStringLiteral("lib/libfreetype.so.9"), "no library");
+        checked.set("LD_LIBRARY_PATH", QFileInfo(library).path());
+        QVERIFY(hasLine(problems(checked.check("plugins")), {QStringLiteral("npold.so"), library}));
+    }
+
+    void aFurtherPluginDirectoryCanBeNamed()
+    {
+        const CheckedMachine checked;
+        checked.makeDirectory(QStringLiteral("browser"));
+        QCOMPARE(problems(checked.check("plugins", checked.path(QStringLiteral("browser")))),
+                 QStringList());
+        QVERIFY(hasLine(problems(checked.check("plugins", QStringLiteral("/nowhere"))),
+                        {QStringLiteral("There is no directory /nowhere.")}));
+    }
+
+private:
+    const QString moduleDirectory = QStringLiteral("office/plugins/platforminputcontexts");
+
+    /// Copies of Qt's own module for ibus.
+    void installModules(const CheckedMachine &checked) const
+    {
+        const QString name = QStringLiteral("/libibusplatforminputcontextplugin.so");
+        standin::Machine real = checked.machine;
+        real.root.clear();
+        const QString path = standin::InputPlugins::of(real).paths.value(QStringLiteral("ibus"));
+        QVERIFY(!path.isEmpty());
+        checked.write(moduleDirectory + name, testsupport::readFile(path));
+    }
+
+    /// The command that a finding ends with.
+    static QString adviceOf(const QString &finding)
+    {
+        return finding.section(QStringLiteral("with: "), 1).chopped(1);
+    }
+
+    static void run(const CheckedMachine &checked, const QByteArray &program)
+    {
+        checked.write(QStringLiteral("root/proc/1234/comm"), program + '\n');
+    }
+};
+
+HEADLESS_TEST_MAIN(ModuleChecksTest)
+#include "tst_modulechecks.moc"

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QStringList>
+#include <QTest>
+
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/documentfonts.h"
+
+namespace testsupport {
+
+/// The families that a document's text is set in, sorted; "error: …" when it is refused.
+inline QStringList documentFamilies(const QString &path)
+{
+    QStringList names;
+    try {
+        for (const standin::UsedFamily &family : standin::documentFonts(path))
+            names.append(family.name);
+    } catch (const standin::DocumentError &error) {
+        return {QStringLiteral("error: ") + QString::fromUtf8(error.what())};
+    }
+    names.sort();
+    return names;
+}
+
+} // namespace testsupport

@@ -1,0 +1,76 @@
+# shellcheck shell=bash
+# Sourced by ./run, ./test and ./bench: installs what is missing and builds. Prints to standard
+# error only, so that their own output stays clean.
+
+say() {
+    printf '%s\n' "$*" >&2
+}
+
+has_recent_node() {
+    command -v npm > /dev/null && command -v node > /dev/null \
+        && [ "$(node -p 'Number(process.versions.node.split(".")[0]) >= 18')" = true ]
+}
+
+missing_packages() {
+    local package
+    sed 's/#.*//' tools/packages.txt | while read -r package; do
+        case $package in
+            '') continue ;;
+            # A Node.js from elsewhere serves as well, and Debian's would conflict with it.
+            nodejs | npm) has_recent_node && continue ;;
+        esac
+        dpkg-query --show --showformat='${db:Status-Status}' "$package" 2> /dev/null \
+            | grep --quiet '^installed$' || printf '%s\n' "$package"
+    done
+}
+
+install_packages() {
+    local missing
+    if ! command -v apt-get > /dev/null; then
+        say "This is not Debian: what tools/packages.txt lists has to be there already."
+        return
+    fi
+    mapfile -t missing < <(missing_packages)
+    [ ${#missing[@]} -eq 0 ] && return
+    say "Installing ${missing[*]}"
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo > /dev/null; then
+            say "Cannot install packages: run this as root or install sudo."
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    "${as_root[@]}" apt-get update --quiet=2 >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install --yes --quiet=2 --no-install-recommends "${missing[@]}" >&2
+}
+
+# build PRESET TARGET...
+build() {
+    local preset=$1
+    shift
+    local directory=build
+    [ "$preset" = default ] || directory=build-$preset
+    [ -f "$directory/build.ninja" ] || cmake --preset "$preset" >&2
+    cmake --build --preset "$preset" ${1:+--target "$@"} >&2
+}
+
+# with_virtual_display COMMAND...: runs COMMAND on an X server of its own.
+with_virtual_display() {
+    local display server status=0
+    # Without -noreset the server starts anew, and drops who just connects, when its last client leaves.
+    exec {display_pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset \
+        2> /dev/null)
+    server=$!
+    if ! read -r -t 30 display <&"$display_pipe"; then
+        say "The virtual display did not start."
+        kill "$server" 2> /dev/null || true
+        exec {display_pipe}<&-
+        return 1
+    fi
+    DISPLAY=:$display "$@" || status=$?
+    kill "$server"
+    exec {display_pipe}<&-
+    return "$status"
+}
