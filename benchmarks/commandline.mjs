@@ -13,9 +13,25 @@ async function figuresIn(env, { assistantctl, bareApplication }) {
     const ours = [assistantctl, ['getcollectionpage'], { env }];
     const peer = [bareApplication, ['-platform', 'offscreen'], { env }];
     return [
-        figure('start of assistantctl', 's',
-            await compare(31, () => secondsOf(...ours), () => secondsOf(...peer)), 2.0),
-        figure('memory of assistantctl', 'MiB',
-            await compare(5, () => peakMemoryOf(...ours), () => peakMemoryOf(...peer)), null),
+        figure(
+            'start of assistantctl',
+            's',
+            await compare(
+                31,
+                () => secondsOf(...ours),
+                () => secondsOf(...peer),
+            ),
+            2.0,
+        ),
+        figure(
+            'memory of assistantctl',
+            'MiB',
+            await compare(
+                5,
+                () => peakMemoryOf(...ours),
+                () => peakMemoryOf(...peer),
+            ),
+            null,
+        ),
     ];
 }

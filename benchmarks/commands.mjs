@@ -8,14 +8,21 @@ import { compare, figure } from './measure.mjs';
 import { waitUntil } from './waiting.mjs';
 import { scripts, Workplace } from './workplace.mjs';
 
-const reportTools = ['uname -srm', `bash ${scripts}getbrowserinfo.sh`,
-    'cat /proc/cpuinfo | grep name | cut -f2 -d:', 'fc-list -f "%-40{family[0]}%{style} \n"', 'id -un', 'env'];
+const reportTools = [
+    'uname -srm',
+    `bash ${scripts}getbrowserinfo.sh`,
+    'cat /proc/cpuinfo | grep name | cut -f2 -d:',
+    'fc-list -f "%-40{family[0]}%{style} \n"',
+    'id -un',
+    'env',
+];
 
 async function reportFigure(place) {
-    const ours = () => place.withSession(async (session) => {
-        await session.secondsOf('getcollectionpage');
-        return session.secondsOf('exportsysinfo', {}, [`${place.home}/report.txt`]);
-    });
+    const ours = () =>
+        place.withSession(async (session) => {
+            await session.secondsOf('getcollectionpage');
+            return session.secondsOf('exportsysinfo', {}, [`${place.home}/report.txt`]);
+        });
     const peer = async () => {
         let seconds = 0;
         for (const tool of reportTools) seconds += await place.shell(tool);
@@ -36,28 +43,42 @@ function markingViewer(place) {
 async function archiveFigure(place) {
     const sample = `${place.home}/sample.bin`;
     const noise = Buffer.alloc(1 << 20);
-    for (let piece = 0; piece < 200; piece++) writeFileSync(sample, randomFillSync(noise), { flag: 'a' });
+    for (let piece = 0; piece < 200; piece++)
+        writeFileSync(sample, randomFillSync(noise), { flag: 'a' });
     const env = markingViewer(place);
     const mark = `${place.directory}/opened`;
-    const ours = () => place.withSession(async (session) => {
-        rmSync(mark, { force: true });
-        await session.secondsOf('getcollectionpage');
-        const begin = process.hrtime.bigint();
-        await session.secondsOf('archivepackage', { archiveSample: sample }, [`${place.home}/feedback`]);
-        await waitUntil(() => existsSync(mark), 'the end of the archive', 5);
-        return Number(process.hrtime.bigint() - begin) / 1e9;
-    }, env);
+    const ours = () =>
+        place.withSession(async (session) => {
+            rmSync(mark, { force: true });
+            await session.secondsOf('getcollectionpage');
+            const begin = process.hrtime.bigint();
+            await session.secondsOf('archivepackage', { archiveSample: sample }, [
+                `${place.home}/feedback`,
+            ]);
+            await waitUntil(() => existsSync(mark), 'the end of the archive', 5);
+            return Number(process.hrtime.bigint() - begin) / 1e9;
+        }, env);
     const tree = `${place.home}/.local/share/Orvane/tmp/archive`;
-    const peer = () => place.shell(`tar -cf - ${tree} 2> /dev/null | gzip > ${place.home}/bare.tar.gz`);
-    return figure('feedback archive of 200 MB against tar and gzip', 's', await compare(5, ours, peer), 1.05);
+    const peer = () =>
+        place.shell(`tar -cf - ${tree} 2> /dev/null | gzip > ${place.home}/bare.tar.gz`);
+    return figure(
+        'feedback archive of 200 MB against tar and gzip',
+        's',
+        await compare(5, ours, peer),
+        1.05,
+    );
 }
 
 /** @param {{suite: string}} programs */
 export async function commandFigures({ suite }) {
     const place = new Workplace(suite);
     try {
-        return [...await listingFigures(place), await reportFigure(place), await archiveFigure(place),
-            ...await enduranceFigures(place)];
+        return [
+            ...(await listingFigures(place)),
+            await reportFigure(place),
+            await archiveFigure(place),
+            ...(await enduranceFigures(place)),
+        ];
     } finally {
         place.remove();
     }

@@ -16,7 +16,11 @@ async function freePort() {
 
 /** The value of an expression in the page, waited for if it is a promise. */
 export async function evaluate(client, expression) {
-    const answer = await client.Runtime.evaluate({ expression, awaitPromise: true, returnByValue: true });
+    const answer = await client.Runtime.evaluate({
+        expression,
+        awaitPromise: true,
+        returnByValue: true,
+    });
     if (answer.exceptionDetails) throw new Error(JSON.stringify(answer.exceptionDetails));
     return answer.result.value;
 }
@@ -24,7 +28,10 @@ export async function evaluate(client, expression) {
 /** The tools name a page that is on its way before its document is there. */
 async function isThere(client, wanted) {
     try {
-        const address = await evaluate(client, "document.readyState === 'complete' && location.href");
+        const address = await evaluate(
+            client,
+            "document.readyState === 'complete' && location.href",
+        );
         return address && address.startsWith('file:') && wanted(address);
     } catch {
         return false; // on its way from the page before
@@ -38,10 +45,11 @@ export async function pageOf(port, wanted = () => true) {
     while (Date.now() < deadline) {
         // Nothing listens at first.
         const targets = client ? [] : await CDP.List({ port }).catch(() => []);
-        const target = targets.find(({ type, url }) =>
-            type === 'page' && url.startsWith('file:') && wanted(url));
+        const target = targets.find(
+            ({ type, url }) => type === 'page' && url.startsWith('file:') && wanted(url),
+        );
         if (target) client = await CDP({ port, target });
-        if (client && await isThere(client, wanted)) return client;
+        if (client && (await isThere(client, wanted))) return client;
         await new Promise((resolve) => setTimeout(resolve, 20));
     }
     await client?.close();
@@ -68,10 +76,14 @@ export async function withPage(start, use) {
 }
 
 /** How the window program starts, and how a bare view of the same Chromium shows a file. */
-export const shellOn = (shell, { env, args = [] }) => (port) =>
-    spawn(shell, ['--debug-port', String(port), ...args], { stdio: 'ignore', env });
-export const bareViewOn = (bareView, file, { env }) => (port) =>
-    spawn(bareView, [String(port), file], { stdio: 'ignore', env });
+export const shellOn =
+    (shell, { env, args = [] }) =>
+    (port) =>
+        spawn(shell, ['--debug-port', String(port), ...args], { stdio: 'ignore', env });
+export const bareViewOn =
+    (bareView, file, { env }) =>
+    (port) =>
+        spawn(bareView, [String(port), file], { stdio: 'ignore', env });
 
 /** When the page was first painted, in milliseconds since 1970. */
 export const firstPaint = `new Promise((resolve) => {

@@ -27,8 +27,11 @@ env
 true
 `;
 
-const oftenUsed = (place) => [`${place.home}/.config/Orvane/Office.conf`, `${place.home}/.config`,
-    `${place.home}/.config/Orvane`];
+const oftenUsed = (place) => [
+    `${place.home}/.config/Orvane/Office.conf`,
+    `${place.home}/.config`,
+    `${place.home}/.config/Orvane`,
+];
 
 /** Commands whose answer is the end of their work, and what each runs. */
 function answeredListings(place) {
@@ -39,14 +42,22 @@ function answeredListings(place) {
     return [
         ['getcpuinfo', fewRounds, processes(9)],
         ['getmemoryinfo', fewRounds, processes(10)],
-        ['getcomputermemory', manyRounds, "free | sed -n '2,2p' | awk -F\" \" '{print $2 \" \" $3}'"],
+        [
+            'getcomputermemory',
+            manyRounds,
+            'free | sed -n \'2,2p\' | awk -F" " \'{print $2 " " $3}\'',
+        ],
         ['getassomime', fewRounds, `bash ${scripts}getmimeinfo.sh ${template}`],
         ['getassoopen', fewRounds, `bash ${scripts}getopeninfo.sh ${template}`],
         ['getdesktopiconfile', manyRounds, `bash ${scripts}getdesktopfile.sh`],
         ['stratcheckenv', manyRounds, snapshotScript(place)],
         ['stratextractfileinfo', manyRounds, `stat -c '%U|%G|%a|%y' ${often.join(' ')}`],
-        ['comparefont', manyRounds, `bash ${scripts}extractfont.sh ${place.office} vyr ${document}`,
-            { filepath: Buffer.from(document).toString('base64') }],
+        [
+            'comparefont',
+            manyRounds,
+            `bash ${scripts}extractfont.sh ${place.office} vyr ${document}`,
+            { filepath: Buffer.from(document).toString('base64') },
+        ],
     ];
 }
 
@@ -80,13 +91,23 @@ async function permissionFigures(place, session) {
     ];
     const figures = [];
     for (const [command, choices, paths] of listings) {
-        const ours = () => secondsUntilLines(file, paths.length,
-            () => session.secondsOf(command, {}, [...choices, file]));
-        const peer = async () => await session.secondsOf(command, {}, choices)
-            + await secondsUntilLines(file, paths.length,
-                () => place.shell(`bash ${scripts}getfileinfo.sh ${file} ${paths.join(' ')}`));
-        figures.push(figure(`${command} against its dialogs and its script`, 's',
-            await compare(manyRounds, ours, peer), goal));
+        const ours = () =>
+            secondsUntilLines(file, paths.length, () =>
+                session.secondsOf(command, {}, [...choices, file]),
+            );
+        const peer = async () =>
+            (await session.secondsOf(command, {}, choices)) +
+            (await secondsUntilLines(file, paths.length, () =>
+                place.shell(`bash ${scripts}getfileinfo.sh ${file} ${paths.join(' ')}`),
+            ));
+        figures.push(
+            figure(
+                `${command} against its dialogs and its script`,
+                's',
+                await compare(manyRounds, ours, peer),
+                goal,
+            ),
+        );
     }
     return figures;
 }
@@ -96,11 +117,14 @@ function installCheckTool(place) {
     const tool = `${place.office}/vyrEnvCheckTool`;
     const answer = `${place.home}/.local/share/Orvane/tmp/vyrEnv.ini`;
     rmSync(tool, { force: true });
-    writeFileSync(tool, `#!/bin/bash
+    writeFileSync(
+        tool,
+        `#!/bin/bash
 mkdir -p ${place.home}/.local/share/Orvane/tmp
 printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${answer}
 cat ${answer} /etc/os-release | sort | uniq -c > /dev/null
-`);
+`,
+    );
     chmodSync(tool, 0o755);
     return tool;
 }
@@ -109,18 +133,33 @@ async function environmentCheckFigure(place, session) {
     const tool = installCheckTool(place);
     const request = { page: 'child', command: 'vyrenvcheck', args: { type: 'fonts', app: 'vyr' } };
     const ours = async () => (await session.secondsUntil(request, '"returnvyrenvcheck"')).end;
-    return figure('vyrenvcheck against its tool', 's',
-        await compare(manyRounds, ours, () => place.shell(`${tool} fonts vyr ''`)), goal);
+    return figure(
+        'vyrenvcheck against its tool',
+        's',
+        await compare(manyRounds, ours, () => place.shell(`${tool} fonts vyr ''`)),
+        goal,
+    );
 }
 
 /** The check looks for the daemon among all processes. */
 async function inputCheckFigure(place) {
     const probe = "readlink /proc/[0-9]*/exe | grep '/ibus-daemon$'; cat /etc/machine-id";
-    return place.withSession(async (session) => {
-        await session.expectAnswer('inputcheck');
-        return figure('inputcheck against its probe', 's', await compare(manyRounds,
-            () => session.secondsOf('inputcheck'), () => place.shell(probe)), goal);
-    }, { ...place.env, QT_IM_MODULE: 'ibus' });
+    return place.withSession(
+        async (session) => {
+            await session.expectAnswer('inputcheck');
+            return figure(
+                'inputcheck against its probe',
+                's',
+                await compare(
+                    manyRounds,
+                    () => session.secondsOf('inputcheck'),
+                    () => place.shell(probe),
+                ),
+                goal,
+            );
+        },
+        { ...place.env, QT_IM_MODULE: 'ibus' },
+    );
 }
 
 export async function listingFigures(place) {
@@ -131,10 +170,24 @@ export async function listingFigures(place) {
         const figures = [];
         for (const [command, rounds, pipeline, args] of answeredListings(place)) {
             await session.expectAnswer(command, args);
-            figures.push(figure(`${command} against its pipeline`, 's', await compare(rounds,
-                () => session.secondsOf(command, args), () => place.shell(pipeline)), goal));
+            figures.push(
+                figure(
+                    `${command} against its pipeline`,
+                    's',
+                    await compare(
+                        rounds,
+                        () => session.secondsOf(command, args),
+                        () => place.shell(pipeline),
+                    ),
+                    goal,
+                ),
+            );
         }
-        return [...figures, ...await permissionFigures(place, session),
-            await environmentCheckFigure(place, session), await inputCheckFigure(place)];
+        return [
+            ...figures,
+            ...(await permissionFigures(place, session)),
+            await environmentCheckFigure(place, session),
+            await inputCheckFigure(place),
+        ];
     });
 }

@@ -9,8 +9,13 @@ export async function withPrivateHome(use) {
     const home = mkdtempSync(join(tmpdir(), 'bench-home-'));
     mkdirSync(join(home, 'run'), { mode: 0o700 });
     // The scripts take /home/$USER for the home directory, whatever HOME says.
-    const env = { ...process.env, HOME: home, USER: `..${home}`, XDG_RUNTIME_DIR: join(home, 'run'),
-        DBUS_SESSION_BUS_ADDRESS: 'disabled:' };
+    const env = {
+        ...process.env,
+        HOME: home,
+        USER: `..${home}`,
+        XDG_RUNTIME_DIR: join(home, 'run'),
+        DBUS_SESSION_BUS_ADDRESS: 'disabled:',
+    };
     try {
         return await use(env, home);
     } finally {

@@ -13,7 +13,8 @@ export async function secondsOf(program, args, options = {}) {
     const child = spawn(program, args, { stdio: 'ignore', timeout: longestRunMs, ...options });
     const [status, signal] = await once(child, 'exit');
     const seconds = Number(process.hrtime.bigint() - begin) / 1e9;
-    if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
+    if (status !== 0)
+        throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
     return seconds;
 }
 
@@ -27,7 +28,8 @@ export async function peakMemoryOf(program, args, options = {}) {
     let output = '';
     child.stderr.on('data', (data) => (output += data));
     const [status, signal] = await once(child, 'close');
-    if (status !== 0) throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
+    if (status !== 0)
+        throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
     return Number(output.trim().split('\n').pop()) / 1024;
 }
 
@@ -40,7 +42,9 @@ function parentOf(pid) {
 }
 
 function processTree(root) {
-    const pids = readdirSync('/proc').filter((name) => /^\d+$/.test(name)).map(Number);
+    const pids = readdirSync('/proc')
+        .filter((name) => /^\d+$/.test(name))
+        .map(Number);
     const tree = new Set([root]);
     for (let size = 0; size !== tree.size; ) {
         size = tree.size;
@@ -53,7 +57,9 @@ function processTree(root) {
 export function memoryOf(root) {
     const kibibytes = processTree(root).map((pid) => {
         try {
-            return Number(/^Pss:\s+(\d+)/m.exec(readFileSync(`/proc/${pid}/smaps_rollup`, 'utf8'))[1]);
+            return Number(
+                /^Pss:\s+(\d+)/m.exec(readFileSync(`/proc/${pid}/smaps_rollup`, 'utf8'))[1],
+            );
         } catch {
             return 0;
         }

@@ -24,7 +24,8 @@ const programs = {
 };
 
 function line({ name, unit, goal, ours, peer, ratio }) {
-    const verdict = goal === null ? '' : ` (goal ${goal} or less: ${ratio <= goal ? 'met' : 'MISSED'})`;
+    const verdict =
+        goal === null ? '' : ` (goal ${goal} or less: ${ratio <= goal ? 'met' : 'MISSED'})`;
     return `${name}: ${ratio.toFixed(2)} = ${ours.toPrecision(3)} ${unit} / ${peer.toPrecision(3)} ${unit}${verdict}`;
 }
 

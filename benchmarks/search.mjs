@@ -56,18 +56,38 @@ async function measure(session, home) {
         return end;
     };
     const database = await refresh(session, home);
-    const plocate = ['plocate', ['--null', '--basename', '--ignore-case', '--database', database, 'report']];
+    const plocate = [
+        'plocate',
+        ['--null', '--basename', '--ignore-case', '--database', database, 'report'],
+    ];
     // Only so does it know upper from lower case beyond ASCII, which makes it slower.
     const env = { ...process.env, LC_ALL: 'C.UTF-8' };
     const find = ['find', [home, '-iname', '*report*']];
     return [
-        figure('file search against plocate', 's',
-            await compare(rounds, searchSeconds, () => secondsOf(...plocate, { env })), 1.5),
-        figure('file search against find', 's',
-            await compare(5, searchSeconds, () => secondsOf(...find)), 0.1),
-        bounded('first hit of a file search, within 50 ms', 's', median(firstHits), longestPauseSeconds),
-        bounded('command answered during 150,000 hits, within 50 ms', 's',
-            await answerDuringSearch(session), longestPauseSeconds),
+        figure(
+            'file search against plocate',
+            's',
+            await compare(rounds, searchSeconds, () => secondsOf(...plocate, { env })),
+            1.5,
+        ),
+        figure(
+            'file search against find',
+            's',
+            await compare(5, searchSeconds, () => secondsOf(...find)),
+            0.1,
+        ),
+        bounded(
+            'first hit of a file search, within 50 ms',
+            's',
+            median(firstHits),
+            longestPauseSeconds,
+        ),
+        bounded(
+            'command answered during 150,000 hits, within 50 ms',
+            's',
+            await answerDuringSearch(session),
+            longestPauseSeconds,
+        ),
     ];
 }
 
@@ -77,7 +97,12 @@ export async function searchFigures({ assistantctl }) {
     try {
         makeFiles(home);
         const env = { ...process.env, HOME: home, XDG_RUNTIME_DIR: home };
-        for (const name of ['XDG_CACHE_HOME', 'XDG_CONFIG_HOME', 'XDG_DATA_HOME', 'HELIO_SEARCH_ROOTS'])
+        for (const name of [
+            'XDG_CACHE_HOME',
+            'XDG_CONFIG_HOME',
+            'XDG_DATA_HOME',
+            'HELIO_SEARCH_ROOTS',
+        ])
             delete env[name];
         const session = new TimedSession(assistantctl, env);
         try {
@@ -92,6 +117,10 @@ export async function searchFigures({ assistantctl }) {
 
 if (process.argv[1] === fileURLToPath(import.meta.url)) {
     const office = fileURLToPath(new URL('../build/suite/office', import.meta.url));
-    for (const { name, ours, peer, ratio, goal } of await searchFigures({ assistantctl: `${office}/assistantctl` }))
-        console.log(`${name}: ${ratio.toFixed(3)} = ${ours.toPrecision(3)} s / ${peer.toPrecision(3)} s (goal ${goal})`);
+    for (const { name, ours, peer, ratio, goal } of await searchFigures({
+        assistantctl: `${office}/assistantctl`,
+    }))
+        console.log(
+            `${name}: ${ratio.toFixed(3)} = ${ours.toPrecision(3)} s / ${peer.toPrecision(3)} s (goal ${goal})`,
+        );
 }

@@ -14,8 +14,10 @@ export class TimedSession {
     #lastId = 0;
 
     constructor(assistantctl, env) {
-        this.#process = spawn(assistantctl, ['--session'],
-            { env, stdio: ['pipe', 'pipe', 'inherit'] });
+        this.#process = spawn(assistantctl, ['--session'], {
+            env,
+            stdio: ['pipe', 'pipe', 'inherit'],
+        });
         this.#ended = once(this.#process, 'exit');
         createInterface({ input: this.#process.stdout }).on('line', (line) => {
             for (const listener of [...this.#listeners]) listener(line);
@@ -65,8 +67,10 @@ export class TimedSession {
     }
 
     async search(keyword) {
-        return this.secondsUntil({ command: 'startsearchfile', args: { keyword } },
-            '"searchfilefinish"');
+        return this.secondsUntil(
+            { command: 'startsearchfile', args: { keyword } },
+            '"searchfilefinish"',
+        );
     }
 
     async close() {

@@ -23,16 +23,26 @@ const notViews = /\/(index|waiting)\.html$/;
 const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #f6f7f9"></body>\n';
 
 function paintAfterStart(start) {
-    return withPage(start, async (page, { startedAt }) => (await evaluate(page, firstPaint)) - startedAt);
+    return withPage(
+        start,
+        async (page, { startedAt }) => (await evaluate(page, firstPaint)) - startedAt,
+    );
 }
 
 async function firstPaintFigure(shell, bareView) {
     return withPrivateHome(async (env, home) => {
         const blank = join(home, 'blank.html');
         writeFileSync(blank, blankPage);
-        return figure('first paint of the home page, against a blank page', 'ms',
-            await compare(paintRounds, () => paintAfterStart(shellOn(shell, { env })),
-                () => paintAfterStart(bareViewOn(bareView, blank, { env }))), 1.3);
+        return figure(
+            'first paint of the home page, against a blank page',
+            'ms',
+            await compare(
+                paintRounds,
+                () => paintAfterStart(shellOn(shell, { env })),
+                () => paintAfterStart(bareViewOn(bareView, blank, { env })),
+            ),
+            1.3,
+        );
     });
 }
 
@@ -78,8 +88,11 @@ function opening(shell, env, index) {
         try {
             const end = await evaluate(view, interactiveAt);
             return {
-                name: await evaluate(view, "location.pathname.split('/').pop().replace('.html', '')"),
-                time: end - await evaluate(home, 'window.clickedAt'),
+                name: await evaluate(
+                    view,
+                    "location.pathname.split('/').pop().replace('.html', '')",
+                ),
+                time: end - (await evaluate(home, 'window.clickedAt')),
             };
         } finally {
             await view.close();
@@ -98,8 +111,14 @@ async function openingFigures(shell) {
             const openings = [];
             for (let round = 0; round < openingRounds; round++)
                 openings.push(await opening(shell, env, index));
-            figures.push(bounded(`click until the view ${openings[0].name} is interactive`, 'ms',
-                median(openings.map(({ time }) => time)), longestOpeningMs));
+            figures.push(
+                bounded(
+                    `click until the view ${openings[0].name} is interactive`,
+                    'ms',
+                    median(openings.map(({ time }) => time)),
+                    longestOpeningMs,
+                ),
+            );
         }
         return figures;
     });
@@ -107,15 +126,24 @@ async function openingFigures(shell) {
 
 /** The view with the most script and style of its own: {name, size} in KB. */
 function largestView(directory) {
-    const views = readdirSync(directory).filter((name) => name.endsWith('.html')).map((name) => {
-        const page = readFileSync(join(directory, name), 'utf8');
-        const files = [...page.matchAll(/(?:src|href)="([^":]+\.(?:js|css))"/g)].map(([, file]) => file);
-        const inline = [...page.matchAll(/<(script|style)[^>]*>([^]*?)<\/\1>/g)]
-            .reduce((sum, [, , text]) => sum + Buffer.byteLength(text), 0);
-        const own = files.filter((file) => !sharedFiles.test(file));
-        const bytes = own.reduce((sum, file) => sum + statSync(join(directory, file)).size, inline);
-        return { name, size: bytes / 1000 };
-    });
+    const views = readdirSync(directory)
+        .filter((name) => name.endsWith('.html'))
+        .map((name) => {
+            const page = readFileSync(join(directory, name), 'utf8');
+            const files = [...page.matchAll(/(?:src|href)="([^":]+\.(?:js|css))"/g)].map(
+                ([, file]) => file,
+            );
+            const inline = [...page.matchAll(/<(script|style)[^>]*>([^]*?)<\/\1>/g)].reduce(
+                (sum, [, , text]) => sum + Buffer.byteLength(text),
+                0,
+            );
+            const own = files.filter((file) => !sharedFiles.test(file));
+            const bytes = own.reduce(
+                (sum, file) => sum + statSync(join(directory, file)).size,
+                inline,
+            );
+            return { name, size: bytes / 1000 };
+        });
     return views.reduce((largest, view) => (view.size > largest.size ? view : largest));
 }
 
@@ -125,8 +153,12 @@ export async function viewFigures({ shell, bareView, htmlDirectory }) {
     return [
         bounded(`script and style of the largest view, ${name}`, 'KB', size, largestViewKB),
         await firstPaintFigure(shell, bareView),
-        ...await openingFigures(shell),
-        bounded('longest frame while 100,000 hits stream in, best of three', 'ms',
-            await withPrivateHome((env) => longestFrame(shell, env)), longestFrameMs),
+        ...(await openingFigures(shell)),
+        bounded(
+            'longest frame while 100,000 hits stream in, best of three',
+            'ms',
+            await withPrivateHome((env) => longestFrame(shell, env)),
+            longestFrameMs,
+        ),
     ];
 }

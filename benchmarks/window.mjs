@@ -27,22 +27,47 @@ export function windowFigures(programs) {
 async function figuresIn(env, { shell, bareView, html }) {
     const shellStart = shellOn(shell, { env });
     const peerStart = bareViewOn(bareView, html, { env });
-    const paintAfterStart = async (client, { startedAt }) => (await evaluate(client, firstPaint)) - startedAt;
+    const paintAfterStart = async (client, { startedAt }) =>
+        (await evaluate(client, firstPaint)) - startedAt;
     const memory = async (client, { pid }) => {
         await evaluate(client, firstPaint);
         return settledMemoryOf(pid);
     };
 
     return [
-        figure('page to library and back', 'ms', await withPage(shellStart, (ours) =>
-            withPage(peerStart, (peer) =>
-                compare(tripRounds, () => evaluate(ours, timeOf(oursCall)),
-                    () => evaluate(peer, timeOf(peerCall))))), 1.5),
-        figure('start to first paint of the home page', 'ms', await compare(9,
-            () => withPage(shellStart, paintAfterStart),
-            () => withPage(peerStart, paintAfterStart)), 1.2),
-        figure('memory of the window', 'MiB', await compare(5,
-            () => withPage(shellStart, memory),
-            () => withPage(peerStart, memory)), null),
+        figure(
+            'page to library and back',
+            'ms',
+            await withPage(shellStart, (ours) =>
+                withPage(peerStart, (peer) =>
+                    compare(
+                        tripRounds,
+                        () => evaluate(ours, timeOf(oursCall)),
+                        () => evaluate(peer, timeOf(peerCall)),
+                    ),
+                ),
+            ),
+            1.5,
+        ),
+        figure(
+            'start to first paint of the home page',
+            'ms',
+            await compare(
+                9,
+                () => withPage(shellStart, paintAfterStart),
+                () => withPage(peerStart, paintAfterStart),
+            ),
+            1.2,
+        ),
+        figure(
+            'memory of the window',
+            'MiB',
+            await compare(
+                5,
+                () => withPage(shellStart, memory),
+                () => withPage(peerStart, memory),
+            ),
+            null,
+        ),
     ];
 }

@@ -8,9 +8,47 @@ import { TimedSession } from './timedsession.mjs';
 /** The embedded scripts as they stand in the source tree. */
 export const scripts = new URL('../plugin/config/', import.meta.url).pathname;
 
-const suffixes = ['pptx', 'ppt', 'pptm', 'pps', 'pot', 'potm', 'potx', 'ppsx', 'shd', 'shdx', 'sht', 'shtx',
-    'shds', 'shdo', 'xlsx', 'xls', 'xlsm', 'xlt', 'xltm', 'xltx', 'tbl', 'tblx', 'tbt', 'tbtx', 'tbls', 'tblo',
-    'docx', 'docm', 'doc', 'dot', 'dotm', 'dotx', 'vyr', 'vyrx', 'vyrs', 'vyro', 'vyt', 'vytx', 'rtf'];
+const suffixes = [
+    'pptx',
+    'ppt',
+    'pptm',
+    'pps',
+    'pot',
+    'potm',
+    'potx',
+    'ppsx',
+    'shd',
+    'shdx',
+    'sht',
+    'shtx',
+    'shds',
+    'shdo',
+    'xlsx',
+    'xls',
+    'xlsm',
+    'xlt',
+    'xltm',
+    'xltx',
+    'tbl',
+    'tblx',
+    'tbt',
+    'tbtx',
+    'tbls',
+    'tblo',
+    'docx',
+    'docm',
+    'doc',
+    'dot',
+    'dotm',
+    'dotx',
+    'vyr',
+    'vyrx',
+    'vyrs',
+    'vyro',
+    'vyt',
+    'vytx',
+    'rtf',
+];
 
 /** A home and a copy of the suite tree with a sample of every document kind. */
 export class Workplace {
@@ -21,9 +59,15 @@ export class Workplace {
         mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
         cpSync(suite, `${this.directory}/suite`, { recursive: true });
         mkdirSync(`${this.office}/asso_template`, { recursive: true });
-        for (const suffix of suffixes) writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
+        for (const suffix of suffixes)
+            writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
         // The scripts look for the desktop below /home/$USER.
-        this.env = { ...process.env, HOME: this.home, XDG_RUNTIME_DIR: this.home, USER: `..${this.home}` };
+        this.env = {
+            ...process.env,
+            HOME: this.home,
+            XDG_RUNTIME_DIR: this.home,
+            USER: `..${this.home}`,
+        };
     }
 
     shell(command) {

@@ -11,8 +11,8 @@
 #include "helio/headless/headlessapplication.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
-#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/pluginlibrary.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/suitehome.h"
 #include "helio/runtime/textencoding.h"
 

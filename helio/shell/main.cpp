@@ -8,8 +8,8 @@
 
 #include <unistd.h>
 
-#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/pluginlibrary.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/suitehome.h"
 #include "helio/runtime/textencoding.h"
 #include "helio/shell/assistantwindows.h"
@@ -17,9 +17,9 @@
 #include "helio/shell/desktoplook.h"
 #include "helio/shell/hiddenvariables.h"
 #include "helio/shell/missingparts.h"
-#include "helio/shell/window/pagewindow.h"
 #include "helio/shell/shelloptions.h"
 #include "helio/shell/terminationsignals.h"
+#include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
 

@@ -1,12 +1,22 @@
 import { describe, expect, it } from 'vitest';
 import type { Association, Associations } from '@/client';
-import { associationGroups, associationText, isGood, problemCount, programName, rowCount,
-    toolsMissing } from '@/views/associations/associationrows';
+import {
+    associationGroups,
+    associationText,
+    isGood,
+    problemCount,
+    programName,
+    rowCount,
+    toolsMissing,
+} from '@/views/associations/associationrows';
 import { readAssociations } from '@/views/associations/reading';
 import { scriptedClient } from './scriptedhost';
 
-const one = (extension: string, value: string, good: boolean): Association =>
-    ({ extension, value, good });
+const one = (extension: string, value: string, good: boolean): Association => ({
+    extension,
+    value,
+    good,
+});
 
 function listing(...writer: Association[]): Associations {
     return { writer, presentation: [], spreadsheet: [] };
@@ -15,12 +25,18 @@ function listing(...writer: Association[]): Associations {
 describe('the associations', () => {
     const groups = associationGroups(
         listing(one('.doc', 'application/vyr-office', true), one('.rtf', 'text/rtf', false)),
-        listing(one('.doc', 'vyr-office-vyr.desktop', true),
-            one('.rtf', 'vyr-office-vyr.desktop', false)));
+        listing(
+            one('.doc', 'vyr-office-vyr.desktop', true),
+            one('.rtf', 'vyr-office-vyr.desktop', false),
+        ),
+    );
 
     it('stand by application, both listings side by side', () => {
-        expect(groups.map(({ application }) => application))
-            .toEqual(['writer', 'spreadsheet', 'presentation']);
+        expect(groups.map(({ application }) => application)).toEqual([
+            'writer',
+            'spreadsheet',
+            'presentation',
+        ]);
         expect(groups[0]!.rows[0]).toEqual({
             extension: '.doc',
             mimeType: 'application/vyr-office',
@@ -42,14 +58,20 @@ describe('the associations', () => {
 
     it('tell missing tools from wrong types', () => {
         expect(toolsMissing(groups)).toBe(false);
-        expect(toolsMissing(associationGroups(listing(one('.doc', '', false)), listing())))
-            .toBe(true);
+        expect(toolsMissing(associationGroups(listing(one('.doc', '', false)), listing()))).toBe(
+            true,
+        );
         expect(toolsMissing(associationGroups(listing(), listing()))).toBe(false);
     });
 
     it('are copied as text by application', () => {
-        expect(associationText(groups.slice(0, 1), (name) => name, ({ extension }) => extension))
-            .toBe('== writer ==\n.doc\n.rtf');
+        expect(
+            associationText(
+                groups.slice(0, 1),
+                (name) => name,
+                ({ extension }) => extension,
+            ),
+        ).toBe('== writer ==\n.doc\n.rtf');
     });
 
     it('are read one listing after the other, the odd spelling of one entry mended', async () => {

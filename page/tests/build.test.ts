@@ -20,7 +20,9 @@ describe('the built page', () => {
     it('has the first page, one for each other view, the plug-in check and the waiting page', () => {
         const views = readdirSync(join(page, 'src/views'));
         const expected = views.map((view) => (view === 'home' ? 'index.html' : `${view}.html`));
-        expect([...pages].sort()).toEqual([...expected, 'vyrNpEnvCheck.html', 'waiting.html'].sort());
+        expect([...pages].sort()).toEqual(
+            [...expected, 'vyrNpEnvCheck.html', 'waiting.html'].sort(),
+        );
     });
 
     it('loads only classic scripts and styles of its own', () => {
@@ -68,8 +70,9 @@ describe('the built page', () => {
     });
 
     it('waits with all that views share and nothing else', () => {
-        const files = [...read('waiting.html').matchAll(/(?:src|href)="([^"]+)"/g)]
-            .map((match) => match[1]!);
+        const files = [...read('waiting.html').matchAll(/(?:src|href)="([^"]+)"/g)].map(
+            (match) => match[1]!,
+        );
         expect(files.sort()).toEqual([...sharedFiles].sort());
     });
 
@@ -86,8 +89,10 @@ describe('the built page', () => {
     it('refuses to replace a directory that is not its own', () => {
         const foreign = mkdtempSync(join(tmpdir(), 'page-foreign-'));
         writeFileSync(join(foreign, 'letter.txt'), 'keep me');
-        const run = spawnSync('node', ['build/build.mjs', '--outDir', foreign],
-            { cwd: page, encoding: 'utf8' });
+        const run = spawnSync('node', ['build/build.mjs', '--outDir', foreign], {
+            cwd: page,
+            encoding: 'utf8',
+        });
         expect(run.status).toBe(1);
         expect(run.stderr).toContain('holds other files');
         expect(readdirSync(foreign)).toEqual(['letter.txt']);
@@ -101,7 +106,8 @@ describe('the topics of a view', () => {
 
     it.each(["t('home.title')", 't("home.title")', 't(`home.${kind}`)', "prefix('home')"])(
         'are told by the start of a literal, as in %s',
-        (source) => expect(topicsIn(source)).toEqual(['frame', 'home']));
+        (source) => expect(topicsIn(source)).toEqual(['frame', 'home']),
+    );
 
     it('are not told by longer words or other places', () => {
         expect(topicsIn("home.title; 'homely' // at home")).toEqual(['frame']);

@@ -29,8 +29,10 @@ const template = /`(\w+[._][\w.]*(?:\$\{[^`}]*\}[\w.]*)+)`/g;
 /** Whether a source text names a key, outright or put together. */
 function namesOf(text: string): (key: string) => boolean {
     const outright = new Set([...text.matchAll(/['"]([\w.-]+)['"]/g)].map((match) => match[1]!));
-    const patterns = [...text.matchAll(template)].map((match) => new RegExp(`^${
-        match[1]!.replace(/\./g, '\\.').replace(/\$\{[^}]*\}/g, '[\\w-]+')}$`));
+    const patterns = [...text.matchAll(template)].map(
+        (match) =>
+            new RegExp(`^${match[1]!.replace(/\./g, '\\.').replace(/\$\{[^}]*\}/g, '[\\w-]+')}$`),
+    );
     return (key) => outright.has(key) || patterns.some((pattern) => pattern.test(key));
 }
 
@@ -53,7 +55,9 @@ function bareTexts(nodes: TemplateChildNode[]): string[] {
         if (node.type !== 1) return [];
         const attributes = node.props.flatMap((prop) =>
             prop.type === 6 && spoken.includes(prop.name) && word.test(prop.value?.content ?? '')
-                ? [`${prop.name}="${prop.value?.content}"`] : []);
+                ? [`${prop.name}="${prop.value?.content}"`]
+                : [],
+        );
         return [...attributes, ...bareTexts(node.children)];
     });
 }
@@ -70,8 +74,7 @@ describe('the catalogues', () => {
 
     it('name the same values in both languages', () => {
         for (const [key, text] of englishTexts) {
-            expect([key, placeholders(chineseTexts.get(key)!)])
-                .toEqual([key, placeholders(text)]);
+            expect([key, placeholders(chineseTexts.get(key)!)]).toEqual([key, placeholders(text)]);
         }
     });
 
@@ -88,16 +91,19 @@ describe('the catalogues', () => {
             [...readFileSync(join(source, file), 'utf8').matchAll(literal)]
                 .map((match) => match[1]!)
                 .filter((key) => !/\.(html|txt)$/.test(key))
-                .map((key) => `${key} in ${file}`));
+                .map((key) => `${key} in ${file}`),
+        );
         expect(named.length).toBeGreaterThan(100);
         expect(named.filter((one) => !englishTexts.has(one.split(' ')[0]!))).toEqual([]);
     });
 
     it('hold no text that the code does not name', () => {
-        const names = namesOf(naming.map((file) => readFileSync(join(source, file), 'utf8'))
-            .join('\n'));
-        expect([...englishTexts.keys()]
-            .filter((key) => !names(key.replace(/^plugincheck\./, '')))).toEqual([]);
+        const names = namesOf(
+            naming.map((file) => readFileSync(join(source, file), 'utf8')).join('\n'),
+        );
+        expect(
+            [...englishTexts.keys()].filter((key) => !names(key.replace(/^plugincheck\./, ''))),
+        ).toEqual([]);
         expect(names('home.nowhere')).toBe(false);
     });
 });
@@ -108,7 +114,8 @@ describe('a component', () => {
     });
 
     it('with one would be found out', () => {
-        expect(bareTextsOf('<template><p title="Hello">{{ x }}<b>World</b></p></template>'))
-            .toEqual(['title="Hello"', 'World']);
+        expect(
+            bareTextsOf('<template><p title="Hello">{{ x }}<b>World</b></p></template>'),
+        ).toEqual(['title="Hello"', 'World']);
     });
 });

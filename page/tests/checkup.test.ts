@@ -2,8 +2,12 @@ import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Envelope } from '@/client/wire';
 import { useCheckup, type Patience } from '@/views/home/checkup/checkup';
 import { stepNames } from '@/views/home/checkup/finding';
-import { ignoredKey, parseIgnored, withIgnored, withoutIgnored }
-    from '@/views/home/checkup/ignored';
+import {
+    ignoredKey,
+    parseIgnored,
+    withIgnored,
+    withoutIgnored,
+} from '@/views/home/checkup/ignored';
 import { scriptedClient } from './scriptedhost';
 
 const separate = ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];
@@ -39,11 +43,16 @@ describe('the check-up', () => {
     });
 
     const patience: Patience = { step: 1000, looks: 3, between: 100 };
-    const table = (good: boolean) =>
-        ({ result: [{ '.doc': `x|${good}` }, {}, {}] });
-    const icons = (files: string[]): Envelope => ({ result: {
-        icon: files.join('|'), mode: '', chartboard: false, docket: false, fixedcomponent: false,
-    } });
+    const table = (good: boolean) => ({ result: [{ '.doc': `x|${good}` }, {}, {}] });
+    const icons = (files: string[]): Envelope => ({
+        result: {
+            icon: files.join('|'),
+            mode: '',
+            chartboard: false,
+            docket: false,
+            fixedcomponent: false,
+        },
+    });
     const well: Record<string, Envelope | Error> = {
         inputcheck: { result: 'ERR_OK' },
         getassoopen: table(true),
@@ -53,8 +62,17 @@ describe('the check-up', () => {
         getupdatesupport: { result: true },
         getupdateconfig: { result: { a: 'b' } },
         stratextractfileinfo: { result: { Orvane: 'user|user|111-101-101|10:00:00' } },
-        stratcheckenv: { result: { sysinfo: '', vyrinfo: '', officeinfo: '', browserinfo: '',
-            fontinfo: '', cpuInfo: '', envInfo: 'USER=user' } },
+        stratcheckenv: {
+            result: {
+                sysinfo: '',
+                vyrinfo: '',
+                officeinfo: '',
+                browserinfo: '',
+                fontinfo: '',
+                cpuInfo: '',
+                envInfo: 'USER=user',
+            },
+        },
         getcomputermemory: { result: { percentage: '40', all: '8' } },
         fileassorepair: { result: 'success' },
     };
@@ -77,15 +95,19 @@ describe('the check-up', () => {
         const { run, steps } = checkup({ getDumpState: {}, getcomputermemory: new Error('gone') });
         await run();
         expect(steps.get('crash')).toEqual({ state: 'failed', failure: { kind: 'unanswered' } });
-        expect(steps.get('memory')).toEqual(
-            { state: 'failed', failure: { kind: 'refused', reason: 'gone' } });
+        expect(steps.get('memory')).toEqual({
+            state: 'failed',
+            failure: { kind: 'refused', reason: 'gone' },
+        });
         expect(steps.get('permissions')?.state).toBe('done');
     });
 
     it('does not wait for ever', async () => {
         const { client } = scriptedClient(well);
         const { run, steps, running } = useCheckup(
-            { ...client, dumpState: () => new Promise(() => undefined) }, patience);
+            { ...client, dumpState: () => new Promise(() => undefined) },
+            patience,
+        );
         const ended = run();
         await vi.advanceTimersByTimeAsync(999);
         expect(steps.get('crash')?.state).toBe('running');
@@ -114,8 +136,9 @@ describe('the check-up', () => {
     });
 
     it('remembers what is ignored, for as long as the same is found', async () => {
-        const { run, findings, ignoredFindings, ignore, noticeAgain } =
-            checkup({ getassoopen: table(false) });
+        const { run, findings, ignoredFindings, ignore, noticeAgain } = checkup({
+            getassoopen: table(false),
+        });
         await run();
         ignore(findings.value[0]!);
         expect([findings.value.length, ignoredFindings.value.length]).toEqual([0, 1]);
@@ -131,8 +154,9 @@ describe('the check-up', () => {
     });
 
     it('looks again after a repair until it has settled', async () => {
-        const { run, findings, repair, repaired, answers, sent } =
-            checkup({ getassoopen: table(false) });
+        const { run, findings, repair, repaired, answers, sent } = checkup({
+            getassoopen: table(false),
+        });
         await run();
         const ended = repair(findings.value[0]!, 'repairAssociations');
         await vi.advanceTimersByTimeAsync(150);
@@ -148,9 +172,10 @@ describe('the check-up', () => {
     });
 
     it('does not call repaired what has only made room for another fault', async () => {
-        const { run, findings, repair, repaired, answers } =
-            checkup({ getdesktopiconfile: icons([...separate, 'vyr-office-tessaly.desktop']),
-                fixfouricon: { result: 'success' } });
+        const { run, findings, repair, repaired, answers } = checkup({
+            getdesktopiconfile: icons([...separate, 'vyr-office-tessaly.desktop']),
+            fixfouricon: { result: 'success' },
+        });
         await run();
         const ended = repair(findings.value[0]!, 'restoreSeparate');
         answers.getdesktopiconfile = icons([]);
@@ -169,8 +194,10 @@ describe('the check-up', () => {
     });
 
     it('says so when a repair is refused', async () => {
-        const { run, findings, repair, repaired } =
-            checkup({ getassoopen: table(false), fileassorepair: new Error('closing') });
+        const { run, findings, repair, repaired } = checkup({
+            getassoopen: table(false),
+            fileassorepair: new Error('closing'),
+        });
         await run();
         await repair(findings.value[0]!, 'repairAssociations');
         expect(repaired.get('otherApplication')).toEqual({ kind: 'refused', reason: 'closing' });
@@ -185,8 +212,9 @@ describe('the check-up', () => {
     });
 
     it('no longer calls repaired what has come back', async () => {
-        const { run, runAgain, findings, repair, repaired, answers } =
-            checkup({ getassoopen: table(false) });
+        const { run, runAgain, findings, repair, repaired, answers } = checkup({
+            getassoopen: table(false),
+        });
         await run();
         answers.getassoopen = table(true);
         const ended = repair(findings.value[0]!, 'repairAssociations');

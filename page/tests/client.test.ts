@@ -94,50 +94,78 @@ describe('the client', () => {
 
     it('has no operation that the list above leaves out', () => {
         const { client } = scriptedClient({});
-        const operations = Object.keys(client)
-            .filter((name) => name !== 'hasHost' && name !== 'listen');
+        const operations = Object.keys(client).filter(
+            (name) => name !== 'hasHost' && name !== 'listen',
+        );
         expect(operations).toHaveLength(everyOperation.length);
     });
 
     it.each<[string, (client: Client) => Promise<unknown>, Record<string, unknown>]>([
-        ['router', (client) => client.openView('crash.html', 'crash'),
-            { page: 'crash.html', type: 'crash' }],
-        ['closechildwindow', (client) => client.closeChildWindow('searchfile'),
-            { type: 'searchfile' }],
+        [
+            'router',
+            (client) => client.openView('crash.html', 'crash'),
+            { page: 'crash.html', type: 'crash' },
+        ],
+        [
+            'closechildwindow',
+            (client) => client.closeChildWindow('searchfile'),
+            { type: 'searchfile' },
+        ],
         ['copytoclipboard', (client) => client.copyText('a\nb'), { verification: 'a\nb' }],
-        ['comparefont', (client) => client.missingFonts('/home/文档.docx'),
-            { filepath: base64('/home/文档.docx') }],
-        ['changeupdateconfig', (client) => client.changeUpdateConfiguration('a', ''),
-            { keyvalue: 'a$' }],
-        ['vyrenvcheck', (client) => client.startCheck('print', 'tbl'),
-            { type: 'print', app: 'tbl', arg: '' }],
-        ['archivepackage', (client) => client.buildArchive(feedback), {
-            archiveType: 'crash',
-            archiveDescribe: 'It stops',
-            archiveSample: '/home/user/a.docx',
-            archiveAttach1: '/tmp/one.png',
-            archiveAttach2: '/tmp/two.png',
-            archiveAttach3: '',
-            archiveSysInfo: 'true',
-            archiveVyrInfo: false,
-            archiveDumpInfo: true,
-        }],
-        ['openremoveurlcheck', (client) => client.testServer({
-            url: 'http://h',
-            functionName: 'saveURL',
-            headers: [{ name: 'a', value: '1' }, { name: 'b', value: '2' }],
-            fields: [],
-        }), { urlpath: 'http://h', funcname: 'saveURL', reqheader: 'a:1;b:2', reqtable: '' }],
+        [
+            'comparefont',
+            (client) => client.missingFonts('/home/文档.docx'),
+            { filepath: base64('/home/文档.docx') },
+        ],
+        [
+            'changeupdateconfig',
+            (client) => client.changeUpdateConfiguration('a', ''),
+            { keyvalue: 'a$' },
+        ],
+        [
+            'vyrenvcheck',
+            (client) => client.startCheck('print', 'tbl'),
+            { type: 'print', app: 'tbl', arg: '' },
+        ],
+        [
+            'archivepackage',
+            (client) => client.buildArchive(feedback),
+            {
+                archiveType: 'crash',
+                archiveDescribe: 'It stops',
+                archiveSample: '/home/user/a.docx',
+                archiveAttach1: '/tmp/one.png',
+                archiveAttach2: '/tmp/two.png',
+                archiveAttach3: '',
+                archiveSysInfo: 'true',
+                archiveVyrInfo: false,
+                archiveDumpInfo: true,
+            },
+        ],
+        [
+            'openremoveurlcheck',
+            (client) =>
+                client.testServer({
+                    url: 'http://h',
+                    functionName: 'saveURL',
+                    headers: [
+                        { name: 'a', value: '1' },
+                        { name: 'b', value: '2' },
+                    ],
+                    fields: [],
+                }),
+            { urlpath: 'http://h', funcname: 'saveURL', reqheader: 'a:1;b:2', reqtable: '' },
+        ],
     ])('gives %s the arguments it reads', async (command, operation, args) => {
         expect(await sentBy(operation)).toEqual([{ command, args }]);
     });
 
-    it('leaves the report out of the archive with an empty text, which is all that is asked',
-        async () => {
-            const [sent] = await sentBy((client) =>
-                client.buildArchive({ ...feedback, systemInformation: false }));
-            expect(sent!.args!.archiveSysInfo).toBe('');
-        });
+    it('leaves the report out of the archive with an empty text, which is all that is asked', async () => {
+        const [sent] = await sentBy((client) =>
+            client.buildArchive({ ...feedback, systemInformation: false }),
+        );
+        expect(sent!.args!.archiveSysInfo).toBe('');
+    });
 
     it('says that there is no host instead of failing', async () => {
         const client = createClient(() => undefined, {});

@@ -2,28 +2,51 @@ import { describe, expect, it } from 'vitest';
 import chinese from '@/locales/zh-CN.json';
 import english from '@/locales/en.json';
 import {
-    diagnoseAssociations, diagnoseDumps, diagnoseInputMethod, diagnoseMemory,
-    diagnosePermissions, diagnoseShortcuts, diagnoseUpdater,
+    diagnoseAssociations,
+    diagnoseDumps,
+    diagnoseInputMethod,
+    diagnoseMemory,
+    diagnosePermissions,
+    diagnoseShortcuts,
+    diagnoseUpdater,
 } from '@/views/home/checkup/diagnoses';
 import { findingId, type StepResult } from '@/views/home/checkup/finding';
 
 const row = (extension: string, good: boolean) => ({ extension, value: 'x', good });
 const unknown = (extension: string) => ({ extension, value: '', good: false });
-const associations = (...rows: ReturnType<typeof row>[]) =>
-    ({ writer: rows, presentation: [], spreadsheet: [] });
+const associations = (...rows: ReturnType<typeof row>[]) => ({
+    writer: rows,
+    presentation: [],
+    spreadsheet: [],
+});
 const shortcuts = (files: string[], integrated = false) => ({
-    files, integrated, mode: '',
+    files,
+    integrated,
+    mode: '',
     supported: { chartBoard: false, docket: false, fixedComponent: false },
 });
 const separate = ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];
 const kinds = ({ findings }: StepResult): string[] => findings.map(({ kind }) => kind);
-const file = (owner: string, permissions: string) =>
-    ({ name: 'Orvane', exists: permissions !== '', owner, group: '', permissions, modified: '' });
+const file = (owner: string, permissions: string) => ({
+    name: 'Orvane',
+    exists: permissions !== '',
+    owner,
+    group: '',
+    permissions,
+    modified: '',
+});
 
 /** One result of every kind of finding that the diagnoses can make. */
 const allResults = [
-    ...['ERR_OTHER', 'ERR_LOADPLUGIN_FAILED', 'ERR_NOT_RUNNING', 'ERR_NOT_FIND_BUSCONFIG',
-        'ERR_INVALID_ENV_CONFIG', '输入法', 'ERR_OK'].map(diagnoseInputMethod),
+    ...[
+        'ERR_OTHER',
+        'ERR_LOADPLUGIN_FAILED',
+        'ERR_NOT_RUNNING',
+        'ERR_NOT_FIND_BUSCONFIG',
+        'ERR_INVALID_ENV_CONFIG',
+        '输入法',
+        'ERR_OK',
+    ].map(diagnoseInputMethod),
     diagnoseAssociations(associations(row('.doc', false)), associations(row('.doc', false))),
     diagnoseAssociations(associations(), associations()),
     diagnoseAssociations(associations(row('.doc', false)), associations(unknown('.doc'))),
@@ -34,25 +57,29 @@ const allResults = [
     diagnoseUpdater(false, null),
     diagnoseUpdater(true, null),
     diagnoseUpdater(true, {}),
-    ...['111-000-000', '101-000-000', '011-000-000', '110-000-000', '111-000-111']
-        .map((digits) => diagnosePermissions([file('user', digits)], 'user')),
+    ...['111-000-000', '101-000-000', '011-000-000', '110-000-000', '111-000-111'].map((digits) =>
+        diagnosePermissions([file('user', digits)], 'user'),
+    ),
     ...['111-000-000', '111-000-111'].map((digits) =>
-        diagnosePermissions([file('root', digits)], 'user')),
+        diagnosePermissions([file('root', digits)], 'user'),
+    ),
     ...['111-000-000', '111-000-111'].map((digits) =>
-        diagnosePermissions([file('', digits)], 'user')),
+        diagnosePermissions([file('', digits)], 'user'),
+    ),
     diagnosePermissions([], 'root'),
-    ...[null, 10, 85, 95].map((usedPercent) =>
-        diagnoseMemory({ usedPercent, totalGibibytes: 8 })),
+    ...[null, 10, 85, 95].map((usedPercent) => diagnoseMemory({ usedPercent, totalGibibytes: 8 })),
 ];
 
 describe('every finding', () => {
     const found = allResults.flatMap(({ findings }) => findings);
 
     it('has its sentence in both languages', () => {
-        expect(new Set(found.map(({ kind }) => kind)))
-            .toEqual(new Set(Object.keys(english.home.checkup.findings)));
-        expect(Object.keys(chinese.home.checkup.findings))
-            .toEqual(Object.keys(english.home.checkup.findings));
+        expect(new Set(found.map(({ kind }) => kind))).toEqual(
+            new Set(Object.keys(english.home.checkup.findings)),
+        );
+        expect(Object.keys(chinese.home.checkup.findings)).toEqual(
+            Object.keys(english.home.checkup.findings),
+        );
     });
 
     it('that is repaired at once has words for the repair and for what it brought', () => {
@@ -64,7 +91,9 @@ describe('every finding', () => {
     });
 
     it('has a note for the time when it is gone', () => {
-        for (const { note: { key } } of allResults) {
+        for (const {
+            note: { key },
+        } of allResults) {
             expect(english.home.checkup.notes).toHaveProperty(key);
         }
     });
@@ -73,14 +102,18 @@ describe('every finding', () => {
 describe('file associations', () => {
     it('are no finding when the desktop cannot be asked, since no repair would help', () => {
         const result = diagnoseAssociations(
-            associations(row('.doc', false)), associations(unknown('.doc'), unknown('.odt')));
+            associations(row('.doc', false)),
+            associations(unknown('.doc'), unknown('.odt')),
+        );
         expect(kinds(result)).toEqual([]);
         expect(result.note.key).toBe('noTypeTool');
     });
 
     it('are told by extension, the same again by the same name', () => {
         const result = diagnoseAssociations(
-            associations(row('.doc', false), row('.docx', true)), associations(row('.doc', true)));
+            associations(row('.doc', false), row('.docx', true)),
+            associations(row('.doc', true)),
+        );
         expect(kinds(result)).toEqual(['otherApplication']);
         expect(result.findings[0]!.values).toEqual({ bad: 1, count: 2, names: '.doc' });
         expect(findingId(result.findings[0]!)).toBe('associations:otherApplication:.doc');
@@ -88,8 +121,9 @@ describe('file associations', () => {
 
     it('are not listed in full when they are many', () => {
         const many = Array.from({ length: 9 }, (_, index) => row(`.${index}`, false));
-        expect(diagnoseAssociations(associations(...many), associations()).findings[0]!.values)
-            .toEqual({ bad: 9, count: 9, names: '.0 .1 .2 .3 .4 .5 …' });
+        expect(
+            diagnoseAssociations(associations(...many), associations()).findings[0]!.values,
+        ).toEqual({ bad: 9, count: 9, names: '.0 .1 .2 .3 .4 .5 …' });
     });
 
     it('without sample documents are no problem', () => {
@@ -100,14 +134,16 @@ describe('file associations', () => {
 describe('desktop shortcuts', () => {
     it('in place are none to mend', () => {
         expect(diagnoseShortcuts(shortcuts(separate)).findings).toEqual([]);
-        expect(diagnoseShortcuts(shortcuts(['vyr-office-tessaly.desktop'], true)).findings)
-            .toEqual([]);
+        expect(diagnoseShortcuts(shortcuts(['vyr-office-tessaly.desktop'], true)).findings).toEqual(
+            [],
+        );
     });
 
     it('are restored as the component mode wants them', () => {
         expect(diagnoseShortcuts(shortcuts([])).findings[0]!.repair).toBe('restoreSeparate');
-        expect(diagnoseShortcuts(shortcuts(separate, true)).findings[0]!.repair)
-            .toBe('restoreIntegrated');
+        expect(diagnoseShortcuts(shortcuts(separate, true)).findings[0]!.repair).toBe(
+            'restoreIntegrated',
+        );
     });
 
     it('that are all gone may be so on purpose', () => {
@@ -116,9 +152,11 @@ describe('desktop shortcuts', () => {
     });
 
     it.each(['My Desktop', 'desktop'])(
-        'are not judged when the folder %s is listed in their place', (folder) => {
+        'are not judged when the folder %s is listed in their place',
+        (folder) => {
             const result = diagnoseShortcuts(shortcuts([folder, folder]));
             expect(kinds(result)).toEqual([]);
             expect(result.note.key).toBe('shortcutsUnclear');
-        });
+        },
+    );
 });

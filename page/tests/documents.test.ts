@@ -66,7 +66,8 @@ describe('advice for a missing font', () => {
     });
 
     it('installs each package once', () => {
-        expect(installCommand(['Times New Roman', 'Arial', 'Calibri', 'Brand; rm -rf /']))
-            .toBe('sudo apt-get install fonts-crosextra-carlito fonts-liberation');
+        expect(installCommand(['Times New Roman', 'Arial', 'Calibri', 'Brand; rm -rf /'])).toBe(
+            'sudo apt-get install fonts-crosextra-carlito fonts-liberation',
+        );
     });
 });

@@ -1,12 +1,20 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Outcome } from '@/client';
 import { patience, useCheckRun } from '@/views/environmentcheck/checkrun';
-import { answers, findingLines, findingsText, requestOf, withFinding }
-    from '@/views/environmentcheck/checks';
+import {
+    answers,
+    findingLines,
+    findingsText,
+    requestOf,
+    withFinding,
+} from '@/views/environmentcheck/checks';
 
 const request = { check: 'fonts', component: 'vyr', argument: '' };
-const finding = (value: string, check = 'fonts', component = 'vyr') =>
-    ({ check, component, value });
+const finding = (value: string, check = 'fonts', component = 'vyr') => ({
+    check,
+    component,
+    value,
+});
 
 describe('a check', () => {
     it('is asked for by its own name', () => {
@@ -15,8 +23,11 @@ describe('a check', () => {
 
     it('of one’s own needs a name', () => {
         expect(requestOf('other', 'tbl', '  ', '')).toBeNull();
-        expect(requestOf('other', 'tbl', ' own-check ', ''))
-            .toEqual({ check: 'own-check', component: 'tbl', argument: '' });
+        expect(requestOf('other', 'tbl', ' own-check ', '')).toEqual({
+            check: 'own-check',
+            component: 'tbl',
+            argument: '',
+        });
     });
 
     it('is answered by a finding for the same component only', () => {
@@ -27,8 +38,10 @@ describe('a check', () => {
 
 describe('findings', () => {
     it('take the place of earlier ones for the same', () => {
-        expect(withFinding([finding('old'), finding('other', 'space')], finding('new')))
-            .toEqual([finding('new'), finding('other', 'space')]);
+        expect(withFinding([finding('old'), finding('other', 'space')], finding('new'))).toEqual([
+            finding('new'),
+            finding('other', 'space'),
+        ]);
     });
 
     it('are lines, without the empty ones at the end', () => {
@@ -87,8 +100,7 @@ describe('a check under way', () => {
         vi.advanceTimersByTime(patience);
         expect(run.long.value).toBe(true);
         run.giveUp();
-        expect([run.running.value, run.slow.value, run.long.value])
-            .toEqual([false, false, false]);
+        expect([run.running.value, run.slow.value, run.long.value]).toEqual([false, false, false]);
     });
 
     it('that was refused says why and is over', async () => {

@@ -5,15 +5,22 @@ import { draftFrom, emptyDraft, withSample } from '@/views/feedback/draft';
 describe('the draft', () => {
     it('leaves dumps out unless the user comes from a crash', () => {
         expect(emptyDraft().crashDumps).toBe(false);
-        expect(draftFrom({ page: 'crash', file: null }))
-            .toMatchObject({ category: 'crash', crashDumps: true, sample: '' });
+        expect(draftFrom({ page: 'crash', file: null })).toMatchObject({
+            category: 'crash',
+            crashDumps: true,
+            sample: '',
+        });
     });
 
     it('takes over the document of a layout or print problem', () => {
-        expect(draftFrom({ page: 'layout', file: '/home/a.docx' }))
-            .toMatchObject({ category: 'layout', sample: '/home/a.docx' });
-        expect(draftFrom({ page: 'print', file: '' }))
-            .toMatchObject({ category: 'print', sample: '' });
+        expect(draftFrom({ page: 'layout', file: '/home/a.docx' })).toMatchObject({
+            category: 'layout',
+            sample: '/home/a.docx',
+        });
+        expect(draftFrom({ page: 'print', file: '' })).toMatchObject({
+            category: 'print',
+            sample: '',
+        });
     });
 
     it('has a file once, also when an attachment is chosen as the sample', () => {
@@ -43,24 +50,35 @@ describe('a file', () => {
 
     it('is compared with those that come before it', () => {
         const files = chosenFiles({
-            ...emptyDraft(), sample: '/a/x.docx', attachments: ['/b/y.png', '/b/x.docx'],
+            ...emptyDraft(),
+            sample: '/a/x.docx',
+            attachments: ['/b/y.png', '/b/x.docx'],
         });
-        expect(files.map(({ role, problem }) => [role, problem])).toEqual(
-            [['sample', null], ['attachment', null], ['attachment', 'sameName']]);
+        expect(files.map(({ role, problem }) => [role, problem])).toEqual([
+            ['sample', null],
+            ['attachment', null],
+            ['attachment', 'sameName'],
+        ]);
     });
 });
 
 describe('the archive', () => {
     it('holds what was asked for, in the order in which it is packed', () => {
         const draft = { ...emptyDraft(), sample: '/a/x.docx', crashDumps: true };
-        expect(archiveContents(draft).map(({ part }) => part)).toEqual(
-            ['description', 'file', 'systemInformation', 'suiteSettings', 'crashDumps']);
+        expect(archiveContents(draft).map(({ part }) => part)).toEqual([
+            'description',
+            'file',
+            'systemInformation',
+            'suiteSettings',
+            'crashDumps',
+        ]);
     });
 
     it('always holds the description', () => {
         const draft = { ...emptyDraft(), systemInformation: false, suiteSettings: false };
-        expect(archiveContents(draft))
-            .toEqual([{ part: 'description', names: ['describe.txt'], problem: null }]);
+        expect(archiveContents(draft)).toEqual([
+            { part: 'description', names: ['describe.txt'], problem: null },
+        ]);
     });
 
     it('gets an ending, even after one', () => {

@@ -2,11 +2,21 @@ import { describe, expect, it } from 'vitest';
 import english from '@/locales/en.json';
 import { answerCode, answerCodes, judgeAnswer } from '@/views/inputmethod/answers';
 import { dependsOnSituation, stepsFor, type Situation } from '@/views/inputmethod/steps';
-import { desktops, frameworks, isWayland, likelyDesktop, likelyFramework, packageTools }
-    from '@/views/inputmethod/surroundings';
+import {
+    desktops,
+    frameworks,
+    isWayland,
+    likelyDesktop,
+    likelyFramework,
+    packageTools,
+} from '@/views/inputmethod/surroundings';
 
-const situation: Situation =
-    { framework: 'fcitx5', desktop: 'other', packageTool: 'apt', wayland: false };
+const situation: Situation = {
+    framework: 'fcitx5',
+    desktop: 'other',
+    packageTool: 'apt',
+    wayland: false,
+};
 const variables = (values: Record<string, string>) =>
     Object.entries(values).map(([name, value]) => ({ name, value }));
 const commandsFor = (changes: Partial<Situation>, code = 'ERR_NOT_RUNNING') =>
@@ -18,16 +28,24 @@ describe('an answer', () => {
         expect(answerCode('输入法正常')).toBeNull();
     });
 
-    it.each([['ERR_OK', 'good'], ['ERR_NOT_RUNNING', 'bad'], ['ERR_OTHER', 'warning'],
-        ['输入法', 'warning']])('%s is judged %s', (answer, state) => {
+    it.each([
+        ['ERR_OK', 'good'],
+        ['ERR_NOT_RUNNING', 'bad'],
+        ['ERR_OTHER', 'warning'],
+        ['输入法', 'warning'],
+    ])('%s is judged %s', (answer, state) => {
         expect(judgeAnswer(answer)).toBe(state);
     });
 });
 
 describe('the steps', () => {
-    const situations = frameworks.flatMap((framework) => desktops.flatMap((desktop) =>
-        packageTools.flatMap((packageTool) => [true, false].map((wayland) =>
-            ({ framework, desktop, packageTool, wayland })))));
+    const situations = frameworks.flatMap((framework) =>
+        desktops.flatMap((desktop) =>
+            packageTools.flatMap((packageTool) =>
+                [true, false].map((wayland) => ({ framework, desktop, packageTool, wayland })),
+            ),
+        ),
+    );
 
     it.each([...answerCodes, null])('for %s all have their texts', (code) => {
         for (const one of situations) {
@@ -47,8 +65,9 @@ describe('the steps', () => {
 
     it('install the part for Qt programs', () => {
         expect(commandsFor({}, 'ERR_LOADPLUGIN_FAILED').join()).toContain('fcitx5-frontend-qt5');
-        expect(commandsFor({ packageTool: 'dnf' }, 'ERR_LOADPLUGIN_FAILED').join())
-            .toContain('sudo dnf install fcitx5 fcitx5-chinese-addons fcitx5-qt');
+        expect(commandsFor({ packageTool: 'dnf' }, 'ERR_LOADPLUGIN_FAILED').join()).toContain(
+            'sudo dnf install fcitx5 fcitx5-chinese-addons fcitx5-qt',
+        );
     });
 
     it('name fcitx 5 to programs as fcitx', () => {
@@ -59,13 +78,17 @@ describe('the steps', () => {
     });
 
     it('use im-config only where it exists', () => {
-        expect(commandsFor({ packageTool: 'dnf' }, 'ERR_INVALID_ENV_CONFIG').join())
-            .not.toContain('im-config');
+        expect(commandsFor({ packageTool: 'dnf' }, 'ERR_INVALID_ENV_CONFIG').join()).not.toContain(
+            'im-config',
+        );
     });
 
     it('leave it to Plasma to start the input method under Wayland', () => {
-        const texts = stepsFor('ERR_NOT_RUNNING', { ...situation, desktop: 'kde', wayland: true })
-            .map(({ text }) => text);
+        const texts = stepsFor('ERR_NOT_RUNNING', {
+            ...situation,
+            desktop: 'kde',
+            wayland: true,
+        }).map(({ text }) => text);
         expect(texts).toContain('startWithPlasma');
     });
 });
@@ -81,10 +104,13 @@ describe('the surroundings', () => {
         expect(likelyFramework(variables(values))).toBe(framework);
     });
 
-    it.each([['KDE', 'kde'], ['ubuntu:GNOME', 'gnome'], ['UKUI', 'other']])(
-        'of %s are told', (value, desktop) => {
-            expect(likelyDesktop(variables({ XDG_CURRENT_DESKTOP: value }))).toBe(desktop);
-        });
+    it.each([
+        ['KDE', 'kde'],
+        ['ubuntu:GNOME', 'gnome'],
+        ['UKUI', 'other'],
+    ])('of %s are told', (value, desktop) => {
+        expect(likelyDesktop(variables({ XDG_CURRENT_DESKTOP: value }))).toBe(desktop);
+    });
 
     it('tell Wayland', () => {
         expect(isWayland(variables({ XDG_SESSION_TYPE: 'wayland' }))).toBe(true);

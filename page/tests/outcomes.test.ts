@@ -20,38 +20,48 @@ describe('an answer', () => {
         ['error', { result: 'error' }, { kind: 'failed' }],
         ['a wrong argument', { result: 'parame error' }, { kind: 'badRequest' }],
         ['no result', {}, { kind: 'unanswered' }],
-        ['another word', { result: 'maybe' },
-            { kind: 'unreadable', reason: 'neither success nor error' }],
-        ['a refusal', new Error('unknown command'),
-            { kind: 'refused', reason: 'unknown command' }],
+        [
+            'another word',
+            { result: 'maybe' },
+            { kind: 'unreadable', reason: 'neither success nor error' },
+        ],
+        ['a refusal', new Error('unknown command'), { kind: 'refused', reason: 'unknown command' }],
     ])('is told apart: %s', async (_name, answer, expected) => {
         expect(await exportReport(answer)).toEqual(expected);
     });
 
     it('may be without a result where the command sets none', async () => {
-        expect(await outcome('testinstallreport', {}, (client) => client.testInstallReport()))
-            .toEqual({ kind: 'done', value: undefined });
+        expect(
+            await outcome('testinstallreport', {}, (client) => client.testInstallReport()),
+        ).toEqual({ kind: 'done', value: undefined });
     });
 
     it('is unreadable when it is no base64', async () => {
-        expect(await outcome('choosesamplefile', { result: '!' }, (client) =>
-            client.chooseSample())).toEqual({ kind: 'unreadable', reason: 'no base64 text' });
+        expect(
+            await outcome('choosesamplefile', { result: '!' }, (client) => client.chooseSample()),
+        ).toEqual({ kind: 'unreadable', reason: 'no base64 text' });
     });
 
     it('is decoded from base64 as UTF-8', async () => {
-        expect(await outcome('choosesamplefile', { result: base64('/家/a.docx') }, (client) =>
-            client.chooseSample())).toEqual({ kind: 'done', value: '/家/a.docx' });
+        expect(
+            await outcome('choosesamplefile', { result: base64('/家/a.docx') }, (client) =>
+                client.chooseSample(),
+            ),
+        ).toEqual({ kind: 'done', value: '/家/a.docx' });
     });
 
     it('keeps an empty update log', async () => {
-        expect(await outcome('getlogfile', { result: '' }, (client) => client.updateLog()))
-            .toEqual({ kind: 'done', value: '' });
+        expect(await outcome('getlogfile', { result: '' }, (client) => client.updateLog())).toEqual(
+            { kind: 'done', value: '' },
+        );
     });
 });
 
 describe('the document server', () => {
-    const test = (result: unknown) => outcome('openremoveurlcheck', { result }, (client) =>
-        client.testServer({ url: 'u', functionName: 'f', headers: [], fields: [] }));
+    const test = (result: unknown) =>
+        outcome('openremoveurlcheck', { result }, (client) =>
+            client.testServer({ url: 'u', functionName: 'f', headers: [], fields: [] }),
+        );
 
     it.each([
         ['success', { good: true }],
@@ -64,21 +74,24 @@ describe('the document server', () => {
 
 describe('tables', () => {
     it('of processes keep their numbered order and bear decimal commas', async () => {
-        const result = [{
-            10: '10 root 0.1 0.0 ten  ',
-            2: '2 root 0,5 1,5 two words ',
-            1: '  1 user 3.4 99.9 one  ',
-            11: '',
-        }];
-        expect(await outcome('getcpuinfo', { result }, (client) => client.busiestProcesses()))
-            .toEqual({
-                kind: 'done',
-                value: [
-                    { id: 1, user: 'user', memory: 3.4, processor: 99.9, command: 'one' },
-                    { id: 2, user: 'root', memory: 0.5, processor: 1.5, command: 'two words' },
-                    { id: 10, user: 'root', memory: 0.1, processor: 0, command: 'ten' },
-                ],
-            });
+        const result = [
+            {
+                10: '10 root 0.1 0.0 ten  ',
+                2: '2 root 0,5 1,5 two words ',
+                1: '  1 user 3.4 99.9 one  ',
+                11: '',
+            },
+        ];
+        expect(
+            await outcome('getcpuinfo', { result }, (client) => client.busiestProcesses()),
+        ).toEqual({
+            kind: 'done',
+            value: [
+                { id: 1, user: 'user', memory: 3.4, processor: 99.9, command: 'one' },
+                { id: 2, user: 'root', memory: 0.5, processor: 1.5, command: 'two words' },
+                { id: 10, user: 'root', memory: 0.1, processor: 0, command: 'ten' },
+            ],
+        });
     });
 
     it('of associations mend the one misspelt entry and part value from state', async () => {
@@ -87,51 +100,68 @@ describe('tables', () => {
             { '.pptx': 'vyr-office-shw.desktop|true' },
             {},
         ];
-        expect(await outcome('getassoopen', { result }, (client) => client.defaultApplications()))
-            .toEqual({
-                kind: 'done',
-                value: {
-                    writer: [
-                        { extension: '.docx', value: 'vyr-office-vyr.desktop', good: true },
-                        { extension: '.rtf', value: '', good: false },
-                    ],
-                    presentation: [
-                        { extension: '.pptx', value: 'vyr-office-shw.desktop', good: true },
-                    ],
-                    spreadsheet: [],
-                },
-            });
+        expect(
+            await outcome('getassoopen', { result }, (client) => client.defaultApplications()),
+        ).toEqual({
+            kind: 'done',
+            value: {
+                writer: [
+                    { extension: '.docx', value: 'vyr-office-vyr.desktop', good: true },
+                    { extension: '.rtf', value: '', good: false },
+                ],
+                presentation: [{ extension: '.pptx', value: 'vyr-office-shw.desktop', good: true }],
+                spreadsheet: [],
+            },
+        });
     });
 
     it('of configuration files tell a missing one by its empty fields', async () => {
-        const result = {
-            'Office.conf': '|||',
-            '.config': 'user|staff|111-101-101|10:11:12',
-        };
-        expect(await outcome('stratextractfileinfo', { result }, (client) =>
-            client.configurationFiles())).toEqual({
+        const result = { 'Office.conf': '|||', '.config': 'user|staff|111-101-101|10:11:12' };
+        expect(
+            await outcome('stratextractfileinfo', { result }, (client) =>
+                client.configurationFiles(),
+            ),
+        ).toEqual({
             kind: 'done',
             value: [
-                { name: 'Office.conf', exists: false, owner: '', group: '', permissions: '',
-                    modified: '' },
-                { name: '.config', exists: true, owner: 'user', group: 'staff',
-                    permissions: '111-101-101', modified: '10:11:12' },
+                {
+                    name: 'Office.conf',
+                    exists: false,
+                    owner: '',
+                    group: '',
+                    permissions: '',
+                    modified: '',
+                },
+                {
+                    name: '.config',
+                    exists: true,
+                    owner: 'user',
+                    group: 'staff',
+                    permissions: '111-101-101',
+                    modified: '10:11:12',
+                },
             ],
         });
     });
 
     it('of memory say when the machine does not tell', async () => {
-        expect(await outcome('getcomputermemory', { result: { percentage: 'nan', all: '15.5' } },
-            (client) => client.machineMemory()))
-            .toEqual({ kind: 'done', value: { usedPercent: null, totalGibibytes: 15.5 } });
+        expect(
+            await outcome(
+                'getcomputermemory',
+                { result: { percentage: 'nan', all: '15.5' } },
+                (client) => client.machineMemory(),
+            ),
+        ).toEqual({ kind: 'done', value: { usedPercent: null, totalGibibytes: 15.5 } });
     });
 
     it('of kept findings part check and component at the last hyphen', async () => {
-        expect(await outcome('getvyrenvcheckedresult', { result: { 'np-plugin-vyr': 'ok' } },
-            (client) => client.keptFindings())).toEqual({
-            kind: 'done',
-            value: [{ check: 'np-plugin', component: 'vyr', value: 'ok' }],
-        });
+        expect(
+            await outcome(
+                'getvyrenvcheckedresult',
+                { result: { 'np-plugin-vyr': 'ok' } },
+                (client) => client.keptFindings(),
+            ),
+        ).toEqual({ kind: 'done', value: [{ check: 'np-plugin', component: 'vyr', value: 'ok' }] });
     });
 });
 

@@ -4,8 +4,13 @@ import { byUrgency, judge, knownPath, rightsOf, userOf } from '@/views/permissio
 import { listText, rightsText } from '@/views/permissions/report';
 
 const file = (changes: Partial<FilePermissions> = {}): FilePermissions => ({
-    name: 'Office.conf', exists: true, owner: 'user', group: 'user', permissions: '110-100-100',
-    modified: '10:11:12', ...changes,
+    name: 'Office.conf',
+    exists: true,
+    owner: 'user',
+    group: 'user',
+    permissions: '110-100-100',
+    modified: '10:11:12',
+    ...changes,
 });
 const t = (key: string, values: Record<string, unknown> = {}): string =>
     `${key}${Object.values(values).length ? JSON.stringify(values) : ''}`;
@@ -13,22 +18,55 @@ const t = (key: string, values: Record<string, unknown> = {}): string =>
 describe('a configuration file', () => {
     it.each([
         ['of one’s own', file(), 'good', 'good', []],
-        ['of someone else', file({ owner: 'root' }), 'foreign', 'bad',
-            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
-        ['of someone else that everyone may write',
-            file({ owner: 'root', permissions: '110-110-110' }), 'foreignOpen', 'warning',
-            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
-        ['of a user that is gone', file({ owner: '' }), 'nameless', 'bad',
-            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
-        ['of a user that is gone that everyone may write',
-            file({ owner: '', permissions: '110-110-110' }), 'namelessOpen', 'warning',
-            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf']],
-        ['that may not be written', file({ permissions: '100-100-100' }), 'readOnly', 'bad',
-            ['chmod u+w ~/.config/Orvane/Office.conf']],
-        ['that may not be read', file({ permissions: '010-000-000' }), 'unreadable', 'bad',
-            ['chmod u+rw ~/.config/Orvane/Office.conf']],
-        ['that everyone may write', file({ permissions: '110-110-110' }), 'open', 'warning',
-            ['chmod o-w ~/.config/Orvane/Office.conf']],
+        [
+            'of someone else',
+            file({ owner: 'root' }),
+            'foreign',
+            'bad',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'of someone else that everyone may write',
+            file({ owner: 'root', permissions: '110-110-110' }),
+            'foreignOpen',
+            'warning',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'of a user that is gone',
+            file({ owner: '' }),
+            'nameless',
+            'bad',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'of a user that is gone that everyone may write',
+            file({ owner: '', permissions: '110-110-110' }),
+            'namelessOpen',
+            'warning',
+            ['sudo chown "$(id -un):$(id -gn)" ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'that may not be written',
+            file({ permissions: '100-100-100' }),
+            'readOnly',
+            'bad',
+            ['chmod u+w ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'that may not be read',
+            file({ permissions: '010-000-000' }),
+            'unreadable',
+            'bad',
+            ['chmod u+rw ~/.config/Orvane/Office.conf'],
+        ],
+        [
+            'that everyone may write',
+            file({ permissions: '110-110-110' }),
+            'open',
+            'warning',
+            ['chmod o-w ~/.config/Orvane/Office.conf'],
+        ],
         ['that is not there', file({ exists: false, permissions: '' }), 'missing', 'plain', []],
         ['with strange digits', file({ permissions: 'rw-r--r--' }), 'unclear', 'plain', []],
     ] as const)('%s is judged so', (_name, entry, name, state, commands) => {
@@ -36,15 +74,20 @@ describe('a configuration file', () => {
     });
 
     it('that is a folder has to be open to its owner', () => {
-        expect(judge(file({ name: 'Orvane', permissions: '110-000-000' }), 'user'))
-            .toEqual({ name: 'closed', state: 'bad', commands: ['chmod u+x ~/.config/Orvane'] });
-        expect(judge(file({ name: 'Orvane', owner: 'root' }), 'user').commands)
-            .toEqual(['sudo chown -R "$(id -un):$(id -gn)" ~/.config/Orvane']);
+        expect(judge(file({ name: 'Orvane', permissions: '110-000-000' }), 'user')).toEqual({
+            name: 'closed',
+            state: 'bad',
+            commands: ['chmod u+x ~/.config/Orvane'],
+        });
+        expect(judge(file({ name: 'Orvane', owner: 'root' }), 'user').commands).toEqual([
+            'sudo chown -R "$(id -un):$(id -gn)" ~/.config/Orvane',
+        ]);
     });
 
     it('that was added has a command with a place for its path', () => {
-        expect(judge(file({ name: 'my notes', permissions: '100-000-000' }), 'user').commands)
-            .toEqual(['chmod u+w FILE']);
+        expect(
+            judge(file({ name: 'my notes', permissions: '100-000-000' }), 'user').commands,
+        ).toEqual(['chmod u+w FILE']);
     });
 
     it('is no more than described while nobody knows the user', () => {
@@ -81,16 +124,30 @@ describe('permissions', () => {
 
 describe('the list', () => {
     it('has what needs mending first', () => {
-        const files = [file({ name: 'a' }), file({ name: 'b', owner: 'root' }),
-            file({ name: 'c' }), file({ name: 'd', permissions: '110-110-110' })];
+        const files = [
+            file({ name: 'a' }),
+            file({ name: 'b', owner: 'root' }),
+            file({ name: 'c' }),
+            file({ name: 'd', permissions: '110-110-110' }),
+        ];
         expect(byUrgency(files, 'user').map(({ name }) => name)).toEqual(['b', 'd', 'a', 'c']);
     });
 });
 
 describe('the user', () => {
     it('is told by USER, else by LOGNAME', () => {
-        expect(userOf([{ name: 'LOGNAME', value: 'b' }, { name: 'USER', value: 'a' }])).toBe('a');
-        expect(userOf([{ name: 'LOGNAME', value: 'b' }, { name: 'USER', value: '' }])).toBe('b');
+        expect(
+            userOf([
+                { name: 'LOGNAME', value: 'b' },
+                { name: 'USER', value: 'a' },
+            ]),
+        ).toBe('a');
+        expect(
+            userOf([
+                { name: 'LOGNAME', value: 'b' },
+                { name: 'USER', value: '' },
+            ]),
+        ).toBe('b');
         expect(userOf([])).toBeNull();
     });
 });
@@ -98,7 +155,10 @@ describe('the user', () => {
 describe('the copied list', () => {
     it('names what would not show and leaves out facts of what is not there', () => {
         const text = listText(
-            [file({ name: 'a\u202Eb' }), file({ exists: false, permissions: '' })], 'user', t);
+            [file({ name: 'a\u202Eb' }), file({ exists: false, permissions: '' })],
+            'user',
+            t,
+        );
         expect(text).toContain('a⟨U+202E⟩b  user:user  110-100-100  10:11:12');
         expect(text).toContain('\nOffice.conf\n');
     });

@@ -1,18 +1,35 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Process } from '@/client';
-import { chartColumns, historyLength, sample, withSample, type Sample }
-    from '@/views/processes/history';
+import {
+    chartColumns,
+    historyLength,
+    sample,
+    withSample,
+    type Sample,
+} from '@/views/processes/history';
 import { freeGibibytes, judgeMemory } from '@/views/processes/memory';
 import { createRefresher } from '@/views/processes/refresher';
 import { loadText, rawLoad } from '@/views/processes/report';
 
-const process = (memory: number, command = 'vyr'): Process =>
-    ({ id: 1, user: 'user', memory, processor: 2, command });
+const process = (memory: number, command = 'vyr'): Process => ({
+    id: 1,
+    user: 'user',
+    memory,
+    processor: 2,
+    command,
+});
 const memory = { usedPercent: 40, totalGibibytes: 8 };
 
 describe('the memory', () => {
-    it.each([[0, 'good'], [79.9, 'good'], [80, 'warning'], [89.9, 'warning'], [90, 'bad'],
-        [100, 'bad'], [null, 'plain']] as const)('at %s per cent is judged %s', (used, state) => {
+    it.each([
+        [0, 'good'],
+        [79.9, 'good'],
+        [80, 'warning'],
+        [89.9, 'warning'],
+        [90, 'bad'],
+        [100, 'bad'],
+        [null, 'plain'],
+    ] as const)('at %s per cent is judged %s', (used, state) => {
         expect(judgeMemory({ usedPercent: used, totalGibibytes: 8 })).toBe(state);
     });
 
@@ -23,12 +40,14 @@ describe('the memory', () => {
 });
 
 describe('the history', () => {
-    it('holds the sum of the largest processes, which shared pages never take past the whole',
-        () => {
-            expect(sample(5, memory, [process(30), process(12.5)]))
-                .toEqual({ time: 5, used: 40, largest: 42.5 });
-            expect(sample(5, memory, [process(70), process(60)])?.largest).toBe(100);
+    it('holds the sum of the largest processes, which shared pages never take past the whole', () => {
+        expect(sample(5, memory, [process(30), process(12.5)])).toEqual({
+            time: 5,
+            used: 40,
+            largest: 42.5,
         });
+        expect(sample(5, memory, [process(70), process(60)])?.largest).toBe(100);
+    });
 
     it('leaves out a moment that the machine tells nothing about', () => {
         expect(sample(5, { usedPercent: null, totalGibibytes: null }, [])).toBeNull();
@@ -53,7 +72,11 @@ describe('refreshing', () => {
     beforeEach(() => {
         hidden = false;
         vi.useFakeTimers();
-        vi.stubGlobal('document', { get hidden() { return hidden; } });
+        vi.stubGlobal('document', {
+            get hidden() {
+                return hidden;
+            },
+        });
     });
     afterEach(() => {
         vi.useRealTimers();
@@ -98,7 +121,12 @@ describe('refreshing', () => {
 
     it('never runs twice at a time', async () => {
         let finish: () => void = () => undefined;
-        const work = vi.fn(() => new Promise<void>((resolve) => { finish = resolve; }));
+        const work = vi.fn(
+            () =>
+                new Promise<void>((resolve) => {
+                    finish = resolve;
+                }),
+        );
         const { refresh } = createRefresher(work, 5000);
         const first = refresh();
         await refresh();

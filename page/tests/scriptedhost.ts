@@ -10,15 +10,18 @@ export interface Sent {
 export function scriptedClient(answers: Record<string, Envelope | Error>) {
     const sent: Sent[] = [];
     const target: Partial<Record<string, (envelope: Envelope) => void>> = {};
-    const client = createClient(() => ({
-        theme: 'light',
-        language: 'en_US',
-        call(command, args) {
-            sent.push({ command, args });
-            const answer = answers[command] ?? new Error(`no such command: ${command}`);
-            return answer instanceof Error ? Promise.reject(answer) : Promise.resolve(answer);
-        },
-    }), target);
+    const client = createClient(
+        () => ({
+            theme: 'light',
+            language: 'en_US',
+            call(command, args) {
+                sent.push({ command, args });
+                const answer = answers[command] ?? new Error(`no such command: ${command}`);
+                return answer instanceof Error ? Promise.reject(answer) : Promise.resolve(answer);
+            },
+        }),
+        target,
+    );
     return { client, sent, target };
 }
 

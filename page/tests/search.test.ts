@@ -13,8 +13,10 @@ function listOf(...names: string[]): HitList {
 }
 
 function shown(list: HitList): string[] {
-    return Array.from({ length: list.shownCount }, (_, position) =>
-        list.hit(list.numberAt(position)!)!.name);
+    return Array.from(
+        { length: list.shownCount },
+        (_, position) => list.hit(list.numberAt(position)!)!.name,
+    );
 }
 
 /** A clock that moves on by a millisecond at each look. */
@@ -31,8 +33,9 @@ describe('the sliced sort', () => {
             let steps = 0;
             let result = sorting.next();
             for (; !result.done; result = sorting.next()) steps += 1;
-            expect(result.value)
-                .toEqual([-5, 3, 2000, ...values].sort((first, second) => first - second));
+            expect(result.value).toEqual(
+                [-5, 3, 2000, ...values].sort((first, second) => first - second),
+            );
             expect(steps).toBeGreaterThanOrEqual(count / 256);
         }
     });
@@ -137,8 +140,11 @@ describe('the list of hits', () => {
 
 describe('the rows in sight', () => {
     it('are those scrolled to and a few around', () => {
-        expect(rowWindow(100_000, 40, 4000, 400))
-            .toEqual({ start: 90, end: 120, height: 4_000_000 });
+        expect(rowWindow(100_000, 40, 4000, 400)).toEqual({
+            start: 90,
+            end: 120,
+            height: 4_000_000,
+        });
         expect(rowWindow(5, 40, 0, 400)).toEqual({ start: 0, end: 5, height: 200 });
         expect(rowWindow(0, 40, 0, 400)).toEqual({ start: 0, end: 0, height: 0 });
     });
@@ -167,7 +173,9 @@ describe('a hit', () => {
     });
 
     it.each(['plain.txt', 'ünï 文档.docx', '\uFEFFmark', '', '😀\u202E'])(
-        'keeps its name %j over the wire', (name) => {
+        'keeps its name %j over the wire',
+        (name) => {
             expect(base64Text(base64(name))).toBe(name);
-        });
+        },
+    );
 });

@@ -28,8 +28,7 @@ describe('the sections of the report', () => {
 
     it('hide secrets in copied text until they are revealed', () => {
         expect(wholeText(sections, translate, none)).not.toContain('abc');
-        expect(wholeText(sections, translate, new Set(['API_TOKEN'])))
-            .toContain('API_TOKEN: abc');
+        expect(wholeText(sections, translate, new Set(['API_TOKEN']))).toContain('API_TOKEN: abc');
     });
 
     it('hide secrets in copied raw data too, which stays JSON', () => {
@@ -69,8 +68,11 @@ describe('a face', () => {
         ['Book', 400, 'normal'],
         ['', 400, 'normal'],
     ])('of style %s is drawn with weight %i, %s', (style, fontWeight, fontStyle) => {
-        expect(faceStyle('Noto Sans', style))
-            .toEqual({ fontFamily: '"Noto Sans"', fontWeight, fontStyle });
+        expect(faceStyle('Noto Sans', style)).toEqual({
+            fontFamily: '"Noto Sans"',
+            fontWeight,
+            fontStyle,
+        });
     });
 
     it('cannot leave the quotes of its name', () => {
@@ -79,8 +81,9 @@ describe('a face', () => {
 });
 
 describe('the offers of the home page', () => {
-    const tool = (group: Tool['group'], order: number): { tool: Tool } =>
-        ({ tool: { group, order, icon: {}, type: '' } });
+    const tool = (group: Tool['group'], order: number): { tool: Tool } => ({
+        tool: { group, order, icon: {}, type: '' },
+    });
 
     it('stand in their groups by order, without empty groups', () => {
         const found = offerGroups({

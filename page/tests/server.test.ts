@@ -1,14 +1,20 @@
 import { createHash } from 'node:crypto';
 import { describe, expect, it } from 'vitest';
 import { meaningOf, shownBody } from '@/views/server/answertext';
-import { formFields, previewText, requestKind, requestPreview }
-    from '@/views/server/requestpreview';
+import {
+    formFields,
+    previewText,
+    requestKind,
+    requestPreview,
+} from '@/views/server/requestpreview';
 import { namedValues, rowObjection } from '@/views/server/requestrows';
 
 const row = (name: string, value: string) => ({ id: 1, name, value });
 const request = {
-    url: 'http://h/x', functionName: 'OpenDocumentFromServer',
-    headers: [{ name: 'X-One', value: '1' }], fields: [],
+    url: 'http://h/x',
+    functionName: 'OpenDocumentFromServer',
+    headers: [{ name: 'X-One', value: '1' }],
+    fields: [],
 };
 
 describe('a row', () => {
@@ -25,8 +31,10 @@ describe('a row', () => {
     });
 
     it('that was left empty is not sent', () => {
-        expect(namedValues([row(' ', ''), row(' a ', ' b '), row('c', '')]))
-            .toEqual([{ name: 'a', value: ' b ' }, { name: 'c', value: '' }]);
+        expect(namedValues([row(' ', ''), row(' a ', ' b '), row('c', '')])).toEqual([
+            { name: 'a', value: ' b ' },
+            { name: 'c', value: '' },
+        ]);
     });
 });
 
@@ -56,7 +64,9 @@ describe('the preview', () => {
 
     it('of a plain POST lets given headers replace the fixed ones', () => {
         const { headers, body } = requestPreview({
-            ...request, functionName: 'saveURL', headers: [{ name: 'FileName', value: 'a.txt' }],
+            ...request,
+            functionName: 'saveURL',
+            headers: [{ name: 'FileName', value: 'a.txt' }],
         });
         expect(body).toBe('test Data');
         expect(headers).toEqual([
@@ -71,30 +81,48 @@ describe('the preview', () => {
             ...request,
             functionName: 'saveURL_FormData',
             headers: [{ name: 'content-type', value: 'text/plain' }],
-            fields: [{ name: 'a', value: 'x' }, { name: 'Z', value: '文' },
-                { name: 'a', value: 'y' }],
+            fields: [
+                { name: 'a', value: 'x' },
+                { name: 'Z', value: '文' },
+                { name: 'a', value: 'y' },
+            ],
         });
-        expect(headers.map(({ name }) => name))
-            .toEqual(['md5sum', 'Content-Type', 'Content-Length']);
+        expect(headers.map(({ name }) => name)).toEqual([
+            'md5sum',
+            'Content-Type',
+            'Content-Length',
+        ]);
         expect(headers[1]!.value).toContain('boundary=-----');
         expect(headers[2]!.value).toBe(String(Buffer.byteLength(body)));
-        expect([...body.matchAll(/name="(\w+)"/g)].map((match) => match[1]))
-            .toEqual(['Z', 'a', 'fileName', 'file']);
+        expect([...body.matchAll(/name="(\w+)"/g)].map((match) => match[1])).toEqual([
+            'Z',
+            'a',
+            'fileName',
+            'file',
+        ]);
         expect(body).toContain('name="a"\r\n\r\ny\r\n');
         expect(body).toContain('filename="test.txt"');
         expect(body.endsWith('--\r\n')).toBe(true);
     });
 
     it('keeps a given file name', () => {
-        expect(formFields([{ name: 'fileName', value: 'a.docx' }]))
-            .toEqual([{ name: 'fileName', value: 'a.docx' }]);
+        expect(formFields([{ name: 'fileName', value: 'a.docx' }])).toEqual([
+            { name: 'fileName', value: 'a.docx' },
+        ]);
     });
 });
 
 describe('an answer', () => {
     it.each([
-        [0, 'silent'], [200, 'odd'], [302, 'redirect'], [401, 'access'], [403, 'access'],
-        [404, 'notFound'], [418, 'client'], [503, 'server'], [999, 'odd'],
+        [0, 'silent'],
+        [200, 'odd'],
+        [302, 'redirect'],
+        [401, 'access'],
+        [403, 'access'],
+        [404, 'notFound'],
+        [418, 'client'],
+        [503, 'server'],
+        [999, 'odd'],
     ])('of status %i means %s', (status, meaning) => {
         expect(meaningOf({ good: false, status, body: '' })).toBe(meaning);
     });

@@ -39,9 +39,11 @@ describe('the filter', () => {
 
 describe('preferences', () => {
     it.each([null, '', '{', 'null', '[]', '{"theme":"pink","textSize":"150"}'])(
-        'fall back to the defaults for %j', (stored) => {
+        'fall back to the defaults for %j',
+        (stored) => {
             expect(parsePreferences(stored)).toEqual(defaults);
-        });
+        },
+    );
 
     it('are read back', () => {
         const chosen = { theme: 'dark', language: 'zh-CN', textSize: 150 } as const;
@@ -56,8 +58,13 @@ describe('preferences', () => {
         expect(languageOf({ ...defaults, language: 'en' }, host)).toBe('en');
     });
 
-    it.each([['zh_CN', 'zh-CN'], ['zh-Hans-CN', 'zh-CN'], ['en_US', 'en'], ['de_DE', 'en'],
-        ['C', 'en']])('take the language %s as %s', (language, expected) => {
+    it.each([
+        ['zh_CN', 'zh-CN'],
+        ['zh-Hans-CN', 'zh-CN'],
+        ['en_US', 'en'],
+        ['de_DE', 'en'],
+        ['C', 'en'],
+    ])('take the language %s as %s', (language, expected) => {
         expect(languageOf(defaults, { language })).toBe(expected);
     });
 });
@@ -68,11 +75,17 @@ describe('a task', () => {
 
     function slowTask() {
         let finish: (outcome: Outcome<number>) => void = () => undefined;
-        const work = vi.fn(() => new Promise<Outcome<number>>((resolve) => {
-            finish = resolve;
-        }));
-        return { task: useTask(work), work, finish: (value: number) =>
-            finish({ kind: 'done', value }) };
+        const work = vi.fn(
+            () =>
+                new Promise<Outcome<number>>((resolve) => {
+                    finish = resolve;
+                }),
+        );
+        return {
+            task: useTask(work),
+            work,
+            finish: (value: number) => finish({ kind: 'done', value }),
+        };
     }
 
     it('shows its progress sign only after half a second', async () => {

@@ -1,7 +1,12 @@
 import { describe, expect, it } from 'vitest';
 import type { DesktopShortcuts } from '@/client';
-import { deepDesktop, fittingSet, hasSet, missingFrom, shortcutRows }
-    from '@/views/shortcuts/shortcutset';
+import {
+    deepDesktop,
+    fittingSet,
+    hasSet,
+    missingFrom,
+    shortcutRows,
+} from '@/views/shortcuts/shortcutset';
 
 function desktop(files: string[], mode = 'helio_independ'): DesktopShortcuts {
     const supported = { chartBoard: false, docket: false, fixedComponent: false };
@@ -22,15 +27,19 @@ describe('the desktop shortcuts', () => {
         expect(hasSet('separate', desktop([...separate, integrated]))).toBe(false);
         expect(hasSet('separate', desktop(separate.slice(1)))).toBe(false);
         expect(hasSet('integrated', desktop([integrated]))).toBe(true);
-        expect(missingFrom('separate', desktop(separate.slice(1))))
-            .toEqual(['vyr-office-vyr.desktop']);
+        expect(missingFrom('separate', desktop(separate.slice(1)))).toEqual([
+            'vyr-office-vyr.desktop',
+        ]);
     });
 
     it('are listed with those that a restore does not know', () => {
         const rows = shortcutRows(desktop([integrated, 'vyr-office-extra.desktop']));
         expect(rows).toHaveLength(10);
         expect(rows[0]).toEqual({
-            file: 'vyr-office-vyr.desktop', name: 'writer', present: false, needed: true,
+            file: 'vyr-office-vyr.desktop',
+            name: 'writer',
+            present: false,
+            needed: true,
         });
         expect(rows[8]).toMatchObject({ name: 'integrated', present: true, needed: false });
         expect(rows[9]).toMatchObject({ file: 'vyr-office-extra.desktop', name: null });

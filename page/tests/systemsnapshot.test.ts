@@ -31,8 +31,9 @@ describe('a font line', () => {
 describe('the snapshot', () => {
     it('takes version zero as no suite', () => {
         expect(systemSnapshot(answer).suiteVersion).toBeNull();
-        expect(systemSnapshot({ ...answer, vyrinfo: 'Version:12.1.0.1' }).suiteVersion)
-            .toBe('12.1.0.1');
+        expect(systemSnapshot({ ...answer, vyrinfo: 'Version:12.1.0.1' }).suiteVersion).toBe(
+            '12.1.0.1',
+        );
     });
 
     it('drops the end-of-output byte of the browser probe', () => {

@@ -42,8 +42,12 @@ describe('a test run', () => {
     it('starts with its command', async () => {
         const { client, sent } = scriptedClient({});
         for (const run of testRuns) await startTestRun(client, run);
-        expect(sent.map(({ command }) => command)).toEqual(
-            ['testupdate', 'testdailyreport', 'testinstallreport', 'testuninstallreport']);
+        expect(sent.map(({ command }) => command)).toEqual([
+            'testupdate',
+            'testdailyreport',
+            'testinstallreport',
+            'testuninstallreport',
+        ]);
     });
 
     it('of the installation report has started although it sets no result', async () => {

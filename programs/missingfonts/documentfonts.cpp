@@ -5,14 +5,14 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/ole/oledocument.h"
+#include "programs/missingfonts/ooxml/sheet/sheetdocument.h"
 #include "programs/missingfonts/ooxml/slide/presentationdocument.h"
+#include "programs/missingfonts/ooxml/word/worddocument.h"
+#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/relationships.h"
 #include "programs/missingfonts/rtf/rtfdocument.h"
-#include "programs/missingfonts/ooxml/sheet/sheetdocument.h"
-#include "programs/missingfonts/ooxml/word/worddocument.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmlhandler.h"
 #include "programs/missingfonts/xml/xmlscanner.h"

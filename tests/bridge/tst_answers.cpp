@@ -7,8 +7,8 @@
 #include "bridge/answer.h"
 #include "bridge/kvyrassistanttoolapi.h"
 #include "host/kxwebviewjscontext.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingcontainer.h"
 
 using testsupport::RecordingContainer;

@@ -4,8 +4,8 @@
 
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingcontainer.h"
 #include "tests/support/shell/recordingshell.h"
 

@@ -6,8 +6,8 @@
 
 #include "bridge/ktoolmanager.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::KToolManager;

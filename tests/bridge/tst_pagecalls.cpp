@@ -1,6 +1,6 @@
 #include "tests/bridge/pagecalltest.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <QSettings>
 
 #include "plugin/config/scriptstaging.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 #include "tests/support/shell/stagedscripts.h"
 

@@ -6,8 +6,8 @@
 
 #include "bridge/ktoolmanager.h"
 #include "dump/dumpfiles.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 using OfficeAssiant::dumpDirectory;

@@ -5,12 +5,14 @@ const TIMEOUT = 90_000;
 
 /** The events of assistantctl's output, one JSON object a line; anything else there is a fault. */
 export function parseEvents(output) {
-    return output.split('\n').slice(0, -1).map((line) => {
-        const event = JSON.parse(line);
-        if (typeof event.type !== 'string')
-            throw new Error(`an event without type: ${line}`);
-        return event;
-    });
+    return output
+        .split('\n')
+        .slice(0, -1)
+        .map((line) => {
+            const event = JSON.parse(line);
+            if (typeof event.type !== 'string') throw new Error(`an event without type: ${line}`);
+            return event;
+        });
 }
 
 function commandLineArgument([name, value]) {
@@ -19,17 +21,12 @@ function commandLineArgument([name, value]) {
 
 function commandLineOptions({ page, choose = [], wait, until, open, trace, pretty }) {
     const options = [];
-    if (page !== undefined)
-        options.push('--page', page);
-    for (const path of choose)
-        options.push('--choose', path);
-    if (wait !== undefined)
-        options.push('--wait', `${wait}`);
-    if (until !== undefined)
-        options.push('--until', until);
+    if (page !== undefined) options.push('--page', page);
+    for (const path of choose) options.push('--choose', path);
+    if (wait !== undefined) options.push('--wait', `${wait}`);
+    if (until !== undefined) options.push('--until', until);
     for (const [name, on] of Object.entries({ open, trace, pretty })) {
-        if (on)
-            options.push(`--${name}`);
+        if (on) options.push(`--${name}`);
     }
     return options;
 }
@@ -47,7 +44,8 @@ export async function runAssistant(root, args, options = {}) {
 export async function runCommand(root, command, args = {}, options = {}) {
     const { env, directory, timeoutMs = TIMEOUT, ...programOptions } = options;
     const words = [
-        ...commandLineOptions(programOptions), command,
+        ...commandLineOptions(programOptions),
+        command,
         ...Object.entries(args).map(commandLineArgument),
     ];
     const end = await root.run([PROGRAM, ...words], { env, directory, timeoutMs });
@@ -117,15 +115,21 @@ export class Session {
     /** Lets the program process events for that many milliseconds. */
     async wait(milliseconds) {
         await this.sendLine(JSON.stringify({ wait: milliseconds }));
-        return this.#claim(({ type }) => type === 'waited', 'the end of a wait',
-            milliseconds + TIMEOUT);
+        return this.#claim(
+            ({ type }) => type === 'waited',
+            'the end of a wait',
+            milliseconds + TIMEOUT,
+        );
     }
 
     /** Lets the program itself wait for a callback; the event has timeout: true when none came. */
     async until(callback, milliseconds) {
         await this.sendLine(JSON.stringify({ until: callback, timeout: milliseconds }));
-        return this.#claim(({ type }) => type === 'waited', `the end of a wait for ${callback}`,
-            milliseconds + TIMEOUT);
+        return this.#claim(
+            ({ type }) => type === 'waited',
+            `the end of a wait for ${callback}`,
+            milliseconds + TIMEOUT,
+        );
     }
 
     /** The trace events of one type, in order. */
@@ -144,8 +148,7 @@ export class Session {
     #take(chunk) {
         this.#rest = Buffer.concat([this.#rest, chunk]);
         const end = this.#rest.lastIndexOf('\n') + 1;
-        if (end === 0)
-            return;
+        if (end === 0) return;
         const lines = this.#rest.subarray(0, end).toString('utf8');
         this.#rest = this.#rest.subarray(end);
         try {
@@ -156,23 +159,26 @@ export class Session {
     }
 
     async #claim(belongs, what, timeoutMs) {
-        const found = await waitFor(() => {
-            this.#throwFault();
-            const index = this.events.findIndex(
-                (event, at) => !this.#claimed.has(at) && belongs(event));
-            if (index >= 0) {
-                this.#claimed.add(index);
-                return this.events[index];
-            }
-            if (this.#process.hasEnded)
-                throw new Error(`assistantctl ended before ${what}: ${this.#process.stderr}`);
-            return null;
-        }, { timeoutMs, what });
+        const found = await waitFor(
+            () => {
+                this.#throwFault();
+                const index = this.events.findIndex(
+                    (event, at) => !this.#claimed.has(at) && belongs(event),
+                );
+                if (index >= 0) {
+                    this.#claimed.add(index);
+                    return this.events[index];
+                }
+                if (this.#process.hasEnded)
+                    throw new Error(`assistantctl ended before ${what}: ${this.#process.stderr}`);
+                return null;
+            },
+            { timeoutMs, what },
+        );
         return found;
     }
 
     #throwFault() {
-        if (this.#fault)
-            throw this.#fault;
+        if (this.#fault) throw this.#fault;
     }
 }

@@ -35,14 +35,33 @@ async function standInProgram(script) {
 test('the driver passes options and arguments as the command line wants them', async () => {
     await standInProgram('#!/bin/bash\nprintf "%s\\n" "$@" >&2\nexit 3\n');
     const options = {
-        page: 'child', choose: ['/tmp/a', '/tmp/b'], wait: 5, until: 'tip', open: true, trace: true,
+        page: 'child',
+        choose: ['/tmp/a', '/tmp/b'],
+        wait: 5,
+        until: 'tip',
+        open: true,
+        trace: true,
     };
     const end = await runCommand(root, 'router', { page: 'a b', n: 1, list: ['x'] }, options);
     expect(end.status).toBe(3);
     expect(end.answer).toBeUndefined();
     expect(end.stderr.split('\n').slice(0, -1)).toEqual([
-        '--page', 'child', '--choose', '/tmp/a', '--choose', '/tmp/b', '--wait', '5',
-        '--until', 'tip', '--open', '--trace', 'router', 'page=a b', 'n:=1', 'list:=["x"]',
+        '--page',
+        'child',
+        '--choose',
+        '/tmp/a',
+        '--choose',
+        '/tmp/b',
+        '--wait',
+        '5',
+        '--until',
+        'tip',
+        '--open',
+        '--trace',
+        'router',
+        'page=a b',
+        'n:=1',
+        'list:=["x"]',
     ]);
 });
 
@@ -63,8 +82,9 @@ test('a session matches answers, callbacks and errors to what asked for them', a
 test('a session that dies tells so instead of waiting for its time', async () => {
     await standInProgram('#!/bin/bash\nread -r line\necho gone >&2\nexit 5\n');
     const session = Session.start(root);
-    await expect(session.send({ command: 'any' })).rejects
-        .toThrow(/ended before the answer.*gone/s);
+    await expect(session.send({ command: 'any' })).rejects.toThrow(
+        /ended before the answer.*gone/s,
+    );
 });
 
 test('output that is no event is a fault', () => {

@@ -17,7 +17,9 @@ await dbus-send --session --dest=org.freedesktop.DBus --print-reply / \
  * what they print goes to a log. The result can be given to runCommand and Session.start.
  */
 export async function beside(root, script) {
-    await root.writeFile(LAUNCHER, `#!/bin/bash
+    await root.writeFile(
+        LAUNCHER,
+        `#!/bin/bash
 # Waits until the condition (a command) holds, for a minute at most.
 await() {
     local end=$((SECONDS + 60))
@@ -33,7 +35,8 @@ exec 3>&1 4>&2 >> ${LOG} 2>&1 5<&0 < /dev/null
 ${script}
 exec >&3 2>&4 <&5 3>&- 4>&- 5<&-
 "$@"
-`);
+`,
+    );
     const launched = (command) => ['bash', LAUNCHER, ...command];
     return {
         run: (command, options) => root.run(launched(command), options),

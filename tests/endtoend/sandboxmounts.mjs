@@ -8,12 +8,10 @@ const COPY_LIMIT = 64 * 1024;
 export function systemMounts() {
     const args = [];
     for (const name of ['usr', 'etc', 'var', 'sys']) {
-        if (fs.existsSync(`/${name}`))
-            args.push('--ro-bind', `/${name}`, `/${name}`);
+        if (fs.existsSync(`/${name}`)) args.push('--ro-bind', `/${name}`, `/${name}`);
     }
     for (const name of fs.readdirSync('/')) {
-        if (!/^s?bin$|^lib/.test(name))
-            continue;
+        if (!/^s?bin$|^lib/.test(name)) continue;
         const target = fs.lstatSync(`/${name}`).isSymbolicLink()
             ? ['--symlink', fs.readlinkSync(`/${name}`)]
             : ['--ro-bind', `/${name}`];
@@ -43,8 +41,7 @@ export function copySuite(source, target) {
         const stat = fs.statSync(from);
         if (stat.isDirectory()) {
             fs.mkdirSync(to, { recursive: true });
-            for (const name of fs.readdirSync(from))
-                copy(path.join(relative, name));
+            for (const name of fs.readdirSync(from)) copy(path.join(relative, name));
         } else if (stat.size >= COPY_LIMIT) {
             fs.writeFileSync(to, '');
             large.set(relative, fs.realpathSync(from));
@@ -62,8 +59,7 @@ export function removeTree(directory) {
     const openUp = (folder) => {
         fs.chmodSync(folder, 0o700);
         for (const entry of fs.readdirSync(folder, { withFileTypes: true })) {
-            if (entry.isDirectory())
-                openUp(path.join(folder, entry.name));
+            if (entry.isDirectory()) openUp(path.join(folder, entry.name));
         }
     };
     openUp(directory);

@@ -8,8 +8,7 @@ function killIfThere(pid) {
     try {
         process.kill(pid, 'SIGKILL');
     } catch (error) {
-        if (error.code !== 'ESRCH')
-            throw error;
+        if (error.code !== 'ESRCH') throw error;
     }
 }
 
@@ -28,8 +27,9 @@ export class SandboxProcess {
     /** args: bubblewrap's own arguments and, behind "--", the command. */
     constructor(args, description) {
         this.#description = description;
-        this.#child = spawn('bwrap', ['--info-fd', '3', ...args],
-            { stdio: ['pipe', 'pipe', 'pipe', 'pipe'] });
+        this.#child = spawn('bwrap', ['--info-fd', '3', ...args], {
+            stdio: ['pipe', 'pipe', 'pipe', 'pipe'],
+        });
         this.#firstProcess = this.#readFirstProcess(this.#child.stdio[3]);
         // A process may end before it has read its input; its status tells, not this write.
         this.#child.stdin.on('error', () => {});
@@ -60,8 +60,11 @@ export class SandboxProcess {
     }
 
     get isRunning() {
-        return this.#child.pid !== undefined && this.#child.exitCode === null
-            && this.#child.signalCode === null;
+        return (
+            this.#child.pid !== undefined &&
+            this.#child.exitCode === null &&
+            this.#child.signalCode === null
+        );
     }
 
     /** Whether it has ended and all that it had printed has been read. */
@@ -99,16 +102,10 @@ export class SandboxProcess {
             await this.kill();
             throw new Error(`${this.#description} did not end in ${timeoutMs} ms\n${this.#tail()}`);
         }
-        if (this.#spawnError)
-            throw this.#spawnError;
+        if (this.#spawnError) throw this.#spawnError;
         if (this.#overflow)
             throw new Error(`${this.#description} printed more than ${OUTPUT_LIMIT} bytes`);
-        return {
-            ...end,
-            stdout: this.stdout,
-            stdoutBytes: this.stdoutBytes,
-            stderr: this.stderr,
-        };
+        return { ...end, stdout: this.stdout, stdoutBytes: this.stdoutBytes, stderr: this.stderr };
     }
 
     /**
@@ -117,8 +114,7 @@ export class SandboxProcess {
      */
     async kill() {
         const firstProcess = await this.#firstProcess;
-        if (this.isRunning && firstProcess)
-            killIfThere(firstProcess);
+        if (this.isRunning && firstProcess) killIfThere(firstProcess);
         await this.#ended;
     }
 
@@ -126,16 +122,14 @@ export class SandboxProcess {
     async #readFirstProcess(stream) {
         let information = '';
         stream.on('error', () => {});
-        for await (const chunk of stream)
-            information += chunk;
+        for await (const chunk of stream) information += chunk;
         return information === '' ? undefined : JSON.parse(information)['child-pid'];
     }
 
     #collect(name, chunk) {
         this.#size += chunk.length;
         if (this.#size > OUTPUT_LIMIT) {
-            if (!this.#overflow)
-                this.kill();
+            if (!this.#overflow) this.kill();
             this.#overflow = true;
             return;
         }

@@ -49,8 +49,7 @@ export class SandboxRoot {
         const root = new SandboxRoot(user, env);
         try {
             root.#hidePrograms(hide);
-            if (suite)
-                root.#addSuite();
+            if (suite) root.#addSuite();
         } catch (error) {
             await root.dispose();
             throw error;
@@ -70,12 +69,18 @@ export class SandboxRoot {
         fs.mkdirSync(this.hostPath(this.home), { recursive: true });
         fs.mkdirSync(this.hostPath(runtime), { recursive: true, mode: 0o700 });
         this.#environment = {
-            HOME: this.home, USER: user, LOGNAME: user, SHELL: '/bin/bash', PATH,
-            LANG: 'C.UTF-8', TZ: 'UTC', XDG_RUNTIME_DIR: runtime, ...env,
+            HOME: this.home,
+            USER: user,
+            LOGNAME: user,
+            SHELL: '/bin/bash',
+            PATH,
+            LANG: 'C.UTF-8',
+            TZ: 'UTC',
+            XDG_RUNTIME_DIR: runtime,
+            ...env,
         };
         for (const name of PASSED_ON) {
-            if (process.env[name])
-                this.#environment[name] = process.env[name];
+            if (process.env[name]) this.#environment[name] = process.env[name];
         }
         this.#writeAccounts();
     }
@@ -104,8 +109,7 @@ export class SandboxRoot {
         this.#boundFiles.delete(path.posix.normalize(inside));
         fs.rmSync(host, { force: true });
         fs.writeFileSync(host, content);
-        if (mode !== undefined)
-            fs.chmodSync(host, mode);
+        if (mode !== undefined) fs.chmodSync(host, mode);
     }
 
     async readFile(inside, encoding = 'utf8') {
@@ -142,22 +146,23 @@ export class SandboxRoot {
     /** A fake that writes down its arguments for callsOf, prints output and ends with status. */
     async recordingFake(name, { output = '', status = 0 } = {}) {
         await this.writeFile(`/fakecalls/${name}.output`, output);
-        await this.fake(name, `#!/bin/bash
+        await this.fake(
+            name,
+            `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
 cat /fakecalls/${name}.output
 exit ${status}
-`);
+`,
+        );
     }
 
     /** The argument lists with which a recording fake was called, in order. */
     async callsOf(name) {
         const host = this.hostPath(`/fakecalls/${name}`);
-        if (!fs.existsSync(host))
-            return [];
+        if (!fs.existsSync(host)) return [];
         const words = fs.readFileSync(host, 'utf8').split('\0').slice(0, -1);
         const calls = [];
-        while (words.length > 0)
-            calls.push(words.splice(0, Number(words.shift())));
+        while (words.length > 0) calls.push(words.splice(0, Number(words.shift())));
         return calls;
     }
 
@@ -194,31 +199,46 @@ exit ${status}
     }
 
     async dispose() {
-        for (const started of this.#processes)
-            await started.kill();
+        for (const started of this.#processes) await started.kill();
         this.#processes.clear();
         removeTree(this.#directory);
     }
 
     #sandboxArguments(env, directory) {
         const args = [
-            '--unshare-user', '--uid', `${this.userId}`, '--gid', `${this.userId}`,
-            '--cap-drop', 'ALL', '--unshare-pid', '--unshare-net', '--unshare-ipc',
-            '--unshare-uts', '--hostname', 'sandbox', '--die-with-parent', '--new-session',
-            ...systemMounts(), '--tmpfs', '/var/log', '--tmpfs', '/var/tmp',
-            '--proc', '/proc', '--dev', '/dev',
+            '--unshare-user',
+            '--uid',
+            `${this.userId}`,
+            '--gid',
+            `${this.userId}`,
+            '--cap-drop',
+            'ALL',
+            '--unshare-pid',
+            '--unshare-net',
+            '--unshare-ipc',
+            '--unshare-uts',
+            '--hostname',
+            'sandbox',
+            '--die-with-parent',
+            '--new-session',
+            ...systemMounts(),
+            '--tmpfs',
+            '/var/log',
+            '--tmpfs',
+            '/var/tmp',
+            '--proc',
+            '/proc',
+            '--dev',
+            '/dev',
         ];
         for (const name of ['passwd', 'group'])
             args.push('--ro-bind', path.join(this.#directory, name), `/etc/${name}`);
-        for (const [seen, host] of this.#mountPoints)
-            args.push('--bind', host, seen);
+        for (const [seen, host] of this.#mountPoints) args.push('--bind', host, seen);
         args.push('--ro-bind', SCRIPTS, '/scripts', ...this.#extraMounts);
-        for (const [inside, host] of this.#boundFiles)
-            args.push('--ro-bind', host, inside);
+        for (const [inside, host] of this.#boundFiles) args.push('--ro-bind', host, inside);
         args.push('--remount-ro', '/', '--chdir', directory, '--clearenv');
         for (const [name, value] of Object.entries({ ...this.#environment, ...env })) {
-            if (value !== undefined)
-                args.push('--setenv', name, value);
+            if (value !== undefined) args.push('--setenv', name, value);
         }
         return args;
     }
@@ -229,8 +249,7 @@ exit ${status}
                 throw new Error(`only programs of ${HIDABLE} can be hidden, not ${program}`);
         }
         const installed = hide.filter((program) => fs.existsSync(program));
-        if (installed.length === 0)
-            return;
+        if (installed.length === 0) return;
         const names = installed.map((program) => path.posix.basename(program));
         const links = path.join(this.#directory, 'programs');
         directoryWithout(HIDABLE, names, '/systemprograms', links);

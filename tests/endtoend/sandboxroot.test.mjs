@@ -24,19 +24,22 @@ test('what a program writes is seen by the test and by the next program', async 
 
 test('nothing of the machine can be written or found at home', async () => {
     root = await SandboxRoot.create();
-    const script = 'for d in / /usr /etc /var /usr/bin; do touch $d/x && echo wrote $d; done;'
-        + ' ls -A ~ /tmp; ls -A /usr/share/applications /var/log';
+    const script =
+        'for d in / /usr /etc /var /usr/bin; do touch $d/x && echo wrote $d; done;' +
+        ' ls -A ~ /tmp; ls -A /usr/share/applications /var/log';
     const { stdout } = await root.run(['bash', '-c', script]);
     expect(stdout).toBe('/home/user:\n\n/tmp:\n/usr/share/applications:\n\n/var/log:\nvyrlog\n');
     expect(fs.existsSync('/x')).toBe(false);
 });
 
-test.each([['user', 1000, '/home/user'], ['root', 0, '/root']])(
-    'the user %s has its own id and home', async (user, id, home) => {
-        root = await SandboxRoot.create({ user });
-        const { stdout } = await root.run(['bash', '-c', 'id -un; id -u; echo $USER; pwd; echo ~']);
-        expect(stdout).toBe(`${user}\n${id}\n${user}\n${home}\n${home}\n`);
-    });
+test.each([
+    ['user', 1000, '/home/user'],
+    ['root', 0, '/root'],
+])('the user %s has its own id and home', async (user, id, home) => {
+    root = await SandboxRoot.create({ user });
+    const { stdout } = await root.run(['bash', '-c', 'id -un; id -u; echo $USER; pwd; echo ~']);
+    expect(stdout).toBe(`${user}\n${id}\n${user}\n${home}\n${home}\n`);
+});
 
 test('a file without read permission cannot be read, whoever runs the tests', async () => {
     root = await SandboxRoot.create({ user: 'root' });
@@ -47,9 +50,21 @@ test('a file without read permission cannot be read, whoever runs the tests', as
 test('the environment holds nothing of the tests’ own, no bus and no display', async () => {
     root = await SandboxRoot.create({ env: { EXTRA: '1' } });
     const { stdout } = await root.run(['env'], { env: { LANG: 'C', SHELL: undefined } });
-    const names = stdout.trim().split('\n').map((line) => line.split('=')[0]).sort();
+    const names = stdout
+        .trim()
+        .split('\n')
+        .map((line) => line.split('=')[0])
+        .sort();
     expect(names.filter((name) => !name.endsWith('SAN_OPTIONS'))).toEqual([
-        'EXTRA', 'HOME', 'LANG', 'LOGNAME', 'PATH', 'PWD', 'TZ', 'USER', 'XDG_RUNTIME_DIR',
+        'EXTRA',
+        'HOME',
+        'LANG',
+        'LOGNAME',
+        'PATH',
+        'PWD',
+        'TZ',
+        'USER',
+        'XDG_RUNTIME_DIR',
     ]);
     expect(stdout).toContain('LANG=C\n');
 });
@@ -57,7 +72,10 @@ test('the environment holds nothing of the tests’ own, no bus and no display',
 test('only the loopback network is there', async () => {
     root = await SandboxRoot.create();
     const { stdout } = await root.run(['cat', '/proc/net/dev']);
-    const names = stdout.split('\n').slice(2, -1).map((line) => line.trim().split(':')[0]);
+    const names = stdout
+        .split('\n')
+        .slice(2, -1)
+        .map((line) => line.trim().split(':')[0]);
     expect(names).toEqual(['lo']);
 });
 

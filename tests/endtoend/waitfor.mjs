@@ -5,10 +5,8 @@ export async function waitFor(condition, { timeoutMs = 60_000, what = 'the condi
     const end = Date.now() + timeoutMs;
     for (;;) {
         const value = await condition();
-        if (value)
-            return value;
-        if (Date.now() >= end)
-            throw new Error(`${what} did not come true in ${timeoutMs} ms`);
+        if (value) return value;
+        if (Date.now() >= end) throw new Error(`${what} did not come true in ${timeoutMs} ms`);
         await pause(20);
     }
 }

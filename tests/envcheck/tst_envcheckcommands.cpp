@@ -2,8 +2,8 @@
 #include <QUrl>
 
 #include "bridge/ktoolmanager.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 #include "tests/support/suiteprogram.h"
 

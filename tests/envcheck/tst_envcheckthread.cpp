@@ -7,8 +7,8 @@
 #include <unistd.h>
 
 #include "tests/envcheck/recordingcheckpage.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/suiteprogram.h"
 
 using OfficeAssiant::EnvironmentCheck;

@@ -8,21 +8,21 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/documentfonts.h"
-#include "programs/missingfonts/ooxml/slide/presentationproperties.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
 #include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
+#include "programs/missingfonts/ooxml/slide/presentationproperties.h"
 #include "programs/missingfonts/ooxml/slide/slidetemplate.h"
 #include "programs/missingfonts/ooxml/slide/slidetext.h"
-#include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/word/wordfonttable.h"
 #include "programs/missingfonts/ooxml/word/wordnumbering.h"
 #include "programs/missingfonts/ooxml/word/wordsettings.h"
 #include "programs/missingfonts/ooxml/word/wordstyles.h"
 #include "programs/missingfonts/ooxml/word/wordtext.h"
+#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/xml/xmlscanner.h"
 
 namespace {

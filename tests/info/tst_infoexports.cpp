@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "tests/support/fakeprograms.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 using testsupport::FakePrograms;

@@ -7,8 +7,8 @@
 #include "info/kinfohelp.h"
 #include "info/runcommand.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
+#include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
 using testsupport::FakePrograms;

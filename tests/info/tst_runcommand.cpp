@@ -7,9 +7,9 @@
 #include <unistd.h>
 
 #include "info/runcommand.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/nomoredescriptors.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
 

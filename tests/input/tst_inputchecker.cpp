@@ -4,8 +4,8 @@
 #include <QTranslator>
 
 #include "tests/input/inputmachinetest.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 namespace {

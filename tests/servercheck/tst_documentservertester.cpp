@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 
 #include "servercheck/documentservertester.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/loopbackserver.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 using namespace OfficeAssiant;

@@ -11,9 +11,9 @@
 #include "bridge/kvyrassistanttoolapi.h"
 #include "helio/headless/headlesspage.h"
 #include "servercheck/documentservertester.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/loopbackserver.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
 using namespace OfficeAssiant;

@@ -6,8 +6,8 @@
 #include <atomic>
 #include <limits>
 
-#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/hostevents.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 
 namespace {
 

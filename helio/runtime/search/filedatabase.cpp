@@ -14,8 +14,8 @@
 #include <unistd.h>
 
 #include "helio/runtime/processes/descriptor.h"
-#include "helio/runtime/search/searchlocations.h"
 #include "helio/runtime/processes/spawn.h"
+#include "helio/runtime/search/searchlocations.h"
 #include "helio/runtime/search/unsearchedmounts.h"
 
 namespace helio {

@@ -57,7 +57,10 @@ export function toBase64Text(value: string): string {
 
 /** The non-empty, trimmed pieces of a list that was joined with "|". */
 export function joinedList(result: unknown): string[] {
-    return text(result).split('|').map((piece) => piece.trim()).filter((piece) => piece !== '');
+    return text(result)
+        .split('|')
+        .map((piece) => piece.trim())
+        .filter((piece) => piece !== '');
 }
 
 /** The values of an object keyed "1", "2", … in that order. */
@@ -70,5 +73,6 @@ export function numberedLines(result: unknown): string[] {
 /** An object whose members are all text. */
 export function textTable(result: unknown): Record<string, string> {
     return Object.fromEntries(
-        Object.entries(members(result)).map(([name, value]) => [name, text(value)]));
+        Object.entries(members(result)).map(([name, value]) => [name, text(value)]),
+    );
 }

@@ -32,7 +32,8 @@ export type { ViewType } from './windowcommands';
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {
     const caller = new Caller(host);
     const notices = new Notices(target, (name, reason) =>
-        console.warn(`An unreadable ${name} notice was left out: ${reason}`));
+        console.warn(`An unreadable ${name} notice was left out: ${reason}`),
+    );
     return {
         get hasHost(): boolean {
             return caller.hasHost;

@@ -52,10 +52,10 @@ const notices = {
     searchFinished: { callback: 'searchfilefinish', decode: success },
     freshDump: { callback: 'freshcrshpageCallBack', decode: success },
     checkFinished: { callback: 'returnvyrenvcheck', decode: checkFinding },
-} as const satisfies Record<string, {
-    callback: CallbackName;
-    decode: (result: unknown) => unknown;
-}>;
+} as const satisfies Record<
+    string,
+    { callback: CallbackName; decode: (result: unknown) => unknown }
+>;
 
 export type NoticeName = keyof typeof notices;
 export type Notice<Name extends NoticeName> = ReturnType<(typeof notices)[Name]['decode']>;

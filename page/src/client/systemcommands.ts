@@ -50,7 +50,9 @@ function decimal(number: string): number | null {
 function processes(result: unknown): Process[] {
     const [table] = list(result);
     if (table === undefined) throw new UnreadableAnswer('no process table');
-    return numberedLines(table).filter((line) => line.trim() !== '').map(process);
+    return numberedLines(table)
+        .filter((line) => line.trim() !== '')
+        .map(process);
 }
 
 function machineMemory(result: unknown): MachineMemory {

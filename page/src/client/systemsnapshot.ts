@@ -26,9 +26,10 @@ export interface SystemSnapshot {
 
 const familyColumn = 40;
 const styleWords = new RegExp(
-    '\\s*((?:(?:Extra|Semi|Demi|Ultra)?[ -]?'
-        + '(?:Thin|Light|Regular|Book|Medium|Bold|Black|Heavy|Italic|Oblique|Condensed)\\s*)+'
-        + '(?:,.*)?)$');
+    '\\s*((?:(?:Extra|Semi|Demi|Ultra)?[ -]?' +
+        '(?:Thin|Light|Regular|Book|Medium|Bold|Black|Heavy|Italic|Oblique|Condensed)\\s*)+' +
+        '(?:,.*)?)$',
+);
 
 /**
  * A font line holds the family, padded to 40 bytes, and the style. A family that fills the column
@@ -56,7 +57,11 @@ function firstName(style: string): string {
 
 function fonts(result: unknown): Font[] {
     // Untrimmed pieces: the padding of the family column parts family from style.
-    const lines = new Set(text(result).split('|').filter((line) => line.trim() !== ''));
+    const lines = new Set(
+        text(result)
+            .split('|')
+            .filter((line) => line.trim() !== ''),
+    );
     return [...lines].map(font);
 }
 

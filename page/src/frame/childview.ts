@@ -15,7 +15,8 @@ export interface ViewActions {
  * asked for when the view closes, if only then it is known.
  */
 export function useChildView(
-    type: ViewType | (() => ViewType), actions: ViewActions = {},
+    type: ViewType | (() => ViewType),
+    actions: ViewActions = {},
 ): { close: () => void } {
     const client = useClient();
     const close = (): void => {

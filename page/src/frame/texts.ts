@@ -34,7 +34,10 @@ export function createTexts(start: Language, catalogueOf: (language: Language) =
 }
 
 export type Translate = (
-    key: string, values?: Record<string, string | number>, count?: number) => string;
+    key: string,
+    values?: Record<string, string | number>,
+    count?: number,
+) => string;
 
 /** The texts of the current language. */
 export function useTexts(): { t: Translate } {

@@ -1,8 +1,14 @@
 import { createApp, inject, reactive, watch, type Component, type InjectionKey } from 'vue';
 import { createClient, type Client } from '@/client';
 import {
-    applyPreferences, languageOf, parsePreferences, readPreferences, storageKey, surroundings,
-    writePreferences, type Preferences,
+    applyPreferences,
+    languageOf,
+    parsePreferences,
+    readPreferences,
+    storageKey,
+    surroundings,
+    writePreferences,
+    type Preferences,
 } from './preferences';
 import { createTexts, type Catalogue } from './texts';
 import { whenDrawn } from './whendrawn';
@@ -30,8 +36,10 @@ export function startView(view: Component, name: string): void {
     const client = createClient(() => window.helio, window);
     const preferences = reactive(readPreferences());
     const language = () => languageOf(preferences, surroundings());
-    const texts = createTexts(language(),
-        (wanted) => JSON.parse(window.pageTexts[wanted]) as Catalogue);
+    const texts = createTexts(
+        language(),
+        (wanted) => JSON.parse(window.pageTexts[wanted]) as Catalogue,
+    );
     const apply = (): void => {
         applyPreferences(preferences);
         texts.show(language());

@@ -34,5 +34,7 @@ export function textPieces(text: string): TextPiece[] {
 
 /** The same as plain text, for titles and for copying. */
 export function visibleText(text: string): string {
-    return textPieces(text).map((piece) => piece.text).join('');
+    return textPieces(text)
+        .map((piece) => piece.text)
+        .join('');
 }

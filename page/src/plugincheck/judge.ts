@@ -47,11 +47,17 @@ export function listedPlugIns(plugins: ArrayLike<Plugin>): PlugIn[] {
 }
 
 /** Old browsers do not know these by their Unicode class, so that they are listed here. */
-const unseen = new RegExp('[\\u0000-\\u001f\\u007f-\\u009f\\u00ad\\u061c\\u180e\\u200b-\\u200f'
-    + '\\u2028-\\u202e\\u2060-\\u206f\\ufeff\\ufff9-\\ufffb]', 'g');
+const unseen = new RegExp(
+    '[\\u0000-\\u001f\\u007f-\\u009f\\u00ad\\u061c\\u180e\\u200b-\\u200f' +
+        '\\u2028-\\u202e\\u2060-\\u206f\\ufeff\\ufff9-\\ufffb]',
+    'g',
+);
 
 /** Text from outside with characters that would not show, or mislead, named. */
 export function visibleText(text: string): string {
-    return text.replace(unseen, (character) =>
-        `⟨U+${`000${character.charCodeAt(0).toString(16).toUpperCase()}`.slice(-4)}⟩`);
+    return text.replace(
+        unseen,
+        (character) =>
+            `⟨U+${`000${character.charCodeAt(0).toString(16).toUpperCase()}`.slice(-4)}⟩`,
+    );
 }

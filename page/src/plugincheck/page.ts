@@ -37,7 +37,8 @@ function plugInItem(plugIn: PlugIn): HTMLElement {
 
 function resultText(plugIns: PlugIn[]): string {
     const lines = plugIns.map(({ name, description, file, types }) =>
-        visibleText([name, description, file, types.join(', ')].join(' | ')));
+        visibleText([name, description, file, types.join(', ')].join(' | ')),
+    );
     return [text(`verdict_${judgePlugIns(plugIns)}`), navigator.userAgent, ...lines].join('\n');
 }
 

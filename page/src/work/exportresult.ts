@@ -4,8 +4,5 @@ import { failureText, type Translate } from '../frame/texts';
 /** How an export of the system report ended, in a sentence. */
 export function exportResultText(t: Translate, outcome: Outcome<void>): string {
     if (outcome.kind === 'done') return t('export.done');
-    return failureText(t, outcome, {
-        failed: 'export.cancelled',
-        unanswered: 'export.notOpened',
-    });
+    return failureText(t, outcome, { failed: 'export.cancelled', unanswered: 'export.notOpened' });
 }

@@ -1,6 +1,9 @@
 /** Finds texts that hold every word of a query, whatever the case. */
 export function matcher(query: string): (...texts: string[]) => boolean {
-    const words = query.toLocaleLowerCase().split(/\s+/).filter((word) => word !== '');
+    const words = query
+        .toLocaleLowerCase()
+        .split(/\s+/)
+        .filter((word) => word !== '');
     return (...texts) => {
         const whole = texts.join('\n').toLocaleLowerCase();
         return words.every((word) => whole.includes(word));

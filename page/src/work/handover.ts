@@ -8,7 +8,8 @@ export type FeedbackOriginName = (typeof feedbackOrigins)[number];
 
 /** Goes on to the feedback view, which is told where the user comes from. */
 export function useHandOver(
-    origin: FeedbackOriginName, message: Ref<string>,
+    origin: FeedbackOriginName,
+    message: Ref<string>,
 ): { handOver: () => Promise<void>; handingOver: Ref<boolean> } {
     const { t } = useTexts();
     const client = useClient();
@@ -17,8 +18,8 @@ export function useHandOver(
         if (handingOver.value) return;
         handingOver.value = true;
         const remembered = await client.rememberFeedbackOrigin(origin);
-        const outcome = remembered.kind === 'done'
-            ? await client.openView('feedback.html', '') : remembered;
+        const outcome =
+            remembered.kind === 'done' ? await client.openView('feedback.html', '') : remembered;
         handingOver.value = false;
         if (outcome.kind !== 'done') message.value = failureText(t, outcome);
     }

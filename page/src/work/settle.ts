@@ -23,7 +23,8 @@ const pause = (milliseconds: number): Promise<void> =>
  * back after.
  */
 export async function readUntilSettled<Value>(
-    read: () => Promise<Outcome<Value>>, settling: Settling<Value>,
+    read: () => Promise<Outcome<Value>>,
+    settling: Settling<Value>,
 ): Promise<Outcome<boolean>> {
     const { reached, show, interval, stillReadings, mostReadings, wait = pause } = settling;
     let last = '';

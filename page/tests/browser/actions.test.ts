@@ -9,8 +9,9 @@ describe('the view of crash dumps', () => {
         play(named('crash'), async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
-            expect(await lastSent(view))
-                .toEqual([{ command: 'closechildwindow', args: { type: 'crash' } }]);
+            expect(await lastSent(view)).toEqual([
+                { command: 'closechildwindow', args: { type: 'crash' } },
+            ]);
         }));
 
     it('hands over to feedback, which is told where it comes from', () =>
@@ -29,8 +30,11 @@ describe('the view of crash dumps', () => {
             await button.dblclick();
             await sent(view, 'router');
             expect(await button.isDisabled()).toBe(true);
-            expect(await button.evaluate((element) => element.closest('[title]')!
-                .getAttribute('title'))).toBe('The feedback view is being opened');
+            expect(
+                await button.evaluate((element) =>
+                    element.closest('[title]')!.getAttribute('title'),
+                ),
+            ).toBe('The feedback view is being opened');
             const commands = (await sentCommands(view)).map(({ command }) => command);
             expect(commands.filter((name) => name === 'router')).toEqual(['router']);
         }));
@@ -57,21 +61,24 @@ describe('the environment check', () => {
         play(named('environmentcheck-never'), async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
-            expect(await lastSent(view))
-                .toEqual([{ command: 'closechildwindow', args: { type: 'vyrrunningcheck' } }]);
+            expect(await lastSent(view)).toEqual([
+                { command: 'closechildwindow', args: { type: 'vyrrunningcheck' } },
+            ]);
         }));
 
     it('does not start a second check while one runs', () =>
         play(named('environmentcheck-never'), async (view) => {
             await view.keyboard.press('F5');
             expect(await view.locator('.check-start .el-button--primary').isDisabled()).toBe(true);
-            expect(await view.locator('.check-start').getAttribute('title'))
-                .toContain('A check is under way');
-            const checks = (await sentCommands(view))
-                .filter(({ command }) => command === 'vyrenvcheck');
-            expect(checks).toEqual([{
-                command: 'vyrenvcheck', args: { type: 'libraries', app: 'vyr', arg: '' },
-            }]);
+            expect(await view.locator('.check-start').getAttribute('title')).toContain(
+                'A check is under way',
+            );
+            const checks = (await sentCommands(view)).filter(
+                ({ command }) => command === 'vyrenvcheck',
+            );
+            expect(checks).toEqual([
+                { command: 'vyrenvcheck', args: { type: 'libraries', app: 'vyr', arg: '' } },
+            ]);
         }));
 
     it('sends a check of one’s own as it was typed', () =>
@@ -80,31 +87,37 @@ describe('the environment check', () => {
             await view.locator('.check-fields input').nth(1).fill('-v');
             await view.keyboard.press('Enter');
             await sent(view, 'vyrenvcheck');
-            expect(await lastSent(view)).toEqual([{
-                command: 'vyrenvcheck', args: { type: 'own check', app: 'vyr', arg: '-v' },
-            }]);
+            expect(await lastSent(view)).toEqual([
+                { command: 'vyrenvcheck', args: { type: 'own check', app: 'vyr', arg: '-v' } },
+            ]);
         }));
 });
 
 describe('values from outside', () => {
     it('are text, never HTML', () =>
-        play(named('permissions', {
-            stratextractfileinfo: { result: {
-                '<img src=x onerror=alert(1)>': '<b>root</b>|g|110-100-100|1:1:1',
-                Orvane: 'root|root|110-000-000|1:1:1',
-            } },
-        }), async (view) => {
-            expect(await view.locator('.file-card img, .file-card b').count()).toBe(0);
-            await view.getByText('<b>root</b>', { exact: true }).waitFor();
-        }));
+        play(
+            named('permissions', {
+                stratextractfileinfo: {
+                    result: {
+                        '<img src=x onerror=alert(1)>': '<b>root</b>|g|110-100-100|1:1:1',
+                        Orvane: 'root|root|110-000-000|1:1:1',
+                    },
+                },
+            }),
+            async (view) => {
+                expect(await view.locator('.file-card img, .file-card b').count()).toBe(0);
+                await view.getByText('<b>root</b>', { exact: true }).waitFor();
+            },
+        ));
 });
 
 describe('the view of processes', () => {
     it('asks for nothing more while it is paused', () =>
         play(named('processes-table'), async (view) => {
             await view.clock.install();
-            const reads = (await sentCommands(view))
-                .filter(({ command }) => command === 'getcpuinfo').length;
+            const reads = (await sentCommands(view)).filter(
+                ({ command }) => command === 'getcpuinfo',
+            ).length;
             await view.keyboard.press('F5');
             await sent(view, 'getcpuinfo', reads + 1);
             const before = (await sentCommands(view)).length;
@@ -138,8 +151,9 @@ describe('the check-up', () => {
         play(named('home-findings'), async (view) => {
             await view.getByRole('button', { name: 'Open “Input method”' }).click();
             await sent(view, 'router');
-            expect(await lastSent(view)).toEqual(
-                [{ command: 'router', args: { page: 'inputmethod.html', type: '' } }]);
+            expect(await lastSent(view)).toEqual([
+                { command: 'router', args: { page: 'inputmethod.html', type: '' } },
+            ]);
             await view.evaluate(() => window.hiddentipCallBack!({ result: 'show' }));
             await view.locator('.veil').waitFor();
             await view.evaluate(() => window.hiddentipCallBack!({ result: 'hide' }));
@@ -148,8 +162,10 @@ describe('the check-up', () => {
 
     it('remembers what is ignored when the page is opened again', () =>
         play(named('home-ignored'), async (view) => {
-            const stored = () => view.waitForFunction(() =>
-                localStorage.getItem('assistant.ignoredFindings')?.includes('memoryFull'));
+            const stored = () =>
+                view.waitForFunction(() =>
+                    localStorage.getItem('assistant.ignoredFindings')?.includes('memoryFull'),
+                );
             await stored();
             await view.reload();
             await stored();

@@ -5,13 +5,16 @@ import { lastSent, open, play, sent, useBrowser } from './playing';
 
 const scenes = await allScenes();
 /** The scene that each view is introduced with. */
-const first = scenes.filter(({ name, page }) =>
-    !name.includes('-') && page !== 'vyrNpEnvCheck.html');
+const first = scenes.filter(
+    ({ name, page }) => !name.includes('-') && page !== 'vyrNpEnvCheck.html',
+);
 const children = first.filter(({ page }) => page !== 'index.html');
 
 /** What the library has to stop when a view closes; most need nothing. */
 const types: Record<string, string> = {
-    search: 'searchfile', crash: 'crash', environmentcheck: 'vyrrunningcheck',
+    search: 'searchfile',
+    crash: 'crash',
+    environmentcheck: 'vyrrunningcheck',
 };
 
 useBrowser();
@@ -20,14 +23,19 @@ useBrowser();
 function cutOff(view: ViewPage): Promise<string[]> {
     return view.evaluate(() => {
         const names = [...document.querySelectorAll<HTMLElement>('button, h1, h2, legend, label')]
-            .filter((element) => element.getClientRects().length > 0
-                && element.scrollWidth > element.clientWidth + 1 && element.clientWidth > 0
-                && !element.matches('.title-bar-title')
-                && getComputedStyle(element).display !== 'inline')
+            .filter(
+                (element) =>
+                    element.getClientRects().length > 0 &&
+                    element.scrollWidth > element.clientWidth + 1 &&
+                    element.clientWidth > 0 &&
+                    !element.matches('.title-bar-title') &&
+                    getComputedStyle(element).display !== 'inline',
+            )
             .map((element) => `cut off: ${element.innerText}`);
         const page = document.querySelector('main') ?? document.body;
         return page.scrollWidth > page.clientWidth + 1
-            ? [...names, `${page.scrollWidth} pixels in ${page.clientWidth}`] : names;
+            ? [...names, `${page.scrollWidth} pixels in ${page.clientWidth}`]
+            : names;
     });
 }
 
@@ -51,24 +59,34 @@ describe('Escape', () => {
         play(scene, async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
-            expect(await lastSent(view)).toEqual([{
-                command: 'closechildwindow', args: { type: types[scene.name] ?? '' },
-            }]);
-        }));
+            expect(await lastSent(view)).toEqual([
+                { command: 'closechildwindow', args: { type: types[scene.name] ?? '' } },
+            ]);
+        }),
+    );
 });
 
 describe('the keyboard', () => {
     it.each(first)('reaches every control of $name, with the focus in sight', (scene) =>
         play(scene, async (view) => {
             const wanted = await view.evaluate(() => {
-                const controls = [...document.querySelectorAll<HTMLElement>(
-                    'button, input, textarea, select, a[href], [tabindex]')];
+                const controls = [
+                    ...document.querySelectorAll<HTMLElement>(
+                        'button, input, textarea, select, a[href], [tabindex]',
+                    ),
+                ];
                 // Of the choices of one question, and of tabs, the keyboard reaches the chosen one.
-                const reachable = controls.filter((element) => element.tabIndex >= 0
-                    && !(element as HTMLButtonElement).disabled
-                    && element.getClientRects().length > 0
-                    && !(element instanceof HTMLInputElement && element.type === 'radio'
-                        && !element.checked));
+                const reachable = controls.filter(
+                    (element) =>
+                        element.tabIndex >= 0 &&
+                        !(element as HTMLButtonElement).disabled &&
+                        element.getClientRects().length > 0 &&
+                        !(
+                            element instanceof HTMLInputElement &&
+                            element.type === 'radio' &&
+                            !element.checked
+                        ),
+                );
                 reachable.forEach((element, index) => {
                     element.dataset.reach = String(index);
                 });
@@ -76,18 +94,24 @@ describe('the keyboard', () => {
             });
             const reached = new Set<string>();
             const hidden: string[] = [];
-            for (let presses = 0; presses < wanted * 2 + 10 && reached.size < wanted;) {
+            for (let presses = 0; presses < wanted * 2 + 10 && reached.size < wanted; ) {
                 presses += 1;
                 await view.keyboard.press('Tab');
                 const at = await view.evaluate(() => {
                     const element = document.activeElement as HTMLElement;
                     // The visible part of a control whose input is not seen, or its frame.
-                    const parts = [element, element.nextElementSibling,
-                        element.closest('.el-switch, .el-input__wrapper')];
-                    const marked = parts.some((part) => part !== null
-                        && (getComputedStyle(part).outlineStyle !== 'none'
-                            || (part.matches('.el-input__wrapper, .el-textarea__inner')
-                                && getComputedStyle(part).boxShadow !== 'none')));
+                    const parts = [
+                        element,
+                        element.nextElementSibling,
+                        element.closest('.el-switch, .el-input__wrapper'),
+                    ];
+                    const marked = parts.some(
+                        (part) =>
+                            part !== null &&
+                            (getComputedStyle(part).outlineStyle !== 'none' ||
+                                (part.matches('.el-input__wrapper, .el-textarea__inner') &&
+                                    getComputedStyle(part).boxShadow !== 'none')),
+                    );
                     return { reach: element.dataset.reach, marked, name: element.outerHTML };
                 });
                 if (at.reach === undefined) continue;
@@ -96,5 +120,6 @@ describe('the keyboard', () => {
             }
             expect(hidden).toEqual([]);
             expect(reached.size).toBe(wanted);
-        }));
+        }),
+    );
 });

@@ -5,9 +5,17 @@ import type { ViewPage } from './harness.mjs';
  * are no reason.
  */
 export function unexplained(view: ViewPage): Promise<string[]> {
-    return view.evaluate(() => [...document.querySelectorAll<HTMLElement>(
-        'button:disabled, input:disabled, textarea:disabled, [aria-disabled="true"]')]
-        .filter((element) => element.getClientRects().length > 0
-            && /^$|\(F5\)/.test(element.closest('[title]')?.getAttribute('title') ?? ''))
-        .map((element) => element.getAttribute('aria-label') ?? element.innerText));
+    return view.evaluate(() =>
+        [
+            ...document.querySelectorAll<HTMLElement>(
+                'button:disabled, input:disabled, textarea:disabled, [aria-disabled="true"]',
+            ),
+        ]
+            .filter(
+                (element) =>
+                    element.getClientRects().length > 0 &&
+                    /^$|\(F5\)/.test(element.closest('[title]')?.getAttribute('title') ?? ''),
+            )
+            .map((element) => element.getAttribute('aria-label') ?? element.innerText),
+    );
 }

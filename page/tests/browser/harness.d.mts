@@ -46,10 +46,14 @@ export type ViewPage = Page & { complaints: string[] };
 
 export const chromiumFlags: string[];
 export const chromiumPath: string;
-export function openView(browser: Browser, directory: string,
-    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost'>, options?: ViewOptions):
-    Promise<ViewPage>;
-export function sentCommands(page: Page):
-    Promise<{ command: string; args?: Record<string, unknown> }[]>;
+export function openView(
+    browser: Browser,
+    directory: string,
+    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost'>,
+    options?: ViewOptions,
+): Promise<ViewPage>;
+export function sentCommands(
+    page: Page,
+): Promise<{ command: string; args?: Record<string, unknown> }[]>;
 export function unexpectedCommands(page: Page): Promise<string[]>;
 export function accessibilityFindings(page: Page): Promise<string[]>;

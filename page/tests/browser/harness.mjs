@@ -16,8 +16,13 @@ import { pathToFileURL } from 'node:url';
 const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
 
 export const chromiumFlags = [
-    '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-    '--disable-background-networking', '--disable-component-update', '--disable-sync',
+    '--no-sandbox',
+    '--disable-gpu',
+    '--disable-quic',
+    '--no-first-run',
+    '--disable-background-networking',
+    '--disable-component-update',
+    '--disable-sync',
 ];
 
 /** Debian's package chromium, unless the environment names another one. */
@@ -44,8 +49,7 @@ function installHost({ theme, language, textSize, answers }) {
     const calls = {};
     window.sent = [];
     window.unexpected = [];
-    const wait = (milliseconds) =>
-        new Promise((resolve) => setTimeout(resolve, milliseconds));
+    const wait = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
     const lateIsOver = new Promise((resolve) => {
         window.answerLate = resolve;
     });
@@ -65,7 +69,8 @@ function installHost({ theme, language, textSize, answers }) {
             }
             calls[command] = (calls[command] ?? 0) + 1;
             const answer = Array.isArray(scripted)
-                ? scripted[Math.min(calls[command], scripted.length) - 1] : scripted;
+                ? scripted[Math.min(calls[command], scripted.length) - 1]
+                : scripted;
             const { never, late, refused, notices = [], ...envelope } = answer;
             if (never) return new Promise(() => undefined);
             if (late) await lateIsOver;
@@ -82,8 +87,13 @@ function installHost({ theme, language, textSize, answers }) {
  * warning, or throws, is gathered in `complaints` of the returned page.
  */
 export async function openView(browser, directory, scene, options = {}) {
-    const { theme = 'light', language = 'en_US', textSize = 100, width = 1000, height = 680 }
-        = options;
+    const {
+        theme = 'light',
+        language = 'en_US',
+        textSize = 100,
+        width = 1000,
+        height = 680,
+    } = options;
     const context = await browser.newContext({
         viewport: { width, height },
         // For a view without a host, which goes by the browser.
@@ -133,7 +143,8 @@ export async function accessibilityFindings(page) {
         const asShown = await window.axe.run(document, options);
         root.classList.toggle('dark');
         const otherTheme = await window.axe.run(document, {
-            ...options, runOnly: ['color-contrast'],
+            ...options,
+            runOnly: ['color-contrast'],
         });
         root.classList.toggle('dark');
         return [...asShown.violations, ...otherTheme.violations];
@@ -141,6 +152,9 @@ export async function accessibilityFindings(page) {
     return found
         .filter(({ impact }) => ['serious', 'critical'].includes(impact))
         .flatMap(({ id, help, nodes }) =>
-            nodes.map(({ target, failureSummary }) =>
-                `${id}: ${help} at ${target.join(' ')} (${failureSummary})`));
+            nodes.map(
+                ({ target, failureSummary }) =>
+                    `${id}: ${help} at ${target.join(' ')} (${failureSummary})`,
+            ),
+        );
 }

@@ -7,8 +7,14 @@ import { play, useBrowser } from './playing';
 const scenes = await allScenes();
 
 /** The first scene of each view of the window; the plug-in check opens elsewhere. */
-const first = [...new Map(scenes.filter(({ page }) => page !== 'vyrNpEnvCheck.html')
-    .reverse().map((scene) => [scene.page, scene])).values()];
+const first = [
+    ...new Map(
+        scenes
+            .filter(({ page }) => page !== 'vyrNpEnvCheck.html')
+            .reverse()
+            .map((scene) => [scene.page, scene]),
+    ).values(),
+];
 
 useBrowser();
 
@@ -16,14 +22,19 @@ describe('the language', () => {
     it.each(first)('of $page changes at once and back again', (scene) =>
         play(scene, async (view) => {
             const name = scene.page === 'index.html' ? 'home' : scene.page.replace('.html', '');
-            const titles = [english, chinese].map(({ views }) =>
-                views[name as keyof typeof views].title);
+            const titles = [english, chinese].map(
+                ({ views }) => views[name as keyof typeof views].title,
+            );
             await view.getByRole('button', { name: english.settings.title, exact: true }).click();
-            for (const [language, title] of [['zh-CN', titles[1]], ['en', titles[0]]] as const) {
+            for (const [language, title] of [
+                ['zh-CN', titles[1]],
+                ['en', titles[0]],
+            ] as const) {
                 await view.locator(`input[name="language"][value="${language}"]`).check();
                 await view.getByText(title!, { exact: true }).first().waitFor();
                 expect(await view.title()).toBe(title);
                 expect(await view.locator('html').getAttribute('lang')).toBe(language);
             }
-        }));
+        }),
+    );
 });

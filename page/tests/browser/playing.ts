@@ -1,8 +1,14 @@
 import { chromium, type Browser } from 'playwright-core';
 import { afterAll, beforeAll, expect, inject } from 'vitest';
 import { allScenes } from './allscenes';
-import { openView, sentCommands, type Answer, type Scene, type ViewOptions, type ViewPage }
-    from './harness.mjs';
+import {
+    openView,
+    sentCommands,
+    type Answer,
+    type Scene,
+    type ViewOptions,
+    type ViewPage,
+} from './harness.mjs';
 
 const scenes = await allScenes();
 
@@ -29,9 +35,7 @@ export function open(scene: Scene, options?: ViewOptions): Promise<ViewPage> {
 }
 
 /** Plays a scene until it shows what it should, and goes on with `test`. */
-export async function play(
-    scene: Scene, test: (view: ViewPage) => Promise<void>,
-): Promise<void> {
+export async function play(scene: Scene, test: (view: ViewPage) => Promise<void>): Promise<void> {
     const view = await open(scene);
     await scene.act?.(view);
     await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
@@ -46,7 +50,11 @@ export async function lastSent(view: ViewPage, count = 1) {
 
 /** Waits for the command, with a bound, because keys and clicks act in their own time. */
 export async function sent(view: ViewPage, command: string, times = 1): Promise<void> {
-    await view.waitForFunction(([name, count]) =>
-        (window as unknown as { sent: { command: string }[] }).sent
-            .filter((one) => one.command === name).length >= count, [command, times] as const);
+    await view.waitForFunction(
+        ([name, count]) =>
+            (window as unknown as { sent: { command: string }[] }).sent.filter(
+                (one) => one.command === name,
+            ).length >= count,
+        [command, times] as const,
+    );
 }

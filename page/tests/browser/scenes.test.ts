@@ -31,8 +31,9 @@ describe('in Chromium, the scene', () => {
 
 describe('every view', () => {
     it('has scenes', () => {
-        const pages = readdirSync(inject('builtPage'))
-            .filter((file) => file.endsWith('.html') && file !== 'waiting.html');
+        const pages = readdirSync(inject('builtPage')).filter(
+            (file) => file.endsWith('.html') && file !== 'waiting.html',
+        );
         expect([...new Set(scenes.map(({ page }) => page))].sort()).toEqual(pages.sort());
     });
 });

@@ -21,7 +21,8 @@ async function streamHits(count: number): Promise<void> {
     const base64 = (text: string): string =>
         btoa(String.fromCharCode(...new TextEncoder().encode(text)));
     const digits = Array.from({ length: 1000 }, (_, index) =>
-        base64(String(index).padStart(3, '0')));
+        base64(String(index).padStart(3, '0')),
+    );
     const [before, after, folder] = [base64('report 报告 N'), base64('.docx'), base64('/home/us/')];
     const { port1, port2 } = new MessageChannel();
     let sent = 0;
@@ -34,7 +35,7 @@ async function streamHits(count: number): Promise<void> {
     };
     await new Promise<void>((resolve) => {
         port2.onmessage = () => {
-            for (const end = Math.min(sent + hitsInTask, count); sent < end;) deliver();
+            for (const end = Math.min(sent + hitsInTask, count); sent < end; ) deliver();
             if (sent < count) {
                 port1.postMessage(0);
             } else {
@@ -49,17 +50,20 @@ async function streamHits(count: number): Promise<void> {
 /** The search view with a search under way. */
 async function openSearch(): Promise<Page> {
     const view = await openView(browser, inject('builtPage'), {
-        page: 'search.html', answers: { startsearchfile: {} },
+        page: 'search.html',
+        answers: { startsearchfile: {} },
     });
     await view.fill('.search-keyword input', 'report');
     await view.keyboard.press('Enter');
-    await view.waitForFunction(() =>
-        (window as unknown as { sent: unknown[] }).sent.length > 0);
+    await view.waitForFunction(() => (window as unknown as { sent: unknown[] }).sent.length > 0);
     return view;
 }
 
 async function complete(): Promise<void> {
-    await page.getByText('The search is complete.').filter({ visible: true }).first()
+    await page
+        .getByText('The search is complete.')
+        .filter({ visible: true })
+        .first()
         .waitFor({ timeout: 120_000 });
 }
 
@@ -82,31 +86,43 @@ beforeEach(async () => {
 afterEach(() => page.context().close());
 
 describe('100,000 hits', () => {
-    it('arrive while the page goes on drawing and is scrolled', async () => {
-        await page.evaluate(keepScrolling);
-        await page.evaluate(streamHits, hitCount);
-        const frames = await page.getAttribute('.hit-scroller', 'data-frames');
-        await complete();
-        await page.getByText('100,000 found').first().waitFor();
-        expect(Number(frames)).toBeGreaterThan(5);
-    }, mostMs);
+    it(
+        'arrive while the page goes on drawing and is scrolled',
+        async () => {
+            await page.evaluate(keepScrolling);
+            await page.evaluate(streamHits, hitCount);
+            const frames = await page.getAttribute('.hit-scroller', 'data-frames');
+            await complete();
+            await page.getByText('100,000 found').first().waitFor();
+            expect(Number(frames)).toBeGreaterThan(5);
+        },
+        mostMs,
+    );
 
-    it('arrive into a list that is being sorted and filtered', async () => {
-        const stream = page.evaluate(streamHits, hitCount);
-        await page.waitForSelector('.search-results');
-        await page.check('input[value="name"]');
-        await page.fill('.search-filter input', 'docx 9');
-        await stream;
-        await complete();
-        await page.getByText('of 100,000').first().waitFor();
-    }, mostMs);
+    it(
+        'arrive into a list that is being sorted and filtered',
+        async () => {
+            const stream = page.evaluate(streamHits, hitCount);
+            await page.waitForSelector('.search-results');
+            await page.check('input[value="name"]');
+            await page.fill('.search-filter input', 'docx 9');
+            await stream;
+            await complete();
+            await page.getByText('of 100,000').first().waitFor();
+        },
+        mostMs,
+    );
 
-    it('are sorted and filtered once they are there', async () => {
-        await page.evaluate(streamHits, hitCount);
-        await complete();
-        await page.check('input[value="name"]');
-        await page.getByText('report 报告 N000000.docx').first().waitFor({ timeout: 60_000 });
-        await page.fill('.search-filter input', 'N099999');
-        await page.getByText('1 of 100,000').first().waitFor({ timeout: 60_000 });
-    }, mostMs);
+    it(
+        'are sorted and filtered once they are there',
+        async () => {
+            await page.evaluate(streamHits, hitCount);
+            await complete();
+            await page.check('input[value="name"]');
+            await page.getByText('report 报告 N000000.docx').first().waitFor({ timeout: 60_000 });
+            await page.fill('.search-filter input', 'N099999');
+            await page.getByText('1 of 100,000').first().waitFor({ timeout: 60_000 });
+        },
+        mostMs,
+    );
 });

@@ -24,7 +24,9 @@ export default async function setup(project: TestProject): Promise<() => Promise
     const env = { ...process.env, NODE_ENV: 'production', VITEST: '' };
     execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: root, env });
     const server = await chromium.launchServer({
-        executablePath: chromiumPath, args: chromiumFlags, timeout: 30_000,
+        executablePath: chromiumPath,
+        args: chromiumFlags,
+        timeout: 30_000,
     });
     project.provide('builtPage', directory);
     project.provide('browserAddress', server.wsEndpoint());

@@ -16,14 +16,17 @@ async function closesAs(view: ViewPage, type: string): Promise<void> {
 
 describe('the desktop shortcuts', () => {
     it('are put back only after the question, and then listed until they rest', () =>
-        play(named('shortcuts-asking', { fixfouricon: { result: 'success' } }),
-            async (view) => {
-                expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
-                await view.click('.ask-once-confirm');
-                await view.getByText('Repaired, checked again').first().waitFor();
-                expect(await sentNames(view)).toEqual(['getdesktopiconfile', 'fixfouricon',
-                    'getdesktopiconfile', 'getdesktopiconfile']);
-            }));
+        play(named('shortcuts-asking', { fixfouricon: { result: 'success' } }), async (view) => {
+            expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
+            await view.click('.ask-once-confirm');
+            await view.getByText('Repaired, checked again').first().waitFor();
+            expect(await sentNames(view)).toEqual([
+                'getdesktopiconfile',
+                'fixfouricon',
+                'getdesktopiconfile',
+                'getdesktopiconfile',
+            ]);
+        }));
 
     it('are put back as the integrated one when that is chosen', () =>
         play(named('shortcuts', { fixoneicon: { result: 'success' } }), async (view) => {
@@ -49,12 +52,15 @@ describe('the associations', () => {
         play(named('associations-no-tools'), async (view) => {
             for (const [name, reason] of [
                 ['Repair…', 'Repairing needs the desktop'],
-                ['Copy text', 'The desktop\'s tool for document types is missing'],
+                ['Copy text', "The desktop's tool for document types is missing"],
             ]) {
                 const button = view.getByRole('button', { name });
                 expect(await button.isDisabled()).toBe(true);
-                expect(await button.evaluate((element) =>
-                    element.closest('[title]')?.getAttribute('title'))).toContain(reason);
+                expect(
+                    await button.evaluate((element) =>
+                        element.closest('[title]')?.getAttribute('title'),
+                    ),
+                ).toContain(reason);
             }
             await view.getByText('need repair').waitFor({ state: 'detached' });
         }));
@@ -63,8 +69,9 @@ describe('the associations', () => {
         play(named('associations'), async (view) => {
             const button = view.locator('.ask-once-start');
             expect(await button.isDisabled()).toBe(true);
-            expect(await view.locator('.ask-once > span').getAttribute('title'))
-                .toContain('in order already');
+            expect(await view.locator('.ask-once > span').getAttribute('title')).toContain(
+                'in order already',
+            );
         }));
 
     it('are copied as text with unseen characters named', () =>
@@ -81,11 +88,16 @@ describe('the associations', () => {
 describe('the documents', () => {
     it('are sent as the path that was chosen, in base64', () =>
         play(named('missingfonts-found'), async (view) => {
-            expect(await lastSent(view)).toEqual([{
-                command: 'comparefont',
-                args: { filepath: Buffer.from('/home/user/Documents/report.docx')
-                    .toString('base64') },
-            }]);
+            expect(await lastSent(view)).toEqual([
+                {
+                    command: 'comparefont',
+                    args: {
+                        filepath: Buffer.from('/home/user/Documents/report.docx').toString(
+                            'base64',
+                        ),
+                    },
+                },
+            ]);
             await view.click('text=Go on to feedback');
             await sent(view, 'router');
             expect(await lastSent(view, 2)).toEqual([
@@ -118,9 +130,13 @@ describe('the updater', () => {
             await view.evaluate(() => {
                 const { helio } = window;
                 const stored = { result: { channel2: 'beta' } };
-                window.helio = { ...helio!, call: (command, args) =>
-                    (command === 'getupdateconfig' ? Promise.resolve(stored)
-                        : helio!.call(command, args)) };
+                window.helio = {
+                    ...helio!,
+                    call: (command, args) =>
+                        command === 'getupdateconfig'
+                            ? Promise.resolve(stored)
+                            : helio!.call(command, args),
+                };
             });
             await view.keyboard.press('Enter');
             await view.getByText('Saved, read again.').first().waitFor();
@@ -158,11 +174,11 @@ describe('the updater', () => {
 
 describe('the document server', () => {
     it('gets what the preview shows', () =>
-        play(named('server-form', { openremoveurlcheck: { result: 'success' } }),
-            async (view) => {
-                await view.click('.server-send button');
-                await sent(view, 'openremoveurlcheck');
-                expect(await lastSent(view)).toEqual([{
+        play(named('server-form', { openremoveurlcheck: { result: 'success' } }), async (view) => {
+            await view.click('.server-send button');
+            await sent(view, 'openremoveurlcheck');
+            expect(await lastSent(view)).toEqual([
+                {
                     command: 'openremoveurlcheck',
                     args: {
                         urlpath: 'https://server.example/save',
@@ -170,8 +186,9 @@ describe('the document server', () => {
                         reqheader: 'X-Session:12 34',
                         reqtable: 'documentId:文档',
                     },
-                }]);
-            }));
+                },
+            ]);
+        }));
 
     it('gets nothing while a row cannot be sent', () =>
         play(named('server-separator'), async (view) => {
@@ -200,31 +217,41 @@ describe('the file search', () => {
         play(named('search-stopped'), async (view) => {
             expect((await lastSent(view))[0]?.args).toEqual({ keyword: '' });
             // The list has drawn again when this answers, so a late hit would be in it.
-            await view.evaluate(() => new Promise((resolve) =>
-                requestAnimationFrame(() => requestAnimationFrame(resolve))));
+            await view.evaluate(
+                () =>
+                    new Promise((resolve) =>
+                        requestAnimationFrame(() => requestAnimationFrame(resolve)),
+                    ),
+            );
             expect(await view.locator('.hit-row').count()).toBe(3);
         }));
 
     it('drops the hits of the search before, until the host has taken the new one', () =>
-        play(named('search-late', {
-            startsearchfile: [{}, {
-                late: true,
-                notices: [
-                    { callback: 'startsearchfileCallBack', result: { bmV3: 'Lw==' } },
-                    { callback: 'searchfilefinish', result: 'success' },
+        play(
+            named('search-late', {
+                startsearchfile: [
+                    {},
+                    {
+                        late: true,
+                        notices: [
+                            { callback: 'startsearchfileCallBack', result: { bmV3: 'Lw==' } },
+                            { callback: 'searchfilefinish', result: 'success' },
+                        ],
+                    },
                 ],
-            }],
-        }), async (view) => {
-            await view.keyboard.press('F5');
-            await sent(view, 'startsearchfile', 2);
-            await view.evaluate(() => {
-                window.startsearchfileCallBack!({ result: { [btoa('old')]: btoa('/') } });
-                window.searchfilefinish!({ result: 'success' });
-                window.answerLate();
-            });
-            await view.getByText('The search is complete. 1 found').first().waitFor();
-            expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);
-        }));
+            }),
+            async (view) => {
+                await view.keyboard.press('F5');
+                await sent(view, 'startsearchfile', 2);
+                await view.evaluate(() => {
+                    window.startsearchfileCallBack!({ result: { [btoa('old')]: btoa('/') } });
+                    window.searchfilefinish!({ result: 'success' });
+                    window.answerLate();
+                });
+                await view.getByText('The search is complete. 1 found').first().waitFor();
+                expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);
+            },
+        ));
 });
 
 describe('feedback', () => {
@@ -236,20 +263,22 @@ describe('feedback', () => {
             await view.click('.extras .el-switch >> nth=2');
             await view.click('.summary-panel .el-button--primary');
             await sent(view, 'archivepackage');
-            expect(await lastSent(view)).toEqual([{
-                command: 'archivepackage',
-                args: {
-                    archiveType: 'print',
-                    archiveDescribe: 'Two\nlines',
-                    archiveSample: '/home/user/Documents/report.docx',
-                    archiveAttach1: '/home/user/screen one.png',
-                    archiveAttach2: '/home/user/r\u202Eeport.docx',
-                    archiveAttach3: '/tmp/report.docx',
-                    archiveSysInfo: 'true',
-                    archiveVyrInfo: false,
-                    archiveDumpInfo: true,
+            expect(await lastSent(view)).toEqual([
+                {
+                    command: 'archivepackage',
+                    args: {
+                        archiveType: 'print',
+                        archiveDescribe: 'Two\nlines',
+                        archiveSample: '/home/user/Documents/report.docx',
+                        archiveAttach1: '/home/user/screen one.png',
+                        archiveAttach2: '/home/user/r\u202Eeport.docx',
+                        archiveAttach3: '/tmp/report.docx',
+                        archiveSysInfo: 'true',
+                        archiveVyrInfo: false,
+                        archiveDumpInfo: true,
+                    },
                 },
-            }]);
+            ]);
         }));
 
     it('takes no fourth attachment, and says why', () =>
@@ -270,8 +299,13 @@ describe('feedback', () => {
 
     it.each([
         ['its button', (view: ViewPage) => view.click('.title-bar-button.closing')],
-        ['the window', (view: ViewPage) => view.evaluate(() =>
-            void dispatchEvent(new Event('helioclose', { cancelable: true })))],
+        [
+            'the window',
+            (view: ViewPage) =>
+                view.evaluate(
+                    () => void dispatchEvent(new Event('helioclose', { cancelable: true })),
+                ),
+        ],
     ])('warns of that when %s closes it, too', (_, close) =>
         play(named('feedback'), async (view) => {
             await view.fill('textarea', 'The third page is empty.');
@@ -280,7 +314,8 @@ describe('feedback', () => {
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await close(view);
             await sent(view, 'closechildwindow');
-        }));
+        }),
+    );
 
     it('warns again before it loses what was written after the first warning', () =>
         play(named('feedback-unsaved'), async (view) => {

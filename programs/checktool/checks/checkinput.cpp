@@ -4,8 +4,8 @@
 #include <array>
 
 #include "programs/checktool/checks/checks.h"
-#include "programs/checktool/machine/inputplugins.h"
 #include "programs/checktool/libraries/libraryclosure.h"
+#include "programs/checktool/machine/inputplugins.h"
 #include "programs/checktool/machine/runningprograms.h"
 #include "programs/checktool/machine/words.h"
 

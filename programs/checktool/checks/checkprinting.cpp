@@ -1,6 +1,6 @@
 #include "programs/checktool/checks/checks.h"
-#include "programs/checktool/printing/printservice.h"
 #include "programs/checktool/machine/words.h"
+#include "programs/checktool/printing/printservice.h"
 
 namespace standin {
 

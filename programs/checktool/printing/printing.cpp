@@ -14,8 +14,8 @@
 
 #include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/machine.h"
-#include "programs/checktool/printing/printingprofile.h"
 #include "programs/checktool/machine/words.h"
+#include "programs/checktool/printing/printingprofile.h"
 
 namespace standin {
 

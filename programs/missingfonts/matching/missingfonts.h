@@ -5,8 +5,8 @@
 
 #include <QStringList>
 
-#include "programs/missingfonts/matching/fontmatcher.h"
 #include "programs/missingfonts/common/fontusage.h"
+#include "programs/missingfonts/matching/fontmatcher.h"
 
 namespace standin {
 

@@ -1,8 +1,8 @@
 #include "programs/missingfonts/ole/oledocument.h"
 
-#include "programs/missingfonts/ole/compoundfile.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/fontusage.h"
+#include "programs/missingfonts/ole/compoundfile.h"
 #include "programs/missingfonts/ole/olefonts.h"
 
 namespace standin {

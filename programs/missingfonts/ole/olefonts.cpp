@@ -5,10 +5,10 @@
 #include <QString>
 
 #include "programs/missingfonts/common/bytes.h"
-#include "programs/missingfonts/ole/compoundfile.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/fontusage.h"
 #include "programs/missingfonts/common/limits.h"
+#include "programs/missingfonts/ole/compoundfile.h"
 
 namespace standin {
 

@@ -3,9 +3,9 @@
 #include <string_view>
 #include <utility>
 
-#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
+#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmlhandler.h"

@@ -55,16 +55,26 @@ async function fillHome() {
 }
 
 beforeAll(async () => {
-    root = await SandboxRoot.create({ suite: true, env: { DBUS_SESSION_BUS_ADDRESS: 'disabled:' } });
+    root = await SandboxRoot.create({
+        suite: true,
+        env: { DBUS_SESSION_BUS_ADDRESS: 'disabled:' },
+    });
     await installSuite();
     await fillHome();
     root.bind(fs.realpathSync(process.execPath), '/tests/node');
     root.bind(path.join(REPOSITORY, 'node_modules'), '/tests/node_modules');
     root.bind(path.join(REPOSITORY, 'tests/endtoend'), '/tests/endtoend');
-    run = await root.run(['/tests/node', '/tests/endtoend/bridge/insidesandbox.mjs',
-        JSON.stringify(STEPS)], { timeoutMs: LONGEST_RUN });
-    outcomes = new Map(run.stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line))
-        .map((outcome) => [outcome.command, outcome]));
+    run = await root.run(
+        ['/tests/node', '/tests/endtoend/bridge/insidesandbox.mjs', JSON.stringify(STEPS)],
+        { timeoutMs: LONGEST_RUN },
+    );
+    outcomes = new Map(
+        run.stdout
+            .split('\n')
+            .filter(Boolean)
+            .map((line) => JSON.parse(line))
+            .map((outcome) => [outcome.command, outcome]),
+    );
 }, LONGEST_RUN);
 
 afterAll(async () => root.dispose());
@@ -88,11 +98,9 @@ describe('a page of the window reaches', () => {
         }
         if (answer.holds)
             expect(answer.holds(outcome.envelope.result), JSON.stringify(outcome)).toBe(true);
-        else
-            expect(outcome.envelope).toEqual(answer);
+        else expect(outcome.envelope).toEqual(answer);
         if (callback)
             expect(outcome.told).toContainEqual({ callback: callback.name, ...callback.told });
-        if (callback?.before)
-            expect(outcome.told).toContainEqual(callback.before);
+        if (callback?.before) expect(outcome.told).toContainEqual(callback.before);
     });
 });

@@ -9,8 +9,13 @@ import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
 import { waitFor } from '../waitfor.mjs';
 
-const CALLBACKS = ['hiddentipCallBack', 'startsearchfileCallBack', 'searchfilefinish',
-    'freshcrshpageCallBack', 'returnvyrenvcheck'];
+const CALLBACKS = [
+    'hiddentipCallBack',
+    'startsearchfileCallBack',
+    'searchfilefinish',
+    'freshcrshpageCallBack',
+    'returnvyrenvcheck',
+];
 const HOME = 'index.html';
 const PATIENCE = { timeoutMs: 90_000 };
 
@@ -25,12 +30,13 @@ const listen = `void ${JSON.stringify(CALLBACKS)}.forEach((name) => {
 
 /** Writes a file that the command waits for, or waits for a file that it writes or removes. */
 async function bringAbout({ write, file, gone }) {
-    if (write)
-        fs.writeFileSync(write, 'x');
+    if (write) fs.writeFileSync(write, 'x');
     if (file) {
         const [name, text] = file;
-        await waitFor(() => fs.existsSync(name) && fs.readFileSync(name, 'utf8').includes(text),
-            { what: `${text} in ${name}`, ...PATIENCE });
+        await waitFor(() => fs.existsSync(name) && fs.readFileSync(name, 'utf8').includes(text), {
+            what: `${text} in ${name}`,
+            ...PATIENCE,
+        });
     }
     if (gone)
         await waitFor(() => !fs.existsSync(gone), { what: `the end of ${gone}`, ...PATIENCE });
@@ -66,8 +72,7 @@ class Pages {
             return { end: await this.#program.waitForExit() };
         }
         const answer = page.call(command, args);
-        for (const [title, path] of choose)
-            await this.#answerDialog(title, path);
+        for (const [title, path] of choose) await this.#answerDialog(title, path);
         const envelope = await answer;
         await bringAbout(effects);
         if (callback) {
@@ -82,9 +87,10 @@ class Pages {
         await this.#display.focused(dialog);
         await this.#display.act('key', 'ctrl+a', 'type', '--delay', '5', path);
         await this.#display.act('key', 'Return');
-        await waitFor(async () =>
-            !(await this.#display.windows(['--name', `^${title}`])).includes(dialog),
-        { what: `the end of the dialog ${title}` });
+        await waitFor(
+            async () => !(await this.#display.windows(['--name', `^${title}`])).includes(dialog),
+            { what: `the end of the dialog ${title}` },
+        );
     }
 }
 

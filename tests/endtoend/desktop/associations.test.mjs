@@ -16,8 +16,10 @@ async function prepare(options = {}) {
     await root?.dispose();
     root = await SandboxRoot.create({ suite: true, ...options });
     await installEntries(root);
-    await root.writeFile('/usr/share/applications/other.desktop',
-        '[Desktop Entry]\nType=Application\nName=Other\nExec=true %f\n');
+    await root.writeFile(
+        '/usr/share/applications/other.desktop',
+        '[Desktop Entry]\nType=Application\nName=Other\nExec=true %f\n',
+    );
 }
 
 beforeEach(async () => prepare());
@@ -27,21 +29,25 @@ afterEach(async () => {
     root = undefined;
 });
 
-const list = async (command, options) => (await runCommand(root, command, {}, options)).answer.result;
+const list = async (command, options) =>
+    (await runCommand(root, command, {}, options)).answer.result;
 const repair = (options) => runCommand(root, 'fileassorepair', {}, options);
 /** What the desktop does by itself when a package has been added. */
 const updateDatabase = () => root.run(['update-mime-database', MIME]);
 const shown = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
 /** The answer in which every suffix has what value gives for its tag and itself. */
-const everySuffix = (value) => TAGS.map((tag) => Object.fromEntries(
-    SUFFIXES[tag].map((suffix) => [suffix, value(tag, suffix)])));
+const everySuffix = (value) =>
+    TAGS.map((tag) =>
+        Object.fromEntries(SUFFIXES[tag].map((suffix) => [suffix, value(tag, suffix)])),
+    );
 
 describe('a repair with the real desktop tools', () => {
     test('before it nothing is the suite’s', async () => {
         const types = await list('getassomime');
         expect(types.map((application) => Object.keys(application).length)).toEqual([13, 14, 12]);
         expect(types[0]['.docx']).toBe(
-            'application/vnd.openxmlformats-officedocument.wordprocessingml.document|false');
+            'application/vnd.openxmlformats-officedocument.wordprocessingml.document|false',
+        );
         expect(types[0]['.doc']).toBe('application/msword|false');
         const opened = await list('getassoopen');
         for (const value of [...types, ...opened].flatMap(Object.values))
@@ -52,11 +58,17 @@ describe('a repair with the real desktop tools', () => {
         await root.makeDirectory(`${MIME}/packages`);
         const end = await repair({ trace: true });
         expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
-        expect(end.events[0]).toMatchObject({ type: 'started', detached: true,
-            arguments: ['/suite/office/asso_template'], workingDirectory: '' });
+        expect(end.events[0]).toMatchObject({
+            type: 'started',
+            detached: true,
+            arguments: ['/suite/office/asso_template'],
+            workingDirectory: '',
+        });
         expect((await root.stat(PACKAGE)).mode & 0o777).toBe(0o550);
         expect((await updateDatabase()).status).toBe(0);
-        expect(await list('getassomime')).toEqual(everySuffix((_, suffix) => `${typeOf(suffix)}|true`));
+        expect(await list('getassomime')).toEqual(
+            everySuffix((_, suffix) => `${typeOf(suffix)}|true`),
+        );
     });
 
     test('it makes the suite open what the desktop knew before and after its update', async () => {
@@ -105,8 +117,10 @@ describe('a repair with the real desktop tools', () => {
         await root.writeFile('/home/user/graph.dot', 'digraph { a -> b }\n');
         await root.writeFile('/home/user/words.pot', 'msgid ""\nmsgstr ""\n');
         await root.writeFile('/home/user/page.doc', '<html><body>saved as .doc</body></html>');
-        const type = async (file) => (await root.run(
-            ['gio', 'info', '-a', 'standard::content-type', file])).stdout.match(/content-type: (.*)/)[1];
+        const type = async (file) =>
+            (await root.run(['gio', 'info', '-a', 'standard::content-type', file])).stdout.match(
+                /content-type: (.*)/,
+            )[1];
         expect(await type('/home/user/graph.dot')).toBe('text/vnd.graphviz');
         expect(await type('/home/user/words.pot')).toBe('text/x-gettext-translation-template');
         expect(await type('/home/user/page.doc')).toBe(typeOf('.doc'));
@@ -128,16 +142,27 @@ describe('a repair', () => {
 
     test('without a staging directory answers success and starts nothing', async () => {
         const end = await repair({ trace: true, env: { HELIO_SUITE_HOME: '/proc/none' } });
-        expect(end.events).toEqual([{ type: 'answer', id: null, page: 'main',
-            command: 'fileassorepair', result: 'success' }]);
+        expect(end.events).toEqual([
+            {
+                type: 'answer',
+                id: null,
+                page: 'main',
+                command: 'fileassorepair',
+                result: 'success',
+            },
+        ]);
     });
 
     test('on a full disk answers success', async () => {
         root.smallDisk(MIME, 16 * 1024);
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             mkdir ${MIME}/packages
             head -c 1000000 /dev/zero > ${MIME}/filling 2> /dev/null
-            /suite/office/assistantctl fileassorepair; ls ${MIME}/packages`]);
+            /suite/office/assistantctl fileassorepair; ls ${MIME}/packages`,
+        ]);
         expect(end.stdout).toContain('"result":"success"');
         expect(end.stdout).not.toContain('Override.xml');
     });
@@ -152,10 +177,16 @@ describe('a listing', () => {
 
     test('without a staging directory has no result', async () => {
         for (const command of ['getassomime', 'getassoopen']) {
-            const end = await runCommand(root, command, {},
-                { env: { HELIO_SUITE_HOME: '/proc/none' } });
-            expect(end).toMatchObject({ status: 0,
-                events: [{ type: 'answer', id: null, page: 'main', command }] });
+            const end = await runCommand(
+                root,
+                command,
+                {},
+                { env: { HELIO_SUITE_HOME: '/proc/none' } },
+            );
+            expect(end).toMatchObject({
+                status: 0,
+                events: [{ type: 'answer', id: null, page: 'main', command }],
+            });
             expect(end.answer).not.toHaveProperty('result');
         }
     });

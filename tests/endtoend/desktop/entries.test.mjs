@@ -24,8 +24,10 @@ const valueOf = (entry, key) => entry.match(new RegExp(`^${key}=(.*)$`, 'm'))?.[
 test('there are nine, which a validator accepts without a word', async () => {
     expect(Object.keys(suiteEntries())).toEqual(NAMES.map((name) => `vyr-office-${name}.desktop`));
     for (const name of NAMES) {
-        const end = await root.run(
-            ['desktop-file-validate', `/suite/desktops/vyr-office-${name}.desktop`]);
+        const end = await root.run([
+            'desktop-file-validate',
+            `/suite/desktops/vyr-office-${name}.desktop`,
+        ]);
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
     }
 });
@@ -38,19 +40,28 @@ test('each has names in both languages, an icon and a program that exist', () =>
         names.add(valueOf(entry, 'Name'));
         expect(fs.existsSync(valueOf(entry, 'Icon')), file).toBe(true);
         fs.accessSync(valueOf(entry, 'TryExec'), fs.constants.X_OK);
-        expect(valueOf(entry, 'Exec')).toBe(`"${path.join(SUITE, 'office/opencomponent')}" ${
-            valueOf(entry, 'Exec').split(' ').at(-2)} %F`);
+        expect(valueOf(entry, 'Exec')).toBe(
+            `"${path.join(SUITE, 'office/opencomponent')}" ${valueOf(entry, 'Exec')
+                .split(' ')
+                .at(-2)} %F`,
+        );
     }
     expect(names.size).toBe(9);
 });
 
 test('those of writer, spreadsheets and presentations open the suite’s types', () => {
     const entries = suiteEntries();
-    const typesOf = (name) => (valueOf(entries[`vyr-office-${name}.desktop`], 'MimeType') ?? '')
-        .split(';').filter(Boolean).sort();
+    const typesOf = (name) =>
+        (valueOf(entries[`vyr-office-${name}.desktop`], 'MimeType') ?? '')
+            .split(';')
+            .filter(Boolean)
+            .sort();
     for (const tag of ['vyr', 'tbl', 'shw'])
-        expect(typesOf(tag)).toEqual(SAMPLES.filter((sample) => sample.tag === tag)
-            .map(({ suffix }) => typeOf(suffix)).sort());
+        expect(typesOf(tag)).toEqual(
+            SAMPLES.filter((sample) => sample.tag === tag)
+                .map(({ suffix }) => typeOf(suffix))
+                .sort(),
+        );
     expect(typesOf('tessaly')).toEqual(SAMPLES.map(({ suffix }) => typeOf(suffix)).sort());
     expect(typesOf('pdf')).toEqual([]);
 });
@@ -64,16 +75,21 @@ async function click(name, ...documents) {
     await root.makeDirectory(DESKTOP);
     await runCommand(root, 'fixfouricon');
     const shortcut = `${DESKTOP}/vyr-office-${name}.desktop`;
-    await root.writeFile(shortcut,
-        (await root.readFile(shortcut)).replaceAll(SUITE, '/suite'), { mode: 0o755 });
+    await root.writeFile(shortcut, (await root.readFile(shortcut)).replaceAll(SUITE, '/suite'), {
+        mode: 0o755,
+    });
     return root.run(['bash', '-c', LAUNCH, 'launch', shortcut, ...documents]);
 }
 
 test('a shortcut starts the suite’s program with the documents', async () => {
-    await root.writeFile('/opt/orvane/office/tbl', `#!/bin/bash
+    await root.writeFile(
+        '/opt/orvane/office/tbl',
+        `#!/bin/bash
 printf '%s\\n' "$@" > ${OPENED}.new
 mv ${OPENED}.new ${OPENED}
-`, { mode: 0o755 });
+`,
+        { mode: 0o755 },
+    );
     await root.writeFile('/home/user/my sheet.xlsx', '');
     await click('tbl', '/home/user/my sheet.xlsx');
     expect(await root.readFile(OPENED)).toBe('/home/user/my sheet.xlsx\n');
@@ -84,8 +100,9 @@ test('without the suite a shortcut says what is missing and what to do', async (
     expect(end.status).toBe(1);
     expect(end.stderr).toMatch(/program "vyr" is not on this machine/);
     expect(end.stderr).toMatch(/Install the office suite, or open/);
-    const chinese = await root.run(['/suite/office/opencomponent', 'vyrpdf'],
-        { env: { LANG: 'zh_CN.UTF-8' } });
+    const chinese = await root.run(['/suite/office/opencomponent', 'vyrpdf'], {
+        env: { LANG: 'zh_CN.UTF-8' },
+    });
     expect(chinese.stderr).toMatch(/“vyrpdf”不在此计算机上/);
 });
 

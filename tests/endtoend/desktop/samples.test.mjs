@@ -15,15 +15,22 @@ const hasOfficeSuite = fs.existsSync('/usr/bin/soffice');
 
 /** The type by content alone; of Open XML, macros and templates do not show in it. */
 const CONTENT = {
-    '.doc': 'application/msword', '.dot': 'application/msword',
-    '.xls': 'application/vnd.ms-excel', '.xlt': 'application/vnd.ms-excel',
-    '.ppt': 'application/vnd.ms-powerpoint', '.pps': 'application/vnd.ms-powerpoint',
-    '.pot': 'application/vnd.ms-powerpoint', '.rtf': 'text/rtf',
+    '.doc': 'application/msword',
+    '.dot': 'application/msword',
+    '.xls': 'application/vnd.ms-excel',
+    '.xlt': 'application/vnd.ms-excel',
+    '.ppt': 'application/vnd.ms-powerpoint',
+    '.pps': 'application/vnd.ms-powerpoint',
+    '.pot': 'application/vnd.ms-powerpoint',
+    '.rtf': 'text/rtf',
 };
 const FAMILIES = {
-    doc: 'wordprocessingml.document', dot: 'wordprocessingml.document',
-    xls: 'spreadsheetml.sheet', xlt: 'spreadsheetml.sheet',
-    ppt: 'presentationml.presentation', pps: 'presentationml.presentation',
+    doc: 'wordprocessingml.document',
+    dot: 'wordprocessingml.document',
+    xls: 'spreadsheetml.sheet',
+    xlt: 'spreadsheetml.sheet',
+    ppt: 'presentationml.presentation',
+    pps: 'presentationml.presentation',
     pot: 'presentationml.presentation',
 };
 
@@ -60,10 +67,27 @@ async function repairTypes() {
 
 /** Converts into a format in which the text can be read as it is; gives the texts by file name. */
 async function convert(files, format, target = '/tmp/converted') {
-    await output(['soffice', '-env:UserInstallation=file:///tmp/profile', '--headless',
-        '--convert-to', format, '--outdir', target, ...files], { timeoutMs: 200_000 });
-    return Object.fromEntries(await Promise.all((await root.list(target)).map(
-        async (name) => [name, await root.readFile(`${target}/${name}`)])));
+    await output(
+        [
+            'soffice',
+            '-env:UserInstallation=file:///tmp/profile',
+            '--headless',
+            '--convert-to',
+            format,
+            '--outdir',
+            target,
+            ...files,
+        ],
+        { timeoutMs: 200_000 },
+    );
+    return Object.fromEntries(
+        await Promise.all(
+            (await root.list(target)).map(async (name) => [
+                name,
+                await root.readFile(`${target}/${name}`),
+            ]),
+        ),
+    );
 }
 
 describe('the sample documents', () => {
@@ -76,35 +100,48 @@ describe('the sample documents', () => {
 
     test('have none of the suite’s types before the repair, and each its own after it', async () => {
         const files = SAMPLES.map(({ suffix }) => `${FOLDER}/vyr${suffix}`);
-        for (const type of await desktopTypes(files))
-            expect(type).not.toContain('vyr-office');
+        for (const type of await desktopTypes(files)) expect(type).not.toContain('vyr-office');
         await repairTypes();
         const expected = SAMPLES.map(({ suffix }) => typeOf(suffix));
         expect(await desktopTypes(files)).toEqual(expected);
         // What a terminal's user asks hands on to GIO on such a desktop.
         const env = { XDG_CURRENT_DESKTOP: 'GNOME' };
         for (const suffix of ['.dot', '.pot', '.vyr', '.rtf'])
-            expect((await output(['xdg-mime', 'query', 'filetype', `${FOLDER}/vyr${suffix}`],
-                { env })).trim()).toBe(typeOf(suffix));
+            expect(
+                (
+                    await output(['xdg-mime', 'query', 'filetype', `${FOLDER}/vyr${suffix}`], {
+                        env,
+                    })
+                ).trim(),
+            ).toBe(typeOf(suffix));
     });
 
-    test.runIf(hasOfficeSuite)('of public formats are read by an office suite', async () => {
-        const formats = { vyr: 'fodt', tbl: 'fods', shw: 'fodp' };
-        for (const [tag, format] of Object.entries(formats)) {
-            const suffixes = SUFFIXES[tag].filter((suffix) => contentType(suffix)
-                !== 'application/zip');
-            const files = [];
-            for (const suffix of suffixes) {
-                files.push(`/tmp/${tag}${suffix.slice(1)}${suffix}`);
-                await root.writeFile(files.at(-1), await root.readFile(`${FOLDER}/vyr${suffix}`, null));
+    test.runIf(hasOfficeSuite)(
+        'of public formats are read by an office suite',
+        async () => {
+            const formats = { vyr: 'fodt', tbl: 'fods', shw: 'fodp' };
+            for (const [tag, format] of Object.entries(formats)) {
+                const suffixes = SUFFIXES[tag].filter(
+                    (suffix) => contentType(suffix) !== 'application/zip',
+                );
+                const files = [];
+                for (const suffix of suffixes) {
+                    files.push(`/tmp/${tag}${suffix.slice(1)}${suffix}`);
+                    await root.writeFile(
+                        files.at(-1),
+                        await root.readFile(`${FOLDER}/vyr${suffix}`, null),
+                    );
+                }
+                const texts = await convert(files, format, `/tmp/${tag}`);
+                expect(Object.keys(texts).sort()).toEqual(
+                    suffixes.map((suffix) => `${tag}${suffix.slice(1)}.${format}`).sort(),
+                );
+                for (const [name, text] of Object.entries(texts))
+                    expect(text.includes(TEXT), name).toBe(true);
             }
-            const texts = await convert(files, format, `/tmp/${tag}`);
-            expect(Object.keys(texts).sort()).toEqual(
-                suffixes.map((suffix) => `${tag}${suffix.slice(1)}.${format}`).sort());
-            for (const [name, text] of Object.entries(texts))
-                expect(text.includes(TEXT), name).toBe(true);
-        }
-    }, 600_000);
+        },
+        600_000,
+    );
 });
 
 describe('documents of other writers', () => {
@@ -114,27 +151,38 @@ describe('documents of other writers', () => {
         pptx: ['pptx', 'ppt', 'potx', 'pot', 'pps', 'pptm'],
     };
 
-    test.runIf(hasOfficeSuite)('of an office suite are the suite’s after the repair', async () => {
-        await repairTypes();
-        for (const [source, formats] of Object.entries(WRITTEN)) {
-            for (const format of formats) {
-                await convert([`${FOLDER}/vyr.${source}`], format, '/tmp/written');
-                expect(await desktopTypes([`/tmp/written/vyr.${format}`]))
-                    .toEqual([typeOf(`.${format}`)]);
+    test.runIf(hasOfficeSuite)(
+        'of an office suite are the suite’s after the repair',
+        async () => {
+            await repairTypes();
+            for (const [source, formats] of Object.entries(WRITTEN)) {
+                for (const format of formats) {
+                    await convert([`${FOLDER}/vyr.${source}`], format, '/tmp/written');
+                    expect(await desktopTypes([`/tmp/written/vyr.${format}`])).toEqual([
+                        typeOf(`.${format}`),
+                    ]);
+                }
             }
-        }
-    }, 600_000);
+        },
+        600_000,
+    );
 
     test('of python3-docx are the suite’s after the repair, in any case of letters', async () => {
         await repairTypes();
-        await output(['/usr/bin/python3', '-c', `
+        await output([
+            '/usr/bin/python3',
+            '-c',
+            `
 import docx
 document = docx.Document()
 document.add_paragraph('text')
 document.save('/tmp/report.docx')
-document.save('/tmp/REPORT.DOCX')`]);
-        expect(await desktopTypes(['/tmp/report.docx', '/tmp/REPORT.DOCX']))
-            .toEqual([typeOf('.docx'), typeOf('.docx')]);
+document.save('/tmp/REPORT.DOCX')`,
+        ]);
+        expect(await desktopTypes(['/tmp/report.docx', '/tmp/REPORT.DOCX'])).toEqual([
+            typeOf('.docx'),
+            typeOf('.docx'),
+        ]);
     });
 });
 

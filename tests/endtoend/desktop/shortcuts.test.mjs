@@ -6,9 +6,16 @@ import { SandboxRoot } from '../sandboxroot.mjs';
 import { suiteEntries } from './suiteentries.mjs';
 
 const INTEGRATED = 'vyr-office-tessaly.desktop';
-const SEPARATE = ['vyr-office-board.desktop', 'vyr-office-chart.desktop',
-    'vyr-office-docket.desktop', 'vyr-office-fixed.desktop', 'vyr-office-pdf.desktop',
-    'vyr-office-shw.desktop', 'vyr-office-tbl.desktop', 'vyr-office-vyr.desktop'];
+const SEPARATE = [
+    'vyr-office-board.desktop',
+    'vyr-office-chart.desktop',
+    'vyr-office-docket.desktop',
+    'vyr-office-fixed.desktop',
+    'vyr-office-pdf.desktop',
+    'vyr-office-shw.desktop',
+    'vyr-office-tbl.desktop',
+    'vyr-office-vyr.desktop',
+];
 const STAGED = '/home/user/.local/share/Orvane/tmp/officeassis_script';
 const DESKTOP = '/home/user/Desktop';
 
@@ -25,26 +32,37 @@ const stateNow = async (options) =>
     (await runCommand(root, 'getdesktopiconfile', {}, options)).answer.result;
 
 function setMode(mode) {
-    return root.writeFile('/home/user/.config/Orvane/Office.conf',
-        `[6.0]\nvyroffice\\Application%20Settings\\AppComponentMode=${mode}\n`);
+    return root.writeFile(
+        '/home/user/.config/Orvane/Office.conf',
+        `[6.0]\nvyroffice\\Application%20Settings\\AppComponentMode=${mode}\n`,
+    );
 }
 
 describe('getdesktopiconfile', () => {
     test('without a shortcut the icon is empty', async () => {
-        expect(await stateNow()).toEqual({ icon: '', mode: 'helio_independ', chartboard: false,
-            docket: false, fixedcomponent: false });
+        expect(await stateNow()).toEqual({
+            icon: '',
+            mode: 'helio_independ',
+            chartboard: false,
+            docket: false,
+            fixedcomponent: false,
+        });
     });
 
     test('lists the suite’s shortcuts joined with a bar', async () => {
         for (const name of ['vyr-office-vyr.desktop', 'vyr-office-x desktop', 'other.desktop'])
             await root.writeFile(`${DESKTOP}/${name}`, '');
-        expect((await stateNow()).icon.split('|').sort())
-            .toEqual(['vyr-office-vyr.desktop', 'vyr-office-x desktop']);
+        expect((await stateNow()).icon.split('|').sort()).toEqual([
+            'vyr-office-vyr.desktop',
+            'vyr-office-x desktop',
+        ]);
     });
 
     test('a desktop folder deeper below home gives a folder’s name', async () => {
-        await root.writeFile('/home/user/.config/user-dirs.dirs',
-            'XDG_DESKTOP_DIR="$HOME/deep/desk"\n');
+        await root.writeFile(
+            '/home/user/.config/user-dirs.dirs',
+            'XDG_DESKTOP_DIR="$HOME/deep/desk"\n',
+        );
         await root.writeFile('/home/user/deep/desk/vyr-office-vyr.desktop', '');
         expect((await stateNow()).icon).toBe('desk');
     });
@@ -60,20 +78,28 @@ describe('getdesktopiconfile', () => {
         }
     });
 
-    test.each([['', 'helio_independ'], ['helio_fushion', 'helio_fushion'],
-        ['helio_independ', 'helio_independ'], ['any word', 'any word']])(
-        'the stored mode "%s" is told as %s', async (stored, told) => {
-            await setMode(stored);
-            expect((await stateNow()).mode).toBe(told);
-        });
+    test.each([
+        ['', 'helio_independ'],
+        ['helio_fushion', 'helio_fushion'],
+        ['helio_independ', 'helio_independ'],
+        ['any word', 'any word'],
+    ])('the stored mode "%s" is told as %s', async (stored, told) => {
+        await setMode(stored);
+        expect((await stateNow()).mode).toBe(told);
+    });
 
     test('components are those of the host’s configuration', async () => {
-        await root.writeFile('/suite/office/helio.ini',
-            'components=ChartBoard,DocketComponent\n');
-        expect(await stateNow()).toMatchObject(
-            { chartboard: true, docket: true, fixedcomponent: false });
-        expect(await stateNow({ env: { HELIO_COMPONENTS: 'FixedComponent' } })).toMatchObject(
-            { chartboard: false, docket: false, fixedcomponent: true });
+        await root.writeFile('/suite/office/helio.ini', 'components=ChartBoard,DocketComponent\n');
+        expect(await stateNow()).toMatchObject({
+            chartboard: true,
+            docket: true,
+            fixedcomponent: false,
+        });
+        expect(await stateNow({ env: { HELIO_COMPONENTS: 'FixedComponent' } })).toMatchObject({
+            chartboard: false,
+            docket: false,
+            fixedcomponent: true,
+        });
     });
 
     test('without a staging directory the icon is empty', async () => {
@@ -81,8 +107,10 @@ describe('getdesktopiconfile', () => {
     });
 
     test('fifty megabytes of shortcuts are passed on', async () => {
-        await root.writeFile(`${STAGED}/getdesktopfile.sh`,
-            '#!/bin/bash\nyes vyr-office-vyr.desktop | head -c 52428800\n');
+        await root.writeFile(
+            `${STAGED}/getdesktopfile.sh`,
+            '#!/bin/bash\nyes vyr-office-vyr.desktop | head -c 52428800\n',
+        );
         const { icon } = await stateNow();
         expect(icon.length).toBeGreaterThan(52_000_000);
         expect(icon.startsWith('vyr-office-vyr.desktop|vyr-office-vyr.desktop|')).toBe(true);
@@ -96,8 +124,12 @@ describe('restoring', () => {
         const end = await runCommand(root, 'fixfouricon', {}, { trace: true });
         expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
         expect(end.events[0]).toEqual({
-            type: 'started', program: `${STAGED}/recovericon.sh`,
-            arguments: ['other', '/suite/office/..'], workingDirectory: '', detached: true });
+            type: 'started',
+            program: `${STAGED}/recovericon.sh`,
+            arguments: ['other', '/suite/office/..'],
+            workingDirectory: '',
+            detached: true,
+        });
         expect(await root.list(DESKTOP)).toEqual(['mine.desktop', ...SEPARATE]);
         expect((await root.stat(`${DESKTOP}/${SEPARATE[0]}`)).mode & 0o111).toBe(0o111);
         for (const name of SEPARATE)
@@ -122,19 +154,28 @@ describe('restoring', () => {
 
     test('answers success where the script cannot be staged', async () => {
         for (const command of ['fixoneicon', 'fixfouricon']) {
-            const end = await runCommand(root, command, {},
-                { trace: true, env: { HELIO_SUITE_HOME: '/proc/none' } });
-            expect(end.events).toEqual(
-                [{ type: 'answer', id: null, page: 'main', command, result: 'success' }]);
+            const end = await runCommand(
+                root,
+                command,
+                {},
+                { trace: true, env: { HELIO_SUITE_HOME: '/proc/none' } },
+            );
+            expect(end.events).toEqual([
+                { type: 'answer', id: null, page: 'main', command, result: 'success' },
+            ]);
         }
         expect(await root.list(DESKTOP)).toEqual([]);
     });
 
     test('on a full disk leaves the program alive', async () => {
         root.smallDisk(DESKTOP, 16 * 1024);
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             head -c 1000000 /dev/zero > ~/Desktop/filling 2> /dev/null
-            /suite/office/assistantctl fixfouricon && /suite/office/assistantctl getdesktopiconfile`]);
+            /suite/office/assistantctl fixfouricon && /suite/office/assistantctl getdesktopiconfile`,
+        ]);
         expect(end.status).toBe(0);
         expect(end.stdout).toContain('"command":"getdesktopiconfile"');
     });

@@ -6,9 +6,16 @@ import { SUITE } from '../paths.mjs';
 /** The runnable tree's desktop entries: {file name: text}, naming a suite at that place. */
 export function suiteEntries(place = '/suite') {
     const directory = path.join(SUITE, 'desktops');
-    const names = fs.readdirSync(directory).filter((name) => name.endsWith('.desktop')).sort();
-    return Object.fromEntries(names.map((name) => [
-        name, fs.readFileSync(path.join(directory, name), 'utf8').replaceAll(SUITE, place)]));
+    const names = fs
+        .readdirSync(directory)
+        .filter((name) => name.endsWith('.desktop'))
+        .sort();
+    return Object.fromEntries(
+        names.map((name) => [
+            name,
+            fs.readFileSync(path.join(directory, name), 'utf8').replaceAll(SUITE, place),
+        ]),
+    );
 }
 
 /** Makes the entries known to the desktop of the sandbox, as an installation of the suite does. */

@@ -37,7 +37,8 @@ function printedLines() {
 /** The commands that the tables of commands list, in their order. */
 function listedCommands() {
     const tables = [...DOCUMENT.matchAll(/^\| command \|.*\n\|[-|]+\n((?:\|.*\n)+)/gm)];
-    return tables.flatMap(([, rows]) => [...rows.matchAll(/^\| `(\w+)` \|/gm)])
+    return tables
+        .flatMap(([, rows]) => [...rows.matchAll(/^\| `(\w+)` \|/gm)])
         .map(([, command]) => command);
 }
 
@@ -86,8 +87,7 @@ describe('works as printed:', () => {
     test.each(LINES)('%s', async (line) => {
         const end = await prepared.run(['bash', '-c', `set -o pipefail; ${line}`]);
         expect(end.status, `${end.stdout}${end.stderr}${await besideLog(root)}`).toBe(0);
-        if (line.includes('--pretty'))
-            return;
+        if (line.includes('--pretty')) return;
         const events = parseEvents(end.stdout);
         expect(events.filter(({ type }) => type === 'error')).toEqual([]);
         const answers = events.filter(({ type }) => type === 'answer');

@@ -14,8 +14,7 @@ let root;
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
     for (const name of ['vyr', 'tbl', 'shw']) {
-        if (await root.exists(`/suite/office/${name}`))
-            await root.remove(`/suite/office/${name}`);
+        if (await root.exists(`/suite/office/${name}`)) await root.remove(`/suite/office/${name}`);
     }
 });
 
@@ -28,12 +27,16 @@ const answered = async (path) => (await compare(path)).answer.result;
 
 /** A component of the suite that writes its arguments down and this line into its answer. */
 async function installComponent(name, line, { before = '', after = '' } = {}) {
-    await root.writeFile(`/suite/office/${name}`, `#!/bin/bash
+    await root.writeFile(
+        `/suite/office/${name}`,
+        `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
 ${before}
 printf '[vyrtool]\\n%s\\n' '${line}' > ${WORK}/${name}missfonts.ini
 ${after}
-`, { mode: 0o755 });
+`,
+        { mode: 0o755 },
+    );
 }
 
 async function writeDocument(name) {
@@ -42,24 +45,34 @@ async function writeDocument(name) {
 }
 
 describe('comparefont', () => {
-    test.each([['vyr', 'letter.docx'], ['tbl', 'sheet.xlsb'], ['shw', 'slides.ppsx'],
-        ['vyr', 'native.vyt'], ['tbl', 'native.tbt'], ['shw', 'native.sht']])(
-        'has %s open %s and tells the fonts that it lacks', async (component, name) => {
-            await installComponent(component, 'MissFonts="Arial, Noto Sans CJK"');
-            const path = await writeDocument(name);
-            const end = await compare(path, { trace: true });
-            expect(end.answer.result).toEqual({ MissFonts: base64('Arial, Noto Sans CJK') });
-            expect(end.events[0]).toEqual({ type: 'started', program: 'bash',
-                arguments: [STAGED, '/suite/office', component, path], workingDirectory: '',
-                detached: false });
-            expect(await root.callsOf(component)).toEqual([['-savemissfont', path]]);
-            expect(await root.exists(`${WORK}/${component}missfonts.ini`)).toBe(true);
+    test.each([
+        ['vyr', 'letter.docx'],
+        ['tbl', 'sheet.xlsb'],
+        ['shw', 'slides.ppsx'],
+        ['vyr', 'native.vyt'],
+        ['tbl', 'native.tbt'],
+        ['shw', 'native.sht'],
+    ])('has %s open %s and tells the fonts that it lacks', async (component, name) => {
+        await installComponent(component, 'MissFonts="Arial, Noto Sans CJK"');
+        const path = await writeDocument(name);
+        const end = await compare(path, { trace: true });
+        expect(end.answer.result).toEqual({ MissFonts: base64('Arial, Noto Sans CJK') });
+        expect(end.events[0]).toEqual({
+            type: 'started',
+            program: 'bash',
+            arguments: [STAGED, '/suite/office', component, path],
+            workingDirectory: '',
+            detached: false,
         });
+        expect(await root.callsOf(component)).toEqual([['-savemissfont', path]]);
+        expect(await root.exists(`${WORK}/${component}missfonts.ini`)).toBe(true);
+    });
 
     test('report.DOCX is a writer’s document', async () => {
         await installComponent('vyr', 'MissFonts=Arial');
-        expect(await answered(await writeDocument('report.DOCX')))
-            .toEqual({ MissFonts: base64('Arial') });
+        expect(await answered(await writeDocument('report.DOCX'))).toEqual({
+            MissFonts: base64('Arial'),
+        });
     });
 
     test('a document without a suffix is an error and nothing runs', async () => {
@@ -80,8 +93,9 @@ describe('comparefont', () => {
 
     test('names outside ASCII come through', async () => {
         await installComponent('vyr', 'MissFonts=宋体|方正小标宋');
-        expect(await answered(await writeDocument('报告.doc')))
-            .toEqual({ MissFonts: base64('宋体|方正小标宋') });
+        expect(await answered(await writeDocument('报告.doc'))).toEqual({
+            MissFonts: base64('宋体|方正小标宋'),
+        });
     });
 
     test('a path with blanks and pattern characters is opened as it is', async () => {
@@ -109,52 +123,73 @@ describe('comparefont', () => {
 
     test('a component that fails after its answer has answered', async () => {
         await installComponent('tbl', 'MissFonts=Arial', { after: 'exit 4' });
-        expect(await answered(await writeDocument('a.xlsx'))).toEqual({ MissFonts: base64('Arial') });
+        expect(await answered(await writeDocument('a.xlsx'))).toEqual({
+            MissFonts: base64('Arial'),
+        });
     });
 
     test.each(['', '%%%', 'a', 'L', '====', '/home/user/a.docx', 'AAAA', '\u{10ffff}'])(
-        'the argument "%s", which is no path in base64, is an error', async (filepath) => {
-            expect(await runCommand(root, 'comparefont', { filepath })).toMatchObject(
-                { status: 1, answer: { result: 'error' } });
-        });
+        'the argument "%s", which is no path in base64, is an error',
+        async (filepath) => {
+            expect(await runCommand(root, 'comparefont', { filepath })).toMatchObject({
+                status: 1,
+                answer: { result: 'error' },
+            });
+        },
+    );
 
     test('an argument that is missing or no text is an error', async () => {
         expect((await runCommand(root, 'comparefont')).answer.result).toBe('error');
         for (const filepath of [null, 7, [], {}])
-            expect((await runCommand(root, 'comparefont', { filepath })).answer.result).toBe('error');
+            expect((await runCommand(root, 'comparefont', { filepath })).answer.result).toBe(
+                'error',
+            );
     });
 
     test('without a staging directory it is an error', async () => {
-        const end = await compare(await writeDocument('a.docx'),
-            { env: { HELIO_SUITE_HOME: '/proc/none' } });
+        const end = await compare(await writeDocument('a.docx'), {
+            env: { HELIO_SUITE_HOME: '/proc/none' },
+        });
         expect(end.answer.result).toBe('error');
     });
 
     test('an answer of garbage is an empty text', async () => {
-        await installComponent('vyr', '', { after: `head -c 300000 /dev/urandom > ${WORK}/vyrmissfonts.ini` });
+        await installComponent('vyr', '', {
+            after: `head -c 300000 /dev/urandom > ${WORK}/vyrmissfonts.ini`,
+        });
         expect(await answered(await writeDocument('a.docx'))).toEqual({ MissFonts: '' });
     });
 
     test('fifty megabytes that the suite prints stay out of the way', async () => {
         await installComponent('vyr', 'MissFonts=Arial', { before: 'yes | head -c 52428800' });
-        expect(await answered(await writeDocument('a.docx'))).toEqual({ MissFonts: base64('Arial') });
+        expect(await answered(await writeDocument('a.docx'))).toEqual({
+            MissFonts: base64('Arial'),
+        });
     });
 
     test('on a full disk the suite cannot answer, which is an error', async () => {
         await installComponent('vyr', 'MissFonts=Arial');
         const path = await writeDocument('a.docx');
         root.smallDisk(WORK, 64 * 1024);
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             /suite/office/assistantctl comparefont filepath=${base64(path)}
             head -c 1000000 /dev/zero > ${WORK}/filling 2> /dev/null
-            /suite/office/assistantctl comparefont filepath=${base64(path)}`]);
-        const results = end.stdout.split('\n').slice(0, -1).map((line) => JSON.parse(line).result);
+            /suite/office/assistantctl comparefont filepath=${base64(path)}`,
+        ]);
+        const results = end.stdout
+            .split('\n')
+            .slice(0, -1)
+            .map((line) => JSON.parse(line).result);
         expect(results).toEqual([{ MissFonts: base64('Arial') }, 'error']);
     });
 
     test('a suite that hangs blocks its page until it ends', async () => {
-        await installComponent('vyr', 'MissFonts=Arial',
-            { before: 'touch ~/runs; while [ ! -e ~/go ]; do sleep 0.02; done' });
+        await installComponent('vyr', 'MissFonts=Arial', {
+            before: 'touch ~/runs; while [ ! -e ~/go ]; do sleep 0.02; done',
+        });
         const path = await writeDocument('a.docx');
         const session = Session.start(root);
         const compared = session.send({ command: 'comparefont', args: { filepath: base64(path) } });

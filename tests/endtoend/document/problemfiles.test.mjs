@@ -29,12 +29,16 @@ async function writeDocument(name, content = 'a document') {
 
 /** A check tool that writes its arguments down and prints to this PDF. */
 function installTool(pdf, { before = '' } = {}) {
-    return root.writeFile(TOOL, `#!/bin/bash
+    return root.writeFile(
+        TOOL,
+        `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/vyrEnvCheckTool
 ${before}
 mkdir -p ${WORK}
 echo '%PDF-1.7' > '${WORK}/${pdf}'
-`, { mode: 0o755 });
+`,
+        { mode: 0o755 },
+    );
 }
 
 describe('a layout problem', () => {
@@ -46,14 +50,25 @@ describe('a layout problem', () => {
         const path = await writeDocument('报告 1.docx');
         const session = Session.start(root);
         expect((await choose(session, path)).result).toBe(base64(path));
-        expect(session.traced('dialog')).toEqual([{ type: 'dialog', mode: 'open',
-            caption: 'Open File', directory: '/home/user', name: '', chosen: path,
-            filters: [FILTERS.writer,
-                'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
-                FILTERS.presentation] }]);
+        expect(session.traced('dialog')).toEqual([
+            {
+                type: 'dialog',
+                mode: 'open',
+                caption: 'Open File',
+                directory: '/home/user',
+                name: '',
+                chosen: path,
+                filters: [
+                    FILTERS.writer,
+                    'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
+                    FILTERS.presentation,
+                ],
+            },
+        ]);
         expect((await open(session)).result).toBe('success');
-        expect(session.traced('opened').map(({ url }) => decodeURI(url)))
-            .toEqual([`file://${path}`]);
+        expect(session.traced('opened').map(({ url }) => decodeURI(url))).toEqual([
+            `file://${path}`,
+        ]);
         await session.close();
     });
 
@@ -92,18 +107,38 @@ describe('a print problem', () => {
     test('is printed by the check tool and shown in the desktop’s viewer', async () => {
         await installTool('report.pdf');
         const path = await writeDocument('report.final.DOCX');
-        const end = await runCommand(root, 'openprinterrorfile', {},
-            { choose: [path], trace: true });
+        const end = await runCommand(
+            root,
+            'openprinterrorfile',
+            {},
+            { choose: [path], trace: true },
+        );
         expect(end).toMatchObject({ status: 0, answer: { result: base64(path) } });
         const [dialog, printed, shown] = end.events;
-        expect(dialog.filters).toEqual([FILTERS.writer,
+        expect(dialog.filters).toEqual([
+            FILTERS.writer,
             'TBL/Excel Files(*.tbl *.tbt *.xls *.xlt *.xlsx *.xlsm *.xltx *.xltm *.xlsb)',
-            FILTERS.presentation]);
-        expect(dialog).toMatchObject({ mode: 'open', caption: 'Open File', directory: '/home/user' });
-        expect(printed).toEqual({ type: 'started', program: TOOL,
-            arguments: ['print', 'vyr', path], workingDirectory: '', detached: false });
-        expect(shown).toEqual({ type: 'started', program: '/bin/bash',
-            arguments: ['xdg-open', `${WORK}/report.pdf`], workingDirectory: '', detached: true });
+            FILTERS.presentation,
+        ]);
+        expect(dialog).toMatchObject({
+            mode: 'open',
+            caption: 'Open File',
+            directory: '/home/user',
+        });
+        expect(printed).toEqual({
+            type: 'started',
+            program: TOOL,
+            arguments: ['print', 'vyr', path],
+            workingDirectory: '',
+            detached: false,
+        });
+        expect(shown).toEqual({
+            type: 'started',
+            program: '/bin/bash',
+            arguments: ['xdg-open', `${WORK}/report.pdf`],
+            workingDirectory: '',
+            detached: true,
+        });
         expect(await root.callsOf('vyrEnvCheckTool')).toEqual([['print', 'vyr', path]]);
     });
 
@@ -112,7 +147,9 @@ describe('a print problem', () => {
         const path = await writeDocument('a.xlsx');
         const session = Session.start(root);
         await session.send({ command: 'openprinterrorfile', choose: [path] });
-        await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, { what: 'the viewer' });
+        await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, {
+            what: 'the viewer',
+        });
         expect(await root.callsOf('xdg-open')).toEqual([[`${WORK}/a.pdf`]]);
         await session.close();
     });
@@ -122,8 +159,12 @@ describe('a print problem', () => {
         const cancelled = await runCommand(root, 'openprinterrorfile');
         expect(cancelled).toMatchObject({ status: 1, answer: { result: 'error' } });
         const path = await writeDocument('a.txt');
-        const other = await runCommand(root, 'openprinterrorfile', {},
-            { choose: [path], trace: true });
+        const other = await runCommand(
+            root,
+            'openprinterrorfile',
+            {},
+            { choose: [path], trace: true },
+        );
         expect(other.answer.result).toBe('error');
         expect(await root.callsOf('vyrEnvCheckTool')).toEqual([]);
     });
@@ -131,8 +172,12 @@ describe('a print problem', () => {
     test('without a PDF of that name it is an error', async () => {
         await installTool('report.final.pdf');
         const path = await writeDocument('report.final.docx');
-        const end = await runCommand(root, 'openprinterrorfile', {},
-            { choose: [path], trace: true });
+        const end = await runCommand(
+            root,
+            'openprinterrorfile',
+            {},
+            { choose: [path], trace: true },
+        );
         expect(end.answer.result).toBe('error');
         expect(end.events.filter(({ type }) => type === 'started')).toHaveLength(1);
     });

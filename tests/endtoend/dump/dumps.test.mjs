@@ -31,9 +31,16 @@ describe('getDumpState', () => {
         expect(await stateNow()).toEqual({ enable: true, feedback: true });
     });
 
-    test.each([['tbl_1.dmp', true], ['shw_99xdmp', true], ['vyroffice_0.dmp', true],
-        ['vyrpdf_7.dmp', true], ['vyr_.dmp', false], ['VYR_1.dmp', false], ['core_1.dmp', false],
-        ['vyr_1.dmp.bak', false]])('%s is a dump: %s', async (name, isDump) => {
+    test.each([
+        ['tbl_1.dmp', true],
+        ['shw_99xdmp', true],
+        ['vyroffice_0.dmp', true],
+        ['vyrpdf_7.dmp', true],
+        ['vyr_.dmp', false],
+        ['VYR_1.dmp', false],
+        ['core_1.dmp', false],
+        ['vyr_1.dmp.bak', false],
+    ])('%s is a dump: %s', async (name, isDump) => {
         await dump(name);
         expect((await stateNow()).feedback).toBe(isDump);
     });
@@ -112,12 +119,16 @@ describe('startDump and stopDump', () => {
 
     test('on a full disk lose nothing of the settings', async () => {
         root.smallDisk('/home/user/.config', 64 * 1024);
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             mkdir ~/.config/Orvane
             printf '[other]\\nkept=yes\\n' > ~/.config/Orvane/Office.conf
             head -c 1000000 /dev/zero > ~/.config/filling 2> /dev/null
             /suite/office/assistantctl startDump
-            cat ~/.config/Orvane/Office.conf`]);
+            cat ~/.config/Orvane/Office.conf`,
+        ]);
         expect(end.stdout).toContain('"result":"success"');
         expect(end.stdout).toContain('[other]\nkept=yes\n');
     });
@@ -154,8 +165,14 @@ describe('the watch', () => {
         await session.send({ command: 'startDump' });
         await root.run(['bash', '-c', `echo dump > ${DUMPS}/shw_99.dmp`]);
         const calls = [await session.callback(CALLBACK), await session.callback(CALLBACK)];
-        expect(calls).toEqual(['main', 'child'].map((page) => (
-            { type: 'callback', page, callback: CALLBACK, result: 'success' })));
+        expect(calls).toEqual(
+            ['main', 'child'].map((page) => ({
+                type: 'callback',
+                page,
+                callback: CALLBACK,
+                result: 'success',
+            })),
+        );
         await session.close();
     });
 
@@ -213,8 +230,10 @@ describe('the watch', () => {
 
 test('a hundred thousand dumps are shown, watched and cleared', async () => {
     await root.makeDirectory(DUMPS);
-    const made = await root.run(['bash', '-c',
-        `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`], { timeoutMs: 120_000 });
+    const made = await root.run(
+        ['bash', '-c', `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
+        { timeoutMs: 120_000 },
+    );
     expect(made.status).toBe(0);
     const session = Session.start(root);
     expect((await session.send({ command: 'getDumpState' })).result.feedback).toBe(true);

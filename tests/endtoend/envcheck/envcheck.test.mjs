@@ -39,10 +39,14 @@ describe('one check', () => {
     test('without an argument runs the tool with an empty one and tells the child page', async () => {
         const end = await check({ type: 't', app: 'vyr' });
         expect(end).toMatchObject({ status: 0, answer: { page: 'child', result: 'success' } });
-        expect(end.events.filter(({ type }) => type === 'callback')).toEqual([{
-            type: 'callback', page: 'child', callback: CALLBACK,
-            result: { value: base64('ok t'), cmd: 't', app: 'vyr' },
-        }]);
+        expect(end.events.filter(({ type }) => type === 'callback')).toEqual([
+            {
+                type: 'callback',
+                page: 'child',
+                callback: CALLBACK,
+                result: { value: base64('ok t'), cmd: 't', app: 'vyr' },
+            },
+        ]);
         expect(await root.callsOf('vyrEnvCheckTool')).toEqual([['t', 'vyr', '']]);
     });
 
@@ -61,35 +65,41 @@ describe('one check', () => {
     });
 
     test.each([
-        ['is missing', null], ['cannot be run', { script: TOOL_SCRIPT, mode: 0o644 }],
+        ['is missing', null],
+        ['cannot be run', { script: TOOL_SCRIPT, mode: 0o644 }],
         ['fails', { script: '#!/bin/bash\nexit 9\n', mode: 0o755 }],
         ['crashes', { script: '#!/bin/bash\nkill -SEGV $$\n', mode: 0o755 }],
     ])('a tool that %s gives what an earlier run left', async (_, tool) => {
         await root.remove(TOOL);
-        if (tool)
-            await root.writeFile(TOOL, tool.script, { mode: tool.mode });
+        if (tool) await root.writeFile(TOOL, tool.script, { mode: tool.mode });
         await root.writeFile(ANSWERS, '[vyrEnv]\nvyr-t=earlier\n');
         const end = await check({ type: 't', app: 'vyr' });
         expect(end.events.at(-1).result.value).toBe(base64('earlier'));
     });
 
     test.each([
-        ['is missing', 'rm -rf'], ['is a directory', 'mkdir -p'],
+        ['is missing', 'rm -rf'],
+        ['is a directory', 'mkdir -p'],
         ['is unreadable', 'install -m 000 /dev/null'],
         ['is garbage', 'head -c 200000 /dev/urandom >'],
     ])('an answer file that %s gives an empty value', async (_, command) => {
-        await root.writeFile(TOOL,
+        await root.writeFile(
+            TOOL,
             `#!/bin/bash\nmkdir -p ~/.local/share/Orvane/tmp\n${command} ${ANSWERS}\n`,
-            { mode: 0o755 });
+            { mode: 0o755 },
+        );
         const end = await check({ type: 't', app: 'vyr' });
-        expect(end.events.at(-1)).toMatchObject(
-            { callback: CALLBACK, result: { value: '', cmd: 't', app: 'vyr' } });
+        expect(end.events.at(-1)).toMatchObject({
+            callback: CALLBACK,
+            result: { value: '', cmd: 't', app: 'vyr' },
+        });
     });
 
     test('fifty megabytes that the tool prints stay out of the way', async () => {
         await root.writeFile(TOOL, `${TOOL_SCRIPT}yes | head -c 52428800\n`, { mode: 0o755 });
-        expect((await check({ type: 't', app: 'vyr' })).events.at(-1).result.value)
-            .toBe(base64('ok t'));
+        expect((await check({ type: 't', app: 'vyr' })).events.at(-1).result.value).toBe(
+            base64('ok t'),
+        );
     });
 
     test('without a child page nothing is told and nothing kept', async () => {
@@ -105,8 +115,10 @@ describe('one check', () => {
 
 describe('getvyrenvcheckedresult', () => {
     test('answers error right after start-up', async () => {
-        expect(await runCommand(root, 'getvyrenvcheckedresult')).toMatchObject(
-            { status: 1, answer: { result: 'error' } });
+        expect(await runCommand(root, 'getvyrenvcheckedresult')).toMatchObject({
+            status: 1,
+            answer: { result: 'error' },
+        });
     });
 
     test('answers every check once, under type and component', async () => {
@@ -128,8 +140,11 @@ describe('getvyrenvcheckedresult', () => {
 
     test('names that are not ASCII come as their UTF-8 bytes, a character each', async () => {
         const session = Session.start(root);
-        await session.send(
-            { command: 'vyrenvcheck', page: 'child', args: { type: '字', app: 'vyr' } });
+        await session.send({
+            command: 'vyrenvcheck',
+            page: 'child',
+            args: { type: '字', app: 'vyr' },
+        });
         expect((await session.callback(CALLBACK)).result.cmd).toBe('字');
         const { result } = await session.send({ command: 'getvyrenvcheckedresult' });
         expect(Object.keys(result)).toEqual([`${Buffer.from('字').toString('latin1')}-vyr`]);
@@ -139,7 +154,10 @@ describe('getvyrenvcheckedresult', () => {
 
 describe('a check that is under way', () => {
     beforeEach(async () => {
-        const script = TOOL_SCRIPT.replace('\nmkdir', `\nif [ "$1" = slow ]; then\n${HELD}fi\nmkdir`);
+        const script = TOOL_SCRIPT.replace(
+            '\nmkdir',
+            `\nif [ "$1" = slow ]; then\n${HELD}fi\nmkdir`,
+        );
         await root.writeFile(TOOL, script, { mode: 0o755 });
     });
 
@@ -148,8 +166,11 @@ describe('a check that is under way', () => {
         const page = 'child';
         await session.send({ command: 'vyrenvcheck', page, args: { type: 'slow', app: 'vyr' } });
         await held();
-        const second = session.send(
-            { command: 'vyrenvcheck', page, args: { type: 'quick', app: 'vyr' } });
+        const second = session.send({
+            command: 'vyrenvcheck',
+            page,
+            args: { type: 'quick', app: 'vyr' },
+        });
         await pause(500);
         expect(session.events.filter(({ type }) => type === 'answer')).toHaveLength(1);
         await release();
@@ -166,8 +187,11 @@ describe('a check that is under way', () => {
         const page = 'child';
         await session.send({ command: 'vyrenvcheck', page, args: { type: 'slow', app: 'vyr' } });
         await held();
-        await session.send(
-            { command: 'closechildwindow', page, args: { type: 'vyrrunningcheck' } });
+        await session.send({
+            command: 'closechildwindow',
+            page,
+            args: { type: 'vyrrunningcheck' },
+        });
         expect((await session.send({ command: 'getvyrenvcheckedresult' })).result).toBe('error');
         await release();
         await session.send({ command: 'vyrenvcheck', page, args: { type: 'quick', app: 'vyr' } });
@@ -179,8 +203,11 @@ describe('a check that is under way', () => {
 
     test('leaves the page free for other commands', async () => {
         const session = Session.start(root);
-        await session.send(
-            { command: 'vyrenvcheck', page: 'child', args: { type: 'slow', app: 'vyr' } });
+        await session.send({
+            command: 'vyrenvcheck',
+            page: 'child',
+            args: { type: 'slow', app: 'vyr' },
+        });
         await held();
         expect((await session.send({ command: 'getDumpState' })).result.enable).toBe(true);
         await release();
@@ -191,8 +218,10 @@ describe('a check that is under way', () => {
     test('and never ends is ended with the program, half a minute later', async () => {
         const args = { type: 'slow', app: 'vyr' };
         const began = Date.now();
-        const end = await runCommand(root, 'vyrenvcheck', args,
-            { page: 'child', timeoutMs: 120_000 });
+        const end = await runCommand(root, 'vyrenvcheck', args, {
+            page: 'child',
+            timeoutMs: 120_000,
+        });
         expect(Date.now() - began).toBeGreaterThan(29_000);
         expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
         expect(end.events.filter(({ type }) => type === 'callback')).toEqual([]);
@@ -202,17 +231,27 @@ describe('a check that is under way', () => {
 test('a check that nobody waits for is made before the program ends', async () => {
     await root.writeFile(TOOL, `${TOOL_SCRIPT}sleep 0.5\ntouch ~/ended\n`, { mode: 0o755 });
     const end = await runCommand(root, 'vyrenvcheck', { type: 't', app: 'vyr' }, { trace: true });
-    expect(end.events.filter(({ type }) => type === 'started')).toEqual([{
-        type: 'started', program: TOOL, arguments: ['t', 'vyr', ''], workingDirectory: '',
-        detached: false }]);
+    expect(end.events.filter(({ type }) => type === 'started')).toEqual([
+        {
+            type: 'started',
+            program: TOOL,
+            arguments: ['t', 'vyr', ''],
+            workingDirectory: '',
+            detached: false,
+        },
+    ]);
     expect(await root.exists('/home/user/ended')).toBe(true);
 });
 
 test('runfirefoxplugin opens the plug-in check page in the browser', async () => {
     const end = await runCommand(root, 'runfirefoxplugin', {}, { trace: true });
     expect(end.events).toEqual([
-        { type: 'opened', url: 'file:///suite/office/addons/vyrassistanttool/officeassistant/'
-            + 'resource/html/vyrNpEnvCheck.html' },
+        {
+            type: 'opened',
+            url:
+                'file:///suite/office/addons/vyrassistanttool/officeassistant/' +
+                'resource/html/vyrNpEnvCheck.html',
+        },
         { type: 'answer', id: null, page: 'main', command: 'runfirefoxplugin', result: 'success' },
     ]);
 });

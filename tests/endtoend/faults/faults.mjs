@@ -4,7 +4,8 @@ export const WORK = '/home/user/.local/share/Orvane/tmp';
 export const STAGING = `${WORK}/officeassis_script`;
 
 /** Takes all that is left on the disk of that directory. */
-const FILL = (directory) => `head -c 10000000 /dev/zero > ${directory}/filling 2> /dev/null || true`;
+const FILL = (directory) =>
+    `head -c 10000000 /dev/zero > ${directory}/filling 2> /dev/null || true`;
 
 /**
  * Runs a script in which the disk of that directory is small and, when the script calls it, "fill"
@@ -12,9 +13,13 @@ const FILL = (directory) => `head -c 10000000 /dev/zero > ${directory}/filling 2
  */
 export function onSmallDisk(root, directory, bytes, script) {
     root.smallDisk(directory, bytes);
-    return root.run(['bash', '-c', `fill() { ${FILL(directory)}; }
+    return root.run([
+        'bash',
+        '-c',
+        `fill() { ${FILL(directory)}; }
 PATH=$PATH:/suite/office
-${script}`]);
+${script}`,
+    ]);
 }
 
 /** The events among the lines of a script's output, which prints other lines too. */
@@ -25,5 +30,7 @@ export function eventsIn(output) {
 
 /** The result of the last answer of a command in a script's output. */
 export function resultIn(output, command) {
-    return eventsIn(output).filter((event) => event.command === command).at(-1)?.result;
+    return eventsIn(output)
+        .filter((event) => event.command === command)
+        .at(-1)?.result;
 }

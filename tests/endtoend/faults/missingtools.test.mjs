@@ -3,8 +3,21 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const TOOLS = ['top', 'free', 'fc-list', 'tar', 'gzip', 'gio', 'xdg-open', 'awk', 'mawk', 'sort',
-    'uname', 'env', 'plocate'].map((name) => `/usr/bin/${name}`);
+const TOOLS = [
+    'top',
+    'free',
+    'fc-list',
+    'tar',
+    'gzip',
+    'gio',
+    'xdg-open',
+    'awk',
+    'mawk',
+    'sort',
+    'uname',
+    'env',
+    'plocate',
+].map((name) => `/usr/bin/${name}`);
 const KEPT = '/home/user/kept.docx';
 
 let root;
@@ -44,8 +57,9 @@ test('without its tools a report has its sections', async () => {
 test('without tar and gzip no archive comes of it, and the sources stay', async () => {
     const target = '/home/user/feedback';
     const args = { archiveSample: KEPT, archiveSysInfo: true };
-    expect(await resultOf('archivepackage', { choose: [target], args }))
-        .toBe(Buffer.from(target).toString('base64'));
+    expect(await resultOf('archivepackage', { choose: [target], args })).toBe(
+        Buffer.from(target).toString('base64'),
+    );
     expect((await session.close()).status).toBe(0);
     expect(await root.exists(`${target}.tar.gz`)).toBe(false);
     expect(await root.readFile(KEPT)).toBe('mine');

@@ -21,16 +21,19 @@ async function answerOf(command) {
     return end.answer;
 }
 
-test.each([['getassomime', 'getmimeinfo.sh'], ['getassoopen', 'getopeninfo.sh']])(
-    '%s takes fifty megabytes of findings', async (command, script) => {
-        await root.writeFile(`${STAGING}/${script}`, endless('vyr|.docx|application/x|true'));
-        expect((await answerOf(command)).result).toEqual(
-            [{ '.docx': 'application/x|true' }, {}, {}]);
-    });
+test.each([
+    ['getassomime', 'getmimeinfo.sh'],
+    ['getassoopen', 'getopeninfo.sh'],
+])('%s takes fifty megabytes of findings', async (command, script) => {
+    await root.writeFile(`${STAGING}/${script}`, endless('vyr|.docx|application/x|true'));
+    expect((await answerOf(command)).result).toEqual([{ '.docx': 'application/x|true' }, {}, {}]);
+});
 
 test('fifty megabytes of one line are no finding', async () => {
-    await root.writeFile(`${STAGING}/getmimeinfo.sh`,
-        `#!/bin/bash\nhead -c ${BYTES} /dev/zero | tr '\\0' '|'\n`);
+    await root.writeFile(
+        `${STAGING}/getmimeinfo.sh`,
+        `#!/bin/bash\nhead -c ${BYTES} /dev/zero | tr '\\0' '|'\n`,
+    );
     expect((await answerOf('getassomime')).result).toEqual([{}, {}, {}]);
 });
 
@@ -43,7 +46,9 @@ test('fifty megabytes of fonts are in the snapshot', async () => {
 test('fifty megabytes from free and top are figures and ten lines', async () => {
     await root.fake('free', endless('7 7'));
     await root.fake('top', endless('1 user 20 0 1 1 1 S 2.0 3.0 0:00 name'));
-    expect(Object.keys((await answerOf('getcomputermemory')).result).sort())
-        .toEqual(['all', 'percentage']);
+    expect(Object.keys((await answerOf('getcomputermemory')).result).sort()).toEqual([
+        'all',
+        'percentage',
+    ]);
     expect(Object.keys((await answerOf('getcpuinfo')).result[0])).toHaveLength(10);
 });

@@ -31,7 +31,9 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 function runInside(outer, commands) {
-    const rows = commands.map((inner) => `everyCommandIsAnsweredWhileAnotherWaits:${inner} in ${outer}`);
+    const rows = commands.map(
+        (inner) => `everyCommandIsAnsweredWhileAnotherWaits:${inner} in ${outer}`,
+    );
     // What was started is not waited for by the program, and ends with the root.
     const script = `"$@"; status=$?
         until [ "$(wc -l < ${CALLS})" -ge ${Object.keys(OPTIONS).length} ]; do sleep 0.02; done
@@ -40,14 +42,18 @@ function runInside(outer, commands) {
 }
 
 test.each(['screenshots', 'openremoveurlcheck'])(
-    'what has its place on the machine runs while %s waits', async (outer) => {
+    'what has its place on the machine runs while %s waits',
+    async (outer) => {
         const commands = ['clearlogfile', 'changeupdateconfig', ...Object.keys(OPTIONS)];
         const end = await runInside(outer, commands);
-        expect(end.stdout).toMatch(new RegExp(`^Totals: ${commands.length + 2} passed, 0 failed`, 'm'));
+        expect(end.stdout).toMatch(
+            new RegExp(`^Totals: ${commands.length + 2} passed, 0 failed`, 'm'),
+        );
         expect(end.status).toBe(0);
         expect(await root.exists(LOG)).toBe(false);
         // In any order, since each launch is a process of its own.
         const calls = (await root.readFile(CALLS)).split('\n').filter(Boolean);
         expect(calls.sort()).toEqual(Object.values(OPTIONS).sort());
         expect(await root.readFile(CONFIG)).toMatch(/^a=1\n.*usagecollected=/ms);
-    });
+    },
+);

@@ -31,20 +31,24 @@ test('both pages of one process ask in turn while a check is under way', async (
         const name = `/tmp/report-${page}`;
         const args = { infopage: page };
         await session.send({ command: 'feedbacktovyr', page, args });
-        expect((await session.send({ command: 'exportsysinfo', page, choose: [name] })).page)
-            .toBe(page);
+        expect((await session.send({ command: 'exportsysinfo', page, choose: [name] })).page).toBe(
+            page,
+        );
         expect((await session.send({ command: 'getassomime', page })).result).toHaveLength(3);
         await session.send({ command: 'startsearchfile', page, args: { keyword: 'kept' } });
     }
     for (const page of ['main', 'child']) {
-        expect((await session.send({ command: 'getcollectionpage', page })).result)
-            .toEqual({ page });
+        expect((await session.send({ command: 'getcollectionpage', page })).result).toEqual({
+            page,
+        });
     }
     await root.writeFile('/home/user/go', '');
     expect(await session.callback('returnvyrenvcheck')).toMatchObject({ page: 'child' });
     // A search that another one stopped does not tell its end; the last one tells both pages.
-    const ends = [await session.callback('searchfilefinish'),
-        await session.callback('searchfilefinish')];
+    const ends = [
+        await session.callback('searchfilefinish'),
+        await session.callback('searchfilefinish'),
+    ];
     expect(ends.map(({ page }) => page).sort()).toEqual(['child', 'main']);
     expect((await session.close()).status).toBe(0);
     expect(await root.readFile('/home/user/kept.docx')).toBe('mine');
@@ -60,13 +64,17 @@ describe('two processes in one home', () => {
     test('start and end beside each other, and each is answered', async () => {
         await root.writeFile('/home/user/session', SESSION.repeat(3));
         await root.writeFile(`${WORK}/dump/vyr_1.dmp`, 'a dump');
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             for number in 1 2 3 4; do
                 sed "s#/tmp/report#/tmp/report$number#" ~/session \\
                     | /suite/office/assistantctl --session > /tmp/events$number &
                 processes="$processes $!"
             done
-            for process in $processes; do wait $process || exit 1; done`]);
+            for process in $processes; do wait $process || exit 1; done`,
+        ]);
         // The process that ends first takes the staged scripts of all, so a shell of another may
         // say that one is not found; that one's finding is empty then.
         expect(end.status).toBe(0);
@@ -81,13 +89,17 @@ describe('two processes in one home', () => {
     });
 
     test('one that ends takes the scripts, and the other one has them again', async () => {
-        const end = await root.run(['bash', '-c', `
+        const end = await root.run([
+            'bash',
+            '-c',
+            `
             coproc /suite/office/assistantctl --session
             answered() { echo "$1" >&"\${COPROC[1]}" && IFS= read -r -t 60 line <&"\${COPROC[0]}"; }
             answered '{"command":"getassomime"}' && echo "$line"
             /suite/office/assistantctl getassomime > /dev/null
             ls ${STAGING} | wc -l
-            answered '{"command":"getassomime"}' && echo "$line"`]);
+            answered '{"command":"getassomime"}' && echo "$line"`,
+        ]);
         const [first, count, second] = end.stdout.split('\n');
         expect(Number(count)).toBe(0);
         expect(Object.keys(JSON.parse(first).result[0]).length).toBeGreaterThan(0);

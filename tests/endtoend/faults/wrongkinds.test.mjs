@@ -25,7 +25,7 @@ async function putDirectory(place) {
     await root.writeFile(`${place}/${KEPT}`, 'mine');
 }
 
-const isKept = async (place) => await root.readFile(`${place}/${KEPT}`) === 'mine';
+const isKept = async (place) => (await root.readFile(`${place}/${KEPT}`)) === 'mine';
 
 describe('a directory stands in the place of', () => {
     test('the file to save a report, a listing or an archive in', async () => {
@@ -34,8 +34,12 @@ describe('a directory stands in the place of', () => {
         const choose = ['/home/user/out'];
         for (const command of ['exportsysinfo', 'exportoftenfileperm'])
             expect((await runCommand(root, command, {}, { choose })).status).toBeLessThan(2);
-        const archive = await runCommand(root, 'archivepackage', { archiveDescribe: 'x' },
-            { choose });
+        const archive = await runCommand(
+            root,
+            'archivepackage',
+            { archiveDescribe: 'x' },
+            { choose },
+        );
         expect(archive.status).toBeLessThan(2);
         expect(await isKept('/home/user/out')).toBe(true);
         expect(await isKept('/home/user/out.tar.gz')).toBe(true);
@@ -47,8 +51,12 @@ describe('a directory stands in the place of', () => {
         const filepath = Buffer.from(path).toString('base64');
         expect(await resultOf('comparefont', { filepath })).toBe('error');
         const session = Session.start(root);
-        for (const command of ['chooselayouterrorfile', 'openlaytouerrorfile',
-            'openprinterrorfile', 'choosesamplefile']) {
+        for (const command of [
+            'chooselayouterrorfile',
+            'openlaytouerrorfile',
+            'openprinterrorfile',
+            'choosesamplefile',
+        ]) {
             const answer = await session.send({ command, choose: [path] });
             expect(answer.type).toBe('answer');
         }
@@ -65,30 +73,35 @@ describe('a directory stands in the place of', () => {
     });
 
     test('the updater, its configuration and its log', async () => {
-        for (const place of [UPDATER, CONFIG, LOG])
-            await putDirectory(place);
+        for (const place of [UPDATER, CONFIG, LOG]) await putDirectory(place);
         expect(await resultOf('getupdateconfig')).toEqual({});
         expect(await resultOf('changeupdateconfig', { keyvalue: 'a$b' })).toBe('success');
         expect(await resultOf('getlogfile')).toBe('error');
         for (const command of ['testupdate', 'testdailyreport', 'clearlogfile'])
             expect(await resultOf(command)).toBe('success');
-        for (const place of [UPDATER, CONFIG, LOG])
-            expect(await isKept(place)).toBe(true);
+        for (const place of [UPDATER, CONFIG, LOG]) expect(await isKept(place)).toBe(true);
     });
 
     test('every staged script', async () => {
-        const scripts = (await root.run(['ls', '/scripts'])).stdout.split('\n')
+        const scripts = (await root.run(['ls', '/scripts'])).stdout
+            .split('\n')
             .filter((name) => name.endsWith('.sh'));
         expect(scripts.length).toBeGreaterThan(5);
-        for (const script of scripts)
-            await putDirectory(`${STAGING}/${script}`);
+        for (const script of scripts) await putDirectory(`${STAGING}/${script}`);
         const session = Session.start(root);
-        for (const command of ['stratcheckenv', 'getassomime', 'getassoopen', 'fixfouricon',
-            'fixoneicon', 'getdesktopiconfile', 'fileassorepair', 'getcpuinfo'])
+        for (const command of [
+            'stratcheckenv',
+            'getassomime',
+            'getassoopen',
+            'fixfouricon',
+            'fixoneicon',
+            'getdesktopiconfile',
+            'fileassorepair',
+            'getcpuinfo',
+        ])
             expect((await session.send({ command })).type).toBe('answer');
         expect((await session.close()).status).toBe(0);
-        for (const script of scripts)
-            expect(await isKept(`${STAGING}/${script}`)).toBe(true);
+        for (const script of scripts) expect(await isKept(`${STAGING}/${script}`)).toBe(true);
     });
 
     test('the check tool and the suite’s component', async () => {
@@ -99,24 +112,39 @@ describe('a directory stands in the place of', () => {
         await root.writeFile('/home/user/a.docx', '');
         const filepath = Buffer.from('/home/user/a.docx').toString('base64');
         expect(await resultOf('comparefont', { filepath })).toBe('error');
-        const end = await runCommand(root, 'vyrenvcheck', { type: 't', app: 'vyr' },
-            { page: 'child', until: 'returnvyrenvcheck' });
+        const end = await runCommand(
+            root,
+            'vyrenvcheck',
+            { type: 't', app: 'vyr' },
+            { page: 'child', until: 'returnvyrenvcheck' },
+        );
         expect(end.events.at(-1).result.value).toBe('');
     });
 });
 
 test('garbage in every INI file is answered and left as it is', async () => {
     await installUpdater(root);
-    const places = [SETTINGS, CONFIG, '/suite/office/cfgs/setup.cfg', `${WORK}/vyrEnv.ini`,
-        '/usr/share/applications/libreoffice-x.desktop'];
+    const places = [
+        SETTINGS,
+        CONFIG,
+        '/suite/office/cfgs/setup.cfg',
+        `${WORK}/vyrEnv.ini`,
+        '/usr/share/applications/libreoffice-x.desktop',
+    ];
     const garbage = Buffer.from(Array.from({ length: 200_000 }, (_, at) => (at * at * 7919) >> 5));
-    for (const place of places)
-        await root.writeFile(place, garbage);
+    for (const place of places) await root.writeFile(place, garbage);
     // The check tool writes its answer file anew.
     await root.remove('/suite/office/vyrEnvCheckTool');
     const session = Session.start(root);
-    for (const command of ['getDumpState', 'getdesktopiconfile', 'getupdatesupport',
-        'getupdateconfig', 'stratcheckenv', 'stratextractfileinfo', 'getvyrenvcheckedresult'])
+    for (const command of [
+        'getDumpState',
+        'getdesktopiconfile',
+        'getupdatesupport',
+        'getupdateconfig',
+        'stratcheckenv',
+        'stratextractfileinfo',
+        'getvyrenvcheckedresult',
+    ])
         expect((await session.send({ command })).type).toBe('answer');
     await session.send({ command: 'vyrenvcheck', page: 'child', args: { type: 't', app: 'vyr' } });
     expect((await session.callback('returnvyrenvcheck')).result.app).toBe('vyr');

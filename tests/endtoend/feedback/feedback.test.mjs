@@ -16,8 +16,7 @@ beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
     await root.recordingFake('xdg-open');
     // Each test says itself which settings the suite has.
-    if (await root.exists('/suite/office/cfgs'))
-        await root.remove('/suite/office/cfgs');
+    if (await root.exists('/suite/office/cfgs')) await root.remove('/suite/office/cfgs');
 });
 
 afterEach(async () => root.dispose());
@@ -31,8 +30,11 @@ const started = (end) => end.events.find(({ type }) => type === 'started');
 async function members(archive = `${TARGET}.tar.gz`) {
     const end = await root.run(['tar', '-tzf', archive]);
     expect(end).toMatchObject({ status: 0, stderr: '' });
-    return end.stdout.split('\n').filter((name) => name !== '' && name !== MEMBERS)
-        .map((name) => name.replace(MEMBERS, '')).sort();
+    return end.stdout
+        .split('\n')
+        .filter((name) => name !== '' && name !== MEMBERS)
+        .map((name) => name.replace(MEMBERS, ''))
+        .sort();
 }
 
 async function member(name) {
@@ -44,46 +46,86 @@ async function member(name) {
 describe('choosing files', () => {
     test('a sample is one of the suite’s documents', async () => {
         await root.writeFile('/home/user/样本 a.vyr', 'x');
-        const end = await runCommand(root, 'choosesamplefile', {},
-            { choose: ['/home/user/样本 a.vyr'], trace: true });
+        const end = await runCommand(
+            root,
+            'choosesamplefile',
+            {},
+            { choose: ['/home/user/样本 a.vyr'], trace: true },
+        );
         expect(end.answer.result).toBe(base64('/home/user/样本 a.vyr'));
-        expect(end.events[0]).toEqual({ type: 'dialog', mode: 'open', caption: 'Open File',
-            directory: '/home/user', name: '', chosen: '/home/user/样本 a.vyr', filters: [
+        expect(end.events[0]).toEqual({
+            type: 'dialog',
+            mode: 'open',
+            caption: 'Open File',
+            directory: '/home/user',
+            name: '',
+            chosen: '/home/user/样本 a.vyr',
+            filters: [
                 'VYR/Word Files(*.vyr *.vyt *.doc *.dot *.docx *.dotx *.docm *.dotm)',
                 'SHW/PowerPoint Files(*.shd *.sht *.ppt *.pps *.pot *.pptx *.ppsx *.potx)',
-                'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)'] });
+                'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
+            ],
+        });
     });
 
     test('an attachment is any file', async () => {
         await root.writeFile('/home/user/b.png', 'x');
-        const end = await runCommand(root, 'chooseattachment', {},
-            { choose: ['/home/user/b.png'], trace: true });
+        const end = await runCommand(
+            root,
+            'chooseattachment',
+            {},
+            { choose: ['/home/user/b.png'], trace: true },
+        );
         expect(end.answer.result).toBe(base64('/home/user/b.png'));
-        expect(end.events[0]).toMatchObject({ mode: 'open', caption: 'Open File',
-            directory: '/home/user', filters: [] });
+        expect(end.events[0]).toMatchObject({
+            mode: 'open',
+            caption: 'Open File',
+            directory: '/home/user',
+            filters: [],
+        });
     });
 
     test.each(['choosesamplefile', 'chooseattachment', 'archivepackage'])(
-        'a cancelled dialog of %s is an error', async (command) => {
+        'a cancelled dialog of %s is an error',
+        async (command) => {
             const end = await runCommand(root, command, {}, { trace: true });
             expect(end).toMatchObject({ status: 1, answer: { result: 'error' } });
             expect(end.events.map(({ type }) => type)).toEqual(['dialog', 'answer']);
-        });
+        },
+    );
 });
 
 describe('the archive', () => {
     test('/home/user/report becomes /home/user/report.tar.gz and is opened', async () => {
         const end = await pack({ archiveType: 'crash', archiveDescribe: 'it failed' });
         expect(end).toMatchObject({ status: 0, answer: { result: base64(TARGET) } });
-        expect(end.events[0]).toMatchObject(
-            { type: 'dialog', mode: 'save', caption: 'Save File', name: 'questionfeedback' });
-        expect(started(end)).toEqual({ type: 'started', detached: true, workingDirectory: '',
+        expect(end.events[0]).toMatchObject({
+            type: 'dialog',
+            mode: 'save',
+            caption: 'Save File',
+            name: 'questionfeedback',
+        });
+        expect(started(end)).toEqual({
+            type: 'started',
+            detached: true,
+            workingDirectory: '',
             program: `${WORK}/officeassis_script/archivepackage.sh`,
-            arguments: [TARGET, 'crash', 'it failed', '', 'false', 'false', 'false', '',
-                '/suite/office'] });
+            arguments: [
+                TARGET,
+                'crash',
+                'it failed',
+                '',
+                'false',
+                'false',
+                'false',
+                '',
+                '/suite/office',
+            ],
+        });
         expect(await members()).toEqual(['describe.txt']);
-        expect(await member('describe.txt'))
-            .toBe(`name: ${TARGET}\ntype: crash\ndescribe: it failed\n`);
+        expect(await member('describe.txt')).toBe(
+            `name: ${TARGET}\ntype: crash\ndescribe: it failed\n`,
+        );
         expect(await root.callsOf('xdg-open')).toEqual([[`${TARGET}.tar.gz`]]);
     });
 
@@ -101,12 +143,18 @@ describe('the archive', () => {
         await root.writeFile('/home/user/a.vyr', 'a sample');
         await root.writeFile('/home/user/b.png', 'a picture');
         await root.makeDirectory('/home/user/folder');
-        await pack({ archiveSample: '/home/user/a.vyr', archiveAttach1: '/home/user/none',
-            archiveAttach2: '/home/user/b.png', archiveAttach3: '/home/user/folder' });
+        await pack({
+            archiveSample: '/home/user/a.vyr',
+            archiveAttach1: '/home/user/none',
+            archiveAttach2: '/home/user/b.png',
+            archiveAttach3: '/home/user/folder',
+        });
         expect(await members()).toEqual(['a.vyr', 'b.png', 'describe.txt']);
         expect(await member('a.vyr')).toBe('a sample');
-        expect((await member('describe.txt')).split('\n').slice(3, -1)).toEqual(
-            ['attachfile: /home/user/a.vyr', 'attachfile: /home/user/b.png']);
+        expect((await member('describe.txt')).split('\n').slice(3, -1)).toEqual([
+            'attachfile: /home/user/a.vyr',
+            'attachfile: /home/user/b.png',
+        ]);
     });
 
     test('an unreadable attachment is left out of it and the rest is packed', async () => {
@@ -142,14 +190,19 @@ describe('the archive', () => {
         const end = await pack({ archiveVyrInfo: true });
         expect(started(end).arguments.slice(4, 7)).toEqual(['false', 'true', 'false']);
         expect(await members()).toEqual(['Office.conf', 'describe.txt', 'ome.ini', 'setup.cfg']);
-        expect((await member('describe.txt')).split('\n').slice(3, -1)).toEqual(
-            ['file:Office.conf', 'file:oem.ini', 'file:setup.cfg']);
+        expect((await member('describe.txt')).split('\n').slice(3, -1)).toEqual([
+            'file:Office.conf',
+            'file:oem.ini',
+            'file:setup.cfg',
+        ]);
     });
 
     test('settings come from the configured resources', async () => {
         await root.writeFile('/opt/orvane/office/cfgs/product.dat', 'product');
-        const end = await pack({ archiveVyrInfo: 'true' },
-            { env: { HELIO_RESOURCES: '/opt/orvane/office' } });
+        const end = await pack(
+            { archiveVyrInfo: 'true' },
+            { env: { HELIO_RESOURCES: '/opt/orvane/office' } },
+        );
         expect(started(end).arguments[8]).toBe('/opt/orvane/office');
         expect(await members()).toContain('product.dat');
     });
@@ -158,8 +211,11 @@ describe('the archive', () => {
         for (const name of ['vyr_3.dmp', 'vyr_3.dmp.old', 'VYR_1.dmp', 'readme.txt'])
             await root.writeFile(`${DUMPS}/${name}`, name);
         const end = await pack({ archiveDumpInfo: true });
-        expect(started(end).arguments[7].split(';').sort()).toEqual(
-            ['', `${DUMPS}/vyr_3.dmp`, `${DUMPS}/vyr_3.dmp.old`]);
+        expect(started(end).arguments[7].split(';').sort()).toEqual([
+            '',
+            `${DUMPS}/vyr_3.dmp`,
+            `${DUMPS}/vyr_3.dmp.old`,
+        ]);
         expect(await members()).toEqual(['describe.txt', 'vyr_3.dmp', 'vyr_3.dmp.old']);
     });
 
@@ -174,15 +230,21 @@ describe('the archive', () => {
 
     test('more dumps than one argument holds still give an archive', async () => {
         await root.makeDirectory(DUMPS);
-        await root.run(['bash', '-c',
-            `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
-            { timeoutMs: 120_000 });
+        await root.run(
+            ['bash', '-c', `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
+            { timeoutMs: 120_000 },
+        );
         const session = Session.start(root);
-        await session.send({ command: 'archivepackage', choose: [TARGET],
-            args: { archiveDumpInfo: true } });
+        await session.send({
+            command: 'archivepackage',
+            choose: [TARGET],
+            args: { archiveDumpInfo: true },
+        });
         // Opening the archive is the script's last step; it copies some thousand files before.
-        await waitFor(async () => (await root.callsOf('xdg-open')).length > 0,
-            { timeoutMs: 150_000, what: 'the archive' });
+        await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, {
+            timeoutMs: 150_000,
+            what: 'the archive',
+        });
         const packed = await members();
         expect(packed).toContain('describe.txt');
         expect(packed.length).toBeGreaterThan(1000);
@@ -191,8 +253,10 @@ describe('the archive', () => {
 
     test('what the page sends is never a command', async () => {
         const text = '$(touch /tmp/ran) `touch /tmp/ran`; touch /tmp/ran & *';
-        await pack({ archiveType: text, archiveDescribe: text, archiveSample: text },
-            { choose: ['/home/user/$(touch ran) *'] });
+        await pack(
+            { archiveType: text, archiveDescribe: text, archiveSample: text },
+            { choose: ['/home/user/$(touch ran) *'] },
+        );
         expect(await root.exists('/tmp/ran')).toBe(false);
         expect(await members('/home/user/$(touch ran) *.tar.gz')).toContain('describe.txt');
     });
@@ -209,9 +273,14 @@ describe('faults', () => {
     test('on a full disk the command answers and the sources stay', async () => {
         await root.run(['bash', '-c', 'head -c 300000 /dev/urandom > ~/a.vyr']);
         root.smallDisk('/home/user/out', 64 * 1024);
-        const end = await pack({ archiveSample: '/home/user/a.vyr' },
-            { choose: ['/home/user/out/report'] });
-        expect(end).toMatchObject({ status: 0, answer: { result: base64('/home/user/out/report') } });
+        const end = await pack(
+            { archiveSample: '/home/user/a.vyr' },
+            { choose: ['/home/user/out/report'] },
+        );
+        expect(end).toMatchObject({
+            status: 0,
+            answer: { result: base64('/home/user/out/report') },
+        });
         expect((await root.stat('/home/user/a.vyr')).size).toBe(300_000);
     });
 
@@ -230,9 +299,14 @@ describe('faults', () => {
     });
 
     test('arguments of other kinds are read as text or truth', async () => {
-        const end = await pack({ archiveType: 7, archiveDescribe: null, archiveSample: [],
-            archiveSysInfo: {}, archiveVyrInfo: 0, archiveDumpInfo: 1 });
-        expect(started(end).arguments.slice(1, 7)).toEqual(
-            ['7', '', '', 'false', 'false', 'true']);
+        const end = await pack({
+            archiveType: 7,
+            archiveDescribe: null,
+            archiveSample: [],
+            archiveSysInfo: {},
+            archiveVyrInfo: 0,
+            archiveDumpInfo: 1,
+        });
+        expect(started(end).arguments.slice(1, 7)).toEqual(['7', '', '', 'false', 'false', 'true']);
     });
 });

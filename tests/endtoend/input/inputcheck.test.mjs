@@ -26,12 +26,16 @@ test('a module for which Qt has no plug-in is a missing plug-in', async () => {
 });
 
 test.each(['fcitx', 'FCITX', 'Fcitx', 'fcitx5'])(
-    'the module %s is healthy while fcitx5 runs', async (module) => {
-        const { result, debug } = await checkInput(root, ['fcitx5'],
-            { CHECKED_QT_IM_MODULE: module, XMODIFIERS: '@im=fcitx' });
+    'the module %s is healthy while fcitx5 runs',
+    async (module) => {
+        const { result, debug } = await checkInput(root, ['fcitx5'], {
+            CHECKED_QT_IM_MODULE: module,
+            XMODIFIERS: '@im=fcitx',
+        });
         expect(result).toBe('ERR_OK');
         expect(debug).toBe('');
-    });
+    },
+);
 
 test.each([
     ['fcitx', undefined, 'ERR_NOT_RUNNING'],
@@ -59,32 +63,41 @@ test('a module with a plug-in and no daemon of its own is healthy', async () => 
     expect((await runCommand(root, 'inputcheck', {}, { env })).answer.result).toBe('ERR_OK');
 });
 
-test.each([[':7', '-unix-7'], [':7.0', '-unix-7'], ['otherhost:7', '-unix-7']])(
-    'the running ibus is found on the display %s', async (display, ending) => {
-        const env = { CHECKED_QT_IM_MODULE: 'ibus', CHECKED_DISPLAY: display };
-        const { result, debug } = await checkInput(root, ['ibus'], env);
-        expect(result).toBe('ERR_OK');
-        expect(debug).toBe(`${busFile(root, ending)}\n`);
-    });
+test.each([
+    [':7', '-unix-7'],
+    [':7.0', '-unix-7'],
+    ['otherhost:7', '-unix-7'],
+])('the running ibus is found on the display %s', async (display, ending) => {
+    const env = { CHECKED_QT_IM_MODULE: 'ibus', CHECKED_DISPLAY: display };
+    const { result, debug } = await checkInput(root, ['ibus'], env);
+    expect(result).toBe('ERR_OK');
+    expect(debug).toBe(`${busFile(root, ending)}\n`);
+});
 
-test.each([[':1.0', '-unix-1'], ['otherhost:2', '-unix-2'], ['', '-unix-']])(
-    'the running ibus has no address for the display %s', async (display, ending) => {
-        const env = { CHECKED_QT_IM_MODULE: 'ibus', CHECKED_DISPLAY: display };
-        const { result, debug } = await checkInput(root, ['ibus'], env);
-        expect(result).toBe('ERR_NOT_FIND_BUSCONFIG');
-        expect(debug).toBe(`${busFile(root, ending)}\n`);
-    });
+test.each([
+    [':1.0', '-unix-1'],
+    ['otherhost:2', '-unix-2'],
+    ['', '-unix-'],
+])('the running ibus has no address for the display %s', async (display, ending) => {
+    const env = { CHECKED_QT_IM_MODULE: 'ibus', CHECKED_DISPLAY: display };
+    const { result, debug } = await checkInput(root, ['ibus'], env);
+    expect(result).toBe('ERR_NOT_FIND_BUSCONFIG');
+    expect(debug).toBe(`${busFile(root, ending)}\n`);
+});
 
 test('on Wayland the address of the running ibus is that of the Wayland display', async () => {
-    const { result, debug } = await checkInput(root, ['ibus'],
-        { ...WAYLAND, CHECKED_QT_IM_MODULE: 'ibus' });
+    const { result, debug } = await checkInput(root, ['ibus'], {
+        ...WAYLAND,
+        CHECKED_QT_IM_MODULE: 'ibus',
+    });
     expect(result).toBe('ERR_OK');
     expect(debug).toBe(`${busFile(root, '-unix-wayland-0')}\n`);
 });
 
 test('on Wayland the name for X11 is tried when the display has no file of its own', async () => {
     const { result, debug } = await checkInput(root, ['ibus'], {
-        CHECKED_XDG_SESSION_TYPE: 'wayland', CHECKED_WAYLAND_DISPLAY: 'wayland-5',
+        CHECKED_XDG_SESSION_TYPE: 'wayland',
+        CHECKED_WAYLAND_DISPLAY: 'wayland-5',
         CHECKED_QT_IM_MODULE: 'ibus',
     });
     expect(result).toBe('ERR_OK');

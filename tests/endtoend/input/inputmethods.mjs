@@ -35,10 +35,9 @@ export function busFile(root, ending) {
  * {result, debug}; debug is what the check wrote to standard error.
  */
 export async function checkInput(root, daemons, env) {
-    const script = DISPLAY_AND_BUS + daemons.map((name) => DAEMONS[name]).join('')
-        + CHECKED_ENVIRONMENT;
+    const script =
+        DISPLAY_AND_BUS + daemons.map((name) => DAEMONS[name]).join('') + CHECKED_ENVIRONMENT;
     const end = await runCommand(await beside(root, script), 'inputcheck', {}, { env });
-    if (end.status !== 0)
-        throw new Error(`${end.stderr}\n${await besideLog(root)}`);
+    if (end.status !== 0) throw new Error(`${end.stderr}\n${await besideLog(root)}`);
     return { result: end.answer.result, debug: end.stderr };
 }

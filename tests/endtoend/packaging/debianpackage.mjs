@@ -10,8 +10,8 @@ import { removeTree } from '../sandboxmounts.mjs';
 const BUILD = path.dirname(SUITE);
 
 /** Whether the tree under test can be made a package; one that SUITE_DIR names need not be a build. */
-export const canBuildPackage = process.env.SUITE_DIR === undefined
-    || fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'));
+export const canBuildPackage =
+    process.env.SUITE_DIR === undefined || fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'));
 
 /** What it prints. The test runner gives up a process that does not answer it for a minute. */
 async function outputOf(program, args, options) {
@@ -49,10 +49,13 @@ export class DebianPackage {
     /** Mode, owner and name of everything in the package. */
     async contents() {
         const listing = await outputOf('dpkg-deb', ['-c', this.file]);
-        return listing.split('\n').filter(Boolean).map((line) => {
-            const [mode, owner, , , , name] = line.split(/\s+/);
-            return { mode, owner, name: name.slice(1) };
-        });
+        return listing
+            .split('\n')
+            .filter(Boolean)
+            .map((line) => {
+                const [mode, owner, , , , name] = line.split(/\s+/);
+                return { mode, owner, name: name.slice(1) };
+            });
     }
 
     dispose() {
@@ -67,8 +70,11 @@ export class DebianPackage {
 export async function installPackage(root, debianPackage) {
     const updater = path.join(debianPackage.tree, 'opt/orvane/vtool');
     for (const name of fs.readdirSync(updater)) {
-        await root.writeFile(`/opt/orvane/vtool/${name}`, fs.readFileSync(path.join(updater, name)),
-            { mode: fs.statSync(path.join(updater, name)).mode & 0o777 });
+        await root.writeFile(
+            `/opt/orvane/vtool/${name}`,
+            fs.readFileSync(path.join(updater, name)),
+            { mode: fs.statSync(path.join(updater, name)).mode & 0o777 },
+        );
     }
     root.bind(debianPackage.tree, '/tmp/package');
     root.bind(debianPackage.control, '/tmp/control');

@@ -45,17 +45,20 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
     test('has the updater at its place, and nothing that others may write', async () => {
         const contents = await debianPackage.contents();
-        const outside = contents.filter(({ name, mode }) =>
-            !mode.startsWith('d') && !name.startsWith('/usr/'));
+        const outside = contents.filter(
+            ({ name, mode }) => !mode.startsWith('d') && !name.startsWith('/usr/'),
+        );
         expect(outside.map(({ mode, name }) => `${mode} ${name}`).sort()).toEqual([
-            '-rw-r--r-- /opt/orvane/vtool/vyrupdate.cfg', '-rwxr-xr-x /opt/orvane/vtool/vyrupdate']);
+            '-rw-r--r-- /opt/orvane/vtool/vyrupdate.cfg',
+            '-rwxr-xr-x /opt/orvane/vtool/vyrupdate',
+        ]);
         for (const { mode, owner, name } of contents) {
             expect(owner, name).toBe('root/root');
-            if (!mode.startsWith('l'))
-                expect(mode, name).toMatch(/^[-d]rw[-x]r-[-x]r-[-x]$/);
+            if (!mode.startsWith('l')) expect(mode, name).toMatch(/^[-d]rw[-x]r-[-x]r-[-x]$/);
         }
-        expect(fs.readFileSync(path.join(debianPackage.control, 'conffiles'), 'utf8'))
-            .toBe(`${CONFIG}\n`);
+        expect(fs.readFileSync(path.join(debianPackage.control, 'conffiles'), 'utf8')).toBe(
+            `${CONFIG}\n`,
+        );
         expect(fs.existsSync(path.join(SUITE, 'office/vyrupdate'))).toBe(false);
     });
 
@@ -69,22 +72,38 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
     test('makes an update supported, with a configuration that is read', async () => {
         expect(await send('getupdatesupport')).toBe(true);
-        expect(await send('getupdateconfig')).toEqual(
-            { enabled: 'true', package: 'office-assistant', timeout: '20' });
+        expect(await send('getupdateconfig')).toEqual({
+            enabled: 'true',
+            package: 'office-assistant',
+            timeout: '20',
+        });
     });
 
     test.each([
-        ['testupdate', '/from:manual',
-            'office-assistant 1.0.0 is installed, and the package sources offer nothing newer'],
+        [
+            'testupdate',
+            '/from:manual',
+            'office-assistant 1.0.0 is installed, and the package sources offer nothing newer',
+        ],
         ['testdailyreport', '/from:lumstart', 'but this updater sends none'],
-        ['testinstallreport', '/sendinstallinfo:true',
-            'an install report was asked for, but this updater sends none'],
-        ['testuninstallreport', '/senduninstallinfo:true',
-            'an uninstall report was asked for, but this updater sends none'],
+        [
+            'testinstallreport',
+            '/sendinstallinfo:true',
+            'an install report was asked for, but this updater sends none',
+        ],
+        [
+            'testuninstallreport',
+            '/senduninstallinfo:true',
+            'an uninstall report was asked for, but this updater sends none',
+        ],
     ])('%s leaves its outcome in the log that the view shows', async (command, option, outcome) => {
         // The command does not wait for the updater, which ends with the sandbox.
-        const end = await root.run(['bash', '-c', `/tmp/package/usr/bin/assistantctl ${command}
-            until grep -qsF '${outcome}' ${LOG}; do sleep 0.05; done`]);
+        const end = await root.run([
+            'bash',
+            '-c',
+            `/tmp/package/usr/bin/assistantctl ${command}
+            until grep -qsF '${outcome}' ${LOG}; do sleep 0.05; done`,
+        ]);
         expect(end).toMatchObject({ status: 0, stderr: '' });
         const text = await logText();
         expect(text).toMatch(new RegExp(`started by user with ${option}\n`));
@@ -94,7 +113,9 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     test('a newer version and how to install it are told', async () => {
         await root.fake('apt-cache', policy('1.0.0', '1.1.0'));
         await root.run([UPDATER, '/from:manual']);
-        await log('the package sources offer 1.1.0; install it with "apt install office-assistant"');
+        await log(
+            'the package sources offer 1.1.0; install it with "apt install office-assistant"',
+        );
         expect(await root.readFile('/tmp/asked')).toBe('policy office-assistant\n');
     });
 
@@ -123,8 +144,13 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     test('a trap in the log’s place is not written to', async () => {
         await root.writeFile('/home/user/mine', 'mine');
         await root.writeFile('/var/log/vyrlog/other', 'other');
-        for (const trap of ['ln -s /home/user/mine', 'ln -s /tmp/missing',
-            'ln /var/log/vyrlog/other', 'mkfifo', 'mkdir']) {
+        for (const trap of [
+            'ln -s /home/user/mine',
+            'ln -s /tmp/missing',
+            'ln /var/log/vyrlog/other',
+            'mkfifo',
+            'mkdir',
+        ]) {
             const laid = await root.run(['bash', '-c', `rm -rf ${LOG} && ${trap} ${LOG}`]);
             expect(laid.status, trap).toBe(0);
             const end = await root.run([UPDATER, '/sendinstallinfo:true']);
@@ -148,25 +174,36 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         afterEach(async () => admin.dispose());
 
         /** Runs a control script where the log directory can be made and removed. */
-        const control = (script, before, after) => admin.run(['bash', '-c', `
+        const control = (script, before, after) =>
+            admin.run([
+                'bash',
+                '-c',
+                `
             sed 's#/var/log/vyrlog#/tmp/logs#' /tmp/control/${script} > /tmp/script
             ${before}
-            sh /tmp/script ${after}`]);
+            sh /tmp/script ${after}`,
+            ]);
         const logs = async () => ((await admin.stat('/tmp/logs')).mode & 0o7777).toString(8);
 
         test('make the log directory everybody’s, with a sticky bit', async () => {
-            expect(fs.readFileSync(path.join(debianPackage.control, 'postinst'), 'utf8'))
-                .toContain(LOGS);
-            expect(await control('postinst', 'umask 077', 'configure')).toMatchObject(
-                { status: 0, stderr: '' });
+            expect(fs.readFileSync(path.join(debianPackage.control, 'postinst'), 'utf8')).toContain(
+                LOGS,
+            );
+            expect(await control('postinst', 'umask 077', 'configure')).toMatchObject({
+                status: 0,
+                stderr: '',
+            });
             expect(await logs()).toBe('1777');
         });
 
         test('leave a directory that is there and never follow a link', async () => {
             await control('postinst', 'mkdir -m 755 /tmp/logs', 'configure');
             expect(await logs()).toBe('755');
-            const end = await control('postinst',
-                'rmdir /tmp/logs; mkdir -m 700 /tmp/other; ln -s /tmp/other /tmp/logs', 'configure');
+            const end = await control(
+                'postinst',
+                'rmdir /tmp/logs; mkdir -m 700 /tmp/other; ln -s /tmp/other /tmp/logs',
+                'configure',
+            );
             expect(end.status).toBe(0);
             expect(end.stderr).toContain('/tmp/logs is no directory');
             expect((await admin.stat('/tmp/other')).mode & 0o7777).toBe(0o700);

@@ -7,16 +7,23 @@ import { waitFor } from '../waitfor.mjs';
 /** The files of a feedback archive by name, once it is complete. */
 export async function archived(archive) {
     // The desktop is told of it after the last byte, but nothing else says that it is whole.
-    const names = await waitFor(() => {
-        if (!fs.existsSync(archive))
-            return null;
-        try {
-            return execFileSync('tar', ['-tzf', archive], { encoding: 'utf8', stdio: 'pipe' })
-                .split('\n').filter((name) => name && !name.endsWith('/'));
-        } catch {
-            return null; // still being written
-        }
-    }, { what: `the archive ${path.basename(archive)}`, timeoutMs: 90_000 });
-    return new Map(names.map((name) => [path.basename(name),
-        execFileSync('tar', ['-xzOf', archive, name], { encoding: 'utf8' })]));
+    const names = await waitFor(
+        () => {
+            if (!fs.existsSync(archive)) return null;
+            try {
+                return execFileSync('tar', ['-tzf', archive], { encoding: 'utf8', stdio: 'pipe' })
+                    .split('\n')
+                    .filter((name) => name && !name.endsWith('/'));
+            } catch {
+                return null; // still being written
+            }
+        },
+        { what: `the archive ${path.basename(archive)}`, timeoutMs: 90_000 },
+    );
+    return new Map(
+        names.map((name) => [
+            path.basename(name),
+            execFileSync('tar', ['-xzOf', archive, name], { encoding: 'utf8' }),
+        ]),
+    );
 }

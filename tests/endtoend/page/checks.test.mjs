@@ -42,8 +42,10 @@ test('the findings of the project’s own check tool are shown line by line', as
     await view.press(environment.start);
     await view.shows('✘ One problem was found.', PATIENCE);
     await view.shows('✘ The session bus at disabled: does not answer:');
-    expect(await view.evaluate(`[...document.querySelectorAll('.finding-lines p')]
-        .every((line) => /^[✔⚠✘] /u.test(line.textContent))`)).toBe(true);
+    expect(
+        await view.evaluate(`[...document.querySelectorAll('.finding-lines p')]
+        .every((line) => /^[✔⚠✘] /u.test(line.textContent))`),
+    ).toBe(true);
 });
 
 test('an environment check without its tool explains that there is no answer', async () => {
@@ -63,7 +65,8 @@ test('an unset input method is explained with the steps that mend it', async () 
 });
 
 test('an input method that needs no program of its own is ready', async () => {
-    const { view } = await shared.open('inputmethod',
-        { env: { QT_IM_MODULE: 'xim', XMODIFIERS: '@im=fcitx' } });
+    const { view } = await shared.open('inputmethod', {
+        env: { QT_IM_MODULE: 'xim', XMODIFIERS: '@im=fcitx' },
+    });
     await view.shows(input.answers.ERR_OK.title, PATIENCE);
 });

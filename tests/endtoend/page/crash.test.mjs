@@ -35,7 +35,8 @@ test('a dump that another process writes shows, and deleting asks before it empt
     expect(fs.readdirSync(shared.inHome(DUMPS))).toEqual(['vyr_17.dmp']);
     await view.press(texts.clear);
     await view.press(texts.clearConfirm);
-    await waitFor(() => fs.readdirSync(shared.inHome(DUMPS)).length === 0,
-        { what: 'the empty dump directory' });
+    await waitFor(() => fs.readdirSync(shared.inHome(DUMPS)).length === 0, {
+        what: 'the empty dump directory',
+    });
     await view.shows(texts.cleared, PATIENCE);
 });

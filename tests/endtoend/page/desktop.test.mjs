@@ -38,16 +38,20 @@ test('associations are repaired with the desktop’s tools and listed until they
     for (const [name, text] of Object.entries(suiteEntries(place)))
         shared.writeInHome(`.local/share/applications/${name}`, text);
     const { view } = await shared.open('associations');
-    await view.until("document.querySelectorAll('.association-table tbody tr').length === 39",
-        PATIENCE);
+    await view.until(
+        "document.querySelectorAll('.association-table tbody tr').length === 39",
+        PATIENCE,
+    );
     fs.mkdirSync(shared.inHome('.local/share/mime/packages'), { recursive: true });
     await view.press(texts.repair, PATIENCE);
     await view.press(texts.confirm);
-    await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'),
-        (text) => text.includes('application/vyr-office.docx'));
+    await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'), (text) =>
+        text.includes('application/vyr-office.docx'),
+    );
     // A desktop does this by itself; the types that it makes known are then given to the suite.
-    execFileSync('update-mime-database', [shared.inHome('.local/share/mime')],
-        { env: { ...process.env, HOME: shared.suite.home } });
+    execFileSync('update-mime-database', [shared.inHome('.local/share/mime')], {
+        env: { ...process.env, HOME: shared.suite.home },
+    });
     const ended = await view.showsOneOf([allRepaired, texts.notRepaired], LONG);
     if (ended === texts.notRepaired) {
         // The update came after the repair had given the known types away.

@@ -3,8 +3,9 @@ import { expect, test } from 'vitest';
 import { TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
-const LETTER = '{\\rtf1\\ansi{\\fonttbl{\\f0 Nowhere Installed Serif;}{\\f1 Calibri;}}'
-    + '\\f0 Dear reader \\f1 and so on\\par}';
+const LETTER =
+    '{\\rtf1\\ansi{\\fonttbl{\\f0 Nowhere Installed Serif;}{\\f1 Calibri;}}' +
+    '\\f0 Dear reader \\f1 and so on\\par}';
 const texts = TEXTS.missingfonts;
 const shared = viewTests();
 

@@ -37,8 +37,9 @@ test('the archive holds what was chosen, and nothing that was not', async () => 
     await view.shows(shared.inHome('problem.tar.gz'));
 
     const files = await archived(shared.inHome('problem.tar.gz'));
-    expect([...files.keys()].sort()).toEqual(expect.arrayContaining(
-        ['Office.conf', 'describe.txt', 'picture.png', 'sample.docx']));
+    expect([...files.keys()].sort()).toEqual(
+        expect.arrayContaining(['Office.conf', 'describe.txt', 'picture.png', 'sample.docx']),
+    );
     expect([...files.keys()].filter((name) => /\.dmp$|^sysinfo/.test(name))).toEqual([]);
     expect(files.get('sample.docx')).toBe('a sample');
     expect(files.get('describe.txt')).toContain('describe: The third page is empty\n');

@@ -8,10 +8,15 @@ const SETTINGS = '.config/Orvane/Office.conf';
 const [oneIgnored] = texts.ignoredCount.split(' | ');
 const shared = viewTests();
 
-const finish = (home) => home.until(
-    "document.querySelector('.checkup-summary')?.textContent.includes('checked at')", PATIENCE);
-const findings = (home) => home.evaluate(
-    "[...document.querySelectorAll('.findings .finding-text > p:not([role])')].map((p) => p.innerText)");
+const finish = (home) =>
+    home.until(
+        "document.querySelector('.checkup-summary')?.textContent.includes('checked at')",
+        PATIENCE,
+    );
+const findings = (home) =>
+    home.evaluate(
+        "[...document.querySelectorAll('.findings .finding-text > p:not([role])')].map((p) => p.innerText)",
+    );
 
 /** A home page whose check-up finds that dumps are not kept. */
 async function checked() {

@@ -22,7 +22,9 @@ test('a file is added by its dialog, and the list with it is exported', async ()
     const list = shared.inHome('list');
     await shared.choose('Save File', list);
     await view.shows(texts.exportedAll, PATIENCE);
-    expect(await shared.fileWith(list, (text) => text.includes('own.conf'))).toContain('-rw-r-----');
+    expect(await shared.fileWith(list, (text) => text.includes('own.conf'))).toContain(
+        '-rw-r-----',
+    );
 });
 
 test('a dialog that is cancelled adds nothing', async () => {

@@ -24,8 +24,9 @@ const opened = (name) =>
 async function sendFeedback(category, document) {
     const view = await shared.view('feedback');
     await view.shows(document, PATIENCE);
-    expect(await view.evaluate("document.querySelector('[name=feedback-category]:checked').value"))
-        .toBe(category);
+    expect(
+        await view.evaluate("document.querySelector('[name=feedback-category]:checked').value"),
+    ).toBe(category);
     await view.fill(feedback.description, 'It looks wrong');
     await view.press(feedback.build);
     await shared.choose('Save File', shared.inHome('problem'));

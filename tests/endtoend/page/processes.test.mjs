@@ -13,8 +13,7 @@ const shared = viewTests();
 let large;
 
 afterEach(async () => {
-    if (large)
-        await end(large);
+    if (large) await end(large);
     large = null;
 });
 
@@ -23,9 +22,11 @@ const rowCount = (title) => `document.querySelectorAll(
 
 /** A process among the largest of this machine, which touches a gigabyte once. */
 function startLargeProcess() {
-    large = spawn(process.execPath,
+    large = spawn(
+        process.execPath,
         ['-e', 'globalThis.held = Buffer.alloc(1 << 30, 1); setInterval(() => {}, 1000);'],
-        { stdio: 'ignore' });
+        { stdio: 'ignore' },
+    );
     return large.pid;
 }
 
@@ -49,12 +50,16 @@ test('a paused view reads nothing until it goes on', async () => {
         for (let turn = 0; turn < 4; turn += 1)
             await helio.call('getcomputermemory');
     })()`);
-    const times = () => view.evaluate(
-        "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)");
+    const times = () =>
+        view.evaluate(
+            "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)",
+        );
     const before = await times();
     await pause(QUIET);
     expect(await times()).toEqual(before);
     await view.press(texts.history.go);
-    await view.until(`document.querySelectorAll('.history-table tbody th').length > ${before.length}`,
-        PATIENCE);
+    await view.until(
+        `document.querySelectorAll('.history-table tbody th').length > ${before.length}`,
+        PATIENCE,
+    );
 });

@@ -11,8 +11,9 @@ const shared = viewTests();
 async function search(keyword) {
     // At its low priority the look through the home takes longer than a search waits, while the
     // machine is busy.
-    fs.writeFileSync(path.join(shared.suite.fakes, 'nice'), '#!/bin/sh\nshift 2\nexec "$@"\n',
-        { mode: 0o755 });
+    fs.writeFileSync(path.join(shared.suite.fakes, 'nice'), '#!/bin/sh\nshift 2\nexec "$@"\n', {
+        mode: 0o755,
+    });
     const { view } = await shared.open('search');
     await view.fill(texts.keyword, keyword);
     await view.press(texts.start);
@@ -36,8 +37,10 @@ test('a file that was found is opened by the desktop, and so is its folder', asy
     const view = await search('needle');
     await view.select('needle.txt', PATIENCE);
     await view.press(texts.open);
-    const opened = (path) => shared.fileWith(shared.inHome('opened'), (text) =>
-        text.split('\n').some((line) => line === path || line === `file://${path}`));
+    const opened = (path) =>
+        shared.fileWith(shared.inHome('opened'), (text) =>
+            text.split('\n').some((line) => line === path || line === `file://${path}`),
+        );
     await opened(letter);
     await view.shows(texts.opened, PATIENCE);
     await view.press(texts.openFolder);

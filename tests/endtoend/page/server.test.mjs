@@ -12,13 +12,15 @@ let requests;
 
 beforeEach(async () => {
     requests = [];
-    server = http.createServer((request, response) => {
-        request.resume().on('end', () => {
-            requests.push(request);
-            response.statusCode = request.url === '/good' ? 200 : 404;
-            response.end('<b>nothing here</b>');
-        });
-    }).listen(0, '127.0.0.1');
+    server = http
+        .createServer((request, response) => {
+            request.resume().on('end', () => {
+                requests.push(request);
+                response.statusCode = request.url === '/good' ? 200 : 404;
+                response.end('<b>nothing here</b>');
+            });
+        })
+        .listen(0, '127.0.0.1');
     await once(server, 'listening');
 });
 
@@ -44,8 +46,11 @@ test('the server sees the request that the view showed, and its answer is judged
     const view = await send('/good');
     await view.shows(texts.meanings.good, PATIENCE);
     expect(requests).toHaveLength(1);
-    expect(requests[0]).toMatchObject({ method: 'GET', url: '/good',
-        headers: { 'x-asked': 'by the view' } });
+    expect(requests[0]).toMatchObject({
+        method: 'GET',
+        url: '/good',
+        headers: { 'x-asked': 'by the view' },
+    });
 });
 
 test('a refusal is explained, and its body is text and no HTML', async () => {

@@ -5,7 +5,8 @@ import { REPOSITORY } from '../paths.mjs';
 
 /** The page's texts as they stand in its English catalogue. */
 export const TEXTS = JSON.parse(
-    fs.readFileSync(path.join(REPOSITORY, 'page/src/locales/en.json'), 'utf8'));
+    fs.readFileSync(path.join(REPOSITORY, 'page/src/locales/en.json'), 'utf8'),
+);
 
 /** A text with its values filled in. */
 export function filled(text, values) {

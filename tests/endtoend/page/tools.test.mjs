@@ -56,9 +56,19 @@ test('a screenshot is saved and on the clipboard, and the window comes back', as
     expect(picture).toMatch(/^screenshot-[-\d]+\.png$/);
     expect(others).toEqual([]);
     expect(sizeOf(fs.readFileSync(shared.inHome('Pictures', picture)))).toEqual([1400, 1000]);
-    const clipboard = execFileSync('xclip',
-        ['-display', shared.display.name, '-selection', 'clipboard', '-target', 'image/png', '-out'],
-        { timeout: 60_000, maxBuffer: 64 * 1024 * 1024 });
+    const clipboard = execFileSync(
+        'xclip',
+        [
+            '-display',
+            shared.display.name,
+            '-selection',
+            'clipboard',
+            '-target',
+            'image/png',
+            '-out',
+        ],
+        { timeout: 60_000, maxBuffer: 64 * 1024 * 1024 },
+    );
     expect(sizeOf(clipboard)).toEqual([1400, 1000]);
 });
 

@@ -38,8 +38,9 @@ test('a new key is added, and one that cannot be stored is refused', async () =>
 });
 
 test('a machine without an updater is explained', async () => {
-    const { view } = await shared.open('updater',
-        { env: { HELIO_UPDATE_CFG: shared.inHome('none.cfg') } });
+    const { view } = await shared.open('updater', {
+        env: { HELIO_UPDATE_CFG: shared.inHome('none.cfg') },
+    });
     await view.shows(texts.support.noConfiguration, PATIENCE);
     await view.shows(texts.noConfiguration);
 });

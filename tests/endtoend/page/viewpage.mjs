@@ -43,23 +43,28 @@ export class ViewPage {
     async press(name, { within = null, timeoutMs } = {}) {
         await this.#click(
             `(${placeOfControl})(${JSON.stringify(name)}, ${JSON.stringify(within)})`,
-            { what: `a control “${name}” to press`, timeoutMs });
+            { what: `a control “${name}” to press`, timeoutMs },
+        );
     }
 
     /** Clicks the row of a list that holds a text. */
     async select(text, { timeoutMs } = {}) {
-        await this.#click(`(() => {
+        await this.#click(
+            `(() => {
             const row = [...document.querySelectorAll('[role="option"]')]
                 .find((element) => element.textContent.includes(${JSON.stringify(text)}));
             if (!row) return null;
             const box = row.getBoundingClientRect();
             return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
-        })()`, { what: `a row “${text}” to select`, timeoutMs });
+        })()`,
+            { what: `a row “${text}” to select`, timeoutMs },
+        );
     }
 
     /** Clicks the place that an expression gives, once it has stayed the same for a frame. */
     async #click(placeExpression, options) {
-        const { x, y } = await this.#page.until(`(async () => {
+        const { x, y } = await this.#page.until(
+            `(async () => {
             const nextFrame = () => new Promise((resolve) => requestAnimationFrame(resolve));
             const before = ${placeExpression};
             if (!before) return null;
@@ -67,19 +72,29 @@ export class ViewPage {
             await nextFrame();
             const place = ${placeExpression};
             return place && place.x === before.x && place.y === before.y ? place : null;
-        })()`, options);
+        })()`,
+            options,
+        );
         for (const type of ['mousePressed', 'mouseReleased'])
-            await this.#page.tools.Input.dispatchMouseEvent(
-                { type, x, y, button: 'left', clickCount: 1 });
+            await this.#page.tools.Input.dispatchMouseEvent({
+                type,
+                x,
+                y,
+                button: 'left',
+                clickCount: 1,
+            });
     }
 
     /** Replaces what stands in the field of that name. */
     async fill(name, text) {
-        await this.#page.until(`(() => {
+        await this.#page.until(
+            `(() => {
             const field = (${findControl})(${JSON.stringify(name)}, null);
             if (field) { field.focus(); field.select(); }
             return field && document.activeElement === field;
-        })()`, { what: `a field “${name}”` });
+        })()`,
+            { what: `a field “${name}”` },
+        );
         await this.#page.tools.Input.insertText({ text });
     }
 
@@ -97,18 +112,23 @@ export class ViewPage {
     async showsOneOf(texts, options) {
         let last = '';
         try {
-            return await waitFor(async () => {
-                last = await this.text();
-                return texts.find((text) => last.includes(text));
-            }, { what: `the text “${texts.join('” or “')}”`, ...options });
+            return await waitFor(
+                async () => {
+                    last = await this.text();
+                    return texts.find((text) => last.includes(text));
+                },
+                { what: `the text “${texts.join('” or “')}”`, ...options },
+            );
         } catch (error) {
             throw new Error(`${error.message}; shown is: ${last}`);
         }
     }
 
     async hides(text, options) {
-        return waitFor(async () => !(await this.text()).includes(text),
-            { what: `the end of the text “${text}”`, ...options });
+        return waitFor(async () => !(await this.text()).includes(text), {
+            what: `the end of the text “${text}”`,
+            ...options,
+        });
     }
 
     evaluate(expression) {

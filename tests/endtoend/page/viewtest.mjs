@@ -42,7 +42,11 @@ export function viewTests() {
         // The scripts take /home/$USER for the home directory, whatever HOME says.
         const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(
-            shared.suite, shared.display, ['--language', 'en'], { env: { USER: user, ...env } });
+            shared.suite,
+            shared.display,
+            ['--language', 'en'],
+            { env: { USER: user, ...env } },
+        );
         return new ViewPage(await shared.program.page());
     };
 
@@ -80,10 +84,14 @@ export function viewTests() {
         write(path.join(shared.suite.office, name), text, options);
 
     /** Waits until a file's text satisfies a condition; gives the text. */
-    shared.fileWith = (file, condition) => waitFor(() => {
-        const text = fs.existsSync(file) ? fs.readFileSync(file, 'utf8') : '';
-        return condition(text) && text;
-    }, { what: `the expected text in ${path.basename(file)}`, ...PATIENCE });
+    shared.fileWith = (file, condition) =>
+        waitFor(
+            () => {
+                const text = fs.existsSync(file) ? fs.readFileSync(file, 'utf8') : '';
+                return condition(text) && text;
+            },
+            { what: `the expected text in ${path.basename(file)}`, ...PATIENCE },
+        );
     return shared;
 }
 

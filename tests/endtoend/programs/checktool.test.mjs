@@ -15,9 +15,10 @@ const ANSWERS = `${WORK}/vyrEnv.ini`;
 const CALLBACK = 'returnvyrenvcheck';
 
 /** The checks that the page offers. */
-const OFFERED = fs.readFileSync(
-    path.join(REPOSITORY, 'page/src/views/environmentcheck/checks.ts'), 'utf8')
-    .match(/export const checks = \[(.*?)\]/s)[1].match(/\w+/g);
+const OFFERED = fs
+    .readFileSync(path.join(REPOSITORY, 'page/src/views/environmentcheck/checks.ts'), 'utf8')
+    .match(/export const checks = \[(.*?)\]/s)[1]
+    .match(/\w+/g);
 
 const SERVER = '/server/node';
 const SESSION = `${DISPLAY_AND_BUS}
@@ -52,8 +53,12 @@ const decoded = (base64) => Buffer.from(base64, 'base64').toString();
 
 /** The value that the page is shown for a check. */
 async function shown(type, options = {}) {
-    const end = await runCommand(root, 'vyrenvcheck', { type, app: 'vyr' },
-        { page: 'child', until: CALLBACK, ...options });
+    const end = await runCommand(
+        root,
+        'vyrenvcheck',
+        { type, app: 'vyr' },
+        { page: 'child', until: CALLBACK, ...options },
+    );
     const { result } = end.events.find(({ type: kind }) => kind === 'callback');
     expect(result).toMatchObject({ cmd: type, app: 'vyr' });
     return decoded(result.value);
@@ -62,8 +67,10 @@ async function shown(type, options = {}) {
 async function withServers(script) {
     root.bind(fs.realpathSync(process.execPath), SERVER);
     await root.makeDirectory('/tmp/.X11-unix');
-    await root.writeFile('/tmp/printservice.mjs',
-        fs.readFileSync(path.join(REPOSITORY, 'tests/endtoend/programs/printservice.mjs')));
+    await root.writeFile(
+        '/tmp/printservice.mjs',
+        fs.readFileSync(path.join(REPOSITORY, 'tests/endtoend/programs/printservice.mjs')),
+    );
     return beside(root, script);
 }
 
@@ -81,8 +88,11 @@ describe('the command line', () => {
     });
 
     test.each([
-        ['nothing', []], ['one word', ['fonts']], ['an option', ['--lost']],
-        ['four words', ['fonts', 'vyr', 'a', 'b']], ['print alone', ['print']],
+        ['nothing', []],
+        ['one word', ['fonts']],
+        ['an option', ['--lost']],
+        ['four words', ['fonts', 'vyr', 'a', 'b']],
+        ['print alone', ['print']],
         ['print without a document', ['print', 'vyr']],
         ['print with an empty document', ['print', 'vyr', '']],
         ['print for another program', ['print', 'emacs', '/home/user/a.docx']],
@@ -105,26 +115,26 @@ describe('each check', () => {
         expect(end).toMatchObject({ status: 0, stderr: '' });
         const lines = end.stdout.trimEnd().split('\n');
         expect(lines.length).toBeGreaterThan(1);
-        for (const line of lines)
-            expect(line).toMatch(/^[✔⚠✘] \S.*[.”]$/u);
+        for (const line of lines) expect(line).toMatch(/^[✔⚠✘] \S.*[.”]$/u);
         const kept = await root.readFile(ANSWERS);
         expect(kept).toMatch(new RegExp(`^\\[vyrEnv\\]\\nvyr-${check}=`));
         expect(await root.list(WORK)).toEqual(['vyrEnv.ini']);
     });
 
     test('is kept beside the others', async () => {
-        for (const check of OFFERED)
-            await tool([check, check === 'fonts' ? 'shw' : 'tbl', '']);
+        for (const check of OFFERED) await tool([check, check === 'fonts' ? 'shw' : 'tbl', '']);
         const keys = (await root.readFile(ANSWERS)).match(/^\w+-\w+(?==)/gm);
         expect(keys).toHaveLength(10);
         expect(keys).toContain('shw-fonts');
     });
 
     test('changes nothing but its answer and the font cache', async () => {
-        for (const check of OFFERED)
-            await tool([check, 'vyr', '']);
+        for (const check of OFFERED) await tool([check, 'vyr', '']);
         const left = await root.run(['find', '/home/user', '/tmp', '-type', 'f']);
-        const files = left.stdout.trim().split('\n').filter((file) => !/fontconfig/.test(file));
+        const files = left.stdout
+            .trim()
+            .split('\n')
+            .filter((file) => !/fontconfig/.test(file));
         expect(files).toEqual([ANSWERS]);
     });
 });
@@ -144,25 +154,40 @@ describe('finds, and tells the page,', () => {
 
 test('display, bus, input method and printers that work are no problem', async () => {
     const session = await withServers(SESSION);
-    const { stdout } = await session.run(['bash', '-c',
-        `for check in display dbus input printing; do ${TOOL} $check vyr ''; done`]);
+    const { stdout } = await session.run([
+        'bash',
+        '-c',
+        `for check in display dbus input printing; do ${TOOL} $check vyr ''; done`,
+    ]);
     expect(stdout).toMatch(/✔ Windows can be opened \(xcb\); the screens are \d+×\d+/);
     expect(stdout).toMatch(/✔ The session bus at unix:path=\/tmp\/bus answers/);
     expect(stdout).toMatch(/✔ The input method's program ibus-daemon runs/);
     expect(stdout).toMatch(/✔ The input-method module .*ibus.* can be loaded/);
     expect(stdout).toMatch(/✔ The default printer is office\./);
     expect(stdout).toMatch(/✔ The printer office is ready/);
-    expect(stdout.match(/^✘ .*/gm)).toEqual(['✘ One problem was found.',
-        expect.stringContaining('✘ The printer hall is stopped (media-empty-error).')]);
+    expect(stdout.match(/^✘ .*/gm)).toEqual([
+        '✘ One problem was found.',
+        expect.stringContaining('✘ The printer hall is stopped (media-empty-error).'),
+    ]);
 });
 
 test('display, bus and printing service that never answer end the check all the same', async () => {
     const silent = await withServers(SILENT);
-    const env = { DISPLAY: ':9', DBUS_SESSION_BUS_ADDRESS: 'unix:path=/tmp/silentbus',
-        CUPS_SERVER: '127.0.0.1:6310' };
-    const { stdout } = await silent.run(['bash', '-c', `
+    const env = {
+        DISPLAY: ':9',
+        DBUS_SESSION_BUS_ADDRESS: 'unix:path=/tmp/silentbus',
+        CUPS_SERVER: '127.0.0.1:6310',
+    };
+    const { stdout } = await silent.run(
+        [
+            'bash',
+            '-c',
+            `
         for check in display dbus printing; do ${TOOL} $check vyr '' & checks+=($!); done
-        wait "\${checks[@]}"`], { env });
+        wait "\${checks[@]}"`,
+        ],
+        { env },
+    );
     expect(stdout).toMatch(/✘ No window can be opened on DISPLAY=:9: there was no answer within 8/);
     expect(stdout).toMatch(/✘ The session bus at .* does not answer: there was no answer within 8/);
     expect(stdout).toMatch(/✘ The printing service \(CUPS\) /);
@@ -171,19 +196,26 @@ test('display, bus and printing service that never answer end the check all the 
 test('findings come in the language of the session', async () => {
     const env = { LANG: 'zh_CN.UTF-8' };
     expect((await shown('dbus', { env })).split('\n')[0]).toBe('✘ 发现一个问题。');
-    expect((await tool(['space', 'vyr', ''], { env })).stdout).toMatch(/（\/tmp）剩余 [\d.]+ [GT]iB。/);
-    expect((await shown('dbus', { env: { LANG: 'fr_FR.UTF-8' } })).split('\n')[0])
-        .toBe('✘ One problem was found.');
+    expect((await tool(['space', 'vyr', ''], { env })).stdout).toMatch(
+        /（\/tmp）剩余 [\d.]+ [GT]iB。/,
+    );
+    expect((await shown('dbus', { env: { LANG: 'fr_FR.UTF-8' } })).split('\n')[0]).toBe(
+        '✘ One problem was found.',
+    );
 });
 
 test('a full disk in the suite’s directory is told of, and keeps the earlier answer', async () => {
     root.smallDisk('/home/user/.local/share/Orvane', 64 * 1024);
-    const end = await root.run(['bash', '-c', `cd ~/.local/share/Orvane && mkdir tmp
+    const end = await root.run([
+        'bash',
+        '-c',
+        `cd ~/.local/share/Orvane && mkdir tmp
 printf '[vyrEnv]\\nvyr-space=earlier\\n' > tmp/vyrEnv.ini
 cat /dev/zero > fill 2> /dev/null
 ${TOOL} space vyr ''
 echo "status $?"
-cat tmp/vyrEnv.ini`]);
+cat tmp/vyrEnv.ini`,
+    ]);
     expect(end.stdout).toMatch(/✘ The suite's directory .* is nearly full: 0 bytes are free/);
     expect(end.stderr).toMatch(/^vyrEnvCheckTool: cannot write /);
     expect(end.stdout).toMatch(/status 1\n\[vyrEnv\]\nvyr-space=earlier\n$/);
@@ -200,8 +232,9 @@ test('an answer directory that cannot be written is an error and no crash', asyn
 test('many checks at once all keep their answers', async () => {
     const ends = await Promise.all(OFFERED.map((check) => tool([check, 'vyr', ''])));
     expect(ends.map(({ status }) => status)).toEqual(OFFERED.map(() => 0));
-    expect((await root.readFile(ANSWERS)).match(/^vyr-\w+(?==)/gm).sort())
-        .toEqual(OFFERED.map((check) => `vyr-${check}`).sort());
+    expect((await root.readFile(ANSWERS)).match(/^vyr-\w+(?==)/gm).sort()).toEqual(
+        OFFERED.map((check) => `vyr-${check}`).sort(),
+    );
 });
 
 test('the settings of the stand-alone shell say where the suite’s directory is', async () => {

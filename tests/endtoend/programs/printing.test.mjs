@@ -49,11 +49,16 @@ describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
         const path = '/home/user/Quartals bericht.final.DOCX';
         await root.writeFile(path, DOCUMENT);
         const prepared = await beside(root, PICTURE_SERVER);
-        const end = await runCommand(prepared, 'openprinterrorfile', {},
-            { choose: [path], trace: true, timeoutMs: PATIENCE });
+        const end = await runCommand(
+            prepared,
+            'openprinterrorfile',
+            {},
+            { choose: [path], trace: true, timeoutMs: PATIENCE },
+        );
         expect(end.answer.result).toBe(base64(path));
-        expect(end.events.find(({ detached }) => detached)).toMatchObject(
-            { arguments: ['xdg-open', `${WORK}/Quartals bericht.pdf`] });
+        expect(end.events.find(({ detached }) => detached)).toMatchObject({
+            arguments: ['xdg-open', `${WORK}/Quartals bericht.pdf`],
+        });
         const pdf = await root.readFile(`${WORK}/Quartals bericht.pdf`, 'latin1');
         expect(pdf).toMatch(/^%PDF-1\.[^]*%%EOF\s*$/);
         expect(pagesOf(pdf)).toBe(2);
@@ -67,7 +72,9 @@ describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
         await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
         const end = await print('vyr', '/home/user/a.docx');
         expect(end).toMatchObject({ status: 1, stdout: '' });
-        expect(end.stderr).toMatch(/^vyrEnvCheckTool: \/home\/user\/a\.docx could not be printed: .+\n$/);
+        expect(end.stderr).toMatch(
+            /^vyrEnvCheckTool: \/home\/user\/a\.docx could not be printed: .+\n$/,
+        );
         expect(await root.list(WORK)).toEqual([]);
     });
 });
@@ -76,8 +83,7 @@ describe('without an office suite', () => {
     beforeEach(async () => {
         root = await SandboxRoot.create({ suite: true, hide: PROGRAMS });
         await root.makeDirectory('/home/user/nothing');
-        if (hasOfficeSuite)
-            root.bind(root.hostPath('/home/user/nothing'), OFFICE_SUITE);
+        if (hasOfficeSuite) root.bind(root.hostPath('/home/user/nothing'), OFFICE_SUITE);
         await root.writeFile('/home/user/a.docx', DOCUMENT);
         await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
     });
@@ -86,13 +92,18 @@ describe('without an office suite', () => {
         const end = await print('vyr', '/home/user/a.docx');
         expect(end).toMatchObject({ status: 1, stdout: '' });
         expect(end.stderr).toMatch(
-            /^vyrEnvCheckTool: no office suite that prints .*libreoffice-writer.*\n$/);
+            /^vyrEnvCheckTool: no office suite that prints .*libreoffice-writer.*\n$/,
+        );
         expect(await root.list(WORK)).toEqual([]);
     });
 
     test('a print problem is an error, and no earlier PDF is taken for it', async () => {
-        const end = await runCommand(root, 'openprinterrorfile', {},
-            { choose: ['/home/user/a.docx'], trace: true });
+        const end = await runCommand(
+            root,
+            'openprinterrorfile',
+            {},
+            { choose: ['/home/user/a.docx'], trace: true },
+        );
         expect(end).toMatchObject({ status: 1, answer: { result: 'error' } });
         expect(end.events.filter(({ detached }) => detached)).toEqual([]);
     });
@@ -105,31 +116,44 @@ describe('an office suite of the test’s own', () => {
     });
 
     test('that hangs ends with the tool, and with all that it has started', async () => {
-        await root.fake('soffice', `#!/bin/bash
+        await root.fake(
+            'soffice',
+            `#!/bin/bash
 sleep 600 &
 echo $! > ~/child
 mv ~/child ~/started
 wait
-`);
-        const end = await root.run(['bash', '-c', `${TOOL} print vyr ~/a.docx &
+`,
+        );
+        const end = await root.run([
+            'bash',
+            '-c',
+            `${TOOL} print vyr ~/a.docx &
 tool=$!
 until [ -e ~/started ]; do sleep 0.02; done
 kill -TERM $tool
 wait $tool
 echo "status $?"
 while kill -0 $(cat ~/started) 2> /dev/null; do sleep 0.02; done
-echo gone`]);
+echo gone`,
+        ]);
         expect(end.stdout).toBe('status 143\ngone\n');
         expect((await root.list(WORK)).filter((name) => name.endsWith('.pdf'))).toEqual([]);
     });
 
     test('that fills the disk leaves no PDF', async () => {
         root.smallDisk('/home/user/.local/share/Orvane', 256 * 1024);
-        await root.fake('soffice', `#!/bin/bash
+        await root.fake(
+            'soffice',
+            `#!/bin/bash
 { echo %PDF-1.7; cat /dev/zero; } > "$7/a.pdf"
-`);
-        const end = await root.run(['bash', '-c',
-            `${TOOL} print vyr ~/a.docx; echo "status $?"; find ${WORK} -name '*.pdf'`]);
+`,
+        );
+        const end = await root.run([
+            'bash',
+            '-c',
+            `${TOOL} print vyr ~/a.docx; echo "status $?"; find ${WORK} -name '*.pdf'`,
+        ]);
         expect(end.stdout).toBe('status 1\n');
         expect(end.stderr).toMatch(/^vyrEnvCheckTool: .* could not be printed: .*No space left/);
     });

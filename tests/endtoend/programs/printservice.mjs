@@ -6,8 +6,14 @@ import { createServer } from 'node:http';
 const PRINTER = 0x04;
 const END = 0x03;
 const OPERATION = 0x01;
-const TYPES = { charset: 0x47, language: 0x48, name: 0x42, keyword: 0x44, choice: 0x23,
-    boolean: 0x22 };
+const TYPES = {
+    charset: 0x47,
+    language: 0x48,
+    name: 0x42,
+    keyword: 0x44,
+    choice: 0x23,
+    boolean: 0x22,
+};
 const IDLE = 3;
 const STOPPED = 5;
 const GET_PRINTERS = 0x4002;
@@ -21,10 +27,8 @@ function short(value) {
 }
 
 function valueBytes(type, value) {
-    if (type === 'boolean')
-        return byte(value ? 1 : 0);
-    if (type !== 'choice')
-        return Buffer.from(value);
+    if (type === 'boolean') return byte(value ? 1 : 0);
+    if (type !== 'choice') return Buffer.from(value);
     const bytes = Buffer.alloc(4);
     bytes.writeUInt32BE(value);
     return bytes;
@@ -32,15 +36,23 @@ function valueBytes(type, value) {
 
 function attribute(type, name, value) {
     const bytes = valueBytes(type, value);
-    return Buffer.concat([byte(TYPES[type]), short(name.length), Buffer.from(name),
-        short(bytes.length), bytes]);
+    return Buffer.concat([
+        byte(TYPES[type]),
+        short(name.length),
+        Buffer.from(name),
+        short(bytes.length),
+        bytes,
+    ]);
 }
 
 function printer(name, state, reason) {
-    return Buffer.concat([byte(PRINTER), attribute('name', 'printer-name', name),
+    return Buffer.concat([
+        byte(PRINTER),
+        attribute('name', 'printer-name', name),
         attribute('choice', 'printer-state', state),
         attribute('keyword', 'printer-state-reasons', reason),
-        attribute('boolean', 'printer-is-accepting-jobs', true)]);
+        attribute('boolean', 'printer-is-accepting-jobs', true),
+    ]);
 }
 
 const OFFICE = printer('office', IDLE, 'none');
@@ -48,16 +60,21 @@ const HALL = printer('hall', STOPPED, 'media-empty-error');
 
 function answer(request) {
     const operation = request.readUInt16BE(2);
-    return Buffer.concat([Buffer.from([2, 0, 0, 0]), request.subarray(4, 8), byte(OPERATION),
+    return Buffer.concat([
+        Buffer.from([2, 0, 0, 0]),
+        request.subarray(4, 8),
+        byte(OPERATION),
         attribute('charset', 'attributes-charset', 'utf-8'),
         attribute('language', 'attributes-natural-language', 'en'),
-        OFFICE, operation === GET_PRINTERS ? HALL : Buffer.alloc(0), byte(END)]);
+        OFFICE,
+        operation === GET_PRINTERS ? HALL : Buffer.alloc(0),
+        byte(END),
+    ]);
 }
 
 createServer(async (request, response) => {
     const pieces = [];
-    for await (const piece of request)
-        pieces.push(piece);
+    for await (const piece of request) pieces.push(piece);
     response.writeHead(200, { 'Content-Type': 'application/ipp' });
     response.end(answer(Buffer.concat(pieces)));
 }).listen(Number(process.argv[2]), '127.0.0.1');

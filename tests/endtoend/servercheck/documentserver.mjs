@@ -42,13 +42,13 @@ export class DocumentServer {
         const { answer } = await this.testRaw(args);
         const { result } = answer;
         return ['success', 'parame error'].includes(result)
-            ? result : Buffer.from(result, 'base64').toString('utf8');
+            ? result
+            : Buffer.from(result, 'base64').toString('utf8');
     }
 
     async testRaw(args) {
         const end = await runCommand(this.#beside, 'openremoveurlcheck', args);
-        if (!end.answer)
-            throw new Error(`${end.stderr}\n${await besideLog(this.#root)}`);
+        if (!end.answer) throw new Error(`${end.stderr}\n${await besideLog(this.#root)}`);
         return end;
     }
 
@@ -62,8 +62,7 @@ export class DocumentServer {
      * parts}; parts is what busboy found.
      */
     async requests() {
-        if (!await this.#root.exists(RECORD))
-            return [];
+        if (!(await this.#root.exists(RECORD))) return [];
         const lines = (await this.#root.readFile(RECORD)).split('\n').slice(0, -1);
         return lines.map((line) => {
             const request = JSON.parse(line);
@@ -79,14 +78,29 @@ export class DocumentServer {
         this.#root.bind(path.join(HERE, 'uploadserver.mjs'), '/server/uploadserver.mjs');
         this.#root.bind(busboy, '/server/node_modules/busboy');
         this.#root.bind(streamsearch, '/server/node_modules/streamsearch');
-        await this.#root.writeFile('/tmp/server/nginx.conf',
-            fs.readFileSync(path.join(HERE, 'nginx.conf')));
-        const end = await this.#root.run(['openssl', 'req', '-x509', '-nodes',
-            '-newkey', 'ec', '-pkeyopt', 'ec_paramgen_curve:prime256v1',
-            '-subj', '/CN=elsewhere.invalid', '-days', '1', '-keyout', '/tmp/server/key.pem',
-            '-out', '/tmp/server/certificate.pem']);
-        if (end.status !== 0)
-            throw new Error(end.stderr);
+        await this.#root.writeFile(
+            '/tmp/server/nginx.conf',
+            fs.readFileSync(path.join(HERE, 'nginx.conf')),
+        );
+        const end = await this.#root.run([
+            'openssl',
+            'req',
+            '-x509',
+            '-nodes',
+            '-newkey',
+            'ec',
+            '-pkeyopt',
+            'ec_paramgen_curve:prime256v1',
+            '-subj',
+            '/CN=elsewhere.invalid',
+            '-days',
+            '1',
+            '-keyout',
+            '/tmp/server/key.pem',
+            '-out',
+            '/tmp/server/certificate.pem',
+        ]);
+        if (end.status !== 0) throw new Error(end.stderr);
         this.#beside = await beside(this.#root, SERVERS);
     }
 }

@@ -11,7 +11,9 @@ const DIGEST = '1344763764e0e45f3f68c8c76ce06e79';
 const OPEN = 'OpenDocumentFromServer';
 const SAVES = ['saveURL', 'saveURL_FormData'];
 const FILE = {
-    name: 'file', filename: 'test.txt', mimeType: 'application/octet-stream',
+    name: 'file',
+    filename: 'test.txt',
+    mimeType: 'application/octet-stream',
     content: 'test Data',
 };
 
@@ -33,9 +35,10 @@ async function onlyRequest() {
 
 const field = (name, value) =>
     `--${BOUNDARY}\r\nContent-Disposition: form-data; name="${name}"\r\n\r\n${value}\r\n`;
-const filePart = (name) => `--${BOUNDARY}\r\n`
-    + `Content-Disposition: form-data; name="file"; filename="${name}"\r\n`
-    + `Content-Type: application/octet-stream\r\n\r\ntest Data\r\n--${BOUNDARY}--\r\n`;
+const filePart = (name) =>
+    `--${BOUNDARY}\r\n` +
+    `Content-Disposition: form-data; name="file"; filename="${name}"\r\n` +
+    `Content-Type: application/octet-stream\r\n\r\ntest Data\r\n--${BOUNDARY}--\r\n`;
 
 test('OpenDocumentFromServer sends a GET without body and digest', async () => {
     const url = `${PLAIN}/upload?name=%E6%97%A5`;
@@ -49,20 +52,26 @@ test('OpenDocumentFromServer sends a GET without body and digest', async () => {
 });
 
 test('saveURL sends a plain POST with file name and digest', async () => {
-    expect(await server.test({ urlpath: `${PLAIN}/upload`, funcname: 'saveURL', reqtable: 'a:1' }))
-        .toBe('success');
+    expect(
+        await server.test({ urlpath: `${PLAIN}/upload`, funcname: 'saveURL', reqtable: 'a:1' }),
+    ).toBe('success');
     const request = await onlyRequest();
     expect(request.method).toBe('POST');
     expect(request.body).toBe('test Data');
     expect(request.headers).toMatchObject({
-        'content-type': 'application/octet-stream', 'content-length': '9',
-        filename: 'test.txt', md5sum: DIGEST,
+        'content-type': 'application/octet-stream',
+        'content-length': '9',
+        filename: 'test.txt',
+        md5sum: DIGEST,
     });
 });
 
 test.each([
-    'saveURL_FormData', 'saveURL_s_FormData', 'saveURL_GetData_FormData',
-    'saveURL_CustomParam_FormData', 'SaveDocumentToServer',
+    'saveURL_FormData',
+    'saveURL_s_FormData',
+    'saveURL_GetData_FormData',
+    'saveURL_CustomParam_FormData',
+    'SaveDocumentToServer',
 ])('%s sends form data that a multipart parser reads', async (funcname) => {
     expect(await server.test({ urlpath: `${PLAIN}/upload`, funcname })).toBe('success');
     const request = await onlyRequest();
@@ -80,28 +89,34 @@ test('fields are sent in ascending order and what is no field not at all', async
     expect(await send('a:2;Z:1')).toBe('success');
     const [first, second] = (await server.requests()).map(({ parts }) => parts);
     const fileName = { name: 'fileName', value: 'test.txt' };
-    expect(first)
-        .toEqual([{ name: 'a', value: '1' }, { name: 'b', value: '2' }, fileName, FILE]);
-    expect(second)
-        .toEqual([{ name: 'Z', value: '1' }, { name: 'a', value: '2' }, fileName, FILE]);
+    expect(first).toEqual([{ name: 'a', value: '1' }, { name: 'b', value: '2' }, fileName, FILE]);
+    expect(second).toEqual([{ name: 'Z', value: '1' }, { name: 'a', value: '2' }, fileName, FILE]);
 });
 
 test('the file has the name that the user gives', async () => {
-    const args = { urlpath: `${PLAIN}/upload`, funcname: 'SaveDocumentToServer',
-        reqtable: 'fileName:报告 1.docx;作者:Ä' };
+    const args = {
+        urlpath: `${PLAIN}/upload`,
+        funcname: 'SaveDocumentToServer',
+        reqtable: 'fileName:报告 1.docx;作者:Ä',
+    };
     expect(await server.test(args)).toBe('success');
     const { body } = await onlyRequest();
-    expect(body).toBe(field('fileName', '报告 1.docx') + field('作者', 'Ä')
-        + filePart('报告 1.docx'));
+    expect(body).toBe(
+        field('fileName', '报告 1.docx') + field('作者', 'Ä') + filePart('报告 1.docx'),
+    );
 });
 
 test('the user’s headers are sent, and of a plain POST they replace any', async () => {
     const reqheader = 'X-One:1;MD5SUM:mine;filename:other;bad;x:y:z;Content-Type:text/plain';
-    expect(await server.test({ urlpath: `${PLAIN}/upload`, funcname: 'saveURL', reqheader }))
-        .toBe('success');
+    expect(await server.test({ urlpath: `${PLAIN}/upload`, funcname: 'saveURL', reqheader })).toBe(
+        'success',
+    );
     const { headers } = await onlyRequest();
     expect(headers).toMatchObject({
-        'x-one': '1', md5sum: 'mine', filename: 'other', 'content-type': 'text/plain',
+        'x-one': '1',
+        md5sum: 'mine',
+        filename: 'other',
+        'content-type': 'text/plain',
     });
     expect(headers).not.toHaveProperty('x');
 });
@@ -116,8 +131,13 @@ test('type and length of form data are not the user’s to say', async () => {
 });
 
 test('a server with a certificate that nobody knows is asked all the same', async () => {
-    const check = await server.run(['openssl', 's_client', '-verify_return_error', '-connect',
-        '127.0.0.1:8443']);
+    const check = await server.run([
+        'openssl',
+        's_client',
+        '-verify_return_error',
+        '-connect',
+        '127.0.0.1:8443',
+    ]);
     expect(check.status).not.toBe(0);
     expect(check.stderr).toMatch(/self-signed certificate/);
     for (const funcname of [OPEN, ...SAVES])
@@ -133,7 +153,8 @@ test('a server that speaks no TLS is a failure without status', async () => {
 });
 
 test.each(['found', 'permanent', 'see-other', 'temporary', 'to-tls'])(
-    'the redirect "%s" is followed with the whole request', async (path) => {
+    'the redirect "%s" is followed with the whole request',
+    async (path) => {
         for (const funcname of [OPEN, ...SAVES]) {
             const args = { urlpath: `${PLAIN}/${path}`, funcname, reqheader: 'X-One:1' };
             expect(await server.test(args)).toBe('success');
@@ -142,9 +163,9 @@ test.each(['found', 'permanent', 'see-other', 'temporary', 'to-tls'])(
         expect(get.method).toBe('GET');
         expect(plain).toMatchObject({ method: 'POST', body: 'test Data' });
         expect(form.parts).toEqual([{ name: 'fileName', value: 'test.txt' }, FILE]);
-        for (const { headers } of [get, plain, form])
-            expect(headers['x-one']).toBe('1');
-    });
+        for (const { headers } of [get, plain, form]) expect(headers['x-one']).toBe('1');
+    },
+);
 
 test('the answer after the redirect decides', async () => {
     const args = { urlpath: `${PLAIN}/to-missing`, funcname: OPEN };
@@ -176,13 +197,12 @@ test('a GET keeps no cookies', async () => {
 
 test('an error is told with its status and page', async () => {
     for (const funcname of [OPEN, ...SAVES]) {
-        expect(await server.test({ urlpath: `${PLAIN}/missing`, funcname }))
-            .toMatch(/^404:<html>.*404 Not Found.*nginx/s);
-        expect(await server.test({ urlpath: `${PLAIN}/broken`, funcname }))
-            .toBe('500:kaputt: ü');
+        expect(await server.test({ urlpath: `${PLAIN}/missing`, funcname })).toMatch(
+            /^404:<html>.*404 Not Found.*nginx/s,
+        );
+        expect(await server.test({ urlpath: `${PLAIN}/broken`, funcname })).toBe('500:kaputt: ü');
     }
-    const { status, answer } = await server.testRaw(
-        { urlpath: `${PLAIN}/broken`, funcname: OPEN });
+    const { status, answer } = await server.testRaw({ urlpath: `${PLAIN}/broken`, funcname: OPEN });
     expect(answer.result).toBe(Buffer.from('500:kaputt: ü').toString('base64'));
     expect(status).toBe(0);
 });
@@ -237,7 +257,9 @@ test('a slow answer is waited for without spinning', async () => {
 });
 
 test('without any network a test fails at once', async () => {
-    const end = await runCommand(root, 'openremoveurlcheck',
-        { urlpath: 'http://192.0.2.1/', funcname: OPEN });
+    const end = await runCommand(root, 'openremoveurlcheck', {
+        urlpath: 'http://192.0.2.1/',
+        funcname: OPEN,
+    });
     expect(Buffer.from(end.answer.result, 'base64').toString()).toBe('0:');
 });

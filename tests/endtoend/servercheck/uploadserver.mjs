@@ -10,8 +10,7 @@ const SLOW_MS = 3000;
 
 async function bodyOf(request) {
     const chunks = [];
-    for await (const chunk of request)
-        chunks.push(chunk);
+    for await (const chunk of request) chunks.push(chunk);
     return Buffer.concat(chunks);
 }
 
@@ -24,7 +23,9 @@ function partsOf(headers, body) {
         parser.on('file', (name, stream, { filename, mimeType }) => {
             const part = { name, filename, mimeType, content: '' };
             parts.push(part);
-            stream.setEncoding('latin1').on('data', (text) => { part.content += text; });
+            stream.setEncoding('latin1').on('data', (text) => {
+                part.content += text;
+            });
         });
         parser.on('close', () => resolve(parts));
         parser.on('error', reject);
@@ -39,8 +40,7 @@ async function take(request, response) {
     const parts = isForm ? await partsOf(headers, body) : null;
     const record = { method, url, headers, body: body.toString('base64'), parts };
     appendFileSync(RECORD, `${JSON.stringify(record)}\n`);
-    if (url === '/slow')
-        await pause(SLOW_MS);
+    if (url === '/slow') await pause(SLOW_MS);
     if (url === '/cut') {
         response.writeHead(200, { 'Content-Length': 1000 });
         response.write('half', () => request.socket.destroy());

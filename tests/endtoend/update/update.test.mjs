@@ -49,7 +49,7 @@ test.each([
     ['a line without end', `[update]\na=${'\\'.repeat(1_000_001)}`],
 ])('a configuration of garbage (%s) is survived and can be changed', async (_, content) => {
     await root.writeFile(CONFIG, content);
-    expect(typeof await resultOf('getupdateconfig')).toBe('object');
+    expect(typeof (await resultOf('getupdateconfig'))).toBe('object');
     expect(await change('fresh$value')).toBe('success');
     expect(await resultOf('getupdateconfig')).toMatchObject({ fresh: 'value' });
 });
@@ -100,8 +100,10 @@ test('a missing configuration is an error, unsupported, and starts no daily repo
     expect((await session.send({ command: 'getupdateconfig' })).result).toBe('error');
     expect((await session.send({ command: 'getupdatesupport' })).result).toBe(false);
     expect((await session.send({ command: 'testdailyreport' })).result).toBe('success');
-    const changed = await session.send(
-        { command: 'changeupdateconfig', args: { keyvalue: 'a$b' } });
+    const changed = await session.send({
+        command: 'changeupdateconfig',
+        args: { keyvalue: 'a$b' },
+    });
     expect(changed.result).toBe('success');
     expect(session.traced('started')).toEqual([]);
     await session.close();
@@ -121,10 +123,15 @@ test.each([
     const answer = await session.send({ command });
     expect(answer.result).toBe(result);
     expect('result' in answer).toBe(result !== undefined);
-    expect(session.traced('started')).toEqual([{
-        type: 'started', program: UPDATER, arguments: [option], workingDirectory: '',
-        detached: true,
-    }]);
+    expect(session.traced('started')).toEqual([
+        {
+            type: 'started',
+            program: UPDATER,
+            arguments: [option],
+            workingDirectory: '',
+            detached: true,
+        },
+    ]);
     const call = await waitFor(() => updaterCall(root), { what: 'the call of the updater' });
     expect(call).toEqual({ args: [option], directory: '/tmp' });
     expect((await session.close()).status).toBe(0);
@@ -141,8 +148,10 @@ test('the daily report leaves its fixed date in the configuration', async () => 
     await installUpdater(root);
     await root.writeFile(CONFIG, '[update]\nkept=1\nusagecollected=2026-01-01 00:00:00\n');
     expect(await resultOf('testdailyreport')).toBe('success');
-    expect(await resultOf('getupdateconfig'))
-        .toEqual({ kept: '1', usagecollected: '2018-11-14 15:10:19' });
+    expect(await resultOf('getupdateconfig')).toEqual({
+        kept: '1',
+        usagecollected: '2018-11-14 15:10:19',
+    });
 });
 
 test.each([
@@ -176,8 +185,9 @@ test.each([
 });
 
 test('clearing removes every file of the log directory and nothing else', async () => {
-    const script = 'cd /var/log/vyrlog; touch vyrupdate.log "a b" ./-rf \'*\' $\'line\\nfeed\';'
-        + ' touch .hidden; mkdir -p sub; touch sub/kept; ln -s /tmp/outside link; touch /tmp/outside';
+    const script =
+        "cd /var/log/vyrlog; touch vyrupdate.log \"a b\" ./-rf '*' $'line\\nfeed';" +
+        ' touch .hidden; mkdir -p sub; touch sub/kept; ln -s /tmp/outside link; touch /tmp/outside';
     await root.run(['bash', '-c', script]);
     expect(await resultOf('clearlogfile')).toBe('success');
     expect(await root.list('/var/log/vyrlog')).toEqual(['.hidden', 'sub']);

@@ -6,16 +6,19 @@ const CALLS = '/opt/orvane/calls';
 
 /** An updater that writes down how it is called. */
 export function installUpdater(root) {
-    return root.writeFile(UPDATER, `#!/bin/bash
+    return root.writeFile(
+        UPDATER,
+        `#!/bin/bash
 printf '%s\\n' "$#" "$@" "$PWD" > ${CALLS}.new
 mv ${CALLS}.new ${CALLS}
-`, { mode: 0o755 });
+`,
+        { mode: 0o755 },
+    );
 }
 
 /** The updater's call when it has come: {args, directory}. */
 export async function updaterCall(root) {
-    if (!await root.exists(CALLS))
-        return null;
+    if (!(await root.exists(CALLS))) return null;
     const [count, ...words] = (await root.readFile(CALLS)).split('\n').slice(0, -1);
     await root.remove(CALLS);
     return { args: words.slice(0, Number(count)), directory: words[Number(count)] };

@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "helio/ctl/leftoverwork.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 #include "tests/support/unprivileged.h"
 
 namespace {

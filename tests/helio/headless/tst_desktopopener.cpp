@@ -4,8 +4,8 @@
 
 #include "helio/headless/desktopopener.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 using helio::DesktopOpener;
 using testsupport::FakePrograms;

@@ -6,8 +6,8 @@
 #include "helio/webengine/webenginecontainer.h"
 #include "host/kxwebviewasynjsobject.h"
 #include "host/kxwebviewjscontext.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include "programs/checktool/timelimit.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/lifeline.h"
+#include "tests/support/shell/headlesstest.h"
 
 using standin::ProgramEnd;
 

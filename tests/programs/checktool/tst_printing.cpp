@@ -12,9 +12,9 @@
 #include <utime.h>
 
 #include "tests/programs/checktool/checkedmachine.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/lifeline.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 using testsupport::CheckedMachine;
 

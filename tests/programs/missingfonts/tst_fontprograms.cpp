@@ -5,8 +5,8 @@
 
 #include <sys/resource.h>
 
-#include "tests/support/shell/headlesstest.h"
 #include "tests/programs/missingfonts/packagebuilder.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// The programs vyr, tbl and shw as the page's command starts them.
 class FontProgramsTest : public QObject

@@ -4,8 +4,8 @@
 
 #include "programs/checktool/machine/boundedprogram.h"
 #include "tests/programs/missingfonts/documentfamilies.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/programs/missingfonts/packagebuilder.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <QTemporaryDir>
 
 #include "tests/programs/missingfonts/documentfamilies.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/programs/missingfonts/packagebuilder.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// The fonts of presentations that are packages.
 class SlideFontsTest : public QObject

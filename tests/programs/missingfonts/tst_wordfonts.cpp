@@ -2,8 +2,8 @@
 #include <QTemporaryDir>
 
 #include "tests/programs/missingfonts/documentfamilies.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/programs/missingfonts/packagebuilder.h"
+#include "tests/support/shell/headlesstest.h"
 
 /// The fonts of text documents that are packages.
 class WordFontsTest : public QObject

@@ -3,8 +3,8 @@
 #include <QFile>
 #include <QTimer>
 
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/lifeline.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "programs/screengrab/picturefile.h"
 #include "tests/programs/screengrab/coloreddisplay.h"
 #include "tests/programs/screengrab/fakeportal.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/programs/screengrab/privatebus.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 

@@ -29,7 +29,8 @@ export interface AssociationGroup {
 
 /** The two listings side by side, extension by extension in the order of the listing. */
 export function associationGroups(
-    mimeTypes: Associations, defaults: Associations,
+    mimeTypes: Associations,
+    defaults: Associations,
 ): AssociationGroup[] {
     return applications.map((application) => {
         const byExtension = (list: Association[]) =>
@@ -37,13 +38,15 @@ export function associationGroups(
         const types = byExtension(mimeTypes[application]);
         const programs = byExtension(defaults[application]);
         const extensions = [...new Set([...types.keys(), ...programs.keys()])];
-        const rows = extensions.map((extension): AssociationRow => ({
-            extension,
-            mimeType: types.get(extension)?.value ?? '',
-            mimeGood: types.get(extension)?.good ?? false,
-            entry: programs.get(extension)?.value ?? '',
-            entryGood: programs.get(extension)?.good ?? false,
-        }));
+        const rows = extensions.map(
+            (extension): AssociationRow => ({
+                extension,
+                mimeType: types.get(extension)?.value ?? '',
+                mimeGood: types.get(extension)?.good ?? false,
+                entry: programs.get(extension)?.value ?? '',
+                entryGood: programs.get(extension)?.good ?? false,
+            }),
+        );
         return { application, rows };
     });
 }
@@ -60,8 +63,10 @@ export function rowCount(groups: AssociationGroup[]): number {
 
 /** Without the tools that ask the desktop, every value is empty. */
 export function toolsMissing(groups: AssociationGroup[]): boolean {
-    return rowCount(groups) > 0
-        && groups.every(({ rows }) => rows.every(({ mimeType }) => mimeType === ''));
+    return (
+        rowCount(groups) > 0 &&
+        groups.every(({ rows }) => rows.every(({ mimeType }) => mimeType === ''))
+    );
 }
 
 /**
@@ -75,11 +80,13 @@ export function programName({ entry, entryGood }: AssociationRow): EntryName | '
 
 /** The whole table as text to paste. */
 export function associationText(
-    groups: AssociationGroup[], title: (application: Application) => string,
+    groups: AssociationGroup[],
+    title: (application: Application) => string,
     line: (row: AssociationRow) => string,
 ): string {
     return groups
         .map(({ application, rows }) =>
-            [`== ${title(application)} ==`, ...rows.map(line)].join('\n'))
+            [`== ${title(application)} ==`, ...rows.map(line)].join('\n'),
+        )
         .join('\n\n');
 }

@@ -38,8 +38,12 @@ export function useCheckRun(client: Pick<Client, 'startCheck'>) {
             request.value = asked;
             refusal.value = null;
             timers = [
-                setTimeout(() => { slow.value = true; }, progressDelay),
-                setTimeout(() => { long.value = true; }, patience),
+                setTimeout(() => {
+                    slow.value = true;
+                }, progressDelay),
+                setTimeout(() => {
+                    long.value = true;
+                }, patience),
             ];
             const outcome = await client.startCheck(asked.check, asked.component, asked.argument);
             if (outcome.kind === 'done') return;

@@ -8,8 +8,16 @@ export type Component = (typeof components)[number];
 
 /** What the check tool can look into. */
 export const checks = [
-    'libraries', 'fonts', 'locale', 'space', 'configuration',
-    'printing', 'display', 'dbus', 'input', 'plugins',
+    'libraries',
+    'fonts',
+    'locale',
+    'space',
+    'configuration',
+    'printing',
+    'display',
+    'dbus',
+    'input',
+    'plugins',
 ] as const;
 export type Check = (typeof checks)[number];
 
@@ -26,7 +34,10 @@ export interface CheckRequest {
 
 /** The request for what is chosen; null while a check of one's own has no name. */
 export function requestOf(
-    choice: CheckChoice, component: Component, ownCheck: string, argument: string,
+    choice: CheckChoice,
+    component: Component,
+    ownCheck: string,
+    argument: string,
 ): CheckRequest | null {
     const check = choice === otherCheck ? ownCheck.trim() : choice;
     return check === '' ? null : { check, component, argument: argument.trim() };
@@ -39,18 +50,24 @@ export function answers({ check, component }: CheckFinding, request: CheckReques
 
 export function checkName(check: string, t: Translate): string {
     return checks.some((known) => known === check)
-        ? t(`environmentcheck.checks.${check}.name`) : visibleText(check);
+        ? t(`environmentcheck.checks.${check}.name`)
+        : visibleText(check);
 }
 
 export function componentName(component: string, t: Translate): string {
     return components.some((known) => known === component)
-        ? t(`environmentcheck.components.${component}`) : visibleText(component);
+        ? t(`environmentcheck.components.${component}`)
+        : visibleText(component);
 }
 
 /** The findings with `added` in the place of an earlier one for the same check and component. */
 export function withFinding(findings: CheckFinding[], added: CheckFinding): CheckFinding[] {
-    return [added, ...findings.filter((finding) =>
-        finding.check !== added.check || finding.component !== added.component)];
+    return [
+        added,
+        ...findings.filter(
+            (finding) => finding.check !== added.check || finding.component !== added.component,
+        ),
+    ];
 }
 
 /** The lines of a finding; none when the tool gave no answer. */
@@ -62,10 +79,14 @@ export function findingLines({ value }: CheckFinding): string[] {
 
 /** All findings as text to paste. */
 export function findingsText(findings: CheckFinding[], t: Translate): string {
-    return findings.map((finding) => {
-        const title = `${componentName(finding.component, t)} – ${checkName(finding.check, t)}`;
-        const lines = findingLines(finding).map(visibleText);
-        return [`== ${title} ==`, ...(lines.length ? lines : [t('environmentcheck.noAnswer')])]
-            .join('\n');
-    }).join('\n\n');
+    return findings
+        .map((finding) => {
+            const title = `${componentName(finding.component, t)} – ${checkName(finding.check, t)}`;
+            const lines = findingLines(finding).map(visibleText);
+            return [
+                `== ${title} ==`,
+                ...(lines.length ? lines : [t('environmentcheck.noAnswer')]),
+            ].join('\n');
+        })
+        .join('\n\n');
 }

@@ -29,11 +29,14 @@ export interface ContentFile {
 export function chosenFiles({ sample, attachments }: Draft): ContentFile[] {
     const files: Pick<ContentFile, 'role' | 'path'>[] = [
         ...(sample ? [{ role: 'sample', path: sample } as const] : []),
-        ...attachments.map((path) => ({ role: 'attachment', path } as const)),
+        ...attachments.map((path) => ({ role: 'attachment', path }) as const),
     ];
     return files.map((file, index) => ({
         ...file,
-        problem: fileProblem(file.path, files.slice(0, index).map(({ path }) => path)),
+        problem: fileProblem(
+            file.path,
+            files.slice(0, index).map(({ path }) => path),
+        ),
     }));
 }
 
@@ -49,8 +52,13 @@ export interface ContentLine {
 export function archiveContents(draft: Draft): ContentLine[] {
     const lines: ContentLine[] = [
         { part: 'description', names: ['describe.txt'], problem: null },
-        ...chosenFiles(draft).map(({ path, problem }): ContentLine =>
-            ({ part: 'file', names: [fileName(path)], problem })),
+        ...chosenFiles(draft).map(
+            ({ path, problem }): ContentLine => ({
+                part: 'file',
+                names: [fileName(path)],
+                problem,
+            }),
+        ),
     ];
     if (draft.systemInformation) {
         lines.push({ part: 'systemInformation', names: ['sysinfo.txt'], problem: null });

@@ -2,9 +2,7 @@ import type { Feedback, FeedbackOrigin } from '@/client';
 import { feedbackOrigins, type FeedbackOriginName } from '@/work/handover';
 
 /** What feedback can be about; support sorts by these words. */
-export const categories = [
-    'crash', 'layout', 'print', 'font', 'input', 'update', 'other',
-] as const;
+export const categories = ['crash', 'layout', 'print', 'font', 'input', 'update', 'other'] as const;
 export type Category = (typeof categories)[number];
 
 export const mostAttachments = 3;

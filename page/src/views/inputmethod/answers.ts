@@ -2,7 +2,11 @@ import type { Judged } from '@/parts/judged';
 
 /** The code words of the check; each has its texts under inputmethod.answers. */
 export const answerCodes = [
-    'ERR_OK', 'ERR_OTHER', 'ERR_LOADPLUGIN_FAILED', 'ERR_NOT_RUNNING', 'ERR_NOT_FIND_BUSCONFIG',
+    'ERR_OK',
+    'ERR_OTHER',
+    'ERR_LOADPLUGIN_FAILED',
+    'ERR_NOT_RUNNING',
+    'ERR_NOT_FIND_BUSCONFIG',
     'ERR_INVALID_ENV_CONFIG',
 ] as const;
 

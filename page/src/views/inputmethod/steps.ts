@@ -29,7 +29,9 @@ const packages: Record<Framework, Record<PackageTool, string>> = {
 };
 
 const installCommands: Record<PackageTool, string> = {
-    apt: 'sudo apt install', dnf: 'sudo dnf install', pacman: 'sudo pacman -S',
+    apt: 'sudo apt install',
+    dnf: 'sudo dnf install',
+    pacman: 'sudo pacman -S',
 };
 
 /** The name under which the variables know the framework. */
@@ -86,37 +88,43 @@ const showVariables: Step = { text: 'showVariables', commands: ["env | grep -E '
 const findSetting: Step = {
     text: 'findSetting',
     commands: [
-        "grep -rsnE 'IM_MODULE|XMODIFIERS' ~/.config/environment.d ~/.profile ~/.xprofile "
-            + '~/.pam_environment /etc/environment /etc/profile.d /etc/X11/xinit',
+        "grep -rsnE 'IM_MODULE|XMODIFIERS' ~/.config/environment.d ~/.profile ~/.xprofile " +
+            '~/.pam_environment /etc/environment /etc/profile.d /etc/X11/xinit',
     ],
 };
 
 /** The exact steps that mend what the code stands for, in order. */
 export function stepsFor(code: AnswerCode | null, situation: Situation): Step[] {
     switch (code) {
-    case 'ERR_OK':
-        return [{ text: 'tryHere', commands: [] }];
-    case 'ERR_LOADPLUGIN_FAILED':
-        return [showVariables, install(situation), setVariables(situation), logOut, again];
-    case 'ERR_NOT_RUNNING':
-        return [start(situation), startWithSession(situation), install(situation), again];
-    case 'ERR_NOT_FIND_BUSCONFIG':
-        return [
-            { text: 'restartBus', commands: ['ibus-daemon -drx'] },
-            { text: 'busFiles', commands: ['ls -l ~/.config/ibus/bus/', 'cat /etc/machine-id'] },
-            { text: 'machineId', commands: ['sudo systemd-machine-id-setup'] },
-            logOut,
-            again,
-        ];
-    case 'ERR_INVALID_ENV_CONFIG':
-        return [showVariables, findSetting, setVariables(situation), logOut, again];
-    default:
-        return [showVariables, { text: 'support', commands: [] }];
+        case 'ERR_OK':
+            return [{ text: 'tryHere', commands: [] }];
+        case 'ERR_LOADPLUGIN_FAILED':
+            return [showVariables, install(situation), setVariables(situation), logOut, again];
+        case 'ERR_NOT_RUNNING':
+            return [start(situation), startWithSession(situation), install(situation), again];
+        case 'ERR_NOT_FIND_BUSCONFIG':
+            return [
+                { text: 'restartBus', commands: ['ibus-daemon -drx'] },
+                {
+                    text: 'busFiles',
+                    commands: ['ls -l ~/.config/ibus/bus/', 'cat /etc/machine-id'],
+                },
+                { text: 'machineId', commands: ['sudo systemd-machine-id-setup'] },
+                logOut,
+                again,
+            ];
+        case 'ERR_INVALID_ENV_CONFIG':
+            return [showVariables, findSetting, setVariables(situation), logOut, again];
+        default:
+            return [showVariables, { text: 'support', commands: [] }];
     }
 }
 
 /** Whether the choice of framework, desktop and package tool changes the steps. */
 export function dependsOnSituation(code: AnswerCode | null): boolean {
-    return code === 'ERR_LOADPLUGIN_FAILED' || code === 'ERR_NOT_RUNNING'
-        || code === 'ERR_INVALID_ENV_CONFIG';
+    return (
+        code === 'ERR_LOADPLUGIN_FAILED' ||
+        code === 'ERR_NOT_RUNNING' ||
+        code === 'ERR_INVALID_ENV_CONFIG'
+    );
 }

@@ -2,7 +2,11 @@ import type { Variable } from '@/client';
 
 /** The variables by which programs find the input method, and those that tell the desktop. */
 export const watchedVariables = [
-    'QT_IM_MODULE', 'XMODIFIERS', 'GTK_IM_MODULE', 'XDG_CURRENT_DESKTOP', 'XDG_SESSION_TYPE',
+    'QT_IM_MODULE',
+    'XMODIFIERS',
+    'GTK_IM_MODULE',
+    'XDG_CURRENT_DESKTOP',
+    'XDG_SESSION_TYPE',
 ] as const;
 
 export const frameworks = ['fcitx5', 'ibus', 'fcitx'] as const;
@@ -21,8 +25,9 @@ export function variableValue(variables: Variable[], name: string): string | nul
 
 /** Which framework the environment names; fcitx 5 takes the same name as its predecessor. */
 export function likelyFramework(variables: Variable[]): Framework {
-    const named = ['QT_IM_MODULE', 'XMODIFIERS', 'GTK_IM_MODULE']
-        .map((name) => variableValue(variables, name)?.toLowerCase() ?? '');
+    const named = ['QT_IM_MODULE', 'XMODIFIERS', 'GTK_IM_MODULE'].map(
+        (name) => variableValue(variables, name)?.toLowerCase() ?? '',
+    );
     return named.find((value) => /fcitx|ibus/.test(value))?.includes('ibus') ? 'ibus' : 'fcitx5';
 }
 

@@ -30,10 +30,18 @@ const table: [names: string, packageName: string, face: string, closeness: Close
     ['segoe ui emoji', 'fonts-noto-color-emoji', 'Noto Color Emoji', 'similar'],
     ['simsun|nsimsun|宋体|新宋体|simsun-extb', 'fonts-noto-cjk', 'Noto Serif CJK SC', 'similar'],
     ['simhei|黑体|dengxian|等线', 'fonts-noto-cjk', 'Noto Sans CJK SC', 'similar'],
-    ['microsoft yahei|microsoft yahei ui|微软雅黑', 'fonts-wqy-microhei', 'WenQuanYi Micro Hei',
-        'similar'],
-    ['kaiti|楷体|kaiti_gb2312|楷体_gb2312|stkaiti|华文楷体', 'fonts-arphic-ukai', 'AR PL UKai CN',
-        'similar'],
+    [
+        'microsoft yahei|microsoft yahei ui|微软雅黑',
+        'fonts-wqy-microhei',
+        'WenQuanYi Micro Hei',
+        'similar',
+    ],
+    [
+        'kaiti|楷体|kaiti_gb2312|楷体_gb2312|stkaiti|华文楷体',
+        'fonts-arphic-ukai',
+        'AR PL UKai CN',
+        'similar',
+    ],
     ['mingliu|pmingliu|細明體|新細明體', 'fonts-arphic-uming', 'AR PL UMing TW', 'similar'],
     ['microsoft jhenghei|微軟正黑體', 'fonts-noto-cjk', 'Noto Sans CJK TC', 'similar'],
     ['ms gothic|ms pgothic|ｍｓ ゴシック', 'fonts-ipafont-gothic', 'IPAGothic', 'similar'],
@@ -62,9 +70,13 @@ const families: [prefix: RegExp, packageName: string][] = [
     [/^nanum/, 'fonts-nanum'],
 ];
 
-const byName = new Map(table.flatMap(([names, packageName, face, closeness]) =>
-    names.split('|').map((name): [string, Advice] =>
-        [name, { package: packageName, face, closeness }])));
+const byName = new Map(
+    table.flatMap(([names, packageName, face, closeness]) =>
+        names
+            .split('|')
+            .map((name): [string, Advice] => [name, { package: packageName, face, closeness }]),
+    ),
+);
 
 /** A vertical face is named with "@" before; it comes with the font itself. */
 const plainName = (name: string): string =>

@@ -6,7 +6,12 @@ export function fontNames(list: string): string[] {
     const separator = list.includes(';') ? /[;\r\n]+/ : /[,，\r\n]+/;
     const names = list
         .split(separator)
-        .map((name) => name.trim().replace(/^(["'])(.*)\1$/, '$2').trim())
+        .map((name) =>
+            name
+                .trim()
+                .replace(/^(["'])(.*)\1$/, '$2')
+                .trim(),
+        )
         .filter((name) => name !== '');
     const seen = new Set<string>();
     return names.filter((name) => {

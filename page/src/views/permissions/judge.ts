@@ -3,8 +3,19 @@ import type { Judged } from '@/parts/judged';
 
 /** What a path is found to be; each has its sentence under permissions.verdicts. */
 export type VerdictName =
-    | 'missing' | 'unclear' | 'foreign' | 'foreignOpen' | 'nameless' | 'namelessOpen' | 'readOnly'
-    | 'unreadable' | 'closed' | 'open' | 'unknownUser' | 'root' | 'good';
+    | 'missing'
+    | 'unclear'
+    | 'foreign'
+    | 'foreignOpen'
+    | 'nameless'
+    | 'namelessOpen'
+    | 'readOnly'
+    | 'unreadable'
+    | 'closed'
+    | 'open'
+    | 'unknownUser'
+    | 'root'
+    | 'good';
 
 export interface Verdict {
     name: VerdictName;
@@ -41,9 +52,13 @@ export function knownPath(name: string): string | null {
 export function rightsOf(digits: string): AllRights | null {
     const match = /^([01]{3})-([01]{3})-([01]{3})$/.exec(digits);
     if (!match) return null;
-    const [owner, group, others] = match.slice(1).map((three) => ({
-        read: three[0] === '1', write: three[1] === '1', execute: three[2] === '1',
-    }));
+    const [owner, group, others] = match
+        .slice(1)
+        .map((three) => ({
+            read: three[0] === '1',
+            write: three[1] === '1',
+            execute: three[2] === '1',
+        }));
     return { owner: owner!, group: group!, others: others! };
 }
 
@@ -81,7 +96,8 @@ function judgeOwn({ name }: FilePermissions, { owner, others }: AllRights): Verd
 function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
     const commands = [takeOver(file.name)];
     const name = file.owner === '' ? 'nameless' : 'foreign';
-    return others.write ? { name: `${name}Open`, state: 'warning', commands }
+    return others.write
+        ? { name: `${name}Open`, state: 'warning', commands }
         : { name, state: 'bad', commands };
 }
 
@@ -95,7 +111,8 @@ export function judge(file: FilePermissions, user: string | null): Verdict {
     if (file.owner === '' || !own) return judgeForeign(file, rights);
     const verdict = judgeOwn(file, rights);
     return verdict.name === 'good' && user === null
-        ? { ...verdict, name: 'unknownUser', state: 'plain' } : verdict;
+        ? { ...verdict, name: 'unknownUser', state: 'plain' }
+        : verdict;
 }
 
 const urgency: Judged[] = ['bad', 'warning', 'plain', 'good'];

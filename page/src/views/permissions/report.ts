@@ -27,16 +27,20 @@ export function rightsText(digits: string, t: Translate): string {
 export function verdictText(file: FilePermissions, user: string | null, t: Translate): string {
     const { name } = judge(file, user);
     return t(`permissions.verdicts.${name}.text`, {
-        owner: visibleText(file.owner), user: visibleText(user ?? ''),
+        owner: visibleText(file.owner),
+        user: visibleText(user ?? ''),
     });
 }
 
 /** The list as text to paste. */
 export function listText(files: FilePermissions[], user: string | null, t: Translate): string {
-    return files.map((file) => {
-        const { owner, group, permissions, modified } = file;
-        const facts = file.exists
-            ? `  ${visibleText(owner)}:${visibleText(group)}  ${permissions}  ${modified}` : '';
-        return `${visibleText(file.name)}${facts}\n    ${verdictText(file, user, t)}`;
-    }).join('\n');
+    return files
+        .map((file) => {
+            const { owner, group, permissions, modified } = file;
+            const facts = file.exists
+                ? `  ${visibleText(owner)}:${visibleText(group)}  ${permissions}  ${modified}`
+                : '';
+            return `${visibleText(file.name)}${facts}\n    ${verdictText(file, user, t)}`;
+        })
+        .join('\n');
 }

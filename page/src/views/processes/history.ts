@@ -14,7 +14,9 @@ export const historyLength = 720;
 
 /** The sample that two answers make; null when the machine did not tell its memory. */
 export function sample(
-    time: number, { usedPercent }: MachineMemory, largest: Process[],
+    time: number,
+    { usedPercent }: MachineMemory,
+    largest: Process[],
 ): Sample | null {
     if (usedPercent === null) return null;
     // Shared pages count for every process that has them, so that the sum can pass the whole.

@@ -11,9 +11,11 @@ export interface Load {
 
 function table(title: string, processes: Process[], t: Translate): string {
     const lines = processes.map(({ id, user, memory, processor, command }) =>
-        [id, user, memory, processor, visibleText(command)].join('\t'));
+        [id, user, memory, processor, visibleText(command)].join('\t'),
+    );
     const head = ['id', 'user', 'memory', 'processor', 'command']
-        .map((column) => t(`processes.columns.${column}`)).join('\t');
+        .map((column) => t(`processes.columns.${column}`))
+        .join('\t');
     return [`== ${title} ==`, head, ...lines].join('\n');
 }
 
@@ -21,9 +23,12 @@ function table(title: string, processes: Process[], t: Translate): string {
 export function loadText({ memory, busiest, largest }: Load, t: Translate): string {
     const parts = [];
     if (memory?.usedPercent != null && memory.totalGibibytes != null) {
-        parts.push(t('processes.memory.line', {
-            percent: memory.usedPercent.toFixed(1), total: memory.totalGibibytes.toFixed(1),
-        }));
+        parts.push(
+            t('processes.memory.line', {
+                percent: memory.usedPercent.toFixed(1),
+                total: memory.totalGibibytes.toFixed(1),
+            }),
+        );
     }
     parts.push(table(t('processes.busiest.title'), busiest, t));
     parts.push(table(t('processes.largest.title'), largest, t));

@@ -49,8 +49,9 @@ export class HitList {
     }
 
     get isBusy(): boolean {
-        return this.hasUntested
-            || (this.order !== 'found' && this.sortedCount < this.matched.length);
+        return (
+            this.hasUntested || (this.order !== 'found' && this.sortedCount < this.matched.length)
+        );
     }
 
     hit(number: number): SearchHit | undefined {
@@ -107,8 +108,11 @@ export class HitList {
 
     private sortsNow(time: number): boolean {
         const added = this.matched.length - this.sortedCount;
-        return !this.expectsMore || added >= this.sortedCount * worthSorting
-            || time - this.sortedAt >= longestWait;
+        return (
+            !this.expectsMore ||
+            added >= this.sortedCount * worthSorting ||
+            time - this.sortedAt >= longestWait
+        );
     }
 
     private step(time: number): boolean {
@@ -120,8 +124,11 @@ export class HitList {
             }
             return true;
         }
-        this.sorting ??= sortInto(this.sorted, this.matched.slice(this.sortedCount),
-            this.comparison());
+        this.sorting ??= sortInto(
+            this.sorted,
+            this.matched.slice(this.sortedCount),
+            this.comparison(),
+        );
         const { done, value } = this.sorting.next();
         if (!done) return false;
         this.sorting = null;

@@ -19,7 +19,11 @@ export function mostRows(rowHeight: number): number {
  * arithmetic, however many there are and however fast more arrive.
  */
 export function rowWindow(
-    count: number, rowHeight: number, scrollTop: number, viewHeight: number, around = 10,
+    count: number,
+    rowHeight: number,
+    scrollTop: number,
+    viewHeight: number,
+    around = 10,
 ): RowWindow {
     const rows = Math.min(count, mostRows(rowHeight));
     const first = Math.floor(scrollTop / rowHeight) - around;
@@ -33,7 +37,10 @@ export function rowWindow(
 
 /** Where to scroll so that a row is in sight, with as little movement as possible. */
 export function scrollFor(
-    row: number, rowHeight: number, scrollTop: number, viewHeight: number,
+    row: number,
+    rowHeight: number,
+    scrollTop: number,
+    viewHeight: number,
 ): number {
     const top = row * rowHeight;
     if (top < scrollTop) return top;

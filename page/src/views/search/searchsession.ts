@@ -47,8 +47,8 @@ export function useSearch(client: Client) {
         frame = 0;
         list.expectsMore = accepting;
         list.work(frameShare);
-        const isNews = !accepting || !count.value
-            || performance.now() - publishedAt >= publishInterval;
+        const isNews =
+            !accepting || !count.value || performance.now() - publishedAt >= publishInterval;
         if (isNews) publish();
         if (list.isBusy || !isNews) requestDraw();
         else if (allArrived && state.value === 'searching') end('finished');
@@ -101,26 +101,38 @@ export function useSearch(client: Client) {
         list.orderBy(wanted);
         requestDraw();
     });
-    onMounted(() => stopListening.push(
-        client.listen('searchHit', (hit) => {
-            if (!accepting) return;
-            list.add(hit);
-            requestDraw();
-        }),
-        client.listen('searchFinished', () => {
-            if (!accepting) return;
-            accepting = false;
-            allArrived = true;
-            requestDraw();
-        }),
-    ));
+    onMounted(() =>
+        stopListening.push(
+            client.listen('searchHit', (hit) => {
+                if (!accepting) return;
+                list.add(hit);
+                requestDraw();
+            }),
+            client.listen('searchFinished', () => {
+                if (!accepting) return;
+                accepting = false;
+                allArrived = true;
+                requestDraw();
+            }),
+        ),
+    );
     onBeforeUnmount(() => {
         stopListening.forEach((stopOne) => stopOne());
         clearTimeout(slowTimer);
         cancelAnimationFrame(frame);
     });
     return {
-        list, version, state, count, shownCount, arranging, slow, failure, filter, order, start,
+        list,
+        version,
+        state,
+        count,
+        shownCount,
+        arranging,
+        slow,
+        failure,
+        filter,
+        order,
+        start,
         stop,
     };
 }

@@ -13,8 +13,7 @@ function* merge(first: number[], second: number[], compare: Compare): SlicedSort
     let left = 0;
     let right = 0;
     while (left < first.length && right < second.length) {
-        merged.push(compare(first[left]!, second[right]!) <= 0
-            ? first[left++]! : second[right++]!);
+        merged.push(compare(first[left]!, second[right]!) <= 0 ? first[left++]! : second[right++]!);
         if (merged.length % stepLength === 0) yield;
     }
     while (left < first.length) merged.push(first[left++]!);

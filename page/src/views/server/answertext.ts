@@ -1,7 +1,14 @@
 import type { ServerAnswer } from '@/client';
 
 /** What an answer means, by the name of its text. */
-export type Meaning = 'good' | 'silent' | 'redirect' | 'access' | 'notFound' | 'client' | 'server'
+export type Meaning =
+    | 'good'
+    | 'silent'
+    | 'redirect'
+    | 'access'
+    | 'notFound'
+    | 'client'
+    | 'server'
     | 'odd';
 
 export function meaningOf(answer: ServerAnswer): Meaning {

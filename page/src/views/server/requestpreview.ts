@@ -11,15 +11,15 @@ export const knownFunctions = [
     'saveURL_CustomParam_FormData',
 ] as const;
 
-const formFunctions: readonly string[] = knownFunctions.filter((name) =>
-    name.endsWith('_FormData') || name === 'SaveDocumentToServer');
+const formFunctions: readonly string[] = knownFunctions.filter(
+    (name) => name.endsWith('_FormData') || name === 'SaveDocumentToServer',
+);
 
 export type RequestKind = 'get' | 'post' | 'multipart';
 
 /** The kind of request that the library sends for a function, by its name alone. */
 export function requestKind(functionName: string): RequestKind {
-    const saves = functionName.includes('saveURL')
-        || functionName.includes('SaveDocumentToServer');
+    const saves = functionName.includes('saveURL') || functionName.includes('SaveDocumentToServer');
     if (!saves) return 'get';
     return formFunctions.includes(functionName) ? 'multipart' : 'post';
 }
@@ -47,11 +47,15 @@ export function formFields(fields: NamedValues): NamedValues {
 function multipartBody(fields: NamedValues): string {
     const all = formFields(fields);
     const fileName = all.find(({ name }) => name === 'fileName')?.value ?? '';
-    const parts = all.map(({ name, value }) =>
-        `--${boundary}\r\nContent-Disposition: form-data; name="${name}"\r\n\r\n${value}\r\n`);
-    parts.push(`--${boundary}\r\n`
-        + `Content-Disposition: form-data; name="file"; filename="${fileName}"\r\n`
-        + `Content-Type: application/octet-stream\r\n\r\n${payload}\r\n`);
+    const parts = all.map(
+        ({ name, value }) =>
+            `--${boundary}\r\nContent-Disposition: form-data; name="${name}"\r\n\r\n${value}\r\n`,
+    );
+    parts.push(
+        `--${boundary}\r\n` +
+            `Content-Disposition: form-data; name="file"; filename="${fileName}"\r\n` +
+            `Content-Type: application/octet-stream\r\n\r\n${payload}\r\n`,
+    );
     return `${parts.join('')}--${boundary}--\r\n`;
 }
 

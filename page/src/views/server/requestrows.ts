@@ -20,6 +20,7 @@ const isEmpty = ({ name, value }: RequestRow): boolean => name.trim() === '' && 
 
 /** What is sent of the rows: those that the user left empty are none. */
 export function namedValues(rows: RequestRow[]): NamedValues {
-    return rows.filter((row) => !isEmpty(row))
+    return rows
+        .filter((row) => !isEmpty(row))
         .map(({ name, value }) => ({ name: name.trim(), value }));
 }

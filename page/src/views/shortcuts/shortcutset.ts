@@ -58,12 +58,14 @@ const isShortcut = (file: string): boolean => /^vyr-office.*desktop$/.test(file)
 
 export function shortcutRows(shortcuts: DesktopShortcuts): ShortcutRow[] {
     const wanted: string[] = needed[fittingSet(shortcuts)];
-    const rows = shortcutFiles.map((file): ShortcutRow => ({
-        file,
-        name: known[file],
-        present: shortcuts.files.includes(file),
-        needed: wanted.includes(file),
-    }));
+    const rows = shortcutFiles.map(
+        (file): ShortcutRow => ({
+            file,
+            name: known[file],
+            present: shortcuts.files.includes(file),
+            needed: wanted.includes(file),
+        }),
+    );
     const others = shortcuts.files
         .filter((file) => isShortcut(file) && !(file in known))
         .map((file): ShortcutRow => ({ file, name: null, present: true, needed: false }));

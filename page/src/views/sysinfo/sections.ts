@@ -3,7 +3,12 @@ import type { Translate } from '@/frame/texts';
 import { visibleText } from '@/parts/visibletext';
 
 export const sectionNames = [
-    'overview', 'fonts', 'environment', 'processors', 'browsers', 'suites',
+    'overview',
+    'fonts',
+    'environment',
+    'processors',
+    'browsers',
+    'suites',
 ] as const;
 
 export type SectionName = (typeof sectionNames)[number];
@@ -21,8 +26,11 @@ export interface Row {
 export type Sections = Record<SectionName, Row[]>;
 
 /** "ASKPASS" names a program that asks for a password, and holds none. */
-const secretName = new RegExp('PASSWORD|PASSWD|PASSPHRASE|(?<!ASK)PASS\\b|_PWD\\b|SECRET|TOKEN'
-    + '|CREDENTIAL|API_?KEY|PRIVATE_?KEY|COOKIE', 'i');
+const secretName = new RegExp(
+    'PASSWORD|PASSWD|PASSPHRASE|(?<!ASK)PASS\\b|_PWD\\b|SECRET|TOKEN' +
+        '|CREDENTIAL|API_?KEY|PRIVATE_?KEY|COOKIE',
+    'i',
+);
 const urlWithPassword = /\/\/[^/\s:@]*:[^/\s@]+@/;
 
 /** Whether a variable probably holds something that should not be seen by others. */
@@ -49,8 +57,11 @@ function overview(snapshot: SystemSnapshot, t: Translate): Row[] {
         { label: t('sysinfo.sections.browsers'), value: snapshot.browsers.join('; ') || none },
         {
             label: t('sysinfo.sections.suites'),
-            value: t('sysinfo.suiteEntries', { count: snapshot.otherSuites.length },
-                snapshot.otherSuites.length),
+            value: t(
+                'sysinfo.suiteEntries',
+                { count: snapshot.otherSuites.length },
+                snapshot.otherSuites.length,
+            ),
         },
         {
             label: t('sysinfo.sections.fonts'),
@@ -61,8 +72,11 @@ function overview(snapshot: SystemSnapshot, t: Translate): Row[] {
         },
         {
             label: t('sysinfo.sections.environment'),
-            value: t('sysinfo.variables', { count: snapshot.variables.length },
-                snapshot.variables.length),
+            value: t(
+                'sysinfo.variables',
+                { count: snapshot.variables.length },
+                snapshot.variables.length,
+            ),
         },
     ];
 }
@@ -97,23 +111,24 @@ function rowText(row: Row, revealed: ReadonlySet<string>): string {
 
 /** One section as text to paste. */
 export function sectionText(
-    name: SectionName, sections: Sections, t: Translate, revealed: ReadonlySet<string>,
+    name: SectionName,
+    sections: Sections,
+    t: Translate,
+    revealed: ReadonlySet<string>,
 ): string {
     const rows = sections[name].map((row) => rowText(row, revealed));
     return [`== ${t(`sysinfo.sections.${name}`)} ==`, ...rows].join('\n');
 }
 
-export function wholeText(
-    sections: Sections, t: Translate, revealed: ReadonlySet<string>,
-): string {
-    return sectionNames
-        .map((name) => sectionText(name, sections, t, revealed))
-        .join('\n\n');
+export function wholeText(sections: Sections, t: Translate, revealed: ReadonlySet<string>): string {
+    return sectionNames.map((name) => sectionText(name, sections, t, revealed)).join('\n\n');
 }
 
 /** The answer as it came, as JSON, but with hidden values still hidden. */
 export function rawText(snapshot: SystemSnapshot, revealed: ReadonlySet<string>): string {
-    const variables = snapshot.variables.map(({ name, value }) =>
-        `${name}=${shownValue({ label: name, value, secret: isSecret(name, value) }, revealed)}`);
+    const variables = snapshot.variables.map(
+        ({ name, value }) =>
+            `${name}=${shownValue({ label: name, value, secret: isSecret(name, value) }, revealed)}`,
+    );
     return JSON.stringify({ ...snapshot.raw, envInfo: variables.join('|') }, null, 2);
 }

@@ -1,5 +1,11 @@
-import { Camera, Document, Edit, RefreshRight, SwitchButton, VideoCamera }
-    from '@element-plus/icons-vue';
+import {
+    Camera,
+    Document,
+    Edit,
+    RefreshRight,
+    SwitchButton,
+    VideoCamera,
+} from '@element-plus/icons-vue';
 import type { Component } from 'vue';
 import type { Client, Outcome } from '@/client';
 

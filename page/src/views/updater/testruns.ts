@@ -6,9 +6,13 @@ export type TestRun = (typeof testRuns)[number];
 /** The updater runs on by itself; only its log tells what comes of it. */
 export function startTestRun(client: Client, run: TestRun): Promise<Outcome<void>> {
     switch (run) {
-        case 'check': return client.testUpdate();
-        case 'daily': return client.testDailyReport();
-        case 'install': return client.testInstallReport();
-        case 'uninstall': return client.testUninstallReport();
+        case 'check':
+            return client.testUpdate();
+        case 'daily':
+            return client.testDailyReport();
+        case 'install':
+            return client.testInstallReport();
+        case 'uninstall':
+            return client.testUninstallReport();
     }
 }

@@ -46,7 +46,7 @@ export function useUpdater(client: Client) {
             return;
         }
         installed.value = support.value;
-        if (await readConfiguration() && await readLog()) message.value = t('updater.read');
+        if ((await readConfiguration()) && (await readLog())) message.value = t('updater.read');
     }
 
     async function change(key: string, value: string): Promise<void> {
@@ -66,15 +66,19 @@ export function useUpdater(client: Client) {
             fail('updater.log.notCleared', outcome);
         } else if (await readLog()) {
             if (!log.value) message.value = t('updater.log.cleared');
-            else problem.value = { title: t('updater.log.notCleared'),
-                text: t('updater.log.notYours') };
+            else
+                problem.value = {
+                    title: t('updater.log.notCleared'),
+                    text: t('updater.log.notYours'),
+                };
         }
     }
 
     async function start(run: TestRun): Promise<void> {
         const outcome = await startTestRun(client, run);
         if (outcome.kind !== 'done') fail('updater.notStarted', outcome);
-        else if (run !== 'daily' || await readConfiguration()) message.value = t('updater.started');
+        else if (run !== 'daily' || (await readConfiguration()))
+            message.value = t('updater.started');
     }
 
     const work = useTask(async (action: () => Promise<void>) => {

@@ -1,28 +1,75 @@
 const page = 'associations.html';
 
 const extensions = {
-    vyr: ['docx', 'docm', 'doc', 'dot', 'dotm', 'dotx', 'vyr', 'vyrx', 'vyrs', 'vyro', 'vyt',
-        'vytx', 'rtf'],
-    shw: ['pptx', 'ppt', 'pptm', 'pps', 'pot', 'potm', 'potx', 'ppsx', 'shd', 'shdx', 'sht',
-        'shtx', 'shds', 'shdo'],
-    tbl: ['xlsx', 'xls', 'xlsm', 'xlt', 'xltm', 'xltx', 'tbl', 'tblx', 'tbt', 'tbtx', 'tbls',
-        'tblo'],
+    vyr: [
+        'docx',
+        'docm',
+        'doc',
+        'dot',
+        'dotm',
+        'dotx',
+        'vyr',
+        'vyrx',
+        'vyrs',
+        'vyro',
+        'vyt',
+        'vytx',
+        'rtf',
+    ],
+    shw: [
+        'pptx',
+        'ppt',
+        'pptm',
+        'pps',
+        'pot',
+        'potm',
+        'potx',
+        'ppsx',
+        'shd',
+        'shdx',
+        'sht',
+        'shtx',
+        'shds',
+        'shdo',
+    ],
+    tbl: [
+        'xlsx',
+        'xls',
+        'xlsm',
+        'xlt',
+        'xltm',
+        'xltx',
+        'tbl',
+        'tblx',
+        'tbt',
+        'tbtx',
+        'tbls',
+        'tblo',
+    ],
 };
 
 /** Three objects as the library answers them; `wrong` are those that need repair. */
 function listing(good, bad, wrong = []) {
     return {
-        result: ['vyr', 'shw', 'tbl'].map((tag) => Object.fromEntries(
-            extensions[tag].map((extension) => [`.${extension}`, wrong.includes(extension)
-                ? `${bad}|false` : `${good(tag)}|true`]))),
+        result: ['vyr', 'shw', 'tbl'].map((tag) =>
+            Object.fromEntries(
+                extensions[tag].map((extension) => [
+                    `.${extension}`,
+                    wrong.includes(extension) ? `${bad}|false` : `${good(tag)}|true`,
+                ]),
+            ),
+        ),
     };
 }
 
 const types = (wrong) =>
     listing((tag) => `application/vyr-office.${tag}`, 'application/x-other\u202E', wrong);
-const programs = (wrong) => listing(
-    (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : `vyr-office-${tag}.desktop`),
-    'vyr-office-shw.desktop', wrong);
+const programs = (wrong) =>
+    listing(
+        (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : `vyr-office-${tag}.desktop`),
+        'vyr-office-shw.desktop',
+        wrong,
+    );
 const nothing = { result: [{}, {}, {}] };
 
 async function repair(view) {

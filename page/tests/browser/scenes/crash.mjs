@@ -15,9 +15,7 @@ const confirmClear = async (view) => {
 
 export const scenes = [
     { name: 'crash', page, answers, shows: 'There are dumps' },
-    {
-        name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dump',
-    },
+    { name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dump' },
     {
         name: 'crash-off',
         page,

@@ -1,13 +1,14 @@
 const page = 'environmentcheck.html';
 
 const base64 = (text) => Buffer.from(text, 'utf8').toString('base64');
-const finding = (value, cmd = 'libraries', app = 'vyr') => [{
-    callback: 'returnvyrenvcheck', result: { value: base64(value), cmd, app }, after: 50,
-}];
+const finding = (value, cmd = 'libraries', app = 'vyr') => [
+    { callback: 'returnvyrenvcheck', result: { value: base64(value), cmd, app }, after: 50 },
+];
 const answers = {
     getvyrenvcheckedresult: { result: 'error' },
     vyrenvcheck: {
-        result: 'success', notices: finding('libcups.so.2 is missing\nAll else was found.\n'),
+        result: 'success',
+        notices: finding('libcups.so.2 is missing\nAll else was found.\n'),
     },
     runfirefoxplugin: { result: 'success' },
 };
@@ -15,13 +16,7 @@ const start = (view) => view.click('.check-start .el-button--primary');
 
 export const scenes = [
     { name: 'environmentcheck', page, answers, shows: 'No check has been run' },
-    {
-        name: 'environmentcheck-found',
-        page,
-        answers,
-        act: start,
-        shows: 'libcups.so.2 is missing',
-    },
+    { name: 'environmentcheck-found', page, answers, act: start, shows: 'libcups.so.2 is missing' },
     {
         name: 'environmentcheck-earlier',
         page,
@@ -66,7 +61,8 @@ export const scenes = [
         answers: {
             ...answers,
             vyrenvcheck: {
-                result: 'success', notices: [{ ...finding('all found')[0], after: 1500 }],
+                result: 'success',
+                notices: [{ ...finding('all found')[0], after: 1500 }],
             },
         },
         act: start,

@@ -9,8 +9,11 @@ const answers = {
 const files = {
     ...answers,
     choosesamplefile: path('/home/user/Documents/report.docx'),
-    chooseattachment: [path('/home/user/screen one.png'), path('/home/user/r\u202Eeport.docx'),
-        path('/tmp/report.docx')],
+    chooseattachment: [
+        path('/home/user/screen one.png'),
+        path('/home/user/r\u202Eeport.docx'),
+        path('/tmp/report.docx'),
+    ],
 };
 
 const describe = (view) => view.fill('textarea', 'The third page\nis empty.');

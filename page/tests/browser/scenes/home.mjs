@@ -2,24 +2,37 @@ const page = 'index.html';
 
 const extensions = {
     vyr: '.docx .docm .doc .dot .dotm .dotx .vyr .vyrx .vyrs .vyro .vyt .vytx .rtf'.split(' '),
-    shw: ('.pptx .ppt .pptm .pps .pot .potm .potx .ppsx .shd .shdx .sht .shtx .shds '
-        + '.shdo').split(' '),
+    shw: (
+        '.pptx .ppt .pptm .pps .pot .potm .potx .ppsx .shd .shdx .sht .shtx .shds ' + '.shdo'
+    ).split(' '),
     tbl: '.xlsx .xls .xlsm .xlt .xltm .xltx .tbl .tblx .tbt .tbtx .tbls .tblo'.split(' '),
 };
 const table = (value, bad = []) => ({
-    result: Object.values(extensions).map((names) => Object.fromEntries(names.map((name) =>
-        [name, bad.includes(name) ? 'other|false' : `${value}|true`]))),
+    result: Object.values(extensions).map((names) =>
+        Object.fromEntries(
+            names.map((name) => [name, bad.includes(name) ? 'other|false' : `${value}|true`]),
+        ),
+    ),
 });
 const shortcuts = (icon) => ({
     result: {
-        icon, mode: 'helio_independ', chartboard: false, docket: false, fixedcomponent: false,
+        icon,
+        mode: 'helio_independ',
+        chartboard: false,
+        docket: false,
+        fixedcomponent: false,
     },
 });
 const separate = 'vyr-office-shw.desktop|vyr-office-tbl.desktop|vyr-office-vyr.desktop';
 const own = { '.config': 'user|user|111-101-101|09:12:44', Orvane: 'user|user|111-101-101|8:00' };
 const snapshot = {
-    sysinfo: 'Linux 6.1.0', vyrinfo: 'Version:12.1.0.1', officeinfo: '', browserinfo: '',
-    fontinfo: '', cpuInfo: '', envInfo: 'USER=user',
+    sysinfo: 'Linux 6.1.0',
+    vyrinfo: 'Version:12.1.0.1',
+    officeinfo: '',
+    browserinfo: '',
+    fontinfo: '',
+    cpuInfo: '',
+    envInfo: 'USER=user',
 };
 
 const well = {
@@ -41,7 +54,8 @@ const ill = {
     ...well,
     inputcheck: { result: 'ERR_NOT_RUNNING' },
     getassoopen: [
-        table('vyr-office-vyr.desktop', ['.docx', '.xlsx']), table('vyr-office-vyr.desktop'),
+        table('vyr-office-vyr.desktop', ['.docx', '.xlsx']),
+        table('vyr-office-vyr.desktop'),
     ],
     getdesktopiconfile: shortcuts(''),
     getDumpState: { result: { enable: false, feedback: true } },
@@ -102,7 +116,9 @@ export const scenes = [
         name: 'home-failed',
         page,
         answers: {
-            ...well, getassoopen: { result: 'error' }, getDumpState: {},
+            ...well,
+            getassoopen: { result: 'error' },
+            getDumpState: {},
             inputcheck: { refused: 'closing' },
         },
         act: check,

@@ -1,13 +1,18 @@
 const page = 'inputmethod.html';
 
-const environment = 'QT_IM_MODULE=fcitx|XMODIFIERS=@im=ibus|XDG_CURRENT_DESKTOP=KDE'
-    + '|XDG_SESSION_TYPE=x11';
+const environment =
+    'QT_IM_MODULE=fcitx|XMODIFIERS=@im=ibus|XDG_CURRENT_DESKTOP=KDE' + '|XDG_SESSION_TYPE=x11';
 const answers = {
     inputcheck: { result: 'ERR_OK' },
     stratcheckenv: {
         result: {
-            sysinfo: 'Linux 6.1.0', vyrinfo: 'Version:12.1.0.1', officeinfo: '', browserinfo: '',
-            fontinfo: '', cpuInfo: '', envInfo: environment,
+            sysinfo: 'Linux 6.1.0',
+            vyrinfo: 'Version:12.1.0.1',
+            officeinfo: '',
+            browserinfo: '',
+            fontinfo: '',
+            cpuInfo: '',
+            envInfo: environment,
         },
     },
 };

@@ -46,11 +46,17 @@ export const scenes = [
         act: async (view) => {
             await choose(view);
             await view.click('.step-card:nth-child(3) button');
-            await view.waitForFunction(() =>
-                window.sent.some(({ command, args }) =>
-                    command === 'feedbacktovyr' && args.infopage === 'layout')
-                && window.sent.some(({ command, args }) =>
-                    command === 'router' && args.page === 'feedback.html'));
+            await view.waitForFunction(
+                () =>
+                    window.sent.some(
+                        ({ command, args }) =>
+                            command === 'feedbacktovyr' && args.infopage === 'layout',
+                    ) &&
+                    window.sent.some(
+                        ({ command, args }) =>
+                            command === 'router' && args.page === 'feedback.html',
+                    ),
+            );
         },
         shows: 'The assistant did not take the request (no window)',
     },

@@ -71,9 +71,7 @@ export const scenes = [
     {
         name: 'missingfonts-late',
         page,
-        answers: {
-            choosesamplefile: chosen, comparefont: { late: true, ...missing('Arial') },
-        },
+        answers: { choosesamplefile: chosen, comparefont: { late: true, ...missing('Arial') } },
         act: choose,
         shows: 'The suite is looking through the document',
         later: 'One font is missing.',

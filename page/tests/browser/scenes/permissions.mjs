@@ -9,8 +9,13 @@ const answers = {
     stratextractfileinfo: { result: files },
     stratcheckenv: {
         result: {
-            sysinfo: 'Linux 6.1.0', vyrinfo: 'Version:12.1.0.1', officeinfo: '', browserinfo: '',
-            fontinfo: '', cpuInfo: '', envInfo: 'HOME=/home/user|USER=user',
+            sysinfo: 'Linux 6.1.0',
+            vyrinfo: 'Version:12.1.0.1',
+            officeinfo: '',
+            browserinfo: '',
+            fontinfo: '',
+            cpuInfo: '',
+            envInfo: 'HOME=/home/user|USER=user',
         },
     },
     addconfigfile: { result: 'success' },

@@ -8,7 +8,10 @@ const withPlugIns = (list) => async (view) => {
     await view.click('#again');
 };
 const suite = {
-    name: 'Office plug-in', description: 'Shows documents', filename: 'libvyrplugin.so', length: 1,
+    name: 'Office plug-in',
+    description: 'Shows documents',
+    filename: 'libvyrplugin.so',
+    length: 1,
     0: { type: 'application/x-vyr' },
 };
 const other = { name: 'Java', description: '', filename: 'libjava\u202E.so', length: 0 };

@@ -33,8 +33,10 @@ export const scenes = [
             await view.check('input[value="wrong"]');
             await view.click('.step-card:nth-child(3) button');
             await view.waitForFunction(() =>
-                window.sent.some(({ command, args }) =>
-                    command === 'feedbacktovyr' && args.infopage === 'print'));
+                window.sent.some(
+                    ({ command, args }) => command === 'feedbacktovyr' && args.infopage === 'print',
+                ),
+            );
         },
         shows: 'The assistant did not take the request (no window)',
     },

@@ -1,17 +1,25 @@
 const page = 'processes.html';
 
 const programs = [
-    ['vyr', 'user', 31.2, 118.4], ['Web Content', 'user', 12.9, 43.1],
-    ['plasmashell', 'user', 8.4, 12.5], ['Xorg', 'root', 4.1, 9.8], ['tbl', 'user', 3.9, 4.0],
-    ['fcitx5', 'user', 1.6, 2.1], ['baloo_file', 'user', 1.1, 1.9], ['shw', 'user', 0.9, 0.4],
-    ['systemd', 'root', 0.4, 0.1], ['a-program-with-a-rather-long-name', 'messagebus', 0.2, 0.0],
+    ['vyr', 'user', 31.2, 118.4],
+    ['Web Content', 'user', 12.9, 43.1],
+    ['plasmashell', 'user', 8.4, 12.5],
+    ['Xorg', 'root', 4.1, 9.8],
+    ['tbl', 'user', 3.9, 4.0],
+    ['fcitx5', 'user', 1.6, 2.1],
+    ['baloo_file', 'user', 1.1, 1.9],
+    ['shw', 'user', 0.9, 0.4],
+    ['systemd', 'root', 0.4, 0.1],
+    ['a-program-with-a-rather-long-name', 'messagebus', 0.2, 0.0],
 ];
 
 function table(sortedBy) {
     const lines = [...programs]
         .sort((first, second) => second[sortedBy] - first[sortedBy])
-        .map(([command, user, memory, processor], index) =>
-            [String(index + 1), `${4000 + index} ${user} ${memory} ${processor} ${command}  `]);
+        .map(([command, user, memory, processor], index) => [
+            String(index + 1),
+            `${4000 + index} ${user} ${memory} ${processor} ${command}  `,
+        ]);
     return { result: [Object.fromEntries(lines)] };
 }
 

@@ -3,17 +3,28 @@ const page = 'search.html';
 const base64 = (text) => Buffer.from(text).toString('base64');
 
 export function hit(name, directory) {
-    return {
-        callback: 'startsearchfileCallBack', result: { [base64(name)]: base64(directory) },
-    };
+    return { callback: 'startsearchfileCallBack', result: { [base64(name)]: base64(directory) } };
 }
 
 const finished = { callback: 'searchfilefinish', result: 'success' };
-const names = ['report.docx', '报告 2026.docx', 'report (2).docx', 'report (10).docx',
-    'annual\u202Excod.report', 'old report.pdf', 'report\u0007.txt', 'Reports'];
+const names = [
+    'report.docx',
+    '报告 2026.docx',
+    'report (2).docx',
+    'report (10).docx',
+    'annual\u202Excod.report',
+    'old report.pdf',
+    'report\u0007.txt',
+    'Reports',
+];
 const hits = names.map((name, index) =>
-    hit(name, index % 2 ? '/home/user/Documents/2026/a folder with a rather long name'
-        : '/home/user/文档'));
+    hit(
+        name,
+        index % 2
+            ? '/home/user/Documents/2026/a folder with a rather long name'
+            : '/home/user/文档',
+    ),
+);
 const found = { startsearchfile: { notices: [...hits, finished] } };
 
 async function search(view, text = 'report') {
@@ -68,8 +79,13 @@ export const scenes = [
             await search(view);
             await view.focus('.hit-scroller');
             for (const key of ['End', 'ArrowUp', 'Enter']) await view.keyboard.press(key);
-            await view.waitForFunction(() => window.sent.some(({ command, args }) =>
-                command === 'opensearchfile' && args.file === '/home/user/文档/report\u0007.txt'));
+            await view.waitForFunction(() =>
+                window.sent.some(
+                    ({ command, args }) =>
+                        command === 'opensearchfile' &&
+                        args.file === '/home/user/文档/report\u0007.txt',
+                ),
+            );
         },
         shows: 'Opened in the desktop',
     },
@@ -117,7 +133,12 @@ export const scenes = [
         name: 'search-late',
         page,
         answers: {
-            startsearchfile: { notices: [{ ...hits[0], after: 2500 }, { ...finished, after: 2600 }] },
+            startsearchfile: {
+                notices: [
+                    { ...hits[0], after: 2500 },
+                    { ...finished, after: 2600 },
+                ],
+            },
         },
         act: search,
         shows: 'Searching; nothing has been found yet.',

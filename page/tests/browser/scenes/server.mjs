@@ -1,8 +1,9 @@
 const page = 'server.html';
 
 const base64 = (text) => Buffer.from(text).toString('base64');
-const errorPage = '<html><head><title>Not found</title></head>\n<body>\n'
-    + '<script>alert("never run")</script>\n<h1>Nothing here\u202E</h1>\n</body></html>';
+const errorPage =
+    '<html><head><title>Not found</title></head>\n<body>\n' +
+    '<script>alert("never run")</script>\n<h1>Nothing here\u202E</h1>\n</body></html>';
 
 const cell = (number) => `.request-row input >> nth=${number}`;
 const url = '.request-field:first-child input';

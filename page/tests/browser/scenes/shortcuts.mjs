@@ -2,8 +2,13 @@ const page = 'shortcuts.html';
 
 function desktop(files, mode = 'helio_independ') {
     return {
-        result: { icon: files.join('|'), mode, chartboard: false, docket: false,
-            fixedcomponent: true },
+        result: {
+            icon: files.join('|'),
+            mode,
+            chartboard: false,
+            docket: false,
+            fixedcomponent: true,
+        },
     };
 }
 
@@ -51,8 +56,12 @@ export const scenes = [
         name: 'shortcuts-repaired',
         page,
         answers: {
-            getdesktopiconfile: [desktop([]), desktop([]), desktop(separate.slice(0, 1)),
-                desktop(separate)],
+            getdesktopiconfile: [
+                desktop([]),
+                desktop([]),
+                desktop(separate.slice(0, 1)),
+                desktop(separate),
+            ],
             fixfouricon: { result: 'success' },
         },
         act: putBack,

@@ -36,8 +36,9 @@ const environment = [
 export const snapshot = {
     sysinfo: 'Linux 6.1.0-18-amd64  x86_64',
     vyrinfo: 'Version:12.1.0.1234',
-    officeinfo: 'LibreOffice Writer 文字处理 libreoffice --writer %U'
-        + '|LibreOffice Calc 电子表格 libreoffice --calc %U',
+    officeinfo:
+        'LibreOffice Writer 文字处理 libreoffice --writer %U' +
+        '|LibreOffice Calc 电子表格 libreoffice --calc %U',
     browserinfo: 'Mozilla Firefox 115.8.0esr|\uFFFD',
     fontinfo: fonts.map((font) => fontLine(...font)).join('|'),
     cpuInfo: Array(4).fill(' Example Processor 3000 @ 2.40GHz').join('|'),
@@ -45,13 +46,15 @@ export const snapshot = {
 };
 
 const nothing = {
-    sysinfo: '', vyrinfo: 'Version:0.0.0.0', officeinfo: '', browserinfo: '\uFFFD', fontinfo: '',
-    cpuInfo: '', envInfo: '',
+    sysinfo: '',
+    vyrinfo: 'Version:0.0.0.0',
+    officeinfo: '',
+    browserinfo: '\uFFFD',
+    fontinfo: '',
+    cpuInfo: '',
+    envInfo: '',
 };
-const answers = {
-    stratcheckenv: { result: snapshot },
-    exportsysinfo: { result: 'success' },
-};
+const answers = { stratcheckenv: { result: snapshot }, exportsysinfo: { result: 'success' } };
 const page = 'sysinfo.html';
 
 const exportReport = (view) => view.click('.report-tools > .el-button--primary');

@@ -7,10 +7,12 @@ const settings = {
     server: 'https://update.example.org/feed?product=office&os=linux',
     usagecollected: '2026-03-02 09:12:44',
 };
-const logText = Array.from({ length: 400 }, (_, index) =>
-    `2026-03-02 09:${String(index % 60).padStart(2, '0')}:07 [${index % 9 ? 'info' : 'error'}] `
-    + `step ${index + 1}: ${index % 9 ? 'nothing new' : 'the server did not answer\u0007'}`)
-    .join('\n');
+const logText = Array.from(
+    { length: 400 },
+    (_, index) =>
+        `2026-03-02 09:${String(index % 60).padStart(2, '0')}:07 [${index % 9 ? 'info' : 'error'}] ` +
+        `step ${index + 1}: ${index % 9 ? 'nothing new' : 'the server did not answer\u0007'}`,
+).join('\n');
 const log = { result: Buffer.from(`${logText}\n`).toString('base64') };
 const answers = {
     getupdatesupport: { result: true },
@@ -83,7 +85,9 @@ export const scenes = [
         name: 'updater-log-cleared',
         page,
         answers: {
-            ...answers, getlogfile: [log, { result: 'error' }], clearlogfile: { result: 'success' },
+            ...answers,
+            getlogfile: [log, { result: 'error' }],
+            clearlogfile: { result: 'success' },
         },
         act: clearLog,
         shows: 'Cleared, checked again',

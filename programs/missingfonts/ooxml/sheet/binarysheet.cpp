@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "programs/missingfonts/package/archivepackage.h"
-#include "programs/missingfonts/ooxml/sheet/binaryrecords.h"
 #include "programs/missingfonts/common/bytes.h"
+#include "programs/missingfonts/ooxml/sheet/binaryrecords.h"
 #include "programs/missingfonts/ooxml/sheet/pageheading.h"
 #include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
+#include "programs/missingfonts/package/archivepackage.h"
 
 namespace standin {
 

@@ -2,14 +2,14 @@
 
 #include <unordered_map>
 
-#include "programs/missingfonts/package/archivepackage.h"
-#include "programs/missingfonts/ooxml/sheet/binarysheet.h"
 #include "programs/missingfonts/ooxml/drawing/drawingtext.h"
-#include "programs/missingfonts/package/relationships.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
+#include "programs/missingfonts/ooxml/sheet/binarysheet.h"
 #include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
 #include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
-#include "programs/missingfonts/ooxml/drawing/themefonts.h"
+#include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/package/relationships.h"
 
 namespace standin {
 

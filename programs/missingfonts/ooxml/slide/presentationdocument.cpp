@@ -3,14 +3,14 @@
 #include <map>
 #include <set>
 
-#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/slide/presentationproperties.h"
-#include "programs/missingfonts/package/relationships.h"
 #include "programs/missingfonts/ooxml/slide/slidetemplate.h"
 #include "programs/missingfonts/ooxml/slide/slidetext.h"
-#include "programs/missingfonts/ooxml/drawing/themefonts.h"
+#include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/package/relationships.h"
 
 namespace standin {
 

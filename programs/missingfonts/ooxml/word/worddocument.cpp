@@ -2,15 +2,15 @@
 
 #include <unordered_map>
 
-#include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/ooxml/drawing/drawingtext.h"
-#include "programs/missingfonts/package/relationships.h"
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/word/wordfonttable.h"
 #include "programs/missingfonts/ooxml/word/wordnumbering.h"
 #include "programs/missingfonts/ooxml/word/wordsettings.h"
 #include "programs/missingfonts/ooxml/word/wordstyles.h"
 #include "programs/missingfonts/ooxml/word/wordtext.h"
+#include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/package/relationships.h"
 
 namespace standin {
 

@@ -23,35 +23,55 @@ describe('exit status', () => {
     test('0 for a command that answers', async () => {
         const end = await runCommand(root, 'getcollectionpage');
         expect(end).toMatchObject({ status: 0, stderr: '' });
-        expect(end.events).toEqual([{
-            type: 'answer', id: null, page: 'main', command: 'getcollectionpage',
-            result: { page: '' },
-        }]);
+        expect(end.events).toEqual([
+            {
+                type: 'answer',
+                id: null,
+                page: 'main',
+                command: 'getcollectionpage',
+                result: { page: '' },
+            },
+        ]);
     });
 
     test('0 for a command that sets no result', async () => {
         const end = await runCommand(root, 'mousePress');
         expect(end.status).toBe(0);
         expect(end.events).toEqual([
-            { type: 'answer', id: null, page: 'main', command: 'mousePress' }]);
+            { type: 'answer', id: null, page: 'main', command: 'mousePress' },
+        ]);
     });
 
     test('1 for the result "error"', async () => {
-        expect(await runCommand(root, 'addconfigfile')).toMatchObject(
-            { status: 1, answer: { result: 'error' } });
+        expect(await runCommand(root, 'addconfigfile')).toMatchObject({
+            status: 1,
+            answer: { result: 'error' },
+        });
     });
 
-    test.each(['nosuchcommand', 'MousePress', 'deleteLater', 'onsearchfinished', 'destroyed',
-        'sigMousePress', 'onsearchfileresult', 'ondumpfileready', 'setHandler', 'a b', '-'])(
-        '2 for %s, which is no command', async (command) => {
-            const end = await runCommand(root, command);
-            expect(end.status).toBe(2);
-            expect(end.events).toEqual([
-                { type: 'error', id: null, message: expect.stringMatching(/./) }]);
-        });
+    test.each([
+        'nosuchcommand',
+        'MousePress',
+        'deleteLater',
+        'onsearchfinished',
+        'destroyed',
+        'sigMousePress',
+        'onsearchfileresult',
+        'ondumpfileready',
+        'setHandler',
+        'a b',
+        '-',
+    ])('2 for %s, which is no command', async (command) => {
+        const end = await runCommand(root, command);
+        expect(end.status).toBe(2);
+        expect(end.events).toEqual([
+            { type: 'error', id: null, message: expect.stringMatching(/./) },
+        ]);
+    });
 
     test.each([
-        ['nothing at all', []], ['an unknown option', ['--nosuch', 'mousePress']],
+        ['nothing at all', []],
+        ['an unknown option', ['--nosuch', 'mousePress']],
         ['a page that is neither', ['--page', 'third', 'mousePress']],
         ['an option without its value', ['mousePress', '--choose']],
         ['a wait that is no number', ['--wait', 'soon', 'mousePress']],
@@ -85,8 +105,12 @@ describe('exit status', () => {
 });
 
 test('nothing is complained of where the user has no session', async () => {
-    const end = await runCommand(root, 'getcollectionpage', {},
-        { env: { XDG_RUNTIME_DIR: undefined } });
+    const end = await runCommand(
+        root,
+        'getcollectionpage',
+        {},
+        { env: { XDG_RUNTIME_DIR: undefined } },
+    );
     expect(end).toMatchObject({ status: 0, stderr: '' });
 });
 
@@ -94,13 +118,21 @@ describe('options', () => {
     test('--until ends as soon as the callback came', async () => {
         const end = await runCommand(root, 'router', {}, { until: 'hiddentipCallBack' });
         expect(end.status).toBe(0);
-        expect(end.events).toContainEqual(
-            { type: 'callback', page: 'main', callback: 'hiddentipCallBack', result: 'show' });
+        expect(end.events).toContainEqual({
+            type: 'callback',
+            page: 'main',
+            callback: 'hiddentipCallBack',
+            result: 'show',
+        });
     });
 
     test('--page child sends from the child page', async () => {
-        const end = await runCommand(root, 'router', { page: 'x.html' },
-            { page: 'child', until: 'hiddentipCallBack' });
+        const end = await runCommand(
+            root,
+            'router',
+            { page: 'x.html' },
+            { page: 'child', until: 'hiddentipCallBack' },
+        );
         expect(end.answer.page).toBe('child');
         expect(end.events.find(({ type }) => type === 'callback').page).toBe('child');
     });
@@ -124,8 +156,12 @@ describe('options', () => {
     });
 
     test('an open dialog refuses a path that does not exist', async () => {
-        const end = await runCommand(root, 'addconfigfile', {},
-            { choose: ['/tmp/none'], trace: true });
+        const end = await runCommand(
+            root,
+            'addconfigfile',
+            {},
+            { choose: ['/tmp/none'], trace: true },
+        );
         expect(end.answer.result).toBe('error');
         expect(end.events[0]).toMatchObject({ type: 'dialog', mode: 'open', chosen: null });
     });
@@ -133,17 +169,30 @@ describe('options', () => {
 
 describe('text', () => {
     test.each(['C.UTF-8', 'C', 'POSIX', undefined])('is UTF-8 in the locale %s', async (LANG) => {
-        const end = await runCommand(root, 'router', { page: '桌面 €😀' },
-            { trace: true, env: { LANG } });
+        const end = await runCommand(
+            root,
+            'router',
+            { page: '桌面 €😀' },
+            { trace: true, env: { LANG } },
+        );
         expect(end.events).toContainEqual({
-            type: 'signal', page: 'main', signal: 'sigShowChildWindow', args: ['桌面 €😀'] });
+            type: 'signal',
+            page: 'main',
+            signal: 'sigShowChildWindow',
+            args: ['桌面 €😀'],
+        });
     });
 
     test('NAME=VALUE keeps everything behind the first equals sign', async () => {
-        const { events } = await runCommand(root, 'router', { page: 'a=b:=c "d" \\ \n e' },
-            { trace: true });
-        expect(events.find(({ signal }) => signal === 'sigChangeHtmlPage').args)
-            .toEqual(['a=b:=c "d" \\ \n e']);
+        const { events } = await runCommand(
+            root,
+            'router',
+            { page: 'a=b:=c "d" \\ \n e' },
+            { trace: true },
+        );
+        expect(events.find(({ signal }) => signal === 'sigChangeHtmlPage').args).toEqual([
+            'a=b:=c "d" \\ \n e',
+        ]);
     });
 
     test('each event is one compact line', async () => {
@@ -162,7 +211,11 @@ test('nothing is written outside the suite’s own directory', async () => {
 });
 
 test('an unusable home is no reason to fail', async () => {
-    const end = await runCommand(root, 'getcollectionpage', {},
-        { env: { HOME: '/proc/none', XDG_RUNTIME_DIR: undefined }, directory: '/tmp' });
+    const end = await runCommand(
+        root,
+        'getcollectionpage',
+        {},
+        { env: { HOME: '/proc/none', XDG_RUNTIME_DIR: undefined }, directory: '/tmp' },
+    );
     expect(end).toMatchObject({ status: 0, answer: { result: { page: '' } } });
 });

@@ -58,16 +58,21 @@ async function search(keyword, options = {}) {
 }
 
 async function databases() {
-    const names = await root.exists(DATABASES) ? await root.list(DATABASES) : [];
+    const names = (await root.exists(DATABASES)) ? await root.list(DATABASES) : [];
     return names.filter((name) => name.endsWith('.db'));
 }
 
 /** Opens the search view, and waits until the database is there and the refresh has ended. */
 async function makeDatabase() {
     const session = Session.start(root);
-    await session.send({ command: 'router', args: { page: 'searchfile.html', type: 'searchfile' } });
-    await waitFor(async () => (await databases()).length > 0,
-        { timeoutMs: 90_000, what: 'the database' });
+    await session.send({
+        command: 'router',
+        args: { page: 'searchfile.html', type: 'searchfile' },
+    });
+    await waitFor(async () => (await databases()).length > 0, {
+        timeoutMs: 90_000,
+        what: 'the database',
+    });
     await session.send({ command: 'startsearchfile', args: { keyword: 'anything' } });
     await session.callback(END);
     await session.close();
@@ -88,12 +93,21 @@ describe('with the real plocate', () => {
 
     test('a hit is one member, name and directory in base64', async () => {
         makeFile('a b.txt');
-        const { events } = await runCommand(root, 'startsearchfile', { keyword: 'a b' },
-            { until: END });
+        const { events } = await runCommand(
+            root,
+            'startsearchfile',
+            { keyword: 'a b' },
+            { until: END },
+        );
         const base64 = (text) => Buffer.from(text).toString('base64');
-        expect(events.filter(({ callback }) => callback === HIT)).toEqual([{
-            type: 'callback', page: 'main', callback: HIT,
-            result: { [base64('a b.txt')]: base64(HOME) } }]);
+        expect(events.filter(({ callback }) => callback === HIT)).toEqual([
+            {
+                type: 'callback',
+                page: 'main',
+                callback: HIT,
+                result: { [base64('a b.txt')]: base64(HOME) },
+            },
+        ]);
     });
 
     test('a new home is searched without a database, and later with one', async () => {
@@ -104,18 +118,27 @@ describe('with the real plocate', () => {
         makeFile('unlisted-report.txt');
         expect(await search('REPORT')).toEqual([`${HOME}/folder/report.txt`]);
         await age(60);
-        expect(await search('report')).toEqual(
-            [`${HOME}/folder/report.txt`, `${HOME}/unlisted-report.txt`]);
+        expect(await search('report')).toEqual([
+            `${HOME}/folder/report.txt`,
+            `${HOME}/unlisted-report.txt`,
+        ]);
     });
 
     test('names and keywords are plain text', async () => {
         const cases = {
-            'b  c': 'a b  c.txt', '"it\'s"': 'say "it\'s".txt', 'e\nt': 'one\ntwo.txt',
-            'r*f': 'star*file', 'y?.': 'why?.txt', 'e[1]': 'one[1].txt', 'k\\s': 'back\\slash',
-            '-rf': '-rf', '--until': '--until', '$(id)': '$(id)`id`;id', '报告': '一份报告.txt',
+            'b  c': 'a b  c.txt',
+            '"it\'s"': 'say "it\'s".txt',
+            'e\nt': 'one\ntwo.txt',
+            'r*f': 'star*file',
+            'y?.': 'why?.txt',
+            'e[1]': 'one[1].txt',
+            'k\\s': 'back\\slash',
+            '-rf': '-rf',
+            '--until': '--until',
+            '$(id)': '$(id)`id`;id',
+            报告: '一份报告.txt',
         };
-        for (const name of Object.values(cases))
-            makeFile(name);
+        for (const name of Object.values(cases)) makeFile(name);
         makeFile('decoy a-b-c its one two starfile why one1 backslash');
         const found = async () => {
             const session = Session.start(root);
@@ -129,8 +152,9 @@ describe('with the real plocate', () => {
             await session.close();
             return paths;
         };
-        const expected = Object.fromEntries(Object.entries(cases)
-            .map(([keyword, name]) => [keyword, [`${HOME}/${name}`]]));
+        const expected = Object.fromEntries(
+            Object.entries(cases).map(([keyword, name]) => [keyword, [`${HOME}/${name}`]]),
+        );
         expect(await found()).toEqual(expected);
         await makeDatabase();
         expect(await found()).toEqual(expected);
@@ -150,12 +174,21 @@ describe('with the real plocate', () => {
         makeFile('.git/report-git');
         makeFile('report-tmp', '/tmp/own');
         const env = { HELIO_SEARCH_ROOTS: '~,/tmp/own' };
-        const expected = ['/home/user/.git/report-git', '/home/user/mount/report-mounted',
-            '/tmp/own/report-tmp'];
+        const expected = [
+            '/home/user/.git/report-git',
+            '/home/user/mount/report-mounted',
+            '/tmp/own/report-tmp',
+        ];
         expect(await search('report-', { env })).toEqual(expected);
         const wait = `until [ "$(ls ${DATABASES}/*.db | wc -l)" = 2 ]; do sleep 0.05; done`;
-        await root.run(['sh', '-c', '/suite/office/assistantctl router type=searchfile; '
-            + `${wait} 2> /dev/null`], { env });
+        await root.run(
+            [
+                'sh',
+                '-c',
+                '/suite/office/assistantctl router type=searchfile; ' + `${wait} 2> /dev/null`,
+            ],
+            { env },
+        );
         await age(0);
         makeFile('report-unlisted');
         expect(await search('report-', { env })).toEqual(expected);
@@ -166,8 +199,10 @@ describe('with the real plocate', () => {
         makeFile('report-one', '/tmp/one');
         makeFile('report-two', '/tmp/with blank');
         await root.writeFile('/suite/office/helio.ini', 'searchRoots=/tmp/one, /tmp/with blank\n');
-        expect(await search('report-')).toEqual(
-            ['/tmp/one/report-one', '/tmp/with blank/report-two']);
+        expect(await search('report-')).toEqual([
+            '/tmp/one/report-one',
+            '/tmp/with blank/report-two',
+        ]);
     });
 
     test('what cannot be read is passed over', async () => {
@@ -181,8 +216,12 @@ describe('with the real plocate', () => {
 
     test('a database that router asked for is made even when assistantctl has ended', async () => {
         makeFile('report');
-        const end = await root.run(['sh', '-c', '/suite/office/assistantctl router type=searchfile'
-            + ` && until ls ${DATABASES}/*.db 2> /dev/null; do sleep 0.05; done`]);
+        const end = await root.run([
+            'sh',
+            '-c',
+            '/suite/office/assistantctl router type=searchfile' +
+                ` && until ls ${DATABASES}/*.db 2> /dev/null; do sleep 0.05; done`,
+        ]);
         expect(end.status).toBe(0);
         const names = await root.list(DATABASES);
         expect(names.map((name) => path.extname(name)).sort()).toEqual(['.db', '.lock', '.log']);
@@ -211,8 +250,9 @@ describe('with the real plocate', () => {
         const session = Session.start(root);
         const open = async (file) => session.send({ command: 'opensearchfile', args: { file } });
         expect((await open(`${HOME}/report.txt`)).result).toBe('success');
-        expect(session.traced('opened')).toEqual(
-            [{ type: 'opened', url: `file://${HOME}/report.txt` }]);
+        expect(session.traced('opened')).toEqual([
+            { type: 'opened', url: `file://${HOME}/report.txt` },
+        ]);
         expect(await open('//server/share/report.txt')).not.toHaveProperty('result');
         expect(await open('')).not.toHaveProperty('result');
         expect(session.traced('opened')).toHaveLength(1);
@@ -225,17 +265,23 @@ describe('with a plocate that goes on for ever', () => {
 
     beforeEach(async () => {
         await createRoot();
-        await root.fake('updatedb', `#!/bin/sh
+        await root.fake(
+            'updatedb',
+            `#!/bin/sh
 while [ $# -gt 0 ]; do
     if [ "$1" = --output ]; then echo database > "$2"; fi
     shift
 done
-`);
-        await root.fake('plocate', `#!/bin/sh
+`,
+        );
+        await root.fake(
+            'plocate',
+            `#!/bin/sh
 for word do :; done
 printf '%s\\0' ${HOME}/found
 case $word in *endless*) exec sleep 1000 ;; esac
-`);
+`,
+        );
         makeFile('found');
         await makeDatabase();
         session = Session.start(root);
@@ -290,13 +336,20 @@ test('without plocate the directories are looked through', async () => {
 test('a refresh that is killed half way leaves nothing behind', async () => {
     await createRoot();
     makeFile('report');
-    await root.fake('updatedb', `#!/bin/sh
+    await root.fake(
+        'updatedb',
+        `#!/bin/sh
 touch /tmp/running
 exec sleep 1000
-`);
+`,
+    );
     // The sandbox ends with assistantctl, and the refresh with it.
-    await root.run(['sh', '-c', '/suite/office/assistantctl router type=searchfile;'
-        + ' until [ -e /tmp/running ]; do sleep 0.05; done']);
+    await root.run([
+        'sh',
+        '-c',
+        '/suite/office/assistantctl router type=searchfile;' +
+            ' until [ -e /tmp/running ]; do sleep 0.05; done',
+    ]);
     await root.remove('/fakes/updatedb');
     expect(await search('report')).toEqual([`${HOME}/report`]);
     await makeDatabase();

@@ -27,8 +27,9 @@ describe('programs', () => {
         ['apilog', `${OFFICE}/eptools`, ['-apilog']],
     ])('%s starts %s detached, whether or not it exists', async (command, program, args) => {
         expect((await session.send({ command })).result).toBe('success');
-        expect(session.traced('started')).toEqual([{
-            type: 'started', program, arguments: args, workingDirectory: '', detached: true }]);
+        expect(session.traced('started')).toEqual([
+            { type: 'started', program, arguments: args, workingDirectory: '', detached: true },
+        ]);
     });
 
     test('a launcher in PATH really runs', async () => {
@@ -60,16 +61,20 @@ describe('screenshots', () => {
         const end = await session.close();
         expect(taken(end.events)).toEqual(['sigShowMinimized', 'sigShowNormal', 'answer']);
         expect(end.stderr).toMatch(
-            /no screenshot was taken: there is no display whose screen could be taken/);
+            /no screenshot was taken: there is no display whose screen could be taken/,
+        );
         expect(await root.exists('/home/user/Pictures')).toBe(false);
     });
 
     test('saves the screen of the display in the pictures folder', async () => {
-        const withDisplay = await beside(root, `
+        const withDisplay = await beside(
+            root,
+            `
 mkfifo /tmp/display
 Xvfb -displayfd 9 -screen 0 640x480x24 -nolisten tcp -noreset 9> /tmp/display &
 read -t 60 number < /tmp/display
-export DISPLAY=:$number`);
+export DISPLAY=:$number`,
+        );
         const end = await runCommand(withDisplay, 'screenshots');
         expect(end).toMatchObject({ status: 0, stderr: '', answer: { result: 'success' } });
         const [picture, ...others] = await root.list('/home/user/Pictures');
@@ -94,9 +99,17 @@ describe('addconfigfile', () => {
         await root.writeFile('/tmp/my.conf', '');
         const answer = await session.send({ command: 'addconfigfile', choose: ['/tmp/my.conf'] });
         expect(answer.result).toBe('success');
-        expect(session.traced('dialog')).toEqual([{
-            type: 'dialog', mode: 'open', caption: 'Open File', directory: '/home/user', name: '',
-            filters: [], chosen: '/tmp/my.conf' }]);
+        expect(session.traced('dialog')).toEqual([
+            {
+                type: 'dialog',
+                mode: 'open',
+                caption: 'Open File',
+                directory: '/home/user',
+                name: '',
+                filters: [],
+                chosen: '/tmp/my.conf',
+            },
+        ]);
         expect((await listed()).sort()).toEqual(['.config', 'Office.conf', 'Orvane', 'my.conf']);
     });
 

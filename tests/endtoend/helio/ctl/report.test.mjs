@@ -34,13 +34,24 @@ function sectionsOf(report) {
 }
 
 test('exportsysinfo saves the seven sections and opens the file', async () => {
-    const end = await runCommand(root, 'exportsysinfo', {},
-        { choose: ['/tmp/report'], trace: true });
+    const end = await runCommand(
+        root,
+        'exportsysinfo',
+        {},
+        { choose: ['/tmp/report'], trace: true },
+    );
     expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
     const told = end.events.filter(({ type }) => type !== 'started');
     expect(told.slice(0, 2)).toEqual([
-        { type: 'dialog', mode: 'save', caption: 'Save File', directory: '/home/user',
-            name: 'systeminfo', filters: [], chosen: '/tmp/report' },
+        {
+            type: 'dialog',
+            mode: 'save',
+            caption: 'Save File',
+            directory: '/home/user',
+            name: 'systeminfo',
+            filters: [],
+            chosen: '/tmp/report',
+        },
         { type: 'opened', url: 'file:///tmp/report' },
     ]);
     expect(told.at(-1).type).toBe('answer');
@@ -66,15 +77,20 @@ test('the processors are listed, then once more as they were read', async () => 
 test('other suites are listed, the database component left out', async () => {
     const entry = (name, rest = '') => `[Desktop Entry]\nType=Application\nName=${name}\n${rest}`;
     const folder = '/usr/share/applications';
-    await root.writeFile(`${folder}/libreoffice-writer.desktop`,
-        entry('Writer', 'Exec=lowriter %U\n'));
+    await root.writeFile(
+        `${folder}/libreoffice-writer.desktop`,
+        entry('Writer', 'Exec=lowriter %U\n'),
+    );
     await root.writeFile(`${folder}/libreoffice-base.desktop`, entry('Base', 'Exec=lobase\n'));
     await root.writeFile(`${folder}/my-yozo-x.desktop`, '[Desktop Entry]\nType=Application\n');
     await root.writeFile(`${folder}/vim.desktop`, entry('Vim', 'Exec=vim\n'));
     await runCommand(root, 'exportsysinfo', {}, { choose: ['/tmp/report'] });
     const { otheroffice } = sectionsOf(await root.readFile('/tmp/report'));
-    expect(otheroffice.split('\r\n').sort()).toEqual(
-        ['', 'Writer    lowriter %U', 'my-yozo-x.desktop  ']);
+    expect(otheroffice.split('\r\n').sort()).toEqual([
+        '',
+        'Writer    lowriter %U',
+        'my-yozo-x.desktop  ',
+    ]);
 });
 
 test('a cancelled dialog answers "error" and writes nothing', async () => {
@@ -98,15 +114,23 @@ test('a second report of the session is appended and asks no tool again', async 
 });
 
 test('a report into a folder that does not exist is silent, and still "opened"', async () => {
-    const end = await runCommand(root, 'exportsysinfo', {},
-        { choose: ['/tmp/none/report'], trace: true });
+    const end = await runCommand(
+        root,
+        'exportsysinfo',
+        {},
+        { choose: ['/tmp/none/report'], trace: true },
+    );
     expect(end.answer.result).toBe('success');
     expect(end.events.map(({ type }) => type)).toContain('opened');
 });
 
 test('a file that the desktop would run is written but not opened, and not answered', async () => {
-    const end = await runCommand(root, 'exportsysinfo', {},
-        { choose: ['/tmp/report.desktop'], trace: true });
+    const end = await runCommand(
+        root,
+        'exportsysinfo',
+        {},
+        { choose: ['/tmp/report.desktop'], trace: true },
+    );
     expect(end.answer).not.toHaveProperty('result');
     expect(end.events.map(({ type }) => type)).not.toContain('opened');
     expect(end.status).toBe(0);

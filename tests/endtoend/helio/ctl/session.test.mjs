@@ -20,19 +20,28 @@ async function expectGoesOn() {
 
 describe('malformed lines', () => {
     test.each([
-        ['not JSON', '{'], ['text', 'mousePress'], ['a JSON text', '"mousePress"'],
-        ['a number', '7'], ['null', 'null'], ['an array', '[{"command":"mousePress"}]'],
-        ['an empty object', '{}'], ['two objects', '{"wait":0}{"wait":0}'],
-        ['a control byte', '\u0001'], ['an embedded zero', '{"command":"mouse\0Press"}'],
-        ['a command of number type', '{"command":7}'], ['an empty command', '{"command":""}'],
+        ['not JSON', '{'],
+        ['text', 'mousePress'],
+        ['a JSON text', '"mousePress"'],
+        ['a number', '7'],
+        ['null', 'null'],
+        ['an array', '[{"command":"mousePress"}]'],
+        ['an empty object', '{}'],
+        ['two objects', '{"wait":0}{"wait":0}'],
+        ['a control byte', '\u0001'],
+        ['an embedded zero', '{"command":"mouse\0Press"}'],
+        ['a command of number type', '{"command":7}'],
+        ['an empty command', '{"command":""}'],
         ['a wrong page', '{"command":"mousePress","page":"third"}'],
         ['a page of number type', '{"command":"mousePress","page":1}'],
         ['args that are a list', '{"command":"mousePress","args":[1]}'],
         ['args that are null', '{"command":"mousePress","args":null}'],
         ['choices that are text', '{"command":"mousePress","choose":"/tmp/a"}'],
         ['choices that are numbers', '{"command":"mousePress","choose":[1]}'],
-        ['a wait of text', '{"wait":"5"}'], ['a negative wait', '{"wait":-5}'],
-        ['a wait beyond all bounds', '{"wait":1e300}'], ['an until of number', '{"until":5}'],
+        ['a wait of text', '{"wait":"5"}'],
+        ['a negative wait', '{"wait":-5}'],
+        ['a wait beyond all bounds', '{"wait":1e300}'],
+        ['an until of number', '{"until":5}'],
         ['a timeout of text', '{"until":"x","timeout":"5"}'],
     ])('%s gives an error and the session goes on', async (_, line) => {
         await session.sendLine(line);
@@ -75,25 +84,39 @@ describe('malformed lines', () => {
 });
 
 describe('commands', () => {
-    test.each(['nosuchcommand', 'mousepress', 'deleteLater', 'objectNameChanged', 'setHandler',
-        'sigCloseMainWindow', 'onsearchfinished', 'mousePress(KxWebViewJSContext&)', 'x\u0000y'])(
-        '%j is unknown', async (command) => {
-            expect(await session.send({ id: 3, command })).toMatchObject({ type: 'error', id: 3 });
-            await expectGoesOn();
-        });
+    test.each([
+        'nosuchcommand',
+        'mousepress',
+        'deleteLater',
+        'objectNameChanged',
+        'setHandler',
+        'sigCloseMainWindow',
+        'onsearchfinished',
+        'mousePress(KxWebViewJSContext&)',
+        'x\u0000y',
+    ])('%j is unknown', async (command) => {
+        expect(await session.send({ id: 3, command })).toMatchObject({ type: 'error', id: 3 });
+        await expectGoesOn();
+    });
 
     test.each([[7], ['text'], [null], [{ deep: [1] }], [true], [1.5]])(
-        'the id %j comes back as it was sent', async (id) => {
+        'the id %j comes back as it was sent',
+        async (id) => {
             await session.sendLine(JSON.stringify({ id, command: 'mousePress' }));
             await expectGoesOn();
             expect(session.traced('answer')[0].id).toEqual(id);
-        });
+        },
+    );
 
     test('a missing id is null', async () => {
         await session.sendLine('{"command":"mousePress"}');
         await expectGoesOn();
-        expect(session.traced('answer')[0]).toEqual(
-            { type: 'answer', id: null, page: 'main', command: 'mousePress' });
+        expect(session.traced('answer')[0]).toEqual({
+            type: 'answer',
+            id: null,
+            page: 'main',
+            command: 'mousePress',
+        });
     });
 
     test('the last line needs no line feed', async () => {
@@ -104,17 +127,20 @@ describe('commands', () => {
     test('many requests at once are answered in order', async () => {
         const ids = [...Array(500).keys()];
         await session.sendLine(
-            ids.map((id) => JSON.stringify({ id, command: 'getcollectionpage' })).join('\n'));
+            ids.map((id) => JSON.stringify({ id, command: 'getcollectionpage' })).join('\n'),
+        );
         const { events } = await session.close();
         expect(events.map(({ id }) => id)).toEqual(ids);
     });
 
     test('each page keeps what is its own', async () => {
         await session.send({ command: 'feedbacktovyr', args: { infopage: 'crash' } });
-        expect((await session.send({ page: 'child', command: 'getcollectionpage' })).result)
-            .toEqual({ page: '' });
-        expect((await session.send({ command: 'getcollectionpage' })).result)
-            .toEqual({ page: 'crash' });
+        expect(
+            (await session.send({ page: 'child', command: 'getcollectionpage' })).result,
+        ).toEqual({ page: '' });
+        expect((await session.send({ command: 'getcollectionpage' })).result).toEqual({
+            page: 'crash',
+        });
     });
 });
 
@@ -127,9 +153,18 @@ describe('arguments', () => {
     }
 
     test.each([
-        ['', ''], ['a b', 'a b'], ['桌面 😀', '桌面 😀'], ['"\\\n\t', '"\\\n\t'], [7, '7'],
+        ['', ''],
+        ['a b', 'a b'],
+        ['桌面 😀', '桌面 😀'],
+        ['"\\\n\t', '"\\\n\t'],
+        [7, '7'],
         [-1.5, '-1.5'],
-        [true, 'true'], [false, 'false'], [null, ''], [[], ''], [[1, 'a'], ''], [{}, ''],
+        [true, 'true'],
+        [false, 'false'],
+        [null, ''],
+        [[], ''],
+        [[1, 'a'], ''],
+        [{}, ''],
         [{ a: { b: [] } }, ''],
     ])('%j reads as the text %j', async (value, text) => {
         expect(await textOf(value)).toBe(text);
@@ -168,13 +203,22 @@ describe('arguments', () => {
 describe('dialogs', () => {
     test('are answered with the first of the choices', async () => {
         await root.writeFile('/tmp/a', '');
-        const answer = await session.send(
-            { command: 'addconfigfile', choose: ['/tmp/a', '/tmp/b'] });
+        const answer = await session.send({
+            command: 'addconfigfile',
+            choose: ['/tmp/a', '/tmp/b'],
+        });
         expect(answer.result).toBe('success');
-        expect(session.traced('dialog')).toEqual([{
-            type: 'dialog', mode: 'open', caption: 'Open File', directory: '/home/user', name: '',
-            filters: [], chosen: '/tmp/a',
-        }]);
+        expect(session.traced('dialog')).toEqual([
+            {
+                type: 'dialog',
+                mode: 'open',
+                caption: 'Open File',
+                directory: '/home/user',
+                name: '',
+                filters: [],
+                chosen: '/tmp/a',
+            },
+        ]);
     });
 
     test('are cancelled without a choice', async () => {
@@ -197,7 +241,7 @@ describe('dialogs', () => {
     });
 });
 
-describe('the user\'s configuration', () => {
+describe("the user's configuration", () => {
     test('is not written to by a dialog', async () => {
         await root.writeFile('/tmp/a', '');
         await session.send({ command: 'addconfigfile', choose: ['/tmp/a'] });
@@ -224,14 +268,19 @@ describe('waiting', () => {
     test('until ends with the callback, or says that it ran out', async () => {
         await session.send({ command: 'router', args: { page: 'a' } });
         expect(await session.until('hiddentipCallBack', 60_000)).toEqual({ type: 'waited' });
-        expect(await session.until('hiddentipCallBack', 50)).toEqual(
-            { type: 'waited', timeout: true });
+        expect(await session.until('hiddentipCallBack', 50)).toEqual({
+            type: 'waited',
+            timeout: true,
+        });
     });
 
     test('the end of input during a wait ends the session after it', async () => {
         await session.sendLine('{"wait":100}\n{"id":1,"command":"mousePress"}');
-        expect((await session.close()).events.map(({ type }) => type)).toEqual(
-            ['waited', 'signal', 'answer']);
+        expect((await session.close()).events.map(({ type }) => type)).toEqual([
+            'waited',
+            'signal',
+            'answer',
+        ]);
     });
 });
 
@@ -244,17 +293,21 @@ describe('the input', () => {
     });
 
     test('that was closed from the start ends the session at once', async () => {
-        const end = await root.run(
-            ['bash', '-c', 'exec /suite/office/assistantctl --session <&-']);
+        const end = await root.run(['bash', '-c', 'exec /suite/office/assistantctl --session <&-']);
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
     });
 
     test('may end right behind a command whose program a thread starts', async () => {
         await session.sendLine('{"page":"child","command":"vyrenvcheck","args":{"type":"t"}}');
         const { events } = await session.close();
-        expect(events.filter(({ type }) => type === 'started')).toEqual([{
-            type: 'started', program: '/suite/office/vyrEnvCheckTool', arguments: ['t', '', ''],
-            workingDirectory: '', detached: false,
-        }]);
+        expect(events.filter(({ type }) => type === 'started')).toEqual([
+            {
+                type: 'started',
+                program: '/suite/office/vyrEnvCheckTool',
+                arguments: ['t', '', ''],
+                workingDirectory: '',
+                detached: false,
+            },
+        ]);
     });
 });

@@ -53,8 +53,7 @@ test.each([
     const page = await startPage();
     await page.call('feedbacktovyr', { infopage: value });
     const { result } = await page.call('getcollectionpage');
-    if (text.length < 100)
-        expect(result.page).toBe(text);
+    if (text.length < 100) expect(result.page).toBe(text);
     expect(result.page === text).toBe(true);
 });
 
@@ -113,7 +112,7 @@ test('the wire survives what no page would send', async () => {
 
 test('a later answer reaches only a function of the page itself', async () => {
     const page = await startPage();
-    await page.evaluate("delete window.hiddentipCallBack, Object.prototype.hiddentipCallBack = 1");
+    await page.evaluate('delete window.hiddentipCallBack, Object.prototype.hiddentipCallBack = 1');
     await page.call('router', { page: 'child.html' });
     expect(await page.call('getcollectionpage')).toEqual({ result: { page: '' } });
 });

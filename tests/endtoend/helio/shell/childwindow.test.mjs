@@ -34,8 +34,10 @@ test('a child window opens over the main one with the focus, and the tip is show
     expect(await main.evaluate('tips')).toEqual(['show']);
     expect(await child.evaluate('document.title')).toBe('Child page');
     await shared.display.focused(childWindow);
-    const [mainMiddle, childMiddle] = [middle(await shared.display.geometry(mainWindow)),
-        middle(await shared.display.geometry(childWindow))];
+    const [mainMiddle, childMiddle] = [
+        middle(await shared.display.geometry(mainWindow)),
+        middle(await shared.display.geometry(childWindow)),
+    ];
     expect(Math.abs(mainMiddle[0] - childMiddle[0])).toBeLessThan(3);
     expect(Math.abs(mainMiddle[1] - childMiddle[1])).toBeLessThan(3);
 });
@@ -105,8 +107,9 @@ function holdScreenshots() {
     fs.rmSync(go, { force: true });
     const program = path.join(shared.suite.addon, 'independScreenshot/screengrab');
     fs.rmSync(program);
-    fs.writeFileSync(program, `#!/bin/sh\nuntil [ -e '${go}' ]; do sleep 0.05; done\n`,
-        { mode: 0o755 });
+    fs.writeFileSync(program, `#!/bin/sh\nuntil [ -e '${go}' ]; do sleep 0.05; done\n`, {
+        mode: 0o755,
+    });
     return () => fs.writeFileSync(go, '');
 }
 
@@ -142,11 +145,14 @@ test('the window is dragged by the title bar of the page', async () => {
     await shared.display.act('mousemove', x, y, 'mousedown', 1);
     await main.until('Boolean(window.isPressed)');
     // The window follows from when the window manager has taken the pointer.
-    await waitFor(async () => {
-        await shared.display.act('mousemove', x + 79, y + 60, 'mousemove', x + 80, y + 60);
-        const now = await shared.display.geometry(window);
-        return now.x - before.x === 80 && now.y - before.y === 60;
-    }, { what: 'the move of the window' });
+    await waitFor(
+        async () => {
+            await shared.display.act('mousemove', x + 79, y + 60, 'mousemove', x + 80, y + 60);
+            const now = await shared.display.geometry(window);
+            return now.x - before.x === 80 && now.y - before.y === 60;
+        },
+        { what: 'the move of the window' },
+    );
     await shared.display.act('mouseup', 1);
 });
 
@@ -158,10 +164,13 @@ test('the window is resized by its edge', async () => {
     let pointer = edge;
     await shared.display.act('mousemove', edge, y + height / 2, 'mousedown', 1);
     // The edge follows from when the window manager has taken the pointer.
-    await waitFor(async () => {
-        await shared.display.act('mousemove', pointer += 1, y + height / 2);
-        return (await shared.display.geometry(window)).width >= width + 20;
-    }, { what: 'the wider window' });
+    await waitFor(
+        async () => {
+            await shared.display.act('mousemove', (pointer += 1), y + height / 2);
+            return (await shared.display.geometry(window)).width >= width + 20;
+        },
+        { what: 'the wider window' },
+    );
     await shared.display.act('mouseup', 1);
     const after = await shared.display.geometry(window);
     expect(after.width - width).toBeLessThanOrEqual(pointer - edge);

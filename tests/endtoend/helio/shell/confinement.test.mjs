@@ -15,8 +15,11 @@ let outside;
 beforeAll(async () => {
     remote = await RemoteServer.start();
     outside = path.join(shared.suite.home, 'outside.html');
-    fs.writeFileSync(outside, '<title>outside</title>'
-        + '<script>parent.postMessage({ loaded: "outside" }, "*")</script>');
+    fs.writeFileSync(
+        outside,
+        '<title>outside</title>' +
+            '<script>parent.postMessage({ loaded: "outside" }, "*")</script>',
+    );
     fs.symlinkSync(outside, path.join(shared.suite.pages, 'link.html'));
     fs.writeFileSync(path.join(shared.suite.addon, 'officeassistant/resource/html2.html'), '');
 });
@@ -31,9 +34,10 @@ beforeEach(async () => {
 /** The page is the one it was, with its bridge. */
 async function expectStillHome() {
     // What was under way has had its chance when a command sent later has been answered.
-    await page.evaluate("new Promise((resolve) => setTimeout(resolve, 300))");
-    expect(await page.evaluate('location.pathname + document.title'))
-        .toBe(`${path.join(shared.suite.pages, 'index.html')}Main page`);
+    await page.evaluate('new Promise((resolve) => setTimeout(resolve, 300))');
+    expect(await page.evaluate('location.pathname + document.title')).toBe(
+        `${path.join(shared.suite.pages, 'index.html')}Main page`,
+    );
     expect(await page.call('getcollectionpage')).toEqual({ result: { page: '' } });
     expect(remote.connections).toBe(0);
 }
@@ -71,8 +75,13 @@ test('an empty document gets no answer, and the notice leads back to the page', 
     await page.until("location.href === 'about:blank'");
     expect(await page.evaluate('typeof helio')).toBe('undefined');
     const command = JSON.stringify({ command: 'router', args: { page: 'child.html' } });
-    const message = JSON.stringify(
-        { type: 6, id: 1, object: 'wire', method: 'fromJSAsynCall', args: [command] });
+    const message = JSON.stringify({
+        type: 6,
+        id: 1,
+        object: 'wire',
+        method: 'fromJSAsynCall',
+        args: [command],
+    });
     await page.evaluate(`void qt.webChannelTransport.send(${JSON.stringify(message)})`);
     await waitFor(() => /was refused/.test(program.stderr), { what: 'the refusal' });
     const [window] = await shared.display.windowCount(1);
@@ -127,7 +136,7 @@ test('nothing remote can be loaded or reached in any way', async () => {
         quietly(() => new Worker('http://' + place));
         await fetch('http://' + place, { mode: 'no-cors' }).catch(() => {});
     })()`);
-    await page.evaluate("new Promise((resolve) => setTimeout(resolve, 500))");
+    await page.evaluate('new Promise((resolve) => setTimeout(resolve, 500))');
     expect(remote.connections).toBe(0);
 });
 

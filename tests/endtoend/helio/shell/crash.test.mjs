@@ -9,10 +9,10 @@ const shared = windowTests();
 async function killRenderers(program) {
     const killed = program.renderers();
     expect(killed.length).toBeGreaterThan(0);
-    for (const pid of killed)
-        process.kill(pid, 'SIGKILL');
-    await waitFor(() => killed.every((pid) => !program.renderers().includes(pid)),
-        { what: 'the end of the killed processes' });
+    for (const pid of killed) process.kill(pid, 'SIGKILL');
+    await waitFor(() => killed.every((pid) => !program.renderers().includes(pid)), {
+        what: 'the end of the killed processes',
+    });
 }
 
 /** Waits until the child window is there and has the keyboard. */

@@ -55,10 +55,13 @@ test('the page lives on while a file dialog is open', async () => {
         step();
     })`);
     expect(frames).toBe(5);
-    await waitFor(async () => {
-        await shared.display.act('key', 'Escape');
-        return (await shared.display.windows(['--name', '^Save File'])).length === 0;
-    }, { what: 'the end of the dialog' });
+    await waitFor(
+        async () => {
+            await shared.display.act('key', 'Escape');
+            return (await shared.display.windows(['--name', '^Save File'])).length === 0;
+        },
+        { what: 'the end of the dialog' },
+    );
 });
 
 test('no process of the program stays behind', async () => {
@@ -68,6 +71,7 @@ test('no process of the program stays behind', async () => {
     expect(renderers.length).toBeGreaterThan(0);
     program.signal('SIGTERM');
     await program.waitForExit();
-    await waitFor(() => renderers.every((pid) => !fs.existsSync(`/proc/${pid}`)),
-        { what: 'the end of the renderers' });
+    await waitFor(() => renderers.every((pid) => !fs.existsSync(`/proc/${pid}`)), {
+        what: 'the end of the renderers',
+    });
 });

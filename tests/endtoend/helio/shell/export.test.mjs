@@ -29,9 +29,10 @@ test('a click on export asks for a file and writes the system report into it', a
     expect(text).toMatch(/\r\n/);
     expect(text).toContain('Linux');
     const opened = path.join(shared.suite.home, 'opened');
-    await waitFor(() => fs.existsSync(opened)
-        && fs.readFileSync(opened, 'utf8').includes('my%20report'),
-    { what: 'the report in its viewer' });
+    await waitFor(
+        () => fs.existsSync(opened) && fs.readFileSync(opened, 'utf8').includes('my%20report'),
+        { what: 'the report in its viewer' },
+    );
 });
 
 test('an export that is cancelled is answered with an error', async () => {

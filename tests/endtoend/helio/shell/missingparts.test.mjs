@@ -52,7 +52,7 @@ test('a library that is none is refused', async () => {
     await expectRefusal(run([]), 3, /^helio-shell: .*libofficeassistant\.so/m);
 });
 
-test('without Chromium\'s helper the program says so and fails', async () => {
+test("without Chromium's helper the program says so and fails", async () => {
     const env = { QTWEBENGINEPROCESS_PATH: '/nowhere/QtWebEngineProcess' };
     await expectRefusal(run([], { env }), 3, /helper program is missing: \/nowhere\/QtWebEngine/);
 });
@@ -78,8 +78,15 @@ test.each([
 test('help and version need no display', async () => {
     const help = await ShellProgram.run(suite, null, ['--help']);
     expect(help).toMatchObject({ status: 0, stderr: '' });
-    for (const option of ['--help', '--version', '--page', '--theme', '--language', '--screenshot',
-        '--debug-port'])
+    for (const option of [
+        '--help',
+        '--version',
+        '--page',
+        '--theme',
+        '--language',
+        '--screenshot',
+        '--debug-port',
+    ])
         expect(help.stdout).toContain(option);
     const version = await ShellProgram.run(suite, null, ['--version']);
     expect(version.status).toBe(0);

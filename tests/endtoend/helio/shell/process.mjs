@@ -8,8 +8,7 @@ export function start(program, args, options) {
 
 /** Ends a process that a test started, and waits until it is gone. */
 export async function end(child) {
-    if (child.exitCode !== null || child.signalCode !== null || child.pid === undefined)
-        return;
+    if (child.exitCode !== null || child.signalCode !== null || child.pid === undefined) return;
     const gone = once(child, 'exit');
     child.kill('SIGKILL');
     await gone;

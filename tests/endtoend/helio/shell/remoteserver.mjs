@@ -8,12 +8,16 @@ export class RemoteServer {
 
     static async start() {
         const remote = new RemoteServer();
-        remote.#server = net.createServer((socket) => {
-            remote.connections += 1;
-            socket.on('error', () => {});
-            socket.end('HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n'
-                + 'Access-Control-Allow-Origin: *\r\nConnection: close\r\n\r\n<title>remote</title>');
-        }).listen(0, '127.0.0.1');
+        remote.#server = net
+            .createServer((socket) => {
+                remote.connections += 1;
+                socket.on('error', () => {});
+                socket.end(
+                    'HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n' +
+                        'Access-Control-Allow-Origin: *\r\nConnection: close\r\n\r\n<title>remote</title>',
+                );
+            })
+            .listen(0, '127.0.0.1');
         await once(remote.#server, 'listening');
         return remote;
     }

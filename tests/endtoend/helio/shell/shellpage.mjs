@@ -24,22 +24,23 @@ export class ShellPage {
 
     /** Connects to the page whose address ends in that name, once it is there. */
     static async of(port, name, { timeoutMs = 90_000 } = {}) {
-        return waitFor(() => ShellPage.#present(port, name), { timeoutMs, what: `the page ${name}` });
+        return waitFor(() => ShellPage.#present(port, name), {
+            timeoutMs,
+            what: `the page ${name}`,
+        });
     }
 
     /** The same if it is there; null otherwise. */
     static async #present(port, name) {
         const targets = await CDP.List({ port }).catch(() => []);
         const target = targets.find(({ type, url }) => type === 'page' && url.endsWith(`/${name}`));
-        const client = target && await CDP({ port, target }).catch(() => null);
-        if (!client)
-            return null;
+        const client = target && (await CDP({ port, target }).catch(() => null));
+        if (!client) return null;
         const page = new ShellPage(client);
         // The tools name a page that is on its way before its document is there.
         const isThere = `location.href.endsWith(${JSON.stringify(`/${name}`)})
             && document.readyState === 'complete'`;
-        if (await page.evaluate(isThere, LONGEST_FIRST_ANSWER).catch(() => false))
-            return page;
+        if (await page.evaluate(isThere, LONGEST_FIRST_ANSWER).catch(() => false)) return page;
         await page.close();
         return null;
     }
@@ -52,7 +53,10 @@ export class ShellPage {
     async evaluate(expression, timeoutMs = LONGEST_ANSWER) {
         const request = { expression, awaitPromise: true, returnByValue: true, userGesture: true };
         const { result, exceptionDetails } = await within(
-            timeoutMs, this.#client.Runtime.evaluate(request), expression.slice(0, 200));
+            timeoutMs,
+            this.#client.Runtime.evaluate(request),
+            expression.slice(0, 200),
+        );
         if (exceptionDetails)
             throw new Error(exceptionDetails.exception?.description ?? exceptionDetails.text);
         return result.value;

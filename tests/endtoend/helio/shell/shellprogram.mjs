@@ -60,8 +60,10 @@ export class ShellProgram {
         const program = new ShellProgram();
         program.port = debug ? await freePort() : 0;
         const words = debug ? ['--debug-port', `${program.port}`, ...args] : args;
-        program.#child = start(suite.program, words,
-            { env: { ...suite.environment(display), ...env }, stdio: ['ignore', 'pipe', 'pipe'] });
+        program.#child = start(suite.program, words, {
+            env: { ...suite.environment(display), ...env },
+            stdio: ['ignore', 'pipe', 'pipe'],
+        });
         program.#ended = once(program.#child, 'close');
         for (const name of ['stdout', 'stderr'])
             program.#child[name].setEncoding('utf8').on('data', (text) => {
@@ -72,8 +74,10 @@ export class ShellProgram {
 
     /** Runs the program to its end: {status, signal, stdout, stderr}. */
     static async run(suite, display, args, options) {
-        const program = await ShellProgram.start(
-            suite, display, args, { debug: false, ...options });
+        const program = await ShellProgram.start(suite, display, args, {
+            debug: false,
+            ...options,
+        });
         try {
             return await program.waitForExit();
         } finally {
@@ -93,11 +97,13 @@ export class ShellProgram {
 
     /** The ids of Chromium's processes that show pages. */
     renderers() {
-        const pids = fs.readdirSync('/proc').filter((name) => /^\d+$/.test(name)).map(Number);
+        const pids = fs
+            .readdirSync('/proc')
+            .filter((name) => /^\d+$/.test(name))
+            .map(Number);
         const isOurs = (pid) => {
             for (let at = pid; at > 1; at = parentOf(at)) {
-                if (at === this.pid)
-                    return true;
+                if (at === this.pid) return true;
             }
             return false;
         };
@@ -120,8 +126,7 @@ export class ShellProgram {
 
     /** Ends what still runs. */
     async stop() {
-        for (const page of this.#pages)
-            await page.close();
+        for (const page of this.#pages) await page.close();
         await end(this.#child);
         await this.#ended;
     }

@@ -30,8 +30,17 @@ export class VirtualDisplay {
     async #startServer() {
         // Without -noreset the server starts anew, and drops who just connects, when its last
         // client leaves. Without -r a key repeats itself when its release is long in coming.
-        const words = ['-displayfd', '3', '-screen', '0', '1400x1000x24', '-nolisten', 'tcp',
-            '-noreset', '-r'];
+        const words = [
+            '-displayfd',
+            '3',
+            '-screen',
+            '0',
+            '1400x1000x24',
+            '-nolisten',
+            'tcp',
+            '-noreset',
+            '-r',
+        ];
         this.#server = start('Xvfb', words, { stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
         let complaints = '';
         this.#server.stderr.on('data', (chunk) => {
@@ -45,19 +54,21 @@ export class VirtualDisplay {
         this.#server.once('close', () => {
             hasEnded = true;
         });
-        await waitFor(() => {
-            if (hasEnded)
-                throw new Error(`the virtual display has ended: ${complaints}`);
-            return number.endsWith('\n');
-        }, { what: 'the virtual display' });
+        await waitFor(
+            () => {
+                if (hasEnded) throw new Error(`the virtual display has ended: ${complaints}`);
+                return number.endsWith('\n');
+            },
+            { what: 'the virtual display' },
+        );
         this.name = `:${number.trim()}`;
     }
 
     async #startManager(home) {
         const env = { PATH: process.env.PATH, HOME: home, DISPLAY: this.name };
         this.#manager = start('openbox', ['--sm-disable'], { stdio: 'ignore', env });
-        const isThere = async () => /window id/.test(
-            await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK']));
+        const isThere = async () =>
+            /window id/.test(await this.#output('xprop', ['-root', '_NET_SUPPORTING_WM_CHECK']));
         await waitFor(isThere, { what: 'the window manager' });
     }
 
@@ -69,12 +80,17 @@ export class VirtualDisplay {
         // Mostly enough, and then the other key need not be pressed twice.
         await this.act('key', 'Shift_L', 'sleep', 0.2);
         for (const shown of [1, 0]) {
-            const isShown = async () => (await this.#output('xprop',
-                ['-root', '_NET_SHOWING_DESKTOP'])).endsWith(`= ${shown}\n`);
-            await waitFor(async () => {
-                await this.act('key', 'super+d');
-                return waitFor(isShown, { timeoutMs: 5000 }).catch(() => false);
-            }, { what: 'a key of the window manager' });
+            const isShown = async () =>
+                (await this.#output('xprop', ['-root', '_NET_SHOWING_DESKTOP'])).endsWith(
+                    `= ${shown}\n`,
+                );
+            await waitFor(
+                async () => {
+                    await this.act('key', 'super+d');
+                    return waitFor(isShown, { timeoutMs: 5000 }).catch(() => false);
+                },
+                { what: 'a key of the window manager' },
+            );
         }
     }
 
@@ -95,28 +111,32 @@ export class VirtualDisplay {
             return `${await this.act('search', '--onlyvisible', ...by)}\n`;
         } catch (error) {
             // Its way to say that there is none.
-            if (error.code === 1 && error.stderr === '')
-                return '\n';
-            if (/BadWindow/.test(error.stderr))
-                return null;
+            if (error.code === 1 && error.stderr === '') return '\n';
+            if (/BadWindow/.test(error.stderr)) return null;
             throw error;
         }
     }
 
     /** Waits until the program shows that many windows; gives their ids. */
     async windowCount(count) {
-        return waitFor(async () => {
-            const ids = await this.windows();
-            return ids.length === count && ids;
-        }, { what: `${count} windows` });
+        return waitFor(
+            async () => {
+                const ids = await this.windows();
+                return ids.length === count && ids;
+            },
+            { what: `${count} windows` },
+        );
     }
 
     /** The dialog with that title, once it is there. */
     async dialog(title) {
-        const found = await waitFor(async () => {
-            const ids = await this.windows(['--name', `^${title}`]);
-            return ids.length > 0 && ids;
-        }, { what: `the dialog ${title}` });
+        const found = await waitFor(
+            async () => {
+                const ids = await this.windows(['--name', `^${title}`]);
+                return ids.length > 0 && ids;
+            },
+            { what: `the dialog ${title}` },
+        );
         return found[0];
     }
 
@@ -136,8 +156,7 @@ export class VirtualDisplay {
 
     async stop() {
         for (const child of [this.#manager, this.#server]) {
-            if (child)
-                await end(child);
+            if (child) await end(child);
         }
     }
 

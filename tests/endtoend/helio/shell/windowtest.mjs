@@ -16,8 +16,7 @@ export function windowTests() {
     });
 
     afterEach(async () => {
-        for (const program of programs.splice(0))
-            await program.stop();
+        for (const program of programs.splice(0)) await program.stop();
     });
 
     afterAll(async () => {
@@ -35,10 +34,13 @@ export function windowTests() {
     /** Presses the notice's button, which has the focus once it is shown, until the page is back. */
     shared.reloadByKey = async (program, window) => {
         await shared.display.focused(window);
-        const page = await waitFor(async () => {
-            await shared.display.act('key', 'space');
-            return program.page('index.html', { timeoutMs: 5000 }).catch(() => null);
-        }, { timeoutMs: 90_000, what: 'the page after its reload' });
+        const page = await waitFor(
+            async () => {
+                await shared.display.act('key', 'space');
+                return program.page('index.html', { timeoutMs: 5000 }).catch(() => null);
+            },
+            { timeoutMs: 90_000, what: 'the page after its reload' },
+        );
         await page.until('Boolean(window.helio)');
         return page;
     };

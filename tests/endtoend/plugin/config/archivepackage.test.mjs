@@ -21,11 +21,26 @@ afterEach(async () => root.dispose());
 
 /** The script's nine arguments, with what the test is about in place of the harmless values. */
 function pack({
-    name = '/home/user/report', type = 'crash', describe: text = 'it failed', files = '',
-    systemInfo = 'false', suiteInfo = 'false', dumpInfo = 'false', dumps = '',
+    name = '/home/user/report',
+    type = 'crash',
+    describe: text = 'it failed',
+    files = '',
+    systemInfo = 'false',
+    suiteInfo = 'false',
+    dumpInfo = 'false',
+    dumps = '',
 } = {}) {
-    return runScript(root, 'archivepackage.sh',
-        [name, type, text, files, systemInfo, suiteInfo, dumpInfo, dumps, RESOURCES]);
+    return runScript(root, 'archivepackage.sh', [
+        name,
+        type,
+        text,
+        files,
+        systemInfo,
+        suiteInfo,
+        dumpInfo,
+        dumps,
+        RESOURCES,
+    ]);
 }
 
 const describeFile = () => root.readFile(`${ARCHIVE}/describe.txt`);
@@ -55,13 +70,15 @@ describe('describe.txt', () => {
     test('holds name, type and description, a line each', async () => {
         await pack();
         expect(await describeFile()).toBe(
-            'name: /home/user/report\ntype: crash\ndescribe: it failed\n');
+            'name: /home/user/report\ntype: crash\ndescribe: it failed\n',
+        );
     });
 
     test('folds white space and line breaks of the values', async () => {
         await pack({ type: ' a  b ', describe: '\n first\tline \n\nsecond   line\n' });
         expect(await describeFile()).toBe(
-            'name: /home/user/report\ntype: a b\ndescribe: first line second line\n');
+            'name: /home/user/report\ntype: a b\ndescribe: first line second line\n',
+        );
     });
 
     test('has no blank behind the label of an empty value', async () => {
@@ -70,12 +87,12 @@ describe('describe.txt', () => {
     });
 
     test('takes what a page sends as text, never as a pattern or a command', async () => {
-        const text = '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran &'
-            + ' "q" \'s\' \\n $HOME -e ~';
+        const text =
+            '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran &' +
+            ' "q" \'s\' \\n $HOME -e ~';
         await root.writeFile('/home/user/a', '');
         await pack({ type: '-n', describe: text, files: ';$(touch${IFS}/tmp/ran);`touch' });
-        expect(await describeFile()).toBe(
-            `name: /home/user/report\ntype: -n\ndescribe: ${text}\n`);
+        expect(await describeFile()).toBe(`name: /home/user/report\ntype: -n\ndescribe: ${text}\n`);
         expect(await root.exists('/tmp/ran')).toBe(false);
     });
 });
@@ -85,10 +102,15 @@ describe('file list', () => {
         await oldFile('/home/user/a.vyr', 'sample');
         await oldFile('/home/user/b.png', 'picture', 0o444);
         const end = await pack({ files: ';/home/user/a.vyr;/home/user/b.png' });
-        expect(lines(end.stdout).slice(0, 3)).toEqual(
-            [';/home/user/a.vyr;/home/user/b.png', '/home/user/a.vyr', '/home/user/b.png']);
-        expect(lines(await describeFile()).slice(3)).toEqual(
-            ['attachfile: /home/user/a.vyr', 'attachfile: /home/user/b.png']);
+        expect(lines(end.stdout).slice(0, 3)).toEqual([
+            ';/home/user/a.vyr;/home/user/b.png',
+            '/home/user/a.vyr',
+            '/home/user/b.png',
+        ]);
+        expect(lines(await describeFile()).slice(3)).toEqual([
+            'attachfile: /home/user/a.vyr',
+            'attachfile: /home/user/b.png',
+        ]);
         expect(await root.readFile(`${ARCHIVE}/a.vyr`)).toBe('sample');
         await expectCopyKept('a.vyr');
         await expectCopyKept('b.png', 0o444);
@@ -114,8 +136,11 @@ describe('file list', () => {
     test('a path with a blank falls apart', async () => {
         await root.writeFile('/home/user/a b.vyr', 'x');
         const end = await pack({ files: ';/home/user/a b.vyr' });
-        expect(lines(end.stdout).slice(0, 3)).toEqual(
-            [';/home/user/a b.vyr', '/home/user/a', 'b.vyr']);
+        expect(lines(end.stdout).slice(0, 3)).toEqual([
+            ';/home/user/a b.vyr',
+            '/home/user/a',
+            'b.vyr',
+        ]);
         expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
     });
 
@@ -171,16 +196,26 @@ describe('suite information', () => {
 
     beforeEach(async () => {
         await oldFile('/home/user/.config/Orvane/Office.conf', 'settings', 0o666);
-        for (const name of files)
-            await oldFile(`${RESOURCES}/cfgs/${name}`, name, 0o666);
+        for (const name of files) await oldFile(`${RESOURCES}/cfgs/${name}`, name, 0o666);
     });
 
     test('notes the files in order, ome.ini as oem.ini', async () => {
         await pack({ suiteInfo: 'true' });
-        expect(lines(await describeFile()).slice(3)).toEqual(['file:Office.conf', 'file:oem.ini',
-            'file:feature.dat', 'file:product.dat', 'file:setup.cfg']);
+        expect(lines(await describeFile()).slice(3)).toEqual([
+            'file:Office.conf',
+            'file:oem.ini',
+            'file:feature.dat',
+            'file:product.dat',
+            'file:setup.cfg',
+        ]);
         expect(await root.list(ARCHIVE)).toEqual([
-            'Office.conf', 'describe.txt', 'feature.dat', 'ome.ini', 'product.dat', 'setup.cfg']);
+            'Office.conf',
+            'describe.txt',
+            'feature.dat',
+            'ome.ini',
+            'product.dat',
+            'setup.cfg',
+        ]);
     });
 
     test('keeps mode and times of all but feature.dat', async () => {
@@ -192,16 +227,20 @@ describe('suite information', () => {
         expect(stat.mtime.getFullYear()).toBeGreaterThan(2001);
     });
 
-    test.each([['Office.conf', '/home/user/.config/Orvane/Office.conf', 'file:Office.conf'],
-        ...files.map((name) => [name, `${RESOURCES}/cfgs/${name}`,
-            name === 'ome.ini' ? 'file:oem.ini' : `file:${name}`])])(
-        'a missing %s is left out alone', async (name, path, line) => {
-            await root.remove(path);
-            await pack({ suiteInfo: 'true' });
-            const noted = lines(await describeFile()).slice(3);
-            expect(noted).toHaveLength(4);
-            expect(noted).not.toContain(line);
-        });
+    test.each([
+        ['Office.conf', '/home/user/.config/Orvane/Office.conf', 'file:Office.conf'],
+        ...files.map((name) => [
+            name,
+            `${RESOURCES}/cfgs/${name}`,
+            name === 'ome.ini' ? 'file:oem.ini' : `file:${name}`,
+        ]),
+    ])('a missing %s is left out alone', async (name, path, line) => {
+        await root.remove(path);
+        await pack({ suiteInfo: 'true' });
+        const noted = lines(await describeFile()).slice(3);
+        expect(noted).toHaveLength(4);
+        expect(noted).not.toContain(line);
+    });
 
     test('is left out when not asked for', async () => {
         await pack({ suiteInfo: 'TRUE' });
@@ -221,7 +260,9 @@ describe('dumps', () => {
         const end = await pack({ dumpInfo: 'true', dumps });
         expect(lines(end.stdout).slice(1, 3)).toEqual(dumps.slice(1).split(';'));
         expect(lines(await describeFile()).slice(3)).toEqual([
-            'dumpfile: /home/user/dump/vyr_3.dmp', 'dumpfile: /home/user/dump/vyr_3.dmp.old']);
+            'dumpfile: /home/user/dump/vyr_3.dmp',
+            'dumpfile: /home/user/dump/vyr_3.dmp.old',
+        ]);
         await expectCopyKept('vyr_3.dmp');
         await expectCopyKept('vyr_3.dmp.old');
     });
@@ -246,8 +287,11 @@ describe('archive', () => {
         await root.writeFile('/home/user/a.vyr', 'sample');
         await pack({ files: ';/home/user/a.vyr' });
         const directory = ARCHIVE.slice(1);
-        expect(await members('/home/user/report.tar.gz')).toEqual(
-            [`${directory}/`, `${directory}/a.vyr`, `${directory}/describe.txt`]);
+        expect(await members('/home/user/report.tar.gz')).toEqual([
+            `${directory}/`,
+            `${directory}/a.vyr`,
+            `${directory}/describe.txt`,
+        ]);
     });
 
     test('is listed member by member on standard output', async () => {

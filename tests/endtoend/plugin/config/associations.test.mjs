@@ -1,8 +1,18 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { ENTRIES, fakeDesktop, INTEGRATED, SAMPLES, setAllDefaults, setDefault, setMode, TEMPLATES,
-    typeOf, writeSamples } from './desktoptools.mjs';
+import {
+    ENTRIES,
+    fakeDesktop,
+    INTEGRATED,
+    SAMPLES,
+    setAllDefaults,
+    setDefault,
+    setMode,
+    TEMPLATES,
+    typeOf,
+    writeSamples,
+} from './desktoptools.mjs';
 import { lines, runScript } from './scriptrunner.mjs';
 
 let root;
@@ -39,10 +49,12 @@ describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
         await fakeDesktop(root, ['gio']);
         await writeSamples(root);
         await list(script);
-        expect(await root.callsOf('gio')).toEqual(SAMPLES.flatMap(({ suffix }) => [
-            ['info', '-a', 'standard::content-type', `${TEMPLATES}/vyr${suffix}`],
-            ['mime', typeOf(suffix)],
-        ]));
+        expect(await root.callsOf('gio')).toEqual(
+            SAMPLES.flatMap(({ suffix }) => [
+                ['info', '-a', 'standard::content-type', `${TEMPLATES}/vyr${suffix}`],
+                ['mime', typeOf(suffix)],
+            ]),
+        );
     });
 
     test('without gio asks the gvfs tools the same', async () => {
@@ -51,10 +63,16 @@ describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
         await writeSamples(root);
         await list(script);
         expect(await root.callsOf('gio')).toEqual([]);
-        expect(await root.callsOf('gvfs-info')).toEqual(SAMPLES.map(({ suffix }) =>
-            ['-a', 'standard::content-type', `${TEMPLATES}/vyr${suffix}`]));
-        expect(await root.callsOf('gvfs-mime')).toEqual(SAMPLES.map(({ suffix }) =>
-            ['--query', typeOf(suffix)]));
+        expect(await root.callsOf('gvfs-info')).toEqual(
+            SAMPLES.map(({ suffix }) => [
+                '-a',
+                'standard::content-type',
+                `${TEMPLATES}/vyr${suffix}`,
+            ]),
+        );
+        expect(await root.callsOf('gvfs-mime')).toEqual(
+            SAMPLES.map(({ suffix }) => ['--query', typeOf(suffix)]),
+        );
     });
 
     test('without any tool every line is empty and false', async () => {
@@ -84,22 +102,27 @@ describe('types', () => {
     test('of the suite are true, all 39 in order', async () => {
         await writeSamples(root);
         expect(await types()).toEqual(
-            SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`));
+            SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
+        );
         expect(SAMPLES).toHaveLength(39);
     });
 
     test('of others are false', async () => {
         await writeSamples(root, () => 'application/msword');
-        expect(new Set((await types()).map((line) => line.split('|').slice(2).join('|'))))
-            .toEqual(new Set(['application/msword|false']));
+        expect(new Set((await types()).map((line) => line.split('|').slice(2).join('|')))).toEqual(
+            new Set(['application/msword|false']),
+        );
     });
 
-    test.each([['application/vyr-office', true], ['x-application/vyr-office.x', true],
-        ['application/vyr-offic', false], ['application/VYR-office', false]])(
-        '%s is the suite’s: %s', async (type, flag) => {
-            await writeSamples(root, () => type);
-            expect((await types())[0]).toBe(`shw|.pptx|${type}|${flag}`);
-        });
+    test.each([
+        ['application/vyr-office', true],
+        ['x-application/vyr-office.x', true],
+        ['application/vyr-offic', false],
+        ['application/VYR-office', false],
+    ])('%s is the suite’s: %s', async (type, flag) => {
+        await writeSamples(root, () => type);
+        expect((await types())[0]).toBe(`shw|.pptx|${type}|${flag}`);
+    });
 
     test('do not depend on the component mode', async () => {
         await writeSamples(root);
@@ -140,19 +163,24 @@ describe('applications', () => {
     });
 
     test.each(['helio_independ', 'helio_fusion', 'helio_fushion ', ''])(
-        'mode "%s" is not the integrated one', async (mode) => {
+        'mode "%s" is not the integrated one',
+        async (mode) => {
             await setMode(root, mode);
             await setAllDefaults(root, (tag) => ENTRIES[tag]);
             expect(await applications()).toEqual(applicationLines(shownEntry, true));
-        });
+        },
+    );
 
     test('of others repeat the entry of the suffix before, within one list', async () => {
         await setAllDefaults(root, () => 'other.desktop');
         await setDefault(root, '.ppt', ENTRIES.shw);
         await setDefault(root, '.rtf', ENTRIES.vyr);
         const found = await applications();
-        expect(found.slice(0, 3)).toEqual(['shw|.pptx||false',
-            'shw|.ppt|vyr-office-shw.desktop|true', 'shw|.pptm|vyr-office-shw.desktop|false']);
+        expect(found.slice(0, 3)).toEqual([
+            'shw|.pptx||false',
+            'shw|.ppt|vyr-office-shw.desktop|true',
+            'shw|.pptm|vyr-office-shw.desktop|false',
+        ]);
         expect(found[13]).toBe('shw|.shdo|vyr-office-shw.desktop|false');
         expect(found[14]).toBe('tbl|.xlsx||false');
         expect(found[26]).toBe('vyr|.docx||false');
@@ -182,16 +210,18 @@ describe('repairasso.sh', () => {
         expect(await root.callsOf('gio')).toEqual([]);
     });
 
-    test.each([['helio_independ', (tag) => ENTRIES[tag]], ['helio_fushion', () => INTEGRATED]])(
-        'in mode %s sets every default in order', async (mode, entryOf) => {
-            root = await SandboxRoot.create();
-            await fakeDesktop(root, ['gio']);
-            await writeSamples(root);
-            await setMode(root, mode);
-            expect(await repair()).toMatchObject({ status: 0, stderr: '' });
-            const sets = (await root.callsOf('gio')).filter((call) => call[0] === 'mime');
-            expect(sets.map((call) => call.slice(1))).toEqual(expectedSets(entryOf));
-        });
+    test.each([
+        ['helio_independ', (tag) => ENTRIES[tag]],
+        ['helio_fushion', () => INTEGRATED],
+    ])('in mode %s sets every default in order', async (mode, entryOf) => {
+        root = await SandboxRoot.create();
+        await fakeDesktop(root, ['gio']);
+        await writeSamples(root);
+        await setMode(root, mode);
+        expect(await repair()).toMatchObject({ status: 0, stderr: '' });
+        const sets = (await root.callsOf('gio')).filter((call) => call[0] === 'mime');
+        expect(sets.map((call) => call.slice(1))).toEqual(expectedSets(entryOf));
+    });
 
     test('without gio uses the gvfs tools', async () => {
         root = await SandboxRoot.create({ hide: ['/usr/bin/gio'] });
@@ -199,7 +229,8 @@ describe('repairasso.sh', () => {
         await writeSamples(root);
         expect((await repair()).stderr).toBe('');
         expect(await root.callsOf('gvfs-mime')).toEqual(
-            expectedSets((tag) => ENTRIES[tag]).map((call) => ['--set', ...call]));
+            expectedSets((tag) => ENTRIES[tag]).map((call) => ['--set', ...call]),
+        );
     });
 
     test('sets nothing for a sample without a type', async () => {

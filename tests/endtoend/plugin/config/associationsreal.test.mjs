@@ -1,8 +1,16 @@
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { ENTRIES, installRealDesktop, INTEGRATED, SAMPLES, setMode, TEMPLATES, typeOf,
-    writeSamples } from './desktoptools.mjs';
+import {
+    ENTRIES,
+    installRealDesktop,
+    INTEGRATED,
+    SAMPLES,
+    setMode,
+    TEMPLATES,
+    typeOf,
+    writeSamples,
+} from './desktoptools.mjs';
 import { lines, runScript } from './scriptrunner.mjs';
 
 let root;
@@ -31,7 +39,8 @@ test('the desktop’s own types are not the suite’s', async () => {
 test('installed types are found, wherever XDG_DATA_HOME points', async () => {
     await installRealDesktop(root);
     expect(await run('getmimeinfo.sh', { XDG_DATA_HOME: '/nowhere' })).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`));
+        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
+    );
 });
 
 test('a repair turns every association into the suite’s', async () => {
@@ -43,10 +52,12 @@ test('a repair turns every association into the suite’s', async () => {
 
     await run('repairasso.sh');
     expect(await run('getopeninfo.sh')).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${shownEntry(tag)}|true`));
+        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${shownEntry(tag)}|true`),
+    );
 
     await setMode(root, 'helio_fushion');
     await run('repairasso.sh', { XDG_DATA_HOME: '/nowhere' });
     expect(await run('getopeninfo.sh')).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${INTEGRATED}|true`));
+        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${INTEGRATED}|true`),
+    );
 });

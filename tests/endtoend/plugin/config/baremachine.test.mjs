@@ -46,23 +46,26 @@ describe('file associations', () => {
         }
     });
 
-    test('after a repair have the suite’s types, and nothing opens with a suite that is not there',
-        async () => {
-            await repair();
-            await repair();
-            const types = await answer('getassomime');
-            expect(values(types).sort())
-                .toEqual(SAMPLES.map(({ suffix }) => `${typeOf(suffix)}|true`).sort());
-            expect(new Set(flags(await answer('getassoopen')))).toEqual(new Set(['false']));
-        });
+    test('after a repair have the suite’s types, and nothing opens with a suite that is not there', async () => {
+        await repair();
+        await repair();
+        const types = await answer('getassomime');
+        expect(values(types).sort()).toEqual(
+            SAMPLES.map(({ suffix }) => `${typeOf(suffix)}|true`).sort(),
+        );
+        expect(new Set(flags(await answer('getassoopen')))).toEqual(new Set(['false']));
+    });
 
     test('after a repair are opened by those who opened them before', async () => {
-        await root.writeFile('/usr/share/applications/other.desktop', `[Desktop Entry]
+        await root.writeFile(
+            '/usr/share/applications/other.desktop',
+            `[Desktop Entry]
 Type=Application
 Name=Other
 Exec=true %f
 MimeType=application/vnd.openxmlformats-officedocument.wordprocessingml.document;
-`);
+`,
+        );
         await root.run(['update-desktop-database', '/usr/share/applications']);
         await repair();
         const { stdout } = await root.run(['gio', 'mime', typeOf('.docx')]);
@@ -100,10 +103,15 @@ test('shortcuts go to the desktop in either set', async () => {
 
 test('a sample’s details and permissions are listed', async () => {
     await answer('addconfigfile', {}, { choose: [`${FOLDER}/vyr.docx`] });
-    await runCommand(root, 'exportspecialfileperm', {},
-        { choose: [`${FOLDER}/vyr.docx`, '/home/user/permissions.txt'] });
-    expect(await root.readFile('/home/user/permissions.txt'))
-        .toMatch(/^-rw.* user user .*vyr\.docx$/m);
+    await runCommand(
+        root,
+        'exportspecialfileperm',
+        {},
+        { choose: [`${FOLDER}/vyr.docx`, '/home/user/permissions.txt'] },
+    );
+    expect(await root.readFile('/home/user/permissions.txt')).toMatch(
+        /^-rw.* user user .*vyr\.docx$/m,
+    );
 });
 
 test('the browsers of the machine are told by their versions', async () => {
@@ -112,41 +120,70 @@ test('the browsers of the machine are told by their versions', async () => {
 });
 
 describe('missing fonts', () => {
-    beforeEach(() => root.writeFile(FONTS, `<?xml version="1.0"?>
+    beforeEach(() =>
+        root.writeFile(
+            FONTS,
+            `<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
 <fontconfig><cachedir>/tmp/fontcache</cachedir></fontconfig>
-`));
+`,
+        ),
+    );
 
     const TWO = 'DejaVu Sans;Noto Sans CJK SC';
     test.each([
-        ['.docx', TWO], ['.docm', TWO], ['.dotx', TWO], ['.doc', TWO], ['.dot', TWO],
-        ['.pptx', TWO], ['.ppsx', TWO], ['.ppt', 'DejaVu Sans'], ['.xlsx', 'DejaVu Sans'],
+        ['.docx', TWO],
+        ['.docm', TWO],
+        ['.dotx', TWO],
+        ['.doc', TWO],
+        ['.dot', TWO],
+        ['.pptx', TWO],
+        ['.ppsx', TWO],
+        ['.ppt', 'DejaVu Sans'],
+        ['.xlsx', 'DejaVu Sans'],
         ['.xls', 'DejaVu Sans'],
     ])('of the sample %s are %s on a machine without fonts', async (suffix, fonts) => {
-        const { MissFonts } = await answer('comparefont',
-            { filepath: base64(`${FOLDER}/vyr${suffix}`) }, { env: { FONTCONFIG_FILE: FONTS } });
-        expect(Buffer.from(MissFonts, 'base64').toString().split(/[;,] ?/).sort())
-            .toEqual(fonts.split(';').sort());
+        const { MissFonts } = await answer(
+            'comparefont',
+            { filepath: base64(`${FOLDER}/vyr${suffix}`) },
+            { env: { FONTCONFIG_FILE: FONTS } },
+        );
+        expect(
+            Buffer.from(MissFonts, 'base64')
+                .toString()
+                .split(/[;,] ?/)
+                .sort(),
+        ).toEqual(fonts.split(';').sort());
     });
 
     test('of a sample are none on a machine that has them', async () => {
-        const { MissFonts } = await answer('comparefont',
-            { filepath: base64(`${FOLDER}/vyr.docx`) });
+        const { MissFonts } = await answer('comparefont', {
+            filepath: base64(`${FOLDER}/vyr.docx`),
+        });
         expect(MissFonts).toBe('');
     });
 });
 
 test('a feedback archive holds a sample, the report and the suite’s version', async () => {
     await root.recordingFake('xdg-open');
-    await answer('archivepackage',
-        { archiveType: 'other', archiveDescribe: 'all of it', archiveSample: `${FOLDER}/vyr.shd`,
-            archiveSysInfo: 'true', archiveVyrInfo: true },
-        { choose: ['/home/user/feedback'] });
+    await answer(
+        'archivepackage',
+        {
+            archiveType: 'other',
+            archiveDescribe: 'all of it',
+            archiveSample: `${FOLDER}/vyr.shd`,
+            archiveSysInfo: 'true',
+            archiveVyrInfo: true,
+        },
+        { choose: ['/home/user/feedback'] },
+    );
     const listed = await root.run(['tar', '-tzf', '/home/user/feedback.tar.gz']);
     expect(listed.status).toBe(0);
     for (const name of ['describe.txt', 'setup.cfg', 'sysinfo.txt', 'vyr.shd'])
         expect(listed.stdout).toContain(`/${name}\n`);
     const target = '/home/user/.local/share/Orvane/tmp/archive/vyr.shd';
     const packed = await root.run(['tar', '-xzOf', '/home/user/feedback.tar.gz', target.slice(1)]);
-    expect(packed.stdoutBytes.equals(fs.readFileSync(root.hostPath(`${FOLDER}/vyr.shd`)))).toBe(true);
+    expect(packed.stdoutBytes.equals(fs.readFileSync(root.hostPath(`${FOLDER}/vyr.shd`)))).toBe(
+        true,
+    );
 });

@@ -78,21 +78,34 @@ test('a desktop that cannot be made is no reason to complain', async () => {
 
 test('the listing is empty for an empty folder', async () => {
     await makeRoot();
-    expect(await runScript(root, 'getdesktopfile.sh')).toMatchObject(
-        { status: 0, stdout: '', stderr: '' });
+    expect(await runScript(root, 'getdesktopfile.sh')).toMatchObject({
+        status: 0,
+        stdout: '',
+        stderr: '',
+    });
 });
 
 test('the listing takes files and links called vyr-office*desktop, at the top only', async () => {
     await makeRoot();
     const desk = '/home/user/Desktop';
-    for (const name of ['vyr-office-a.desktop', 'vyr-office desktop', 'vyr-officedesktop',
-        'vyr-office-a.desktop.old', 'my-vyr-office-a.desktop', 'VYR-office-a.desktop',
-        'sub/vyr-office-b.desktop'])
+    for (const name of [
+        'vyr-office-a.desktop',
+        'vyr-office desktop',
+        'vyr-officedesktop',
+        'vyr-office-a.desktop.old',
+        'my-vyr-office-a.desktop',
+        'VYR-office-a.desktop',
+        'sub/vyr-office-b.desktop',
+    ])
         await root.writeFile(`${desk}/${name}`, '');
     await root.makeDirectory(`${desk}/vyr-office-folder.desktop`);
     await root.run(['ln', '-s', '/nowhere', `${desk}/vyr-office-link.desktop`]);
-    expect(await shortcuts()).toEqual(['vyr-office desktop', 'vyr-office-a.desktop',
-        'vyr-office-link.desktop', 'vyr-officedesktop']);
+    expect(await shortcuts()).toEqual([
+        'vyr-office desktop',
+        'vyr-office-a.desktop',
+        'vyr-office-link.desktop',
+        'vyr-officedesktop',
+    ]);
 });
 
 test('a desktop two levels below home gives its own folder’s name', async () => {
@@ -119,8 +132,10 @@ test('a desktop that is home itself gives no name', async () => {
 
 test('the home taken off user-dirs.dirs’ path is the one that USER gives', async () => {
     await makeRoot();
-    await root.writeFile('/home/other/.config/user-dirs.dirs',
-        'XDG_DESKTOP_DIR="/home/other/Desk"\n');
+    await root.writeFile(
+        '/home/other/.config/user-dirs.dirs',
+        'XDG_DESKTOP_DIR="/home/other/Desk"\n',
+    );
     await root.writeFile(`/home/other/Desk/${SHORTCUT}`, '');
     const end = await runScript(root, 'getdesktopfile.sh', [], { env: { USER: 'other' } });
     expect(end.stdout).toBe(`${SHORTCUT}\n`);

@@ -13,22 +13,24 @@ export const ENTRIES = {
 export const INTEGRATED = 'vyr-office-tessaly.desktop';
 
 /** Application tag and suffix of each sample, in the scripts' order. */
-export const SAMPLES = Object.entries(SUFFIXES)
-    .flatMap(([tag, suffixes]) => suffixes.map((suffix) => ({ tag, suffix })));
+export const SAMPLES = Object.entries(SUFFIXES).flatMap(([tag, suffixes]) =>
+    suffixes.map((suffix) => ({ tag, suffix })),
+);
 
 export const typeOf = (suffix) => `application/vyr-office${suffix}`;
 
 /** Writes the component mode into the suite's settings. */
 export function setMode(root, mode) {
-    return root.writeFile(`${root.home}/.config/Orvane/Office.conf`,
-        `[6.0]\nvyroffice\\Application%20Settings\\AppComponentMode=${mode}\n`);
+    return root.writeFile(
+        `${root.home}/.config/Orvane/Office.conf`,
+        `[6.0]\nvyroffice\\Application%20Settings\\AppComponentMode=${mode}\n`,
+    );
 }
 
 /** A desktop of the test's own, behind fakes of these tools, which write their calls down. */
 export async function fakeDesktop(root, tools) {
     const script = fs.readFileSync(new URL('fakedesktop.sh', import.meta.url));
-    for (const tool of tools)
-        await root.fake(tool, script);
+    for (const tool of tools) await root.fake(tool, script);
 }
 
 /** A sample of each suffix; under fakeDesktop its content is its type. */
@@ -43,29 +45,34 @@ export async function setDefault(root, suffix, entry) {
 }
 
 export async function setAllDefaults(root, entryOf) {
-    for (const { tag, suffix } of SAMPLES)
-        await setDefault(root, suffix, entryOf(tag));
+    for (const { tag, suffix } of SAMPLES) await setDefault(root, suffix, entryOf(tag));
 }
 
 /** Registers the suite's types and entries with the real desktop tools of the sandbox. */
 export async function installRealDesktop(root) {
     // Other types claim some of the suffixes too. Of several the desktop takes the heaviest that
     // fits the content, and the samples are text.
-    const types = ALL_SUFFIXES.map((suffix) => `    <mime-type type="${typeOf(suffix)}">
+    const types = ALL_SUFFIXES.map(
+        (suffix) => `    <mime-type type="${typeOf(suffix)}">
         <comment>suite document</comment>
         <sub-class-of type="text/plain"/>
         <glob pattern="*${suffix}" weight="90"/>
-    </mime-type>\n`).join('');
+    </mime-type>\n`,
+    ).join('');
     const packageFile = `${root.home}/.local/share/mime/packages/Override.xml`;
-    await root.writeFile(packageFile, `<?xml version="1.0" encoding="UTF-8"?>
+    await root.writeFile(
+        packageFile,
+        `<?xml version="1.0" encoding="UTF-8"?>
 <mime-info xmlns="http://www.freedesktop.org/standards/shared-mime-info">
 ${types}</mime-info>
-`);
+`,
+    );
     const updated = await root.run(['update-mime-database', `${root.home}/.local/share/mime`]);
-    if (updated.status !== 0)
-        throw new Error(updated.stderr);
+    if (updated.status !== 0) throw new Error(updated.stderr);
     for (const entry of [...Object.values(ENTRIES), INTEGRATED, 'other.desktop']) {
-        await root.writeFile(`/usr/share/applications/${entry}`,
-            `[Desktop Entry]\nType=Application\nName=${entry}\nExec=true %f\n`);
+        await root.writeFile(
+            `/usr/share/applications/${entry}`,
+            `[Desktop Entry]\nType=Application\nName=${entry}\nExec=true %f\n`,
+        );
     }
 }

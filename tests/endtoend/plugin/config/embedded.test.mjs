@@ -6,11 +6,25 @@ import { expect, test } from 'vitest';
 
 import { SCRIPT_FOLDER } from './scriptrunner.mjs';
 
-const SCRIPTS = ['archivepackage.sh', 'assocheck.sh', 'desktopcheck.sh', 'extractfont.sh',
-    'getbrowserinfo.sh', 'getdesktopfile.sh', 'getdesktoppath.sh', 'getfileinfo.sh',
-    'getmimeinfo.sh', 'getopeninfo.sh', 'recovericon.sh', 'repairasso.sh'];
+const SCRIPTS = [
+    'archivepackage.sh',
+    'assocheck.sh',
+    'desktopcheck.sh',
+    'extractfont.sh',
+    'getbrowserinfo.sh',
+    'getdesktopfile.sh',
+    'getdesktoppath.sh',
+    'getfileinfo.sh',
+    'getmimeinfo.sh',
+    'getopeninfo.sh',
+    'recovericon.sh',
+    'repairasso.sh',
+];
 
-const onDisk = fs.readdirSync(SCRIPT_FOLDER).filter((name) => name.endsWith('.sh')).sort();
+const onDisk = fs
+    .readdirSync(SCRIPT_FOLDER)
+    .filter((name) => name.endsWith('.sh'))
+    .sort();
 
 test('the twelve scripts and no other are in the resource list', () => {
     const list = fs.readFileSync(path.join(SCRIPT_FOLDER, 'config.qrc'), 'utf8');

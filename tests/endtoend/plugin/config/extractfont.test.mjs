@@ -26,11 +26,13 @@ test('runs the suite with -savemissfont and ends with its status', async () => {
 });
 
 test.each([['/home/user/gone.docx'], ['/home/user']])(
-    'a document that is no regular file ends it with 1: %s', async (document) => {
+    'a document that is no regular file ends it with 1: %s',
+    async (document) => {
         const end = await extract(SUITE, 'vyr', document);
         expect(end).toMatchObject({ status: 1, stdout: '' });
         expect(await root.callsOf('vyr')).toEqual([]);
-    });
+    },
+);
 
 test('a missing suite folder ends it with 1 after the document was printed', async () => {
     const end = await extract('/opt/orvane/none', 'vyr', DOCUMENT);

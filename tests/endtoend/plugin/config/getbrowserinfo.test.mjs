@@ -3,8 +3,14 @@ import { afterEach, expect, test } from 'vitest';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { runScript } from './scriptrunner.mjs';
 
-const BROWSERS = ['firefox', 'google-chrome', 'chromium-browser', 'uos-browser', 'browser360-cn',
-    'qaxbrowser-safe'];
+const BROWSERS = [
+    'firefox',
+    'google-chrome',
+    'chromium-browser',
+    'uos-browser',
+    'browser360-cn',
+    'qaxbrowser-safe',
+];
 const PACKAGES = `Desired=Unknown/Install
 ||/ Name                     Version      Architecture Description
 +++-========================-============-============-===========
@@ -37,11 +43,9 @@ test('no browser prints nothing, after both looks at the packages', async () => 
 
 test('all browsers come in their order, each asked once for its version', async () => {
     await makeRoot();
-    for (const name of [...BROWSERS].reverse())
-        await fakeBrowser(name, `${name} 1.0\n`);
+    for (const name of [...BROWSERS].reverse()) await fakeBrowser(name, `${name} 1.0\n`);
     expect(await browsers()).toBe(BROWSERS.map((name) => `${name} 1.0\n`).join(''));
-    for (const name of BROWSERS)
-        expect(await root.callsOf(name)).toEqual([['--version']]);
+    for (const name of BROWSERS) expect(await root.callsOf(name)).toEqual([['--version']]);
     expect(await root.callsOf('dpkg')).toEqual([]);
 });
 
@@ -68,7 +72,8 @@ test('without the two programs, installed packages of theirs are printed', async
     await makeRoot();
     await root.recordingFake('dpkg', { output: PACKAGES });
     expect(await browsers()).toBe(
-        'browser360-cn-stable 13.4.1-1\nlib360:amd64 2.0\ncom.qianxi.browser 1.2.3\n');
+        'browser360-cn-stable 13.4.1-1\nlib360:amd64 2.0\ncom.qianxi.browser 1.2.3\n',
+    );
 });
 
 test('a program found keeps its packages from being printed, and only its own', async () => {

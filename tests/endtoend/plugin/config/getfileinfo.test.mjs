@@ -26,8 +26,7 @@ test('writes what ls -dl prints, in the order of the paths', async () => {
     const end = await list('/tmp/p', ...paths);
     expect(end.stdout).toBe('');
     const expected = [];
-    for (const path of paths)
-        expected.push((await root.run(['ls', '-dl', path])).stdout.trimEnd());
+    for (const path of paths) expected.push((await root.run(['ls', '-dl', path])).stdout.trimEnd());
     expect(await listed()).toEqual(expected);
     expect(expected[0]).toMatch(/^-rw-r----- 1 user user 1 .* \/home\/.*\/Office\.conf$/);
 });
@@ -61,7 +60,9 @@ test('pattern characters and a leading hyphen belong to the name', async () => {
     await root.writeFile('/home/user/-R', '');
     await list('/tmp/p', '/home/user/*', '-R');
     expect(await listed()).toEqual([
-        expect.stringMatching(/ \/home\/user\/\*$/), expect.stringMatching(/ -R$/)]);
+        expect.stringMatching(/ \/home\/user\/\*$/),
+        expect.stringMatching(/ -R$/),
+    ]);
 });
 
 test('nothing in a path is run', async () => {

@@ -1,8 +1,19 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { ENTRIES, fakeDesktop, installRealDesktop, INTEGRATED, SAMPLES, setAllDefaults, setDefault,
-    setMode, TEMPLATES, typeOf, writeSamples } from './desktoptools.mjs';
+import {
+    ENTRIES,
+    fakeDesktop,
+    installRealDesktop,
+    INTEGRATED,
+    SAMPLES,
+    setAllDefaults,
+    setDefault,
+    setMode,
+    TEMPLATES,
+    typeOf,
+    writeSamples,
+} from './desktoptools.mjs';
 import { ALL_SUFFIXES, lines, runScript } from './scriptrunner.mjs';
 
 const SUITE = '/opt/orvane/office';
@@ -35,14 +46,21 @@ describe('assocheck.sh', () => {
         await root.writeFile(`${TEMPLATES}/vyr.pptm`, 'application/zip');
         const end = await check();
         expect(end.status).toBe(1);
-        expect(lines(end.stdout)).toEqual([sampleLine('.pptx'), sampleLine('.ppt'),
-            `${TEMPLATES}/vyr.pptm application/zip`, 'needasso']);
+        expect(lines(end.stdout)).toEqual([
+            sampleLine('.pptx'),
+            sampleLine('.ppt'),
+            `${TEMPLATES}/vyr.pptm application/zip`,
+            'needasso',
+        ]);
     });
 
     test('stops at the first wrong application', async () => {
         await setDefault(root, '.ppt', 'other.desktop');
-        expect(lines((await check()).stdout)).toEqual(
-            [sampleLine('.pptx'), sampleLine('.ppt'), 'needasso']);
+        expect(lines((await check()).stdout)).toEqual([
+            sampleLine('.pptx'),
+            sampleLine('.ppt'),
+            'needasso',
+        ]);
     });
 
     test('wants the integrated entry in integrated mode', async () => {
@@ -68,8 +86,9 @@ describe('desktopcheck.sh', () => {
         await root.writeFile('/home/user/.local/share/mime/packages/Override.xml', '');
         await setAllDefaults(root, (tag) => ENTRIES[tag]);
         expect(await check()).toMatchObject({ status: 0, stdout: '', stderr: '' });
-        expect(await root.callsOf('update-mime-database')).toEqual(
-            [['/home/user/.local/share/mime']]);
+        expect(await root.callsOf('update-mime-database')).toEqual([
+            ['/home/user/.local/share/mime'],
+        ]);
 
         await setDefault(root, '.xls', 'other.desktop');
         expect(await check()).toMatchObject({ status: 1, stdout: 'repairdesktop\n' });

@@ -52,7 +52,8 @@ test('shortcuts are made executable and given to the user', async () => {
     await recover('other');
     expect((await root.stat(`${DESKTOP}/vyr-office-vyr.desktop`)).mode & 0o777).toBe(0o755);
     expect(await root.callsOf('chown')).toEqual(
-        SEPARATE.map((name) => ['user', `${DESKTOP}/${name}`]));
+        SEPARATE.map((name) => ['user', `${DESKTOP}/${name}`]),
+    );
 });
 
 test('the nine known shortcuts are removed first, in their order, and nothing else', async () => {
@@ -63,7 +64,8 @@ test('the nine known shortcuts are removed first, in their order, and nothing el
     await recover('fusion');
     expect(await root.list(DESKTOP)).toEqual(['note.txt', 'vyr-office-mine.desktop']);
     expect(await root.readFile('/fakecalls/rm')).toBe(
-        REMOVED.map((name) => `${DESKTOP}/${name}\n`).join(''));
+        REMOVED.map((name) => `${DESKTOP}/${name}\n`).join(''),
+    );
 });
 
 test('a missing source is skipped without a word', async () => {
@@ -80,13 +82,15 @@ test.each(['fusion', 'other'])('without desktops, mode %s removes nothing', asyn
 });
 
 test.each([[['', INSTALLED]], [['   ', INSTALLED]], [[]]])(
-    'an empty mode says "exit 1" and ends with it: %j', async (args) => {
+    'an empty mode says "exit 1" and ends with it: %j',
+    async (args) => {
         await install();
         await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old');
         const end = await runScript(root, 'recovericon.sh', args);
         expect(end).toMatchObject({ status: 1, stdout: 'exit 1\n' });
         expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
-    });
+    },
+);
 
 test('the desktop folder is made even when the mode is empty', async () => {
     await root.remove(DESKTOP);
@@ -96,8 +100,10 @@ test('the desktop folder is made even when the mode is empty', async () => {
 
 test('the desktop of user-dirs.dirs is used, however deep', async () => {
     await install();
-    await root.writeFile('/home/user/.config/user-dirs.dirs',
-        'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n');
+    await root.writeFile(
+        '/home/user/.config/user-dirs.dirs',
+        'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n',
+    );
     await recover('fusion');
     expect(await root.list('/home/user/My Data/Desk')).toEqual([INTEGRATED]);
     expect(await root.list(DESKTOP)).toEqual([]);

@@ -3,12 +3,12 @@
 
 #include <thread>
 
-#include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/hostevents.h"
+#include "helio/runtime/processes/awaitedprograms.h"
 #include "host/krt.h"
 #include "tests/support/fakeprograms.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 using krt::ksafe::KProcess;
 using testsupport::FakePrograms;

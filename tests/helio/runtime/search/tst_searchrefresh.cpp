@@ -2,8 +2,8 @@
 
 #include "tests/helio/runtime/search/searchprogramstest.h"
 #include "tests/helio/runtime/search/searchrecorder.h"
-#include "tests/support/shell/headlesstest.h"
 #include "tests/support/patience.h"
+#include "tests/support/shell/headlesstest.h"
 
 using testsupport::readFile;
 using testsupport::SearchPrograms;

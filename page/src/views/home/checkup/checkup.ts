@@ -1,7 +1,13 @@
 import { computed, ref, shallowReactive, shallowRef, watch } from 'vue';
 import type { Client, Failure, Outcome } from '@/client';
-import { findingId, stepNames, type Finding, type RepairName, type StepName, type StepResult }
-    from './finding';
+import {
+    findingId,
+    stepNames,
+    type Finding,
+    type RepairName,
+    type StepName,
+    type StepResult,
+} from './finding';
 import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
 import { diagnoses, repairs } from './steps';
 
@@ -49,8 +55,9 @@ function stateOf(outcome: Outcome<StepResult> | null): StepState {
 
 /** The quick diagnoses one after the other, what they found, and their repairs. */
 export function useCheckup(client: Client, patience: Patience = defaultPatience) {
-    const steps = shallowReactive(new Map<StepName, StepState>(
-        stepNames.map((name) => [name, { state: 'waiting' }])));
+    const steps = shallowReactive(
+        new Map<StepName, StepState>(stepNames.map((name) => [name, { state: 'waiting' }])),
+    );
     const running = ref(false);
     const finishedAt = shallowRef<Date | null>(null);
     const ignored = shallowRef(readIgnored());
@@ -59,15 +66,21 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
 
     watch(ignored, writeIgnored);
 
-    const all = computed(() => stepNames.flatMap((name) => {
-        const step = steps.get(name);
-        return step?.state === 'done' ? step.result.findings : [];
-    }));
+    const all = computed(() =>
+        stepNames.flatMap((name) => {
+            const step = steps.get(name);
+            return step?.state === 'done' ? step.result.findings : [];
+        }),
+    );
     const isIgnored = (finding: Finding): boolean => ignored.value.includes(findingId(finding));
-    const ended = computed(() => [...steps.values()]
-        .filter(({ state }) => state !== 'waiting' && state !== 'running').length);
-    const current = computed(() =>
-        stepNames.find((name) => steps.get(name)?.state === 'running') ?? null);
+    const ended = computed(
+        () =>
+            [...steps.values()].filter(({ state }) => state !== 'waiting' && state !== 'running')
+                .length,
+    );
+    const current = computed(
+        () => stepNames.find((name) => steps.get(name)?.state === 'running') ?? null,
+    );
 
     async function check(name: StepName): Promise<StepState> {
         const state = stateOf(await within(diagnoses[name](client), patience.step));
@@ -116,8 +129,8 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
             await pause(patience.between);
             const state = await check(step);
             if (state.state === 'failed') return state.failure;
-            const gone = state.state === 'done'
-                && kindsOf(state).every((found) => others.includes(found));
+            const gone =
+                state.state === 'done' && kindsOf(state).every((found) => others.includes(found));
             away = gone ? away + 1 : 0;
         }
         return away > 0 ? 'repaired' : 'unchanged';

@@ -2,13 +2,22 @@ import type { Judged } from '@/parts/judged';
 
 /** The quick diagnoses, in the order in which they are made. */
 export const stepNames = [
-    'inputmethod', 'associations', 'shortcuts', 'crash', 'updater', 'permissions', 'memory',
+    'inputmethod',
+    'associations',
+    'shortcuts',
+    'crash',
+    'updater',
+    'permissions',
+    'memory',
 ] as const;
 export type StepName = (typeof stepNames)[number];
 
 /** What can be mended from here, without another view. */
 export type RepairName =
-    | 'repairAssociations' | 'restoreSeparate' | 'restoreIntegrated' | 'keepDumps';
+    | 'repairAssociations'
+    | 'restoreSeparate'
+    | 'restoreIntegrated'
+    | 'keepDumps';
 
 /** A sentence of the catalogue with its values. */
 export interface Sentence {

@@ -9,7 +9,8 @@ export function parseIgnored(stored: string | null): string[] {
     try {
         const found: unknown = JSON.parse(stored ?? '[]');
         return Array.isArray(found)
-            ? found.filter((id): id is string => typeof id === 'string').slice(-limit) : [];
+            ? found.filter((id): id is string => typeof id === 'string').slice(-limit)
+            : [];
     } catch {
         // Not ours or damaged: nothing is ignored, and the next choice overwrites it.
         return [];

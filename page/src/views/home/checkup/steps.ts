@@ -1,15 +1,21 @@
 import type { Client, Outcome } from '@/client';
 import { userOf } from '@/views/permissions/judge';
 import {
-    diagnoseAssociations, diagnoseDumps, diagnoseInputMethod, diagnoseMemory,
-    diagnosePermissions, diagnoseShortcuts, diagnoseUpdater,
+    diagnoseAssociations,
+    diagnoseDumps,
+    diagnoseInputMethod,
+    diagnoseMemory,
+    diagnosePermissions,
+    diagnoseShortcuts,
+    diagnoseUpdater,
 } from './diagnoses';
 import type { RepairName, StepName, StepResult } from './finding';
 
 type Diagnosis = (client: Client) => Promise<Outcome<StepResult>>;
 
 function mapped<Value>(
-    outcome: Outcome<Value>, diagnose: (value: Value) => StepResult,
+    outcome: Outcome<Value>,
+    diagnose: (value: Value) => StepResult,
 ): Outcome<StepResult> {
     return outcome.kind === 'done' ? { kind: 'done', value: diagnose(outcome.value) } : outcome;
 }
@@ -18,7 +24,8 @@ async function associations(client: Client): Promise<Outcome<StepResult>> {
     const applications = await client.defaultApplications();
     if (applications.kind !== 'done') return applications;
     return mapped(await client.mimeTypes(), (types) =>
-        diagnoseAssociations(applications.value, types));
+        diagnoseAssociations(applications.value, types),
+    );
 }
 
 async function updater(client: Client): Promise<Outcome<StepResult>> {
