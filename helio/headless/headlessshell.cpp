@@ -79,27 +79,14 @@ std::unique_ptr<HeadlessPage> HeadlessShell::makePage(const QString &type)
 
 void HeadlessShell::traceSignals(HeadlessPage *page)
 {
-    const auto report = [this, type = page->type()](const char *name, const QJsonArray &args) {
-        m_sink({{QStringLiteral("type"), QStringLiteral("signal")},
-                {QStringLiteral("page"), type},
-                {QStringLiteral("signal"), QLatin1String(name)},
-                {QStringLiteral("args"), args}});
-    };
-    auto *window = new WindowSignals(page->widget());
-    connect(window, &WindowSignals::sigCloseMainWindow, this,
-            [report] { report("sigCloseMainWindow", {}); });
-    connect(window, &WindowSignals::sigShowChildWindow, this,
-            [report](const QString &html) { report("sigShowChildWindow", {html}); });
-    connect(window, &WindowSignals::sigShowMinimized, this,
-            [report] { report("sigShowMinimized", {}); });
-    connect(window, &WindowSignals::sigShowNormal, this, [report] { report("sigShowNormal", {}); });
-    connect(window, &WindowSignals::sigCloseChildWindow, this,
-            [report] { report("sigCloseChildWindow", {}); });
-    connect(window, &WindowSignals::sigMousePress, this, [report] { report("sigMousePress", {}); });
-    connect(window, &WindowSignals::sigMouseRelease, this,
-            [report] { report("sigMouseRelease", {}); });
-    connect(window, &WindowSignals::sigChangeHtmlPage, this,
-            [report](const QString &html) { report("sigChangeHtmlPage", {html}); });
+    const auto *window = new WindowSignals(page->widget());
+    connect(window, &WindowSignals::forwarded, this,
+            [this, type = page->type()](const QString &name, const QStringList &arguments) {
+                m_sink({{QStringLiteral("type"), QStringLiteral("signal")},
+                        {QStringLiteral("page"), type},
+                        {QStringLiteral("signal"), name},
+                        {QStringLiteral("args"), QJsonArray::fromStringList(arguments)}});
+            });
 }
 
 void HeadlessShell::traceDialog(const FileDialogRequest &request, const QString &chosen)

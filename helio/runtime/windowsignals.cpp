@@ -1,15 +1,29 @@
 #include "helio/runtime/windowsignals.h"
 
+#include <QMetaMethod>
+
 #include "host/kheliopluginwidget.h"
 
-helio::WindowSignals::WindowSignals(KHelioPluginWidget *page) : QObject(page)
+namespace helio {
+
+WindowSignals::WindowSignals(KHelioPluginWidget *page) : QObject(page)
 {
-    connect(page, SIGNAL(sigCloseMainWindow()), this, SIGNAL(sigCloseMainWindow()));
-    connect(page, SIGNAL(sigShowChildWindow(QString)), this, SIGNAL(sigShowChildWindow(QString)));
-    connect(page, SIGNAL(sigShowMinimized()), this, SIGNAL(sigShowMinimized()));
-    connect(page, SIGNAL(sigShowNormal()), this, SIGNAL(sigShowNormal()));
-    connect(page, SIGNAL(sigCloseChildWindow()), this, SIGNAL(sigCloseChildWindow()));
-    connect(page, SIGNAL(sigMousePress()), this, SIGNAL(sigMousePress()));
-    connect(page, SIGNAL(sigMouseRelease()), this, SIGNAL(sigMouseRelease()));
-    connect(page, SIGNAL(sigChangeHtmlPage(QString)), this, SIGNAL(sigChangeHtmlPage(QString)));
+    const int end = QMetaMethod::fromSignal(&WindowSignals::forwarded).methodIndex();
+    for (int index = staticMetaObject.methodOffset(); index < end; ++index) {
+        const QMetaMethod signal = staticMetaObject.method(index);
+        // As SIGNAL() writes it.
+        const QByteArray name = QByteArray::number(QSIGNAL_CODE) + signal.methodSignature();
+        connect(page, name.constData(), this, name.constData());
+        connect(this, name.constData(), this,
+                signal.parameterCount() == 0 ? SLOT(report()) : SLOT(report(QString)));
+    }
 }
+
+void WindowSignals::report(const QString &page)
+{
+    const QMetaMethod signal = metaObject()->method(senderSignalIndex());
+    emit forwarded(QString::fromLatin1(signal.name()),
+                   signal.parameterCount() == 0 ? QStringList() : QStringList(page));
+}
+
+} // namespace helio

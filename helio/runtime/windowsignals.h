@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include "host/khelioexport.h"
 
@@ -9,14 +10,14 @@ class KHelioPluginWidget;
 
 namespace helio {
 
-/// What a page asks of its window. The page widget's class is known to its plug-in only, so its
-/// signals are reached by their signatures.
+/// What a page asks of its window. The class of the page widget is private to the plug-in, so its
+/// signals are found by their signatures. The signals declared here are the only list of them.
 class HELIO_EXPORT WindowSignals : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Passes on the signals of @p page, which owns the new object.
+    /// Forwards the signals of @p page, which owns the new object.
     explicit WindowSignals(KHelioPluginWidget *page);
 
 signals:
@@ -28,6 +29,12 @@ signals:
     void sigMousePress();
     void sigMouseRelease();
     void sigChangeHtmlPage(const QString &page);
+
+    /// Comes after each signal above, with its name and arguments.
+    void forwarded(const QString &signal, const QStringList &arguments);
+
+private slots:
+    void report(const QString &page = {});
 };
 
 } // namespace helio
