@@ -21,9 +21,20 @@ constexpr int checkIntervalMs = 20;
 /// A thread that a command has just started gets to its program by then, or is seen on its way.
 constexpr int threadStartMs = 50;
 
-const QString threadsDirectory = QStringLiteral("/proc/self/task/");
-/// As Qt names the threads of its pools, in which searches run.
-const QByteArray pooledThread = QByteArrayLiteral("Thread (pooled)");
+/// Qt's name for the threads of its pools, in which searches run.
+constexpr char pooledThread[] = "Thread (pooled)";
+
+QString threadsDirectory()
+{
+    return QStringLiteral("/proc/self/task/");
+}
+
+/// Where the library puts its scripts. The interface fixes the place; it is named here a second
+/// time because a shell sees no more of the library than host/.
+QString stagingDirectory()
+{
+    return krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
+}
 
 /// A script shows as the program itself, as an interpreter's first argument, as that of a script
 /// that stands in for the interpreter or, for a moment, in the command line that a shell of ours
@@ -85,7 +96,7 @@ bool isOwnProcess(const QString &processId)
 
 QStringList otherThreads()
 {
-    QStringList threads = QDir(threadsDirectory).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    QStringList threads = QDir(threadsDirectory()).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
     threads.removeOne(QString::number(QCoreApplication::applicationPid()));
     return threads;
 }
@@ -96,7 +107,7 @@ bool hasThreadUnderWay()
 {
     const QStringList threads = otherThreads();
     return std::any_of(threads.begin(), threads.end(), [](const QString &thread) {
-        const Status status = statusOf(threadsDirectory + thread);
+        const Status status = statusOf(threadsDirectory() + thread);
         return (status.state == "R" || status.state == "D") && status.name != pooledThread;
     });
 }
@@ -115,7 +126,7 @@ bool ctl::isScriptRunningFrom(const QString &directory)
 
 int ctl::waitForLeftoverWork()
 {
-    const QString scripts = krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
+    const QString scripts = stagingDirectory();
     QElapsedTimer waited;
     waited.start();
     if (!otherThreads().isEmpty())

@@ -1,13 +1,13 @@
 #include "host/krt.h"
 
 #include <QDeadlineTimer>
-#include <QProcess>
 
 #include <atomic>
 #include <limits>
 
 #include "helio/runtime/hostevents.h"
 #include "helio/runtime/processes/awaitedprograms.h"
+#include "helio/runtime/processes/quietprocess.h"
 
 namespace {
 
@@ -19,15 +19,6 @@ constexpr int endingCheckMs = 100;
 std::atomic<int> awaitedPrograms{0};
 /// When to end them, in ms of the monotonic clock.
 std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
-
-void setUp(QProcess &process, const QString &program, const QStringList &arguments)
-{
-    process.setProgram(program);
-    process.setArguments(arguments);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-}
 
 int runToItsEnd(QProcess &process)
 {
@@ -57,8 +48,7 @@ bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList
                                        const QString &workingDirectory, qint64 *processId)
 {
     emit helio::HostEvents::instance().programStarting(program, arguments, workingDirectory, true);
-    QProcess process;
-    setUp(process, program, arguments);
+    helio::QuietProcess process(program, arguments);
     process.setWorkingDirectory(workingDirectory);
     return process.startDetached(processId);
 }
@@ -66,8 +56,7 @@ bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList
 int krt::ksafe::KProcess::Execute(const QString &program, const QStringList &arguments)
 {
     emit helio::HostEvents::instance().programStarting(program, arguments, QString(), false);
-    QProcess process;
-    setUp(process, program, arguments);
+    helio::QuietProcess process(program, arguments);
     ++awaitedPrograms;
     const int status = runToItsEnd(process);
     --awaitedPrograms;

@@ -11,23 +11,25 @@
 
 namespace helio {
 
-/// A descriptor of this process that a new program gets under a number of its own.
+/// A descriptor of this process, and its number in the new program.
 struct InheritedDescriptor
 {
     int ours;
     int theirs;
 };
 
-/// Starts a program that is found in PATH; nothing when it cannot be started. Of this process's
-/// descriptors it gets the standard streams and what @p descriptors says. Unlike a fork, this takes
-/// the same time however large the process is, and the other threads do not feel it.
+/// Starts a program, which is looked up in PATH; nothing if it cannot be started. The program
+/// inherits @p descriptors and the standard streams, nothing else.
+///
+/// The file search starts its programs this way and not with QProcess, which cannot pass on further
+/// descriptors (a refresh inherits its lock) and forks: that takes longer the larger this process
+/// is, and delays its other threads.
 std::optional<pid_t> spawnProgram(const QList<QByteArray> &words,
                                   const QProcessEnvironment &environment,
                                   const std::vector<InheritedDescriptor> &descriptors);
 
-/// Waits for the end of a program, with a bound in milliseconds or -1 for none; kills it when that
-/// is over. Gives its exit status: -1 when a signal ended it, nothing when the process
-/// ignores the end of its children.
+/// Waits until a program has ended, and kills it after @p timeoutMs (-1: waits without a bound).
+/// Returns its exit status: -1 if a signal ended it, nothing if this process ignores SIGCHLD.
 std::optional<int> awaitProgram(pid_t process, int timeoutMs = -1);
 
 } // namespace helio
