@@ -6,9 +6,6 @@
 
 namespace {
 
-/// Where no file can be made, so that nothing is written.
-const QString noDirectory = QStringLiteral("/dev/null");
-
 void keepUserSettingsIn(const QString &directory)
 {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory);
@@ -18,7 +15,8 @@ void keepUserSettingsIn(const QString &directory)
 
 helio::UnsavedDialogState::UnsavedDialogState()
 {
-    keepUserSettingsIn(noDirectory);
+    // No file can be made there, so nothing is written.
+    keepUserSettingsIn(QStringLiteral("/dev/null"));
 }
 
 helio::UnsavedDialogState::~UnsavedDialogState()

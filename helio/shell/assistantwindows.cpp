@@ -5,9 +5,6 @@
 
 namespace {
 
-const QString mainType = QStringLiteral("main");
-const QString childType = QStringLiteral("child");
-
 constexpr QSize mainSize(1000, 680);
 constexpr QSize mainMinimum(900, 600);
 constexpr QSize childSize(920, 620);
@@ -26,7 +23,7 @@ namespace shell {
 AssistantWindows::AssistantWindows(const QString &startPage, const QString &waitingPage,
                                    QObject *parent)
     : QObject(parent),
-      m_main(std::make_unique<PageWindow>(mainType, startPage, nullptr)),
+      m_main(std::make_unique<PageWindow>(QStringLiteral("main"), startPage, nullptr)),
       m_waitingPage(waitingPage)
 {
     m_main->setMinimumSize(mainMinimum);
@@ -95,7 +92,7 @@ void AssistantWindows::prepareChild()
 
 void AssistantWindows::makeChild(const QString &html)
 {
-    m_child = new PageWindow(childType, html, m_main.get());
+    m_child = new PageWindow(QStringLiteral("child"), html, m_main.get());
     m_child->setMinimumSize(childMinimum);
     m_child->resize(childSize);
     connect(m_child, &PageWindow::closeRequested, this, &AssistantWindows::closeChildFromOutside);

@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString english = QStringLiteral("en");
+constexpr char english[] = "en";
 constexpr int middleLightness = 128;
 
 QString desktopTheme()
@@ -23,7 +23,7 @@ QString desktopTheme()
 QString desktopLanguage()
 {
     const QLocale locale(QLocale::system().uiLanguages().value(0));
-    return locale.language() == QLocale::C ? english : locale.name();
+    return locale.language() == QLocale::C ? QLatin1String(english) : locale.name();
 }
 
 } // namespace
@@ -42,7 +42,7 @@ QString shell::programTitle(const QString &language)
 
 void shell::translateQt(const QString &language)
 {
-    if (language.startsWith(english))
+    if (language.startsWith(QLatin1String(english)))
         return;
     auto *translator = new QTranslator(QCoreApplication::instance());
     if (translator->load(QLocale(language), QStringLiteral("qtbase"), QStringLiteral("_"),

@@ -10,8 +10,6 @@
 
 namespace {
 
-const QString helperName = QStringLiteral("/QtWebEngineProcess");
-
 bool isProgram(const QString &path)
 {
     const QFileInfo file(path);
@@ -25,6 +23,7 @@ QString shell::chromiumHelperPath()
     QString named = QFile::decodeName(qgetenv("QTWEBENGINEPROCESS_PATH"));
     if (!named.isEmpty())
         return named;
+    const QString helperName = QStringLiteral("/QtWebEngineProcess");
     const QString installed = QLibraryInfo::location(QLibraryInfo::LibraryExecutablesPath);
     const QString beside = QCoreApplication::applicationDirPath();
     return (isProgram(installed + helperName) ? installed : beside) + helperName;

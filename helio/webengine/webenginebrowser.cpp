@@ -28,8 +28,6 @@ constexpr double zoomStep = 1.2;
 constexpr QRgb lightGround = 0xfff5f6f8;
 constexpr QRgb darkGround = 0xff16181d;
 
-const QString closeCommand = QStringLiteral("closechildwindow");
-
 } // namespace
 
 namespace helio {
@@ -130,7 +128,7 @@ void WebEngineBrowser::closeInPlaceOfPage()
 {
     if (!m_api)
         return;
-    const QJsonObject call{{QStringLiteral("command"), closeCommand}};
+    const QJsonObject call{{QStringLiteral("command"), QStringLiteral("closechildwindow")}};
     m_api->queueJSAsynCall(QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)),
                            false);
 }

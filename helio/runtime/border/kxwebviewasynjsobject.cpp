@@ -19,7 +19,10 @@
 
 namespace {
 
-const QString unreadableCallCallback = QStringLiteral("helioErrorCallBack");
+QString unreadableCallCallback()
+{
+    return QStringLiteral("helioErrorCallBack");
+}
 
 std::unique_ptr<Json::StreamWriter> makeCompactWriter()
 {
@@ -162,14 +165,15 @@ void KxWebViewAsynJSObject::fromJSAsynCall(const QString &call)
             parseError.error == QJsonParseError::NoError
                 ? QStringLiteral("a call is not a JSON object")
                 : QStringLiteral("a call is not JSON: ") + parseError.errorString();
-        callbackToJS(unreadableCallCallback, refusal(reason), false);
+        callbackToJS(unreadableCallCallback(), refusal(reason), false);
         return;
     }
     const QJsonObject object = document.object();
     const QString callback = object.value(QLatin1String("callback")).toString();
     const QString fault = faultOf(object);
     if (!fault.isEmpty()) {
-        callbackToJS(callback.isEmpty() ? unreadableCallCallback : callback, refusal(fault), false);
+        callbackToJS(callback.isEmpty() ? unreadableCallCallback() : callback, refusal(fault),
+                     false);
         return;
     }
     const QString command = object.value(QLatin1String("command")).toString();
@@ -185,7 +189,7 @@ void KxWebViewAsynJSObject::fromJSAsynCallBase64(const QString &call)
     if (decoded)
         fromJSAsynCall(QString::fromUtf8(*decoded));
     else
-        callbackToJS(unreadableCallCallback, refusal(QStringLiteral("a call is not base64")),
+        callbackToJS(unreadableCallCallback(), refusal(QStringLiteral("a call is not base64")),
                      false);
 }
 

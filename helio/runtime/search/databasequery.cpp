@@ -13,7 +13,7 @@ namespace helio {
 
 namespace {
 
-const QByteArray program = QByteArrayLiteral("plocate");
+constexpr char program[] = "plocate";
 
 constexpr int stopCheckMs = 20;
 constexpr int longestSilenceMs = 10000;
@@ -57,22 +57,21 @@ DatabaseQuery::DatabaseQuery(const NamePattern &pattern, std::function<bool()> i
 
 bool DatabaseQuery::isAvailable()
 {
-    return !QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty();
+    return !QStandardPaths::findExecutable(QLatin1String(program)).isEmpty();
 }
 
-QList<QByteArray> DatabaseQuery::command(const QString &database) const
+QList<QByteArray> DatabaseQuery::words(const QString &database) const
 {
-    QList<QByteArray> words{program, "--null", "--basename"};
+    QList<QByteArray> list{program, "--null", "--basename"};
     if (m_pattern.caseSensitivity() == Qt::CaseInsensitive)
-        words.append("--ignore-case");
-    words += {"--database", escapedDatabase(QFile::encodeName(database)), "--",
-              m_pattern.toShellPattern()};
-    return words;
+        list.append("--ignore-case");
+    list += {"--database", escapedDatabase(QFile::encodeName(database)), "--", m_pattern.toGlob()};
+    return list;
 }
 
 DatabaseQuery::Outcome DatabaseQuery::run(const QString &database) const
 {
-    ProgramOutput plocate(command(database), queryEnvironment());
+    ProgramOutput plocate(words(database), queryEnvironment());
     if (!plocate.isStarted())
         return Outcome::Failed;
     QByteArray unread;

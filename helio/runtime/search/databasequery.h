@@ -35,7 +35,7 @@ public:
     Outcome run(const QString &database) const;
 
 private:
-    QList<QByteArray> command(const QString &database) const;
+    QList<QByteArray> words(const QString &database) const;
 
     const NamePattern &m_pattern;
     std::function<bool()> m_isStopped;

@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <array>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,14 +23,11 @@ namespace helio {
 
 namespace {
 
-const QString refreshScript = QStringLiteral(":/helio/search/refreshdatabase.sh");
-const QList<QByteArray> refreshWords = {"setsid", "--fork", "nice", "-n", "19", "ionice",
-                                        "-t",     "-c",     "3",    "sh", "-c"};
-const QStringList refreshTools = {QStringLiteral("setsid"), QStringLiteral("nice"),
-                                  QStringLiteral("ionice"), QStringLiteral("sh")};
-const QStringList updaterNames = {QStringLiteral("updatedb"), QStringLiteral("updatedb.plocate")};
-const QStringList systemProgramDirectories = {QStringLiteral("/usr/local/sbin"),
-                                              QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
+/// Runs a script detached and at idle priority; the script's text and arguments follow.
+constexpr std::array refreshWords = {"setsid", "--fork", "nice", "-n", "19", "ionice",
+                                     "-t",     "-c",     "3",    "sh", "-c"};
+constexpr std::array refreshTools = {"setsid", "nice", "ionice", "sh"};
+constexpr std::array updaterNames = {"updatedb", "updatedb.plocate"};
 
 // A file made a minute ago is to be found, and a refresh takes its time.
 constexpr qint64 staleAfterMs = 45000;
@@ -48,10 +46,14 @@ bool isUpdaterOfPlocate(const QString &program)
 
 QString findUpdater()
 {
-    for (const QString &name : updaterNames) {
+    // Where users' PATHs do not look.
+    const QStringList systemDirectories = {QStringLiteral("/usr/local/sbin"),
+                                           QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
+    for (const char *updater : updaterNames) {
+        const QLatin1String name(updater);
         QString program = QStandardPaths::findExecutable(name);
         if (program.isEmpty())
-            program = QStandardPaths::findExecutable(name, systemProgramDirectories);
+            program = QStandardPaths::findExecutable(name, systemDirectories);
         if (!program.isEmpty() && isUpdaterOfPlocate(program))
             return program;
     }
@@ -98,8 +100,8 @@ FileDatabase::FileDatabase(const QString &root)
 bool FileDatabase::isRefreshable()
 {
     return !findUpdater().isEmpty() &&
-           std::all_of(refreshTools.begin(), refreshTools.end(), [](const QString &tool) {
-               return !QStandardPaths::findExecutable(tool).isEmpty();
+           std::all_of(refreshTools.begin(), refreshTools.end(), [](const char *tool) {
+               return !QStandardPaths::findExecutable(QLatin1String(tool)).isEmpty();
            });
 }
 
@@ -158,13 +160,13 @@ bool FileDatabase::startRefresh() const
 
 bool FileDatabase::startRefreshProgram(const Descriptor &lock) const
 {
-    QFile script(refreshScript);
+    QFile script(QStringLiteral(":/helio/search/refreshdatabase.sh"));
     const QString logPath = m_directory + QLatin1Char('/') + m_name + QStringLiteral(".log");
     const Descriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
     const Descriptor log(openPrivateFile(logPath, O_TRUNC));
     if (!script.open(QIODevice::ReadOnly) || !nothing.isOpen() || !log.isOpen())
         return false;
-    QList<QByteArray> words = refreshWords;
+    QList<QByteArray> words(refreshWords.begin(), refreshWords.end());
     words += {script.readAll(), "refreshdatabase"};
     words += {QFile::encodeName(findUpdater()), QFile::encodeName(m_root),
               QFile::encodeName(path()), unsearchedFileSystems(), QFile::encodeName(m_directory)};

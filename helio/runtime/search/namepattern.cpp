@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <climits>
+#include <string_view>
 
 namespace helio {
 
@@ -11,7 +12,7 @@ namespace {
 // A letter may be longer in one case than in the other, so there is room to spare.
 constexpr int longestKeyword = 4 * NAME_MAX;
 
-const QByteArray shellPatternCharacters = QByteArrayLiteral("*?[]\\");
+constexpr std::string_view globCharacters = "*?[]\\";
 
 } // namespace
 
@@ -31,12 +32,12 @@ bool NamePattern::matches(const QByteArray &fileName) const
     return QFile::decodeName(fileName).contains(m_keyword, m_caseSensitivity);
 }
 
-QByteArray NamePattern::toShellPattern() const
+QByteArray NamePattern::toGlob() const
 {
     QByteArray pattern = QByteArrayLiteral("*");
     const QByteArray keyword = QFile::encodeName(m_keyword);
     for (const char c : keyword) {
-        if (shellPatternCharacters.contains(c))
+        if (globCharacters.find(c) != std::string_view::npos)
             pattern += '\\';
         pattern += c;
     }

@@ -18,8 +18,8 @@ public:
     /// Whether the keyword occurs in the last component of a path.
     bool matches(const QByteArray &fileName) const;
 
-    /// The keyword as a shell pattern that matches the same names.
-    QByteArray toShellPattern() const;
+    /// The keyword as a glob pattern that matches the same names.
+    QByteArray toGlob() const;
 
     Qt::CaseSensitivity caseSensitivity() const;
 

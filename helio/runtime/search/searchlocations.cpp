@@ -10,9 +10,6 @@
 
 namespace {
 
-const QString rootsKey = QStringLiteral("searchRoots");
-const QString databaseDirectoryName = QStringLiteral("orvane-office-assistant");
-
 QString withHome(const QString &path)
 {
     if (path == QLatin1String("~") || path.startsWith(QLatin1String("~/")))
@@ -36,7 +33,7 @@ QStringList existingDirectories(const QStringList &paths)
 
 QStringList helio::searchRoots()
 {
-    const QString configured = setting(rootsKey, QStringLiteral("~"));
+    const QString configured = setting(QStringLiteral("searchRoots"), QStringLiteral("~"));
     const QStringList directories = existingDirectories(configured.split(QLatin1Char(',')));
     QStringList roots;
     std::copy_if(directories.begin(), directories.end(), std::back_inserter(roots),
@@ -53,8 +50,8 @@ QString helio::searchDatabaseDirectory()
 {
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     const QString canonicalCache = QFileInfo(cache).canonicalFilePath();
-    return (canonicalCache.isEmpty() ? cache : canonicalCache) + QLatin1Char('/') +
-           databaseDirectoryName;
+    return (canonicalCache.isEmpty() ? cache : canonicalCache) +
+           QStringLiteral("/orvane-office-assistant");
 }
 
 bool helio::liesBelow(const QString &path, const QString &directory)
