@@ -5,42 +5,48 @@
 #include <QJsonDocument>
 #include <QJsonValue>
 
+#include <optional>
+
 namespace {
 
-const QCommandLineOption
-    pageOption(QStringLiteral("page"),
-               QStringLiteral("Send the command from this page: main or child."),
-               QStringLiteral("PAGE"), QStringLiteral("main"));
-const QCommandLineOption chooseOption(
-    QStringLiteral("choose"),
-    QStringLiteral("Answer the next file dialog with PATH. Repeat for further dialogs; "
-                   "a dialog without an answer is cancelled."),
-    QStringLiteral("PATH"));
-const QCommandLineOption
-    waitOption(QStringLiteral("wait"),
-               QStringLiteral("Keep running MS milliseconds for later answers."),
-               QStringLiteral("MS"));
-const QCommandLineOption
-    untilOption(QStringLiteral("until"),
-                QStringLiteral("Keep running until that callback came, 30 s or --wait at most."),
-                QStringLiteral("CALLBACK"));
-const QCommandLineOption openOption(QStringLiteral("open"),
-                                    QStringLiteral("Really open what the library opens."));
-const QCommandLineOption traceOption(QStringLiteral("trace"),
-                                     QStringLiteral("Also print what happens besides answers."));
-const QCommandLineOption prettyOption(QStringLiteral("pretty"),
-                                      QStringLiteral("Print indented JSON."));
-const QCommandLineOption
-    sessionOption(QStringLiteral("session"),
-                  QStringLiteral("Read requests from standard input, a JSON object a line."));
-const QCommandLineOption commandsOption(QStringLiteral("commands"),
-                                        QStringLiteral("Print the names of all commands."));
-const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
-                                    QStringLiteral("Print this text."));
-const QCommandLineOption versionOption({QStringLiteral("v"), QStringLiteral("version")},
-                                       QStringLiteral("Print the version."));
+struct Options
+{
+    const QCommandLineOption page{QStringLiteral("page"),
+                                  QStringLiteral("The page that sends the command: main or child."),
+                                  QStringLiteral("PAGE"), QStringLiteral("main")};
+    const QCommandLineOption choose{
+        QStringLiteral("choose"),
+        QStringLiteral("Choose PATH in the next file dialog. Repeat it for further dialogs; "
+                       "a dialog without a choice is cancelled."),
+        QStringLiteral("PATH")};
+    const QCommandLineOption wait{
+        QStringLiteral("wait"),
+        QStringLiteral("Keep running for MS milliseconds to receive later answers."),
+        QStringLiteral("MS")};
+    const QCommandLineOption until{
+        QStringLiteral("until"),
+        QStringLiteral("Keep running until CALLBACK is called, for at most 30 s or --wait."),
+        QStringLiteral("CALLBACK")};
+    const QCommandLineOption open{QStringLiteral("open"),
+                                  QStringLiteral("Really open the files that the library opens.")};
+    const QCommandLineOption trace{
+        QStringLiteral("trace"),
+        QStringLiteral("Also print window signals, dialogs, opened files, started programs and "
+                       "clipboard changes.")};
+    const QCommandLineOption pretty{QStringLiteral("pretty"),
+                                    QStringLiteral("Print indented JSON.")};
+    const QCommandLineOption session{
+        QStringLiteral("session"),
+        QStringLiteral("Read requests from standard input, one JSON object per line.")};
+    const QCommandLineOption commands{QStringLiteral("commands"),
+                                      QStringLiteral("List all commands.")};
+    const QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Show this help.")};
+    const QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("Show the version.")};
+};
 
-/// The JSON value of @p text, which need not be an object or array.
+/// Reads any JSON value, not only an object or array.
 std::optional<QJsonValue> parseJsonValue(const QString &text)
 {
     const QByteArray wrapped = '[' + text.toUtf8() + ']';
@@ -49,46 +55,43 @@ std::optional<QJsonValue> parseJsonValue(const QString &text)
     return values.size() == 1 ? std::optional<QJsonValue>(values.first()) : std::nullopt;
 }
 
-/// Reads NAME=VALUE or NAME:=JSON into @p args; gives what is wrong with it, or an empty text.
+/// Adds NAME=VALUE or NAME:=JSON to @p args. Returns what is wrong with it; empty if nothing is.
 QString readArgument(const QString &argument, QJsonObject *args)
 {
     const int equals = argument.indexOf(QLatin1Char('='));
     const bool isJson = equals > 0 && argument.at(equals - 1) == QLatin1Char(':');
     const QString name = argument.left(isJson ? equals - 1 : equals);
     if (equals < 0 || name.isEmpty())
-        return QStringLiteral("not of the form NAME=VALUE or NAME:=JSON: ") + argument;
+        return QStringLiteral("expected NAME=VALUE or NAME:=JSON: ") + argument;
     const QString value = argument.mid(equals + 1);
-    if (!isJson) {
-        args->insert(name, value);
-        return {};
-    }
-    const std::optional<QJsonValue> json = parseJsonValue(value);
+    const std::optional<QJsonValue> json = isJson ? parseJsonValue(value) : QJsonValue(value);
     if (!json)
         return QStringLiteral("not JSON: ") + value;
     args->insert(name, *json);
     return {};
 }
 
-QString readOptions(const QCommandLineParser &parser, ctl::CommandLine *line)
+QString readOptions(const QCommandLineParser &parser, const Options &options,
+                    ctl::CommandLine *line)
 {
-    line->page = parser.value(pageOption);
-    if (parser.isSet(sessionOption) && parser.isSet(commandsOption))
-        return QStringLiteral("--session and --commands exclude each other");
+    line->page = parser.value(options.page);
+    if (parser.isSet(options.session) && parser.isSet(options.commands))
+        return QStringLiteral("--session and --commands cannot be used together");
     if (line->page != QLatin1String("main") && line->page != QLatin1String("child"))
-        return QStringLiteral("--page is main or child");
-    if (parser.isSet(waitOption)) {
+        return QStringLiteral("--page must be main or child");
+    if (parser.isSet(options.wait)) {
         bool isNumber = false;
-        line->waitMs = parser.value(waitOption).toInt(&isNumber);
+        line->waitMs = parser.value(options.wait).toInt(&isNumber);
         if (!isNumber || *line->waitMs < 0)
             return QStringLiteral("--wait needs a number of milliseconds");
     }
-    line->choices = parser.values(chooseOption);
-    line->untilCallback = parser.value(untilOption);
-    if (parser.isSet(untilOption) && line->untilCallback.isEmpty())
+    line->choices = parser.values(options.choose);
+    line->untilCallback = parser.value(options.until);
+    if (parser.isSet(options.until) && line->untilCallback.isEmpty())
         return QStringLiteral("--until needs the name of a callback");
-    line->opensReally = parser.isSet(openOption);
-    line->traces = parser.isSet(traceOption);
-    line->pretty = parser.isSet(prettyOption);
+    line->opensReally = parser.isSet(options.open);
+    line->traces = parser.isSet(options.trace);
+    line->pretty = parser.isSet(options.pretty);
     return {};
 }
 
@@ -98,7 +101,7 @@ QString readCommand(QStringList words, ctl::CommandLine *line)
         return words.isEmpty() ? QString()
                                : QStringLiteral("unexpected argument: ") + words.first();
     if (words.isEmpty())
-        return QStringLiteral("which command? --commands lists them");
+        return QStringLiteral("no command given; --commands lists them");
     line->command = words.takeFirst();
     for (const QString &word : qAsConst(words)) {
         QString fault = readArgument(word, &line->args);
@@ -110,36 +113,36 @@ QString readCommand(QStringList words, ctl::CommandLine *line)
 
 } // namespace
 
-std::optional<ctl::CommandLine> ctl::parseCommandLine(const QStringList &arguments, QString *fault)
+ctl::CommandLine ctl::parseCommandLine(const QStringList &arguments)
 {
+    const Options options;
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Runs a command of the office assistant and prints each event as a line of JSON."));
-    parser.addOptions({pageOption, chooseOption, waitOption, untilOption, openOption, traceOption,
-                       prettyOption, sessionOption, commandsOption, helpOption, versionOption});
-    parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("The command to send."));
+        "Runs a command of the office assistant and prints each event as one line of JSON."));
+    parser.addOptions({options.page, options.choose, options.wait, options.until, options.open,
+                       options.trace, options.pretty, options.session, options.commands,
+                       options.help, options.version});
+    parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("The command to run."));
     parser.addPositionalArgument(
         QStringLiteral("NAME=VALUE"),
-        QStringLiteral("A text argument; NAME:=JSON gives any JSON value."),
+        QStringLiteral("An argument as text; NAME:=JSON gives any JSON value."),
         QStringLiteral("[NAME=VALUE | NAME:=JSON]…"));
-    if (!parser.parse(arguments)) {
-        *fault = parser.errorText();
-        return std::nullopt;
-    }
     CommandLine line;
-    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
+    if (!parser.parse(arguments)) {
+        line.fault = parser.errorText();
+    } else if (parser.isSet(options.help) || parser.isSet(options.version)) {
         line.mode = CommandLine::ShowText;
-        line.text = parser.isSet(helpOption)
+        line.text = parser.isSet(options.help)
                         ? parser.helpText()
                         : QStringLiteral("assistantctl " ASSISTANT_VERSION "\n");
-        return line;
+    } else {
+        if (parser.isSet(options.session))
+            line.mode = CommandLine::Session;
+        else if (parser.isSet(options.commands))
+            line.mode = CommandLine::ListCommands;
+        line.fault = readOptions(parser, options, &line);
+        if (line.fault.isEmpty())
+            line.fault = readCommand(parser.positionalArguments(), &line);
     }
-    if (parser.isSet(sessionOption))
-        line.mode = CommandLine::Session;
-    else if (parser.isSet(commandsOption))
-        line.mode = CommandLine::ListCommands;
-    *fault = readOptions(parser, &line);
-    if (fault->isEmpty())
-        *fault = readCommand(parser.positionalArguments(), &line);
-    return fault->isEmpty() ? std::optional<CommandLine>(line) : std::nullopt;
+    return line;
 }

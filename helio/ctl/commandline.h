@@ -8,7 +8,7 @@
 
 namespace ctl {
 
-/// What the user asked for on the command line.
+/// The parsed arguments of assistantctl.
 struct CommandLine
 {
     enum Mode {
@@ -18,6 +18,8 @@ struct CommandLine
         ShowText, ///< help or version: print `text` and end
     };
 
+    /// What is wrong with the arguments; empty if nothing is. Nothing else counts then.
+    QString fault;
     Mode mode = SingleCommand;
     QString text;
     QString page = QStringLiteral("main");
@@ -31,8 +33,7 @@ struct CommandLine
     QJsonObject args;
 };
 
-/// Reads the program's arguments (the first is its name). Without a value, @p fault says what is
-/// wrong with them.
-std::optional<CommandLine> parseCommandLine(const QStringList &arguments, QString *fault);
+/// Parses the program's arguments, the first of which is its name.
+CommandLine parseCommandLine(const QStringList &arguments);
 
 } // namespace ctl

@@ -55,8 +55,9 @@ int run(const ctl::CommandLine &line, int input)
 {
     const ctl::EventPrinter printer(line.pretty);
     helio::PluginLibrary library;
-    if (!library.load()) {
-        printer.printError({}, library.errorString());
+    const QString fault = library.load();
+    if (!fault.isEmpty()) {
+        printer.printError({}, fault);
         return ctl::NoLibrary;
     }
     helio::HeadlessShell shell([&printer](const QJsonObject &event) { printer.print(event); });
@@ -84,14 +85,13 @@ int main(int argc, char *argv[])
         arguments.append(QString::fromLocal8Bit(argv[index]));
 
     helio::HeadlessApplication application(argv[0]);
-    QString fault;
-    const std::optional<ctl::CommandLine> line = ctl::parseCommandLine(arguments, &fault);
-    if (!line)
-        return refuse(fault);
-    if (line->mode == ctl::CommandLine::ShowText) {
-        printText(line->text, stdout);
+    const ctl::CommandLine line = ctl::parseCommandLine(arguments);
+    if (!line.fault.isEmpty())
+        return refuse(line.fault);
+    if (line.mode == ctl::CommandLine::ShowText) {
+        printText(line.text, stdout);
         return ctl::Answered;
     }
     helio::makeDefaultSuiteHome();
-    return run(*line, input);
+    return run(line, input);
 }

@@ -14,34 +14,29 @@ QString addonDirectory()
 
 } // namespace
 
-QString helio::PluginLibrary::path()
+namespace helio {
+
+QString PluginLibrary::path()
 {
     return addonDirectory() + QStringLiteral("/libofficeassistant.so");
 }
 
-bool helio::PluginLibrary::load()
+QString PluginLibrary::load()
 {
     m_library.setFileName(path());
-    // Missing symbols show now and not in the middle of a command.
+    // A missing symbol shows now and not in the middle of a command.
     m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
-    if (!m_library.load()) {
-        m_errorString = m_library.errorString();
-        return false;
-    }
-    if (!KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage)) {
-        m_errorString = QStringLiteral("%1 registers no page").arg(path());
-        return false;
-    }
+    if (!m_library.load())
+        return m_library.errorString();
+    if (!KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage))
+        return QStringLiteral("%1 registers no page").arg(path());
     offerMimePackage();
-    return true;
+    return {};
 }
 
-QString helio::PluginLibrary::errorString() const
-{
-    return m_errorString;
-}
-
-QString helio::pageDirectory()
+QString pageDirectory()
 {
     return addonDirectory() + QStringLiteral("/officeassistant/resource/html");
 }
+
+} // namespace helio

@@ -7,22 +7,19 @@
 
 namespace helio {
 
-/// The page plug-in that lies beside the running program.
+/// The plug-in beside the running program.
 class HELIO_EXPORT PluginLibrary
 {
 public:
-    /// The library below "addons/" of the application directory.
+    /// The library's file, below "addons/" in the application directory.
     static QString path();
 
-    /// Loads the library, which registers its page. False, with errorString() set, when there is
-    /// no such library or it registers no page.
-    bool load();
-
-    QString errorString() const;
+    /// Loads the library, which registers its page. Returns why it is of no use: it cannot be
+    /// loaded, or registers no page. Empty if all is well.
+    QString load();
 
 private:
     QLibrary m_library;
-    QString m_errorString;
 };
 
 /// The directory of the plug-in's HTML application.

@@ -32,10 +32,6 @@ enum ExitStatus {
     PartMissing = 3,
 };
 
-/// Would override or drop what Chromium is told on the command line.
-const QByteArrayList chromiumVariables{"QTWEBENGINE_CHROMIUM_FLAGS", "QTWEBENGINE_REMOTE_DEBUGGING",
-                                       "QTWEBENGINE_DISABLE_SANDBOX"};
-
 int complain(ExitStatus status, const QString &message)
 {
     std::fprintf(stderr, "helio-shell: %s\n", message.toLocal8Bit().constData());
@@ -77,13 +73,17 @@ int showWindows(const shell::ShellOptions &options)
     if (!missing.isEmpty())
         return complain(PartMissing, missing);
     helio::PluginLibrary library;
-    if (!library.load())
-        return complain(PartMissing, library.errorString());
+    const QString fault = library.load();
+    if (!fault.isEmpty())
+        return complain(PartMissing, fault);
 
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::translateQt(look.language);
     QApplication::setApplicationDisplayName(shell::programTitle(look.language));
-    std::optional<shell::HiddenVariables> hidden(chromiumVariables);
+    // They would override or drop the arguments that Chromium gets from this program.
+    std::optional<shell::HiddenVariables> hidden(QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS",
+                                                                "QTWEBENGINE_REMOTE_DEBUGGING",
+                                                                "QTWEBENGINE_DISABLE_SANDBOX"});
     const helio::WebEngineBrowsers browsers(pages, look, storageDirectory());
     shell::AssistantWindows windows(options.page, waitingPage(pages));
     hidden.reset();
@@ -137,13 +137,12 @@ int main(int argc, char *argv[])
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
 
-    QString fault;
-    const std::optional<shell::ShellOptions> options = shell::parseShellOptions(arguments, &fault);
-    if (!options)
-        return complain(WrongUsage, fault);
-    if (options->mode != shell::ShellOptions::ShowWindow)
-        return printText(options->mode, argc, argv);
+    const shell::ShellOptions options = shell::parseShellOptions(arguments);
+    if (!options.fault.isEmpty())
+        return complain(WrongUsage, options.fault);
+    if (options.mode != shell::ShellOptions::ShowWindow)
+        return printText(options.mode, argc, argv);
     if (!hasDisplay())
         return complain(PartMissing, QStringLiteral("there is no display to show a window on"));
-    return runApplication(*options, argv[0]);
+    return runApplication(options, argv[0]);
 }

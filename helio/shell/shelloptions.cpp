@@ -7,61 +7,64 @@ namespace {
 
 constexpr int highestPort = 65535;
 
-const QCommandLineOption pageOption(QStringLiteral("page"),
-                                    QStringLiteral("Start with this page of the application."),
-                                    QStringLiteral("FILE"), QStringLiteral("index.html"));
-const QCommandLineOption themeOption(QStringLiteral("theme"),
-                                     QStringLiteral("light or dark, in place of the desktop's."),
-                                     QStringLiteral("THEME"));
-const QCommandLineOption
-    languageOption(QStringLiteral("language"),
-                   QStringLiteral("Such as en or zh_CN, in place of the desktop's."),
-                   QStringLiteral("LANGUAGE"));
-const QCommandLineOption screenshotOption(
-    QStringLiteral("screenshot"),
-    QStringLiteral("Write a picture of the window to PATH (PNG) once its page has painted, "
-                   "and end."),
-    QStringLiteral("PATH"));
-const QCommandLineOption debugPortOption(
-    QStringLiteral("debug-port"),
-    QStringLiteral("Offer the developer tools on this port of the loopback interface."),
-    QStringLiteral("N"));
-
-const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
-                                    QStringLiteral("Print this text."));
-const QCommandLineOption versionOption({QStringLiteral("v"), QStringLiteral("version")},
-                                       QStringLiteral("Print the version."));
-
-void setUp(QCommandLineParser &parser)
+struct Options
 {
-    parser.setApplicationDescription(
-        QStringLiteral("Shows the office assistant in a window of its own."));
-    parser.addOptions({pageOption, themeOption, languageOption, screenshotOption, debugPortOption,
-                       helpOption, versionOption});
+    const QCommandLineOption page{QStringLiteral("page"),
+                                  QStringLiteral("Start with this page of the application."),
+                                  QStringLiteral("FILE"), QStringLiteral("index.html")};
+    const QCommandLineOption theme{
+        QStringLiteral("theme"),
+        QStringLiteral("Use the light or the dark theme instead of the desktop's."),
+        QStringLiteral("THEME")};
+    const QCommandLineOption language{
+        QStringLiteral("language"),
+        QStringLiteral("Use this language, such as en or zh_CN, instead of the desktop's."),
+        QStringLiteral("LANGUAGE")};
+    const QCommandLineOption screenshot{
+        QStringLiteral("screenshot"),
+        QStringLiteral("Write a picture of the window to PATH (PNG) once its page has painted, "
+                       "then exit."),
+        QStringLiteral("PATH")};
+    const QCommandLineOption debugPort{
+        QStringLiteral("debug-port"),
+        QStringLiteral("Offer the developer tools on this port of the loopback interface."),
+        QStringLiteral("N")};
+    const QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Show this help.")};
+    const QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("Show the version.")};
+};
+
+void setUp(QCommandLineParser &parser, const Options &options)
+{
+    parser.setApplicationDescription(QStringLiteral("Shows the office assistant in a window."));
+    parser.addOptions({options.page, options.theme, options.language, options.screenshot,
+                       options.debugPort, options.help, options.version});
 }
 
-/// Gives what is wrong with the options, or an empty text.
-QString readOptions(const QCommandLineParser &parser, shell::ShellOptions *options)
+/// Returns what is wrong with the options; empty if nothing is.
+QString readOptions(const QCommandLineParser &parser, const Options &options,
+                    shell::ShellOptions *read)
 {
     if (!parser.positionalArguments().isEmpty())
         return QStringLiteral("unexpected argument: ") + parser.positionalArguments().first();
-    options->page = parser.value(pageOption);
-    if (options->page.isEmpty())
+    read->page = parser.value(options.page);
+    if (read->page.isEmpty())
         return QStringLiteral("--page needs a file name");
-    options->theme = parser.value(themeOption);
-    if (parser.isSet(themeOption) && options->theme != QLatin1String("light") &&
-        options->theme != QLatin1String("dark"))
-        return QStringLiteral("--theme is light or dark");
-    options->language = parser.value(languageOption);
-    if (parser.isSet(languageOption) && QLocale(options->language).language() == QLocale::C)
+    read->theme = parser.value(options.theme);
+    if (parser.isSet(options.theme) && read->theme != QLatin1String("light") &&
+        read->theme != QLatin1String("dark"))
+        return QStringLiteral("--theme must be light or dark");
+    read->language = parser.value(options.language);
+    if (parser.isSet(options.language) && QLocale(read->language).language() == QLocale::C)
         return QStringLiteral("--language needs a language such as en or zh_CN");
-    options->screenshot = parser.value(screenshotOption);
-    if (parser.isSet(screenshotOption) && options->screenshot.isEmpty())
+    read->screenshot = parser.value(options.screenshot);
+    if (parser.isSet(options.screenshot) && read->screenshot.isEmpty())
         return QStringLiteral("--screenshot needs a path");
-    if (parser.isSet(debugPortOption)) {
+    if (parser.isSet(options.debugPort)) {
         bool isNumber = false;
-        options->debugPort = parser.value(debugPortOption).toInt(&isNumber);
-        if (!isNumber || options->debugPort < 1 || options->debugPort > highestPort)
+        read->debugPort = parser.value(options.debugPort).toInt(&isNumber);
+        if (!isNumber || read->debugPort < 1 || read->debugPort > highestPort)
             return QStringLiteral("--debug-port needs a port number");
     }
     return {};
@@ -69,28 +72,26 @@ QString readOptions(const QCommandLineParser &parser, shell::ShellOptions *optio
 
 } // namespace
 
-std::optional<shell::ShellOptions> shell::parseShellOptions(const QStringList &arguments,
-                                                            QString *fault)
+shell::ShellOptions shell::parseShellOptions(const QStringList &arguments)
 {
+    const Options options;
     QCommandLineParser parser;
-    setUp(parser);
-    if (!parser.parse(arguments)) {
-        *fault = parser.errorText();
-        return std::nullopt;
-    }
-    ShellOptions options;
-    if (parser.isSet(helpOption) || parser.isSet(versionOption)) {
-        options.mode =
-            parser.isSet(helpOption) ? ShellOptions::PrintHelp : ShellOptions::PrintVersion;
-        return options;
-    }
-    *fault = readOptions(parser, &options);
-    return fault->isEmpty() ? std::optional<ShellOptions>(options) : std::nullopt;
+    setUp(parser, options);
+    ShellOptions read;
+    if (!parser.parse(arguments))
+        read.fault = parser.errorText();
+    else if (parser.isSet(options.help))
+        read.mode = ShellOptions::PrintHelp;
+    else if (parser.isSet(options.version))
+        read.mode = ShellOptions::PrintVersion;
+    else
+        read.fault = readOptions(parser, options, &read);
+    return read;
 }
 
 QString shell::shellHelp()
 {
     QCommandLineParser parser;
-    setUp(parser);
+    setUp(parser, {});
     return parser.helpText();
 }

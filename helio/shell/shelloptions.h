@@ -3,11 +3,9 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
 namespace shell {
 
-/// What the command line asks of the window.
+/// The parsed arguments of helio-shell.
 struct ShellOptions
 {
     enum Mode {
@@ -16,23 +14,25 @@ struct ShellOptions
         PrintVersion,
     };
 
+    /// What is wrong with the arguments; empty if nothing is. Nothing else counts then.
+    QString fault;
     Mode mode = ShowWindow;
-    /// The start page, a file name of the page directory.
+    /// The start page: the name of a file in the page directory.
     QString page = QStringLiteral("index.html");
-    /// "light" or "dark"; empty for the desktop's.
+    /// "light" or "dark"; empty for the desktop's theme.
     QString theme;
-    /// As in "zh_CN"; empty for the desktop's.
+    /// Such as "zh_CN"; empty for the desktop's language.
     QString language;
-    /// Where a picture of the window is written to before the program ends; empty for none.
+    /// The file for a picture of the window, after which the program ends; empty for none.
     QString screenshot;
     /// The port of the developer tools; 0 for none.
     int debugPort = 0;
 };
 
-/// Reads the command line. Without a value, @p fault says what is wrong with it.
-std::optional<ShellOptions> parseShellOptions(const QStringList &arguments, QString *fault);
+/// Parses the program's arguments, the first of which is its name.
+ShellOptions parseShellOptions(const QStringList &arguments);
 
-/// The text of --help. Needs the application object, by which it names the program.
+/// The text of --help. Needs the application object, which knows the program's name.
 QString shellHelp();
 
 } // namespace shell

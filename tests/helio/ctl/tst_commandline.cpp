@@ -5,9 +5,9 @@
 
 namespace {
 
-std::optional<ctl::CommandLine> parse(const QStringList &words, QString *fault)
+ctl::CommandLine parse(const QStringList &words)
 {
-    return ctl::parseCommandLine(QStringList{QStringLiteral("assistantctl")} + words, fault);
+    return ctl::parseCommandLine(QStringList{QStringLiteral("assistantctl")} + words);
 }
 
 QStringList words(const char *line)
@@ -26,34 +26,34 @@ private slots:
     void aBareCommandHasTheDefaults()
     {
         const auto line = parsed("getcollectionpage");
-        QVERIFY(line);
-        QCOMPARE(line->mode, ctl::CommandLine::SingleCommand);
-        QCOMPARE(line->command, QStringLiteral("getcollectionpage"));
-        QCOMPARE(line->page, QStringLiteral("main"));
-        QVERIFY(line->args.isEmpty() && line->choices.isEmpty() && line->untilCallback.isEmpty());
-        QVERIFY(!line->waitMs && !line->opensReally && !line->traces && !line->pretty);
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.mode, ctl::CommandLine::SingleCommand);
+        QCOMPARE(line.command, QStringLiteral("getcollectionpage"));
+        QCOMPARE(line.page, QStringLiteral("main"));
+        QVERIFY(line.args.isEmpty() && line.choices.isEmpty() && line.untilCallback.isEmpty());
+        QVERIFY(!line.waitMs && !line.opensReally && !line.traces && !line.pretty);
     }
 
     void everyOptionIsRead()
     {
         const auto line = parsed("--page child --choose /a --choose b --wait 500 --until done "
                                  "--open --trace --pretty router page=x");
-        QVERIFY(line);
-        QCOMPARE(line->page, QStringLiteral("child"));
-        QCOMPARE(line->choices, QStringList({QStringLiteral("/a"), QStringLiteral("b")}));
-        QCOMPARE(line->waitMs, std::optional<int>(500));
-        QCOMPARE(line->untilCallback, QStringLiteral("done"));
-        QVERIFY(line->opensReally && line->traces && line->pretty);
-        QCOMPARE(line->command, QStringLiteral("router"));
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.page, QStringLiteral("child"));
+        QCOMPARE(line.choices, QStringList({QStringLiteral("/a"), QStringLiteral("b")}));
+        QCOMPARE(line.waitMs, std::optional<int>(500));
+        QCOMPARE(line.untilCallback, QStringLiteral("done"));
+        QVERIFY(line.opensReally && line.traces && line.pretty);
+        QCOMPARE(line.command, QStringLiteral("router"));
     }
 
     void optionsMayFollowTheCommand()
     {
         const auto line = parsed("router page=x --page=child --wait=0");
-        QVERIFY(line);
-        QCOMPARE(line->page, QStringLiteral("child"));
-        QCOMPARE(line->waitMs, std::optional<int>(0));
-        QCOMPARE(line->args.size(), 1);
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.page, QStringLiteral("child"));
+        QCOMPARE(line.waitMs, std::optional<int>(0));
+        QCOMPARE(line.args.size(), 1);
     }
 
     void anArgumentIsATextOrAnyJson_data()
@@ -89,26 +89,24 @@ private slots:
         QFETCH(QString, argument);
         QFETCH(QString, name);
         QFETCH(QJsonValue, value);
-        QString fault;
-        const auto line = parse({QStringLiteral("router"), argument}, &fault);
-        QVERIFY2(line, qPrintable(fault));
-        QCOMPARE(line->args, (QJsonObject{{name, value}}));
+        const ctl::CommandLine line = parse({QStringLiteral("router"), argument});
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.args, (QJsonObject{{name, value}}));
     }
 
     void theLastOfTwoArgumentsOfANameCounts()
     {
         const auto line = parsed("router a=1 a:=2");
-        QVERIFY(line);
-        QCOMPARE(line->args, (QJsonObject{{QStringLiteral("a"), 2}}));
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.args, (QJsonObject{{QStringLiteral("a"), 2}}));
     }
 
     void threeMegabytesAreRead()
     {
         const QString large(3 << 20, QLatin1Char('x'));
-        QString fault;
-        const auto line = parse({QStringLiteral("router"), QStringLiteral("a=") + large}, &fault);
-        QVERIFY(line);
-        QCOMPARE(line->args.value(QLatin1String("a")).toString(), large);
+        const auto line = parse({QStringLiteral("router"), QStringLiteral("a=") + large});
+        QCOMPARE(line.fault, QString());
+        QCOMPARE(line.args.value(QLatin1String("a")).toString(), large);
     }
 
     void wrongUsageIsExplained_data()
@@ -141,28 +139,23 @@ private slots:
     void wrongUsageIsExplained()
     {
         QFETCH(QString, line);
-        QString fault;
-        QVERIFY(!parse(line.split(QLatin1Char(' '), Qt::SkipEmptyParts), &fault));
-        QVERIFY(!fault.isEmpty());
+        const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        QVERIFY(!parse(words).fault.isEmpty());
     }
 
     void theModesAreTold()
     {
-        QCOMPARE(parsed("--session --trace")->mode, ctl::CommandLine::Session);
-        QVERIFY(parsed("--session --trace")->traces);
-        QCOMPARE(parsed("--commands")->mode, ctl::CommandLine::ListCommands);
-        QCOMPARE(parsed("--help")->mode, ctl::CommandLine::ShowText);
-        QVERIFY(parsed("--help")->text.contains(QStringLiteral("--until")));
-        QCOMPARE(parsed("--version")->mode, ctl::CommandLine::ShowText);
-        QVERIFY(parsed("--version")->text.startsWith(QStringLiteral("assistantctl ")));
+        QCOMPARE(parsed("--session --trace").mode, ctl::CommandLine::Session);
+        QVERIFY(parsed("--session --trace").traces);
+        QCOMPARE(parsed("--commands").mode, ctl::CommandLine::ListCommands);
+        QCOMPARE(parsed("--help").mode, ctl::CommandLine::ShowText);
+        QVERIFY(parsed("--help").text.contains(QStringLiteral("--until")));
+        QCOMPARE(parsed("--version").mode, ctl::CommandLine::ShowText);
+        QVERIFY(parsed("--version").text.startsWith(QStringLiteral("assistantctl ")));
     }
 
 private:
-    static std::optional<ctl::CommandLine> parsed(const char *line)
-    {
-        QString fault;
-        return parse(words(line), &fault);
-    }
+    static ctl::CommandLine parsed(const char *line) { return parse(words(line)); }
 };
 
 HEADLESS_TEST_MAIN(CommandLineTest)

@@ -66,7 +66,7 @@ test('without a display the program says so and fails', async () => {
 test.each([
     [['--nothing'], /Unknown option 'nothing'/],
     [['page.html'], /unexpected argument: page\.html/],
-    [['--theme', 'blue'], /--theme is light or dark/],
+    [['--theme', 'blue'], /--theme must be light or dark/],
     [['--language', 'no language'], /--language needs a language/],
     [['--debug-port', '0'], /--debug-port needs a port number/],
     [['--debug-port', '70000'], /--debug-port needs a port number/],
