@@ -29,7 +29,7 @@ bool CallbackWait::waitFor(const QString &callback, int timeoutMs)
     timeout.setSingleShot(true);
     connect(&timeout, &QTimer::timeout, &loop, &QEventLoop::quit);
     connect(this, &CallbackWait::arrived, &loop, [&] {
-        // What came before has been looked at: a search reports hits by the hundred thousand.
+        // Checks the last one only: a search may report a hundred thousand hits.
         if (came || m_arrived.constLast() != callback)
             return;
         came = true;

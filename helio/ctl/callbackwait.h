@@ -9,8 +9,8 @@ class HeadlessShell;
 
 namespace ctl {
 
-/// Waits for later answers. Callbacks that come while nobody waits are remembered, so that one
-/// that came during the command itself is not missed.
+/// Waits for later answers. Remembers callbacks that arrive while nobody waits, so that one that
+/// arrives during the command itself is not missed.
 class CallbackWait : public QObject
 {
     Q_OBJECT
@@ -18,10 +18,10 @@ class CallbackWait : public QObject
 public:
     explicit CallbackWait(helio::HeadlessShell &shell);
 
-    /// Forgets the callbacks so far; to be called before each command.
+    /// Forgets the callbacks so far. Call it before each command.
     void startAfresh();
 
-    /// Processes events until @p callback has come; false when @p timeoutMs ran out first.
+    /// Processes events until @p callback arrives; false if @p timeoutMs passes first.
     bool waitFor(const QString &callback, int timeoutMs);
 
     /// Processes events for that time.

@@ -20,7 +20,7 @@ void EventPrinter::print(const QJsonObject &event) const
     const bool isWritten =
         std::fwrite(line.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
     if (!isWritten && !m_hasComplained)
-        qWarning("events are lost, standard output cannot be written: %s", std::strerror(errno));
+        qWarning("cannot write to standard output, events are lost: %s", std::strerror(errno));
     m_hasComplained = m_hasComplained || !isWritten;
 }
 

@@ -6,7 +6,7 @@
 
 namespace ctl {
 
-/// Writes events to standard output, each at once. Where that fails, it is complained of once.
+/// Writes events to standard output and flushes after each. The first failure prints a warning.
 class EventPrinter
 {
 public:
@@ -14,13 +14,13 @@ public:
 
     void print(const QJsonObject &event) const;
 
-    /// An answer; @p envelope is what the page's callback would receive.
+    /// Prints an answer; @p envelope is what the page's callback would receive.
     void printAnswer(const QJsonValue &id, const QString &page, const QString &command,
                      const QJsonObject &envelope) const;
 
     void printError(const QJsonValue &id, const QString &message) const;
 
-    /// The end of a request to wait.
+    /// Prints the end of a wait.
     void printWaited(bool timeout) const;
 
 private:

@@ -2,7 +2,7 @@
 
 namespace ctl {
 
-/// What assistantctl ends with; other programs rely on the numbers.
+/// The exit status of assistantctl; other programs rely on the numbers.
 enum ExitStatus {
     Answered = 0,        ///< answered, or a command that sets no result has run
     AnsweredError = 1,   ///< the result is "error" or "parame error"

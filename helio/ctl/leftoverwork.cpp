@@ -18,7 +18,7 @@ namespace {
 
 constexpr int longestWaitMs = 30000;
 constexpr int checkIntervalMs = 20;
-/// A thread that a command has just started gets to its program by then, or is seen on its way.
+/// How long a thread that a command has just started may sleep before it runs.
 constexpr int threadStartMs = 50;
 
 /// Qt's name for the threads of its pools, in which searches run.
@@ -36,9 +36,9 @@ QString stagingDirectory()
     return krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
 }
 
-/// A script shows as the program itself, as an interpreter's first argument, as that of a script
-/// that stands in for the interpreter or, for a moment, in the command line that a shell of ours
-/// is about to run.
+/// Whether a process's arguments name a script in @p directory: as the program itself, as the first
+/// argument of an interpreter, as that of a script used as an interpreter or, for a moment, in the
+/// command line of an `sh` that is about to run it.
 bool namesScriptFrom(const QByteArray &directory, const QList<QByteArray> &words)
 {
     if (words.value(0).startsWith(directory) || words.value(1).startsWith(directory))
@@ -55,13 +55,14 @@ struct Status
     qint64 parent = 0;
 };
 
-/// Of a process or thread, by its directory in /proc; all is empty for one that has gone.
+/// Reads DIRECTORY/stat, where the directory in /proc is that of a process or thread. All fields
+/// are empty if that has ended.
 Status statusOf(const QString &directory)
 {
     QFile status(directory + QStringLiteral("/stat"));
     if (!status.open(QIODevice::ReadOnly))
         return {};
-    // As proc(5) lists them; the name may hold anything.
+    // See proc(5). The name may contain any character, also parentheses.
     const QByteArray line = status.readAll();
     const int nameBegin = line.indexOf('(') + 1;
     const int nameEnd = line.lastIndexOf(')');
@@ -79,11 +80,11 @@ bool isLivingChild(const QString &processId)
 
 bool runsScriptFrom(const QByteArray &directory, const QString &processId)
 {
-    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(processId));
-    if (!commandLine.open(QIODevice::ReadOnly))
+    QFile arguments(QStringLiteral("/proc/%1/cmdline").arg(processId));
+    if (!arguments.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray words = commandLine.readAll();
-    // While a shell, or the script in its place, is being loaded, there is no command line.
+    const QByteArray words = arguments.readAll();
+    // A program that is still being loaded has no arguments yet; it may become a script.
     return words.isEmpty() ? isLivingChild(processId)
                            : namesScriptFrom(directory, words.split('\0'));
 }
@@ -96,14 +97,15 @@ bool isOwnProcess(const QString &processId)
 
 QStringList otherThreads()
 {
-    QStringList threads = QDir(threadsDirectory()).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    QStringList threads =
+        QDir(threadsDirectory()).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
     threads.removeOne(QString::number(QCoreApplication::applicationPid()));
     return threads;
 }
 
-/// Whether a thread is on its way to its program, or from there to what it reports of it. On a
-/// busy machine that takes long. A search is cut short by the end of the process.
-bool hasThreadUnderWay()
+/// True while a thread is still starting its program or reporting its result, which can take long
+/// on a busy machine. Ignores searches, which end with the process.
+bool hasRunningThread()
 {
     const QStringList threads = otherThreads();
     return std::any_of(threads.begin(), threads.end(), [](const QString &thread) {
@@ -132,10 +134,10 @@ int ctl::waitForLeftoverWork()
     if (!otherThreads().isEmpty())
         CallbackWait::processEvents(threadStartMs);
     while (waited.elapsed() < longestWaitMs &&
-           (helio::awaitedProgramCount() > 0 || hasThreadUnderWay() ||
+           (helio::awaitedProgramCount() > 0 || hasRunningThread() ||
             (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
         CallbackWait::processEvents(checkIntervalMs);
-    // What other threads reported last, such as the start of a program, is still to be printed.
+    // Prints what other threads reported last, such as the start of a program.
     QCoreApplication::processEvents();
     return static_cast<int>(qMax(qint64{0}, longestWaitMs - waited.elapsed()));
 }

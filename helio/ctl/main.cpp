@@ -65,7 +65,7 @@ int run(const ctl::CommandLine &line, int input)
         shell.startTracing();
     shell.setOpensReally(line.opensReally);
     if (!shell.start()) {
-        printer.printError({}, QStringLiteral("the library's page has no script object"));
+        printer.printError({}, QStringLiteral("the library's page takes no commands"));
         return ctl::NoLibrary;
     }
     const int status = carryOut(line, shell, printer, input);

@@ -29,7 +29,7 @@ void Session::readInput()
     const ssize_t count = ::read(m_descriptor, buffer.data(), buffer.size());
     if (count < 0 && (errno == EINTR || errno == EAGAIN))
         return;
-    // Requests wait while one is carried out, also when that one runs an event loop.
+    // Further requests wait, even if this one runs an event loop.
     m_input.setEnabled(false);
     if (count <= 0) {
         if (!m_unread.isEmpty())

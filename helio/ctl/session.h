@@ -11,17 +11,17 @@ namespace ctl {
 class EventPrinter;
 struct SessionRequest;
 
-/// Carries out the requests that come on an input, one after the other.
+/// Reads requests and carries them out one after the other.
 class Session : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Reads from the descriptor @p input.
+    /// Reads from the file descriptor @p input.
     Session(helio::HeadlessShell &shell, const EventPrinter &printer, int input);
 
 signals:
-    /// The input has ended and every request has been carried out.
+    /// The input has ended and all requests have been carried out.
     void ended();
 
 private:

@@ -55,14 +55,14 @@ ctl::SessionRequest readCommand(ctl::SessionRequest request, const QJsonObject &
         return faulty(request, QStringLiteral("\"command\" needs the name of a command"));
     request.page = page.toString(page.isUndefined() ? QStringLiteral("main") : QString());
     if (request.page != QLatin1String("main") && request.page != QLatin1String("child"))
-        return faulty(request, QStringLiteral("\"page\" is main or child"));
+        return faulty(request, QStringLiteral("\"page\" must be main or child"));
     if (!args.isUndefined() && !args.isObject())
-        return faulty(request, QStringLiteral("\"args\" is not an object"));
+        return faulty(request, QStringLiteral("\"args\" must be an object"));
     const QJsonArray paths = choices.toArray();
     if ((!choices.isUndefined() && !choices.isArray()) ||
         !std::all_of(paths.begin(), paths.end(),
                      [](const QJsonValue &path) { return path.isString(); }))
-        return faulty(request, QStringLiteral("\"choose\" is not an array of paths"));
+        return faulty(request, QStringLiteral("\"choose\" must be an array of paths"));
     request.kind = ctl::SessionRequest::Command;
     request.args = args.toObject();
     for (const QJsonValue &path : paths)

@@ -7,7 +7,7 @@
 
 namespace ctl {
 
-/// One line of a session.
+/// One request of a session.
 struct SessionRequest
 {
     enum Kind {
@@ -19,15 +19,16 @@ struct SessionRequest
 
     Kind kind = Faulty;
     QString fault;
-    QJsonValue id; ///< as sent, else null
+    QJsonValue id; ///< as sent; null if there is none
     QString page = QStringLiteral("main");
     QString command;
     QJsonObject args;
     QStringList choices;
-    int durationMs = 0; ///< of a wait, or the longest time of an until
-    QString callback;   ///< what an until waits for
+    int durationMs = 0; ///< how long to wait, or to wait at most for the callback
+    QString callback;   ///< of Until
 };
 
+/// Parses a line of a session.
 SessionRequest parseSessionRequest(const QByteArray &line);
 
 } // namespace ctl

@@ -11,7 +11,7 @@ namespace ctl {
 
 class EventPrinter;
 
-/// Sends the command of @p line, prints its answer and stays for later ones as asked.
+/// Sends the command of @p line, prints its answer and, if asked to, waits for later ones.
 ExitStatus runSingleCommand(helio::HeadlessShell &shell, const EventPrinter &printer,
                             const CommandLine &line);
 

@@ -14,7 +14,7 @@ constexpr char nothing[] = "/dev/null";
 void ctl::openMissingStandardStreams()
 {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-        // A new descriptor has the lowest free number, which is this one.
+        // open() returns the lowest free number, which is this one.
         if (::fcntl(stream, F_GETFD) < 0 && errno == EBADF)
             ::open(nothing, O_RDWR);
     }

@@ -2,12 +2,12 @@
 
 namespace ctl {
 
-/// Opens /dev/null in place of each standard stream that this process was started without, before
-/// something else gets its number. To be called first in main().
+/// Opens /dev/null for each standard stream that this process was started without, before another
+/// file gets its number. Call it first in main().
 void openMissingStandardStreams();
 
-/// Takes the standard input away from the programs that the library starts, which read /dev/null
-/// instead and not the requests of a session. Gives the descriptor under which it is still read.
+/// Replaces standard input by /dev/null, so that programs that the library starts do not read the
+/// requests of a session. Returns a descriptor for the real input.
 int takeStandardInput();
 
 } // namespace ctl

@@ -37,7 +37,7 @@ void DesktopOpener::open(const QUrl &url)
         return;
     QuietProcess viewer(QStringLiteral("xdg-open"), {QString::fromUtf8(url.toEncoded())});
     if (!viewer.startDetached())
-        qWarning("xdg-open cannot be started, so nothing was opened");
+        qWarning("cannot start xdg-open, nothing was opened");
 }
 
 } // namespace helio

@@ -5,7 +5,7 @@
 
 namespace helio {
 
-/// Stands between the library and the desktop when something is to be opened.
+/// Receives the files that the library asks the desktop to open.
 class DesktopOpener : public QObject
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
     explicit DesktopOpener(QObject *parent = nullptr);
     ~DesktopOpener() override;
 
-    /// Whether files are really opened; at first they are only reported.
+    /// Whether files are really opened, or only reported, which is the default.
     void setOpensReally(bool opensReally);
 
 signals:

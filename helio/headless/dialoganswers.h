@@ -15,7 +15,7 @@ struct FileDialogRequest
     QStringList filters;
 };
 
-/// Answers file dialogs in place of the user.
+/// Chooses files in dialogs instead of the user.
 class DialogAnswers : public QObject
 {
     Q_OBJECT
@@ -23,11 +23,11 @@ class DialogAnswers : public QObject
 public:
     static DialogAnswers &instance();
 
-    /// Sets the paths chosen in the next dialogs, in order; what was left is dropped.
+    /// Sets the paths for the next dialogs, in order; drops those not used yet.
     void setChoices(const QStringList &paths);
 
-    /// The path chosen in that dialog; empty when it is cancelled, for lack of a choice or
-    /// because a file to open does not exist.
+    /// The path chosen in a dialog. Empty if the dialog is cancelled: there is no choice left, it
+    /// is a directory, or the file to open does not exist.
     QString answer(const FileDialogRequest &request);
 
 signals:

@@ -32,7 +32,7 @@ HeadlessApplication::Arguments::Arguments(char *programName)
 
 HeadlessApplication::Arguments &HeadlessApplication::arguments(char *programName)
 {
-    // The application object refers to its arguments for as long as it lives.
+    // The application object keeps references to its arguments.
     static Arguments arguments(programName);
     return arguments;
 }
@@ -42,8 +42,8 @@ HeadlessApplication::HeadlessApplication(char *programName)
 {
 }
 
-// Before Qt looks at its arguments it looks for a display server's socket in the user's runtime
-// directory. There is none in containers and in jobs without a session, which is no fault.
+// Before it reads its arguments, Qt looks for a display server's socket in the user's runtime
+// directory, which containers and background jobs do not have.
 HeadlessApplication::QuietStart::QuietStart()
 {
     usualHandler = qInstallMessageHandler(passOnButTheRuntimeDirectory);

@@ -6,11 +6,11 @@
 
 namespace helio {
 
-/// The application object of a program without windows. It needs no display, and file dialogs
-/// are answered by DialogAnswers.
+/// The application object of a program without windows. It needs no display; DialogAnswers answers
+/// its file dialogs.
 ///
-/// The platform is chosen by arguments and not by environment variables, which the programs that
-/// the library starts would inherit.
+/// Arguments choose Qt's platform. Environment variables would be inherited by the programs that
+/// the library starts.
 class HeadlessApplication : public QApplication
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ private:
         int count;
     };
 
-    /// Keeps back one of Qt's messages for as long as it lives.
+    /// Suppresses one of Qt's messages during its lifetime.
     class QuietStart
     {
     public:

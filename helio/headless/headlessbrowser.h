@@ -7,7 +7,7 @@ class KxWebViewAsynJSObject;
 
 namespace helio {
 
-/// A web view without JavaScript: what the page's functions are called with comes as a signal.
+/// A container without JavaScript: a call of a page's function becomes a signal.
 class HeadlessContainer : public KxWebViewContainer
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ signals:
     void callbackCalled(const QString &callback, const QString &json, bool base64);
 };
 
-/// A browser that shows nothing and has its page loaded at once.
+/// A browser that shows nothing and loads every page at once.
 class HeadlessBrowser : public KHelioBrowserWidgetBase
 {
     Q_OBJECT

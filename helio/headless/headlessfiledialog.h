@@ -9,7 +9,7 @@
 
 namespace helio {
 
-/// A file dialog without a window: DialogAnswers says at once what the user chooses.
+/// A file dialog without a window, which DialogAnswers answers at once.
 class HeadlessFileDialog : public QPlatformFileDialogHelper
 {
 public:
@@ -29,7 +29,7 @@ public:
 private:
     QUrl m_directory;
     QUrl m_chosen;
-    /// Qt destroys this object after it has tried to save the dialog's state.
+    /// Lives long enough: Qt saves the dialog's state before it destroys this object.
     UnsavedDialogState m_unsavedState;
 };
 

@@ -18,25 +18,25 @@ class HeadlessPage : public QObject
     Q_OBJECT
 
 public:
-    /// Makes the page through the registered factory item; @p type is "main" or "child".
+    /// Makes a page of type "main" or "child" with the factory that the plug-in registered.
     explicit HeadlessPage(const QString &type, QObject *parent = nullptr);
     ~HeadlessPage() override;
 
-    /// Whether there is a page with a script object that can be called.
+    /// Whether there is a page that commands can be sent from.
     bool isValid() const;
 
     QString type() const;
     KHelioPluginWidget *widget() const;
 
-    /// The commands that can be called, in the order in which the script object declares them.
+    /// The names of all commands, in the order of their declaration.
     QStringList commands() const;
 
-    /// Sends a command as the page would and gives the answer: {"result": …}, {} or
-    /// {"error": …}. Answers to earlier commands and later answers come as signals meanwhile.
+    /// Sends a command as the page would and returns its answer: {"result": …}, {} or
+    /// {"error": …}. Later answers, to this or earlier commands, arrive as signals.
     QJsonObject call(const QString &command, const QJsonObject &args);
 
 signals:
-    /// A later answer: @p answer went to the page's function @p callback.
+    /// A later answer: the page's function @p callback is called with @p answer.
     void callbackCalled(const QString &callback, const QJsonObject &answer);
 
 private:
@@ -47,7 +47,7 @@ private:
     KHelioPluginWidget *m_widget = nullptr;
     HeadlessBrowser *m_browser = nullptr;
     int m_lastCall = 0;
-    /// The calls that are under way: one may be made in the event loop that another one runs.
+    /// The calls in progress. There may be several: a command may run an event loop.
     QHash<QString, QJsonObject> m_answers;
 };
 

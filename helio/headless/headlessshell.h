@@ -13,9 +13,8 @@ namespace helio {
 class HeadlessPage;
 struct FileDialogRequest;
 
-/// The plug-in's pages without a window. Everything that happens is reported as an event: a JSON
-/// object whose "type" is "callback" or, when tracing, "signal", "dialog", "opened", "started" or
-/// "clipboard".
+/// A shell without windows. It reports what happens as events: JSON objects whose "type" is
+/// "callback" and, when tracing, also "signal", "dialog", "opened", "started" or "clipboard".
 class HeadlessShell : public QObject
 {
     Q_OBJECT
@@ -26,20 +25,20 @@ public:
     explicit HeadlessShell(EventSink sink, QObject *parent = nullptr);
     ~HeadlessShell() override;
 
-    /// Also reports what the library does beyond answering.
+    /// Also reports what the library does besides answering. Call it before start().
     void startTracing();
 
     /// Really opens what the library asks the desktop to open.
     void setOpensReally(bool opensReally);
 
-    /// Makes the main page. False when the plug-in offers none that works.
+    /// Makes the main page. False if the plug-in offers none that commands can be sent from.
     bool start();
 
-    /// The page "main" or "child"; the child page is made when it is first asked for.
+    /// The page "main" or "child". The first call for the child page makes it.
     HeadlessPage *page(const QString &type);
 
 signals:
-    /// A later answer came; its event has been reported.
+    /// A later answer has come and its event has been reported.
     void callbackCalled(const QString &page, const QString &callback);
 
 private:

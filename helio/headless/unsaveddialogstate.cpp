@@ -13,13 +13,17 @@ void keepUserSettingsIn(const QString &directory)
 
 } // namespace
 
-helio::UnsavedDialogState::UnsavedDialogState()
+namespace helio {
+
+UnsavedDialogState::UnsavedDialogState()
 {
     // No file can be made there, so nothing is written.
     keepUserSettingsIn(QStringLiteral("/dev/null"));
 }
 
-helio::UnsavedDialogState::~UnsavedDialogState()
+UnsavedDialogState::~UnsavedDialogState()
 {
     keepUserSettingsIn(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
 }
+
+} // namespace helio

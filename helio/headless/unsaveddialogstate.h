@@ -4,9 +4,9 @@
 
 namespace helio {
 
-/// Keeps Qt from writing the state of a file dialog (last directory, view) into the user's
-/// configuration, where other Qt programs' dialogs read it. Lives as long as the dialog; no other
-/// settings of the user are to be opened meanwhile.
+/// Keeps Qt from saving the state of a file dialog (last directory, display mode) in the user's
+/// configuration, where the dialogs of other Qt programs read it. Lives as long as the dialog; do
+/// not open other user settings during that time.
 class UnsavedDialogState
 {
 public:

@@ -22,7 +22,7 @@ QHash<QString, QString> readIniFile()
     QHash<QString, QString> values;
     QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
                    QSettings::IniFormat);
-    // Directories may have names in any language; without a codec they are taken for Latin-1.
+    // Directories may have names in any language; without a codec Qt reads Latin-1.
     file.setIniCodec("UTF-8");
     const QStringList keys = file.allKeys();
     for (const QString &key : keys)
@@ -34,8 +34,8 @@ QHash<QString, QString> readIniFile()
 
 QString helio::setting(const QString &key, const QString &fallback)
 {
-    // Read at the first call, whatever that one asks for: a static object whose constructor asks
-    // for one setting may ask for another in its destructor.
+    // Read at the first call, even if the environment answers that one: the static lives longer
+    // than any static object whose constructor asked for a setting, so destructors may ask too.
     static const QHash<QString, QString> iniFile = readIniFile();
     QString fromEnvironment = qEnvironmentVariable(variableName(key).constData());
     if (!fromEnvironment.isEmpty())

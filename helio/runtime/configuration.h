@@ -6,10 +6,10 @@
 
 namespace helio {
 
-/// A setting of the stand-alone shell: the environment variable HELIO_<NAME>, else the key of
+/// Reads a setting of the shell: the environment variable HELIO_<NAME>, else the key in
 /// "helio.ini" beside the program, else @p fallback. An empty variable or key counts as unset.
 ///
-/// @p key is written as in helio.ini ("suiteHome"); its variable is HELIO_SUITE_HOME.
+/// @p key is written as in helio.ini: "suiteHome", whose variable is HELIO_SUITE_HOME.
 HELIO_EXPORT QString setting(const QString &key, const QString &fallback);
 
 } // namespace helio

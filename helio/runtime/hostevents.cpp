@@ -1,8 +1,12 @@
 #include "helio/runtime/hostevents.h"
 
-helio::HostEvents &helio::HostEvents::instance()
+namespace helio {
+
+HostEvents &HostEvents::instance()
 {
-    // Never destroyed: a thread that the process waits for at its end may still start a program.
+    // Never destroyed: threads that outlive main() may still start programs.
     static auto *events = new HostEvents;
     return *events;
 }
+
+} // namespace helio

@@ -7,7 +7,7 @@
 
 namespace helio {
 
-/// What the shell's services were asked to do, for whoever wants to watch.
+/// Reports what the plug-in does through the services of the shell.
 class HELIO_EXPORT HostEvents : public QObject
 {
     Q_OBJECT
@@ -16,8 +16,8 @@ public:
     static HostEvents &instance();
 
 signals:
-    /// A program is about to be started; comes from the thread that starts it and for every
-    /// attempt, whether or not the program exists.
+    /// A program is about to be started, whether or not it exists. Emitted in the thread that
+    /// starts it.
     void programStarting(const QString &program, const QStringList &arguments,
                          const QString &workingDirectory, bool detached);
 

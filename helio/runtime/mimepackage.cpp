@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QResource>
 
-// Outside of any namespace: the macros declare what rcc defines there.
+// Outside any namespace: the macros declare functions of rcc's.
 
 static void withdraw()
 {
@@ -17,8 +17,8 @@ static void offer()
 
 void helio::offerMimePackage()
 {
-    // This library's own resource came first, when the library was loaded, and of two with one
-    // name the first is found.
+    // Of two resources with the same name Qt finds the one registered first, which is this
+    // library's own.
     withdraw();
     if (!QFile::exists(QStringLiteral(":/config/Override.xml")))
         offer();

@@ -4,8 +4,8 @@
 
 namespace helio {
 
-/// Offers the desktop's type descriptions of the suite's documents as ":/config/Override.xml",
-/// unless another module has registered that resource. To be called once the modules are loaded.
+/// Offers ":/config/Override.xml", which describes the MIME types of the suite's documents to the
+/// desktop, unless another module has registered that resource. Call it once modules are loaded.
 HELIO_EXPORT void offerMimePackage();
 
 } // namespace helio

@@ -22,7 +22,7 @@ private:
     QLibrary m_library;
 };
 
-/// The directory of the plug-in's HTML application.
+/// The directory of the HTML application.
 HELIO_EXPORT QString pageDirectory();
 
 } // namespace helio

@@ -4,8 +4,8 @@
 
 namespace helio {
 
-/// Makes the suite's directory of the current user if it is missing, as the suite itself does at
-/// its first start. A directory that the configuration names is left to whoever named it.
+/// Makes the suite's directory in the user's home if it is missing, as the suite does when it is
+/// first started. A directory that the configuration names is never made.
 HELIO_EXPORT void makeDefaultSuiteHome();
 
 } // namespace helio

@@ -4,8 +4,8 @@
 
 namespace helio {
 
-/// Reads and writes text as UTF-8 where the environment names no locale; otherwise file names
-/// beyond ASCII would be lost. To be called first in main().
+/// Uses UTF-8 where the environment sets no locale, so that file names beyond ASCII are not
+/// damaged. Call it first in main().
 HELIO_EXPORT void assumeUtf8WithoutLocale();
 
 } // namespace helio

@@ -10,10 +10,10 @@ constexpr QSize mainMinimum(900, 600);
 constexpr QSize childSize(920, 620);
 constexpr QSize childMinimum(720, 480);
 
-/// How long a page may take to close its view itself.
+/// How long a page may take to close its view.
 constexpr int closeGraceMs = 1000;
 
-/// The main page comes first; no user has found a tool in it before this has passed.
+/// Gives the main page a head start; no user opens a view sooner.
 constexpr int childDelayMs = 250;
 
 } // namespace
@@ -55,7 +55,7 @@ PageWindow *AssistantWindows::mainWindow() const
 
 void AssistantWindows::connectPage(PageWindow *window)
 {
-    // Either page may open another view in the child window, or leave the one that is there.
+    // Either page may open a view in the child window or close the current one.
     using Signals = helio::WindowSignals;
     connect(window->pageSignals(), &Signals::sigChangeHtmlPage, this,
             &AssistantWindows::changeChildPage);
@@ -131,7 +131,7 @@ void AssistantWindows::hideChild()
 void AssistantWindows::closeChildFromOutside()
 {
     hideChild();
-    // The page knows what its view has to stop, and the library tells the main page.
+    // The page knows what its view has to stop; the library then tells the main page.
     if (m_child->browser()->askPageToClose())
         m_closeGrace.start();
     else

@@ -9,19 +9,18 @@ namespace shell {
 
 class PageWindow;
 
-/// The main window and the child window that it opens, joined by the signals of their pages.
+/// The main window and its child window, which follow the signals of their pages.
 ///
-/// Windows and pages live as long as this object, since a command of a page may be running (in a
-/// dialog, say) when its window closes.
+/// Windows and pages live as long as this object: a page's command may still be running, for
+/// example in a dialog, when its window closes.
 class AssistantWindows : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Makes the main window, which is not shown yet, with the page @p startPage.
-    /// Once that page is there, the child window is made as well and waits out of sight with the
-    /// page @p waitingPage, unless that is empty: Chromium takes its time to start a page's
-    /// process.
+    /// Makes the main window, still hidden, with the page @p startPage. Once that page has loaded,
+    /// makes the child window too, hidden, with the page @p waitingPage: Chromium takes a while to
+    /// start a page's process. Does not if @p waitingPage is empty.
     AssistantWindows(const QString &startPage, const QString &waitingPage,
                      QObject *parent = nullptr);
     ~AssistantWindows() override;
@@ -29,13 +28,13 @@ public:
     PageWindow *mainWindow() const;
 
 signals:
-    /// The main window is to be closed, and the program with it.
+    /// The main window should close and the program end.
     void endRequested();
 
 private:
     void connectPage(PageWindow *window);
-    /// Both windows, whichever page asks for it: neither is to be in a picture of the screen, and
-    /// one without the other would be of no use.
+    /// Minimises both windows, whichever page asks: a page does so before it takes a picture of the
+    /// screen.
     void minimize();
     void restore();
     void prepareChild();
@@ -46,8 +45,8 @@ private:
     void closeChildFromOutside();
 
     std::unique_ptr<PageWindow> m_main;
-    /// Made when a page first opens a view, if not before; owned by the main window, above which it
-    /// stays.
+    /// Made at the latest when a page first opens a view. Owned by the main window and kept above
+    /// it.
     PageWindow *m_child = nullptr;
     QTimer m_closeGrace;
     QTimer m_childDelay;

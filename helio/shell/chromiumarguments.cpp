@@ -5,7 +5,7 @@ namespace shell {
 ChromiumArguments::ChromiumArguments(const char *programName, int debugPort, bool withoutSandbox)
     : m_texts{programName, "--webEngineArgs"}
 {
-    // The pages are local: no name is ever looked up, whatever a page tries.
+    // The pages are local: no host name is looked up, whatever a page tries.
     m_texts.emplace_back("--host-resolver-rules=MAP * ~NOTFOUND");
     m_texts.emplace_back("--force-webrtc-ip-handling-policy=disable_non_proxied_udp");
     if (withoutSandbox)

@@ -7,15 +7,15 @@
 
 namespace shell {
 
-/// The argument list of the application object: the program and what Chromium is told. Chromium's
-/// switches go this way and not through the environment, which every started program inherits.
+/// The arguments for the application object: the program's name and Chromium's switches. An
+/// environment variable for these would be inherited by every program that is started.
 class ChromiumArguments
 {
 public:
-    /// @p debugPort is the port of the developer tools, 0 for none.
+    /// @p debugPort is the port of the developer tools; 0 for none.
     ChromiumArguments(const char *programName, int debugPort, bool withoutSandbox);
 
-    /// For the constructor of the application object, which keeps referring to it.
+    /// For the constructor of the application object, which keeps the reference.
     int &count() { return m_count; }
     char **values() { return m_values.data(); }
 

@@ -6,13 +6,13 @@ namespace shell {
 
 struct ShellOptions;
 
-/// Theme and language of the desktop, unless the options name others.
+/// The theme and language of the desktop, or those that the options name instead.
 helio::PageSurroundings desktopLook(const ShellOptions &options);
 
-/// What the program is called in a language like "zh_CN".
+/// The program's title in a language such as "zh_CN".
 QString programTitle(const QString &language);
 
-/// Translates the texts that Qt itself shows, such as those of file dialogs.
+/// Translates Qt's own texts, such as those of file dialogs.
 void translateQt(const QString &language);
 
 } // namespace shell

@@ -8,8 +8,8 @@
 
 namespace shell {
 
-/// Takes variables out of the environment for as long as it lives: Chromium does not get to see
-/// them while it starts, and started programs find them again later.
+/// Removes variables from the environment during its lifetime, so that Chromium does not read them
+/// while it starts. Programs that are started later inherit them again.
 class HiddenVariables
 {
 public:

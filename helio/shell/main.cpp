@@ -50,14 +50,14 @@ QString storageDirectory()
            QStringLiteral("/office-assistant/pages");
 }
 
-/// The page with which the child window waits, where the application has one.
+/// The page that the hidden child window shows first; empty if the application has none.
 QString waitingPage(const helio::PageDirectory &pages)
 {
     const QString name = QStringLiteral("waiting.html");
     return pages.contains(pages.urlOf(name)) ? name : QString();
 }
 
-/// Takes the picture that the options ask for; the program's exit status is its outcome.
+/// Takes a picture of the window and then ends the program; a failure sets the exit status.
 void takePicture(shell::PageWindow *window, const QString &path)
 {
     auto *picture = new shell::WindowPicture(window, path, window);
@@ -80,7 +80,7 @@ int showWindows(const shell::ShellOptions &options)
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::translateQt(look.language);
     QApplication::setApplicationDisplayName(shell::programTitle(look.language));
-    // They would override or drop the arguments that Chromium gets from this program.
+    // Each would override or drop the arguments that this program gives Chromium.
     std::optional<shell::HiddenVariables> hidden(QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS",
                                                                 "QTWEBENGINE_REMOTE_DEBUGGING",
                                                                 "QTWEBENGINE_DISABLE_SANDBOX"});

@@ -32,8 +32,8 @@ QString shell::chromiumHelperPath()
 QString shell::missingPart(const helio::PageDirectory &pages, const QString &startPage)
 {
     if (!isProgram(chromiumHelperPath()))
-        return QStringLiteral("Chromium's helper program is missing: %1 (on Debian it comes with "
-                              "the package libqt5webenginecore5)")
+        return QStringLiteral("Chromium's helper program is missing: %1 (on Debian, install the "
+                              "package libqt5webenginecore5)")
             .arg(chromiumHelperPath());
     if (!QFileInfo(pages.path()).isDir())
         return QStringLiteral("the directory of the pages is missing: ") + pages.path();

@@ -8,11 +8,11 @@ class PageDirectory;
 
 namespace shell {
 
-/// Chromium's helper program, as Qt will look for it.
+/// The path at which Qt will look for Chromium's helper program.
 QString chromiumHelperPath();
 
-/// What the window cannot do without and does not find, in words for the user; empty when
-/// Chromium's helper, the page directory and the page @p startPage are all there.
+/// Tells the user what the window needs and cannot find: Chromium's helper program, the page
+/// directory or the page @p startPage. Empty if all are there.
 QString missingPart(const helio::PageDirectory &pages, const QString &startPage);
 
 } // namespace shell

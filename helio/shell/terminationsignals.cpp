@@ -12,14 +12,14 @@ namespace {
 
 constexpr int caughtSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
-// A pipe and not a signalfd: blocked signals would stay blocked in every started program.
+// Not a signalfd: it needs blocked signals, and started programs would inherit the blocking.
 int pipeEnds[2] = {-1, -1};
 
 void writeToPipe(int)
 {
     const int previousError = errno;
     const char byte = 0;
-    // A full pipe already says all that there is to say.
+    // If the pipe is full, a signal is already waiting to be read.
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
     errno = previousError;
 }
@@ -41,7 +41,7 @@ namespace shell {
 TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
 {
     if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
-        qWarning("no pipe for signals, so the program is ended at once by them");
+        qWarning("cannot make a pipe for signals, so they end the program at once");
         return;
     }
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);

@@ -4,7 +4,7 @@
 
 namespace shell {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal. One object a process.
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal. Only one object may exist.
 class TerminationSignals : public QObject
 {
     Q_OBJECT

@@ -1,9 +1,9 @@
-// Gives the page its host, window.helio. Runs before the page's own scripts, after qwebchannel.js.
-// The host puts its settings in the place of HELIO_SETTINGS.
+// Gives the page access to the shell as window.helio. Runs after qwebchannel.js and before the page's
+// own scripts. The shell replaces HELIO_SETTINGS by its settings.
 (function (settings) {
     'use strict';
 
-    function isPageOfTheHost() {
+    function isPageOfTheShell() {
         if (window.top !== window || location.protocol !== 'file:')
             return false;
         try {
@@ -13,18 +13,18 @@
         }
     }
 
-    if (!isPageOfTheHost())
+    if (!isPageOfTheShell())
         return;
 
-    // Answers to the calls of an earlier document must not be taken for answers to ours.
+    // Unique, because answers to an earlier document's calls may still arrive.
     const answerPrefix = `helioAnswer${Date.now().toString(36)}_`;
     const openCalls = new Map();
     const waitingCalls = [];
     let wire = null;
     let callCount = 0;
 
-    // Writing the call down spares the acknowledgement of a method, which says nothing: the answer
-    // comes as a callback.
+    // Writing a property needs no acknowledgement, unlike a method call. The answer comes as a
+    // callback.
     function send(text) {
         wire.jsAsynCall = text;
     }
@@ -54,7 +54,7 @@
         return new TextDecoder().decode(bytes);
     }
 
-    // A page that knows what its view has to stop cancels the event and closes by itself.
+    // A page that has to stop something first cancels the event and closes the view itself.
     function closeByUser() {
         if (window.dispatchEvent(new Event('helioclose', { cancelable: true })))
             call('closechildwindow');

@@ -15,7 +15,7 @@ LocalPage::LocalPage(const PageDirectory &directory, QWebEngineProfile *profile,
 
 bool LocalPage::isAtHome() const
 {
-    // Asked for every call, so the file system is asked once a document only.
+    // Called for every command, so the file system is asked once per document.
     const QUrl current = url();
     if (current != m_judgedUrl) {
         m_judgedUrl = current;
@@ -26,7 +26,7 @@ bool LocalPage::isAtHome() const
 
 void LocalPage::judgeLoad(bool ok)
 {
-    // A refused navigation also ends as a failed load; the document that is shown stays then.
+    // A refused navigation also reports a failed load, but the current document stays.
     const bool lost = m_isArriving && !ok;
     m_isArriving = false;
     if (lost)
@@ -35,7 +35,7 @@ void LocalPage::judgeLoad(bool ok)
 
 void LocalPage::judgeAddress(const QUrl &url)
 {
-    // Chromium does not ask before it shows an empty document.
+    // Chromium shows an empty document without asking first.
     if (!url.isEmpty() && !m_directory.contains(url))
         emit documentLost();
 }
@@ -44,7 +44,8 @@ bool LocalPage::acceptNavigationRequest(const QUrl &url, NavigationType, bool is
 {
     const bool accepted = m_directory.contains(url);
     if (!accepted)
-        qWarning("a page was kept from going to %s", qPrintable(url.toDisplayString().left(200)));
+        qWarning("refused to let a page navigate to %s",
+                 qPrintable(url.toDisplayString().left(200)));
     else if (isMainFrame)
         m_isArriving = true;
     return accepted;

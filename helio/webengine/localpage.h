@@ -6,7 +6,7 @@
 
 namespace helio {
 
-/// A web page that never leaves the page directory, in no frame, and opens no other window.
+/// A web page of which no frame leaves the page directory, and which opens no windows.
 class LocalPage : public QWebEnginePage
 {
     Q_OBJECT
@@ -14,12 +14,12 @@ class LocalPage : public QWebEnginePage
 public:
     LocalPage(const PageDirectory &directory, QWebEngineProfile *profile, QObject *parent);
 
-    /// Whether the document in the main frame comes from the page directory.
+    /// Whether the document in the main frame is in the page directory.
     bool isAtHome() const;
 
 signals:
-    /// The main frame has no document of the page directory: one could not be loaded, or the page
-    /// has emptied itself.
+    /// The main frame shows no document of the page directory: loading one failed, or the page
+    /// replaced itself by an empty one.
     void documentLost();
 
 protected:

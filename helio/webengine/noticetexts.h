@@ -4,19 +4,19 @@
 
 namespace helio {
 
-/// The texts of PageNotice in one language. The pages bring their own; these are needed when no
-/// page is there.
+/// The texts of PageNotice in one language. The pages have their own texts; these are for when no
+/// page is shown.
 struct NoticeTexts
 {
     QString stoppedTitle;
     QString stoppedExplanation;
     QString notShownTitle;
-    /// With the name of the page as %1.
+    /// %1 is the name of the page.
     QString notShownExplanation;
     QString reload;
     QString close;
 
-    /// The texts for a language like "zh_CN"; English for one that has none of its own.
+    /// The texts for a language such as "zh_CN"; English if there are none for it.
     static NoticeTexts of(const QString &language);
 };
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// An encoded separator or zero byte: what lies between two slashes would not be one name.
+/// Whether the path contains an encoded separator or zero byte, which no file name can.
 bool hasEncodedSeparator(const QUrl &url)
 {
     const QString path = url.path(QUrl::FullyEncoded);

@@ -6,21 +6,21 @@ class QUrl;
 
 namespace helio {
 
-/// The directory of the local HTML application: all that a page of the window may show or load.
+/// The directory of the HTML application. Pages may show and load its files only.
 class PageDirectory
 {
 public:
-    /// The directory @p path, whose symbolic links are resolved once.
+    /// Resolves symbolic links in @p path once.
     explicit PageDirectory(const QString &path);
 
-    /// The directory as it was named, without a trailing slash.
+    /// The path as given, without a trailing slash.
     QString path() const;
 
-    /// Whether @p url names a file that exists below the directory, wherever its path and the
-    /// symbolic links on the way seem to lead. Query and fragment are ignored.
+    /// Whether @p url is the address of an existing file below the directory, once symbolic links
+    /// and ".." are resolved. Ignores query and fragment.
     bool contains(const QUrl &url) const;
 
-    /// The address of the file @p name of the directory.
+    /// The address of the file @p name in the directory.
     QUrl urlOf(const QString &name) const;
 
 private:

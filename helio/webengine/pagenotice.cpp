@@ -42,7 +42,7 @@ PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
     column->addSpacing(8);
     column->addLayout(makeButtons());
     column->addStretch();
-    // A fixed width makes the texts as high as their lines need.
+    // With a fixed width the label gets the height that its lines need.
     m_explanation->setFixedWidth(textWidth);
     auto *row = new QHBoxLayout(this);
     row->addStretch();
@@ -72,7 +72,7 @@ void PageNotice::mousePressEvent(QMouseEvent *event)
 
 void PageNotice::setColors(bool dark)
 {
-    // The pages' look and not the desktop's: the option --theme may differ from the palette.
+    // The colours of the pages: the option --theme may differ from the desktop's palette.
     QPalette colors = dark ? QPalette(QColor(0x2b, 0x2f, 0x38), QColor(0x16, 0x18, 0x1d))
                            : QPalette(QColor(0xe4, 0xe7, 0xec), QColor(0xf5, 0xf6, 0xf8));
     setPalette(colors);

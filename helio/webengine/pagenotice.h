@@ -11,7 +11,7 @@ namespace helio {
 
 struct PageSurroundings;
 
-/// Stands in the place of a page that is not there, with a way to get it back and a way to leave.
+/// Shown instead of a page that cannot be shown, with a button to reload it and one to leave.
 class PageNotice : public QWidget
 {
     Q_OBJECT
@@ -19,10 +19,10 @@ class PageNotice : public QWidget
 public:
     PageNotice(const PageSurroundings &surroundings, QWidget *parent);
 
-    /// Says that the process behind the page has ended. Gives the notice itself.
+    /// Says that the page's process has ended. Returns the notice itself.
     PageNotice *sayStopped();
 
-    /// Says that the page @p name is missing or cannot be read. Gives the notice itself.
+    /// Says that the page @p name is missing or cannot be read. Returns the notice itself.
     PageNotice *sayNotShown(const QString &name);
 
 signals:
@@ -30,7 +30,7 @@ signals:
     void closeRequested();
 
 protected:
-    /// Moves the window, whose title bar was part of the page.
+    /// Moves the window, as the page's title bar is not there.
     void mousePressEvent(QMouseEvent *event) override;
 
 private:

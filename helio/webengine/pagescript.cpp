@@ -9,7 +9,7 @@
 #include "helio/webengine/pagedirectory.h"
 #include "helio/webengine/pagesurroundings.h"
 
-// Outside of every namespace, as the resource's own function is.
+// Outside any namespace: the macro declares a function of rcc's.
 static void initResources()
 {
     Q_INIT_RESOURCE(webengine);
@@ -21,7 +21,7 @@ QString resourceText(const QString &name)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("the program lacks its resource %s", qPrintable(name));
+        qFatal("the resource %s is missing from the program", qPrintable(name));
     return QString::fromUtf8(file.readAll());
 }
 
@@ -49,24 +49,20 @@ QString settingsText(const helio::PageDirectory &directory,
 
 } // namespace
 
-namespace helio {
-
-QString closeCallback()
+QString helio::closeCallback()
 {
     return QStringLiteral("helioCloseByUser");
 }
 
-void addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,
-                   const PageSurroundings &surroundings)
+void helio::addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,
+                          const PageSurroundings &surroundings)
 {
     initResources();
     QString source = resourceText(QStringLiteral(":/webengine/helio.js"));
     source.replace(QStringLiteral("(HELIO_SETTINGS)"),
                    QStringLiteral("(%1)").arg(settingsText(directory, surroundings)));
-    // One script, since several run in no particular order.
+    // A single script, because the order of several is not defined.
     scripts.insert(
         mainFrameScript(QStringLiteral("helio.js"),
                         resourceText(QStringLiteral(":/qtwebchannel/qwebchannel.js")) + source));
 }
-
-} // namespace helio

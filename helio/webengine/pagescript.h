@@ -9,11 +9,11 @@ namespace helio {
 class PageDirectory;
 struct PageSurroundings;
 
-/// The page's function by which the host says that the user closed the window from outside.
+/// The callback by which the shell tells the page that the user closes its window.
 QString closeCallback();
 
-/// Adds the script that gives a page below @p directory its window.helio. It runs before the
-/// page's own, in main frames only.
+/// Adds the script that gives pages below @p directory their window.helio. It runs in main frames
+/// only, before the page's own scripts.
 void addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,
                    const PageSurroundings &surroundings);
 

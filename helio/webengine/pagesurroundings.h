@@ -4,12 +4,12 @@
 
 namespace helio {
 
-/// What the window tells its pages about the desktop.
+/// What pages are told about the desktop.
 struct PageSurroundings
 {
     /// "light" or "dark".
     QString theme;
-    /// As in "zh_CN".
+    /// Such as "zh_CN".
     QString language;
 
     bool isDark() const { return theme == QLatin1String("dark"); }

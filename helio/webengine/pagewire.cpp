@@ -36,7 +36,7 @@ void PageWire::pass(const QString &call, bool base64)
         qWarning("a call from a document outside the page directory was refused");
         return;
     }
-    // Queued: a command may show a dialog, and Chromium stands still while it waits in a call.
+    // Queued: a command may show a dialog, and Chromium would be blocked until it returns.
     if (m_api)
         m_api->queueJSAsynCall(call, base64);
 }

@@ -9,38 +9,39 @@ class KxWebViewAsynJSObject;
 
 namespace helio {
 
-/// The one object of the page's QWebChannel: two calls in, one way out. Everything public in its
-/// meta-object can be reached by whatever document the main frame shows.
+/// The only object in the page's QWebChannel: calls come in through two methods or a property, and
+/// answers leave through a signal. Whatever document the main frame shows can reach everything
+/// public in its meta-object.
 class PageWire : public QObject
 {
     Q_OBJECT
-    /// A call again, by writing it down. The channel acknowledges every call of a method, in a
-    /// message of its own that takes about as long as the answer does, but not a written property.
+    /// Same as fromJSAsynCall(), as a property write: QWebChannel acknowledges method calls with an
+    /// extra message, which takes about as long as the answer.
     Q_PROPERTY(QString jsAsynCall READ jsAsynCall WRITE fromJSAsynCall NOTIFY jsAsynCallChanged)
 
 public:
-    /// Serves the document in the main frame while @p isTrusted says so.
+    /// Serves the document in the main frame while @p isTrusted returns true.
     explicit PageWire(std::function<bool()> isTrusted, QObject *parent = nullptr);
 
-    /// Nothing: there is only something to be written.
+    /// Empty: the property is for writing only.
     QString jsAsynCall() const { return {}; }
 
     void setApi(KxWebViewAsynJSObject *api);
 
-    /// Calls the page's function @p callback, unless the document is not trusted.
+    /// Calls the page's function @p callback if the document is trusted.
     void deliver(const QString &callback, const QString &json, bool base64);
 
 signals:
     void callbackToJS(const QString &callback, const QString &json, bool base64);
 
-    /// Never emitted: the channel asks for one before it takes a property for a sound one.
+    /// Never emitted: QWebChannel warns about properties without a notify signal.
     void jsAsynCallChanged();
 
 public slots:
-    /// A call as KxWebViewAsynJSObject::fromJSAsynCall() takes it.
+    /// See KxWebViewAsynJSObject::fromJSAsynCall().
     void fromJSAsynCall(const QString &call);
 
-    /// The same, base64 encoded.
+    /// The same with base64-encoded text.
     void fromJSAsynCallBase64(const QString &call);
 
 private:

@@ -2,7 +2,7 @@
 
 namespace {
 
-/// What a page made itself holds nothing from elsewhere.
+/// Whether a page made the data itself.
 bool isMadeByPage(const QUrl &url)
 {
     return url.scheme() == QLatin1String("data") || url.scheme() == QLatin1String("blob");

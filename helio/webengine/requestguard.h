@@ -6,7 +6,7 @@
 
 namespace helio {
 
-/// Blocks every request of a page that leaves the page directory: nothing remote, no other file.
+/// Blocks every request of a page for anything outside the page directory, remote or local.
 class RequestGuard : public QWebEngineUrlRequestInterceptor
 {
     Q_OBJECT

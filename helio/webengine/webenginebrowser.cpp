@@ -24,7 +24,7 @@
 namespace {
 
 constexpr double zoomStep = 1.2;
-/// The pages' own ground, so that a window does not flash before its page has painted.
+/// The pages' background colours, so that a window does not flash before its page has painted.
 constexpr QRgb lightGround = 0xfff5f6f8;
 constexpr QRgb darkGround = 0xff16181d;
 
@@ -48,7 +48,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
 {
     m_view->installEventFilter(this);
     m_view->setPage(m_page);
-    // The page's own scripts and not its profile's: those are gone after a crash.
+    // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings);
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
@@ -98,8 +98,8 @@ void WebEngineBrowser::setFocusOnLoad(bool focus)
 
 void WebEngineBrowser::setStartupUrl(const QString &url)
 {
-    // The load goes on in other processes while the script object is made, and no call of the page
-    // arrives before this function has returned.
+    // Other processes load the page while the script object is made. The page's calls arrive after
+    // this function has returned.
     if (m_flag & AsynchronousJsApi)
         m_page->setWebChannel(new QWebChannel(m_page));
     m_url = QUrl(url);
@@ -135,7 +135,7 @@ void WebEngineBrowser::closeInPlaceOfPage()
 
 bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
 {
-    // Chromium's own widget, which receives the keys, is made and replaced as it pleases.
+    // Chromium's widget, which receives the keys, may be replaced at any time.
     if (watched == m_view && event->type() == QEvent::ChildAdded) {
         QObject *child = static_cast<QChildEvent *>(event)->child();
         if (child->isWidgetType())
@@ -180,14 +180,14 @@ void WebEngineBrowser::finishLoad(bool ok)
 
 void WebEngineBrowser::passTitle()
 {
-    // While it loads, a page goes by its address.
+    // While a page loads, its title is its address.
     if (!m_isLoading && !m_page->title().isEmpty())
         emit titleChanged(m_page->title());
 }
 
 void WebEngineBrowser::reload()
 {
-    // The page may have gone on by itself since it was opened.
+    // The page may have navigated since it was opened.
     if (m_page->isAtHome())
         m_url = m_page->url();
     load();

@@ -18,8 +18,8 @@ class PageWire;
 class WebEngineContainer;
 struct PageSurroundings;
 
-/// The window's browser: Chromium, kept to the page directory. In the place of a page that is gone
-/// or cannot be shown it shows a notice with a way back.
+/// The window's browser: Chromium, confined to the page directory. If a page has stopped or cannot
+/// be shown, it shows a notice instead.
 class WebEngineBrowser : public KHelioBrowserWidgetBase
 {
     Q_OBJECT
@@ -36,11 +36,11 @@ public:
     void setStartupUrl(const QString &url) override;
     void navigate(const QUrl &url) override;
 
-    /// Tells the page that the user closed its window from outside, so that it ends what belongs to
-    /// its view and sends "closechildwindow". False when no page is there to be told.
+    /// Tells the page that the user closes its window, so that it stops what its view is doing and
+    /// sends "closechildwindow". False if there is no page to tell.
     bool askPageToClose();
 
-    /// Sends "closechildwindow" for a page that does not.
+    /// Sends "closechildwindow" on behalf of a page that did not.
     void closeInPlaceOfPage();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -49,10 +49,10 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 signals:
-    /// The page's title, once there is a page that has one.
+    /// The page's title, once the page has one, and whenever it changes.
     void titleChanged(const QString &title);
 
-    /// The notice's button that gives up the page.
+    /// The user pressed the notice's button to close the window.
     void closeRequested();
 
 private:
@@ -61,14 +61,14 @@ private:
     void passTitle();
     void reload();
     void load();
-    /// Shows the page's view, the empty ground or the notice.
+    /// Shows the page, the empty ground or the notice.
     void bringForward(QWidget *layer);
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;
     QStackedLayout *m_layers;
     QWebEngineView *m_view;
-    /// Shown instead of an earlier page of a window that is opened again.
+    /// Covers the previous page until the next one has loaded, when a window is opened again.
     QWidget *m_ground;
     LocalPage *m_page;
     PageNotice *m_notice;

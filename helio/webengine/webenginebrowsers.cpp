@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What a page of local files, which never meets the network, has no use for.
+/// What local pages without network access do not need.
 constexpr QWebEngineSettings::WebAttribute unneededAttributes[] = {
     QWebEngineSettings::LocalContentCanAccessRemoteUrls,
     QWebEngineSettings::LocalContentCanAccessFileUrls,

@@ -12,12 +12,12 @@ namespace helio {
 
 class RequestGuard;
 
-/// Makes the browsers of the window and keeps what they share. Outlives them all.
+/// Makes the browsers of the windows and owns what they share. Must outlive them.
 class WebEngineBrowsers
 {
 public:
-    /// Installs itself as the maker behind CreateHelioBrowserWidget(). What pages remember is kept
-    /// in @p storageDirectory.
+    /// Installs itself as the maker that CreateHelioBrowserWidget() calls. The pages' local storage
+    /// is kept in @p storageDirectory.
     WebEngineBrowsers(const PageDirectory &directory, const PageSurroundings &surroundings,
                       const QString &storageDirectory);
     ~WebEngineBrowsers();

@@ -6,7 +6,7 @@ namespace helio {
 
 class PageWire;
 
-/// The web view behind a WebEngineBrowser: answers leave through the wire.
+/// The container of a WebEngineBrowser, which sends answers through the wire.
 class WebEngineContainer : public KxWebViewContainer
 {
     Q_OBJECT

@@ -6,12 +6,12 @@
 
 namespace helio {
 
-/// Makes a browser as a child of the given widget; null when that is not possible.
+/// Makes a browser as a child of @p owner; null if that is not possible.
 using BrowserMaker =
     std::function<KHelioBrowserWidgetBase *(QWidget *owner, KxWebViewCefJsApiFlag flag)>;
 
-/// Installs the maker behind CreateHelioBrowserWidget(). The running program decides whether
-/// pages are shown by Chromium or by nothing.
+/// Installs the maker that CreateHelioBrowserWidget() calls: the program decides whether Chromium
+/// shows the pages or nothing does.
 HELIO_EXPORT void setBrowserMaker(BrowserMaker maker);
 
 } // namespace helio

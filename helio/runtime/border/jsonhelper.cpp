@@ -24,7 +24,7 @@ QString fromJsonString(const Json::Value &value)
 
 Json::Value fromNumber(double number)
 {
-    // JSON has no word for these.
+    // JSON cannot express infinity and NaN.
     if (!std::isfinite(number))
         return Json::Value();
     constexpr double largestExactInteger = 9007199254740992.0;

@@ -14,7 +14,7 @@ helio::BrowserMaker &installedMaker()
 
 void helio::setBrowserMaker(BrowserMaker maker)
 {
-    // Registered here, in the library that stays, and not only by a plug-in that may be unloaded.
+    // Registered by this library, which stays loaded; a plug-in may be unloaded.
     qRegisterMetaType<KHelioBrowserWidgetBase *>();
     qRegisterMetaType<KxWebViewContainer *>();
     installedMaker() = std::move(maker);

@@ -7,7 +7,7 @@ namespace {
 
 std::vector<KHelioPluginWidgetFactoryItemBase *> &registeredItems()
 {
-    // Never destroyed: static items take themselves off the list while the process ends.
+    // Never destroyed: static items unregister while the process ends.
     static auto *items = new std::vector<KHelioPluginWidgetFactoryItemBase *>;
     return *items;
 }

@@ -34,7 +34,7 @@ std::unique_ptr<Json::StreamWriter> makeCompactWriter()
 
 QString toJsonText(const Json::Value &value)
 {
-    // Making a writer takes longer than writing an answer does, and a search has many of them.
+    // Making a writer takes longer than writing an answer, and a search writes many.
     thread_local const std::unique_ptr<Json::StreamWriter> writer = makeCompactWriter();
     std::ostringstream text;
     writer->write(value, &text);
@@ -54,7 +54,7 @@ bool isIdentifier(const QString &name)
     });
 }
 
-/// The slot behind a command; an invalid method for anything else that the class has.
+/// The slot of a command; an invalid method for anything else that the class has.
 QMetaMethod commandSlot(const QMetaObject *metaObject, const QString &command)
 {
     if (!isIdentifier(command))
@@ -64,7 +64,7 @@ QMetaMethod commandSlot(const QMetaObject *metaObject, const QString &command)
     return method.access() == QMetaMethod::Public ? method : QMetaMethod();
 }
 
-/// Why a call cannot be made, or an empty text.
+/// Why a call cannot be made; empty if it can.
 QString faultOf(const QJsonObject &call)
 {
     if (!call.value(QLatin1String("command")).isString())
@@ -129,7 +129,7 @@ bool KxWebViewAsynJSObject::handleMethod(const QString &command, KxWebViewJSCont
 {
     if (!isHandlersValid())
         initHandlers();
-    // A command may run a nested event loop in which its own page is closed.
+    // A command may run a nested event loop, in which its page may be closed.
     const QPointer<KxWebViewAsynJSObject> alive(this);
     QString fault;
     bool known = true;

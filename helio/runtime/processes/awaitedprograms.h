@@ -4,12 +4,11 @@
 
 namespace helio {
 
-/// How many programs the host is running for a caller that waits for their end
-/// (krt::ksafe::KProcess::Execute).
+/// The number of programs whose end a caller is waiting for (krt::ksafe::KProcess::Execute).
 HELIO_EXPORT int awaitedProgramCount();
 
-/// Ends those programs, and each that is started later, once @p graceMs have passed, so that the
-/// callers go on. For use when the host process ends.
+/// Kills those programs, and any that is started later, after @p graceMs, so that their callers
+/// return. Call it when the shell ends.
 HELIO_EXPORT void endAwaitedPrograms(int graceMs = 0);
 
 } // namespace helio

@@ -13,11 +13,11 @@ namespace {
 
 constexpr int notStarted = -2;
 constexpr int crashed = -1;
-/// How soon a caller that waits for a program notices that the host process ends.
+/// How soon a waiting caller notices that the shell ends.
 constexpr int endingCheckMs = 100;
 
 std::atomic<int> awaitedPrograms{0};
-/// When to end them, in ms of the monotonic clock.
+/// When to kill them, in milliseconds of the monotonic clock.
 std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
 
 int runToItsEnd(QProcess &process)

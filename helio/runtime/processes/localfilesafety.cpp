@@ -12,8 +12,8 @@
 
 namespace {
 
-/// What desktops run instead of showing. Types that derive from these count too, which covers
-/// the scripts: shared-mime-info makes them executables.
+/// Types that desktops run instead of showing them. Derived types count too, which covers
+/// scripts: shared-mime-info derives them from executables.
 constexpr std::array runnableTypes{
     "application/x-executable",
     "application/x-sharedlib",
@@ -48,7 +48,7 @@ bool hasControlCharacter(const QString &path)
                        [](QChar c) { return c.category() == QChar::Other_Control; });
 }
 
-/// Whether the content starts like a program, whatever the file's name says.
+/// Whether the content starts like a program, a script or a desktop entry.
 bool startsLikeProgram(const QString &path)
 {
     QFile file(path);
@@ -67,7 +67,7 @@ bool startsLikeProgram(const QString &path)
     return firstLine != lines.end() && firstLine->trimmed() == "[Desktop Entry]";
 }
 
-/// A type that says nothing, so that the execute bit decides what the desktop does.
+/// Whether a type says so little that the desktop goes by the execute bit.
 bool isUndecided(const QMimeType &type)
 {
     return type.isDefault() || type.inherits(QStringLiteral("text/plain")) ||

@@ -14,7 +14,8 @@ namespace helio {
 
 namespace {
 
-constexpr int longestEndMs = 1000;
+/// How long a program may take to exit after it has closed its output.
+constexpr int longestExitMs = 1000;
 
 struct Pipe
 {
@@ -29,7 +30,8 @@ Pipe makePipe()
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-/// Reads what is there; the descriptor is closed at the end. Gives the number of bytes.
+/// Appends what can be read to @p text and returns its length. At the end of the input, closes the
+/// descriptor and returns 0.
 int readPiece(Descriptor *descriptor, QByteArray *text)
 {
     std::array<char, 65536> piece;
@@ -81,12 +83,12 @@ ProgramOutput::State ProgramOutput::read(QByteArray *output, int timeoutMs)
 {
     std::array<pollfd, 2> sources = {pollfd{m_output.number(), POLLIN, 0},
                                      pollfd{m_errors.number(), POLLIN, 0}};
-    // A closed source has a negative number, which poll passes over.
+    // poll() skips closed sources: their number is negative.
     if (::poll(sources.data(), sources.size(), timeoutMs) <= 0)
         return State::Silent;
     if (sources[1].revents != 0) {
-        QByteArray complaint;
-        m_hasComplained = readPiece(&m_errors, &complaint) > 0 || m_hasComplained;
+        QByteArray message;
+        m_hasErrors = readPiece(&m_errors, &message) > 0 || m_hasErrors;
     }
     if (sources[0].revents != 0 && readPiece(&m_output, output) > 0)
         return State::Output;
@@ -95,10 +97,10 @@ ProgramOutput::State ProgramOutput::read(QByteArray *output, int timeoutMs)
 
 bool ProgramOutput::hasSucceeded()
 {
-    const std::optional<int> status = awaitProgram(m_process, longestEndMs);
+    const std::optional<int> status = awaitProgram(m_process, longestExitMs);
     m_process = 0;
     if (!status || *status > 0)
-        return !m_hasComplained;
+        return !m_hasErrors;
     return *status == 0;
 }
 

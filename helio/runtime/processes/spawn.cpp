@@ -13,11 +13,11 @@
 
 #include "helio/runtime/processes/descriptor.h"
 
-namespace helio {
-
 namespace {
 
-/// The form in which the system takes lists of texts.
+using helio::InheritedDescriptor;
+
+/// The null-terminated list of pointers that posix_spawn() takes.
 std::vector<char *> toPointers(QList<QByteArray> *texts)
 {
     std::vector<char *> pointers;
@@ -27,7 +27,7 @@ std::vector<char *> toPointers(QList<QByteArray> *texts)
     return pointers;
 }
 
-/// The signals of a new program: as if none had been touched.
+/// Gives a new program the default handling of signals, with none blocked.
 class SpawnAttributes
 {
 public:
@@ -51,6 +51,7 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
+/// All descriptors from this one on are closed in the new program.
 int firstClosed(const std::vector<InheritedDescriptor> &descriptors)
 {
     int last = STDERR_FILENO;
@@ -59,7 +60,7 @@ int firstClosed(const std::vector<InheritedDescriptor> &descriptors)
     return last + 1;
 }
 
-/// Which descriptors a new program gets.
+/// Gives a new program its descriptors.
 class SpawnActions
 {
 public:
@@ -68,7 +69,7 @@ public:
         ::posix_spawn_file_actions_init(&m_actions);
         for (const InheritedDescriptor &descriptor : descriptors)
             ::posix_spawn_file_actions_adddup2(&m_actions, descriptor.ours, descriptor.theirs);
-        // A refresh that goes on alone would keep others' pipes open.
+        // A refresh outlives this process and must not keep its pipes open.
         ::posix_spawn_file_actions_addclosefrom_np(&m_actions, firstClosed(descriptors));
     }
     ~SpawnActions() { ::posix_spawn_file_actions_destroy(&m_actions); }
@@ -82,9 +83,9 @@ private:
 
 } // namespace
 
-std::optional<pid_t> spawnProgram(const QList<QByteArray> &words,
-                                  const QProcessEnvironment &environment,
-                                  const std::vector<InheritedDescriptor> &descriptors)
+std::optional<pid_t> helio::spawnProgram(const QList<QByteArray> &words,
+                                         const QProcessEnvironment &environment,
+                                         const std::vector<InheritedDescriptor> &descriptors)
 {
     QList<QByteArray> ownWords = words;
     QList<QByteArray> ownEnvironment;
@@ -102,7 +103,7 @@ std::optional<pid_t> spawnProgram(const QList<QByteArray> &words,
     return process;
 }
 
-std::optional<int> awaitProgram(pid_t process, int timeoutMs)
+std::optional<int> helio::awaitProgram(pid_t process, int timeoutMs)
 {
     if (timeoutMs >= 0) {
         const Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
@@ -117,5 +118,3 @@ std::optional<int> awaitProgram(pid_t process, int timeoutMs)
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
-
-} // namespace helio

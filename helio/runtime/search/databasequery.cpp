@@ -18,7 +18,7 @@ constexpr char program[] = "plocate";
 constexpr int stopCheckMs = 20;
 constexpr int longestSilenceMs = 10000;
 
-/// A list of databases is separated by colons, and a backslash takes a character as it is.
+/// plocate takes a list separated by colons, in which a backslash escapes a character.
 QByteArray escapedDatabase(QByteArray path)
 {
     return path.replace('\\', "\\\\").replace(':', "\\:");
@@ -27,15 +27,15 @@ QByteArray escapedDatabase(QByteArray path)
 QProcessEnvironment queryEnvironment()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // Letters other than ASCII have cases in a UTF-8 locale only.
+    // plocate ignores the case of letters beyond ASCII in a UTF-8 locale only.
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    // It would add databases to ours.
+    // It would add other databases.
     environment.remove(QStringLiteral("LOCATE_PATH"));
     return environment;
 }
 
-/// Gives the texts that end with a null character to the sink and keeps the rest.
-void giveComplete(QByteArray *unread, const DatabaseQuery::Sink &sink)
+/// Passes the texts that end with a null character to the sink and keeps the rest.
+void passComplete(QByteArray *unread, const DatabaseQuery::Sink &sink)
 {
     std::vector<std::string_view> texts;
     int begin = 0;
@@ -80,7 +80,7 @@ DatabaseQuery::Outcome DatabaseQuery::run(const QString &database) const
     while (!m_isStopped()) {
         switch (plocate.read(&unread, stopCheckMs)) {
         case ProgramOutput::State::Output:
-            giveComplete(&unread, m_sink);
+            passComplete(&unread, m_sink);
             silence.restart();
             break;
         case ProgramOutput::State::Silent:

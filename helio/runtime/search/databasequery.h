@@ -12,7 +12,7 @@
 
 namespace helio {
 
-/// Asks a database for the paths of matching names, with plocate.
+/// Reads the paths of matching names from a database, with plocate.
 class DatabaseQuery
 {
 public:
@@ -21,17 +21,17 @@ public:
         Failed,
         Stopped
     };
-    /// Gets paths as they come, each with a null character behind it.
+    /// Receives paths as they arrive, each followed by a null character.
     using Sink = std::function<void(const std::vector<std::string_view> &paths)>;
 
-    /// @p isStopped is asked again and again; the query ends as soon as it says yes.
+    /// The query ends soon after @p isStopped first returns true.
     DatabaseQuery(const NamePattern &pattern, std::function<bool()> isStopped, Sink sink);
 
-    /// Whether plocate is there.
+    /// Whether plocate is installed.
     static bool isAvailable();
 
-    /// Gives the paths to the sink. Fails when plocate cannot be started, complains
-    /// or stays silent for ten seconds; paths may have been given by then.
+    /// Passes the paths to the sink. Fails if plocate cannot be started, reports an error or
+    /// prints nothing for ten seconds; the sink may have received paths by then.
     Outcome run(const QString &database) const;
 
 private:

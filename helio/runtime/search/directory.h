@@ -6,8 +6,7 @@
 
 namespace helio {
 
-/// The entries of a directory, in the order in which the file system gives them. A symbolic link
-/// is not followed.
+/// The entries of a directory, in the order of the file system. Does not open a symbolic link.
 class Directory
 {
 public:
@@ -17,7 +16,7 @@ public:
 
     bool isOpen() const;
 
-    /// The next entry other than "." and ".."; null at the end.
+    /// The next entry, without "." and ".."; null at the end.
     const dirent *next();
 
     bool isFolder(const dirent &entry) const;

@@ -26,7 +26,7 @@ void DirectoryWalk::run(const QByteArray &root) const
 {
     QSet<QByteArray> unsearched = unsearchedMountPoints();
     unsearched.insert(QFile::encodeName(searchDatabaseDirectory()));
-    // What lies near the root is found first.
+    // Breadth first, so that files near the root come first.
     std::deque<QByteArray> toDo{root};
     while (!toDo.empty() && !m_isStopped()) {
         const QByteArray path = std::move(toDo.front());

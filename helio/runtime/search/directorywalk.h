@@ -10,15 +10,15 @@
 
 namespace helio {
 
-/// Looks through a directory tree for names that match. Follows no symbolic links, and passes over
-/// what cannot be read, file systems that are not searched and the search's own databases.
+/// Looks for matching names in a directory tree. Follows no symbolic links; skips what cannot be
+/// read, file systems that are not searched, and the search's own databases.
 class DirectoryWalk
 {
 public:
-    /// Gets what was found in a directory, or in a part of a large one.
+    /// Receives the matches in a directory, or in a part of a large one.
     using Sink = std::function<void(FoundFiles &&files)>;
 
-    /// @p isStopped is asked again and again; the walk ends as soon as it says yes.
+    /// The walk ends soon after @p isStopped first returns true.
     DirectoryWalk(const NamePattern &pattern, std::function<bool()> isStopped, Sink sink);
 
     void run(const QByteArray &root) const;

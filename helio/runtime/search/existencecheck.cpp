@@ -8,8 +8,7 @@ namespace helio {
 
 namespace {
 
-// Listing a directory takes about as long as asking for this many of its files, if it is not a
-// large one.
+// Listing a directory that is not large takes about as long as this many calls of lstat().
 constexpr int mostAskedOneByOne = 12;
 constexpr int largestListed = 10000;
 

@@ -8,8 +8,8 @@
 
 namespace helio {
 
-/// Tells what paths stand for. Quick when many of one directory are asked for in a row: that is
-/// then listed, and what changes in it meanwhile goes unnoticed.
+/// Tells whether paths exist and which are folders. After several paths of one directory in a row
+/// it lists that directory, which is faster; later changes in it go unnoticed.
 class ExistenceCheck
 {
 public:
@@ -19,7 +19,7 @@ public:
         Other
     };
 
-    /// @p path is absolute and has a null character behind it.
+    /// @p path is absolute and followed by a null character.
     Kind kindOf(std::string_view path);
 
 private:

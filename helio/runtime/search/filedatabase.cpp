@@ -23,20 +23,20 @@ namespace helio {
 
 namespace {
 
-/// Runs a script detached and at idle priority; the script's text and arguments follow.
+/// Runs a script detached and at idle priority; its text and arguments follow.
 constexpr std::array refreshWords = {"setsid", "--fork", "nice", "-n", "19", "ionice",
                                      "-t",     "-c",     "3",    "sh", "-c"};
 constexpr std::array refreshTools = {"setsid", "nice", "ionice", "sh"};
 constexpr std::array updaterNames = {"updatedb", "updatedb.plocate"};
 
-// A file made a minute ago is to be found, and a refresh takes its time.
+// A file made a minute ago has to be found, and a refresh takes some seconds.
 constexpr qint64 staleAfterMs = 45000;
 constexpr int longestDetachMs = 5000;
 
-// The first one behind the standard streams.
+/// The first descriptor after the standard streams.
 constexpr int lockNumber = 3;
 
-/// Other packages have an updatedb too, whose databases plocate does not read.
+/// Other packages have an updatedb too; plocate cannot read their databases.
 bool isUpdaterOfPlocate(const QString &program)
 {
     const QString name = QFileInfo(QFileInfo(program).canonicalFilePath()).fileName();
@@ -46,7 +46,7 @@ bool isUpdaterOfPlocate(const QString &program)
 
 QString findUpdater()
 {
-    // Where users' PATHs do not look.
+    // Usually not in a user's PATH.
     const QStringList systemDirectories = {QStringLiteral("/usr/local/sbin"),
                                            QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")};
     for (const char *updater : updaterNames) {
@@ -149,8 +149,8 @@ bool FileDatabase::startRefresh() const
     const Descriptor lockFile(openPrivateFile(lockPath()));
     if (!lockFile.isOpen())
         return false;
-    // The lock belongs to the open file, which the refresh inherits: it ends with the refresh,
-    // and not with this process.
+    // The lock belongs to the open file, which the refresh inherits, so the refresh holds it even
+    // after this process has ended.
     struct flock lock = writeLock();
     if (::fcntl(lockFile.number(), F_OFD_SETLK, &lock) != 0)
         return true;
@@ -176,7 +176,7 @@ bool FileDatabase::startRefreshProgram(const Descriptor &lock) const
                       {nothing.number(), STDOUT_FILENO},
                       {log.number(), STDERR_FILENO},
                       {lock.number(), lockNumber}});
-    // Only what detaches the refresh is awaited.
+    // Waits for setsid only, which has detached the refresh when it ends.
     return process && awaitProgram(*process, longestDetachMs).value_or(0) == 0;
 }
 

@@ -9,34 +9,33 @@ namespace helio {
 
 class Descriptor;
 
-/// The database of the names below a directory: kept with plocate's updatedb, private to the
-/// user and shared by the user's processes. What is known of it stands in the file system alone:
-/// a refresh holds the lock on the file beside it, which is as old as the refresh that was
-/// started last.
+/// The database of the names below a directory: made by plocate's updatedb, readable by the user
+/// alone and shared by the user's processes. All of its state is in the file system: a refresh
+/// locks the file beside it, whose modification time is the start of the last refresh.
 class FileDatabase
 {
 public:
-    /// Identifies a state of the database; each refresh gives it another.
+    /// Identifies the content of the database; every refresh changes it.
     using Version = std::pair<quint64, qint64>;
 
     explicit FileDatabase(const QString &root);
 
-    /// Whether the programs are there that a refresh needs.
+    /// Whether all programs that a refresh needs are installed.
     static bool isRefreshable();
 
     QString path() const;
 
-    /// Nothing when there is no database.
+    /// Nothing if there is no database.
     std::optional<Version> version() const;
 
-    /// Whether any process refreshes it.
+    /// Whether any process is refreshing it.
     bool isRefreshing() const;
 
-    /// Whether a file made a minute ago may be missing.
+    /// Whether a file made a minute ago may be missing from it.
     bool isStale() const;
 
-    /// Makes the database or brings it up to date, in a process of its own at idle priority. Only
-    /// starts it; does nothing while a refresh is under way. False when it cannot be started.
+    /// Starts a process at idle priority that makes the database or brings it up to date. Does
+    /// nothing while a refresh is running. False if the process cannot be started.
     bool startRefresh() const;
 
 private:

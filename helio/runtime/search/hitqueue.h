@@ -10,8 +10,8 @@
 
 namespace helio {
 
-/// Hands what a search finds from the thread that finds it to the thread that reports it. The
-/// finder waits while the reporter is far behind.
+/// Passes hits from the thread that finds them to the thread that reports them. The finder waits
+/// while the reporter is far behind.
 class HitQueue
 {
 public:
@@ -21,15 +21,15 @@ public:
         Ended
     };
 
-    /// @p wakeUp runs on the finder's thread when there is something to take after take() gave
-    /// State::Empty, and before the first take(); never after stop().
+    /// @p wakeUp runs in the finder's thread when there is something to take for the first time, or
+    /// again after take() returned State::Empty; never after stop().
     explicit HitQueue(std::function<void()> wakeUp);
 
     // For the finder.
     void put(FoundFiles &&hits);
     void end();
 
-    /// Waits; true when the search was stopped meanwhile.
+    /// Waits that long; returns true as soon as the search is stopped.
     bool isStoppedWithin(int milliseconds);
 
     // For the reporter.

@@ -20,10 +20,10 @@ using helio::HitQueue;
 
 namespace {
 
-// What a turn of the event loop spends on hits, however many wait.
+// How long hits are reported before other events get their turn.
 constexpr int longestSliceMs = 5;
 
-// A stopped search on a file system that does not answer keeps its thread.
+// A stopped search keeps its thread while a file system does not respond.
 constexpr int mostThreads = 8;
 constexpr int longestStopMs = 3000;
 
@@ -66,10 +66,9 @@ private:
 KFsSearch::Private::Private(KFsSearch *search) : m_search(search)
 {
     m_threads->setMaxThreadCount(mostThreads);
-    // Searches are rare: no thread is kept for the next one.
+    // Searches are rare: threads do not wait for the next one.
     m_threads->setExpiryTimeout(0);
-    // A timer of no duration lets the event loop do everything else in between, which a posted
-    // event would not.
+    // A timer with no delay lets all other events run in between; posted events would not.
     m_nextSlice.setSingleShot(true);
     QObject::connect(&m_nextSlice, &QTimer::timeout, &m_nextSlice, [this] { deliver(); });
 }
@@ -77,7 +76,7 @@ KFsSearch::Private::Private(KFsSearch *search) : m_search(search)
 KFsSearch::Private::~Private()
 {
     stop();
-    // The threads use nothing of this object, so one that hangs in the kernel may be left behind.
+    // The threads use nothing of this object, so one that hangs in the kernel can be abandoned.
     if (!m_threads->waitForDone(longestStopMs))
         static_cast<void>(m_threads.release());
 }
@@ -119,16 +118,16 @@ void KFsSearch::Private::refresh()
 
 void KFsSearch::Private::deliver()
 {
-    // Whoever hears of a hit may stop the search, start another, run an event loop or even
-    // delete the search object.
+    // A receiver of a hit may stop the search, start another, run an event loop or delete the
+    // search object.
     const QPointer<KFsSearch> alive(m_search);
     const std::shared_ptr<HitQueue> hits = m_hits;
-    // The search was stopped after it had asked for this.
+    // Stopped after this call was queued.
     if (!hits)
         return;
     QElapsedTimer slice;
     slice.start();
-    // Set at once, for an event loop inside a hit to go on with.
+    // Started now, so that an event loop run by a receiver goes on reporting.
     m_nextSlice.start(0);
     while (alive && m_hits == hits) {
         if (slice.hasExpired(longestSliceMs))

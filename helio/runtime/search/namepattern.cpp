@@ -9,7 +9,7 @@ namespace helio {
 
 namespace {
 
-// A letter may be longer in one case than in the other, so there is room to spare.
+// In bytes a letter may be longer in one case than in the other, so this is generous.
 constexpr int longestKeyword = 4 * NAME_MAX;
 
 constexpr std::string_view globCharacters = "*?[]\\";

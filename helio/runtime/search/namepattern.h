@@ -5,17 +5,17 @@
 
 namespace helio {
 
-/// A keyword, taken as plain text, that a file name is to contain.
+/// Matches file names that contain a keyword, which is plain text.
 class NamePattern
 {
 public:
     NamePattern(const QString &keyword, Qt::CaseSensitivity caseSensitivity);
 
-    /// Whether any file name can contain the keyword: none contains a slash, and none is as long
-    /// as some keywords.
+    /// Whether any file name can match: not if the keyword is empty, too long, or contains a slash
+    /// or a null character.
     bool canMatch() const;
 
-    /// Whether the keyword occurs in the last component of a path.
+    /// @p fileName is the last component of a path.
     bool matches(const QByteArray &fileName) const;
 
     /// The keyword as a glob pattern that matches the same names.

@@ -17,7 +17,7 @@ namespace {
 constexpr int refreshCheckMs = 10;
 constexpr int longestCatchUpMs = 25000;
 constexpr std::chrono::seconds longestRefreshStart(5);
-// One that was under way from long ago, and one of our own.
+// One that had started before, and one of our own.
 constexpr int mostAwaitedRefreshes = 2;
 
 QString withoutLinks(const QString &directory)
@@ -26,7 +26,7 @@ QString withoutLinks(const QString &directory)
     return path.isEmpty() ? directory : path;
 }
 
-/// What the paths of all files below a directory begin with.
+/// The beginning of every path below a directory.
 QByteArray prefixOf(const QString &directory)
 {
     const QByteArray path = QFile::encodeName(directory);
@@ -84,7 +84,7 @@ void SearchRun::search(const Area &area)
         m_askedDatabases.push_back({*area.database, *version, area.directory});
         break;
     case DatabaseQuery::Outcome::Failed:
-        // It may be damaged; a refresh replaces it.
+        // A damaged database is replaced by a refresh.
         if (DatabaseQuery::isAvailable())
             area.database->startRefresh();
         walk(area.directory);
@@ -135,7 +135,7 @@ void SearchRun::catchUp(const AskedDatabase &asked, const QDeadlineTimer &deadli
     }
     if (database.version() != asked.version)
         ask(database);
-    // What no refresh brings up to date would hide new files for good.
+    // No refresh has brought it up to date, so it may miss new files.
     if (database.isStale() && !database.isRefreshing())
         walk(asked.directory);
 }

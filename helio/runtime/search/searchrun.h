@@ -17,24 +17,22 @@
 
 namespace helio {
 
-/// One search, from its first hit to its end, on a thread of its own.
+/// One search, from start to end, in a thread of its own.
 ///
-/// Each root's database is asked. Where there is none, or it cannot be read, the directories are
-/// looked through. When a refresh of a database is under way or due, its end is awaited and the
-/// database asked again for what was not reported yet.
+/// Asks each root's database; walks the directories where there is none or it cannot be read. If a
+/// refresh is running or due, waits for its end and asks the database again for new hits.
 class SearchRun
 {
 public:
-    /// @p directory limits the search to what lies below it; empty searches all roots.
-    /// @p refreshStart tells when the refresh that was asked for last has been started; it may be
-    /// invalid.
+    /// Searches below @p directory; below all roots if that is empty. @p refreshStart becomes ready
+    /// when the last requested refresh has been started; it may be invalid.
     SearchRun(const NamePattern &pattern, const QString &directory, std::shared_ptr<HitQueue> hits,
               std::shared_future<void> refreshStart);
 
     void run();
 
 private:
-    /// A directory to search from: with its database or, failing that, without.
+    /// A directory to search, and the database that covers it, if any.
     struct Area
     {
         std::optional<FileDatabase> database;

@@ -5,11 +5,11 @@
 
 namespace helio {
 
-/// The types of the file systems that a search does not enter, separated by blanks: those of the
-/// network, which may be slow or gone, and those without files of the user's.
+/// The file system types that are not searched, separated by spaces: network file systems, which
+/// may be slow or gone, and those that hold no files of the user's.
 QByteArray unsearchedFileSystems();
 
-/// Where file systems of those types are mounted. Reads /proc/self/mounts.
+/// The mount points of file systems of those types. Reads /proc/self/mounts; empty if it cannot.
 QSet<QByteArray> unsearchedMountPoints();
 
 } // namespace helio

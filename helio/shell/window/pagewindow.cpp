@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The line around a window that has no frame.
+/// The width of the line around the frameless window.
 constexpr int outline = 1;
 
 } // namespace
@@ -46,7 +46,7 @@ helio::WebEngineBrowser *PageWindow::browser() const
 
 void PageWindow::changePage(const QString &html)
 {
-    // The slot is private to the plug-in's class and part of its border.
+    // The class is private to the plug-in; its slot is part of the interface.
     QMetaObject::invokeMethod(m_page, "onChangeChildHtmlPage", Q_ARG(QString, html));
 }
 

@@ -14,38 +14,38 @@ namespace shell {
 
 class WindowMover;
 
-/// A frameless window around one page of the plug-in. It never closes by itself: whoever owns it
-/// decides what a request to close means.
+/// A frameless window with one page of the plug-in. It does not close by itself: its owner decides
+/// what to do when that is requested.
 class PageWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// A window for a page of type "main" or "child" that starts with the file @p html. A window
-    /// with an @p owner stays above it.
+    /// A window with a page of type "main" or "child" that starts with the file @p html. It stays
+    /// above its @p owner, if it has one.
     PageWindow(const QString &type, const QString &html, PageWindow *owner);
     ~PageWindow() override;
 
-    /// What the page asks of its window; null when the plug-in offers no page.
+    /// What the page asks of its window; null if the plug-in offers no page.
     helio::WindowSignals *pageSignals() const;
 
-    /// The page's browser; null when there is none.
+    /// The page's browser; null if there is none.
     helio::WebEngineBrowser *browser() const;
 
-    /// Shows another page of the directory, if the page can do that.
+    /// Asks the page widget to show another file of the page directory.
     void changePage(const QString &html);
 
-    /// Shows the window in the middle of its owner, or of the screen, and gives it the focus.
+    /// Shows the window, centred on its owner or on the screen, and gives it the focus.
     void present();
 
-    /// Undoes a minimising; a maximised window is maximised again.
+    /// Restores a minimised window; one that was maximised is maximised again.
     void restore();
 
 signals:
-    /// The window manager, or the user by a key of it, wants the window closed.
+    /// The window manager or the page's notice asks to close the window.
     void closeRequested();
 
-    /// The window is minimised no longer, whoever has restored it.
+    /// The window is no longer minimised, whoever restored it.
     void restored();
 
 protected:

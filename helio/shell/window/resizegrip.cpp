@@ -38,7 +38,7 @@ ResizeGrip::ResizeGrip(Qt::Edges edges, QWidget *window) : QWidget(window), m_ed
 
 void ResizeGrip::addTo(QWidget *window)
 {
-    // Corners last: they lie over the ends of the edges.
+    // Corners last: they cover the ends of the edges.
     for (const Qt::Edges edges :
          {Qt::Edges(Qt::LeftEdge), Qt::Edges(Qt::RightEdge), Qt::Edges(Qt::TopEdge),
           Qt::Edges(Qt::BottomEdge), Qt::LeftEdge | Qt::TopEdge, Qt::RightEdge | Qt::TopEdge,

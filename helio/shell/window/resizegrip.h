@@ -4,8 +4,8 @@
 
 namespace shell {
 
-/// An invisible strip along an edge, or in a corner, by which a frameless window is resized. It
-/// lies over the page and follows its window.
+/// An invisible area along an edge or in a corner of a frameless window, above the page, where the
+/// window can be resized.
 class ResizeGrip : public QWidget
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class ResizeGrip : public QWidget
 public:
     ResizeGrip(Qt::Edges edges, QWidget *window);
 
-    /// One grip for each edge and corner of @p window.
+    /// Adds a grip to each edge and corner of @p window.
     static void addTo(QWidget *window);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

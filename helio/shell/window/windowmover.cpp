@@ -13,8 +13,8 @@ WindowMover::WindowMover(QWidget *window) : QObject(window), m_window(window) {}
 
 void WindowMover::start()
 {
-    // The page's command comes a moment after the press. After a quick click the window would
-    // stick to a pointer whose button is up.
+    // The page's command arrives a moment after the press. If the button has been released since,
+    // the window would stick to the pointer.
     if (!(QGuiApplication::mouseButtons() & Qt::LeftButton) || m_isFollowing)
         return;
     if (m_window->windowHandle() && m_window->windowHandle()->startSystemMove())

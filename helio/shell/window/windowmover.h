@@ -7,7 +7,7 @@ class QWidget;
 
 namespace shell {
 
-/// Moves a frameless window with the mouse while the page's own title bar is held.
+/// Moves a frameless window with the mouse while the page's title bar is pressed.
 class WindowMover : public QObject
 {
     Q_OBJECT
@@ -15,8 +15,8 @@ class WindowMover : public QObject
 public:
     explicit WindowMover(QWidget *window);
 
-    /// The title bar was pressed. The window manager moves the window; where there is none that
-    /// can, it follows the pointer until the button is released.
+    /// The title bar was pressed. The window manager moves the window; if it cannot, the window
+    /// follows the pointer until the button is released.
     void start();
 
     /// The title bar was released.

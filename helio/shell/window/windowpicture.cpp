@@ -8,11 +8,11 @@
 namespace {
 
 constexpr int lookIntervalMs = 250;
-/// A page that never comes to rest is taken as it is then.
-constexpr int longestRestlessMs = 10000;
+/// After this time a page is pictured even if it still changes.
+constexpr int longestChangeMs = 10000;
 constexpr int longestWaitMs = 30000;
 
-/// Whether the page has painted: its middle, away from the window's outline, has two colours.
+/// Whether the page has painted: away from the window's edge there is more than one colour.
 bool hasContent(const QImage &image)
 {
     const QRect inner = image.rect().adjusted(8, 8, -8, -8);
@@ -44,11 +44,11 @@ void WindowPicture::look()
 {
     const QImage image = m_window->grab().toImage();
     if (m_isLoaded && hasContent(image) &&
-        (image == m_previous || m_waited.elapsed() > longestRestlessMs)) {
+        (image == m_previous || m_waited.elapsed() > longestChangeMs)) {
         save(image);
     } else if (m_waited.elapsed() > longestWaitMs) {
         m_timer.stop();
-        emit finished(QStringLiteral("the page has painted nothing"));
+        emit finished(QStringLiteral("the page did not paint anything"));
     }
     m_previous = image;
 }

@@ -9,17 +9,17 @@ namespace shell {
 
 class PageWindow;
 
-/// Takes a picture of a window once its page has painted and come to rest.
+/// Takes a picture of a window once its page has painted and no longer changes.
 class WindowPicture : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Writes the picture to @p path as a PNG.
+    /// The picture is written to @p path as PNG.
     WindowPicture(PageWindow *window, const QString &path, QObject *parent = nullptr);
 
 signals:
-    /// The picture is written, or @p fault says why there is none.
+    /// The picture has been written if @p fault is empty; else it says why not.
     void finished(const QString &fault);
 
 private:

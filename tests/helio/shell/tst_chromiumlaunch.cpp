@@ -4,7 +4,7 @@
 #include "helio/shell/hiddenvariables.h"
 #include "tests/support/shell/headlesstest.h"
 
-class TestChromiumLaunch : public QObject
+class ChromiumLaunchTest : public QObject
 {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ private slots:
     void theSandboxIsKeptUnlessToldOtherwise();
 };
 
-void TestChromiumLaunch::variablesComeBackAsTheyWere()
+void ChromiumLaunchTest::variablesComeBackAsTheyWere()
 {
     qputenv("HIDDEN_FULL", "value");
     qputenv("HIDDEN_EMPTY", "");
@@ -29,7 +29,7 @@ void TestChromiumLaunch::variablesComeBackAsTheyWere()
     QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_UNSET"));
 }
 
-void TestChromiumLaunch::theSandboxIsKeptUnlessToldOtherwise()
+void ChromiumLaunchTest::theSandboxIsKeptUnlessToldOtherwise()
 {
     const auto words = [](shell::ChromiumArguments &&arguments) {
         QByteArrayList list;
@@ -46,5 +46,5 @@ void TestChromiumLaunch::theSandboxIsKeptUnlessToldOtherwise()
     QVERIFY(asRoot.contains("--remote-debugging-port=9222"));
 }
 
-HEADLESS_TEST_MAIN(TestChromiumLaunch)
+HEADLESS_TEST_MAIN(ChromiumLaunchTest)
 #include "tst_chromiumlaunch.moc"

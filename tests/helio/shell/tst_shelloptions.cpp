@@ -14,7 +14,7 @@ ShellOptions parse(const QStringList &words)
 
 } // namespace
 
-class TestShellOptions : public QObject
+class ShellOptionsTest : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private slots:
     void wrongUsageIsRefused();
 };
 
-void TestShellOptions::withoutOptionsTheDesktopDecides()
+void ShellOptionsTest::withoutOptionsTheDesktopDecides()
 {
     const auto options = parse({});
     QCOMPARE(options.fault, QString());
@@ -36,7 +36,7 @@ void TestShellOptions::withoutOptionsTheDesktopDecides()
     QCOMPARE(options.debugPort, 0);
 }
 
-void TestShellOptions::everyOptionIsRead()
+void ShellOptionsTest::everyOptionIsRead()
 {
     const auto options = parse({QStringLiteral("--page"), QStringLiteral("crash.html"),
                                 QStringLiteral("--theme=dark"), QStringLiteral("--language=zh_CN"),
@@ -52,7 +52,7 @@ void TestShellOptions::everyOptionIsRead()
     QCOMPARE(parse({QStringLiteral("--version")}).mode, ShellOptions::PrintVersion);
 }
 
-void TestShellOptions::helpNamesEveryOption()
+void ShellOptionsTest::helpNamesEveryOption()
 {
     const QString help = shell::shellHelp();
     for (const char *name :
@@ -60,7 +60,7 @@ void TestShellOptions::helpNamesEveryOption()
         QVERIFY2(help.contains(QLatin1String(name)), name);
 }
 
-void TestShellOptions::wrongUsageIsRefused_data()
+void ShellOptionsTest::wrongUsageIsRefused_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::newRow("unknown") << QStringList{QStringLiteral("--nothing")};
@@ -76,11 +76,11 @@ void TestShellOptions::wrongUsageIsRefused_data()
     QTest::newRow("port text") << QStringList{QStringLiteral("--debug-port=1x")};
 }
 
-void TestShellOptions::wrongUsageIsRefused()
+void ShellOptionsTest::wrongUsageIsRefused()
 {
     QFETCH(const QStringList, words);
     QVERIFY(!parse(words).fault.isEmpty());
 }
 
-HEADLESS_TEST_MAIN(TestShellOptions)
+HEADLESS_TEST_MAIN(ShellOptionsTest)
 #include "tst_shelloptions.moc"

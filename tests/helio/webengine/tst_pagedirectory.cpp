@@ -9,7 +9,7 @@
 using helio::PageDirectory;
 using testsupport::PrivateHome;
 
-class TestPageDirectory : public QObject
+class PageDirectoryTest : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private:
     QString m_pages;
 };
 
-void TestPageDirectory::initTestCase()
+void PageDirectoryTest::initTestCase()
 {
     const PrivateHome &home = PrivateHome::current();
     for (const char *name :
@@ -42,7 +42,7 @@ void TestPageDirectory::initTestCase()
                         m_pages + QStringLiteral("/alias.html")));
 }
 
-void TestPageDirectory::onlyExistingFilesBelowTheDirectoryAreItsOwn_data()
+void PageDirectoryTest::onlyExistingFilesBelowTheDirectoryAreItsOwn_data()
 {
     QTest::addColumn<QString>("address");
     QTest::addColumn<bool>("isOwn");
@@ -88,7 +88,7 @@ void TestPageDirectory::onlyExistingFilesBelowTheDirectoryAreItsOwn_data()
     QTest::newRow("no address") << QString() << false;
 }
 
-void TestPageDirectory::onlyExistingFilesBelowTheDirectoryAreItsOwn()
+void PageDirectoryTest::onlyExistingFilesBelowTheDirectoryAreItsOwn()
 {
     QFETCH(const QString, address);
     QFETCH(const bool, isOwn);
@@ -96,7 +96,7 @@ void TestPageDirectory::onlyExistingFilesBelowTheDirectoryAreItsOwn()
     QCOMPARE(PageDirectory(m_pages + QLatin1Char('/')).contains(QUrl(address)), isOwn);
 }
 
-void TestPageDirectory::aDirectoryReachedThroughALinkIsTheSame()
+void PageDirectoryTest::aDirectoryReachedThroughALinkIsTheSame()
 {
     const QString link = PrivateHome::current().path() + QStringLiteral("/linked");
     QVERIFY(QFile::link(m_pages, link));
@@ -106,14 +106,14 @@ void TestPageDirectory::aDirectoryReachedThroughALinkIsTheSame()
     QVERIFY(!pages.contains(QUrl::fromLocalFile(link + QStringLiteral("/leak.html"))));
 }
 
-void TestPageDirectory::aDirectoryThatDoesNotExistContainsNothing()
+void PageDirectoryTest::aDirectoryThatDoesNotExistContainsNothing()
 {
     const PageDirectory pages(m_root + QStringLiteral("/none"));
     QVERIFY(!pages.contains(QUrl::fromLocalFile(m_pages + QStringLiteral("/index.html"))));
     QVERIFY(!pages.contains(QUrl(QStringLiteral("file:///etc/passwd"))));
 }
 
-void TestPageDirectory::namesWithOddCharactersHaveAnAddress()
+void PageDirectoryTest::namesWithOddCharactersHaveAnAddress()
 {
     const PageDirectory pages(m_pages);
     const QUrl plain = pages.urlOf(QStringLiteral("index.html"));
@@ -122,5 +122,5 @@ void TestPageDirectory::namesWithOddCharactersHaveAnAddress()
     QVERIFY(pages.contains(pages.urlOf(QStringLiteral("a b%2f#.html"))));
 }
 
-HEADLESS_TEST_MAIN(TestPageDirectory)
+HEADLESS_TEST_MAIN(PageDirectoryTest)
 #include "tst_pagedirectory.moc"

@@ -29,7 +29,7 @@ const QString countCall = QStringLiteral(R"({"command":"count","callback":"count
 
 } // namespace
 
-class TestPageWire : public QObject
+class PageWireTest : public QObject
 {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ private slots:
     void withoutAScriptObjectNothingHappens();
 };
 
-void TestPageWire::thePageReachesTwoCallsOnePropertyAndTheAnswers()
+void PageWireTest::thePageReachesTwoCallsOnePropertyAndTheAnswers()
 {
     const QMetaObject &metaObject = helio::PageWire::staticMetaObject;
     QList<QByteArray> own;
@@ -58,7 +58,7 @@ void TestPageWire::thePageReachesTwoCallsOnePropertyAndTheAnswers()
     QVERIFY(property.hasNotifySignal());
 }
 
-void TestPageWire::aCallIsAnsweredThroughTheSignal()
+void PageWireTest::aCallIsAnsweredThroughTheSignal()
 {
     helio::PageWire wire([] { return true; });
     helio::WebEngineContainer container(&wire);
@@ -70,7 +70,7 @@ void TestPageWire::aCallIsAnsweredThroughTheSignal()
              (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})"), false}));
 }
 
-void TestPageWire::aCallRunsAfterTheWireHasReturned()
+void PageWireTest::aCallRunsAfterTheWireHasReturned()
 {
     helio::PageWire wire([] { return true; });
     helio::WebEngineContainer container(&wire);
@@ -81,7 +81,7 @@ void TestPageWire::aCallRunsAfterTheWireHasReturned()
     QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
 }
 
-void TestPageWire::aBase64CallIsTheSame()
+void PageWireTest::aBase64CallIsTheSame()
 {
     helio::PageWire wire([] { return true; });
     helio::WebEngineContainer container(&wire);
@@ -91,7 +91,7 @@ void TestPageWire::aBase64CallIsTheSame()
     QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
 }
 
-void TestPageWire::aCallThatIsWrittenDownIsTheSame()
+void PageWireTest::aCallThatIsWrittenDownIsTheSame()
 {
     helio::PageWire wire([] { return true; });
     helio::WebEngineContainer container(&wire);
@@ -106,7 +106,7 @@ void TestPageWire::aCallThatIsWrittenDownIsTheSame()
     QCOMPARE(wire.property("jsAsynCall"), QVariant(QString()));
 }
 
-void TestPageWire::aForeignDocumentIsNeitherHeardNorAnswered()
+void PageWireTest::aForeignDocumentIsNeitherHeardNorAnswered()
 {
     bool isTrusted = false;
     helio::PageWire wire([&isTrusted] { return isTrusted; });
@@ -130,7 +130,7 @@ void TestPageWire::aForeignDocumentIsNeitherHeardNorAnswered()
     QCOMPARE(answers.count(), 1);
 }
 
-void TestPageWire::withoutAScriptObjectNothingHappens()
+void PageWireTest::withoutAScriptObjectNothingHappens()
 {
     helio::PageWire wire([] { return true; });
     QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
@@ -144,5 +144,5 @@ void TestPageWire::withoutAScriptObjectNothingHappens()
     QCOMPARE(answers.count(), 0);
 }
 
-HEADLESS_TEST_MAIN(TestPageWire)
+HEADLESS_TEST_MAIN(PageWireTest)
 #include "tst_pagewire.moc"
