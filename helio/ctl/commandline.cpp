@@ -5,8 +5,6 @@
 #include <QJsonDocument>
 #include <QJsonValue>
 
-#include <optional>
-
 namespace {
 
 struct Options

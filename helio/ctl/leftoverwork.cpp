@@ -23,18 +23,10 @@ constexpr int threadStartMs = 50;
 
 /// Qt's name for the threads of its pools, in which searches run.
 constexpr char pooledThread[] = "Thread (pooled)";
-
-QString threadsDirectory()
-{
-    return QStringLiteral("/proc/self/task/");
-}
-
-/// Where the library puts its scripts. The interface fixes the place; it is named here a second
-/// time because a shell sees no more of the library than host/.
-QString stagingDirectory()
-{
-    return krt::dirs::orvaneHome() + QStringLiteral("/tmp/officeassis_script");
-}
+constexpr char threadsDirectory[] = "/proc/self/task/";
+/// Where the library stages its scripts, below the suite's home. The interface fixes the place; it
+/// is named here a second time because a shell sees no more of the library than host/.
+constexpr char stagingDirectory[] = "/tmp/officeassis_script";
 
 /// Whether a process's arguments name a script in @p directory: as the program itself, as the first
 /// argument of an interpreter, as that of a script used as an interpreter or, for a moment, in the
@@ -98,7 +90,7 @@ bool isOwnProcess(const QString &processId)
 QStringList otherThreads()
 {
     QStringList threads =
-        QDir(threadsDirectory()).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+        QDir(QLatin1String(threadsDirectory)).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
     threads.removeOne(QString::number(QCoreApplication::applicationPid()));
     return threads;
 }
@@ -109,7 +101,7 @@ bool hasRunningThread()
 {
     const QStringList threads = otherThreads();
     return std::any_of(threads.begin(), threads.end(), [](const QString &thread) {
-        const Status status = statusOf(threadsDirectory() + thread);
+        const Status status = statusOf(QLatin1String(threadsDirectory) + thread);
         return (status.state == "R" || status.state == "D") && status.name != pooledThread;
     });
 }
@@ -128,7 +120,7 @@ bool ctl::isScriptRunningFrom(const QString &directory)
 
 int ctl::waitForLeftoverWork()
 {
-    const QString scripts = stagingDirectory();
+    const QString scripts = krt::dirs::orvaneHome() + QLatin1String(stagingDirectory);
     QElapsedTimer waited;
     waited.start();
     if (!otherThreads().isEmpty())

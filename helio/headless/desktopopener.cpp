@@ -5,24 +5,19 @@
 #include "helio/runtime/processes/quietprocess.h"
 
 namespace {
-
-QString fileScheme()
-{
-    return QStringLiteral("file");
-}
-
+constexpr char fileScheme[] = "file";
 } // namespace
 
 namespace helio {
 
 DesktopOpener::DesktopOpener(QObject *parent) : QObject(parent)
 {
-    QDesktopServices::setUrlHandler(fileScheme(), this, "open");
+    QDesktopServices::setUrlHandler(QLatin1String(fileScheme), this, "open");
 }
 
 DesktopOpener::~DesktopOpener()
 {
-    QDesktopServices::unsetUrlHandler(fileScheme());
+    QDesktopServices::unsetUrlHandler(QLatin1String(fileScheme));
 }
 
 void DesktopOpener::setOpensReally(bool opensReally)

@@ -17,7 +17,7 @@ QStringList words(const char *line)
 
 } // namespace
 
-/// The arguments of assistantctl.
+/// How the arguments of assistantctl are parsed.
 class CommandLineTest : public QObject
 {
     Q_OBJECT
@@ -143,7 +143,7 @@ private slots:
         QVERIFY(!parse(words).fault.isEmpty());
     }
 
-    void theModesAreTold()
+    void theModesAreRead()
     {
         QCOMPARE(parsed("--session --trace").mode, ctl::CommandLine::Session);
         QVERIFY(parsed("--session --trace").traces);

@@ -18,7 +18,7 @@ void countComplaint(QtMsgType, const QMessageLogContext &, const QString &)
     ++complaints;
 }
 
-/// What is printed to standard output meanwhile, by a process of its own.
+/// What @p print writes to standard output, in a process of its own.
 template<typename Print>
 QByteArray outputOf(Print print)
 {
@@ -48,7 +48,7 @@ class EventPrinterTest : public QObject
 private slots:
     void anEventIsALineThatIsThereAtOnce()
     {
-        // The process ends without writing what a stream holds back.
+        // The process ends without flushing its streams.
         QCOMPARE(outputOf([] {
                      const EventPrinter printer(false);
                      printer.print(sampleEvent());

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// A process that is ended with this object.
+/// A running process that the destructor kills.
 class RunningProcess
 {
 public:
@@ -79,7 +79,7 @@ private slots:
                                  testsupport::longestWaitMs);
     }
 
-    void aShellThatIsAboutToRunAScriptIsNoticed()
+    void aCommandLineThatIsAboutToRunAScriptIsNoticed()
     {
         const RunningProcess process(
             QStringLiteral("sh"),
@@ -110,7 +110,7 @@ private slots:
         const QString file = addScript(QStringLiteral("viewed.sh"));
         const RunningProcess viewer(QStringLiteral("tail"),
                                     {QStringLiteral("-f"), QStringLiteral("-n0"), file});
-        // While it is being loaded it could be a script.
+        // A program that is still being loaded counts as a script.
         QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(m_directory->path()),
                                  testsupport::longestWaitMs);
     }
@@ -127,13 +127,13 @@ private slots:
 
     void nothingLeftMeansNoWait()
     {
-        // What waits in vain uses its time up.
+        // Waiting in vain would use up all the time.
         QVERIFY(ctl::waitForLeftoverWork() > 0);
     }
 
     void whatAThreadReportedBeforeItEndedIsDelivered()
     {
-        // A process of its own has no other thread left, unlike the test.
+        // In a new process, because the test has other threads.
         QVERIFY(testsupport::holdsUnprivileged([] {
             bool isDelivered = false;
             QMetaObject::invokeMethod(
@@ -174,7 +174,7 @@ private slots:
     }
 
 private:
-    /// Waits for the end of its input, which comes with the end of RunningProcess.
+    /// By default a script that ends with its input, that is, with its RunningProcess.
     QString addScript(const QString &name, const QString &text = QStringLiteral("read line")) const
     {
         QFile script(m_directory->filePath(name));

@@ -6,7 +6,7 @@
 using ctl::parseSessionRequest;
 using ctl::SessionRequest;
 
-/// The lines of a session.
+/// How the lines of a session are parsed.
 class SessionRequestTest : public QObject
 {
     Q_OBJECT

@@ -26,7 +26,7 @@ void countComplaint(QtMsgType, const QMessageLogContext &, const QString &)
 
 } // namespace
 
-/// What becomes of a file that the library opens, where there is no window.
+/// What happens to a file that the library opens when there is no window.
 class DesktopOpenerTest : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ private slots:
         programs.hideOthers();
         DesktopOpener opener;
         const QSignalSpy opened(&opener, &DesktopOpener::opened);
-        // A viewer that was looked for would be missed.
+        // Looking for a viewer would print a warning.
         const QtMessageHandler usual = qInstallMessageHandler(countComplaint);
         const bool wasTaken = QDesktopServices::openUrl(letter());
         qInstallMessageHandler(usual);

@@ -15,13 +15,13 @@ QString applicationDirectory()
 
 } // namespace
 
-/// Where the stand-alone shell's settings come from, and what they decide.
+/// Where the shell's settings come from and what they change.
 class ConfigurationTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    /// Before the first setting is read: the file is read once.
+    /// Before the first setting is read, because the file is read only once.
     void initTestCase()
     {
         QFile file(applicationDirectory() + QStringLiteral("/helio.ini"));

@@ -21,13 +21,13 @@ const QStringList suffixes =
 
 } // namespace
 
-/// The type package that the stand-alone host brings for the repair of associations.
+/// The package of MIME types that the shell offers for the repair of file associations.
 class MimePackageTest : public QObject
 {
     Q_OBJECT
 
 private:
-    /// A resource collection with a package of its own.
+    /// Makes a resource file with another package of types.
     static QString otherModulesResource()
     {
         const auto &home = testsupport::PrivateHome::current();

@@ -5,7 +5,7 @@
 #include "helio/runtime/mimepackage.h"
 #include "tests/support/shell/headlesstest.h"
 
-/// The suite's types as Qt desktops see them, once the package of the repair is installed.
+/// The suite's MIME types as Qt sees them once the shell's package is installed.
 class MimeTypesTest : public QObject
 {
     Q_OBJECT

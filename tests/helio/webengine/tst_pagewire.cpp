@@ -25,6 +25,18 @@ public slots:
     void count(KxWebViewJSContext &context) { context.result()["result"] = ++calls; }
 };
 
+/// A wire with a script object behind it.
+struct Wiring
+{
+    Wiring() { wire.setApi(counter); }
+
+    bool isTrusted = true;
+    helio::PageWire wire{[this] { return isTrusted; }};
+    helio::WebEngineContainer container{&wire};
+    /// Owned by the container.
+    Counter *counter = new Counter(&container);
+};
+
 const QString countCall = QStringLiteral(R"({"command":"count","callback":"counted"})");
 
 } // namespace
@@ -38,7 +50,7 @@ private slots:
     void aCallIsAnsweredThroughTheSignal();
     void aCallRunsAfterTheWireHasReturned();
     void aBase64CallIsTheSame();
-    void aCallThatIsWrittenDownIsTheSame();
+    void aCallWrittenToThePropertyIsTheSame();
     void aForeignDocumentIsNeitherHeardNorAnswered();
     void withoutAScriptObjectNothingHappens();
 };
@@ -54,17 +66,15 @@ void PageWireTest::thePageReachesTwoCallsOnePropertyAndTheAnswers()
     QCOMPARE(metaObject.propertyCount(), QObject::staticMetaObject.propertyCount() + 1);
     const QMetaProperty property = metaObject.property(metaObject.propertyOffset());
     QCOMPARE(property.name(), "jsAsynCall");
-    // The channel warns of a property that changes unseen.
+    // QWebChannel warns about properties without one.
     QVERIFY(property.hasNotifySignal());
 }
 
 void PageWireTest::aCallIsAnsweredThroughTheSignal()
 {
-    helio::PageWire wire([] { return true; });
-    helio::WebEngineContainer container(&wire);
-    wire.setApi(new Counter(&container));
-    QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
-    wire.fromJSAsynCall(countCall);
+    Wiring wiring;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    wiring.wire.fromJSAsynCall(countCall);
     QVERIFY(answers.wait(testsupport::longestWaitMs));
     QCOMPARE(answers.first(),
              (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})"), false}));
@@ -72,61 +82,49 @@ void PageWireTest::aCallIsAnsweredThroughTheSignal()
 
 void PageWireTest::aCallRunsAfterTheWireHasReturned()
 {
-    helio::PageWire wire([] { return true; });
-    helio::WebEngineContainer container(&wire);
-    auto *counter = new Counter(&container);
-    wire.setApi(counter);
-    wire.fromJSAsynCall(countCall);
-    QCOMPARE(counter->calls, 0);
-    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
+    Wiring wiring;
+    wiring.wire.fromJSAsynCall(countCall);
+    QCOMPARE(wiring.counter->calls, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(wiring.counter->calls, 1, testsupport::longestWaitMs);
 }
 
 void PageWireTest::aBase64CallIsTheSame()
 {
-    helio::PageWire wire([] { return true; });
-    helio::WebEngineContainer container(&wire);
-    auto *counter = new Counter(&container);
-    wire.setApi(counter);
-    wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
-    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
+    Wiring wiring;
+    wiring.wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
+    QTRY_COMPARE_WITH_TIMEOUT(wiring.counter->calls, 1, testsupport::longestWaitMs);
 }
 
-void PageWireTest::aCallThatIsWrittenDownIsTheSame()
+void PageWireTest::aCallWrittenToThePropertyIsTheSame()
 {
-    helio::PageWire wire([] { return true; });
-    helio::WebEngineContainer container(&wire);
-    auto *counter = new Counter(&container);
-    wire.setApi(counter);
-    QSignalSpy changes(&wire, &helio::PageWire::jsAsynCallChanged);
-    QVERIFY(wire.setProperty("jsAsynCall", countCall));
-    QCOMPARE(counter->calls, 0);
-    QTRY_COMPARE_WITH_TIMEOUT(counter->calls, 1, testsupport::longestWaitMs);
-    // The channel would send the page its own call back.
+    Wiring wiring;
+    QSignalSpy changes(&wiring.wire, &helio::PageWire::jsAsynCallChanged);
+    QVERIFY(wiring.wire.setProperty("jsAsynCall", countCall));
+    QCOMPARE(wiring.counter->calls, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(wiring.counter->calls, 1, testsupport::longestWaitMs);
+    // QWebChannel would send the page its own call back.
     QCOMPARE(changes.count(), 0);
-    QCOMPARE(wire.property("jsAsynCall"), QVariant(QString()));
+    QCOMPARE(wiring.wire.property("jsAsynCall"), QVariant(QString()));
 }
 
 void PageWireTest::aForeignDocumentIsNeitherHeardNorAnswered()
 {
-    bool isTrusted = false;
-    helio::PageWire wire([&isTrusted] { return isTrusted; });
-    helio::WebEngineContainer container(&wire);
-    auto *counter = new Counter(&container);
-    wire.setApi(counter);
-    QSignalSpy answers(&wire, &helio::PageWire::callbackToJS);
+    Wiring wiring;
+    wiring.isTrusted = false;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
     for (int call = 0; call < 3; ++call)
         QTest::ignoreMessage(QtWarningMsg,
                              "a call from a document outside the page directory was refused");
-    wire.fromJSAsynCall(countCall);
-    wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
-    wire.setProperty("jsAsynCall", countCall);
-    container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
+    wiring.wire.fromJSAsynCall(countCall);
+    wiring.wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
+    wiring.wire.setProperty("jsAsynCall", countCall);
+    wiring.container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
     QCoreApplication::processEvents();
-    QCOMPARE(counter->calls, 0);
+    QCOMPARE(wiring.counter->calls, 0);
     QCOMPARE(answers.count(), 0);
 
-    isTrusted = true;
-    container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
+    wiring.isTrusted = true;
+    wiring.container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
     QCOMPARE(answers.count(), 1);
 }
 

@@ -10,7 +10,7 @@
 using JsonHelper::convertJsonCppToQJson;
 using JsonHelper::convertQJsonToJsonCpp;
 
-/// Between Qt's JSON classes and the JSON type at the border.
+/// Conversion between Qt's JSON classes and Json::Value.
 class JsonHelperTest : public QObject
 {
     Q_OBJECT
@@ -99,7 +99,7 @@ private slots:
         QVERIFY(convertQJsonToJsonCpp(QJsonValue(QJsonValue::Undefined)).isNull());
     }
 
-    void aLoneSurrogateBecomesSomethingThatUtf8CanCarry()
+    void aLoneSurrogateIsReplaced()
     {
         const QString lone = QStringLiteral("a") + QChar(0xd800) + QStringLiteral("b");
         const QJsonValue back = convertJsonCppToQJson(convertQJsonToJsonCpp(QJsonValue(lone)));

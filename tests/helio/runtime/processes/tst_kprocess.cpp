@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(helio::awaitedProgramCount(), 0);
     }
 
-    void everyAttemptIsTold()
+    void everyAttemptIsReported()
     {
         const QSignalSpy told(&helio::HostEvents::instance(), &helio::HostEvents::programStarting);
         KProcess::StartDetach(QStringLiteral("no-such-program"), {QStringLiteral("a")},
@@ -151,8 +151,8 @@ private slots:
                                            QString(), false}));
     }
 
-    /// The last test: from here on every awaited program is ended.
-    void awaitedProgramsAreEndedWithTheHost()
+    /// Must be the last test: every awaited program is killed from here on.
+    void awaitedProgramsEndWithTheShell()
     {
         int code = 0;
         std::thread worker([&code] {

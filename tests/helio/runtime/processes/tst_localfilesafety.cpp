@@ -26,7 +26,7 @@ const QByteArray zipOfNothing = QByteArray("PK\5\6", 4) + QByteArray(18, '\0');
 
 } // namespace
 
-/// Which paths may be handed to the desktop.
+/// Which paths the desktop may open.
 class LocalFileSafetyTest : public QObject
 {
     Q_OBJECT

@@ -23,14 +23,14 @@ inline QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// A list of one name.
+/// A list with a single name.
 inline QStringList list(const char *utf8)
 {
     return {text(utf8)};
 }
 
-/// A directory to search and a cache directory of one test's own. Refreshes of the database run at
-/// the test's own priority: at idle priority they would stand still while the machine is busy.
+/// A test's own directory to search and cache directory. Refreshes run at normal priority: at idle
+/// priority they would not get on while the machine is busy.
 class SearchPlace
 {
 public:
@@ -51,7 +51,7 @@ public:
         std::filesystem::remove_all(QFile::encodeName(m_directory.path()).toStdString());
     }
 
-    /// Lets refreshes have the priority that they ask for.
+    /// Lets refreshes run at the priority that they ask for.
     void useRealPriorities() const
     {
         m_priorities.remove(QStringLiteral("nice"));
@@ -68,7 +68,7 @@ public:
                QStringLiteral("/orvane-office-assistant");
     }
 
-    /// Makes an empty file below the root, and the directories that it lies in.
+    /// Makes an empty file below the root, with its directories; returns its path.
     QString makeFile(const QByteArray &name) const
     {
         const QByteArray path = QFile::encodeName(root()) + '/' + name;
@@ -79,7 +79,7 @@ public:
         return QFile::decodeName(path);
     }
 
-    /// The database files that are there.
+    /// The paths of the database files.
     QStringList databases() const
     {
         const QDir directory(databaseDirectory());
@@ -90,7 +90,7 @@ public:
         return paths;
     }
 
-    /// Whether a refresh holds the lock beside a database.
+    /// Whether a refresh holds the lock of a database.
     bool isRefreshing() const
     {
         const QDir directory(databaseDirectory());
@@ -104,14 +104,14 @@ public:
         });
     }
 
-    /// Waits until there is a database and no refresh.
+    /// Waits until there is a database and no refresh is running.
     bool waitForDatabase() const
     {
         return QTest::qWaitFor([this] { return !databases().isEmpty() && !isRefreshing(); },
                                longestWaitMs);
     }
 
-    /// Makes the database of what is there now; false when it does not come.
+    /// Brings the database up to date; false if that takes too long.
     bool refresh() const
     {
         KFsSearch search;
@@ -119,7 +119,7 @@ public:
         return waitForDatabase();
     }
 
-    /// Makes database and refresh look as old as that.
+    /// Sets the times of the database and its last refresh back.
     void age(int seconds) const
     {
         const QDir directory(databaseDirectory());

@@ -8,13 +8,13 @@
 
 namespace testsupport {
 
-/// A test of the search with the real plocate and updatedb: each function has a place of its own.
+/// Base of tests with the real plocate and updatedb. Each function gets its own place.
 class SearchPlaceTest : public QObject
 {
 protected:
     void setUp()
     {
-        // The one before restores the environment that this one changes.
+        // First, because its destructor restores the environment that the new one changes.
         m_place.reset();
         m_place = std::make_unique<SearchPlace>();
     }

@@ -9,24 +9,24 @@
 
 namespace testsupport {
 
-/// A place to search with stand-ins for plocate and updatedb, and the files by which these tell
-/// the test what they do and the test tells them to go on.
+/// A place to search with fake plocate and updatedb. They and the test signal each other by files
+/// outside the searched directory.
 class SearchPrograms
 {
 public:
-    /// Finds updatedb's --output, in the variable "output".
+    /// Sets the variable "output" to updatedb's --output.
     static constexpr char findOutput[] = "while [ $# -gt 0 ]; do\n"
                                          "    if [ \"$1\" = --output ]; then output=$2; fi\n"
                                          "    shift\n"
                                          "done\n";
 
-    /// The path of a file that is not among those searched.
+    /// The path of a file outside the searched directory.
     QByteArray outside(const char *name) const
     {
         return QFile::encodeName(place.outside(QString::fromUtf8(name)));
     }
 
-    /// Waits until there is something in a file outside.
+    /// Waits until a file outside has content.
     bool waitForFile(const char *name) const
     {
         return QTest::qWaitFor(
@@ -46,8 +46,8 @@ public:
             qFatal("cannot write %s", name);
     }
 
-    /// Makes a database that is up to date as far as its age tells. From then on no refresh is
-    /// expected, unless the test puts in an updatedb of its own.
+    /// Makes a database that is recent enough. After that no refresh is expected, unless the test
+    /// adds another updatedb.
     bool makeDatabase() const
     {
         programs.add(QStringLiteral("updatedb"),
@@ -59,8 +59,8 @@ public:
         return isThere;
     }
 
-    /// An updatedb that tells its process number and waits for a file of the name "go", or for the
-    /// end of a test that failed.
+    /// An updatedb that writes its process number to "updaters" and waits for the file "go", or for
+    /// the end of a failed test.
     QByteArray waitingUpdater() const
     {
         return findOutput + ("echo $$ >> " + outside("updaters") + "\n" + waitForGo() +
@@ -73,7 +73,7 @@ public:
                " ]; do sleep 0.01; done";
     }
 
-    /// What a program does that nobody should start.
+    /// The script of a program that must not be started.
     QByteArray unexpected() const { return "echo unexpected >> " + outside("unexpected"); }
 
     bool hasUnexpectedCalls() const

@@ -8,7 +8,7 @@
 
 namespace testsupport {
 
-/// A test of the search with stand-ins for plocate and updatedb, new ones for each function.
+/// Base of tests with fake plocate and updatedb, which each function gets anew.
 class SearchProgramsTest : public QObject
 {
 protected:

@@ -10,7 +10,7 @@
 
 namespace testsupport {
 
-/// A search service whose signals are written down.
+/// Records the signals of a search.
 class SearchRecorder
 {
 public:
@@ -45,7 +45,7 @@ public:
         return QTest::qWaitFor([this, count] { return paths.size() >= count; }, longestWaitMs);
     }
 
-    /// Searches to the end; gives the names of the hits in order of the alphabet.
+    /// Searches to the end; returns the names of the hits, sorted.
     QStringList namesOf(const QString &keyword, const QString &directory = {},
                         bool caseSensitive = false)
     {

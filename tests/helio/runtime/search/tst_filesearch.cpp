@@ -6,7 +6,7 @@ using testsupport::list;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
-/// The search for files by name and its database, with the real plocate and updatedb.
+/// The file search and its database, with the real plocate and updatedb.
 class FileSearchTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ private slots:
         QVERIFY(m_place->databases().isEmpty());
     }
 
-    void aFreshDatabaseAnswersWithoutLookingThroughTheDirectories()
+    void aFreshDatabaseAnswersWithoutAWalk()
     {
         m_place->makeFile("report-listed.txt");
         QVERIFY(m_place->refresh());
@@ -102,7 +102,7 @@ private slots:
         QCOMPARE(SearchRecorder().namesOf(text("report")), list("report-listed"));
     }
 
-    void aDamagedDatabaseIsReplacedAndTheDirectoriesAreLookedThrough()
+    void aDamagedDatabaseIsReplacedAfterAWalk()
     {
         m_place->makeFile("report");
         QVERIFY(m_place->refresh());

@@ -8,7 +8,7 @@ using testsupport::SearchPrograms;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
-/// How the search for files deals with plocate and updatedb, with stand-ins for both.
+/// How the file search uses plocate and updatedb, with fakes for both.
 class FileSearchProgramsTest : public testsupport::SearchProgramsTest
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private slots:
     {
         QVERIFY(m_search->makeDatabase());
         const QByteArray path = QFile::encodeName(m_search->place.makeFile("report in two pieces"));
-        // The second piece comes when the first hit has been taken.
+        // The second piece comes after the first hit has been reported.
         m_search->programs.add(text("plocate"), "printf '%s\\0%s' '" + path + "' '" +
                                                     path.left(20) + "'\n" + m_search->waitForGo() +
                                                     "\nprintf '%s\\0' '" + path.mid(20) + '\'');
@@ -48,7 +48,7 @@ private slots:
         QCOMPARE(recorder.paths, (QStringList{QFile::decodeName(path), QFile::decodeName(path)}));
     }
 
-    void whenPlocateFailsTheDirectoriesAreLookedThroughForTheRest()
+    void whenPlocateFailsAWalkFindsTheRest()
     {
         QVERIFY(m_search->makeDatabase());
         const QString first = m_search->place.makeFile("report1");
@@ -64,7 +64,7 @@ private slots:
         QVERIFY(m_search->waitForFile("refreshed"));
     }
 
-    void whenPlocateCrashesTheDirectoriesAreLookedThrough()
+    void whenPlocateCrashesAWalkFindsTheFiles()
     {
         QVERIFY(m_search->makeDatabase());
         m_search->place.makeFile("report");
@@ -100,14 +100,14 @@ private slots:
         QVERIFY(isDeleted || recorder->ends == 0);
     }
 
-    void withoutItsProgramsTheDirectoriesAreLookedThrough_data()
+    void withoutItsProgramsAWalkFindsTheFiles_data()
     {
         QTest::addColumn<QString>("present");
         QTest::newRow("neither") << QString();
         QTest::newRow("plocate alone") << text("plocate");
         QTest::newRow("updatedb alone") << text("updatedb");
     }
-    void withoutItsProgramsTheDirectoriesAreLookedThrough()
+    void withoutItsProgramsAWalkFindsTheFiles()
     {
         QFETCH(QString, present);
         m_search->place.makeFile("report");

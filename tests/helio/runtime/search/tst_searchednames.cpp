@@ -6,7 +6,7 @@ using testsupport::list;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
-/// Which names a keyword finds, with the real plocate and updatedb.
+/// Which names a keyword matches, with the real plocate and updatedb.
 class SearchedNamesTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ private slots:
         row("a trailing backslash", "back\\", "backx", "back\\");
         row("a leading hyphen", "-rf", "rf", "-rf");
         row("an option", "--help", "help", "--help");
-        row("shell characters", "$(touch x);`id`", "touch id", "$(touch x);`id`");
+        row("characters special to sh", "$(touch x);`id`", "touch id", "$(touch x);`id`");
         row("percent signs", "100%.txt", "100.txt", "0%.");
         row("other letters",
             "\xc3\x9c"

@@ -6,7 +6,7 @@ using testsupport::list;
 using testsupport::SearchRecorder;
 using testsupport::text;
 
-/// Where the search for files by name looks, with the real plocate and updatedb.
+/// Where the file search looks, with the real plocate and updatedb.
 class SearchedPlacesTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ using testsupport::text;
 
 namespace {
 
-/// Waits for something to be posted, without an event loop.
+/// Waits for a posted event without running an event loop.
 bool waitForPostedEvent()
 {
     const QDeadlineTimer deadline(testsupport::longestWaitMs);
@@ -23,7 +23,7 @@ bool waitForPostedEvent()
     return !deadline.hasExpired();
 }
 
-/// Counts the timer events of the program for as long as it lives.
+/// Counts the program's timer events during its lifetime.
 class TimerEventCount : public QObject
 {
 public:
@@ -41,7 +41,7 @@ public:
 
 } // namespace
 
-/// The order in which hits and the end of a search arrive, whatever their receiver does.
+/// The order of hits and of the end of a search, whatever a receiver does.
 class SearchHitsTest : public testsupport::SearchPlaceTest
 {
     Q_OBJECT
@@ -143,7 +143,7 @@ private slots:
         SearchRecorder recorder;
         QCoreApplication::sendPostedEvents();
         recorder.start(text("report"));
-        // What the search has to say waits for the event loop, which has had no turn yet.
+        // The search has posted an event, and the event loop has not run yet.
         QVERIFY(waitForPostedEvent());
         recorder.search.StopSearch();
         const TimerEventCount timerEvents;
