@@ -54,7 +54,7 @@ std::optional<QJsonValue> parseJsonValue(const QString &text)
 }
 
 /// Adds NAME=VALUE or NAME:=JSON to @p args. Returns what is wrong with it; empty if nothing is.
-QString readArgument(const QString &argument, QJsonObject *args)
+QString readArgument(const QString &argument, QJsonObject &args)
 {
     const int equals = argument.indexOf(QLatin1Char('='));
     const bool isJson = equals > 0 && argument.at(equals - 1) == QLatin1Char(':');
@@ -65,44 +65,44 @@ QString readArgument(const QString &argument, QJsonObject *args)
     const std::optional<QJsonValue> json = isJson ? parseJsonValue(value) : QJsonValue(value);
     if (!json)
         return QStringLiteral("not JSON: ") + value;
-    args->insert(name, *json);
+    args.insert(name, *json);
     return {};
 }
 
 QString readOptions(const QCommandLineParser &parser, const Options &options,
-                    ctl::CommandLine *line)
+                    ctl::CommandLine &line)
 {
-    line->page = parser.value(options.page);
+    line.page = parser.value(options.page);
     if (parser.isSet(options.session) && parser.isSet(options.commands))
         return QStringLiteral("--session and --commands cannot be used together");
-    if (line->page != QLatin1String("main") && line->page != QLatin1String("child"))
+    if (line.page != QLatin1String("main") && line.page != QLatin1String("child"))
         return QStringLiteral("--page must be main or child");
     if (parser.isSet(options.wait)) {
         bool isNumber = false;
-        line->waitMs = parser.value(options.wait).toInt(&isNumber);
-        if (!isNumber || *line->waitMs < 0)
+        line.waitMs = parser.value(options.wait).toInt(&isNumber);
+        if (!isNumber || *line.waitMs < 0)
             return QStringLiteral("--wait needs a number of milliseconds");
     }
-    line->choices = parser.values(options.choose);
-    line->untilCallback = parser.value(options.until);
-    if (parser.isSet(options.until) && line->untilCallback.isEmpty())
+    line.choices = parser.values(options.choose);
+    line.untilCallback = parser.value(options.until);
+    if (parser.isSet(options.until) && line.untilCallback.isEmpty())
         return QStringLiteral("--until needs the name of a callback");
-    line->opensReally = parser.isSet(options.open);
-    line->traces = parser.isSet(options.trace);
-    line->pretty = parser.isSet(options.pretty);
+    line.opensReally = parser.isSet(options.open);
+    line.traces = parser.isSet(options.trace);
+    line.pretty = parser.isSet(options.pretty);
     return {};
 }
 
-QString readCommand(QStringList words, ctl::CommandLine *line)
+QString readCommand(QStringList words, ctl::CommandLine &line)
 {
-    if (line->mode != ctl::CommandLine::SingleCommand)
+    if (line.mode != ctl::CommandLine::SingleCommand)
         return words.isEmpty() ? QString()
                                : QStringLiteral("unexpected argument: ") + words.first();
     if (words.isEmpty())
         return QStringLiteral("no command given; --commands lists them");
-    line->command = words.takeFirst();
+    line.command = words.takeFirst();
     for (const QString &word : qAsConst(words)) {
-        QString fault = readArgument(word, &line->args);
+        QString fault = readArgument(word, line.args);
         if (!fault.isEmpty())
             return fault;
     }
@@ -138,9 +138,9 @@ ctl::CommandLine ctl::parseCommandLine(const QStringList &arguments)
             line.mode = CommandLine::Session;
         else if (parser.isSet(options.commands))
             line.mode = CommandLine::ListCommands;
-        line.fault = readOptions(parser, options, &line);
+        line.fault = readOptions(parser, options, line);
         if (line.fault.isEmpty())
-            line.fault = readCommand(parser.positionalArguments(), &line);
+            line.fault = readCommand(parser.positionalArguments(), line);
     }
     return line;
 }

@@ -44,27 +44,27 @@ void setUp(QCommandLineParser &parser, const Options &options)
 
 /// Returns what is wrong with the options; empty if nothing is.
 QString readOptions(const QCommandLineParser &parser, const Options &options,
-                    shell::ShellOptions *read)
+                    shell::ShellOptions &read)
 {
     if (!parser.positionalArguments().isEmpty())
         return QStringLiteral("unexpected argument: ") + parser.positionalArguments().first();
-    read->page = parser.value(options.page);
-    if (read->page.isEmpty())
+    read.page = parser.value(options.page);
+    if (read.page.isEmpty())
         return QStringLiteral("--page needs a file name");
-    read->theme = parser.value(options.theme);
-    if (parser.isSet(options.theme) && read->theme != QLatin1String("light") &&
-        read->theme != QLatin1String("dark"))
+    read.theme = parser.value(options.theme);
+    if (parser.isSet(options.theme) && read.theme != QLatin1String("light") &&
+        read.theme != QLatin1String("dark"))
         return QStringLiteral("--theme must be light or dark");
-    read->language = parser.value(options.language);
-    if (parser.isSet(options.language) && QLocale(read->language).language() == QLocale::C)
+    read.language = parser.value(options.language);
+    if (parser.isSet(options.language) && QLocale(read.language).language() == QLocale::C)
         return QStringLiteral("--language needs a language such as en or zh_CN");
-    read->screenshot = parser.value(options.screenshot);
-    if (parser.isSet(options.screenshot) && read->screenshot.isEmpty())
+    read.screenshot = parser.value(options.screenshot);
+    if (parser.isSet(options.screenshot) && read.screenshot.isEmpty())
         return QStringLiteral("--screenshot needs a path");
     if (parser.isSet(options.debugPort)) {
         bool isNumber = false;
-        read->debugPort = parser.value(options.debugPort).toInt(&isNumber);
-        if (!isNumber || read->debugPort < 1 || read->debugPort > highestPort)
+        read.debugPort = parser.value(options.debugPort).toInt(&isNumber);
+        if (!isNumber || read.debugPort < 1 || read.debugPort > highestPort)
             return QStringLiteral("--debug-port needs a port number");
     }
     return {};
@@ -85,7 +85,7 @@ shell::ShellOptions shell::parseShellOptions(const QStringList &arguments)
     else if (parser.isSet(options.version))
         read.mode = ShellOptions::PrintVersion;
     else
-        read.fault = readOptions(parser, options, &read);
+        read.fault = readOptions(parser, options, read);
     return read;
 }
 

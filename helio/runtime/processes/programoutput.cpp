@@ -32,17 +32,17 @@ Pipe makePipe()
 
 /// Appends what can be read to @p text and returns its length. At the end of the input, closes the
 /// descriptor and returns 0.
-int readPiece(Descriptor *descriptor, QByteArray *text)
+int readPiece(Descriptor &descriptor, QByteArray &text)
 {
     std::array<char, 65536> piece;
     ssize_t count = 0;
     do {
-        count = ::read(descriptor->number(), piece.data(), piece.size());
+        count = ::read(descriptor.number(), piece.data(), piece.size());
     } while (count < 0 && errno == EINTR);
     const int length = count > 0 ? static_cast<int>(count) : 0;
-    text->append(piece.data(), length);
+    text.append(piece.data(), length);
     if (length == 0)
-        descriptor->close();
+        descriptor.close();
     return length;
 }
 
@@ -79,7 +79,7 @@ bool ProgramOutput::isStarted() const
     return m_process > 0;
 }
 
-ProgramOutput::State ProgramOutput::read(QByteArray *output, int timeoutMs)
+ProgramOutput::State ProgramOutput::read(QByteArray &output, int timeoutMs)
 {
     std::array<pollfd, 2> sources = {pollfd{m_output.number(), POLLIN, 0},
                                      pollfd{m_errors.number(), POLLIN, 0}};
@@ -88,9 +88,9 @@ ProgramOutput::State ProgramOutput::read(QByteArray *output, int timeoutMs)
         return State::Silent;
     if (sources[1].revents != 0) {
         QByteArray message;
-        m_hasErrors = readPiece(&m_errors, &message) > 0 || m_hasErrors;
+        m_hasErrors = readPiece(m_errors, message) > 0 || m_hasErrors;
     }
-    if (sources[0].revents != 0 && readPiece(&m_output, output) > 0)
+    if (sources[0].revents != 0 && readPiece(m_output, output) > 0)
         return State::Output;
     return m_output.isOpen() || m_errors.isOpen() ? State::Silent : State::Ended;
 }

@@ -29,7 +29,7 @@ public:
 
     /// Waits until the program writes or ends, and appends what it wrote to @p output. "Silent"
     /// after @p timeoutMs, or if it wrote to standard error only.
-    State read(QByteArray *output, int timeoutMs);
+    State read(QByteArray &output, int timeoutMs);
 
     /// Whether the program ended with status 0, or with another status and no word on standard
     /// error, as plocate does when nothing matches. Call it once, after State::Ended.

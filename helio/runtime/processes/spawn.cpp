@@ -18,10 +18,10 @@ namespace {
 using helio::InheritedDescriptor;
 
 /// The null-terminated list of pointers that posix_spawn() takes.
-std::vector<char *> toPointers(QList<QByteArray> *texts)
+std::vector<char *> toPointers(QList<QByteArray> &texts)
 {
     std::vector<char *> pointers;
-    for (QByteArray &text : *texts)
+    for (QByteArray &text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
     return pointers;
@@ -97,7 +97,7 @@ std::optional<pid_t> helio::spawnProgram(const QList<QByteArray> &words,
     pid_t process = 0;
     const int fault =
         ::posix_spawnp(&process, words.constFirst().constData(), actions.get(), attributes.get(),
-                       toPointers(&ownWords).data(), toPointers(&ownEnvironment).data());
+                       toPointers(ownWords).data(), toPointers(ownEnvironment).data());
     if (fault != 0)
         return {};
     return process;

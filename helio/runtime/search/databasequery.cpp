@@ -35,17 +35,17 @@ QProcessEnvironment queryEnvironment()
 }
 
 /// Passes the texts that end with a null character to the sink and keeps the rest.
-void passComplete(QByteArray *unread, const DatabaseQuery::Sink &sink)
+void passComplete(QByteArray &unread, const DatabaseQuery::Sink &sink)
 {
     std::vector<std::string_view> texts;
     int begin = 0;
-    for (int end = unread->indexOf('\0'); end >= 0; end = unread->indexOf('\0', begin)) {
-        texts.emplace_back(unread->constData() + begin, static_cast<std::size_t>(end - begin));
+    for (int end = unread.indexOf('\0'); end >= 0; end = unread.indexOf('\0', begin)) {
+        texts.emplace_back(unread.constData() + begin, static_cast<std::size_t>(end - begin));
         begin = end + 1;
     }
     if (!texts.empty())
         sink(texts);
-    unread->remove(0, begin);
+    unread.remove(0, begin);
 }
 
 } // namespace
@@ -78,9 +78,9 @@ DatabaseQuery::Outcome DatabaseQuery::run(const QString &database) const
     QElapsedTimer silence;
     silence.start();
     while (!m_isStopped()) {
-        switch (plocate.read(&unread, stopCheckMs)) {
+        switch (plocate.read(unread, stopCheckMs)) {
         case ProgramOutput::State::Output:
-            passComplete(&unread, m_sink);
+            passComplete(unread, m_sink);
             silence.restart();
             break;
         case ProgramOutput::State::Silent:

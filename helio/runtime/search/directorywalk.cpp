@@ -32,11 +32,11 @@ void DirectoryWalk::run(const QByteArray &root) const
         const QByteArray path = std::move(toDo.front());
         toDo.pop_front();
         if (path == root || !unsearched.contains(path))
-            walkDirectory(path, &toDo);
+            walkDirectory(path, toDo);
     }
 }
 
-void DirectoryWalk::walkDirectory(const QByteArray &path, std::deque<QByteArray> *folders) const
+void DirectoryWalk::walkDirectory(const QByteArray &path, std::deque<QByteArray> &folders) const
 {
     Directory directory(path);
     const QByteArray prefix = path.endsWith('/') ? path : path + '/';
@@ -47,7 +47,7 @@ void DirectoryWalk::walkDirectory(const QByteArray &path, std::deque<QByteArray>
         if (m_pattern.matches(name))
             found.push_back({prefix + name, isFolder});
         if (isFolder)
-            folders->push_back(prefix + name);
+            folders.push_back(prefix + name);
         if (found.size() >= mostAtOnce)
             m_sink(std::exchange(found, {}));
     }

@@ -24,7 +24,7 @@ public:
     void run(const QByteArray &root) const;
 
 private:
-    void walkDirectory(const QByteArray &path, std::deque<QByteArray> *folders) const;
+    void walkDirectory(const QByteArray &path, std::deque<QByteArray> &folders) const;
 
     const NamePattern &m_pattern;
     std::function<bool()> m_isStopped;

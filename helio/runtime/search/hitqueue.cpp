@@ -37,14 +37,14 @@ bool HitQueue::isStoppedWithin(int milliseconds)
                               [this] { return m_isStopped.load(); });
 }
 
-HitQueue::State HitQueue::take(FoundFiles *hits)
+HitQueue::State HitQueue::take(FoundFiles &hits)
 {
     const std::lock_guard<std::mutex> lock(m_guard);
     if (m_waiting.empty()) {
         m_isReporterAsleep = !m_hasEnded;
         return m_hasEnded ? State::Ended : State::Empty;
     }
-    *hits = std::move(m_waiting.front());
+    hits = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_changed.notify_all();
     return State::Hits;

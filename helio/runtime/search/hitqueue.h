@@ -33,7 +33,7 @@ public:
     bool isStoppedWithin(int milliseconds);
 
     // For the reporter.
-    State take(FoundFiles *hits);
+    State take(FoundFiles &hits);
     void stop();
 
     bool isStopped() const;

@@ -140,7 +140,7 @@ void KFsSearch::Private::deliver()
         }
         m_nextHit = 0;
         m_taken.clear();
-        const HitQueue::State state = hits->take(&m_taken);
+        const HitQueue::State state = hits->take(m_taken);
         if (state != HitQueue::State::Hits)
             m_nextSlice.stop();
         if (state == HitQueue::State::Empty)

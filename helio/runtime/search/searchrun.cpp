@@ -117,7 +117,7 @@ DatabaseQuery::Outcome SearchRun::ask(const FileDatabase &database)
     const DatabaseQuery query(
         m_pattern, [this] { return m_hits->isStopped(); },
         [this, &check](const std::vector<std::string_view> &paths) {
-            reportExisting(paths, &check);
+            reportExisting(paths, check);
         });
     return query.run(database.path());
 }
@@ -149,7 +149,7 @@ bool SearchRun::waitForRefresh(const FileDatabase &database, const QDeadlineTime
     return true;
 }
 
-void SearchRun::reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck *check)
+void SearchRun::reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck &check)
 {
     FoundFiles existing;
     for (const std::string_view &text : paths) {
@@ -158,7 +158,7 @@ void SearchRun::reportExisting(const std::vector<std::string_view> &paths, Exist
         const QByteArray path(text.data(), static_cast<int>(text.size()));
         if (!path.startsWith(m_requiredPrefix) || m_reported.contains(path))
             continue;
-        const ExistenceCheck::Kind kind = check->kindOf(text);
+        const ExistenceCheck::Kind kind = check.kindOf(text);
         if (kind != ExistenceCheck::Kind::Missing)
             existing.push_back({path, kind == ExistenceCheck::Kind::Folder});
     }

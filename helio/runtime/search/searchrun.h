@@ -52,7 +52,7 @@ private:
     DatabaseQuery::Outcome ask(const FileDatabase &database);
     void catchUp(const AskedDatabase &asked, const QDeadlineTimer &deadline);
     bool waitForRefresh(const FileDatabase &database, const QDeadlineTimer &deadline);
-    void reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck *check);
+    void reportExisting(const std::vector<std::string_view> &paths, ExistenceCheck &check);
     void rememberReported();
 
     NamePattern m_pattern;
