@@ -8,6 +8,7 @@
 #include <QTranslator>
 
 #include "helio/shell/shelloptions.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -34,14 +35,9 @@ helio::PageSurroundings shell::desktopLook(const ShellOptions &options)
             options.language.isEmpty() ? desktopLanguage() : options.language};
 }
 
-QString shell::programTitle(const QString &language)
+void shell::useLanguage(const QString &language)
 {
-    return language.startsWith(QLatin1String("zh")) ? QStringLiteral("办公助手")
-                                                    : QStringLiteral("Office Assistant");
-}
-
-void shell::translateQt(const QString &language)
-{
+    texts::useLanguage(language);
     if (language.startsWith(QLatin1String(english)))
         return;
     auto *translator = new QTranslator(QCoreApplication::instance());

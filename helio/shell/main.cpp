@@ -22,6 +22,7 @@
 #include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -68,6 +69,8 @@ void takePicture(shell::PageWindow *window, const QString &path)
 
 int showWindows(const shell::ShellOptions &options)
 {
+    const helio::PageSurroundings look = shell::desktopLook(options);
+    shell::useLanguage(look.language);
     const helio::PageDirectory pages(helio::pageDirectory());
     const QString missing = shell::missingPart(pages, options.page);
     if (!missing.isEmpty())
@@ -77,9 +80,7 @@ int showWindows(const shell::ShellOptions &options)
     if (!fault.isEmpty())
         return complain(PartMissing, fault);
 
-    const helio::PageSurroundings look = shell::desktopLook(options);
-    shell::translateQt(look.language);
-    QApplication::setApplicationDisplayName(shell::programTitle(look.language));
+    QApplication::setApplicationDisplayName(texts::tr("Office Assistant"));
     // Each would override or drop the arguments that this program gives Chromium.
     std::optional<shell::HiddenVariables> hidden(QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS",
                                                                 "QTWEBENGINE_REMOTE_DEBUGGING",

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include "helio/webengine/pagedirectory.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -32,16 +33,16 @@ QString shell::chromiumHelperPath()
 QString shell::missingPart(const helio::PageDirectory &pages, const QString &startPage)
 {
     if (!isProgram(chromiumHelperPath()))
-        return QStringLiteral("Chromium's helper program is missing: %1 (on Debian, install the "
-                              "package libqt5webenginecore5)")
+        return texts::tr("Chromium's helper program is missing: %1 (on Debian, install the package "
+                         "libqt5webenginecore5)")
             .arg(chromiumHelperPath());
     if (!QFileInfo(pages.path()).isDir())
-        return QStringLiteral("the directory of the pages is missing: ") + pages.path();
+        return texts::tr("the directory of the pages is missing: %1").arg(pages.path());
     const QUrl page = pages.urlOf(startPage);
     if (!QFileInfo(page.toLocalFile()).isFile())
-        return QStringLiteral("the start page is missing: ") + page.toLocalFile();
+        return texts::tr("the start page is missing: %1").arg(page.toLocalFile());
     if (!pages.contains(page))
-        return QStringLiteral("the start page is outside the directory of the pages: ") +
-               page.toLocalFile();
+        return texts::tr("the start page is outside the directory of the pages: %1")
+            .arg(page.toLocalFile());
     return {};
 }

@@ -7,6 +7,7 @@
 #include <QWindow>
 
 #include "helio/webengine/pagesurroundings.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -18,10 +19,7 @@ constexpr double titleScale = 1.4;
 namespace helio {
 
 PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
-    : QWidget(parent),
-      m_texts(NoticeTexts::of(surroundings.language)),
-      m_title(new QLabel(this)),
-      m_explanation(new QLabel(this))
+    : QWidget(parent), m_title(new QLabel(this)), m_explanation(new QLabel(this))
 {
     setColors(surroundings.isDark());
     QFont titleFont = font();
@@ -52,15 +50,20 @@ PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
 
 PageNotice *PageNotice::sayStopped()
 {
-    m_title->setText(m_texts.stoppedTitle);
-    m_explanation->setText(m_texts.stoppedExplanation);
+    m_title->setText(texts::tr("This page has stopped"));
+    m_explanation->setText(
+        texts::tr("The process that displays it ended unexpectedly. Reload the page to continue. "
+                  "Exported files are not affected."));
     return this;
 }
 
 PageNotice *PageNotice::sayNotShown(const QString &name)
 {
-    m_title->setText(m_texts.notShownTitle);
-    m_explanation->setText(m_texts.notShownExplanation.arg(name));
+    m_title->setText(texts::tr("This page cannot be shown"));
+    m_explanation->setText(
+        texts::tr("The page \"%1\" is missing or cannot be read. Reinstall the program and try "
+                  "again.")
+            .arg(name));
     return this;
 }
 
@@ -81,8 +84,8 @@ void PageNotice::setColors(bool dark)
 
 QBoxLayout *PageNotice::makeButtons()
 {
-    auto *reload = new QPushButton(m_texts.reload, this);
-    auto *close = new QPushButton(m_texts.close, this);
+    auto *reload = new QPushButton(texts::tr("Reload"), this);
+    auto *close = new QPushButton(texts::tr("Close window"), this);
     reload->setShortcut(QKeySequence::Refresh);
     connect(reload, &QPushButton::clicked, this, &PageNotice::reloadRequested);
     connect(close, &QPushButton::clicked, this, &PageNotice::closeRequested);

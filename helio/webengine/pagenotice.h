@@ -2,8 +2,6 @@
 
 #include <QWidget>
 
-#include "helio/webengine/noticetexts.h"
-
 class QBoxLayout;
 class QLabel;
 
@@ -37,7 +35,6 @@ private:
     void setColors(bool dark);
     QBoxLayout *makeButtons();
 
-    NoticeTexts m_texts;
     QLabel *m_title;
     QLabel *m_explanation;
 };

@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -32,8 +32,8 @@ void waitForLock(const QString &path, int lockMs)
     if (lock.tryLock(lockMs))
         return;
     if (lock.error() == QLockFile::LockFailedError)
-        fail(Words::tr("another program holds %1").arg(path + lockEnding));
-    fail(Words::tr("cannot write into %1").arg(QFileInfo(path).path()));
+        fail(texts::tr("another program holds %1").arg(path + lockEnding));
+    fail(texts::tr("cannot write into %1").arg(QFileInfo(path).path()));
 }
 
 } // namespace
@@ -43,12 +43,12 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
 {
     const QString directory = suiteHome + QStringLiteral("/tmp");
     if (!QDir().mkpath(directory))
-        fail(Words::tr("cannot make the directory %1").arg(directory));
+        fail(texts::tr("cannot make the directory %1").arg(directory));
     const QString path = directory + fileName;
     const QFileInfo information(path);
     // To read a pipe would take forever.
     if (information.exists() && (!information.isFile() || information.size() > mostBytes))
-        fail(Words::tr("%1 is no file of answers").arg(path));
+        fail(texts::tr("%1 is no file of answers").arg(path));
     waitForLock(path, lockMs);
     QSettings file(path, QSettings::IniFormat);
     file.setIniCodec("UTF-8");
@@ -56,7 +56,7 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
     file.setValue(application + QLatin1Char('-') + check, text);
     file.sync();
     if (file.status() == QSettings::AccessError)
-        fail(Words::tr("cannot write %1").arg(path));
+        fail(texts::tr("cannot write %1").arg(path));
 }
 
 } // namespace standin

@@ -2,13 +2,14 @@
 #include <exception>
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include "programs/checktool/answerfile.h"
-#include "programs/checktool/catalogue.h"
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/printing/printing.h"
 #include "programs/checktool/timelimit.h"
 #include "programs/checktool/usage.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -76,7 +77,8 @@ int run(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    standin::useLanguageOfUser();
+    // Numbers and sizes are written in the language of the words around them.
+    QLocale::setDefault(QLocale(texts::useLanguageOfUser()));
     try {
         return run(QCoreApplication::arguments().mid(1));
     } catch (const std::exception &error) {

@@ -3,7 +3,7 @@
 #include <QStringList>
 
 #include "programs/checktool/checks/checks.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -27,7 +27,7 @@ QString usage()
         return QStringLiteral("  %1%2; ARG: %3")
             .arg(check.name.leftJustified(nameWidth), check.description, check.argument);
     });
-    return Words::tr("usage: vyrEnvCheckTool TYPE APP [ARG]\n"
+    return texts::tr("usage: vyrEnvCheckTool TYPE APP [ARG]\n"
                      "       vyrEnvCheckTool print APP DOCUMENT\n"
                      "       vyrEnvCheckTool --list | --help\n"
                      "\n"

@@ -5,11 +5,10 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QLocale>
 #include <QMessageBox>
 
-#include "programs/component/absencetexts.h"
 #include "programs/component/suiteprograms.h"
+#include "texts/texts.h"
 
 namespace {
 
@@ -35,17 +34,21 @@ bool hasDisplay()
 
 void tellAbsence(int argc, char *argv[], const QString &program)
 {
-    const standin::AbsenceTexts texts =
-        standin::AbsenceTexts::of(QLocale::system().name(), program);
-    std::fprintf(stderr, "%s\n%s\n", texts.what.toUtf8().constData(),
-                 texts.advice.toUtf8().constData());
+    texts::useLanguageOfUser();
+    const QString what =
+        texts::tr("The office suite's program \"%1\" is not on this machine, so this "
+                  "shortcut has nothing to open.")
+            .arg(program);
+    const QString advice = texts::tr("Install the office suite, or open the document with another "
+                                     "application from its context menu in the file manager.");
+    std::fprintf(stderr, "%s\n%s\n", what.toUtf8().constData(), advice.toUtf8().constData());
     // Qt ends a program of windows that finds no display.
     if (!hasDisplay())
         return;
     const QApplication application(argc, argv);
-    QMessageBox box(QMessageBox::Information, texts.title, texts.what);
-    box.setInformativeText(texts.advice);
-    box.addButton(texts.close, QMessageBox::RejectRole);
+    QMessageBox box(QMessageBox::Information, texts::tr("This component is not installed"), what);
+    box.setInformativeText(advice);
+    box.addButton(texts::tr("Close"), QMessageBox::RejectRole);
     box.exec();
 }
 

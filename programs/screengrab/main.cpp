@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QFile>
-#include <QLocale>
 #include <QStandardPaths>
 
 #include "programs/screengrab/desktopnotice.h"
@@ -11,6 +10,7 @@
 #include "programs/screengrab/portalgrab.h"
 #include "programs/screengrab/sessionbus.h"
 #include "programs/screengrab/x11grab.h"
+#include "texts/texts.h"
 
 using namespace standin;
 
@@ -36,24 +36,21 @@ GrabbedPicture grabScreen()
     // The X server of a Wayland session shows nothing of what is on the screen.
     if (isWayland())
         return GrabbedPicture::notPossible(
-            picture.reason.isEmpty() ? QStringLiteral("this session has no portal for screenshots")
+            picture.reason.isEmpty() ? texts::tr("this session has no portal for screenshots")
                                      : picture.reason);
     return grabX11();
 }
 
-void tell(const char *english, const char *chinese, const QString &text)
+void tell(const QString &title, const QString &text)
 {
-    if (!hasSessionBus())
-        return;
-    const bool isChinese = QLocale::system().language() == QLocale::Chinese;
-    showNotice(QDBusConnection::sessionBus(), QString::fromUtf8(isChinese ? chinese : english),
-               text);
+    if (hasSessionBus())
+        showNotice(QDBusConnection::sessionBus(), title, text);
 }
 
 int fail(const QString &reason)
 {
     std::fprintf(stderr, "%s\n", reason.toUtf8().constData());
-    tell("No screenshot was taken", "未能截图", reason);
+    tell(texts::tr("No screenshot was taken"), reason);
     return failed;
 }
 
@@ -63,6 +60,7 @@ int fail(const QString &reason)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    texts::useLanguageOfUser();
     const GrabbedPicture picture = grabScreen();
     if (picture.outcome != GrabbedPicture::Taken)
         return fail(picture.reason);
@@ -73,6 +71,6 @@ int main(int argc, char *argv[])
         return fail(file.reason);
     std::printf("%s\n", QFile::encodeName(file.path).constData());
     std::fflush(stdout);
-    tell("Screenshot saved", "截图已保存", file.path);
+    tell(texts::tr("Screenshot saved"), file.path);
     return 0;
 }

@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include "texts/texts.h"
+
 namespace standin {
 
 namespace {
@@ -41,13 +43,13 @@ PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
 {
     const QDir folder(directory);
     if (!folder.mkpath(QStringLiteral(".")))
-        return {{}, QStringLiteral("the folder cannot be made: ") + directory};
+        return {{}, texts::tr("the folder cannot be made: %1").arg(directory)};
     if (liesIn(picture.savedAs, directory))
         return {picture.savedAs, {}};
     // Written under another name first: whoever sees a picture in the folder sees a whole one.
     QTemporaryFile file(folder.filePath(QStringLiteral(".screenshot-XXXXXX")));
     if (!file.open() || !picture.image.save(&file, "PNG") || !file.flush())
-        return {{}, QStringLiteral("cannot write to %1: %2").arg(directory, file.errorString())};
+        return {{}, texts::tr("cannot write to %1: %2").arg(directory, file.errorString())};
     for (int number = 1; number <= mostOfOneSecond; ++number) {
         const QString path = folder.filePath(fileName(takenAt, number));
         if (QFile::exists(path) || !file.rename(path))
@@ -56,7 +58,7 @@ PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
         removeCopy(picture.savedAs);
         return {path, {}};
     }
-    return {{}, QStringLiteral("no file name is left in ") + directory};
+    return {{}, texts::tr("no file name is left in %1").arg(directory)};
 }
 
 } // namespace standin

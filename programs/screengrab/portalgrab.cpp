@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "texts/texts.h"
+
 namespace standin {
 
 namespace {
@@ -39,13 +41,12 @@ GrabbedPicture PortalGrab::grab()
     if (!isOffered() ||
         !m_bus.connect(service, QString(), requestInterface, QStringLiteral("Response"), this,
                        SLOT(onResponse(QDBusMessage))))
-        return GrabbedPicture::notPossible(
-            QStringLiteral("the desktop has no portal for screenshots"));
+        return GrabbedPicture::notPossible(texts::tr("the desktop has no portal for screenshots"));
     QString error;
     const QString path = request(&error);
     if (path.isEmpty())
-        return GrabbedPicture::notPossible(QStringLiteral("the portal took no screenshot: ") +
-                                           error);
+        return GrabbedPicture::notPossible(
+            texts::tr("the portal took no screenshot: %1").arg(error));
     return answerTo(path);
 }
 
@@ -90,12 +91,12 @@ GrabbedPicture PortalGrab::answerTo(const QString &request)
         m_loop.exec();
     const QVariantList answer = m_responses.value(request).arguments();
     if (answer.size() != 2)
-        return GrabbedPicture::refused(QStringLiteral("the desktop's portal gave no answer"));
+        return GrabbedPicture::refused(texts::tr("the desktop's portal gave no answer"));
     const uint outcome = answer.at(0).toUInt();
     if (outcome == Cancelled)
-        return GrabbedPicture::refused(QStringLiteral("the desktop or its user said no"));
+        return GrabbedPicture::refused(texts::tr("the desktop or its user said no"));
     if (outcome != Succeeded)
-        return GrabbedPicture::notPossible(QStringLiteral("the desktop's portal failed"));
+        return GrabbedPicture::notPossible(texts::tr("the desktop's portal failed"));
     const auto results = qdbus_cast<QVariantMap>(answer.at(1));
     return pictureOf(results.value(QStringLiteral("uri")).toString());
 }
@@ -105,8 +106,8 @@ GrabbedPicture PortalGrab::pictureOf(const QString &address) const
     const QString file = QUrl(address).toLocalFile();
     const QImage image = file.isEmpty() ? QImage() : QImage(file);
     if (image.isNull())
-        return GrabbedPicture::notPossible(QStringLiteral("the portal's picture cannot be read: ") +
-                                           address);
+        return GrabbedPicture::notPossible(
+            texts::tr("the portal's picture cannot be read: %1").arg(address));
     return GrabbedPicture::taken(image, file);
 }
 

@@ -5,6 +5,8 @@
 
 #include <xcb/xcb.h>
 
+#include "texts/texts.h"
+
 namespace standin {
 
 namespace {
@@ -70,10 +72,10 @@ GrabbedPicture grabX11()
     const Connection connection(xcb_connect(nullptr, &screenNumber));
     if (xcb_connection_has_error(connection.get()) != 0)
         return GrabbedPicture::notPossible(
-            QStringLiteral("there is no display whose screen could be taken"));
+            texts::tr("there is no display whose screen could be taken"));
     const xcb_screen_t *screen = screenOf(connection.get(), screenNumber);
     if (!screen)
-        return GrabbedPicture::notPossible(QStringLiteral("the display has no screen"));
+        return GrabbedPicture::notPossible(texts::tr("the display has no screen"));
     const auto request = xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0,
                                        0, screen->width_in_pixels, screen->height_in_pixels, ~0U);
     xcb_generic_error_t *failure = nullptr;
@@ -81,11 +83,11 @@ GrabbedPicture grabX11()
     const Error error(failure);
     if (!reply)
         return GrabbedPicture::notPossible(
-            QStringLiteral("the display does not let its screen be read"));
+            texts::tr("the display does not let its screen be read"));
     const QImage image = imageOf(xcb_get_setup(connection.get()), *screen, reply.get());
     if (image.isNull())
         return GrabbedPicture::notPossible(
-            QStringLiteral("the display has %1 bits a pixel, which are not understood")
+            texts::tr("the display has %1 bits a pixel, which are not understood")
                 .arg(reply->depth));
     return GrabbedPicture::taken(image);
 }

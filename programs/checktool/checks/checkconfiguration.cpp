@@ -7,7 +7,7 @@
 
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/machine/shellword.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -41,12 +41,12 @@ bool isThere(const QString &path, Findings &findings)
     if (information.exists())
         return true;
     if (information.isSymLink())
-        findings.problem(Words::tr("%1 is a link to %2, which is not there.")
+        findings.problem(texts::tr("%1 is a link to %2, which is not there.")
                              .arg(path, information.symLinkTarget()),
-                         Words::tr("Delete the link; the suite makes the file anew."));
+                         texts::tr("Delete the link; the suite makes the file anew."));
     else
         findings.fine(
-            Words::tr("%1 is not there yet; the suite makes it at its first start.").arg(path));
+            texts::tr("%1 is not there yet; the suite makes it at its first start.").arg(path));
     return false;
 }
 
@@ -58,10 +58,10 @@ void checkOwner(const QString &path, Findings &findings)
     const QString owner = information.owner().isEmpty() ? QString::number(information.ownerId())
                                                         : information.owner();
     findings.problem(
-        Words::tr("%1 belongs to the user %2, perhaps because the suite was once "
+        texts::tr("%1 belongs to the user %2, perhaps because the suite was once "
                   "started as that user.")
             .arg(path, owner),
-        Words::tr("Take it over with: sudo chown -R %1 %2.").arg(userName(), shellWord(path)));
+        texts::tr("Take it over with: sudo chown -R %1 %2.").arg(userName(), shellWord(path)));
 }
 
 bool checkDirectory(const QString &path, Findings &findings)
@@ -70,28 +70,28 @@ bool checkDirectory(const QString &path, Findings &findings)
         return false;
     if (!QFileInfo(path).isDir()) {
         findings.problem(
-            Words::tr("%1 is no directory, so that nothing can be kept in it.").arg(path),
-            Words::tr("Move it away; the suite makes the directory anew."));
+            texts::tr("%1 is no directory, so that nothing can be kept in it.").arg(path),
+            texts::tr("Move it away; the suite makes the directory anew."));
         return false;
     }
     const int before = findings.problemCount();
     checkOwner(path, findings);
     if (!may(path, R_OK | W_OK | X_OK))
         findings.problem(
-            Words::tr("The directory %1 cannot be used for reading and writing.").arg(path),
-            Words::tr("Give yourself the rights with: chmod u+rwx %1.").arg(shellWord(path)));
+            texts::tr("The directory %1 cannot be used for reading and writing.").arg(path),
+            texts::tr("Give yourself the rights with: chmod u+rwx %1.").arg(shellWord(path)));
     if (findings.problemCount() == before)
-        findings.fine(Words::tr("The directory %1 can be read and written.").arg(path));
+        findings.fine(texts::tr("The directory %1 can be read and written.").arg(path));
     return true;
 }
 
 void checkContent(const QString &path, Findings &findings)
 {
     const QString remedy =
-        Words::tr("Rename the file; the suite starts with its own settings then.");
+        texts::tr("Rename the file; the suite starts with its own settings then.");
     QFile file(path);
     if (file.size() > mostSettings) {
-        findings.problem(Words::tr("The settings file %1 is unusually large.").arg(path), remedy);
+        findings.problem(texts::tr("The settings file %1 is unusually large.").arg(path), remedy);
         return;
     }
     const bool isText = file.open(QIODevice::ReadOnly) && !file.readAll().contains('\0');
@@ -100,10 +100,10 @@ void checkContent(const QString &path, Findings &findings)
     const int count = settings.allKeys().size();
     if (!isText || settings.status() == QSettings::FormatError)
         findings.problem(
-            Words::tr("The settings file %1 is damaged: some of it is no settings.").arg(path),
+            texts::tr("The settings file %1 is damaged: some of it is no settings.").arg(path),
             remedy);
     else
-        findings.fine(Words::tr("The settings file %1 can be read; settings in it: %2.")
+        findings.fine(texts::tr("The settings file %1 can be read; settings in it: %2.")
                           .arg(path, QString::number(count)));
 }
 
@@ -113,25 +113,25 @@ void checkFile(const QString &path, Findings &findings)
         return;
     if (!QFileInfo(path).isFile()) {
         findings.problem(
-            Words::tr("%1 is no file, so that no settings can be kept in it.").arg(path),
-            Words::tr("Move it away; the suite makes the file anew."));
+            texts::tr("%1 is no file, so that no settings can be kept in it.").arg(path),
+            texts::tr("Move it away; the suite makes the file anew."));
         return;
     }
     checkOwner(path, findings);
     if (!may(path, W_OK))
         findings.problem(
-            Words::tr("The settings file %1 cannot be written: changed settings are "
+            texts::tr("The settings file %1 cannot be written: changed settings are "
                       "lost.")
                 .arg(path),
-            Words::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
+            texts::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
     if (may(path, R_OK))
         checkContent(path, findings);
     else
         findings.problem(
-            Words::tr(
+            texts::tr(
                 "The settings file %1 cannot be read: the suite starts without your settings.")
                 .arg(path),
-            Words::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
+            texts::tr("Give yourself the right with: chmod u+rw %1.").arg(shellWord(path)));
 }
 
 } // namespace
@@ -142,8 +142,8 @@ void checkConfiguration(const Machine &machine, const QString &, const QString &
     const QString path =
         argument.isEmpty() ? configurationDirectory(machine) + settingsFile : argument;
     if (!argument.isEmpty() && !QFileInfo(argument).isFile()) {
-        findings.problem(Words::tr("There is no file %1.").arg(argument),
-                         Words::tr("Give the full path of a settings file."));
+        findings.problem(texts::tr("There is no file %1.").arg(argument),
+                         texts::tr("Give the full path of a settings file."));
         return;
     }
     if (checkDirectory(QFileInfo(path).path(), findings))

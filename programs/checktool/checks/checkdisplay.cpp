@@ -6,7 +6,7 @@
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/machine/probe.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -51,22 +51,22 @@ void reportWindows(const QJsonObject &found, Findings &findings)
         found.value(QLatin1String(facts::screens)).toVariant().toStringList();
     if (std::any_of(unseenPlatforms.begin(), unseenPlatforms.end(),
                     [&](const char *name) { return platform == QLatin1String(name); }))
-        findings.problem(Words::tr("Windows are opened, but nobody sees them: the display is “%1”.")
+        findings.problem(texts::tr("Windows are opened, but nobody sees them: the display is “%1”.")
                              .arg(platform),
-                         Words::tr("Remove the variable %1 from where the session sets it.")
+                         texts::tr("Remove the variable %1 from where the session sets it.")
                              .arg(platformVariable));
     else if (screens.isEmpty())
-        findings.problem(Words::tr("The display (%1) has no screen.").arg(platform),
-                         Words::tr("Connect a screen, or turn it on in the display settings."));
+        findings.problem(texts::tr("The display (%1) has no screen.").arg(platform),
+                         texts::tr("Connect a screen, or turn it on in the display settings."));
     else
-        findings.fine(Words::tr("Windows can be opened (%1); the screens are %2.")
+        findings.fine(texts::tr("Windows can be opened (%1); the screens are %2.")
                           .arg(platform, screens.join(QStringLiteral(", "))));
 }
 
 void reportOpenGl(const ProbeEnd &openGl, Findings &findings)
 {
     if (!openGl.hasFacts()) {
-        findings.note(Words::tr("OpenGL cannot be used, so that slide transitions and charts are "
+        findings.note(texts::tr("OpenGL cannot be used, so that slide transitions and charts are "
                                 "drawn slowly: %1. Install the driver of the graphics card.")
                           .arg(openGl.fault));
         return;
@@ -75,11 +75,11 @@ void reportOpenGl(const ProbeEnd &openGl, Findings &findings)
     const QString version = openGl.facts.value(QLatin1String(facts::version)).toString();
     if (std::any_of(softwareRenderers.begin(), softwareRenderers.end(),
                     [&](const char *name) { return renderer.contains(QLatin1String(name)); }))
-        findings.note(Words::tr("OpenGL %1 is drawn by the processor (%2), which is slow. Install "
+        findings.note(texts::tr("OpenGL %1 is drawn by the processor (%2), which is slow. Install "
                                 "the driver of the graphics card, if there is one.")
                           .arg(version, renderer));
     else
-        findings.fine(Words::tr("OpenGL %1 is drawn by %2.").arg(version, renderer));
+        findings.fine(texts::tr("OpenGL %1 is drawn by %2.").arg(version, renderer));
 }
 
 } // namespace
@@ -90,17 +90,17 @@ void checkDisplay(const Machine &machine, const QString &, const QString &argume
     const Machine tried = argument.isEmpty() ? machine : withDisplay(machine, argument);
     const QString display = displayOf(tried);
     if (display.isEmpty()) {
-        findings.problem(Words::tr("This session has no display: neither %1 nor %2 is set.")
+        findings.problem(texts::tr("This session has no display: neither %1 nor %2 is set.")
                              .arg(waylandVariable, x11Variable),
-                         Words::tr("Start the suite from the desktop; over a network, log in with "
+                         texts::tr("Start the suite from the desktop; over a network, log in with "
                                    "“ssh -X”."));
         return;
     }
     const ProbeEnd windows = runProbe(tried, Probe::Display);
     if (!windows.hasFacts()) {
         findings.problem(
-            Words::tr("No window can be opened on %1: %2.").arg(display, windows.fault),
-            Words::tr("Log in to the desktop again; as another user, start the suite from that "
+            texts::tr("No window can be opened on %1: %2.").arg(display, windows.fault),
+            texts::tr("Log in to the desktop again; as another user, start the suite from that "
                       "user's own session."));
         return;
     }

@@ -6,9 +6,9 @@
 
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/fonts/fontconfiguration.h"
-#include "programs/checktool/machine/words.h"
 #include "programs/missingfonts/matching/familyaliases.h"
 #include "programs/missingfonts/matching/fontmatcher.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -32,13 +32,13 @@ QString languageName(const Language &language)
 {
     const QByteArray code = language.code;
     if (code == "ja")
-        return Words::tr("Japanese");
-    return code == "ko" ? Words::tr("Korean") : Words::tr("Chinese");
+        return texts::tr("Japanese");
+    return code == "ko" ? texts::tr("Korean") : texts::tr("Chinese");
 }
 
 QString installFonts(const char *package)
 {
-    return Words::tr("Install a font package, such as %1.").arg(QString::fromLatin1(package));
+    return texts::tr("Install a font package, such as %1.").arg(QString::fromLatin1(package));
 }
 
 void checkDirectories(const FontConfiguration &fonts, Findings &findings)
@@ -48,9 +48,9 @@ void checkDirectories(const FontConfiguration &fonts, Findings &findings)
         const QFileInfo information(directory);
         if (information.isDir() && !(information.isReadable() && information.isExecutable()))
             findings.problem(
-                Words::tr("The font directory %1 cannot be read, so that its fonts are not used.")
+                texts::tr("The font directory %1 cannot be read, so that its fonts are not used.")
                     .arg(directory),
-                Words::tr("Give yourself the right to read it: chmod u+rx."));
+                texts::tr("Give yourself the right to read it: chmod u+rx."));
     }
 }
 
@@ -71,19 +71,19 @@ void checkCache(const FontConfiguration &fonts, const QStringList &stale, Findin
     const bool isWritable = std::any_of(caches.begin(), caches.end(), canBeWritten);
     if (!isWritable)
         findings.problem(
-            Words::tr("None of the font cache's directories can be written: %1.")
+            texts::tr("None of the font cache's directories can be written: %1.")
                 .arg(caches.join(QStringLiteral(", "))),
-            Words::tr("Give yourself the right to write to one of them, or programs look through "
+            texts::tr("Give yourself the right to write to one of them, or programs look through "
                       "all fonts at every start."));
     if (stale.isEmpty())
-        findings.fine(Words::tr("The font cache is up to date."));
+        findings.fine(texts::tr("The font cache is up to date."));
     else if (isWritable)
-        findings.note(Words::tr("The font cache was out of date for %1; it has been renewed.")
+        findings.note(texts::tr("The font cache was out of date for %1; it has been renewed.")
                           .arg(stale.join(QStringLiteral(", "))));
     else
-        findings.problem(Words::tr("The font cache is out of date for %1.")
+        findings.problem(texts::tr("The font cache is out of date for %1.")
                              .arg(stale.join(QStringLiteral(", "))),
-                         Words::tr("Renew it with: sudo fc-cache --force."));
+                         texts::tr("Renew it with: sudo fc-cache --force."));
 }
 
 /// Whether fonts look different is a matter of taste; whether there is one is none.
@@ -92,28 +92,28 @@ void checkGeneralFamilies(const FontConfiguration &fonts, Findings &findings)
     const QString serif = fonts.match(QStringLiteral("serif"));
     const QString sans = fonts.match(QStringLiteral("sans-serif"));
     const QString fixed = fonts.match(QStringLiteral("monospace"));
-    findings.fine(Words::tr("Latin text is drawn with %1 (serif), %2 (sans serif) and %3 (fixed "
+    findings.fine(texts::tr("Latin text is drawn with %1 (serif), %2 (sans serif) and %3 (fixed "
                             "width).")
                       .arg(serif, sans, fixed));
     if (serif == sans)
-        findings.note(Words::tr("There is no serif font apart from the sans serif one. %1")
+        findings.note(texts::tr("There is no serif font apart from the sans serif one. %1")
                           .arg(installFonts("fonts-liberation")));
     if (fixed == sans)
         findings.note(
-            Words::tr("There is no fixed width font. %1").arg(installFonts("fonts-dejavu-mono")));
+            texts::tr("There is no fixed width font. %1").arg(installFonts("fonts-dejavu-mono")));
 }
 
 void checkLanguages(const FontConfiguration &fonts, Findings &findings)
 {
     const QString family = fonts.familyForLanguage(QString::fromLatin1(chinese.code));
     if (family.isEmpty())
-        findings.problem(Words::tr("No font has Chinese characters: they show as boxes."),
+        findings.problem(texts::tr("No font has Chinese characters: they show as boxes."),
                          installFonts(chinese.package));
     else
-        findings.fine(Words::tr("Chinese text can be drawn, for instance with %1.").arg(family));
+        findings.fine(texts::tr("Chinese text can be drawn, for instance with %1.").arg(family));
     for (const Language &language : otherLanguages) {
         if (fonts.familyForLanguage(QString::fromLatin1(language.code)).isEmpty())
-            findings.note(Words::tr("No font has all characters of %1. %2")
+            findings.note(texts::tr("No font has all characters of %1. %2")
                               .arg(languageName(language), installFonts(language.package)));
     }
 }
@@ -132,10 +132,10 @@ void checkUsualFamilies(const FontConfiguration &fonts, Findings &findings)
         if (match.presence == FontMatcher::Presence::Missing)
             missing.append(family);
         else
-            findings.fine(Words::tr("%1 is drawn with %2.").arg(family, match.family));
+            findings.fine(texts::tr("%1 is drawn with %2.").arg(family, match.family));
     }
     if (!missing.isEmpty())
-        findings.note(Words::tr("Documents often name fonts that this machine does not have: %1. "
+        findings.note(texts::tr("Documents often name fonts that this machine does not have: %1. "
                                 "Their text is drawn with another font, and lines may break "
                                 "elsewhere.")
                           .arg(missing.join(QStringLiteral(", "))));
@@ -147,11 +147,11 @@ void checkFamily(const FontConfiguration &fonts, const QString &family, Findings
     const auto found = std::find_if(names.begin(), names.end(),
                                     [&](const QString &name) { return fonts.hasFamily(name); });
     if (found != names.end())
-        findings.fine(Words::tr("The font %1 is installed.").arg(*found));
+        findings.fine(texts::tr("The font %1 is installed.").arg(*found));
     else
-        findings.problem(Words::tr("The font %1 is not installed; its text is drawn with %2.")
+        findings.problem(texts::tr("The font %1 is not installed; its text is drawn with %2.")
                              .arg(family, fonts.match(family)),
-                         Words::tr("Install the font into ~/.local/share/fonts, or a package that "
+                         texts::tr("Install the font into ~/.local/share/fonts, or a package that "
                                    "has it."));
 }
 
@@ -161,14 +161,14 @@ void checkFonts(const Machine &, const QString &, const QString &argument, Findi
 {
     FontConfiguration fonts;
     if (!fonts.isValid()) {
-        findings.problem(Words::tr("The font settings cannot be read."),
-                         Words::tr("Install the package fontconfig-config again."));
+        findings.problem(texts::tr("The font settings cannot be read."),
+                         texts::tr("Install the package fontconfig-config again."));
         return;
     }
     const QStringList stale = fonts.directoriesWithoutCache();
     fonts.loadFonts();
     if (fonts.fontCount() == 0) {
-        findings.problem(Words::tr("There are no fonts at all: no text can be shown."),
+        findings.problem(texts::tr("There are no fonts at all: no text can be shown."),
                          installFonts("fonts-dejavu-core"));
         checkDirectories(fonts, findings);
         return;

@@ -7,7 +7,7 @@
 #include "programs/checktool/libraries/libraryclosure.h"
 #include "programs/checktool/machine/inputplugins.h"
 #include "programs/checktool/machine/runningprograms.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -75,9 +75,9 @@ void checkAgreement(const QList<Setting> &settings, Findings &findings)
         if (family(setting.name) != family(first.name) && first.name != QLatin1String("xim") &&
             setting.name != QLatin1String("xim"))
             findings.problem(
-                Words::tr("%1 names the input method “%2”, but %3 names “%4”.")
+                texts::tr("%1 names the input method “%2”, but %3 names “%4”.")
                     .arg(first.variable, first.name, setting.variable, setting.name),
-                Words::tr(
+                texts::tr(
                     "Set both to the same one, with “im-config” or in the desktop's settings, "
                     "and log in again."));
     }
@@ -89,16 +89,16 @@ void checkModuleLibraries(const Machine &machine, const QString &path, Findings 
     const ElfFile module = closure.add(path);
     const QStringList unusable = closure.unusable();
     if (module.state != ElfFile::State::Good)
-        findings.problem(Words::tr("The input-method module %1 is damaged.").arg(path),
-                         Words::tr("Install its package again."));
+        findings.problem(texts::tr("The input-method module %1 is damaged.").arg(path),
+                         texts::tr("Install its package again."));
     else if (!unusable.isEmpty())
         findings.problem(
-            Words::tr("The input-method module %1 cannot be loaded, because these libraries are "
+            texts::tr("The input-method module %1 cannot be loaded, because these libraries are "
                       "missing, damaged or too old: %2.")
                 .arg(path, unusable.join(QStringLiteral(", "))),
-            Words::tr("Install the packages that have them."));
+            texts::tr("Install the packages that have them."));
     else
-        findings.fine(Words::tr("The input-method module %1 can be loaded.").arg(path));
+        findings.fine(texts::tr("The input-method module %1 can be loaded.").arg(path));
 }
 
 void checkModule(const Machine &machine, const QString &name, Findings &findings)
@@ -112,10 +112,10 @@ void checkModule(const Machine &machine, const QString &name, Findings &findings
     const Framework *framework = frameworkOf(name);
     const QString remedy =
         framework
-            ? Words::tr("Install the package %1.").arg(QString::fromLatin1(framework->package))
-            : Words::tr("Choose one of these: %1.")
+            ? texts::tr("Install the package %1.").arg(QString::fromLatin1(framework->package))
+            : texts::tr("Choose one of these: %1.")
                   .arg(QStringList(plugins.paths.keys()).join(QStringLiteral(", ")));
-    findings.problem(Words::tr("There is no module for the input method “%1” in %2.")
+    findings.problem(texts::tr("There is no module for the input method “%1” in %2.")
                          .arg(name, plugins.directories.join(QStringLiteral(", "))),
                      remedy);
 }
@@ -131,11 +131,11 @@ void checkProgram(const Machine &machine, const QString &name, Findings &finding
                      [&](const char *each) { return running.contains(QLatin1String(each)); });
     if (found != framework->programs.end())
         findings.fine(
-            Words::tr("The input method's program %1 runs.").arg(QString::fromLatin1(*found)));
+            texts::tr("The input method's program %1 runs.").arg(QString::fromLatin1(*found)));
     else
         findings.problem(
-            Words::tr("The input method “%1” does not run.").arg(name),
-            Words::tr("Start it with: %1.").arg(QString::fromLatin1(framework->start)));
+            texts::tr("The input method “%1” does not run.").arg(name),
+            texts::tr("Start it with: %1.").arg(QString::fromLatin1(framework->start)));
 }
 
 } // namespace
@@ -147,7 +147,7 @@ void checkInput(const Machine &machine, const QString &, const QString &argument
     if (name.isEmpty()) {
         const QList<Setting> settings = settingsOf(machine);
         if (settings.isEmpty()) {
-            findings.note(Words::tr("No input method is chosen (%1 is not set): only what the "
+            findings.note(texts::tr("No input method is chosen (%1 is not set): only what the "
                                     "keyboard has can be typed. Choose one with “im-config” or in "
                                     "the desktop's settings.")
                               .arg(qtVariable));
@@ -156,14 +156,14 @@ void checkInput(const Machine &machine, const QString &, const QString &argument
         checkAgreement(settings, findings);
         name = settings.first().name;
         if (settings.first().variable != qtVariable)
-            findings.note(Words::tr("%1 is not set, so that the suite itself decides about the "
+            findings.note(texts::tr("%1 is not set, so that the suite itself decides about the "
                                     "input method; %2 names “%3”.")
                               .arg(qtVariable, settings.first().variable, name));
     }
     // Part of the display and of the suite: neither has a module or program of its own.
     if (name == QLatin1String("xim") || name == QLatin1String("none") ||
         name == QLatin1String("simple")) {
-        findings.fine(Words::tr("The input method “%1” needs no module.").arg(name));
+        findings.fine(texts::tr("The input method “%1” needs no module.").arg(name));
         return;
     }
     checkModule(machine, name, findings);

@@ -3,7 +3,7 @@
 
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/libraries/libraryclosure.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -21,7 +21,7 @@ QString wanters(QStringList paths)
         names.append(QFileInfo(path).fileName());
     if (more <= 0)
         return names.join(QStringLiteral(", "));
-    return Words::tr("%1 and %2 more")
+    return texts::tr("%1 and %2 more")
         .arg(names.mid(0, mostWanters).join(QStringLiteral(", ")), QString::number(more));
 }
 
@@ -48,21 +48,21 @@ bool reportState(const QString &path, const ElfFile &file, Findings &findings)
     switch (file.state) {
     case ElfFile::State::Good:
         if (!file.isForSameMachine(ownFile()))
-            findings.problem(Words::tr("%1 is made for another kind of processor.").arg(path),
-                             Words::tr("Install the suite for this machine's processor."));
+            findings.problem(texts::tr("%1 is made for another kind of processor.").arg(path),
+                             texts::tr("Install the suite for this machine's processor."));
         return true;
     case ElfFile::State::Unreadable:
         findings.problem(
-            Words::tr("%1 cannot be read.").arg(path),
-            Words::tr("Give yourself the right to read it, or install the suite again."));
+            texts::tr("%1 cannot be read.").arg(path),
+            texts::tr("Give yourself the right to read it, or install the suite again."));
         return false;
     case ElfFile::State::Foreign:
     case ElfFile::State::Broken:
         break;
     }
     findings.problem(
-        Words::tr("%1 is damaged: it is no program or library that Linux can load.").arg(path),
-        Words::tr("Install the suite again."));
+        texts::tr("%1 is damaged: it is no program or library that Linux can load.").arg(path),
+        texts::tr("Install the suite again."));
     return false;
 }
 
@@ -70,33 +70,33 @@ void reportMissing(const LibraryClosure &closure, Findings &findings)
 {
     const QMap<QString, QStringList> &missing = closure.missing();
     for (auto library = missing.begin(); library != missing.end(); ++library)
-        findings.problem(Words::tr("The library %1 is missing; %2 needs it.")
+        findings.problem(texts::tr("The library %1 is missing; %2 needs it.")
                              .arg(library.key(), wanters(library.value())),
-                         Words::tr("Install the package that has this library, or install the "
+                         texts::tr("Install the package that has this library, or install the "
                                    "suite again."));
     const QMap<QString, QStringList> &foreign = closure.foreign();
     for (auto library = foreign.begin(); library != foreign.end(); ++library)
         findings.problem(
-            Words::tr("The library %1 is there for another kind of processor only; %2 needs it.")
+            texts::tr("The library %1 is there for another kind of processor only; %2 needs it.")
                 .arg(library.key(), wanters(library.value())),
-            Words::tr("Install the package of this library for the same processor as the suite."));
+            texts::tr("Install the package of this library for the same processor as the suite."));
     const QMap<QString, QStringList> &broken = closure.broken();
     for (auto library = broken.begin(); library != broken.end(); ++library)
-        findings.problem(Words::tr("The library %1 is damaged; %2 needs it.")
+        findings.problem(texts::tr("The library %1 is damaged; %2 needs it.")
                              .arg(library.key(), wanters(library.value())),
-                         Words::tr("Install the package of this library again."));
+                         texts::tr("Install the package of this library again."));
 }
 
 void reportVersions(const LibraryClosure &closure, Findings &findings)
 {
     QMap<QString, QStringList> tooOld;
     for (const LibraryClosure::MissingVersion &missing : closure.missingVersions())
-        tooOld[Words::tr("The library %1 is too old: it lacks %2")
+        tooOld[texts::tr("The library %1 is too old: it lacks %2")
                    .arg(missing.library, missing.version)]
             .append(missing.wanter);
     for (auto text = tooOld.begin(); text != tooOld.end(); ++text)
-        findings.problem(Words::tr("%1, which %2 needs.").arg(text.key(), wanters(text.value())),
-                         Words::tr("Bring the system up to date, or install a suite made for it."));
+        findings.problem(texts::tr("%1, which %2 needs.").arg(text.key(), wanters(text.value())),
+                         texts::tr("Bring the system up to date, or install a suite made for it."));
 }
 
 void reportClosure(const LibraryClosure &closure, Findings &findings)
@@ -106,7 +106,7 @@ void reportClosure(const LibraryClosure &closure, Findings &findings)
     reportVersions(closure, findings);
     if (findings.problemCount() == before && !closure.paths().isEmpty())
         findings.fine(
-            Words::tr("All %1 libraries and programs that were looked into can be loaded.")
+            texts::tr("All %1 libraries and programs that were looked into can be loaded.")
                 .arg(closure.paths().size()));
 }
 
@@ -114,16 +114,16 @@ void addProgram(const QString &path, LibraryClosure *closure, Findings &findings
 {
     const QFileInfo program(path);
     if (!program.isFile()) {
-        findings.problem(Words::tr("The program %1 is not there.").arg(path),
-                         Words::tr("Install the suite again."));
+        findings.problem(texts::tr("The program %1 is not there.").arg(path),
+                         texts::tr("Install the suite again."));
         return;
     }
     if (!program.isExecutable())
-        findings.problem(Words::tr("The program %1 may not be run.").arg(path),
-                         Words::tr("Give yourself the right to run it: chmod +x."));
+        findings.problem(texts::tr("The program %1 may not be run.").arg(path),
+                         texts::tr("Give yourself the right to run it: chmod +x."));
     QFile file(path);
     if (file.open(QIODevice::ReadOnly) && file.read(2) == "#!") {
-        findings.note(Words::tr("%1 is a script, which loads no libraries itself.").arg(path));
+        findings.note(texts::tr("%1 is a script, which loads no libraries itself.").arg(path));
         return;
     }
     reportState(path, closure->add(path), findings);
@@ -133,8 +133,8 @@ void checkFile(const LibrarySearch &search, const QString &path, Findings &findi
 {
     LibraryClosure closure(search);
     if (!QFileInfo(path).isFile()) {
-        findings.problem(Words::tr("There is no file %1.").arg(path),
-                         Words::tr("Give the full path of a program or library."));
+        findings.problem(texts::tr("There is no file %1.").arg(path),
+                         texts::tr("Give the full path of a program or library."));
         return;
     }
     if (reportState(path, closure.add(path), findings))
@@ -154,8 +154,8 @@ void checkLibraries(const Machine &machine, const QString &application, const QS
     LibraryClosure closure(search);
     if (application.isEmpty() || application.contains(QLatin1Char('/')))
         findings.problem(
-            Words::tr("“%1” is not the name of a program of the suite.").arg(application),
-            Words::tr("Choose one of the suite's programs."));
+            texts::tr("“%1” is not the name of a program of the suite.").arg(application),
+            texts::tr("Choose one of the suite's programs."));
     else
         addProgram(machine.officeDirectory + QLatin1Char('/') + application, &closure, findings);
     const QStringList libraries = librariesBelow(machine.officeDirectory);

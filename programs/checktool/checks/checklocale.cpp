@@ -7,7 +7,7 @@
 #include <locale.h>
 
 #include "programs/checktool/checks/checks.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -69,10 +69,10 @@ QString withUtf8(const QString &name)
 void reportInvalid(const QString &variable, const QString &value, Findings &findings)
 {
     const QString text =
-        Words::tr("%1 is “%2”, a language setting that this system does not have; programs fall "
+        texts::tr("%1 is “%2”, a language setting that this system does not have; programs fall "
                   "back to English and may garble file names.")
             .arg(variable, value);
-    findings.problem(text, Words::tr("Generate it with “sudo dpkg-reconfigure locales” (or "
+    findings.problem(text, texts::tr("Generate it with “sudo dpkg-reconfigure locales” (or "
                                      "“sudo locale-gen %1”), or choose another language in the "
                                      "desktop's settings.")
                                .arg(withUtf8(value)));
@@ -99,8 +99,8 @@ void checkCharacters(const Machine &machine, Findings &findings)
 {
     const Setting setting = settingOf(machine, "LC_CTYPE");
     if (setting.variable.isEmpty()) {
-        findings.problem(Words::tr("No language is set: neither LC_ALL nor LC_CTYPE nor LANG."),
-                         Words::tr("Set LANG, such as LANG=zh_CN.UTF-8, in the desktop's language "
+        findings.problem(texts::tr("No language is set: neither LC_ALL nor LC_CTYPE nor LANG."),
+                         texts::tr("Set LANG, such as LANG=zh_CN.UTF-8, in the desktop's language "
                                    "settings or in /etc/default/locale, and log in again."));
         return;
     }
@@ -108,14 +108,14 @@ void checkCharacters(const Machine &machine, Findings &findings)
     if (!locale)
         return;
     if (isUtf8(locale))
-        findings.fine(Words::tr("Text is encoded in UTF-8 (%1 is “%2”).")
+        findings.fine(texts::tr("Text is encoded in UTF-8 (%1 is “%2”).")
                           .arg(setting.variable, setting.value));
     else
         findings.problem(
-            Words::tr("Text is encoded in %1 instead of UTF-8, because %2 is “%3”: file names in "
+            texts::tr("Text is encoded in %1 instead of UTF-8, because %2 is “%3”: file names in "
                       "other scripts cannot be opened.")
                 .arg(encodingOf(locale), setting.variable, setting.value),
-            Words::tr("Set %1 to a setting with UTF-8, such as %2, and log in again.")
+            texts::tr("Set %1 to a setting with UTF-8, such as %2, and log in again.")
                 .arg(setting.variable, withUtf8(setting.value)));
 }
 
@@ -136,11 +136,11 @@ void checkVariables(const Machine &machine, Findings &findings)
     for (const Category &category : categories)
         checkOne(category.variable, category.mask);
     if (valid > 0)
-        findings.fine(valid == 1 ? Words::tr("The one language setting is valid.")
-                                 : Words::tr("%1 language settings are valid.").arg(valid));
+        findings.fine(valid == 1 ? texts::tr("The one language setting is valid.")
+                                 : texts::tr("%1 language settings are valid.").arg(valid));
     const QString all = machine.variable(allCategories);
     if (!all.isEmpty())
-        findings.note(Words::tr("LC_ALL is set and hides every other language setting. It is meant "
+        findings.note(texts::tr("LC_ALL is set and hides every other language setting. It is meant "
                                 "for single commands; remove it from where the session sets it."));
 }
 
@@ -148,13 +148,13 @@ void checkSetting(const QString &name, Findings &findings)
 {
     const Locale locale = open(name, LC_ALL_MASK);
     if (!locale)
-        reportInvalid(Words::tr("The setting asked for"), name, findings);
+        reportInvalid(texts::tr("The setting asked for"), name, findings);
     else if (isUtf8(locale))
-        findings.fine(Words::tr("The system has the language setting “%1”.").arg(name));
+        findings.fine(texts::tr("The system has the language setting “%1”.").arg(name));
     else
-        findings.problem(Words::tr("The system has the language setting “%1”, but it uses %2.")
+        findings.problem(texts::tr("The system has the language setting “%1”, but it uses %2.")
                              .arg(name, encodingOf(locale)),
-                         Words::tr("Use %1 instead.").arg(withUtf8(name)));
+                         texts::tr("Use %1 instead.").arg(withUtf8(name)));
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/libraries/libraryclosure.h"
 #include "programs/checktool/machine/shellword.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -63,16 +63,16 @@ void checkLoading(const LibrarySearch &search, const QFileInfo &plugin, Findings
     const QStringList unusable = closure.unusable();
     if (file.state != ElfFile::State::Good)
         findings.problem(
-            Words::tr("The plug-in %1 is damaged or cannot be read.").arg(plugin.filePath()),
-            Words::tr("Install what it belongs to again."));
+            texts::tr("The plug-in %1 is damaged or cannot be read.").arg(plugin.filePath()),
+            texts::tr("Install what it belongs to again."));
     else if (!unusable.isEmpty())
         findings.problem(
-            Words::tr("The plug-in %1 cannot be loaded, because these libraries are missing, "
+            texts::tr("The plug-in %1 cannot be loaded, because these libraries are missing, "
                       "damaged or too old: %2.")
                 .arg(plugin.filePath(), unusable.join(QStringLiteral(", "))),
-            Words::tr("Install the packages that have them."));
+            texts::tr("Install the packages that have them."));
     else
-        findings.fine(Words::tr("The plug-in %1 can be loaded.").arg(plugin.filePath()));
+        findings.fine(texts::tr("The plug-in %1 can be loaded.").arg(plugin.filePath()));
 }
 
 /// Real paths of the plug-ins that browsers find there.
@@ -80,8 +80,8 @@ QStringList checkDirectory(const LibrarySearch &search, const QString &directory
                            Findings &findings)
 {
     if (!QFileInfo(directory).isReadable()) {
-        findings.problem(Words::tr("The plug-in directory %1 cannot be read.").arg(directory),
-                         Words::tr("Give yourself the right to read it: chmod u+rx %1.")
+        findings.problem(texts::tr("The plug-in directory %1 cannot be read.").arg(directory),
+                         texts::tr("Give yourself the right to read it: chmod u+rx %1.")
                              .arg(shellWord(directory)));
         return {};
     }
@@ -92,13 +92,13 @@ QStringList checkDirectory(const LibrarySearch &search, const QString &directory
             paths.append(plugin.canonicalFilePath());
             checkLoading(search, plugin, findings);
         } else {
-            findings.problem(Words::tr("%1 is a link to %2, which is not there.")
+            findings.problem(texts::tr("%1 is a link to %2, which is not there.")
                                  .arg(plugin.filePath(), plugin.symLinkTarget()),
-                             Words::tr("Install what it belongs to again, or delete the link."));
+                             texts::tr("Install what it belongs to again, or delete the link."));
         }
     }
     if (plugins.isEmpty())
-        findings.note(Words::tr("The plug-in directory %1 has no plug-ins.").arg(directory));
+        findings.note(texts::tr("The plug-in directory %1 has no plug-ins.").arg(directory));
     return paths;
 }
 
@@ -106,15 +106,15 @@ void reportSuite(const Machine &machine, const QStringList &found, Findings &fin
 {
     const QStringList plugins = pluginsOfSuite(machine);
     if (plugins.isEmpty())
-        findings.note(Words::tr("This installation of the suite has no browser plug-in (np*.so "
+        findings.note(texts::tr("This installation of the suite has no browser plug-in (np*.so "
                                 "below %1).")
                           .arg(machine.officeDirectory));
     for (const QString &plugin : plugins) {
         if (found.contains(plugin))
-            findings.fine(Words::tr("Browsers find the suite's plug-in %1.").arg(plugin));
+            findings.fine(texts::tr("Browsers find the suite's plug-in %1.").arg(plugin));
         else
-            findings.problem(Words::tr("No browser finds the suite's plug-in %1.").arg(plugin),
-                             Words::tr("Link it with: mkdir -p %2 && ln -s %1 %2.")
+            findings.problem(texts::tr("No browser finds the suite's plug-in %1.").arg(plugin),
+                             texts::tr("Link it with: mkdir -p %2 && ln -s %1 %2.")
                                  .arg(shellWord(plugin), shellWord(userDirectory(machine))));
     }
 }
@@ -135,15 +135,15 @@ void checkPlugins(const Machine &machine, const QString &, const QString &argume
         found += checkDirectory(search, directory, findings);
     }
     if (!argument.isEmpty() && !QFileInfo(argument).isDir())
-        findings.problem(Words::tr("There is no directory %1.").arg(argument),
-                         Words::tr("Give the full path of a directory."));
+        findings.problem(texts::tr("There is no directory %1.").arg(argument),
+                         texts::tr("Give the full path of a directory."));
     if (!isAnyThere)
         findings.problem(
-            Words::tr("None of the directories where browsers look for plug-ins is there: %1.")
+            texts::tr("None of the directories where browsers look for plug-ins is there: %1.")
                 .arg(directories.join(QStringLiteral(", "))),
-            Words::tr("Make one with: mkdir -p %1.").arg(shellWord(userDirectory(machine))));
+            texts::tr("Make one with: mkdir -p %1.").arg(shellWord(userDirectory(machine))));
     reportSuite(machine, found, findings);
-    findings.note(Words::tr("Most browsers no longer load such plug-ins; without one that does, "
+    findings.note(texts::tr("Most browsers no longer load such plug-ins; without one that does, "
                             "documents do not open inside web pages."));
 }
 

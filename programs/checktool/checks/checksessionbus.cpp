@@ -6,7 +6,7 @@
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/machine/probe.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -18,7 +18,7 @@ const QString userBus = QStringLiteral("unix:path=%1/bus");
 
 QString remedy()
 {
-    return Words::tr("Log in to the desktop again, or start the suite with: dbus-run-session.");
+    return texts::tr("Log in to the desktop again, or start the suite with: dbus-run-session.");
 }
 
 /// The bus and other sockets of the session lie in this directory.
@@ -27,18 +27,18 @@ void checkRuntimeDirectory(const Machine &machine, Findings &findings)
     const QString path = machine.environment.value(runtimeVariable);
     const QFileInfo directory(path);
     if (path.isEmpty())
-        findings.note(Words::tr("%1 is not set. A desktop session sets it; programs put their "
+        findings.note(texts::tr("%1 is not set. A desktop session sets it; programs put their "
                                 "sockets into the temporary directory without it.")
                           .arg(runtimeVariable));
     else if (!directory.isDir())
-        findings.problem(Words::tr("%1 is %2, which is no directory.").arg(runtimeVariable, path),
-                         Words::tr("Log in to the desktop again."));
+        findings.problem(texts::tr("%1 is %2, which is no directory.").arg(runtimeVariable, path),
+                         texts::tr("Log in to the desktop again."));
     else if (directory.ownerId() != ::geteuid())
         findings.problem(
-            Words::tr("%1 is %2, which belongs to another user.").arg(runtimeVariable, path),
-            Words::tr("Start the suite in a session of your own, not with sudo or su."));
+            texts::tr("%1 is %2, which belongs to another user.").arg(runtimeVariable, path),
+            texts::tr("Start the suite in a session of your own, not with sudo or su."));
     else
-        findings.fine(Words::tr("%1 is %2 and yours.").arg(runtimeVariable, path));
+        findings.fine(texts::tr("%1 is %2 and yours.").arg(runtimeVariable, path));
 }
 
 /// Where programs of the session look for the bus; empty when there is no such place.
@@ -57,7 +57,7 @@ void checkBus(const Machine &machine, const QString &address, Findings &findings
     const ProbeEnd end = runProbe(machine, Probe::Bus, {address});
     if (!end.hasFacts()) {
         findings.problem(
-            Words::tr("The session bus at %1 does not answer: %2.").arg(address, end.fault),
+            texts::tr("The session bus at %1 does not answer: %2.").arg(address, end.fault),
             remedy());
         return;
     }
@@ -66,7 +66,7 @@ void checkBus(const Machine &machine, const QString &address, Findings &findings
     int wellKnown = 0;
     for (const QString &name : names)
         wellKnown += name.startsWith(QLatin1Char(':')) ? 0 : 1;
-    findings.fine(Words::tr("The session bus at %1 answers; it has %2 names.")
+    findings.fine(texts::tr("The session bus at %1 answers; it has %2 names.")
                       .arg(address, QString::number(wellKnown)));
 }
 
@@ -82,7 +82,7 @@ void checkSessionBus(const Machine &machine, const QString &, const QString &arg
     checkRuntimeDirectory(machine, findings);
     const QString address = sessionAddress(machine);
     if (address.isEmpty())
-        findings.problem(Words::tr("This session has no bus: %1 is not set, and there is no "
+        findings.problem(texts::tr("This session has no bus: %1 is not set, and there is no "
                                    "“bus” in %2.")
                              .arg(addressVariable, runtimeVariable),
                          remedy());

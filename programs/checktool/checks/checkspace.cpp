@@ -7,7 +7,7 @@
 
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/machine/diskspace.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -37,15 +37,15 @@ QString size(qint64 bytes)
 void reportBytes(const QString &name, const QString &path, qint64 bytes, Findings &findings)
 {
     const QString remedy =
-        Words::tr("Delete or move files, empty the trash, or choose another disk.");
+        texts::tr("Delete or move files, empty the trash, or choose another disk.");
     if (bytes < tooFewBytes)
         findings.problem(
-            Words::tr("%1 (%2) is nearly full: %3 are free.").arg(name, path, size(bytes)), remedy);
+            texts::tr("%1 (%2) is nearly full: %3 are free.").arg(name, path, size(bytes)), remedy);
     else if (bytes < fewBytes)
-        findings.note(Words::tr("%1 (%2) is filling up: %3 are free. %4")
+        findings.note(texts::tr("%1 (%2) is filling up: %3 are free. %4")
                           .arg(name, path, size(bytes), remedy));
     else
-        findings.fine(Words::tr("%1 (%2) has %3 free.").arg(name, path, size(bytes)));
+        findings.fine(texts::tr("%1 (%2) has %3 free.").arg(name, path, size(bytes)));
 }
 
 void checkDirectory(const QString &name, const QString &wanted, Findings &findings)
@@ -53,9 +53,9 @@ void checkDirectory(const QString &name, const QString &wanted, Findings &findin
     const QString path = existing(wanted);
     struct statvfs disk = {};
     if (::statvfs(QFile::encodeName(path).constData(), &disk) != 0) {
-        findings.problem(Words::tr("%1 (%2) cannot be asked for its free space: %3.")
+        findings.problem(texts::tr("%1 (%2) cannot be asked for its free space: %3.")
                              .arg(name, wanted, QString::fromLocal8Bit(std::strerror(errno))),
-                         Words::tr("Look whether the disk is connected and the directory may be "
+                         texts::tr("Look whether the disk is connected and the directory may be "
                                    "entered."));
         return;
     }
@@ -68,34 +68,34 @@ void reportDisk(const QString &name, const QString &path, const struct statvfs &
                 Findings &findings)
 {
     if ((disk.f_flag & ST_RDONLY) != 0) {
-        findings.problem(Words::tr("%1 (%2) is on a disk that can only be read.").arg(name, path),
-                         Words::tr("Look for disk errors with “dmesg”, or mount the disk again for "
+        findings.problem(texts::tr("%1 (%2) is on a disk that can only be read.").arg(name, path),
+                         texts::tr("Look for disk errors with “dmesg”, or mount the disk again for "
                                    "writing."));
         return;
     }
     reportBytes(name, path, qint64(disk.f_bavail) * qint64(disk.f_frsize), findings);
     // Some file systems do not count files.
     if (disk.f_files > 0 && disk.f_favail < tooFewFiles)
-        findings.problem(Words::tr("%1 (%2) has room for %3 further files only, whatever their "
+        findings.problem(texts::tr("%1 (%2) has room for %3 further files only, whatever their "
                                    "size.")
                              .arg(name, path, QString::number(disk.f_favail)),
-                         Words::tr("Delete files that are no longer needed; many small ones "
+                         texts::tr("Delete files that are no longer needed; many small ones "
                                    "count most."));
 }
 
 void checkSpace(const Machine &machine, const QString &, const QString &argument,
                 Findings &findings)
 {
-    checkDirectory(Words::tr("The home directory"), machine.home, findings);
-    checkDirectory(Words::tr("The temporary directory"), machine.temporaryDirectory, findings);
-    checkDirectory(Words::tr("The suite's directory"), machine.suiteHome, findings);
+    checkDirectory(texts::tr("The home directory"), machine.home, findings);
+    checkDirectory(texts::tr("The temporary directory"), machine.temporaryDirectory, findings);
+    checkDirectory(texts::tr("The suite's directory"), machine.suiteHome, findings);
     if (argument.isEmpty())
         return;
     if (QFileInfo(argument).isDir())
-        checkDirectory(Words::tr("The directory asked for"), argument, findings);
+        checkDirectory(texts::tr("The directory asked for"), argument, findings);
     else
-        findings.problem(Words::tr("There is no directory %1.").arg(argument),
-                         Words::tr("Give the full path of a directory."));
+        findings.problem(texts::tr("There is no directory %1.").arg(argument),
+                         texts::tr("Give the full path of a directory."));
 }
 
 } // namespace standin

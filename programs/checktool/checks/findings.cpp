@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -42,10 +42,10 @@ QString oneLine(const QString &text)
 QString outcome(int problems)
 {
     if (problems == 0)
-        return QStringLiteral("✔ ") + Words::tr("No problem was found.");
+        return QStringLiteral("✔ ") + texts::tr("No problem was found.");
     return QStringLiteral("✘ ") + (problems == 1
-                                       ? Words::tr("One problem was found.")
-                                       : Words::tr("%1 problems were found.").arg(problems));
+                                       ? texts::tr("One problem was found.")
+                                       : texts::tr("%1 problems were found.").arg(problems));
 }
 
 } // namespace
@@ -89,7 +89,7 @@ QString Findings::text() const
     const int cut = lines.size() - mostLines;
     if (cut > 0) {
         lines = lines.mid(0, mostLines);
-        lines.append(mark(Kind::Note) + Words::tr("%1 further lines are left out.").arg(cut));
+        lines.append(mark(Kind::Note) + texts::tr("%1 further lines are left out.").arg(cut));
     }
     return lines.join(QLatin1Char('\n'));
 }

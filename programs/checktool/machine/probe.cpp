@@ -6,7 +6,7 @@
 #include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/machine/machine.h"
-#include "programs/checktool/machine/words.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -31,12 +31,12 @@ QString nameOf(Probe probe)
 QString faultOf(const Machine &machine, const ProgramEnd &end)
 {
     if (end.kind == ProgramEnd::Kind::TimedOut)
-        return Words::tr("there was no answer within %1 seconds")
+        return texts::tr("there was no answer within %1 seconds")
             .arg(QString::number(machine.probeMs / 1000.0));
     if (end.kind == ProgramEnd::Kind::NotStarted)
-        return Words::tr("%1 cannot be started").arg(machine.probeProgram);
+        return texts::tr("%1 cannot be started").arg(machine.probeProgram);
     const QString said = lastLine(end.errors);
-    return said.isEmpty() ? Words::tr("trying it ended in a crash") : said;
+    return said.isEmpty() ? texts::tr("trying it ended in a crash") : said;
 }
 
 } // namespace

@@ -14,8 +14,8 @@
 
 #include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/machine.h"
-#include "programs/checktool/machine/words.h"
 #include "programs/checktool/printing/printingprofile.h"
+#include "texts/texts.h"
 
 namespace standin {
 
@@ -48,7 +48,7 @@ QString findConverter(const Machine &machine)
         if (!program.isEmpty())
             return program;
     }
-    fail(Words::tr("no office suite that prints documents to PDF is installed; install "
+    fail(texts::tr("no office suite that prints documents to PDF is installed; install "
                    "libreoffice-writer, libreoffice-calc and libreoffice-impress, or print from "
                    "the suite itself"));
 }
@@ -72,13 +72,13 @@ bool isDocument(const QString &path)
 void checkDocument(const QFileInfo &document)
 {
     if (!document.exists())
-        fail(Words::tr("there is no document %1").arg(document.filePath()));
+        fail(texts::tr("there is no document %1").arg(document.filePath()));
     if (!document.isFile())
-        fail(Words::tr("%1 is no file").arg(document.filePath()));
+        fail(texts::tr("%1 is no file").arg(document.filePath()));
     if (!document.isReadable())
-        fail(Words::tr("%1 cannot be read").arg(document.filePath()));
+        fail(texts::tr("%1 cannot be read").arg(document.filePath()));
     if (!isDocument(document.filePath()))
-        fail(Words::tr("%1 is damaged or no document").arg(document.filePath()));
+        fail(texts::tr("%1 is damaged or no document").arg(document.filePath()));
 }
 
 /// What an earlier print has left would be taken for this one.
@@ -88,9 +88,9 @@ void removeEarlier(const QString &pdf)
     if (!information.exists() && !information.isSymLink())
         return;
     if (information.isDir() && !information.isSymLink())
-        fail(Words::tr("%1 is a directory").arg(pdf));
+        fail(texts::tr("%1 is a directory").arg(pdf));
     if (!QFile::remove(pdf))
-        fail(Words::tr("the earlier %1 cannot be removed").arg(pdf));
+        fail(texts::tr("the earlier %1 cannot be removed").arg(pdf));
 }
 
 /// A print that was ended with its session could not clean up.
@@ -111,7 +111,7 @@ QString copyInto(const QString &directory, const QFileInfo &document)
 {
     QString copy = directory + QStringLiteral("/document/") + document.fileName();
     if (!QDir().mkpath(QFileInfo(copy).path()) || !QFile::copy(document.filePath(), copy))
-        fail(Words::tr("%1 cannot be copied to %2").arg(document.filePath(), copy));
+        fail(texts::tr("%1 cannot be copied to %2").arg(document.filePath(), copy));
     return copy;
 }
 
@@ -132,13 +132,13 @@ bool isPdf(const QString &path)
 QString reasonFor(const ProgramEnd &end, const QString &converter, int timeoutMs)
 {
     if (end.kind == ProgramEnd::Kind::NotStarted)
-        return Words::tr("%1 cannot be started").arg(converter);
+        return texts::tr("%1 cannot be started").arg(converter);
     if (end.kind == ProgramEnd::Kind::TimedOut)
-        return Words::tr("it took longer than %1 seconds").arg(QString::number(timeoutMs / 1000.0));
+        return texts::tr("it took longer than %1 seconds").arg(QString::number(timeoutMs / 1000.0));
     if (end.kind == ProgramEnd::Kind::Crashed)
-        return Words::tr("%1 crashed").arg(converter);
+        return texts::tr("%1 crashed").arg(converter);
     const QString said = lastLine(end.errors);
-    return said.isEmpty() ? Words::tr("%1 cannot read it").arg(converter) : said;
+    return said.isEmpty() ? texts::tr("%1 cannot read it").arg(converter) : said;
 }
 
 /// The path of the PDF in the working directory.
@@ -148,7 +148,7 @@ QString convert(const Machine &machine, const QString &converter, const QString 
     const QString profile = work + QStringLiteral("/profile");
     const QString output = work + QStringLiteral("/output");
     if (!writePrintingProfile(profile) || !QDir().mkpath(output))
-        fail(Words::tr("cannot write into %1").arg(work));
+        fail(texts::tr("cannot write into %1").arg(work));
     const QString copy = copyInto(work, document);
     const ProgramEnd end =
         runBounded(converter,
@@ -161,7 +161,7 @@ QString convert(const Machine &machine, const QString &converter, const QString 
     QString pdf = onlyPdfIn(output);
     // It ends successfully when it could not read the document, too.
     if (!end.hasSucceeded() || pdf.isEmpty() || !isPdf(pdf))
-        fail(Words::tr("%1 could not be printed: %2")
+        fail(texts::tr("%1 could not be printed: %2")
                  .arg(document.filePath(), reasonFor(end, converter, timeoutMs)));
     return pdf;
 }
@@ -174,20 +174,20 @@ QString printDocument(const Machine &machine, const QString &document, int timeo
     const QString directory = machine.suiteHome + QStringLiteral("/tmp");
     QString pdf = QStringLiteral("%1/%2.pdf").arg(directory, source.baseName());
     if (source.exists() && source.canonicalFilePath() == QFileInfo(pdf).canonicalFilePath())
-        fail(Words::tr("%1 is where the printed document has to go").arg(document));
+        fail(texts::tr("%1 is where the printed document has to go").arg(document));
     removeEarlier(pdf);
     checkDocument(source);
     if (!QDir().mkpath(directory))
-        fail(Words::tr("cannot make the directory %1").arg(directory));
+        fail(texts::tr("cannot make the directory %1").arg(directory));
     removeLeftovers(directory);
     const QString converter = findConverter(machine);
     // On the same disk, so that the finished file can be put into its place at once.
     const QTemporaryDir work(directory + QLatin1Char('/') + workName);
     if (!work.isValid())
-        fail(Words::tr("cannot write into %1").arg(directory));
+        fail(texts::tr("cannot write into %1").arg(directory));
     const QString made = convert(machine, converter, work.path(), source, timeoutMs);
     if (std::rename(QFile::encodeName(made).constData(), QFile::encodeName(pdf).constData()) != 0)
-        fail(Words::tr("%1 cannot be written").arg(pdf));
+        fail(texts::tr("%1 cannot be written").arg(pdf));
     return pdf;
 }
 

@@ -1,7 +1,9 @@
 #include "programs/checktool/checks/findings.h"
 
 #include "programs/checktool/checks/checks.h"
+#include "programs/checktool/machine/shellword.h"
 #include "tests/support/shell/headlesstest.h"
+#include "texts/texts.h"
 
 using standin::Findings;
 
@@ -14,6 +16,20 @@ private slots:
     void withoutFindingsTheOutcomeStandsAlone()
     {
         QCOMPARE(Findings().text(), QStringLiteral("✔ No problem was found."));
+    }
+
+    void findingsAreSaidInChinese()
+    {
+        texts::useLanguage(QStringLiteral("zh"));
+        const QString text = Findings().text();
+        texts::useLanguage({});
+        QCOMPARE(text, QStringLiteral("✔ 未发现问题。"));
+    }
+
+    void commandsToPasteKeepAPathInOneWord()
+    {
+        QCOMPARE(standin::shellWord(QStringLiteral("/a b/$(c)")), QStringLiteral("'/a b/$(c)'"));
+        QCOMPARE(standin::shellWord(QStringLiteral("it's")), QStringLiteral("'it'\\''s'"));
     }
 
     void problemsComeBeforeNotesAndWhatIsFine()

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/// What users read, in their language. The English text in the source is the key of the tables, one
+/// JSON file a language; texts that a table lacks stay English.
+namespace texts {
+
+/// Has tr() answer in @p language, such as "zh" or "zh_CN". Call it before other threads start.
+/// @return the code of the language in use: "en" when there is no table for @p language
+QString useLanguage(const QString &language);
+
+/// Same for the first language of the desktop's settings.
+QString useLanguageOfUser();
+
+QString tr(const char *english);
+
+} // namespace texts
