@@ -8,6 +8,7 @@
 
 #include <stdexcept>
 
+#include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
 namespace standin {
@@ -41,7 +42,7 @@ void waitForLock(const QString &path, int lockMs)
 void writeAnswer(const QString &suiteHome, const QString &check, const QString &application,
                  const QString &text, int lockMs)
 {
-    const QString directory = suiteHome + QStringLiteral("/tmp");
+    const QString directory = answerDirectory(suiteHome);
     if (!QDir().mkpath(directory))
         fail(texts::tr("cannot make the directory %1").arg(directory));
     const QString path = directory + fileName;

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "programs/checktool/machine/boundedprogram.h"
+#include "programs/process/boundedprogram.h"
 
 namespace standin {
 

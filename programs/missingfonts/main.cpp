@@ -8,6 +8,7 @@
 #include "programs/missingfonts/matching/missingfonts.h"
 #include "programs/missingfonts/matching/missingfontsfile.h"
 #include "programs/missingfonts/resourcelimits.h"
+#include "programs/suitehome/suitehome.h"
 
 namespace {
 

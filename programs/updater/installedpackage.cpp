@@ -1,13 +1,12 @@
 #include "programs/updater/installedpackage.h"
 
-#include <QProcess>
 #include <QRegularExpression>
+
+#include "programs/process/boundedprogram.h"
 
 namespace standin {
 
 namespace {
-
-constexpr int killTimeoutMs = 5'000;
 
 QString versionBehind(const QString &line, const QString &label)
 {
@@ -44,22 +43,17 @@ InstalledPackage InstalledPackage::ask(const QString &package, int timeoutMs)
 {
     if (!isPackageName(package))
         return {{}, {}, QStringLiteral("\"%1\" is no name of a package").arg(package)};
-    QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral("apt-cache"), {QStringLiteral("policy"), package},
-                  QIODevice::ReadOnly);
-    if (!process.waitForStarted())
-        return {{}, {}, QStringLiteral("apt-cache: ") + process.errorString()};
-    if (!process.waitForFinished(timeoutMs)) {
-        process.kill();
-        process.waitForFinished(killTimeoutMs);
+    const ProgramEnd end = runBounded(QStringLiteral("apt-cache"),
+                                      {QStringLiteral("policy"), package}, environment, timeoutMs);
+    if (end.kind == ProgramEnd::Kind::NotStarted)
+        return {{}, {}, QStringLiteral("apt-cache: ") + end.startFault};
+    if (end.kind == ProgramEnd::Kind::TimedOut)
         return {{}, {}, QStringLiteral("apt-cache gave no answer")};
-    }
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+    if (!end.hasSucceeded())
         return {{}, {}, QStringLiteral("apt-cache failed")};
-    return ofPolicy(process.readAllStandardOutput());
+    return ofPolicy(end.output);
 }
 
 } // namespace standin

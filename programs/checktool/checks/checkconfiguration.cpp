@@ -7,6 +7,7 @@
 
 #include "programs/checktool/checks/checks.h"
 #include "programs/checktool/machine/shellword.h"
+#include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
 namespace standin {
@@ -149,7 +150,7 @@ void checkConfiguration(const Machine &machine, const QString &, const QString &
     if (checkDirectory(QFileInfo(path).path(), findings))
         checkFile(path, findings);
     if (argument.isEmpty() && checkDirectory(machine.suiteHome, findings))
-        checkDirectory(machine.suiteHome + QStringLiteral("/tmp"), findings);
+        checkDirectory(answerDirectory(machine.suiteHome), findings);
 }
 
 } // namespace standin

@@ -3,8 +3,8 @@
 #include <QFile>
 #include <QStandardPaths>
 
-#include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/machine.h"
+#include "programs/process/boundedprogram.h"
 
 namespace standin {
 

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
-#include "programs/missingfonts/matching/missingfontsfile.h"
+#include "programs/suitehome/suitehome.h"
 
 namespace standin {
 

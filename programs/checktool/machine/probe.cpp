@@ -3,9 +3,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/machine/machine.h"
+#include "programs/process/boundedprogram.h"
 #include "texts/texts.h"
 
 namespace standin {

@@ -12,9 +12,10 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "programs/checktool/machine/boundedprogram.h"
 #include "programs/checktool/machine/machine.h"
 #include "programs/checktool/printing/printingprofile.h"
+#include "programs/process/boundedprogram.h"
+#include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
 namespace standin {
@@ -171,7 +172,7 @@ QString convert(const Machine &machine, const QString &converter, const QString 
 QString printDocument(const Machine &machine, const QString &document, int timeoutMs)
 {
     const QFileInfo source(document);
-    const QString directory = machine.suiteHome + QStringLiteral("/tmp");
+    const QString directory = answerDirectory(machine.suiteHome);
     QString pdf = QStringLiteral("%1/%2.pdf").arg(directory, source.baseName());
     if (source.exists() && source.canonicalFilePath() == QFileInfo(pdf).canonicalFilePath())
         fail(texts::tr("%1 is where the printed document has to go").arg(document));

@@ -2,31 +2,18 @@
 
 #include <stdexcept>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 
-namespace standin {
+#include "programs/suitehome/suitehome.h"
 
-QString suiteHome()
-{
-    QString fromEnvironment = qEnvironmentVariable("HELIO_SUITE_HOME");
-    if (!fromEnvironment.isEmpty())
-        return fromEnvironment;
-    QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
-                   QSettings::IniFormat);
-    file.setIniCodec("UTF-8"); // as the host reads it
-    const QString fromFile =
-        file.value(QStringLiteral("suiteHome")).toStringList().join(QLatin1Char(','));
-    return fromFile.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/share/Orvane")
-                              : fromFile;
-}
+namespace standin {
 
 void writeMissingFonts(const QString &suiteHome, const QString &program,
                        const QStringList &families)
 {
-    const QString directory = suiteHome + QStringLiteral("/tmp");
+    const QString directory = answerDirectory(suiteHome);
     if (!QDir().mkpath(directory))
         throw std::runtime_error("cannot make the directory " +
                                  QFile::encodeName(directory).toStdString());

@@ -4,10 +4,6 @@
 
 namespace standin {
 
-/// The suite's directory of the user: $HELIO_SUITE_HOME, else "suiteHome" of the helio.ini beside
-/// the program, else ~/.local/share/Orvane. The shell looks for it in the same way.
-QString suiteHome();
-
 /// Writes the missing families for the page into the INI file of the program of that name: group
 /// "vyrtool", key "MissFonts", the names joined with ";". Whatever else is in the file stays. The
 /// file is replaced as a whole or not at all.

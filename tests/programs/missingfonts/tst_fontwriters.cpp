@@ -2,7 +2,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include "programs/checktool/machine/boundedprogram.h"
+#include "programs/process/boundedprogram.h"
 #include "tests/programs/missingfonts/documentfamilies.h"
 #include "tests/programs/missingfonts/packagebuilder.h"
 #include "tests/support/shell/headlesstest.h"

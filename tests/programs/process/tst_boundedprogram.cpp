@@ -1,4 +1,4 @@
-#include "programs/checktool/machine/boundedprogram.h"
+#include "programs/process/boundedprogram.h"
 
 #include <csignal>
 

@@ -1,4 +1,4 @@
-#include "programs/checktool/machine/boundedprogram.h"
+#include "programs/process/boundedprogram.h"
 
 #include <QDeadlineTimer>
 #include <QProcess>
@@ -105,8 +105,10 @@ ProgramEnd runBounded(const QString &program, const QStringList &arguments,
     process.setProcessEnvironment(environment);
     process.setStandardInputFile(QProcess::nullDevice());
     const QDeadlineTimer deadline(timeoutMs);
-    if (!startGroup(&process, program, arguments, timeoutMs))
+    if (!startGroup(&process, program, arguments, timeoutMs)) {
+        end.startFault = process.errorString();
         return end;
+    }
     while (!deadline.hasExpired() && !process.waitForFinished(readingPieceMs) &&
            process.state() != QProcess::NotRunning)
         read(&process, &end);

@@ -20,6 +20,7 @@ struct ProgramEnd
     int status = 0; ///< of a program that has exited
     QByteArray output;
     QByteArray errors;
+    QString startFault; ///< in Qt's words, of a program that was not started
 
     bool hasSucceeded() const { return kind == Kind::Exited && status == 0; }
 };
