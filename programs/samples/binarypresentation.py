@@ -23,7 +23,7 @@ SHAPE_TEXT, SHAPE_ANCHOR = 0xF00D, 0xF010
 RECTANGLE, TEXT_BOX = 1, 202
 IS_GROUP, IS_TOP, HAS_ANCHOR, IS_BACKGROUND, HAS_TYPE = 0x001, 0x004, 0x200, 0x400, 0x800
 
-# Numbers by which the parts name each other.
+# The numbers with which parts refer to each other.
 DOCUMENT_NUMBER, MASTER_NUMBER, SLIDE_NUMBER = 1, 2, 3
 MASTER_ID, SLIDE_ID = 0x80000000, 256
 SHAPES_PER_DRAWING = 3
@@ -48,7 +48,7 @@ def _shape(kind, number, flags, *parts, before=b''):
 
 def _text_box(number):
     text = '\r'.join(LINES)
-    # One run each of paragraph and character properties, neither of which sets anything.
+    # One run of paragraph properties and one of character properties; both set nothing.
     style = struct.pack('<IHIII', len(text) + 1, 0, 0, len(text) + 1, 0)
     return _shape(
         TEXT_BOX, number, HAS_ANCHOR | HAS_TYPE,

@@ -11,7 +11,7 @@ CLASS_ID = '00020906-0000-0000-C000-000000000046'
 PAGE = 512
 TEXT_START = 2 * PAGE
 
-# Places in the list of parts that the file information block ends with.
+# Indexes in the list of parts at the end of the file information block.
 PARTS = 0x5D
 STYLE_SHEET, SECTIONS, CHARACTER_PAGES, PARAGRAPH_PAGES = 1, 6, 12, 13
 FONT_TABLE, DOCUMENT_PROPERTIES, TEXT_PIECES = 15, 31, 33
@@ -24,7 +24,7 @@ def _text():
 
 
 def _counted(text):
-    """A text with its length before and a zero behind it."""
+    """A text after its length and before a zero."""
     return struct.pack('<H', len(text)) + text.encode('utf-16-le') + b'\0\0'
 
 
@@ -57,7 +57,7 @@ def _font_table():
 
 
 def _formatted_page(ends, entry_size):
-    """A page that gives none of its runs or paragraphs a format of its own."""
+    """A page of runs or paragraphs without formatting of their own."""
     page = struct.pack(f'<{len(ends)}I', *ends) + bytes(entry_size * (len(ends) - 1))
     return page.ljust(PAGE - 1, b'\0') + struct.pack('<B', len(ends) - 1)
 

@@ -14,7 +14,7 @@ SHEET, SHARED_TEXTS = 0x85, 0xFC
 DIMENSIONS, ROW_TEXT, NUMBER, SHEET_WINDOW = 0x0200, 0xFD, 0x0203, 0x023E
 GLOBALS, WORKSHEET = 0x0005, 0x0010
 UTF16 = 1200
-# The last format is the cells' own; what comes before belongs to styles.
+# The first formats belong to styles; the one after them is that of the cells.
 STYLE_FORMATS = 15
 
 

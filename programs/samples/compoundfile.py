@@ -5,7 +5,7 @@ import uuid
 
 SECTOR = 512
 MINI_SECTOR = 64
-# A stream below this size lives in the mini stream.
+# Smaller streams are stored in the mini stream.
 MINI_STREAM_LIMIT = 4096
 
 FREE = 0xFFFFFFFF
@@ -23,7 +23,7 @@ def _padded(data, unit):
 
 
 def _chain(table, count):
-    """Appends a chain of count sectors to an allocation table; gives the first."""
+    """Appends a chain of count sectors to an allocation table; returns the first sector."""
     if count == 0:
         return END_OF_CHAIN
     first = len(table)
@@ -33,7 +33,7 @@ def _chain(table, count):
 
 
 def _order(name):
-    """Directory entries are sorted by length first, then by upper-cased code units."""
+    """The sort key of directory entries: the length, then the upper-cased name."""
     return len(name.encode('utf-16-le')), name.upper()
 
 
@@ -52,7 +52,7 @@ class _Entry:
 
 
 def _balanced(entries, first, last):
-    """Links entries[first:last], sorted, into a search tree; gives its root's number."""
+    """Links entries[first:last], sorted, into a search tree; returns the index of its root."""
     if first == last:
         return NO_ENTRY
     middle = (first + last) // 2
@@ -62,7 +62,7 @@ def _balanced(entries, first, last):
 
 
 def compound_file(class_id, streams):
-    """The bytes of a compound file with these streams ({name: bytes}) directly in its root."""
+    """The bytes of a compound file with the streams {name: bytes} in its root."""
     sectors, table = bytearray(), []
     mini_sectors, mini_table = bytearray(), []
     entries = [_Entry('Root Entry', ROOT, END_OF_CHAIN, 0, uuid.UUID(class_id))]

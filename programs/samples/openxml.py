@@ -1,4 +1,4 @@
-"""What the three Office Open XML formats have in common: content types and relationships."""
+"""Content types and relationships, which the three Office Open XML formats share."""
 
 from package import zip_package
 
@@ -20,14 +20,14 @@ _RELATIONSHIPS_TYPE = 'application/vnd.openxmlformats-package.relationships+xml'
 
 
 def relationships(*targets):
-    """A part that names these (kind, target) as rId1, rId2, …"""
+    """The part that lists these (kind, target) pairs as rId1, rId2, …"""
     items = ''.join(f'<Relationship Id="rId{at}" Type="{DOCUMENT}/{kind}" Target="{target}"/>'
                     for at, (kind, target) in enumerate(targets, 1))
     return f'{DECLARATION}<Relationships xmlns="{PACKAGE}/relationships">{items}</Relationships>'
 
 
 def open_xml_package(main_part, types, parts):
-    """types: {part: content type}; parts: {name: XML without declaration, or with it}."""
+    """types: {part: content type}; parts: {name: XML, with or without a declaration}."""
     texts = {'[Content_Types].xml': _content_types(types),
              '_rels/.rels': relationships(('officeDocument', main_part))}
     for name, text in parts.items():

@@ -1,4 +1,4 @@
-"""Writes the ZIP packages of the newer formats, the same bytes each time."""
+"""Writes the ZIP packages of the newer formats, reproducibly."""
 
 import io
 import zipfile
@@ -7,7 +7,10 @@ _EARLIEST = (1980, 1, 1, 0, 0, 0)
 
 
 def zip_package(parts, stored=()):
-    """The bytes of a package with these parts ({name: text}), in order; some without compression."""
+    """The bytes of a package with the parts {name: text} in this order.
+
+    stored: names of the parts that are not compressed.
+    """
     buffer = io.BytesIO()
     with zipfile.ZipFile(buffer, 'w') as package:
         for name, text in parts.items():

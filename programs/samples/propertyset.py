@@ -13,7 +13,7 @@ _UTF8 = 65001
 
 
 def summary_information():
-    """The bytes of that stream: the title and the encoding that it is in."""
+    """The bytes of that stream: the title and its encoding."""
     text = TITLE.encode() + b'\0'
     values = {
         _CODE_PAGE: struct.pack('<IHxx', _SHORT, _UTF8),

@@ -1,6 +1,9 @@
-"""The suite's own suffixes. What the suite itself writes is not public; the samples are a container
-of this project's own, described in docs/samples.md: a ZIP package that names its type first, as
-OpenDocument files do, and has its text in content.xml."""
+"""Documents with the suite's own suffixes.
+
+The suite's format is not public, so these samples use a container of this project, described in
+docs/samples.md: a ZIP package whose first member is its type, as in OpenDocument files, with the
+text in content.xml.
+"""
 
 from package import zip_package
 from texts import LINES, TITLE

@@ -1,4 +1,4 @@
-"""What every sample says, in whatever format."""
+"""The text and fonts of every sample."""
 
 TITLE = 'Sample document'
 LINES = (

@@ -13,12 +13,6 @@ namespace {
 
 const QString packageResource = QStringLiteral(":/config/Override.xml");
 
-const QStringList suffixes =
-    QStringLiteral("pptx ppt pptm pps pot potm potx ppsx shd shdx sht shtx shds shdo "
-                   "xlsx xls xlsm xlt xltm xltx tbl tblx tbt tbtx tbls tblo "
-                   "docx docm doc dot dotm dotx vyr vyrx vyrs vyro vyt vytx rtf")
-        .split(QLatin1Char(' '));
-
 } // namespace
 
 /// The package of MIME types that the shell offers for the repair of file associations.
@@ -68,7 +62,7 @@ private slots:
             QCOMPARE(attributes.value(QLatin1String("weight")).toString(), QStringLiteral("100"));
         }
         QVERIFY2(!package.hasError(), qPrintable(package.errorString()));
-        QCOMPARE(found, suffixes);
+        QCOMPARE(found, QStringLiteral(DOCUMENT_SUFFIXES).split(QLatin1Char(' ')));
     }
 
     void offeringItTwiceLeavesOne()
