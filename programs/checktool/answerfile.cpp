@@ -25,7 +25,7 @@ constexpr qint64 mostBytes = qint64(16) * 1024 * 1024;
     throw std::runtime_error(text.toStdString());
 }
 
-/// QSettings takes the lock of that name itself, but would wait for it without an end.
+/// QSettings takes the same lock, but waits for it without a bound.
 void waitForLock(const QString &path, int lockMs)
 {
     QLockFile lock(path + lockEnding);
@@ -47,7 +47,7 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
         fail(texts::tr("cannot make the directory %1").arg(directory));
     const QString path = directory + fileName;
     const QFileInfo information(path);
-    // To read a pipe would take forever.
+    // Reading a pipe would block.
     if (information.exists() && (!information.isFile() || information.size() > mostBytes))
         fail(texts::tr("%1 is no file of answers").arg(path));
     waitForLock(path, lockMs);

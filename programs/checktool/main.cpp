@@ -15,7 +15,7 @@ namespace {
 
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
-/// More than all that a check or a conversion waits for.
+/// Longer than all bounded waits of a check or conversion together.
 constexpr unsigned int checkSeconds = 60;
 constexpr unsigned int printingSeconds = standin::printingMs / 1000 + 60;
 
@@ -62,7 +62,7 @@ int run(const QStringList &arguments)
         print(standin::listOfChecks());
         return 0;
     }
-    // Behind a type, words that look like options are none: the page passes on what it was given.
+    // Words after TYPE are never options: the page passes on what the user typed.
     if (arguments.size() < 2 || arguments.size() > 3)
         return complain(QStringLiteral("usage: vyrEnvCheckTool TYPE APP [ARG], or "
                                        "vyrEnvCheckTool --help"));
@@ -73,7 +73,7 @@ int run(const QStringList &arguments)
 
 } // namespace
 
-/// Stands in for the suite's check tool where the suite is not installed.
+/// Replaces the suite's check tool where the suite is not installed.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

@@ -2,8 +2,8 @@
 
 namespace standin {
 
-/// Ends the process with a message and status 1 when it still runs after so many seconds: a disk
-/// in the network that does not answer would let it wait forever.
+/// Ends the process with a message and status 1 when it still runs after @p seconds: a network disk
+/// that does not respond would block it forever.
 void limitTime(unsigned int seconds);
 
 } // namespace standin

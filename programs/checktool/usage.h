@@ -4,13 +4,13 @@
 
 namespace standin {
 
-/// What --help prints.
+/// The output of --help.
 QString usage();
 
-/// What --list prints: the checks, one a line.
+/// The output of --list: the names of the checks, one a line.
 QString listOfChecks();
 
-/// Whether documents are opened by a program of that name.
+/// Whether @p name is a program of the suite that opens documents.
 bool isSuiteProgram(const QString &name);
 
 } // namespace standin

@@ -15,7 +15,7 @@ namespace {
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 
-/// Becomes the program; returns only when that failed.
+/// Replaces this process with the program; returns only on failure.
 int become(const QString &path, char *arguments[])
 {
     QByteArray program = QFile::encodeName(path);
@@ -42,7 +42,7 @@ void tellAbsence(int argc, char *argv[], const QString &program)
     const QString advice = texts::tr("Install the office suite, or open the document with another "
                                      "application from its context menu in the file manager.");
     std::fprintf(stderr, "%s\n%s\n", what.toUtf8().constData(), advice.toUtf8().constData());
-    // Qt ends a program of windows that finds no display.
+    // Without a display QApplication would abort.
     if (!hasDisplay())
         return;
     const QApplication application(argc, argv);
@@ -54,8 +54,8 @@ void tellAbsence(int argc, char *argv[], const QString &program)
 
 } // namespace
 
-/// What a shortcut of the suite starts: "opencomponent PROGRAM [DOCUMENT…]" becomes the suite's
-/// program, and says so where that is not installed.
+/// Started by the shortcuts of the suite: "opencomponent PROGRAM [DOCUMENT…]" runs the suite's
+/// program, or tells the user that it is not installed.
 int main(int argc, char *argv[])
 {
     const QString program = argc > 1 ? QFile::decodeName(argv[1]) : QString();

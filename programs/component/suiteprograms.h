@@ -5,13 +5,13 @@
 
 namespace standin {
 
-/// The programs that the shortcuts may name.
+/// The programs that shortcuts may name.
 const QStringList &suitePrograms();
 
-/// Where an installation of the suite has its programs.
+/// The program directory of an installed suite.
 QString suiteProgramDirectory();
 
-/// The path of the suite's own program in @p directory; empty when there is none that can be run.
+/// The path of @p program in @p directory; empty if there is no such executable.
 QString installedProgram(const QString &directory, const QString &program);
 
 } // namespace standin

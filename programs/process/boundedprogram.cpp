@@ -14,11 +14,11 @@ namespace standin {
 namespace {
 
 constexpr int mostOutput = 4 * 1024 * 1024;
-/// Short, because what is written meanwhile takes memory.
+/// Short, because output piles up in memory meanwhile.
 constexpr int readingPieceMs = 20;
 constexpr int endingMs = 5000;
 
-/// The group that ends with this process.
+/// The process group to kill when this process ends.
 volatile std::sig_atomic_t runningGroup = 0;
 
 extern "C" void endWithGroup(int signal)
@@ -37,7 +37,7 @@ sigset_t endingSignals()
     return ending;
 }
 
-/// Has whatever would end this process wait.
+/// Holds back the signals that would end this process.
 class EndHold
 {
 public:
@@ -75,7 +75,7 @@ void keep(const QByteArray &piece, QByteArray *kept)
     kept->append(piece.left(mostOutput - kept->size()));
 }
 
-/// Whether the program runs, in a group that ends with this process from the beginning.
+/// Starts the program in a group that ends with this process from its start. False on failure.
 bool startGroup(GroupProcess *process, const QString &program, const QStringList &arguments,
                 int timeoutMs)
 {
@@ -113,7 +113,7 @@ ProgramEnd runBounded(const QString &program, const QStringList &arguments,
            process.state() != QProcess::NotRunning)
         read(&process, &end);
     const bool isLate = process.state() != QProcess::NotRunning;
-    // What the program has left behind in its group would never end, either.
+    // Whatever the program left running in its group ends too.
     endRunningProgram();
     process.waitForFinished(endingMs);
     runningGroup = 0;

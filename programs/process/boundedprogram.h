@@ -6,7 +6,7 @@
 
 namespace standin {
 
-/// How a program ended, and the beginning of what it wrote.
+/// How a program ended, and the beginning of its output.
 struct ProgramEnd
 {
     enum class Kind {
@@ -17,23 +17,23 @@ struct ProgramEnd
     };
 
     Kind kind = Kind::NotStarted;
-    int status = 0; ///< of a program that has exited
+    int status = 0; ///< exit status, if it exited
     QByteArray output;
     QByteArray errors;
-    QString startFault; ///< in Qt's words, of a program that was not started
+    QString startFault; ///< why it was not started, as Qt says
 
     bool hasSucceeded() const { return kind == Kind::Exited && status == 0; }
 };
 
-/// Runs a program in a process group of its own, without input and core dumps. When its time is
-/// over the whole group is ended, as it is when the program itself ends or this one is told to.
+/// Runs a program in a process group of its own, without input and core dumps. The whole group is
+/// killed when the time is over, when the program exits, or when a signal ends this process.
 ProgramEnd runBounded(const QString &program, const QStringList &arguments,
                       const QProcessEnvironment &environment, int timeoutMs);
 
-/// Ends the group of the program that runs now, if any. May be called from a signal handler.
+/// Kills the group of the running program, if any. Safe in a signal handler.
 void endRunningProgram();
 
-/// What a program said last.
+/// The last line of @p text.
 QString lastLine(const QByteArray &text);
 
 } // namespace standin

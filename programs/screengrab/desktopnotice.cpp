@@ -14,6 +14,6 @@ void standin::showNotice(const QDBusConnection &bus, const QString &title, const
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     call << QStringLiteral("Office Assistant") << 0U << QStringLiteral("office-assistant") << title
          << text.toHtmlEscaped() << QStringList() << QVariantMap() << shownAsLongAsUsual;
-    // A desktop without notices is no fault: the outcome is printed too.
+    // Without notifications the user still gets the printed outcome.
     bus.call(call, QDBus::Block, timeoutMs);
 }

@@ -5,7 +5,7 @@
 
 namespace standin {
 
-/// Shows a short notice of the desktop (org.freedesktop.Notifications), where it shows any.
+/// Shows a desktop notification (org.freedesktop.Notifications), if the desktop has them.
 void showNotice(const QDBusConnection &bus, const QString &title, const QString &text);
 
 } // namespace standin

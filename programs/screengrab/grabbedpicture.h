@@ -5,22 +5,22 @@
 
 namespace standin {
 
-/// The outcome of a way to take a screenshot.
+/// The outcome of one method of taking a screenshot.
 struct GrabbedPicture
 {
     enum Outcome {
         Taken,
-        /// This way does not work here; another may.
+        /// This method does not work here; another may.
         NotPossible,
-        /// The user said no, so that no other way may be tried.
+        /// The user said no, so no other method may be tried.
         Refused,
     };
 
     Outcome outcome = NotPossible;
     QImage image;
-    /// Where the desktop itself has saved the picture; empty when it did not.
+    /// The desktop's own copy of the picture; may be empty.
     QString savedAs;
-    /// Why there is no picture, for the user.
+    /// Why there is no picture, as a text for the user.
     QString reason;
 
     static GrabbedPicture taken(const QImage &image, const QString &savedAs = {})

@@ -4,16 +4,16 @@
 
 namespace standin {
 
-/// How a run of the program that takes the picture ended.
+/// The outcome of the program that takes the picture.
 struct GrabRun
 {
-    /// The picture's path; empty when none was taken.
+    /// The path of the picture; empty when none was taken.
     QString picture;
     QString reason;
 };
 
-/// Runs @p program to its end, @p timeoutMs at most, and processes events meanwhile: a window that
-/// does not answer would stand in the way of the desktop's question whether it may be done.
+/// Runs @p program for at most @p timeoutMs. Processes events meanwhile: a frozen window would hide
+/// the desktop's question for permission.
 GrabRun runGrabProgram(const QString &program, int timeoutMs);
 
 } // namespace standin

@@ -17,7 +17,7 @@ using namespace standin;
 namespace {
 
 constexpr int failed = 1;
-/// A portal may ask whether the assistant may see the screen.
+/// Includes the user's time to answer the portal's question for permission.
 constexpr int answerTimeoutMs = 60'000;
 
 bool isWayland()
@@ -33,7 +33,7 @@ GrabbedPicture grabScreen()
         picture = PortalGrab(QDBusConnection::sessionBus(), answerTimeoutMs).grab();
     if (picture.outcome != GrabbedPicture::NotPossible)
         return picture;
-    // The X server of a Wayland session shows nothing of what is on the screen.
+    // In a Wayland session the X server does not see the screen.
     if (isWayland())
         return GrabbedPicture::notPossible(
             picture.reason.isEmpty() ? texts::tr("this session has no portal for screenshots")
@@ -56,7 +56,7 @@ int fail(const QString &reason)
 
 } // namespace
 
-/// Takes a picture of the screen, saves it in the user's pictures folder and prints its path.
+/// Takes a screenshot, saves it in the user's pictures folder and prints its path.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

@@ -12,7 +12,7 @@ namespace standin {
 
 namespace {
 
-/// How many screenshots of one second are told apart.
+/// Most screenshots with the time of the same second.
 constexpr int mostOfOneSecond = 100;
 
 QString fileName(const QDateTime &takenAt, int number)
@@ -28,7 +28,7 @@ bool liesIn(const QString &file, const QString &directory)
                                   QFileInfo(directory).canonicalFilePath();
 }
 
-/// The desktop's own copy, which nobody would look for.
+/// The desktop's own copy, which the user would not look for.
 void removeCopy(const QString &path)
 {
     const QFileInfo file(path);
@@ -46,7 +46,7 @@ PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
         return {{}, texts::tr("the folder cannot be made: %1").arg(directory)};
     if (liesIn(picture.savedAs, directory))
         return {picture.savedAs, {}};
-    // Written under another name first: whoever sees a picture in the folder sees a whole one.
+    // Under another name first, so that nobody sees an incomplete picture.
     QTemporaryFile file(folder.filePath(QStringLiteral(".screenshot-XXXXXX")));
     if (!file.open() || !picture.image.save(&file, "PNG") || !file.flush())
         return {{}, texts::tr("cannot write to %1: %2").arg(directory, file.errorString())};

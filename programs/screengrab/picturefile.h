@@ -7,16 +7,16 @@
 
 namespace standin {
 
-/// Where a picture lies, or why it does not.
+/// The path of a saved picture, or why it was not saved.
 struct PictureFile
 {
     QString path;
     QString reason;
 };
 
-/// Saves @p picture as a PNG that only the user may read, in @p directory, which is made when it is
-/// missing. A picture that the desktop has saved there stays as it is; one that it has saved
-/// elsewhere goes once the copy is there. No file is ever overwritten.
+/// Saves @p picture in @p directory as a PNG that only the user may read. Creates the directory. A
+/// picture that the desktop saved there is kept as it is; one that it saved elsewhere is removed
+/// once the new file exists. Overwrites no file.
 PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
                         const QDateTime &takenAt);
 

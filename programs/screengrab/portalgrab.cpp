@@ -22,7 +22,7 @@ const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Propert
 
 constexpr int callTimeoutMs = 10'000;
 
-/// The portal's words for how a request ended.
+/// The portal's codes for the outcome of a request.
 enum Response : uint {
     Succeeded = 0,
     Cancelled = 1,
@@ -37,7 +37,7 @@ PortalGrab::PortalGrab(const QDBusConnection &bus, int answerTimeoutMs)
 
 GrabbedPicture PortalGrab::grab()
 {
-    // Of any request: which path this one gets is the portal's choice.
+    // Without a path: the portal chooses the path of the request.
     if (!isOffered() ||
         !m_bus.connect(service, QString(), requestInterface, QStringLiteral("Response"), this,
                        SLOT(onResponse(QDBusMessage))))

@@ -10,14 +10,14 @@
 
 namespace standin {
 
-/// Asks the desktop's portal (org.freedesktop.portal.Screenshot) for a picture of the screen. The
-/// portal may ask the user first.
+/// Asks the desktop's portal (org.freedesktop.portal.Screenshot) for a screenshot. The portal may
+/// ask the user for permission.
 class PortalGrab : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @p answerTimeoutMs: how long the user may think.
+    /// @p answerTimeoutMs includes the time in which the user decides.
     PortalGrab(const QDBusConnection &bus, int answerTimeoutMs);
 
     GrabbedPicture grab();
@@ -27,7 +27,7 @@ private slots:
 
 private:
     bool isOffered() const;
-    /// Calls the portal; gives the path of the request or, when @p error is set, nothing.
+    /// Calls the portal. Returns the path of the request; an empty one and @p error on failure.
     QString request(QString *error);
     GrabbedPicture answerTo(const QString &request);
     GrabbedPicture pictureOf(const QString &address) const;
@@ -35,7 +35,7 @@ private:
     QDBusConnection m_bus;
     const int m_answerTimeoutMs;
     QEventLoop m_loop;
-    /// By the path of their request: an answer may be quicker than the return of its call.
+    /// By the path of the request: a response may arrive before the call returns.
     QHash<QString, QDBusMessage> m_responses;
 };
 

@@ -9,12 +9,12 @@
 
 namespace {
 
-/// Longer than the program waits for the user's answer to the desktop's question.
+/// Longer than the program waits for the portal.
 constexpr int timeoutMs = 90'000;
 
 const QString programName = QStringLiteral("/screengrab");
 
-/// The directory that this library was loaded from.
+/// The directory of this library.
 QString ownDirectory()
 {
     Dl_info info = {};
@@ -35,8 +35,8 @@ void takeScreenshot()
 
 } // namespace
 
-/// Saves a picture of the screen in the user's pictures folder and puts it on the clipboard. To be
-/// called on the GUI thread; a call from within a call does nothing.
+/// Saves a screenshot in the user's pictures folder and copies it to the clipboard. Call it on the
+/// GUI thread; a nested call does nothing.
 extern "C" __attribute__((visibility("default"))) void screenShot()
 {
     static bool isRunning = false;

@@ -2,7 +2,7 @@
 
 namespace standin {
 
-/// Whether the session has a bus. Asking for one that is not there would start one, which stays.
+/// Whether the session has a bus. Connecting without one would start a daemon that keeps running.
 bool hasSessionBus();
 
 } // namespace standin

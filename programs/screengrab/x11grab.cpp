@@ -31,7 +31,7 @@ const xcb_screen_t *screenOf(xcb_connection_t *connection, int number)
     return screens.data;
 }
 
-/// The memory layout of a root window's picture; invalid for one that is not read here.
+/// The memory layout of a root window's picture; invalid if not supported.
 QImage::Format formatOf(const xcb_setup_t *setup, int depth)
 {
     const bool lowestByteFirst = setup->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;

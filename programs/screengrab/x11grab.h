@@ -4,7 +4,7 @@
 
 namespace standin {
 
-/// All screens of the X server that $DISPLAY names, as they are now.
+/// Takes a picture of the whole X screen that $DISPLAY names.
 GrabbedPicture grabX11();
 
 } // namespace standin

@@ -17,7 +17,7 @@ QString versionBehind(const QString &line, const QString &label)
     return version == QLatin1String("(none)") ? QString() : version;
 }
 
-/// A name that is none would be read as an option.
+/// Rejects anything else: apt-cache would parse it as an option.
 bool isPackageName(const QString &name)
 {
     static const QRegularExpression pattern(QStringLiteral("\\A[a-z0-9][a-z0-9+.-]+\\z"));

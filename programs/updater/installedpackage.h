@@ -5,14 +5,14 @@
 
 namespace standin {
 
-/// What the package manager knows of a package.
+/// A package, as the package manager knows it.
 struct InstalledPackage
 {
     /// Empty when the package is not installed.
     QString installed;
     /// The version that the package sources offer; empty when they offer none.
     QString candidate;
-    /// Why nothing is known.
+    /// Why nothing is known; else empty.
     QString error;
 
     /// Reads the output of "apt-cache policy PACKAGE" in the language C.

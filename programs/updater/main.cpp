@@ -31,8 +31,8 @@ int fail(const QString &reason)
 
 } // namespace
 
-/// Stands in for the suite's updater: compares the installed version with what the package sources
-/// offer, sends nothing anywhere, and writes what it did to the log.
+/// Replaces the suite's updater: compares the installed version with the one in the package
+/// sources, sends nothing, and writes the outcome to the log.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

@@ -15,7 +15,7 @@ namespace standin {
 
 namespace {
 
-/// Every user's runs go into the one log that the updater view shows.
+/// All users write to the log that the updater view shows.
 constexpr mode_t logMode = 0666;
 
 QString withoutControls(QString text)
@@ -57,7 +57,7 @@ bool UpdateLog::append(const QString &line)
                                 .arg(QCoreApplication::applicationPid())
                                 .arg(withoutControls(line))
                                 .toUtf8();
-    // In one piece: others may be writing too.
+    // In one write: other updaters may append at the same time.
     const ssize_t written = ::write(m_descriptor, text.constData(), size_t(text.size()));
     if (written == text.size())
         return true;
@@ -65,8 +65,8 @@ bool UpdateLog::append(const QString &line)
                             : QStringLiteral("the disk is full"));
 }
 
-/// An existing file is never opened as if it were to be made: kernels rightly refuse that for the
-/// files of others in such a directory.
+/// Opens an existing file without O_CREAT: kernels refuse that flag for other users' files in a
+/// sticky directory.
 int UpdateLog::openSafely(const QByteArray &path)
 {
     constexpr int flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;

@@ -4,22 +4,22 @@
 
 namespace standin {
 
-/// The updater's log. Its directory is everybody's, so whatever lies at its place may be a trap of
-/// another user: only a plain file that has no other name is written to, and no link is followed.
+/// The updater's log. Every user may write to its directory, so another user could set a trap: only
+/// a regular file with a single name is opened, and no link is followed.
 class UpdateLog
 {
 public:
-    /// A log that has grown beyond this starts anew, in bytes.
+    /// A larger log is emptied; in bytes.
     static constexpr qint64 largestSize = qint64(1024) * 1024;
 
     explicit UpdateLog(const QString &path);
     ~UpdateLog();
 
     bool isOpen() const { return m_descriptor >= 0; }
-    /// Why it is not open, or what went wrong since.
+    /// Why it is not open, or why the last append failed.
     QString error() const { return m_error; }
 
-    /// Appends one line, which tells time and process; control characters in it become blanks.
+    /// Appends one line with time and process; control characters become spaces.
     bool append(const QString &line);
 
 private:

@@ -11,7 +11,7 @@
 
 namespace standin {
 
-/// What the updater was started for.
+/// The task that the updater was started for.
 enum class UpdaterTask {
     ManualCheck,
     DailyReport,
@@ -19,17 +19,16 @@ enum class UpdaterTask {
     UninstallReport,
 };
 
-/// The task of a switch such as "/from:manual"; nothing for one that is not known.
+/// The task of an option such as "/from:manual"; none for an unknown option.
 std::optional<UpdaterTask> taskOf(const QString &option);
 
-/// The group "update" of the configuration.
+/// Keys and values of the group "update" in the configuration.
 using UpdaterConfig = QMap<QString, QString>;
 UpdaterConfig readUpdaterConfig(const QString &path);
 
 using AskPackage = std::function<InstalledPackage(const QString &package, int timeoutMs)>;
 
-/// Does the task and gives what came of it, for the log. @p ask is asked about the package whose
-/// versions are compared.
+/// Does the task and returns the outcome for the log. @p ask looks up the versions of the package.
 QString outcomeOf(UpdaterTask task, const UpdaterConfig &config, const QDateTime &now,
                   const AskPackage &ask);
 

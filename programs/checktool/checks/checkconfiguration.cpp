@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 mostSettings = qint64(16) * 1024 * 1024;
 const QString settingsFile = QStringLiteral("/Orvane/Office.conf");
 
-/// Where the suite's settings are kept, as the desktop's base directories say.
+/// The directory of the suite's settings, by the XDG base directory rules.
 QString configurationDirectory(const Machine &machine)
 {
     const QString own = machine.variable("XDG_CONFIG_HOME");
@@ -35,7 +35,7 @@ bool may(const QString &path, int mode)
     return ::access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-/// Whether something is there at all; what is missing is said to be so.
+/// Whether @p path exists; reports a missing one.
 bool isThere(const QString &path, Findings &findings)
 {
     const QFileInfo information(path);
@@ -97,7 +97,7 @@ void checkContent(const QString &path, Findings &findings)
     }
     const bool isText = file.open(QIODevice::ReadOnly) && !file.readAll().contains('\0');
     const QSettings settings(path, QSettings::IniFormat);
-    // Groups are parsed when their keys are asked for, and not before.
+    // QSettings parses a group only when its keys are read.
     const int count = settings.allKeys().size();
     if (!isText || settings.status() == QSettings::FormatError)
         findings.problem(

@@ -16,13 +16,13 @@ const QString platformVariable = QStringLiteral("QT_QPA_PLATFORM");
 const QString x11Variable = QStringLiteral("DISPLAY");
 const QString waylandVariable = QStringLiteral("WAYLAND_DISPLAY");
 
-/// Platforms of Qt whose windows nobody sees.
+/// Qt's platforms that show no window.
 constexpr std::array<const char *, 3> unseenPlatforms = {"offscreen", "minimal", "vnc"};
-/// How renderers that draw without a graphics card call themselves.
+/// Names of renderers that work without a graphics card.
 constexpr std::array<const char *, 3> softwareRenderers = {"llvmpipe", "softpipe",
                                                            "Software Rasterizer"};
 
-/// The machine with a session that has this display alone.
+/// The machine with @p display as the only display of the session.
 Machine withDisplay(Machine machine, const QString &display)
 {
     const bool isX11 = display.contains(QLatin1Char(':'));

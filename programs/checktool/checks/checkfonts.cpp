@@ -24,7 +24,7 @@ constexpr Language chinese = {"zh-cn", "fonts-noto-cjk"};
 constexpr std::array<Language, 2> otherLanguages = {
     {{"ja", "fonts-noto-cjk"}, {"ko", "fonts-noto-cjk"}}};
 
-/// What most documents are set in, whoever wrote them.
+/// The fonts of most documents.
 const std::array<const char *, 7> usualFamilies = {
     "Times New Roman", "Arial", "Courier New", "Calibri", "Cambria", "SimSun", "SimHei"};
 
@@ -54,7 +54,7 @@ void checkDirectories(const FontConfiguration &fonts, Findings &findings)
     }
 }
 
-/// Whether a directory can be written, or made where it is missing.
+/// Whether a directory is writable or, if missing, could be created.
 bool canBeWritten(const QString &directory)
 {
     QFileInfo information(directory);
@@ -86,7 +86,7 @@ void checkCache(const FontConfiguration &fonts, const QStringList &stale, Findin
                          texts::tr("Renew it with: sudo fc-cache --force."));
 }
 
-/// Whether fonts look different is a matter of taste; whether there is one is none.
+/// Only a missing default font is a problem.
 void checkGeneralFamilies(const FontConfiguration &fonts, Findings &findings)
 {
     const QString serif = fonts.match(QStringLiteral("serif"));

@@ -18,12 +18,12 @@ const QString gtkVariable = QStringLiteral("GTK_IM_MODULE");
 const QString x11Variable = QStringLiteral("XMODIFIERS");
 const QString x11Beginning = QStringLiteral("@im=");
 
-/// An input method that has a program of its own.
+/// An input method with a program of its own.
 struct Framework
 {
-    const char *name; ///< as the variables give it
+    const char *name; ///< value of the variables
     const char *package;
-    std::array<const char *, 2> programs; ///< either will do
+    std::array<const char *, 2> programs; ///< one of them is enough
     const char *start;
 };
 
@@ -40,7 +40,7 @@ const Framework *frameworkOf(const QString &name)
     return found == frameworks.end() ? nullptr : &*found;
 }
 
-/// fcitx5 answers to its own name and to that of its forerunner.
+/// fcitx5 also accepts the name of its predecessor.
 QString family(const QString &name)
 {
     return name == QLatin1String("fcitx5") ? QStringLiteral("fcitx") : name;
@@ -66,12 +66,12 @@ QList<Setting> settingsOf(const Machine &machine)
     return settings;
 }
 
-/// Whether all variables mean one input method, as they have to.
+/// Whether all variables name the same input method, as they must.
 void checkAgreement(const QList<Setting> &settings, Findings &findings)
 {
     const Setting &first = settings.first();
     for (const Setting &setting : settings) {
-        // "xim" passes what is typed on to the one that XMODIFIERS names.
+        // "xim" hands input to the method that XMODIFIERS names.
         if (family(setting.name) != family(first.name) && first.name != QLatin1String("xim") &&
             setting.name != QLatin1String("xim"))
             findings.problem(
@@ -160,7 +160,7 @@ void checkInput(const Machine &machine, const QString &, const QString &argument
                                     "input method; %2 names “%3”.")
                               .arg(qtVariable, settings.first().variable, name));
     }
-    // Part of the display and of the suite: neither has a module or program of its own.
+    // Built into the display server or the suite: no module or program to check.
     if (name == QLatin1String("xim") || name == QLatin1String("none") ||
         name == QLatin1String("simple")) {
         findings.fine(texts::tr("The input method “%1” needs no module.").arg(name));

@@ -36,13 +36,13 @@ QStringList librariesBelow(const QString &directory)
     return paths;
 }
 
-/// What this program itself is made for.
+/// The ELF file of this program, for its processor.
 ElfFile ownFile()
 {
     return readElf(QStringLiteral("/proc/self/exe"));
 }
 
-/// Whether the file could be looked into.
+/// Whether the file could be read.
 bool reportState(const QString &path, const ElfFile &file, Findings &findings)
 {
     switch (file.state) {

@@ -57,11 +57,11 @@ bool isUtf8(const Locale &locale)
     return encodingOf(locale) == QLatin1String("UTF-8");
 }
 
-/// What to generate: "zh_CN.UTF-8" for "zh_CN", "zh_CN.utf8" and "zh_CN.GBK@x".
+/// The locale to generate: "zh_CN.UTF-8" for "zh_CN", "zh_CN.utf8" and "zh_CN.GBK@x".
 QString withUtf8(const QString &name)
 {
     const QString place = name.section(QLatin1Char('.'), 0, 0).section(QLatin1Char('@'), 0, 0);
-    // Another name of "C" that has no form with UTF-8.
+    // The same as "C", but without a variant in UTF-8.
     const bool isPlain = place == QLatin1String("POSIX");
     return (isPlain ? withoutLanguage : place) + QStringLiteral(".UTF-8");
 }
@@ -78,7 +78,7 @@ void reportInvalid(const QString &variable, const QString &value, Findings &find
                                .arg(withUtf8(value)));
 }
 
-/// The setting of a category and the variable that it comes from.
+/// The setting of a category, and the variable that it comes from.
 struct Setting
 {
     QString variable;

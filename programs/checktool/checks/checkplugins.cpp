@@ -12,7 +12,7 @@ namespace standin {
 namespace {
 
 constexpr int mostFiles = 20000;
-/// Browsers take a library for a plug-in by the beginning of its name.
+/// Browsers recognise a plug-in by the start of its file name.
 const QStringList pluginNames = {QStringLiteral("np*.so"), QStringLiteral("libnp*.so")};
 constexpr const char *systemDirectories[] = {
     "/usr/lib/mozilla/plugins",     "/usr/lib64/mozilla/plugins", "/usr/lib/firefox/plugins",
@@ -24,7 +24,7 @@ QString userDirectory(const Machine &machine)
     return machine.home + QStringLiteral("/.mozilla/plugins");
 }
 
-/// Where browsers look, in their order.
+/// In the search order of browsers.
 QStringList browserDirectories(const Machine &machine, const QString &further)
 {
     QStringList directories =
@@ -37,13 +37,13 @@ QStringList browserDirectories(const Machine &machine, const QString &further)
     return directories;
 }
 
-/// Plug-ins with the links to them; those that lead nowhere as well.
+/// Plug-ins and links to plug-ins, broken ones included.
 QFileInfoList pluginsIn(const QString &directory)
 {
     return QDir(directory).entryInfoList(pluginNames, QDir::Files | QDir::System, QDir::Name);
 }
 
-/// Real paths of the plug-ins that the suite brings.
+/// Real paths of the suite's own plug-ins.
 QStringList pluginsOfSuite(const Machine &machine)
 {
     QStringList paths;
@@ -55,7 +55,7 @@ QStringList pluginsOfSuite(const Machine &machine)
     return paths;
 }
 
-/// Whether programs can load it; otherwise that is a finding.
+/// Reports a plug-in that cannot be loaded.
 void checkLoading(const LibrarySearch &search, const QFileInfo &plugin, Findings &findings)
 {
     LibraryClosure closure(search);
@@ -75,7 +75,7 @@ void checkLoading(const LibrarySearch &search, const QFileInfo &plugin, Findings
         findings.fine(texts::tr("The plug-in %1 can be loaded.").arg(plugin.filePath()));
 }
 
-/// Real paths of the plug-ins that browsers find there.
+/// Real paths of the plug-ins that browsers find.
 QStringList checkDirectory(const LibrarySearch &search, const QString &directory,
                            Findings &findings)
 {

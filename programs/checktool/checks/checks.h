@@ -9,7 +9,7 @@
 
 namespace standin {
 
-/// A check that the tool can make.
+/// A check of the tool.
 struct Check
 {
     using Function = void (*)(const Machine &machine, const QString &application,
@@ -17,19 +17,19 @@ struct Check
 
     QString name;
     QString description;
-    QString argument; ///< what the extra argument means
+    QString argument; ///< the meaning of the extra argument
     Function run;
 };
 
-/// All checks, in the order in which the page offers them.
+/// All checks, in the page's order.
 std::vector<Check> checks();
 
-/// Makes the check of that name; that there is none is a finding as well.
+/// Runs the check @p name; an unknown name is itself a finding.
 Findings findingsOf(const Machine &machine, const QString &name, const QString &application,
                     const QString &argument);
 
-/// Each looks into one subject for the suite's program @p application; the extra argument is what
-/// checks() says of it.
+/// Each checks one subject for the suite's program @p application; checks() describes the extra
+/// argument.
 void checkLibraries(const Machine &machine, const QString &application, const QString &argument,
                     Findings &findings);
 void checkFonts(const Machine &machine, const QString &application, const QString &argument,

@@ -21,7 +21,7 @@ QString remedy()
     return texts::tr("Log in to the desktop again, or start the suite with: dbus-run-session.");
 }
 
-/// The bus and other sockets of the session lie in this directory.
+/// Checks the directory of the session's sockets, the bus among them.
 void checkRuntimeDirectory(const Machine &machine, Findings &findings)
 {
     const QString path = machine.environment.value(runtimeVariable);
@@ -41,7 +41,7 @@ void checkRuntimeDirectory(const Machine &machine, Findings &findings)
         findings.fine(texts::tr("%1 is %2 and yours.").arg(runtimeVariable, path));
 }
 
-/// Where programs of the session look for the bus; empty when there is no such place.
+/// The address at which programs look for the bus; empty if there is none.
 QString sessionAddress(const Machine &machine)
 {
     QString address = machine.environment.value(addressVariable);

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "programs/checktool/checks/checks.h"
-#include "programs/checktool/machine/diskspace.h"
+#include "programs/checktool/checks/diskspace.h"
 #include "texts/texts.h"
 
 namespace standin {
@@ -14,13 +14,13 @@ namespace standin {
 namespace {
 
 constexpr qint64 mebibyte = qint64(1024) * 1024;
-/// Less than this, and the next save is likely to fail.
+/// Below this, the next save is likely to fail.
 constexpr qint64 tooFewBytes = 50 * mebibyte;
-/// Less than this is soon used up by recovery files and the suite's updates.
+/// Recovery files and updates of the suite soon use up less than this.
 constexpr qint64 fewBytes = 500 * mebibyte;
 constexpr quint64 tooFewFiles = 1000;
 
-/// The nearest directory that is there: what is missing would be made in it.
+/// The nearest existing parent directory, in which the missing ones would be created.
 QString existing(const QString &directory)
 {
     QFileInfo information(directory);

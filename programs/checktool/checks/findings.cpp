@@ -26,7 +26,7 @@ QString mark(Findings::Kind kind)
     return QStringLiteral("✔ ");
 }
 
-/// Names from outside may hold anything; a line stays one line.
+/// Names from outside may contain line breaks; a finding must stay one line.
 QString oneLine(const QString &text)
 {
     QString line;

@@ -6,7 +6,7 @@
 
 namespace standin {
 
-/// What a check has found, in words, in the order in which it was said.
+/// The findings of a check, as texts for the user, in the order in which they were added.
 class Findings
 {
 public:
@@ -23,17 +23,17 @@ public:
     };
 
     void fine(const QString &text);
-    /// Something to know that keeps nothing from working.
+    /// Worth knowing, though everything works.
     void note(const QString &text);
-    /// @p remedy is what the user can do about it.
+    /// @p remedy says what the user can do about it.
     void problem(const QString &text, const QString &remedy);
 
     const std::vector<Finding> &all() const;
     int problemCount() const;
 
-    /// The findings as the page shows them: a line for the outcome, then a line each, problems
-    /// first. Each begins with a mark and a space, "✘" a problem, "⚠" a note, "✔" what is fine,
-    /// since the page shows lines as they are. Long lists and lines are cut, and say so.
+    /// The text that the page shows: a line for the outcome, then one line for each finding,
+    /// problems first. Each line starts with a mark and a space: "✘" for a problem, "⚠" for a note,
+    /// "✔" for what is fine. Long lists and lines are cut, with a mark that says so.
     QString text() const;
 
 private:

@@ -35,7 +35,7 @@ void add(FcPattern *pattern, const char *property, const QString &value)
                        reinterpret_cast<const FcChar8 *>(value.toUtf8().constData()));
 }
 
-/// Takes the list and ends it.
+/// Takes ownership of @p list.
 QStringList toTexts(FcStrList *list)
 {
     QStringList texts;
@@ -96,7 +96,7 @@ QStringList FontConfiguration::directoriesWithoutCache() const
                            m_config.get(), nullptr));
         if (!cache)
             stale.append(directory);
-        // A change below leaves the list of the directory above as it was.
+        // A change in a subdirectory does not make the cache of its parent stale.
         for (int n = 0; cache && n < FcCacheNumSubdir(cache.get()); ++n)
             waiting.append(toText(FcCacheSubdir(cache.get(), n)));
     }

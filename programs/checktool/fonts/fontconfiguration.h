@@ -9,40 +9,39 @@ struct _FcPattern;
 
 namespace standin {
 
-/// The fonts and the fontconfig settings of the user.
+/// The user's fonts and fontconfig settings.
 class FontConfiguration
 {
 public:
-    /// Reads the settings; fonts are looked for by loadFonts() only.
+    /// Reads the settings, but no fonts: loadFonts() does.
     FontConfiguration();
 
-    /// Whether there are settings that could be read.
+    /// Whether the settings could be read.
     bool isValid() const { return m_config != nullptr; }
 
-    /// Directories in which fonts are looked for; after loadFonts() with those below them.
+    /// Font directories; their subdirectories too after loadFonts().
     QStringList directories() const;
 
-    /// Directories for lists of what fonts are where, in the order in which they are tried.
+    /// Cache directories, in the order in which they are tried.
     QStringList cacheDirectories() const;
 
-    /// Directories whose list is out of date or missing, and so made again by each program; of
-    /// those below such a directory nothing is known.
+    /// Directories whose cache is stale or missing, so that every program scans them again. Does
+    /// not descend into such a directory.
     QStringList directoriesWithoutCache() const;
 
-    /// Reads the fonts, and writes the lists that are out of date where that is possible.
+    /// Reads the fonts and renews stale caches where it can.
     void loadFonts();
 
-    /// The number of fonts; after loadFonts().
+    /// The number of fonts. Needs loadFonts().
     int fontCount() const;
 
-    /// The family that text in @p family is drawn with; empty when there are no fonts.
+    /// The family that replaces @p family; empty when there are no fonts.
     QString match(const QString &family) const;
 
-    /// The family in which texts in that language are drawn, when it has what they need ("zh-cn");
-    /// empty when there is none.
+    /// The family that draws @p language, such as "zh-cn"; empty when no font has all its letters.
     QString familyForLanguage(const QString &language) const;
 
-    /// Whether some font has a family of that name, in whatever case.
+    /// Whether a font family of that name exists; ignores case.
     bool hasFamily(const QString &family) const;
 
 private:

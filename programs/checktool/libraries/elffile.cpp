@@ -16,7 +16,7 @@ namespace standin {
 
 namespace {
 
-/// More than any real file has; hostile ones could claim billions.
+/// More than any real file has; a hostile one could claim billions.
 constexpr std::size_t mostEntries = 10000;
 constexpr std::size_t longestText = 4096;
 constexpr std::size_t mostVersionBytes = 16 * 1024 * 1024;
@@ -31,7 +31,7 @@ class Reader
 public:
     Reader(Elf *elf, quint64 size) : m_elf(elf), m_size(size) {}
 
-    /// Whether the file holds together.
+    /// Whether the file is consistent.
     bool read(ElfFile *file);
 
 private:
@@ -196,7 +196,7 @@ void Reader::readDefinedVersions(const GElf_Shdr &section, Elf_Data *data, ElfFi
     }
 }
 
-/// A file may lack its sections, as stripped ones do; then nothing is known of versions.
+/// A stripped file may lack sections; its versions are unknown then.
 bool Reader::readVersions(ElfFile *file)
 {
     Elf_Scn *section = nullptr;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int mostFiles = 20000;
 
-/// The words that a file may use for directories.
+/// Replaces the variables that a file may use in directories, such as $ORIGIN.
 QStringList expanded(const QStringList &directories, const QString &path)
 {
     const QString origin = QFileInfo(QFileInfo(path).canonicalFilePath()).path();
@@ -45,7 +45,7 @@ ElfFile LibraryClosure::add(const QString &path)
     ElfFile content = readElf(file);
     if (content.state != ElfFile::State::Good)
         return content;
-    // What a program brings counts for everything that is loaded into it.
+    // DT_RPATH of the program counts for every library that it loads.
     if (m_files.isEmpty())
         m_programSearch =
             content.lateSearch.isEmpty() ? expanded(content.earlySearch, file) : QStringList();
@@ -110,7 +110,7 @@ void LibraryClosure::find(const QString &name, const QString &wanter)
             continue;
         const ElfFile file = readElf(path);
         if (file.state != ElfFile::State::Good && file.state != ElfFile::State::Unreadable) {
-            // The loader stops here, too.
+            // The loader stops here as well.
             m_broken[path].append(wanter);
             return;
         }
@@ -132,7 +132,7 @@ void LibraryClosure::compareVersions(const QString &name, const QString &wanter)
 {
     const QString path = m_pathsByName.value(name);
     const ElfFile library = m_files.value(path).file;
-    // A library without versions of its own takes any.
+    // A library without versions matches any.
     if (path.isEmpty() || library.definedVersions.isEmpty())
         return;
     const QStringList versions = m_files.value(wanter).file.neededVersions.value(name);

@@ -9,26 +9,26 @@
 
 namespace standin {
 
-/// The libraries that files need, with what those need in turn, found as the dynamic loader finds
-/// them. Files added later are taken to be loaded into the same program.
+/// The libraries that files need, directly or through other libraries, found by the rules of the
+/// dynamic loader. All added files count as loaded into the same program.
 class LibraryClosure
 {
 public:
     explicit LibraryClosure(const LibrarySearch &search) : m_search(search) {}
 
-    /// Adds a file with all that it needs; gives what the file itself says.
+    /// Adds a file and all that it needs. Returns the file itself.
     ElfFile add(const QString &path);
 
-    /// Names of libraries that are nowhere, each with the files that want it.
+    /// Names of libraries that were not found, each with the files that need it.
     const QMap<QString, QStringList> &missing() const { return m_missing; }
 
-    /// Paths of libraries that cannot be loaded, each with the files that want it.
+    /// Paths of libraries that cannot be loaded, each with the files that need it.
     const QMap<QString, QStringList> &broken() const { return m_broken; }
 
-    /// Libraries there only for another kind of processor, with the files that want them.
+    /// Libraries found only for another processor, each with the files that need it.
     const QMap<QString, QStringList> &foreign() const { return m_foreign; }
 
-    /// "version of library path" that the library found does not have, with those that want it.
+    /// A version that the file "wanter" needs and the found library lacks.
     struct MissingVersion
     {
         QString version;
@@ -37,8 +37,8 @@ public:
     };
     const QList<MissingVersion> &missingVersions() const { return m_missingVersions; }
 
-    /// What keeps the files from being loaded: names of libraries that are missing or foreign, and
-    /// paths of those that are broken or lack a version.
+    /// What keeps the files from being loaded: names of missing or foreign libraries, and paths of
+    /// libraries that are broken or lack a version.
     QStringList unusable() const;
 
     /// The paths of all files that were added or found.

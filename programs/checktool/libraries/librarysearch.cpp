@@ -28,7 +28,7 @@ QStringList systemLibraryDirectories()
 LibrarySearch LibrarySearch::of(const Machine &machine)
 {
     LibrarySearch search;
-    // The loader takes both signs.
+    // The loader accepts both separators.
     search.userDirectories = machine.variable("LD_LIBRARY_PATH")
                                  .replace(QLatin1Char(';'), QLatin1Char(':'))
                                  .split(QLatin1Char(':'), Qt::SkipEmptyParts);

@@ -9,18 +9,18 @@ namespace standin {
 
 struct Machine;
 
-/// Where the dynamic loader looks for libraries apart from what files say themselves.
+/// Where the dynamic loader looks for libraries, apart from DT_RPATH and DT_RUNPATH.
 struct LibrarySearch
 {
     QStringList userDirectories;       ///< LD_LIBRARY_PATH
-    QHash<QString, QStringList> cache; ///< paths by name, as ldconfig keeps them
+    QHash<QString, QStringList> cache; ///< paths by name, from ldconfig
     QStringList systemDirectories;
 
-    /// That of the machine's own loader.
+    /// The search of the machine's own loader.
     static LibrarySearch of(const Machine &machine);
 };
 
-/// Paths by name out of what "ldconfig -p" prints.
+/// Paths by name from the output of "ldconfig -p".
 QHash<QString, QStringList> parseLoaderCache(const QByteArray &text);
 
 } // namespace standin

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Names of the facts that the probe program prints as JSON, and that the checks read.
+/// JSON keys of the facts that the probe program prints and the checks read.
 namespace standin::facts {
 
 constexpr const char *fault = "fault";

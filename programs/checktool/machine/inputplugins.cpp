@@ -14,7 +14,7 @@ namespace {
 
 const QString folder = QStringLiteral("/platforminputcontexts");
 
-/// In the order in which Qt looks.
+/// In Qt's search order.
 QStringList pluginDirectories(const Machine &machine)
 {
     QStringList directories =

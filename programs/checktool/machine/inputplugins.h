@@ -11,10 +11,10 @@ struct Machine;
 /// Qt's input-method modules on the machine.
 struct InputPlugins
 {
-    QStringList directories;      ///< where programs of the suite look for them
-    QMap<QString, QString> paths; ///< by the names, in lower case, that QT_IM_MODULE can give
+    QStringList directories;      ///< where the suite looks for them
+    QMap<QString, QString> paths; ///< by the value of QT_IM_MODULE, in lower case
 
-    /// Reads what modules say of themselves; none of them is loaded.
+    /// Reads the metadata of the modules; loads none of them.
     static InputPlugins of(const Machine &machine);
 };
 

@@ -5,19 +5,19 @@
 
 namespace standin {
 
-/// The machine that is checked, as far as checks depend on where things are.
+/// The checked machine: its environment and directories.
 struct Machine
 {
     QProcessEnvironment environment;
     QString home;
-    QString suiteHome;          ///< the suite's directory of the user
-    QString officeDirectory;    ///< the suite's programs and libraries
+    QString suiteHome;          ///< the user's directory of the suite
+    QString officeDirectory;    ///< programs and libraries of the suite
     QString temporaryDirectory; ///< where programs put temporary files
-    QString probeProgram;       ///< tries out what may hang or crash
-    int probeMs = 8000;         ///< how long it may take
-    QString root;               ///< stands before the system's own paths; empty is the real one
+    QString probeProgram;       ///< runs what may hang or crash
+    int probeMs = 8000;         ///< its time limit
+    QString root;               ///< prefix of system paths; empty on a real machine
 
-    /// The machine and the user that run this program.
+    /// The machine and user that run this program.
     static Machine current();
 
     QString variable(const char *name) const;

@@ -27,7 +27,7 @@ QString nameOf(Probe probe)
     return QStringLiteral("printing");
 }
 
-/// Why a probe that gave no facts ended.
+/// Why a probe gave no facts.
 QString faultOf(const Machine &machine, const ProgramEnd &end)
 {
     if (end.kind == ProgramEnd::Kind::TimedOut)

@@ -7,8 +7,8 @@ namespace standin {
 
 struct Machine;
 
-/// What is tried out in a process of its own, because it may hang or crash, and because its
-/// libraries may be missing on the machine that is checked.
+/// What runs in a process of its own, because it may hang or crash, or because its libraries may be
+/// missing on the checked machine.
 enum class Probe {
     Bus,
     Display,
@@ -16,7 +16,7 @@ enum class Probe {
     Printing
 };
 
-/// How a probe ended: its facts, or why there are none.
+/// The facts of a probe, or why there are none.
 struct ProbeEnd
 {
     QString fault; ///< empty when there are facts
@@ -25,7 +25,7 @@ struct ProbeEnd
     bool hasFacts() const { return fault.isEmpty(); }
 };
 
-/// Starts the machine's probe program and waits for it, within the machine's time limit.
+/// Runs the machine's probe program within the machine's time limit.
 ProbeEnd runProbe(const Machine &machine, Probe probe, const QStringList &arguments = {});
 
 } // namespace standin

@@ -7,7 +7,7 @@ namespace standin {
 
 struct Machine;
 
-/// The names of the programs that run for this user.
+/// Names of this user's running programs.
 QSet<QString> runningPrograms(const Machine &machine);
 
 } // namespace standin

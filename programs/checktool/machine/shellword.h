@@ -4,7 +4,7 @@
 
 namespace standin {
 
-/// The text as one word of a command line that is pasted into a shell.
+/// @p text quoted as one word of a command line for sh.
 QString shellWord(const QString &text);
 
 } // namespace standin

@@ -23,12 +23,12 @@ namespace standin {
 namespace {
 
 const QStringList converters = {QStringLiteral("soffice"), QStringLiteral("libreoffice")};
-/// Where office suites are that have no link in PATH.
+/// Where office suites are installed that have no link in PATH.
 const QStringList converterPlaces = {QStringLiteral("/usr/lib/libreoffice/program"),
                                      QStringLiteral("/opt/libreoffice/program"),
                                      QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin")};
 constexpr int beginningBytes = 4096;
-/// Packages, OLE2 files and text in UTF-16.
+/// ZIP packages, OLE2 files and text in UTF-16.
 const QList<QByteArray> documentSignatures = {"PK\x03\x04", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1",
                                               "\xff\xfe", "\xfe\xff"};
 const QString workName = QStringLiteral("print-");
@@ -54,7 +54,7 @@ QString findConverter(const Machine &machine)
                    "the suite itself"));
 }
 
-/// A converter takes anything for text, and would print what is damaged as such.
+/// A converter takes a damaged document for text and would print it as that.
 bool isDocument(const QString &path)
 {
     QFile file(path);
@@ -82,7 +82,7 @@ void checkDocument(const QFileInfo &document)
         fail(texts::tr("%1 is damaged or no document").arg(document.filePath()));
 }
 
-/// What an earlier print has left would be taken for this one.
+/// An earlier print's file would be taken for the new one.
 void removeEarlier(const QString &pdf)
 {
     const QFileInfo information(pdf);
@@ -94,7 +94,7 @@ void removeEarlier(const QString &pdf)
         fail(texts::tr("the earlier %1 cannot be removed").arg(pdf));
 }
 
-/// A print that was ended with its session could not clean up.
+/// Left by prints that were ended with their session.
 void removeLeftovers(const QString &directory)
 {
     const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-leftoverSeconds);
@@ -106,8 +106,8 @@ void removeLeftovers(const QString &directory)
     }
 }
 
-/// A copy for the converter, which puts a lock file beside what it opens. It keeps its name, which
-/// a document may print.
+/// A copy for the converter, which creates a lock file beside what it opens. It keeps its name: a
+/// document may contain its file name as a field.
 QString copyInto(const QString &directory, const QFileInfo &document)
 {
     QString copy = directory + QStringLiteral("/document/") + document.fileName();
@@ -116,7 +116,7 @@ QString copyInto(const QString &directory, const QFileInfo &document)
     return copy;
 }
 
-/// The converter makes up the name of the PDF from that of the document.
+/// The converter derives the name of the PDF from that of the document.
 QString onlyPdfIn(const QString &directory)
 {
     const QFileInfoList files =
@@ -160,7 +160,7 @@ QString convert(const Machine &machine, const QString &converter, const QString 
                     QStringLiteral("--outdir"), output, copy},
                    machine.environment, timeoutMs);
     QString pdf = onlyPdfIn(output);
-    // It ends successfully when it could not read the document, too.
+    // Its exit status is 0 even if it could not read the document.
     if (!end.hasSucceeded() || pdf.isEmpty() || !isPdf(pdf))
         fail(texts::tr("%1 could not be printed: %2")
                  .arg(document.filePath(), reasonFor(end, converter, timeoutMs)));
@@ -182,7 +182,7 @@ QString printDocument(const Machine &machine, const QString &document, int timeo
         fail(texts::tr("cannot make the directory %1").arg(directory));
     removeLeftovers(directory);
     const QString converter = findConverter(machine);
-    // On the same disk, so that the finished file can be put into its place at once.
+    // On the same disk, so that rename() can put the finished file in place.
     const QTemporaryDir work(directory + QLatin1Char('/') + workName);
     if (!work.isValid())
         fail(texts::tr("cannot write into %1").arg(directory));

@@ -6,14 +6,14 @@ namespace standin {
 
 struct Machine;
 
-/// How long the conversion of a document may take unless a test says otherwise.
+/// The default time limit of a conversion.
 constexpr int printingMs = 120 * 1000;
 
-/// Prints a document to the PDF file "tmp/NAME.pdf" of the suite's directory, NAME being the part
-/// of its file name before the first dot, by the headless conversion of an installed office suite.
-/// An earlier PDF of that name is gone from the beginning; the new one appears as a whole.
+/// Prints a document to "tmp/NAME.pdf" in the suite's directory, with NAME the part of its file
+/// name before the first dot. An installed LibreOffice converts it without a window. An earlier PDF
+/// of that name is removed first; the new one appears only when it is complete.
 /// @return the path of the PDF
-/// @throws std::runtime_error when there is no PDF, with the reason
+/// @throws std::runtime_error with the reason when there is no PDF
 QString printDocument(const Machine &machine, const QString &document, int timeoutMs = printingMs);
 
 } // namespace standin

@@ -4,7 +4,7 @@
 
 namespace standin {
 
-/// Makes a profile directory for the converter in which documents run no macros and fetch nothing
+/// Creates a profile directory for the converter in which documents run no macros and load nothing
 /// from elsewhere. False when it cannot be written.
 bool writePrintingProfile(const QString &directory);
 

@@ -13,14 +13,14 @@ struct Printer
     QString name;
     bool isStopped = false;
     bool isAccepting = true;
-    QStringList reasons; ///< in CUPS's own words, such as "media-empty"
+    QStringList reasons; ///< as CUPS names them, such as "media-empty"
 };
 
-/// What the printing service says of itself.
+/// The answer of the printing service.
 struct PrintService
 {
-    QString address; ///< empty when not even that could be found out
-    QString fault;   ///< why it does not answer; empty when it does
+    QString address; ///< empty when unknown
+    QString fault;   ///< why it does not answer; else empty
     QString defaultPrinter;
     std::vector<Printer> printers;
 
@@ -28,7 +28,7 @@ struct PrintService
     QString names() const;
 };
 
-/// Asks the CUPS server of the user's settings.
+/// Asks the CUPS server that the user's settings name.
 PrintService askPrintService(const Machine &machine);
 
 } // namespace standin

@@ -13,8 +13,8 @@ namespace standin {
 
 namespace {
 
-/// The first complaint is the cause, such as that the X server did not answer; the last one is a
-/// long advice to install Qt again.
+/// The first warning names the cause, such as an X server that does not respond; the last one is
+/// long advice to reinstall Qt.
 QString &firstComplaint()
 {
     static QString text;

@@ -2,8 +2,8 @@
 
 namespace standin {
 
-/// From now on what Qt finds wrong is kept instead of printed. Where it would end the program,
-/// because there is no display, it prints the fault as a probe does and ends it without a crash.
+/// From now on Qt's warnings are kept instead of printed. When Qt would abort, because there is no
+/// display, the program prints the first warning as the probe's fault and exits normally.
 void catchDisplayFaults();
 
 } // namespace standin

@@ -21,7 +21,7 @@ constexpr int wrongUsage = 2;
 
 } // namespace
 
-/// Makes one probe for the check tool and prints its facts as a line of JSON.
+/// Runs one probe for the check tool and prints its facts as one line of JSON.
 int main(int argc, char *argv[])
 {
     for (const NamedProbe &probe : probes) {

@@ -55,7 +55,7 @@ Answer askForPrinters(http_t *connection)
     ipp_t *request = ippNewRequest(IPP_OP_CUPS_GET_PRINTERS);
     ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", 4, nullptr,
                   wanted);
-    // Takes the request.
+    // Takes ownership of the request.
     return Answer(cupsDoRequest(connection, request, "/"));
 }
 
@@ -85,7 +85,7 @@ void readAttribute(ipp_attribute_t *attribute, QJsonObject *printer)
         printer->insert(QLatin1String(facts::reasons), stateReasons(attribute));
 }
 
-/// The attributes of a printer stand in a row; one without a name parts them from the next.
+/// The attributes of a printer follow each other; one without a name separates printers.
 QJsonArray readPrinters(ipp_t *answer)
 {
     QJsonArray printers;
@@ -106,7 +106,7 @@ QJsonArray readPrinters(ipp_t *answer)
     return printers;
 }
 
-/// The user's own default, which need not be there, before the server's.
+/// The user's default printer, which may not exist, else the server's.
 QString defaultPrinter(http_t *connection)
 {
     cups_dest_t *destination = cupsGetNamedDest(connection, nullptr, nullptr);
@@ -131,7 +131,7 @@ QJsonObject probePrinting(int &argc, char *argv[])
     if (!connection)
         return fault(QString::fromUtf8(cupsLastErrorString()));
     const Answer answer = askForPrinters(connection.get());
-    // A server without printers answers that it has found none.
+    // A server without printers answers "not found".
     const ipp_status_t status = answer ? ippGetStatusCode(answer.get()) : cupsLastError();
     if (!answer || (status > IPP_STATUS_OK_CONFLICTING && status != IPP_STATUS_ERROR_NOT_FOUND))
         return fault(QString::fromUtf8(cupsLastErrorString()));

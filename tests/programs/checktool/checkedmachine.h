@@ -8,18 +8,18 @@
 
 namespace testsupport {
 
-/// A machine of the test's own for the check tool: every place below a directory that goes with
-/// this object, an empty environment, and a probe program that the test writes.
+/// A fake machine for the check tool: all paths below a directory that is removed with this object,
+/// an empty environment, and a probe program that the test writes.
 class CheckedMachine
 {
 public:
     CheckedMachine();
     ~CheckedMachine();
 
-    /// Writes a file below the directory, whose directories are made; gives its path.
+    /// Writes a file below the directory, with its parents. Returns its path.
     QString write(const QString &name, const QByteArray &content) const;
 
-    /// Writes a file that may be run.
+    /// Writes an executable file.
     QString writeProgram(const QString &name, const QByteArray &content) const;
 
     QString path(const QString &name) const;
@@ -28,10 +28,10 @@ public:
 
     void set(const char *variable, const QString &value);
 
-    /// The probe program is a shell script with this body.
+    /// Makes the probe program a script for sh with this body.
     void answerProbe(const QByteArray &body);
 
-    /// What the check says, a line each, without the line of the outcome.
+    /// The findings of a check, one a line, without the line of the outcome.
     QStringList check(const char *name, const QString &argument = {},
                       const QString &application = QStringLiteral("vyr")) const;
 
@@ -41,10 +41,10 @@ private:
     QTemporaryDir m_directory;
 };
 
-/// The lines that tell of problems.
+/// The lines about problems.
 QStringList problems(const QStringList &lines);
 
-/// Whether a line has all of these words.
+/// Whether one line contains all of these words.
 bool hasLine(const QStringList &lines, const QStringList &words);
 
 } // namespace testsupport

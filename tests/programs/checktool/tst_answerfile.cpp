@@ -12,7 +12,7 @@
 #include "envcheck/environmentcheck.h"
 #include "tests/support/shell/headlesstest.h"
 
-/// The check tool's answers, read back as the environment check reads them.
+/// The check tool's answers, read as the environment check reads them.
 class AnswerFileTest : public QObject
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 
 using standin::Findings;
 
-/// What a check has found, as text for the page.
+/// The findings of a check as text for the page.
 class FindingsTest : public QObject
 {
     Q_OBJECT

@@ -9,7 +9,7 @@ using testsupport::CheckedMachine;
 using testsupport::hasLine;
 using testsupport::problems;
 
-/// Fonts and their cache, with fontconfig settings of the test's own.
+/// Fonts and their cache, with the test's own fontconfig settings.
 class FontCheckTest : public QObject
 {
     Q_OBJECT
@@ -66,7 +66,7 @@ private slots:
     {
         const CheckedMachine checked;
         useFonts(checked, {QStringLiteral("DejaVuSans.ttf")});
-        // A file where the directory belongs, which stops root as well.
+        // A file in place of the directory, which stops even root.
         checked.write(QStringLiteral("cache"), {});
         const QStringList found = problems(checked.check("fonts"));
         QVERIFY(hasLine(found, {QStringLiteral("None of the font cache's directories")}));
@@ -84,7 +84,7 @@ private slots:
     }
 
 private:
-    /// From now on the machine has these fonts of the package fonts-dejavu-core alone.
+    /// Leaves the machine only these fonts of the package fonts-dejavu-core.
     static void useFonts(const CheckedMachine &checked, const QStringList &names)
     {
         const QString fonts = QStringLiteral("fonts/");

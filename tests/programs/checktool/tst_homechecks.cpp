@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "programs/checktool/machine/diskspace.h"
+#include "programs/checktool/checks/diskspace.h"
 #include "tests/programs/checktool/checkedmachine.h"
 #include "tests/support/shell/headlesstest.h"
 
@@ -16,7 +16,7 @@ const QString conf = QStringLiteral("home/.config/Orvane/Office.conf");
 
 } // namespace
 
-/// Space and settings, in directories of the test's own.
+/// Disk space and settings, in the test's own directories.
 class HomeChecksTest : public QObject
 {
     Q_OBJECT

@@ -19,7 +19,7 @@ namespace {
 
 const QString program = QStringLiteral(SUITE_OFFICE_DIR "/vyr");
 
-/// The program with something in it replaced by a text of the same length.
+/// A copy of the program with some bytes replaced by as many others.
 QByteArray changed(const QByteArray &from, const QByteArray &to)
 {
     QByteArray content = testsupport::readFile(program);
@@ -30,7 +30,7 @@ QByteArray changed(const QByteArray &from, const QByteArray &to)
 
 } // namespace
 
-/// What the dynamic loader cannot resolve.
+/// Libraries that the dynamic loader cannot resolve.
 class LibraryCheckTest : public QObject
 {
     Q_OBJECT
@@ -167,7 +167,7 @@ private slots:
             QStringLiteral("/usr/lib/" LIBRARY_ARCHITECTURE "/libfontconfig.so.1"));
         const int file = memfd_create("library", 0);
         QCOMPARE(write(file, whole.constData(), size_t(whole.size())), ssize_t(whole.size()));
-        // Each byte of the headers, and one of every stretch behind them.
+        // Every byte of the headers, and samples of the rest.
         int broken = 0;
         for (int n = 0; n < 2000; ++n) {
             const int at = n < 1024 ? n : (n - 1024) * (whole.size() / 976);

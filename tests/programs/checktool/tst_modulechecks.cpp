@@ -13,7 +13,7 @@ namespace {
 
 const QString libraryDirectory = QStringLiteral("/usr/lib/" LIBRARY_ARCHITECTURE);
 
-/// The copy of a library under another name.
+/// Copies a library under another name.
 QString copyLibrary(const CheckedMachine &checked, const QString &library, const QString &name)
 {
     return checked.write(name,
@@ -22,7 +22,7 @@ QString copyLibrary(const CheckedMachine &checked, const QString &library, const
 
 } // namespace
 
-/// Modules of input methods and plug-ins of browsers, in directories of the test's own.
+/// Input-method modules and browser plug-ins, in the test's own directories.
 class ModuleChecksTest : public QObject
 {
     Q_OBJECT
@@ -201,7 +201,7 @@ private:
         checked.write(moduleDirectory + name, testsupport::readFile(path));
     }
 
-    /// The command that a finding ends with.
+    /// The command at the end of a finding.
     static QString adviceOf(const QString &finding)
     {
         return finding.section(QStringLiteral("with: "), 1).chopped(1);

@@ -27,7 +27,7 @@ const QByteArray works = "name=$(basename -- \"$8\"; echo x)\n"
 
 } // namespace
 
-/// Documents printed to PDF, with an office suite of the test's own.
+/// Printing documents to PDF with a fake office suite.
 class PrintingTest : public QObject
 {
     Q_OBJECT
@@ -221,7 +221,7 @@ private:
         Pipe
     };
 
-    /// A machine with an office suite that is a shell script; "$OUT" is a file for it to write.
+    /// A machine whose office suite is a script for sh, which may write to the file "$OUT".
     class Printer
     {
     public:
@@ -240,7 +240,7 @@ private:
         {
             return m_checked.write(QString::fromLatin1(name), content);
         }
-        /// Takes the office suite away, and the machine's own as well.
+        /// Removes the fake office suite and hides the machine's own.
         void remove(const char *program)
         {
             m_checked.set("PATH", path("bin"));

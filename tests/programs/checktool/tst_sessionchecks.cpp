@@ -10,7 +10,7 @@ using testsupport::CheckedMachine;
 using testsupport::hasLine;
 using testsupport::problems;
 
-/// Display, bus, printing and language of the session, as a probe of the test's own tells them.
+/// Display, bus, printing and language of the session, with a fake probe program.
 class SessionChecksTest : public QObject
 {
     Q_OBJECT

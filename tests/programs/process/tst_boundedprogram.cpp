@@ -11,7 +11,7 @@
 
 using standin::ProgramEnd;
 
-/// Programs that the check tool starts, however they behave.
+/// Programs that end, crash, hang or leave processes behind.
 class BoundedProgramTest : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ private slots:
     void aProgramThatHangsIsEndedWithAllThatItStarted()
     {
         testsupport::Lifeline lifeline;
-        // The child ignores what it may ignore, and holds the output open.
+        // The child ignores signals and holds the output open.
         const ProgramEnd end = run("(trap '' TERM HUP INT; exec sleep 600) & exec sleep 600", 1000);
         QCOMPARE(end.kind, ProgramEnd::Kind::TimedOut);
         QVERIFY(lifeline.areAllGone());

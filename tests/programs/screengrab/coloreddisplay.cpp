@@ -8,7 +8,7 @@ namespace testsupport {
 
 namespace {
 
-/// An X server's colours have 16 bits.
+/// X11 colour channels have 16 bits.
 uint16_t longChannel(int channel)
 {
     return static_cast<uint16_t>(channel * 0x101);
@@ -27,7 +27,7 @@ void paint(xcb_connection_t *connection, QRgb color)
     std::free(reply);
     xcb_change_window_attributes(connection, screen->root, XCB_CW_BACK_PIXEL, &pixel);
     xcb_clear_area(connection, 0, screen->root, 0, 0, 0, 0);
-    // An answer comes when everything before it is done.
+    // The reply means that all earlier requests are done.
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 

@@ -8,13 +8,13 @@ struct xcb_connection_t;
 
 namespace testsupport {
 
-/// An X server of the test's own whose whole screen has one colour.
+/// A private X server whose screen has one colour.
 class ColoredDisplay
 {
 public:
     static constexpr QRgb color = qRgb(0x33, 0x66, 0x99);
 
-    /// @p screen: as Xvfb wants it, such as 640x480x24.
+    /// @p screen in the form of Xvfb, such as 640x480x24.
     explicit ColoredDisplay(const QString &screen);
     ~ColoredDisplay();
 

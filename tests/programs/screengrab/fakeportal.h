@@ -6,7 +6,7 @@
 
 namespace testsupport {
 
-/// A desktop's portal for screenshots, which answers as the test says, and its notices.
+/// A fake screenshot portal and notification service that answer as the test says.
 class FakePortal : public QDBusVirtualObject
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ class FakePortal : public QDBusVirtualObject
 public:
     enum Answer {
         AnswerRequest,
-        /// The answer of another program's request comes first.
+        /// The response to another program's request comes first.
         AnswerOtherRequestFirst,
         LeaveTheBus,
         RefuseCall,
@@ -25,12 +25,12 @@ public:
 
     Answer answer = AnswerRequest;
     uint response = 0;
-    /// The address of the picture that the portal has saved.
+    /// The address of the picture that the portal saved.
     QString picture;
 
-    /// What was asked with each call for a screenshot.
+    /// The options of each call for a screenshot.
     QList<QVariantMap> requests;
-    /// Title and text of the notices that were shown.
+    /// Titles and texts of the notifications.
     QStringList notices;
 
     QString introspect(const QString &path) const override;

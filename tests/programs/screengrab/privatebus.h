@@ -5,7 +5,7 @@
 
 namespace testsupport {
 
-/// A message bus of the test's own, with the test on it; it ends with this object.
+/// A private message bus; ends with this object.
 class PrivateBus
 {
 public:
@@ -15,7 +15,7 @@ public:
     /// For DBUS_SESSION_BUS_ADDRESS.
     QString address() const;
 
-    /// Another participant on the bus; it leaves when disconnect() gets its name.
+    /// A new connection to the bus; close it with QDBusConnection::disconnectFromBus(name).
     QDBusConnection connection(const QString &name) const;
 
 private:

@@ -12,7 +12,7 @@ constexpr int longTimeoutMs = 30'000;
 
 } // namespace
 
-/// How the program that takes a screenshot is run for the assistant.
+/// Running the screenshot program from the assistant.
 class GrabRunTest : public QObject
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ private slots:
 
     void theAssistantGoesOnMeanwhile()
     {
-        // The program ends when the file is there, which only a living event loop makes.
+        // The program ends once the file exists; only a running event loop creates it.
         const QString sign = testsupport::PrivateHome::current().path() + QStringLiteral("/sign");
         QTimer::singleShot(0, this, [] {
             testsupport::PrivateHome::current().writeFile(QStringLiteral("sign"), {});

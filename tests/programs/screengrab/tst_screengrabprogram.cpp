@@ -27,7 +27,7 @@ struct Outcome
 
 } // namespace
 
-/// The program that takes the screenshot, with the portals and displays of several desktops.
+/// The screenshot program with portals and displays of several kinds.
 class ScreenGrabProgramTest : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ private:
         return QDir(pictures()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 
-    /// Runs the program in an environment of the test's making; the test's own objects go on.
+    /// Runs the program with these variables; processes events meanwhile for the fakes.
     static Outcome run(const QMap<QString, QString> &variables)
     {
         QProcess process;
@@ -164,7 +164,7 @@ private slots:
         QCOMPARE(QImage(outcome.output.trimmed()).size(), QSize(3, 2));
         QCOMPARE(m_portal->requests.size(), 1);
         QCOMPARE(m_portal->requests.at(0).value(QStringLiteral("interactive")), QVariant(false));
-        // The desktop's copy would lie where nobody looks for it.
+        // The user would not look for the desktop's copy.
         QVERIFY(!QFile::exists(copy));
         QCOMPARE(m_portal->notices,
                  QStringList({QStringLiteral("Screenshot saved"), outcome.output.trimmed()}));

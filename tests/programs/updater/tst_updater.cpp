@@ -15,7 +15,7 @@ using standin::UpdateLog;
 using standin::UpdaterConfig;
 using standin::UpdaterTask;
 
-/// The updater that comes with the package: its log, and what it does for each switch.
+/// The updater of the package: its log and its tasks.
 class UpdaterTest : public QObject
 {
     Q_OBJECT
@@ -157,7 +157,7 @@ private slots:
         QVERIFY(!report(QStringLiteral("2026-05-05 12:00:01"), now).contains(due));
         QVERIFY(report(QStringLiteral("2026-05-05 12:00:00"), now).contains(due));
         QVERIFY(report(QStringLiteral("2018-11-14 15:10:19"), now).contains(due));
-        // A clock that was wrong once must not keep reports away for years.
+        // A clock that was once wrong must not suppress reports for years.
         QVERIFY(report(QStringLiteral("2030-01-01 00:00:00"), now).contains(due));
         QVERIFY(report(QString(), now).contains(QStringLiteral("the last one: never")));
     }
@@ -172,7 +172,7 @@ private slots:
         const auto absent =
             InstalledPackage::ofPolicy("a:\n  Installed: (none)\n  Candidate: (none)\n");
         QCOMPARE(absent.installed + absent.candidate, QString());
-        // Of a package that it does not know, it prints nothing.
+        // apt-cache prints nothing about an unknown package.
         QCOMPARE(InstalledPackage::ofPolicy({}).installed, QString());
     }
 

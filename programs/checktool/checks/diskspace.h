@@ -8,8 +8,8 @@ namespace standin {
 
 class Findings;
 
-/// Says how much room the disk of a directory has, for bytes and for files. @p name is what the
-/// directory is for.
+/// Reports the free space and free files of the disk with the directory @p path. @p name says what
+/// the directory is for.
 void reportDisk(const QString &name, const QString &path, const struct statvfs &disk,
                 Findings &findings);
 
