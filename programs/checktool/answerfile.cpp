@@ -11,7 +11,7 @@
 #include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -60,4 +60,4 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
         fail(texts::tr("cannot write %1").arg(path));
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// Writes the findings of a check to the file that the environment check reads: the INI file
 /// "tmp/vyrEnv.ini" in the suite's directory, group "vyrEnv", key "APPLICATION-CHECK". Other keys
@@ -11,4 +11,4 @@ namespace standin {
 void writeAnswer(const QString &suiteHome, const QString &check, const QString &application,
                  const QString &text, int lockMs = 10000);
 
-} // namespace standin
+} // namespace programs

@@ -17,7 +17,7 @@ constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 /// Longer than all bounded waits of a check or conversion together.
 constexpr unsigned int checkSeconds = 60;
-constexpr unsigned int printingSeconds = standin::printingMs / 1000 + 60;
+constexpr unsigned int printingSeconds = programs::printingMs / 1000 + 60;
 
 void print(const QString &text)
 {
@@ -32,34 +32,34 @@ int complain(const QString &text)
 
 int printToPdf(const QString &application, const QString &document)
 {
-    if (!standin::isSuiteProgram(application))
+    if (!programs::isSuiteProgram(application))
         return complain(
             QStringLiteral("“%1” prints no documents; vyr, tbl and shw do").arg(application));
     if (document.isEmpty())
         return complain(QStringLiteral("print needs a document"));
-    standin::limitTime(printingSeconds);
-    print(standin::printDocument(standin::Machine::current(), document));
+    programs::limitTime(printingSeconds);
+    print(programs::printDocument(programs::Machine::current(), document));
     return 0;
 }
 
 int check(const QString &type, const QString &application, const QString &argument)
 {
-    standin::limitTime(checkSeconds);
-    const standin::Machine machine = standin::Machine::current();
-    const QString text = standin::findingsOf(machine, type, application, argument).text();
+    programs::limitTime(checkSeconds);
+    const programs::Machine machine = programs::Machine::current();
+    const QString text = programs::findingsOf(machine, type, application, argument).text();
     print(text);
-    standin::writeAnswer(machine.suiteHome, type, application, text);
+    programs::writeAnswer(machine.suiteHome, type, application, text);
     return 0;
 }
 
 int run(const QStringList &arguments)
 {
     if (arguments == QStringList(QStringLiteral("--help"))) {
-        print(standin::usage());
+        print(programs::usage());
         return 0;
     }
     if (arguments == QStringList(QStringLiteral("--list"))) {
-        print(standin::listOfChecks());
+        print(programs::listOfChecks());
         return 0;
     }
     // Words after TYPE are never options: the page passes on what the user typed.

@@ -6,7 +6,7 @@
 
 #include "programs/process/boundedprogram.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -27,4 +27,4 @@ void limitTime(unsigned int seconds)
     alarm(seconds);
 }
 
-} // namespace standin
+} // namespace programs

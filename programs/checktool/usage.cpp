@@ -5,7 +5,7 @@
 #include "programs/checktool/checks/checks.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -54,4 +54,4 @@ bool isSuiteProgram(const QString &name)
            name == QLatin1String("shw");
 }
 
-} // namespace standin
+} // namespace programs

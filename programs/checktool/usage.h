@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The output of --help.
 QString usage();
@@ -13,4 +13,4 @@ QString listOfChecks();
 /// Whether @p name is a program of the suite that opens documents.
 bool isSuiteProgram(const QString &name);
 
-} // namespace standin
+} // namespace programs

@@ -59,12 +59,12 @@ void tellAbsence(int argc, char *argv[], const QString &program)
 int main(int argc, char *argv[])
 {
     const QString program = argc > 1 ? QFile::decodeName(argv[1]) : QString();
-    if (!standin::suitePrograms().contains(program)) {
+    if (!programs::suitePrograms().contains(program)) {
         std::fprintf(stderr, "usage: opencomponent %s [DOCUMENT...]\n",
-                     standin::suitePrograms().join(QLatin1Char('|')).toLatin1().constData());
+                     programs::suitePrograms().join(QLatin1Char('|')).toLatin1().constData());
         return wrongUsage;
     }
-    const QString path = standin::installedProgram(standin::suiteProgramDirectory(), program);
+    const QString path = programs::installedProgram(programs::suiteProgramDirectory(), program);
     if (!path.isEmpty())
         return become(path, argv + 1);
     tellAbsence(argc, argv, program);

@@ -2,7 +2,7 @@
 
 #include <QFileInfo>
 
-namespace standin {
+namespace programs {
 
 const QStringList &suitePrograms()
 {
@@ -25,4 +25,4 @@ QString installedProgram(const QString &directory, const QString &program)
     return file.isFile() && file.isExecutable() ? file.filePath() : QString();
 }
 
-} // namespace standin
+} // namespace programs

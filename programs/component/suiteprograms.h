@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 /// The programs that shortcuts may name.
 const QStringList &suitePrograms();
@@ -14,4 +14,4 @@ QString suiteProgramDirectory();
 /// The path of @p program in @p directory; empty if there is no such executable.
 QString installedProgram(const QString &directory, const QString &program);
 
-} // namespace standin
+} // namespace programs

@@ -9,7 +9,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -138,4 +138,4 @@ QString lastLine(const QByteArray &text)
     return QString::fromLocal8Bit(text.trimmed().split('\n').constLast().trimmed());
 }
 
-} // namespace standin
+} // namespace programs

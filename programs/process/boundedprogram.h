@@ -4,7 +4,7 @@
 #include <QProcessEnvironment>
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 /// How a program ended, and the beginning of its output.
 struct ProgramEnd
@@ -36,4 +36,4 @@ void endRunningProgram();
 /// The last line of @p text.
 QString lastLine(const QByteArray &text);
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
-void standin::showNotice(const QDBusConnection &bus, const QString &title, const QString &text)
+void programs::showNotice(const QDBusConnection &bus, const QString &title, const QString &text)
 {
     constexpr int timeoutMs = 2'000;
     constexpr int shownAsLongAsUsual = -1;

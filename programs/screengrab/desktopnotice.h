@@ -3,9 +3,9 @@
 #include <QDBusConnection>
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// Shows a desktop notification (org.freedesktop.Notifications), if the desktop has them.
 void showNotice(const QDBusConnection &bus, const QString &title, const QString &text);
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The outcome of one method of taking a screenshot.
 struct GrabbedPicture
@@ -34,4 +34,4 @@ struct GrabbedPicture
     static GrabbedPicture refused(const QString &reason) { return {Refused, {}, {}, reason}; }
 };
 
-} // namespace standin
+} // namespace programs

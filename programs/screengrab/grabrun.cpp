@@ -5,7 +5,7 @@
 #include <QProcess>
 #include <QTimer>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -40,4 +40,4 @@ GrabRun runGrabProgram(const QString &program, int timeoutMs)
     return {withoutLineEnd(process.readAllStandardOutput()), {}};
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The outcome of the program that takes the picture.
 struct GrabRun
@@ -16,4 +16,4 @@ struct GrabRun
 /// the desktop's question for permission.
 GrabRun runGrabProgram(const QString &program, int timeoutMs);
 
-} // namespace standin
+} // namespace programs

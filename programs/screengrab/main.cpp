@@ -12,7 +12,7 @@
 #include "programs/screengrab/x11grab.h"
 #include "texts/texts.h"
 
-using namespace standin;
+using namespace programs;
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -61,4 +61,4 @@ PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
     return {{}, texts::tr("no file name is left in %1").arg(directory)};
 }
 
-} // namespace standin
+} // namespace programs

@@ -5,7 +5,7 @@
 
 #include "programs/screengrab/grabbedpicture.h"
 
-namespace standin {
+namespace programs {
 
 /// The path of a saved picture, or why it was not saved.
 struct PictureFile
@@ -20,4 +20,4 @@ struct PictureFile
 PictureFile savePicture(const GrabbedPicture &picture, const QString &directory,
                         const QDateTime &takenAt);
 
-} // namespace standin
+} // namespace programs

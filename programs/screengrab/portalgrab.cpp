@@ -10,7 +10,7 @@
 
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -111,4 +111,4 @@ GrabbedPicture PortalGrab::pictureOf(const QString &address) const
     return GrabbedPicture::taken(image, file);
 }
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 
 #include "programs/screengrab/grabbedpicture.h"
 
-namespace standin {
+namespace programs {
 
 /// Asks the desktop's portal (org.freedesktop.portal.Screenshot) for a screenshot. The portal may
 /// ask the user for permission.
@@ -39,4 +39,4 @@ private:
     QHash<QString, QDBusMessage> m_responses;
 };
 
-} // namespace standin
+} // namespace programs

@@ -26,7 +26,7 @@ QString ownDirectory()
 
 void takeScreenshot()
 {
-    const standin::GrabRun run = standin::runGrabProgram(ownDirectory() + programName, timeoutMs);
+    const programs::GrabRun run = programs::runGrabProgram(ownDirectory() + programName, timeoutMs);
     if (run.picture.isEmpty())
         qWarning("no screenshot was taken: %s", qUtf8Printable(run.reason));
     else

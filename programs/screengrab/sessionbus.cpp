@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QString>
 
-bool standin::hasSessionBus()
+bool programs::hasSessionBus()
 {
     const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!address.isEmpty())

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace standin {
+namespace programs {
 
 /// Whether the session has a bus. Connecting without one would start a daemon that keeps running.
 bool hasSessionBus();
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -92,4 +92,4 @@ GrabbedPicture grabX11()
     return GrabbedPicture::taken(image);
 }
 
-} // namespace standin
+} // namespace programs

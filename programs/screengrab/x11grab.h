@@ -2,9 +2,9 @@
 
 #include "programs/screengrab/grabbedpicture.h"
 
-namespace standin {
+namespace programs {
 
 /// Takes a picture of the whole X screen that $DISPLAY names.
 GrabbedPicture grabX11();
 
-} // namespace standin
+} // namespace programs

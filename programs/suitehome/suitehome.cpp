@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QSettings>
 
-namespace standin {
+namespace programs {
 
 QString suiteHome()
 {
@@ -25,4 +25,4 @@ QString answerDirectory(const QString &suiteHome)
     return suiteHome + QStringLiteral("/tmp");
 }
 
-} // namespace standin
+} // namespace programs

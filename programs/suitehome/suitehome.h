@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The suite's directory of the user: $HELIO_SUITE_HOME, else "suiteHome" of the helio.ini beside
 /// the program, else ~/.local/share/Orvane. The shell looks for it in the same way.
@@ -11,4 +11,4 @@ QString suiteHome();
 /// The directory below it in which the suite's programs leave files for the assistant.
 QString answerDirectory(const QString &suiteHome);
 
-} // namespace standin
+} // namespace programs

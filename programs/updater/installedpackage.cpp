@@ -4,7 +4,7 @@
 
 #include "programs/process/boundedprogram.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -56,4 +56,4 @@ InstalledPackage InstalledPackage::ask(const QString &package, int timeoutMs)
     return ofPolicy(end.output);
 }
 
-} // namespace standin
+} // namespace programs

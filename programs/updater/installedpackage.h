@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// A package, as the package manager knows it.
 struct InstalledPackage
@@ -22,4 +22,4 @@ struct InstalledPackage
     static InstalledPackage ask(const QString &package, int timeoutMs);
 };
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/updater/updatelog.h"
 #include "programs/updater/updaterrun.h"
 
-using namespace standin;
+using namespace programs;
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <QDateTime>
 #include <QFile>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -100,4 +100,4 @@ bool UpdateLog::fail(const QString &reason)
     return false;
 }
 
-} // namespace standin
+} // namespace programs

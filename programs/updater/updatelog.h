@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The updater's log. Every user may write to its directory, so another user could set a trap: only
 /// a regular file with a single name is opened, and no link is followed.
@@ -33,4 +33,4 @@ private:
     QString m_error;
 };
 
-} // namespace standin
+} // namespace programs

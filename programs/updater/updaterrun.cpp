@@ -2,7 +2,7 @@
 
 #include <QSettings>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -88,4 +88,4 @@ QString outcomeOf(UpdaterTask task, const UpdaterConfig &config, const QDateTime
     return {};
 }
 
-} // namespace standin
+} // namespace programs

@@ -9,7 +9,7 @@
 
 #include "programs/updater/installedpackage.h"
 
-namespace standin {
+namespace programs {
 
 /// The task that the updater was started for.
 enum class UpdaterTask {
@@ -32,4 +32,4 @@ using AskPackage = std::function<InstalledPackage(const QString &package, int ti
 QString outcomeOf(UpdaterTask task, const UpdaterConfig &config, const QDateTime &now,
                   const AskPackage &ask);
 
-} // namespace standin
+} // namespace programs

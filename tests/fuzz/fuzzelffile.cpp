@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const int descriptor = memfd_create("library", 0);
     if (descriptor < 0 || write(descriptor, data, size) != static_cast<ssize_t>(size))
         std::abort();
-    standin::readElf(descriptor);
+    programs::readElf(descriptor);
     close(descriptor);
     return 0;
 }

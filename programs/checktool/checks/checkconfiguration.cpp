@@ -10,7 +10,7 @@
 #include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -153,4 +153,4 @@ void checkConfiguration(const Machine &machine, const QString &, const QString &
         checkDirectory(answerDirectory(machine.suiteHome), findings);
 }
 
-} // namespace standin
+} // namespace programs

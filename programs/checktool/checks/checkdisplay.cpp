@@ -8,7 +8,7 @@
 #include "programs/checktool/machine/probe.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -108,4 +108,4 @@ void checkDisplay(const Machine &machine, const QString &, const QString &argume
     reportOpenGl(runProbe(tried, Probe::OpenGl), findings);
 }
 
-} // namespace standin
+} // namespace programs

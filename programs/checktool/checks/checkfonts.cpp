@@ -10,7 +10,7 @@
 #include "programs/missingfonts/matching/fontmatcher.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -184,4 +184,4 @@ void checkFonts(const Machine &, const QString &, const QString &argument, Findi
     checkUsualFamilies(fonts, findings);
 }
 
-} // namespace standin
+} // namespace programs

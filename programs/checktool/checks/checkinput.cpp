@@ -9,7 +9,7 @@
 #include "programs/checktool/machine/runningprograms.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -170,4 +170,4 @@ void checkInput(const Machine &machine, const QString &, const QString &argument
     checkProgram(machine, name, findings);
 }
 
-} // namespace standin
+} // namespace programs

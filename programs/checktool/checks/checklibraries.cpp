@@ -5,7 +5,7 @@
 #include "programs/checktool/libraries/libraryclosure.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -164,4 +164,4 @@ void checkLibraries(const Machine &machine, const QString &application, const QS
     reportClosure(closure, findings);
 }
 
-} // namespace standin
+} // namespace programs

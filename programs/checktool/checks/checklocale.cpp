@@ -9,7 +9,7 @@
 #include "programs/checktool/checks/checks.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -170,4 +170,4 @@ void checkLocale(const Machine &machine, const QString &, const QString &argumen
     checkCharacters(machine, findings);
 }
 
-} // namespace standin
+} // namespace programs

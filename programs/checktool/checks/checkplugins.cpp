@@ -7,7 +7,7 @@
 #include "programs/checktool/machine/shellword.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -147,4 +147,4 @@ void checkPlugins(const Machine &machine, const QString &, const QString &argume
                             "documents do not open inside web pages."));
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 #include "programs/checktool/printing/printservice.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -86,4 +86,4 @@ void checkPrinting(const Machine &machine, const QString &, const QString &argum
         reportPrinter(printer, findings);
 }
 
-} // namespace standin
+} // namespace programs

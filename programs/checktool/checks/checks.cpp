@@ -4,7 +4,7 @@
 
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 std::vector<Check> checks()
 {
@@ -51,4 +51,4 @@ Findings findingsOf(const Machine &machine, const QString &name, const QString &
     return findings;
 }
 
-} // namespace standin
+} // namespace programs

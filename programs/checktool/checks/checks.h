@@ -7,7 +7,7 @@
 #include "programs/checktool/checks/findings.h"
 #include "programs/checktool/machine/machine.h"
 
-namespace standin {
+namespace programs {
 
 /// A check of the tool.
 struct Check
@@ -51,4 +51,4 @@ void checkInput(const Machine &machine, const QString &application, const QStrin
 void checkPlugins(const Machine &machine, const QString &application, const QString &argument,
                   Findings &findings);
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/checktool/machine/probe.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -90,4 +90,4 @@ void checkSessionBus(const Machine &machine, const QString &, const QString &arg
         checkBus(machine, address, findings);
 }
 
-} // namespace standin
+} // namespace programs

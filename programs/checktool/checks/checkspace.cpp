@@ -9,7 +9,7 @@
 #include "programs/checktool/checks/diskspace.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -98,4 +98,4 @@ void checkSpace(const Machine &machine, const QString &, const QString &argument
                          texts::tr("Give the full path of a directory."));
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include <sys/statvfs.h>
 
-namespace standin {
+namespace programs {
 
 class Findings;
 
@@ -13,4 +13,4 @@ class Findings;
 void reportDisk(const QString &name, const QString &path, const struct statvfs &disk,
                 Findings &findings);
 
-} // namespace standin
+} // namespace programs

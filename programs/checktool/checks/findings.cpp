@@ -6,7 +6,7 @@
 
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -99,4 +99,4 @@ void Findings::add(Kind kind, const QString &text)
     m_findings.push_back({kind, text});
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace standin {
+namespace programs {
 
 /// The findings of a check, as texts for the user, in the order in which they were added.
 class Findings
@@ -42,4 +42,4 @@ private:
     std::vector<Finding> m_findings;
 };
 
-} // namespace standin
+} // namespace programs

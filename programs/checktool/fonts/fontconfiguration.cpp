@@ -4,7 +4,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -145,4 +145,4 @@ bool FontConfiguration::hasFamily(const QString &family) const
     return !firstListed(m_config.get(), pattern.get()).isEmpty();
 }
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 struct _FcConfig;
 struct _FcPattern;
 
-namespace standin {
+namespace programs {
 
 /// The user's fonts and fontconfig settings.
 class FontConfiguration
@@ -50,4 +50,4 @@ private:
     std::shared_ptr<_FcConfig> m_config;
 };
 
-} // namespace standin
+} // namespace programs

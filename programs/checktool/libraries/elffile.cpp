@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -260,4 +260,4 @@ ElfFile readElf(const QString &path)
     return file;
 }
 
-} // namespace standin
+} // namespace programs

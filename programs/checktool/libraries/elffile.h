@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 /// The dynamic section of a program or shared library. The file is only read, never run or mapped.
 struct ElfFile
@@ -36,4 +36,4 @@ ElfFile readElf(int descriptor);
 /// Reads the file at @p path; anything but a regular file counts as unreadable.
 ElfFile readElf(const QString &path);
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -142,4 +142,4 @@ void LibraryClosure::compareVersions(const QString &name, const QString &wanter)
     }
 }
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/checktool/libraries/elffile.h"
 #include "programs/checktool/libraries/librarysearch.h"
 
-namespace standin {
+namespace programs {
 
 /// The libraries that files need, directly or through other libraries, found by the rules of the
 /// dynamic loader. All added files count as loaded into the same program.
@@ -66,4 +66,4 @@ private:
     QList<MissingVersion> m_missingVersions;
 };
 
-} // namespace standin
+} // namespace programs

@@ -6,7 +6,7 @@
 #include "programs/checktool/machine/machine.h"
 #include "programs/process/boundedprogram.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -59,4 +59,4 @@ QHash<QString, QStringList> parseLoaderCache(const QByteArray &text)
     return paths;
 }
 
-} // namespace standin
+} // namespace programs

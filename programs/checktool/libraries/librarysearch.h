@@ -5,7 +5,7 @@
 
 #include "programs/checktool/libraries/elffile.h"
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
@@ -23,4 +23,4 @@ struct LibrarySearch
 /// Paths by name from the output of "ldconfig -p".
 QHash<QString, QStringList> parseLoaderCache(const QByteArray &text);
 
-} // namespace standin
+} // namespace programs

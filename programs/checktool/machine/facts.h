@@ -1,7 +1,7 @@
 #pragma once
 
 /// JSON keys of the facts that the probe program prints and the checks read.
-namespace standin::facts {
+namespace programs::facts {
 
 constexpr const char *fault = "fault";
 constexpr const char *names = "names";
@@ -17,4 +17,4 @@ constexpr const char *isStopped = "stopped";
 constexpr const char *isAccepting = "accepting";
 constexpr const char *reasons = "reasons";
 
-} // namespace standin::facts
+} // namespace programs::facts

@@ -8,7 +8,7 @@
 
 #include "programs/checktool/machine/machine.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -53,4 +53,4 @@ InputPlugins InputPlugins::of(const Machine &machine)
     return plugins;
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
@@ -18,4 +18,4 @@ struct InputPlugins
     static InputPlugins of(const Machine &machine);
 };
 
-} // namespace standin
+} // namespace programs

@@ -5,7 +5,7 @@
 
 #include "programs/suitehome/suitehome.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -18,7 +18,7 @@ Machine Machine::current()
     Machine machine;
     machine.environment = QProcessEnvironment::systemEnvironment();
     machine.home = QDir::homePath();
-    machine.suiteHome = standin::suiteHome();
+    machine.suiteHome = programs::suiteHome();
     machine.officeDirectory = QCoreApplication::applicationDirPath();
     machine.temporaryDirectory = QDir::tempPath();
     machine.probeProgram = machine.officeDirectory + probeProgramName;
@@ -30,4 +30,4 @@ QString Machine::variable(const char *name) const
     return environment.value(QString::fromLatin1(name));
 }
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include <QProcessEnvironment>
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// The checked machine: its environment and directories.
 struct Machine
@@ -23,4 +23,4 @@ struct Machine
     QString variable(const char *name) const;
 };
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/process/boundedprogram.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -51,4 +51,4 @@ ProbeEnd runProbe(const Machine &machine, Probe probe, const QStringList &argume
     return {answer.object().value(QLatin1String(facts::fault)).toString(), answer.object()};
 }
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
@@ -28,4 +28,4 @@ struct ProbeEnd
 /// Runs the machine's probe program within the machine's time limit.
 ProbeEnd runProbe(const Machine &machine, Probe probe, const QStringList &arguments = {});
 
-} // namespace standin
+} // namespace programs

@@ -6,7 +6,7 @@
 
 #include "programs/checktool/machine/machine.h"
 
-namespace standin {
+namespace programs {
 
 QSet<QString> runningPrograms(const Machine &machine)
 {
@@ -24,4 +24,4 @@ QSet<QString> runningPrograms(const Machine &machine)
     return names;
 }
 
-} // namespace standin
+} // namespace programs

@@ -3,11 +3,11 @@
 #include <QSet>
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
 /// Names of this user's running programs.
 QSet<QString> runningPrograms(const Machine &machine);
 
-} // namespace standin
+} // namespace programs

@@ -1,6 +1,6 @@
 #include "programs/checktool/machine/shellword.h"
 
-namespace standin {
+namespace programs {
 
 QString shellWord(const QString &text)
 {
@@ -9,4 +9,4 @@ QString shellWord(const QString &text)
     return QLatin1Char('\'') + word + QLatin1Char('\'');
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 /// @p text quoted as one word of a command line for sh.
 QString shellWord(const QString &text);
 
-} // namespace standin
+} // namespace programs

@@ -18,7 +18,7 @@
 #include "programs/suitehome/suitehome.h"
 #include "texts/texts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -192,4 +192,4 @@ QString printDocument(const Machine &machine, const QString &document, int timeo
     return pdf;
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
@@ -16,4 +16,4 @@ constexpr int printingMs = 120 * 1000;
 /// @throws std::runtime_error with the reason when there is no PDF
 QString printDocument(const Machine &machine, const QString &document, int timeoutMs = printingMs);
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFile>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -45,4 +45,4 @@ bool writePrintingProfile(const QString &directory)
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush();
 }
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/machine/probe.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -52,4 +52,4 @@ PrintService askPrintService(const Machine &machine)
     return service;
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace standin {
+namespace programs {
 
 struct Machine;
 
@@ -31,4 +31,4 @@ struct PrintService
 /// Asks the CUPS server that the user's settings name.
 PrintService askPrintService(const Machine &machine);
 
-} // namespace standin
+} // namespace programs

@@ -9,7 +9,7 @@
 
 #include "programs/checktool/machine/facts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -46,4 +46,4 @@ void catchDisplayFaults()
     qInstallMessageHandler(take);
 }
 
-} // namespace standin
+} // namespace programs

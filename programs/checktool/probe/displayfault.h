@@ -1,9 +1,9 @@
 #pragma once
 
-namespace standin {
+namespace programs {
 
 /// From now on Qt's warnings are kept instead of printed. When Qt would abort, because there is no
 /// display, the program prints the first warning as the probe's fault and exits normally.
 void catchDisplayFaults();
 
-} // namespace standin
+} // namespace programs

@@ -13,10 +13,10 @@ struct NamedProbe
     QJsonObject (*make)(int &argc, char *argv[]);
 };
 
-constexpr NamedProbe probes[] = {{"bus", standin::probeBus},
-                                 {"display", standin::probeDisplay},
-                                 {"opengl", standin::probeOpenGl},
-                                 {"printing", standin::probePrinting}};
+constexpr NamedProbe probes[] = {{"bus", programs::probeBus},
+                                 {"display", programs::probeDisplay},
+                                 {"opengl", programs::probeOpenGl},
+                                 {"printing", programs::probePrinting}};
 constexpr int wrongUsage = 2;
 
 } // namespace

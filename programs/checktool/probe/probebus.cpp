@@ -8,7 +8,7 @@
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/probe/probes.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -32,4 +32,4 @@ QJsonObject probeBus(int &argc, char *argv[])
     return {{QLatin1String(facts::names), QJsonArray::fromStringList(names.value())}};
 }
 
-} // namespace standin
+} // namespace programs

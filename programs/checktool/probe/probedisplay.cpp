@@ -6,7 +6,7 @@
 #include "programs/checktool/probe/displayfault.h"
 #include "programs/checktool/probe/probes.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -31,4 +31,4 @@ QJsonObject probeDisplay(int &argc, char *argv[])
             {QLatin1String(facts::screens), screenSizes()}};
 }
 
-} // namespace standin
+} // namespace programs

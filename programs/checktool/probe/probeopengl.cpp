@@ -7,7 +7,7 @@
 #include "programs/checktool/probe/displayfault.h"
 #include "programs/checktool/probe/probes.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -35,4 +35,4 @@ QJsonObject probeOpenGl(int &argc, char *argv[])
     return found;
 }
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/checktool/machine/facts.h"
 #include "programs/checktool/probe/probes.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -140,4 +140,4 @@ QJsonObject probePrinting(int &argc, char *argv[])
             {QLatin1String(facts::printers), readPrinters(answer.get())}};
 }
 
-} // namespace standin
+} // namespace programs

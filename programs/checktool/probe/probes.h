@@ -2,7 +2,7 @@
 
 #include <QJsonObject>
 
-namespace standin {
+namespace programs {
 
 /// Each takes the program's arguments, its own from the third on, and returns facts.
 
@@ -18,4 +18,4 @@ QJsonObject probeOpenGl(int &argc, char *argv[]);
 /// Asks the CUPS server: its address, default printer and printers, or the fault.
 QJsonObject probePrinting(int &argc, char *argv[]);
 
-} // namespace standin
+} // namespace programs

@@ -62,7 +62,7 @@ void CheckedMachine::answerProbe(const QByteArray &body)
 QStringList CheckedMachine::check(const char *name, const QString &argument,
                                   const QString &application) const
 {
-    return standin::findingsOf(machine, QString::fromLatin1(name), application, argument)
+    return programs::findingsOf(machine, QString::fromLatin1(name), application, argument)
         .text()
         .split(QLatin1Char('\n'))
         .mid(1);

@@ -35,7 +35,7 @@ public:
     QStringList check(const char *name, const QString &argument = {},
                       const QString &application = QStringLiteral("vyr")) const;
 
-    standin::Machine machine;
+    programs::Machine machine;
 
 private:
     QTemporaryDir m_directory;

@@ -112,9 +112,9 @@ private slots:
         writeFile("[vyrEnv]\nvyr-t=old\n");
         QLockFile lock(path() + QStringLiteral(".lock"));
         QVERIFY(lock.lock());
-        QVERIFY_EXCEPTION_THROWN(standin::writeAnswer(suiteHome(), QStringLiteral("t"),
-                                                      QStringLiteral("vyr"), QStringLiteral("new"),
-                                                      10),
+        QVERIFY_EXCEPTION_THROWN(programs::writeAnswer(suiteHome(), QStringLiteral("t"),
+                                                       QStringLiteral("vyr"), QStringLiteral("new"),
+                                                       10),
                                  std::runtime_error);
         QCOMPARE(read(QStringLiteral("t"), QStringLiteral("vyr")), QStringLiteral("old"));
     }
@@ -143,7 +143,7 @@ private:
 
     static void write(const QString &check, const QString &application, const QString &text)
     {
-        standin::writeAnswer(suiteHome(), check, application, text);
+        programs::writeAnswer(suiteHome(), check, application, text);
     }
 
     static QString read(const QString &check, const QString &application)

@@ -5,7 +5,7 @@
 #include "tests/support/shell/headlesstest.h"
 #include "texts/texts.h"
 
-using standin::Findings;
+using programs::Findings;
 
 /// The findings of a check as text for the page.
 class FindingsTest : public QObject
@@ -28,8 +28,8 @@ private slots:
 
     void commandsToPasteKeepAPathInOneWord()
     {
-        QCOMPARE(standin::shellWord(QStringLiteral("/a b/$(c)")), QStringLiteral("'/a b/$(c)'"));
-        QCOMPARE(standin::shellWord(QStringLiteral("it's")), QStringLiteral("'it'\\''s'"));
+        QCOMPARE(programs::shellWord(QStringLiteral("/a b/$(c)")), QStringLiteral("'/a b/$(c)'"));
+        QCOMPARE(programs::shellWord(QStringLiteral("it's")), QStringLiteral("'it'\\''s'"));
     }
 
     void problemsComeBeforeNotesAndWhatIsFine()
@@ -73,7 +73,7 @@ private slots:
 
     void thatThereIsNoSuchCheckIsAFinding()
     {
-        const Findings findings = standin::findingsOf({}, QStringLiteral("nonsense"), {}, {});
+        const Findings findings = programs::findingsOf({}, QStringLiteral("nonsense"), {}, {});
         QCOMPARE(findings.problemCount(), 1);
         QVERIFY(findings.text().contains(QStringLiteral("“nonsense”")));
         QVERIFY(findings.text().contains(QStringLiteral("libraries, fonts, locale")));
@@ -82,7 +82,7 @@ private slots:
     void theChecksAreThoseOfThePage()
     {
         QStringList names;
-        for (const standin::Check &check : standin::checks()) {
+        for (const programs::Check &check : programs::checks()) {
             names.append(check.name);
             QVERIFY(!check.description.isEmpty());
             QVERIFY(!check.argument.isEmpty());

@@ -74,8 +74,8 @@ private slots:
         disk.f_files = 10000;
         disk.f_favail = files;
         disk.f_flag = isReadOnly ? ST_RDONLY : 0;
-        standin::Findings findings;
-        standin::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
+        programs::Findings findings;
+        programs::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
         const QString text = findings.text();
         QVERIFY2(text.contains(QLatin1Char('\n') + line), qPrintable(text));
     }
@@ -85,8 +85,8 @@ private slots:
         struct statvfs disk = {};
         disk.f_frsize = 4096;
         disk.f_bavail = 1000000;
-        standin::Findings findings;
-        standin::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
+        programs::Findings findings;
+        programs::reportDisk(QStringLiteral("Home"), QStringLiteral("/x"), disk, findings);
         QCOMPARE(findings.problemCount(), 0);
     }
 

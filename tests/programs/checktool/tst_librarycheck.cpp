@@ -10,7 +10,7 @@
 #include "tests/programs/checktool/checkedmachine.h"
 #include "tests/support/shell/headlesstest.h"
 
-using standin::ElfFile;
+using programs::ElfFile;
 using testsupport::CheckedMachine;
 using testsupport::hasLine;
 using testsupport::problems;
@@ -59,7 +59,7 @@ private slots:
                     QFileInfo(QFile::decodeName(line.mid(path, line.indexOf(" (") - path)))
                         .canonicalFilePath());
         }
-        standin::LibraryClosure closure(standin::LibrarySearch::of(standin::Machine::current()));
+        programs::LibraryClosure closure(programs::LibrarySearch::of(programs::Machine::current()));
         QCOMPARE(closure.add(program).state, ElfFile::State::Good);
         const QStringList found = closure.paths();
         QVERIFY(expected.size() > 5);
@@ -173,24 +173,24 @@ private slots:
             const int at = n < 1024 ? n : (n - 1024) * (whole.size() / 976);
             const char changed = char(whole.at(at) ^ 0xff);
             QCOMPARE(pwrite(file, &changed, 1, at), ssize_t(1));
-            broken += standin::readElf(file).state == ElfFile::State::Good ? 0 : 1;
+            broken += programs::readElf(file).state == ElfFile::State::Good ? 0 : 1;
             QCOMPARE(pwrite(file, whole.constData() + at, 1, at), ssize_t(1));
         }
         QVERIFY(broken > 20);
-        QVERIFY(standin::readElf(file).state == ElfFile::State::Good);
+        QVERIFY(programs::readElf(file).state == ElfFile::State::Good);
         for (int length = whole.size() - 8192; length > 0; length -= 997) {
             QCOMPARE(ftruncate(file, length), 0);
-            QVERIFY(standin::readElf(file).state != ElfFile::State::Good);
+            QVERIFY(programs::readElf(file).state != ElfFile::State::Good);
         }
         close(file);
     }
 
     void theLoadersListIsReadByName()
     {
-        const auto paths = standin::parseLoaderCache("12 libs found in cache `/etc/ld.so.cache'\n"
-                                                     "\tliba.so.1 (libc6,x86-64) => /x/liba.so.1\n"
-                                                     "\tliba.so.1 (libc6) => /y/liba.so.1\n"
-                                                     "nonsense => /z\n");
+        const auto paths = programs::parseLoaderCache("12 libs found in cache `/etc/ld.so.cache'\n"
+                                                      "\tliba.so.1 (libc6,x86-64) => /x/liba.so.1\n"
+                                                      "\tliba.so.1 (libc6) => /y/liba.so.1\n"
+                                                      "nonsense => /z\n");
         QCOMPARE(paths.size(), 1);
         QCOMPARE(paths.value(QStringLiteral("liba.so.1")),
                  (QStringList{QStringLiteral("/x/liba.so.1"), QStringLiteral("/y/liba.so.1")}));

@@ -194,9 +194,9 @@ private:
     void installModules(const CheckedMachine &checked) const
     {
         const QString name = QStringLiteral("/libibusplatforminputcontextplugin.so");
-        standin::Machine real = checked.machine;
+        programs::Machine real = checked.machine;
         real.root.clear();
-        const QString path = standin::InputPlugins::of(real).paths.value(QStringLiteral("ibus"));
+        const QString path = programs::InputPlugins::of(real).paths.value(QStringLiteral("ibus"));
         QVERIFY(!path.isEmpty());
         checked.write(moduleDirectory + name, testsupport::readFile(path));
     }

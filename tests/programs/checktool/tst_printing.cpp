@@ -37,7 +37,7 @@ private slots:
     {
         const Printer printer(works);
         const QString document = printer.document(QStringLiteral("report.final.DOCX"));
-        QCOMPARE(standin::printDocument(printer.machine(), document),
+        QCOMPARE(programs::printDocument(printer.machine(), document),
                  printer.pdf(QStringLiteral("report.pdf")));
         QCOMPARE(testsupport::readFile(printer.pdf(QStringLiteral("report.pdf"))),
                  QByteArray("%PDF-1.7 report.final.DOCX\n"));
@@ -55,7 +55,7 @@ private slots:
     {
         QFETCH(QString, name);
         const Printer printer(works);
-        const QString pdf = standin::printDocument(printer.machine(), printer.document(name));
+        const QString pdf = programs::printDocument(printer.machine(), printer.document(name));
         QCOMPARE(pdf, printer.pdf(QFileInfo(name).baseName() + QStringLiteral(".pdf")));
         QVERIFY(QFile::exists(pdf));
     }
@@ -67,7 +67,7 @@ private slots:
                               "cp \"$profile/user/registrymodifications.xcu\" \"$OUT.profile\"\n" +
                               works);
         const QString document = printer.document(QStringLiteral("report.docx"));
-        standin::printDocument(printer.machine(), document);
+        programs::printDocument(printer.machine(), document);
         const QList<QByteArray> words = testsupport::readFile(printer.path("out")).split('\n');
         const QByteArray work = QFile::encodeName(printer.pdf(QStringLiteral("print-")));
         QVERIFY(words.at(0).startsWith("-env:UserInstallation=file://" + work));
@@ -79,7 +79,7 @@ private slots:
     void nothingButThePdfIsLeft()
     {
         const Printer printer(works);
-        standin::printDocument(printer.machine(), printer.document(QStringLiteral("a.docx")));
+        programs::printDocument(printer.machine(), printer.document(QStringLiteral("a.docx")));
         QCOMPARE(printer.left(), QStringList(QStringLiteral("a.pdf")));
     }
 
@@ -102,7 +102,7 @@ private slots:
         const Printer printer("out=$7\n" + converter);
         const QString document = printer.document(QStringLiteral("a.docx"));
         printer.write("home/.local/share/Orvane/tmp/a.pdf", "%PDF-1.7 earlier");
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document),
+        QVERIFY_EXCEPTION_THROWN(programs::printDocument(printer.machine(), document),
                                  std::runtime_error);
         QCOMPARE(printer.left(), QStringList());
     }
@@ -112,7 +112,7 @@ private slots:
         const Printer printer("sleep 600 & wait");
         const QString document = printer.document(QStringLiteral("a.docx"));
         testsupport::Lifeline lifeline;
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document, 1000),
+        QVERIFY_EXCEPTION_THROWN(programs::printDocument(printer.machine(), document, 1000),
                                  std::runtime_error);
         QCOMPARE(printer.left(), QStringList());
         QVERIFY(lifeline.areAllGone());
@@ -153,7 +153,7 @@ private slots:
         const QString document = printer.document(QStringLiteral("a.docx"));
         printer.write("home/.local/share/Orvane/tmp/a.pdf", "%PDF-1.7 earlier");
         try {
-            standin::printDocument(printer.machine(), document);
+            programs::printDocument(printer.machine(), document);
             QFAIL("it was printed");
         } catch (const std::runtime_error &error) {
             QVERIFY(QByteArray(error.what()).startsWith("no office suite"));
@@ -185,7 +185,7 @@ private slots:
         if (kind == Pipe)
             QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
         printer.write("home/.local/share/Orvane/tmp/a.pdf", "%PDF-1.7 earlier");
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), path),
+        QVERIFY_EXCEPTION_THROWN(programs::printDocument(printer.machine(), path),
                                  std::runtime_error);
         QCOMPARE(printer.left(), QStringList());
     }
@@ -195,7 +195,7 @@ private slots:
         const Printer printer(works);
         const QString document =
             printer.write("home/.local/share/Orvane/tmp/a.pdf", "%PDF-1.7 precious");
-        QVERIFY_EXCEPTION_THROWN(standin::printDocument(printer.machine(), document),
+        QVERIFY_EXCEPTION_THROWN(programs::printDocument(printer.machine(), document),
                                  std::runtime_error);
         QCOMPARE(testsupport::readFile(document), QByteArray("%PDF-1.7 precious"));
     }
@@ -208,7 +208,7 @@ private slots:
         printer.write("home/.local/share/Orvane/tmp/print-new/x", "x");
         const utimbuf longAgo = {1000000000, 1000000000};
         QCOMPARE(utime(QFile::encodeName(old).constData(), &longAgo), 0);
-        standin::printDocument(printer.machine(), printer.document(QStringLiteral("a.docx")));
+        programs::printDocument(printer.machine(), printer.document(QStringLiteral("a.docx")));
         QCOMPARE(printer.left(),
                  (QStringList{QStringLiteral("a.pdf"), QStringLiteral("print-new")}));
     }
@@ -234,7 +234,7 @@ private:
             m_checked.makeDirectory(QStringLiteral("home/.local/share/Orvane/tmp"));
         }
 
-        const standin::Machine &machine() const { return m_checked.machine; }
+        const programs::Machine &machine() const { return m_checked.machine; }
         QString path(const char *name) const { return m_checked.path(QString::fromLatin1(name)); }
         QString write(const char *name, const QByteArray &content) const
         {

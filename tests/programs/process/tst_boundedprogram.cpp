@@ -9,7 +9,7 @@
 #include "tests/support/lifeline.h"
 #include "tests/support/shell/headlesstest.h"
 
-using standin::ProgramEnd;
+using programs::ProgramEnd;
 
 /// Programs that end, crash, hang or leave processes behind.
 class BoundedProgramTest : public QObject
@@ -29,7 +29,7 @@ private slots:
 
     void aProgramThatIsMissingIsNotStarted()
     {
-        QCOMPARE(standin::runBounded(QStringLiteral("/nowhere/program"), {}, {}, waitMs).kind,
+        QCOMPARE(programs::runBounded(QStringLiteral("/nowhere/program"), {}, {}, waitMs).kind,
                  ProgramEnd::Kind::NotStarted);
     }
 
@@ -66,7 +66,7 @@ private slots:
         testsupport::Lifeline lifeline;
         const pid_t child = fork();
         if (child == 0) {
-            standin::limitTime(1);
+            programs::limitTime(1);
             run("sleep 600 & exec sleep 600");
             _exit(2);
         }
@@ -83,8 +83,8 @@ private slots:
 
     void theLastLineIsWhatCounts()
     {
-        QCOMPARE(standin::lastLine("one\ntwo \n\n"), QStringLiteral("two"));
-        QCOMPARE(standin::lastLine({}), QString());
+        QCOMPARE(programs::lastLine("one\ntwo \n\n"), QStringLiteral("two"));
+        QCOMPARE(programs::lastLine({}), QString());
     }
 
 private:
@@ -92,9 +92,9 @@ private:
 
     static ProgramEnd run(const char *script, int timeoutMs = waitMs)
     {
-        return standin::runBounded(QStringLiteral("/bin/sh"),
-                                   {QStringLiteral("-c"), QString::fromLatin1(script)},
-                                   QProcessEnvironment::systemEnvironment(), timeoutMs);
+        return programs::runBounded(QStringLiteral("/bin/sh"),
+                                    {QStringLiteral("-c"), QString::fromLatin1(script)},
+                                    QProcessEnvironment::systemEnvironment(), timeoutMs);
     }
 };
 

@@ -29,15 +29,15 @@ private:
 private slots:
     void thePictureIsWhatTheProgramPrints()
     {
-        const standin::GrabRun run =
-            standin::runGrabProgram(program("echo '/home/u/图 1.png'"), longTimeoutMs);
+        const programs::GrabRun run =
+            programs::runGrabProgram(program("echo '/home/u/图 1.png'"), longTimeoutMs);
         QCOMPARE(run.picture, QStringLiteral("/home/u/图 1.png"));
         QCOMPARE(run.reason, QString());
     }
 
     void aFailureGivesTheProgramsReason()
     {
-        const standin::GrabRun run = standin::runGrabProgram(
+        const programs::GrabRun run = programs::runGrabProgram(
             program("echo /half.png; echo 'no display' >&2; exit 1"), longTimeoutMs);
         QCOMPARE(run.picture, QString());
         QCOMPARE(run.reason, QStringLiteral("no display"));
@@ -46,7 +46,7 @@ private slots:
     void aMissingProgramIsNamed()
     {
         const QString missing = QStringLiteral("/nowhere/screengrab");
-        const standin::GrabRun run = standin::runGrabProgram(missing, longTimeoutMs);
+        const programs::GrabRun run = programs::runGrabProgram(missing, longTimeoutMs);
         QCOMPARE(run.picture, QString());
         QVERIFY2(run.reason.startsWith(missing), qPrintable(run.reason));
     }
@@ -54,7 +54,7 @@ private slots:
     void aProgramThatHangsIsEnded()
     {
         testsupport::Lifeline lifeline;
-        const standin::GrabRun run = standin::runGrabProgram(program("exec sleep 1000"), 500);
+        const programs::GrabRun run = programs::runGrabProgram(program("exec sleep 1000"), 500);
         QCOMPARE(run.picture, QString());
         QCOMPARE(run.reason, QStringLiteral("the desktop took too long"));
         QVERIFY(lifeline.areAllGone());
@@ -67,7 +67,7 @@ private slots:
         QTimer::singleShot(0, this, [] {
             testsupport::PrivateHome::current().writeFile(QStringLiteral("sign"), {});
         });
-        const standin::GrabRun run = standin::runGrabProgram(
+        const programs::GrabRun run = programs::runGrabProgram(
             program("until [ -e '" + QFile::encodeName(sign) + "' ]; do sleep 0.01; done; echo x"),
             longTimeoutMs);
         QCOMPARE(run.picture, QStringLiteral("x"));

@@ -265,7 +265,7 @@ private slots:
         image.fill(rootColor);
         const QDateTime moment(QDate(2026, 1, 2), QTime(3, 4, 5));
         const auto save = [&] {
-            return standin::savePicture(standin::GrabbedPicture::taken(image), pictures(), moment)
+            return programs::savePicture(programs::GrabbedPicture::taken(image), pictures(), moment)
                 .path;
         };
         const QString first = save();

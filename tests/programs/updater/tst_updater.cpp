@@ -10,10 +10,10 @@
 #include "tests/support/fakeprograms.h"
 #include "tests/support/shell/headlesstest.h"
 
-using standin::InstalledPackage;
-using standin::UpdateLog;
-using standin::UpdaterConfig;
-using standin::UpdaterTask;
+using programs::InstalledPackage;
+using programs::UpdateLog;
+using programs::UpdaterConfig;
+using programs::UpdaterTask;
 
 /// The updater of the package: its log and its tasks.
 class UpdaterTest : public QObject
@@ -30,14 +30,14 @@ private:
 
     static QString check(const UpdaterConfig &config, const InstalledPackage &package)
     {
-        return standin::outcomeOf(UpdaterTask::ManualCheck, config, QDateTime(),
-                                  [&package](const QString &, int) { return package; });
+        return programs::outcomeOf(UpdaterTask::ManualCheck, config, QDateTime(),
+                                   [&package](const QString &, int) { return package; });
     }
 
     static QString report(const QString &last, const QDateTime &now)
     {
-        return standin::outcomeOf(UpdaterTask::DailyReport,
-                                  {{QStringLiteral("usagecollected"), last}}, now, {});
+        return programs::outcomeOf(UpdaterTask::DailyReport,
+                                   {{QStringLiteral("usagecollected"), last}}, now, {});
     }
 
 private slots:
@@ -110,14 +110,14 @@ private slots:
 
     void eachSwitchHasItsTask()
     {
-        QVERIFY(standin::taskOf(QStringLiteral("/from:manual")) == UpdaterTask::ManualCheck);
-        QVERIFY(standin::taskOf(QStringLiteral("/from:lumstart")) == UpdaterTask::DailyReport);
-        QVERIFY(standin::taskOf(QStringLiteral("/sendinstallinfo:true")) ==
+        QVERIFY(programs::taskOf(QStringLiteral("/from:manual")) == UpdaterTask::ManualCheck);
+        QVERIFY(programs::taskOf(QStringLiteral("/from:lumstart")) == UpdaterTask::DailyReport);
+        QVERIFY(programs::taskOf(QStringLiteral("/sendinstallinfo:true")) ==
                 UpdaterTask::InstallReport);
-        QVERIFY(standin::taskOf(QStringLiteral("/senduninstallinfo:true")) ==
+        QVERIFY(programs::taskOf(QStringLiteral("/senduninstallinfo:true")) ==
                 UpdaterTask::UninstallReport);
-        QVERIFY(!standin::taskOf(QStringLiteral("/from:elsewhere")));
-        QVERIFY(!standin::taskOf(QString()));
+        QVERIFY(!programs::taskOf(QStringLiteral("/from:elsewhere")));
+        QVERIFY(!programs::taskOf(QString()));
     }
 
     void theVersionsAreCompared()
@@ -136,12 +136,12 @@ private slots:
     {
         const auto timeFor = [](const char *configured) {
             int time = 0;
-            standin::outcomeOf(UpdaterTask::ManualCheck,
-                               {{QStringLiteral("timeout"), QString::fromLatin1(configured)}},
-                               QDateTime(), [&time](const QString &, int timeoutMs) {
-                                   time = timeoutMs;
-                                   return InstalledPackage();
-                               });
+            programs::outcomeOf(UpdaterTask::ManualCheck,
+                                {{QStringLiteral("timeout"), QString::fromLatin1(configured)}},
+                                QDateTime(), [&time](const QString &, int timeoutMs) {
+                                    time = timeoutMs;
+                                    return InstalledPackage();
+                                });
             return time;
         };
         QCOMPARE(timeFor("5"), 5000);
