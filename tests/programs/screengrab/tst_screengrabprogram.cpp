@@ -199,6 +199,16 @@ private slots:
         QCOMPARE(m_portal->notices.value(0), QStringLiteral("No screenshot was taken"));
     }
 
+    void theReasonIsToldInTheUsersLanguage()
+    {
+        m_portal->response = 1;
+        const Outcome outcome =
+            runWithPortal({{QStringLiteral("LANGUAGE"), QStringLiteral("zh_CN")}});
+        QCOMPARE(outcome.error, QStringLiteral("桌面或用户拒绝了截图请求\n"));
+        QCOMPARE(m_portal->notices, QStringList({QStringLiteral("未能截图"),
+                                                 QStringLiteral("桌面或用户拒绝了截图请求")}));
+    }
+
     void aPortalThatFailsIsReplacedByTheDisplay_data()
     {
         QTest::addColumn<int>("answer");
