@@ -1,6 +1,7 @@
 #include "programs/missingfonts/documentfonts.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <QFile>
 #include <QFileInfo>
@@ -33,25 +34,23 @@ public:
     bool startElement(const XmlElement &element) override
     {
         m_tag = element.tag();
-        m_found = true;
         return false;
     }
 
-    bool isFound() const { return m_found; }
-    Tag tag() const { return m_tag; }
+    /// None until the root element has been read.
+    std::optional<Tag> tag() const { return m_tag; }
 
 private:
-    Tag m_tag = Tag::Unknown;
-    bool m_found = false;
+    std::optional<Tag> m_tag;
 };
 
-Tag rootTag(PackagePart &part)
+std::optional<Tag> rootTag(PackagePart &part)
 {
     constexpr std::string_view binaryEnding = ".bin";
     const std::string &name = part.name();
     if (name.size() > binaryEnding.size() &&
         name.substr(name.size() - binaryEnding.size()) == binaryEnding)
-        return Tag::SheetWorkbook;
+        return sheetTag("workbook");
     // The root element stands at the beginning; no more than that has to be looked at.
     constexpr std::size_t beginningBytes = 65536;
     RootElement root;
@@ -61,7 +60,7 @@ Tag rootTag(PackagePart &part)
         const std::size_t piece = std::min(size, beginningBytes - seen);
         scanner.feed(data, piece);
         seen += piece;
-        return !root.isFound() && seen < beginningBytes;
+        return !root.tag() && seen < beginningBytes;
     });
     return root.tag();
 }
@@ -70,23 +69,17 @@ void readPackage(const QString &path, FontUsage &usage)
 {
     ArchivePackage package(QFile::encodeName(path).toStdString());
     const Relationships relationships(package);
-    const std::string mainPart = relationships.target({}, Relation::OfficeDocument);
-    Tag kind = Tag::Unknown;
-    package.visit([&](const std::string &name) { return name == mainPart; },
-                  [&](PackagePart &part) { kind = rootTag(part); });
-    switch (kind) {
-    case Tag::WordDocument:
+    const std::string mainPart = relationships.target({}, "officeDocument");
+    std::optional<Tag> kind;
+    package.read({{mainPart, [&](PackagePart &part) { kind = rootTag(part); }}});
+    if (kind == wordTag("document"))
         readWordDocument(package, relationships, mainPart, usage);
-        break;
-    case Tag::SheetWorkbook:
+    else if (kind == sheetTag("workbook"))
         readWorkbook(package, relationships, mainPart, usage);
-        break;
-    case Tag::PresentationDocument:
+    else if (kind == presentationTag("presentation"))
         readPresentation(package, relationships, mainPart, usage);
-        break;
-    default:
+    else
         unknownKind();
-    }
 }
 
 bool isRtf(const QByteArray &start)

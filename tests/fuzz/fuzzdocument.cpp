@@ -11,9 +11,7 @@
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/documentfonts.h"
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
-#include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
-#include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
 #include "programs/missingfonts/ooxml/slide/presentationproperties.h"
 #include "programs/missingfonts/ooxml/slide/slidetemplate.h"
 #include "programs/missingfonts/ooxml/slide/slidetext.h"
@@ -50,19 +48,12 @@ public:
     {
         standin::WordText wordText(m_usage, m_wordContext);
         standin::SlideText slide(m_usage, m_slideContext, standin::SlideText::Placeholders::Read);
-        standin::SheetCells cells(m_usage, m_sheetFonts, m_sheetStyles, m_strings);
-        for (standin::XmlHandler *handler : {static_cast<standin::XmlHandler *>(&m_theme),
-                                             static_cast<standin::XmlHandler *>(&m_styles),
-                                             static_cast<standin::XmlHandler *>(&m_numbering),
-                                             static_cast<standin::XmlHandler *>(&m_settings),
-                                             static_cast<standin::XmlHandler *>(&m_fontTable),
-                                             static_cast<standin::XmlHandler *>(&m_template),
-                                             static_cast<standin::XmlHandler *>(&m_properties),
-                                             static_cast<standin::XmlHandler *>(&m_sheetStyles),
-                                             static_cast<standin::XmlHandler *>(&m_strings),
-                                             static_cast<standin::XmlHandler *>(&wordText),
-                                             static_cast<standin::XmlHandler *>(&slide),
-                                             static_cast<standin::XmlHandler *>(&cells)})
+        standin::SheetCells cells(m_workbook);
+        const std::initializer_list<standin::XmlHandler *> handlers = {
+            &m_theme,    &m_styles,     &m_numbering,       &m_settings,         &m_fontTable,
+            &m_template, &m_properties, &m_workbook.styles, &m_workbook.strings, &wordText,
+            &slide,      &cells};
+        for (standin::XmlHandler *handler : handlers)
             readWith(*handler, input);
     }
 
@@ -90,11 +81,9 @@ private:
     standin::WordContext m_wordContext{m_styles, m_numbering, m_theme, m_settings};
     standin::SlideTemplate m_template{m_usage};
     standin::PresentationProperties m_properties{m_usage};
-    standin::SlideContext m_slideContext{m_theme, m_properties.defaultTextStyle(), &m_template,
-                                         &m_template};
-    standin::SheetFonts m_sheetFonts;
-    standin::SheetStyles m_sheetStyles{m_usage};
-    standin::SharedStrings m_strings{m_usage, m_sheetFonts};
+    standin::SlideContext m_slideContext{m_theme, m_properties.defaultTextStyle(), m_template,
+                                         m_template};
+    standin::Workbook m_workbook{m_usage};
 };
 
 } // namespace

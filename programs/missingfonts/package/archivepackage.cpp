@@ -123,4 +123,10 @@ void ArchivePackage::visit(const Wanted &wanted, const Visit &visit)
     }
 }
 
+void ArchivePackage::read(const PartReaders &readers)
+{
+    visit([&](const std::string &name) { return readers.count(name) != 0; },
+          [&](PackagePart &part) { readers.at(part.name())(part); });
+}
+
 } // namespace standin

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <unordered_map>
 
 struct archive;
 
@@ -10,7 +11,7 @@ namespace standin {
 
 class XmlHandler;
 
-/// A part of a package while the package is gone through; can be read once.
+/// A part of a package during a pass over the package; can be read once.
 class PackagePart
 {
 public:
@@ -22,11 +23,11 @@ public:
     /// As relationships name it: without the leading slash, in lower case.
     const std::string &name() const { return m_name; }
 
-    /// Hands the content over block by block.
+    /// Passes the content on block by block.
     /// @throws DocumentError when it is damaged or too big
     void read(const Block &block);
 
-    /// Hands the XML content over to @p handler.
+    /// Passes the XML content on to @p handler.
     /// @throws DocumentError also when it is not well formed
     void read(XmlHandler &handler);
 
@@ -36,8 +37,17 @@ private:
     std::int64_t &m_unpacked;
 };
 
-/// The ZIP archive that a document consists of. Nothing of it is ever written to a disk, so the
-/// names in it are names only.
+/// How each part is read, by its name.
+using PartReaders = std::unordered_map<std::string, std::function<void(PackagePart &part)>>;
+
+/// A reader that passes the part's XML on to @p handler.
+inline PartReaders::mapped_type readerFor(XmlHandler &handler)
+{
+    return [&handler](PackagePart &part) { part.read(handler); };
+}
+
+/// The ZIP archive that a document consists of. It is never unpacked to the disk, so the names in
+/// it cannot do harm.
 class ArchivePackage
 {
 public:
@@ -47,9 +57,12 @@ public:
     /// @p path is in the file system's encoding.
     explicit ArchivePackage(std::string path) : m_path(std::move(path)) {}
 
-    /// Goes through the package once, in its order, and visits the parts that are wanted.
-    /// @throws DocumentError when the package is damaged, or is no package
+    /// Makes one pass over the package, in its order, and visits the parts that are wanted.
+    /// @throws DocumentError when the package is damaged, or is not a package
     void visit(const Wanted &wanted, const Visit &visit);
+
+    /// The same for the parts that have a reader; a part without a name is never met.
+    void read(const PartReaders &readers);
 
 private:
     std::string m_path;

@@ -37,7 +37,12 @@ std::string percentDecoded(std::string_view text)
     return result;
 }
 
-/// Resolves "." and ".."; false when the path climbs out.
+bool endsWith(std::string_view text, std::string_view ending)
+{
+    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
+}
+
+/// Resolves "." and ".."; false when the path leads out of the package.
 bool appendSteps(std::vector<std::string_view> &steps, std::string_view path)
 {
     while (!path.empty()) {
@@ -97,20 +102,18 @@ std::string targetPartName(const std::string &source, std::string_view target)
     return joined(steps);
 }
 
-std::string relationshipsOwner(const std::string &name, bool &isRelationships)
+std::optional<std::string> relationshipsOwner(const std::string &name)
 {
     constexpr std::string_view folder = "_rels/";
     constexpr std::string_view ending = ".rels";
     const std::size_t slash = name.rfind('/');
     const std::size_t fileStart = slash == std::string::npos ? 0 : slash + 1;
-    isRelationships = fileStart >= folder.size() &&
-                      name.compare(fileStart - folder.size(), folder.size(), folder) == 0 &&
-                      name.size() >= fileStart + ending.size() &&
-                      name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
-    if (!isRelationships)
-        return {};
-    return name.substr(0, fileStart - folder.size()) +
-           name.substr(fileStart, name.size() - ending.size() - fileStart);
+    const std::string directory = name.substr(0, fileStart);
+    const std::string file = name.substr(fileStart);
+    if (!endsWith(directory, folder) || !endsWith(file, ending))
+        return std::nullopt;
+    return directory.substr(0, directory.size() - folder.size()) +
+           file.substr(0, file.size() - ending.size());
 }
 
 } // namespace standin

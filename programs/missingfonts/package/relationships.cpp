@@ -1,7 +1,8 @@
 #include "programs/missingfonts/package/relationships.h"
 
-#include <string_view>
-#include <utility>
+#include <algorithm>
+#include <array>
+#include <functional>
 
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
@@ -14,107 +15,80 @@ namespace standin {
 
 namespace {
 
-/// The last step of a type's address: the transitional and the strict form differ before it.
-constexpr std::pair<std::string_view, Relation> types[] = {
-    {"officeDocument", Relation::OfficeDocument},
-    {"chart", Relation::Chart},
-    {"comments", Relation::Comments},
-    {"diagramDrawing", Relation::DiagramDrawing},
-    {"drawing", Relation::Drawing},
-    {"endnotes", Relation::Endnotes},
-    {"fontTable", Relation::FontTable},
-    {"footer", Relation::Footer},
-    {"footnotes", Relation::Footnotes},
-    {"header", Relation::Header},
-    {"notesMaster", Relation::NotesMaster},
-    {"notesSlide", Relation::NotesSlide},
-    {"numbering", Relation::Numbering},
-    {"settings", Relation::Settings},
-    {"sharedStrings", Relation::SharedStrings},
-    {"slide", Relation::Slide},
-    {"slideLayout", Relation::SlideLayout},
-    {"slideMaster", Relation::SlideMaster},
-    {"styles", Relation::Styles},
-    {"theme", Relation::Theme},
-    {"worksheet", Relation::Worksheet},
-    {"chartsheet", Relation::Worksheet},
-    {"dialogsheet", Relation::Worksheet},
-    {"xlMacrosheet", Relation::Worksheet},
-};
+/// The types that lead to fonts.
+constexpr std::array<std::string_view, 24> knownTypes = {
+    "officeDocument", "chart",       "chartsheet", "comments", "diagramDrawing", "dialogsheet",
+    "drawing",        "endnotes",    "fontTable",  "footer",   "footnotes",      "header",
+    "notesMaster",    "notesSlide",  "numbering",  "settings", "sharedStrings",  "slide",
+    "slideLayout",    "slideMaster", "styles",     "theme",    "worksheet",      "xlMacrosheet"};
 
-Relation relationOf(std::string_view address)
-{
-    const std::string_view last = address.substr(address.rfind('/') + 1);
-    for (const auto &[name, relation] : types) {
-        if (last == name)
-            return relation;
-    }
-    return Relation::Other;
-}
-
-} // namespace
-
-/// Collects the relationships of one part.
+/// Hands each relationship of one part on.
 class RelationshipsHandler : public XmlHandler
 {
 public:
-    RelationshipsHandler(Relationships &relationships, std::string owner)
-        : m_relationships(relationships), m_owner(std::move(owner))
-    {
-    }
+    using Take = std::function<void(const XmlElement &relationship)>;
+
+    explicit RelationshipsHandler(Take take) : m_take(std::move(take)) {}
 
     bool startElement(const XmlElement &element) override
     {
-        if (element.tag() != Tag::PackageRelationship)
-            return true;
-        const Relation type = relationOf(element.attribute(Vocabulary::None, "Type"));
-        if (type == Relation::Other ||
-            element.attribute(Vocabulary::None, "TargetMode") == "External")
-            return true;
-        std::string target = targetPartName(m_owner, element.attribute(Vocabulary::None, "Target"));
-        if (target.empty())
-            return true;
-        if (++m_relationships.m_count > limits::relationships)
-            throw DocumentError("the document's package has too many relationships");
-        m_relationships.m_links[m_owner].push_back({type, std::move(target)});
+        if (element.tag() == tagOf(Vocabulary::PackageRelationships, "Relationship"))
+            m_take(element);
         return true;
     }
 
 private:
-    Relationships &m_relationships;
-    std::string m_owner;
+    Take m_take;
 };
+
+} // namespace
 
 Relationships::Relationships(ArchivePackage &package)
 {
-    const auto isWanted = [](const std::string &name) {
-        bool wanted = false;
-        relationshipsOwner(name, wanted);
-        return wanted;
-    };
-    package.visit(isWanted, [this](PackagePart &part) {
-        bool isRelationships = false;
-        RelationshipsHandler handler(*this, relationshipsOwner(part.name(), isRelationships));
-        part.read(handler);
-    });
+    package.visit([](const std::string &name) { return relationshipsOwner(name).has_value(); },
+                  [this](PackagePart &part) {
+                      const std::string source = *relationshipsOwner(part.name());
+                      RelationshipsHandler handler(
+                          [&](const XmlElement &relationship) { add(source, relationship); });
+                      part.read(handler);
+                  });
 }
 
-std::vector<std::string> Relationships::targets(const std::string &source, Relation type) const
+void Relationships::add(const std::string &source, const XmlElement &relationship)
+{
+    const std::string address = relationship.attribute(Vocabulary::None, "Type");
+    const std::string_view last = std::string_view(address).substr(address.rfind('/') + 1);
+    const auto type = std::find(knownTypes.begin(), knownTypes.end(), last);
+    if (type == knownTypes.end() ||
+        relationship.attribute(Vocabulary::None, "TargetMode") == "External")
+        return;
+    std::string target = targetPartName(source, relationship.attribute(Vocabulary::None, "Target"));
+    if (target.empty())
+        return;
+    if (++m_count > limits::relationships)
+        throw DocumentError("the document's package has too many relationships");
+    m_links[source].push_back({*type, std::move(target)});
+}
+
+std::vector<std::string> Relationships::targets(const std::string &source,
+                                                std::initializer_list<std::string_view> types) const
 {
     std::vector<std::string> result;
     const auto links = m_links.find(source);
     if (links == m_links.end())
         return result;
-    for (const Link &link : links->second) {
-        if (link.type == type)
-            result.push_back(link.target);
+    for (const std::string_view type : types) {
+        for (const Link &link : links->second) {
+            if (link.type == type)
+                result.push_back(link.target);
+        }
     }
     return result;
 }
 
-std::string Relationships::target(const std::string &source, Relation type) const
+std::string Relationships::target(const std::string &source, std::string_view type) const
 {
-    const std::vector<std::string> all = targets(source, type);
+    const std::vector<std::string> all = targets(source, {type});
     return all.empty() ? std::string() : all.front();
 }
 

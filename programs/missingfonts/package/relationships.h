@@ -1,41 +1,18 @@
 #pragma once
 
-#include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace standin {
 
 class ArchivePackage;
+class XmlElement;
 
-/// What one part of a package is to another; the types that lead to fonts.
-enum class Relation : std::uint8_t {
-    Other,
-    OfficeDocument,
-    Chart,
-    Comments,
-    DiagramDrawing,
-    Drawing,
-    Endnotes,
-    FontTable,
-    Footer,
-    Footnotes,
-    Header,
-    NotesMaster,
-    NotesSlide,
-    Numbering,
-    Settings,
-    SharedStrings,
-    Slide,
-    SlideLayout,
-    SlideMaster,
-    Styles,
-    Theme,
-    Worksheet
-};
-
-/// The relationships among the parts of a package.
+/// The relationships among the parts of a package. Their types are given by the last step of the
+/// type's address, such as "styles": the transitional and the strict form differ before it.
 class Relationships
 {
 public:
@@ -43,20 +20,22 @@ public:
     /// @throws DocumentError as the package does
     explicit Relationships(ArchivePackage &package);
 
-    /// The parts that @p source (empty: the package) has a relationship of that type to.
-    std::vector<std::string> targets(const std::string &source, Relation type) const;
+    /// The parts that @p source (empty: the package) has a relationship of these types to, in the
+    /// order of the types. Only the types that lead to fonts are known.
+    std::vector<std::string> targets(const std::string &source,
+                                     std::initializer_list<std::string_view> types) const;
 
-    /// The first of them; empty when there is none.
-    std::string target(const std::string &source, Relation type) const;
+    /// The first of that type; empty when there is none.
+    std::string target(const std::string &source, std::string_view type) const;
 
 private:
-    friend class RelationshipsHandler;
-
     struct Link
     {
-        Relation type;
+        std::string_view type;
         std::string target;
     };
+
+    void add(const std::string &source, const XmlElement &relationship);
 
     std::unordered_map<std::string, std::vector<Link>> m_links;
     int m_count = 0;

@@ -19,128 +19,41 @@ enum class Vocabulary : std::uint8_t {
     Compatibility
 };
 
-/// The elements that the readers know. The first part of a name is the vocabulary's.
-enum class Tag : std::uint8_t {
-    Unknown,
-    CompatibilityFallback,
-    PackageRelationship,
-
-    WordDocument,
-    WordAbstractNumbering,
-    WordAbstractNumberingReference,
-    WordAlternativeName,
-    WordAnnotationReference,
-    WordBasedOn,
-    WordComplex,
-    WordDeletedText,
-    WordDocumentDefaults,
-    WordEmbedBold,
-    WordEmbedBoldItalic,
-    WordEmbedItalic,
-    WordEmbedRegular,
-    WordEndnoteReference,
-    WordFont,
-    WordFootnoteReference,
-    WordLevel,
-    WordLevelIndex,
-    WordLevelText,
-    WordNumber,
-    WordNumberFormat,
-    WordNumberingId,
-    WordPageNumber,
-    WordParagraph,
-    WordParagraphProperties,
-    WordParagraphPropertiesChange,
-    WordParagraphStyle,
-    WordRightToLeft,
-    WordRun,
-    WordRunFonts,
-    WordRunPropertiesChange,
-    WordRunStyle,
-    WordStyle,
-    WordSymbol,
-    WordTable,
-    WordTableStyle,
-    WordTableStylePart,
-    WordText,
-    WordThemeFontLanguage,
-
-    MathRun,
-    MathText,
-
-    DrawingBulletAutomatic,
-    DrawingBulletCharacter,
-    DrawingBulletFont,
-    DrawingBulletFontOfText,
-    DrawingBulletNone,
-    DrawingBulletPicture,
-    DrawingComplex,
-    DrawingDefaultRun,
-    DrawingEastAsian,
-    DrawingField,
-    DrawingFont,
-    DrawingFontReference,
-    DrawingFontScheme,
-    DrawingLatin,
-    DrawingLevel1,
-    DrawingLevel2,
-    DrawingLevel3,
-    DrawingLevel4,
-    DrawingLevel5,
-    DrawingLevel6,
-    DrawingLevel7,
-    DrawingLevel8,
-    DrawingLevel9,
-    DrawingListStyle,
-    DrawingMajorFont,
-    DrawingMinorFont,
-    DrawingParagraph,
-    DrawingParagraphProperties,
-    DrawingRun,
-    DrawingRunProperties,
-    DrawingSymbol,
-    DrawingText,
-
-    SheetCell,
-    SheetCellFormats,
-    SheetCommentText,
-    SheetEvenFooter,
-    SheetEvenHeader,
-    SheetFirstFooter,
-    SheetFirstHeader,
-    SheetFont,
-    SheetFontTable,
-    SheetFontName,
-    SheetFormat,
-    SheetInlineString,
-    SheetOddFooter,
-    SheetOddHeader,
-    SheetPhonetic,
-    SheetRichFontName,
-    SheetRichRun,
-    SheetScheme,
-    SheetStringItem,
-    SheetText,
-    SheetValue,
-    SheetWorkbook,
-
-    PresentationDocument,
-    PresentationBodyStyle,
-    PresentationDefaultStyle,
-    PresentationEmbeddedFont,
-    PresentationFont,
-    PresentationGraphicFrame,
-    PresentationOtherStyle,
-    PresentationPlaceholder,
-    PresentationShape,
-    PresentationTitleStyle,
-
-    ChartSpace
-};
-
 Vocabulary vocabularyOf(std::string_view namespaceUri);
 
-/// Tag::Unknown for an element that no reader asks for.
-Tag tagOf(Vocabulary vocabulary, std::string_view localName);
+/// The name of an element as a number, so that readers can switch on it. A document may well name
+/// an element with the number of another: it could as well have used that other one.
+enum class Tag : std::uint64_t {
+};
+
+constexpr Tag tagOf(Vocabulary vocabulary, std::string_view localName)
+{
+    // FNV-1a
+    constexpr std::uint64_t prime = 0x100000001B3;
+    std::uint64_t hash = (0xCBF29CE484222325 ^ static_cast<std::uint8_t>(vocabulary)) * prime;
+    for (const char c : localName)
+        hash = (hash ^ static_cast<unsigned char>(c)) * prime;
+    return Tag(hash);
+}
+
+constexpr Tag wordTag(std::string_view name)
+{
+    return tagOf(Vocabulary::Word, name);
+}
+
+constexpr Tag drawingTag(std::string_view name)
+{
+    return tagOf(Vocabulary::Drawing, name);
+}
+
+constexpr Tag sheetTag(std::string_view name)
+{
+    return tagOf(Vocabulary::Sheet, name);
+}
+
+constexpr Tag presentationTag(std::string_view name)
+{
+    return tagOf(Vocabulary::Presentation, name);
+}
 
 } // namespace standin

@@ -41,7 +41,7 @@ private:
     {
         std::uint32_t generation = 0;
         std::string name;
-        Tag tag = Tag::Unknown;
+        Tag tag = Tag();
     };
 
     std::vector<Binding> m_bindings;

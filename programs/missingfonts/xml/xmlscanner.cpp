@@ -275,7 +275,7 @@ void XmlScanner::openElement(std::string_view name)
     m_openNames.append(name);
     if (isSkipping())
         return;
-    if (tag == Tag::CompatibilityFallback ||
+    if (tag == tagOf(Vocabulary::Compatibility, "Fallback") ||
         !m_handler.startElement(XmlElement(tag, m_attributes, m_namespaces)))
         m_skipFrom = depth;
 }

@@ -14,22 +14,11 @@ constexpr std::size_t longestEntity = 16;
 
 void appendCharacter(std::string &target, std::uint32_t character)
 {
-    const auto byte = [&target](std::uint32_t value) { target += static_cast<char>(value); };
-    if (character < 0x80) {
-        byte(character);
-    } else if (character < 0x800) {
-        byte(0xC0U | (character >> 6U));
-        byte(0x80U | (character & 0x3FU));
-    } else if (character < 0x10000) {
-        byte(0xE0U | (character >> 12U));
-        byte(0x80U | ((character >> 6U) & 0x3FU));
-        byte(0x80U | (character & 0x3FU));
-    } else {
-        byte(0xF0U | (character >> 18U));
-        byte(0x80U | ((character >> 12U) & 0x3FU));
-        byte(0x80U | ((character >> 6U) & 0x3FU));
-        byte(0x80U | (character & 0x3FU));
-    }
+    constexpr std::uint32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
+    const int more = character < 0x80 ? 0 : character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+    target += static_cast<char>(leads[more] | (character >> (6 * more)));
+    for (int n = more - 1; n >= 0; --n)
+        target += static_cast<char>(0x80U | ((character >> (6 * n)) & 0x3FU));
 }
 
 bool isCharacter(std::uint32_t value)
@@ -38,7 +27,7 @@ bool isCharacter(std::uint32_t value)
            value == '\t' || value == '\n' || value == '\r';
 }
 
-/// @p number is what stands between "&#" and ";".
+/// @p number is what "&#" and ";" enclose.
 std::uint32_t numberedCharacter(std::string_view number)
 {
     const bool hexadecimal = !number.empty() && number.front() == 'x';

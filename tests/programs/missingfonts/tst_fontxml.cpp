@@ -17,7 +17,7 @@ public:
         flush();
         lines.append(
             QStringLiteral("start %1 [%2]")
-                .arg(int(element.tag()))
+                .arg(qulonglong(element.tag()))
                 .arg(QString::fromStdString(element.attribute(standin::Vocabulary::Word, "val"))));
         return true;
     }
@@ -25,7 +25,7 @@ public:
     void endElement(standin::Tag tag) override
     {
         flush();
-        lines.append(QStringLiteral("end %1").arg(int(tag)));
+        lines.append(QStringLiteral("end %1").arg(qulonglong(tag)));
     }
 
     void text(std::string_view text) override { m_text.append(text.data(), int(text.size())); }
@@ -43,10 +43,11 @@ private:
     QByteArray m_text;
 };
 
-int tagOf(const QXmlStreamReader &reader)
+qulonglong tagOf(const QXmlStreamReader &reader)
 {
-    return int(standin::tagOf(standin::vocabularyOf(reader.namespaceUri().toString().toStdString()),
-                              reader.name().toString().toStdString()));
+    return qulonglong(
+        standin::tagOf(standin::vocabularyOf(reader.namespaceUri().toString().toStdString()),
+                       reader.name().toString().toStdString()));
 }
 
 QStringList journalOfQt(const QByteArray &document)

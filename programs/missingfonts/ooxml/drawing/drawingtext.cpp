@@ -8,6 +8,13 @@
 
 namespace standin {
 
+namespace {
+
+constexpr FontSet majorFonts = {{MajorLatin, MajorLatin, MajorEastAsian, MajorComplex, noFamily}};
+constexpr FontSet minorFonts = {{MinorLatin, MinorLatin, MinorEastAsian, MinorComplex, noFamily}};
+
+} // namespace
+
 void DrawingText::beginShape(std::vector<const TextLevels *> inherited)
 {
     m_inherited = std::move(inherited);
@@ -18,21 +25,19 @@ void DrawingText::beginShape(std::vector<const TextLevels *> inherited)
 bool DrawingText::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::Unknown:
-        break;
-    case Tag::ChartSpace:
+    case tagOf(Vocabulary::Chart, "chartSpace"):
         m_isChart = true;
         break;
-    case Tag::DrawingFontReference: {
+    case drawingTag("fontRef"): {
         const std::string index = element.attribute(Vocabulary::None, "idx");
         m_shapeFont = index == "major" ? MajorLatin : index == "minor" ? MinorLatin : noFamily;
         break;
     }
-    case Tag::DrawingListStyle:
+    case drawingTag("lstStyle"):
         m_listStyle = TextLevels();
         m_levelsReader.setTarget(&m_listStyle);
         break;
-    case Tag::DrawingParagraph:
+    case drawingTag("p"):
         m_paragraph = Paragraph();
         m_inParagraph = true;
         break;
@@ -49,29 +54,29 @@ bool DrawingText::startElement(const XmlElement &element)
 void DrawingText::startInParagraph(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::DrawingParagraphProperties:
+    case drawingTag("pPr"):
         beginParagraphProperties(element);
         break;
-    case Tag::DrawingRun:
-    case Tag::DrawingField:
+    case drawingTag("r"):
+    case drawingTag("fld"):
         m_run = Run();
         m_inRun = true;
         m_paragraph.hasRuns = true;
         break;
-    case Tag::DrawingRunProperties:
+    case drawingTag("rPr"):
         beginRunProperties(element);
         break;
-    case Tag::DrawingDefaultRun:
+    case drawingTag("defRPr"):
         // Shapes ignore what a paragraph says of its runs; in charts it is what counts.
         if (m_isChart)
             m_fonts = &m_paragraph.own.fonts;
         break;
-    case Tag::DrawingText:
+    case drawingTag("t"):
         m_inText = m_inRun;
         break;
     default:
         if (m_fonts)
-            m_fonts->read(element, m_usage);
+            readTextFonts(element, *m_fonts, m_usage);
         else if (!m_inRun)
             m_paragraph.own.readBullet(element, m_usage);
         break;
@@ -109,21 +114,21 @@ void DrawingText::endElement(Tag tag)
 {
     m_levelsReader.endElement(tag);
     switch (tag) {
-    case Tag::DrawingListStyle:
+    case drawingTag("lstStyle"):
         m_levelsReader.setTarget(nullptr);
         break;
-    case Tag::DrawingRunProperties:
-    case Tag::DrawingDefaultRun:
+    case drawingTag("rPr"):
+    case drawingTag("defRPr"):
         m_fonts = nullptr;
         break;
-    case Tag::DrawingText:
+    case drawingTag("t"):
         m_inText = false;
         break;
-    case Tag::DrawingRun:
-    case Tag::DrawingField:
+    case drawingTag("r"):
+    case drawingTag("fld"):
         endRun();
         break;
-    case Tag::DrawingParagraph:
+    case drawingTag("p"):
         endParagraph();
         break;
     default:
@@ -137,11 +142,7 @@ TextLevel DrawingText::effectiveLevel() const
     level.inherit(m_listStyle[m_paragraph.level]);
     for (const TextLevels *inherited : m_inherited)
         level.inherit((*inherited)[m_paragraph.level]);
-    TextFonts last;
-    last.latin = m_shapeFont == MajorLatin ? MajorLatin : MinorLatin;
-    last.eastAsian = m_shapeFont == MajorLatin ? MajorEastAsian : MinorEastAsian;
-    last.complex = m_shapeFont == MajorLatin ? MajorComplex : MinorComplex;
-    level.fonts.inherit(last);
+    level.fonts.inherit(m_shapeFont == MajorLatin ? majorFonts : minorFonts);
     return level;
 }
 
@@ -166,17 +167,9 @@ void DrawingText::endParagraph()
         use(level.fonts, AsciiScript, {});
 }
 
-void DrawingText::use(const TextFonts &fonts, unsigned scripts, const std::string &language)
+void DrawingText::use(const FontSet &fonts, unsigned scripts, const std::string &language)
 {
-    const auto use = [&](Family family) { m_usage.use(m_theme.resolved(family, language)); };
-    if ((scripts & (AsciiScript | HighAnsiScript)) != 0)
-        use(fonts.latin);
-    if ((scripts & EastAsianScript) != 0)
-        use(fonts.eastAsian);
-    if ((scripts & ComplexScript) != 0)
-        use(fonts.complex);
-    if ((scripts & SymbolScript) != 0)
-        use(fonts.symbol == noFamily ? fonts.latin : fonts.symbol);
+    fonts.use(scripts, m_usage, [&](Family family) { return m_theme.resolved(family, language); });
 }
 
 } // namespace standin

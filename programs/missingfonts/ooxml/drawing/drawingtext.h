@@ -27,12 +27,10 @@ protected:
     /// A new shape begins; @p inherited are the list styles below its own, the nearest first.
     void beginShape(std::vector<const TextLevels *> inherited);
 
-    FontUsage &usage() { return m_usage; }
-
 private:
     struct Run
     {
-        TextFonts fonts;
+        FontSet fonts;
         unsigned scripts = 0;
         std::string language;
     };
@@ -51,7 +49,7 @@ private:
     void endRun();
     void endParagraph();
     TextLevel effectiveLevel() const;
-    void use(const TextFonts &fonts, unsigned scripts, const std::string &language);
+    void use(const FontSet &fonts, unsigned scripts, const std::string &language);
 
     FontUsage &m_usage;
     const ThemeFonts &m_theme;
@@ -62,7 +60,7 @@ private:
     Paragraph m_paragraph;
     Run m_run;
     // The run properties that are being read, if any.
-    TextFonts *m_fonts = nullptr;
+    FontSet *m_fonts = nullptr;
     bool m_isChart = false;
     bool m_inParagraph = false;
     bool m_inRun = false;

@@ -1,65 +1,69 @@
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 
+#include <algorithm>
+
 #include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 
 namespace {
 
-void fill(Family &family, Family below)
+constexpr std::array<Tag, 9> levelTags = {
+    drawingTag("lvl1pPr"), drawingTag("lvl2pPr"), drawingTag("lvl3pPr"),
+    drawingTag("lvl4pPr"), drawingTag("lvl5pPr"), drawingTag("lvl6pPr"),
+    drawingTag("lvl7pPr"), drawingTag("lvl8pPr"), drawingTag("lvl9pPr")};
+
+/// The number of levels for an element that is no level.
+std::size_t levelOf(Tag tag)
 {
-    if (family == noFamily)
-        family = below;
+    return static_cast<std::size_t>(std::find(levelTags.begin(), levelTags.end(), tag) -
+                                    levelTags.begin());
+}
+
+Family typeface(const XmlElement &element, FontUsage &usage)
+{
+    return usage.family(element.attribute(Vocabulary::None, "typeface"));
 }
 
 } // namespace
 
-void TextFonts::read(const XmlElement &element, FontUsage &usage)
+void readTextFonts(const XmlElement &element, FontSet &fonts, FontUsage &usage)
 {
-    const Family family = usage.family(element.attribute(Vocabulary::None, "typeface"));
     switch (element.tag()) {
-    case Tag::DrawingLatin:
-        latin = family;
+    case drawingTag("latin"):
+        fonts[FontSet::Ascii] = fonts[FontSet::HighAnsi] = typeface(element, usage);
         break;
-    case Tag::DrawingEastAsian:
-        eastAsian = family;
+    case drawingTag("ea"):
+        fonts[FontSet::EastAsian] = typeface(element, usage);
         break;
-    case Tag::DrawingComplex:
-        complex = family;
+    case drawingTag("cs"):
+        fonts[FontSet::Complex] = typeface(element, usage);
         break;
-    case Tag::DrawingSymbol:
-        symbol = family;
+    case drawingTag("sym"):
+        fonts[FontSet::Symbol] = typeface(element, usage);
         break;
     default:
         break;
     }
 }
 
-void TextFonts::inherit(const TextFonts &below)
-{
-    fill(latin, below.latin);
-    fill(eastAsian, below.eastAsian);
-    fill(complex, below.complex);
-    fill(symbol, below.symbol);
-}
-
 void TextLevel::readBullet(const XmlElement &element, FontUsage &usage)
 {
     switch (element.tag()) {
-    case Tag::DrawingBulletFont:
-        bulletFont = usage.family(element.attribute(Vocabulary::None, "typeface"));
+    case drawingTag("buFont"):
+        bulletFont = typeface(element, usage);
         bulletFollowsText = false;
         break;
-    case Tag::DrawingBulletFontOfText:
+    case drawingTag("buFontTx"):
         bulletFont = noFamily;
         bulletFollowsText = true;
         break;
-    case Tag::DrawingBulletCharacter:
-    case Tag::DrawingBulletAutomatic:
+    case drawingTag("buChar"):
+    case drawingTag("buAutoNum"):
         bullet = Bullet::Font;
         break;
-    case Tag::DrawingBulletNone:
-    case Tag::DrawingBulletPicture:
+    case drawingTag("buNone"):
+    case drawingTag("buBlip"):
         bullet = Bullet::None;
         break;
     default:
@@ -87,26 +91,24 @@ void TextLevelsReader::setTarget(TextLevels *levels)
 
 void TextLevelsReader::startElement(const XmlElement &element)
 {
-    const Tag tag = element.tag();
     if (!m_levels)
         return;
-    if (tag >= Tag::DrawingLevel1 && tag <= Tag::DrawingLevel9) {
-        m_level = &(*m_levels)[static_cast<std::size_t>(tag) -
-                               static_cast<std::size_t>(Tag::DrawingLevel1)];
-    } else if (tag == Tag::DrawingDefaultRun) {
+    const std::size_t level = levelOf(element.tag());
+    if (level < levelTags.size())
+        m_level = &(*m_levels)[level];
+    else if (element.tag() == drawingTag("defRPr"))
         m_inRunProperties = true;
-    } else if (m_level && m_inRunProperties) {
-        m_level->fonts.read(element, m_usage);
-    } else if (m_level) {
+    else if (m_level && m_inRunProperties)
+        readTextFonts(element, m_level->fonts, m_usage);
+    else if (m_level)
         m_level->readBullet(element, m_usage);
-    }
 }
 
 void TextLevelsReader::endElement(Tag tag)
 {
-    if (tag == Tag::DrawingDefaultRun)
+    if (tag == drawingTag("defRPr"))
         m_inRunProperties = false;
-    else if (tag >= Tag::DrawingLevel1 && tag <= Tag::DrawingLevel9)
+    else if (m_levels && levelOf(tag) < levelTags.size())
         m_level = nullptr;
 }
 

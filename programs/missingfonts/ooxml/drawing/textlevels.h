@@ -2,28 +2,17 @@
 
 #include <array>
 
-#include "programs/missingfonts/common/fontusage.h"
+#include "programs/missingfonts/common/fontset.h"
 #include "programs/missingfonts/xml/xmlnames.h"
 
 namespace standin {
 
 class XmlElement;
 
-/// The fonts that one set of a drawing's run properties names.
-struct TextFonts
-{
-    Family latin = noFamily;
-    Family eastAsian = noFamily;
-    Family complex = noFamily;
-    Family symbol = noFamily;
+/// Takes over a:latin, a:ea, a:cs or a:sym; ignores other elements.
+void readTextFonts(const XmlElement &element, FontSet &fonts, FontUsage &usage);
 
-    /// Takes over a:latin, a:ea, a:cs or a:sym.
-    void read(const XmlElement &element, FontUsage &usage);
-
-    void inherit(const TextFonts &below);
-};
-
-/// How the paragraphs of one outline level are set.
+/// How the paragraphs of one outline level look.
 struct TextLevel
 {
     enum class Bullet {
@@ -32,14 +21,14 @@ struct TextLevel
         Font ///< a character or a number
     };
 
-    TextFonts fonts;
+    FontSet fonts;
     Family bulletFont = noFamily;
     /// The bullet is in the font of the text, whatever font the levels below give it.
     bool bulletFollowsText = false;
     Bullet bullet = Bullet::Unset;
 
-    /// Takes over a:buFont, a:buFontTx, a:buChar, a:buAutoNum, a:buBlip or a:buNone; other elements
-    /// are ignored.
+    /// Takes over a:buFont, a:buFontTx, a:buChar, a:buAutoNum, a:buBlip or a:buNone; ignores other
+    /// elements.
     void readBullet(const XmlElement &element, FontUsage &usage);
 
     void inherit(const TextLevel &below);
@@ -53,7 +42,7 @@ class TextLevelsReader
 public:
     explicit TextLevelsReader(FontUsage &usage) : m_usage(usage) {}
 
-    /// What comes belongs to @p levels; null when it belongs to no list style.
+    /// What follows belongs to @p levels; null when it belongs to no list style.
     void setTarget(TextLevels *levels);
 
     bool isReading() const { return m_levels != nullptr; }

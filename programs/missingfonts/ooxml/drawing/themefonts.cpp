@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "programs/missingfonts/ooxml/drawing/textlevels.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
@@ -35,12 +36,11 @@ Family ThemeFonts::resolved(Family family, std::string_view language) const
 {
     if (!isThemeReference(family))
         return family;
+    constexpr FontSet::Slot slots[] = {FontSet::Ascii, FontSet::EastAsian, FontSet::Complex};
+    const FontSet::Slot slot = slots[family % MinorLatin];
     const Collection &collection = family >= MinorLatin ? m_minor : m_major;
-    if (family == MajorLatin || family == MinorLatin)
-        return collection.latin;
-    const bool isEastAsian = family == MajorEastAsian || family == MinorEastAsian;
-    const Family named = isEastAsian ? collection.eastAsian : collection.complex;
-    if (named != noFamily)
+    const Family named = collection.fonts[slot];
+    if (named != noFamily || slot == FontSet::Ascii)
         return named;
     const auto found = collection.byScript.find(scriptOfLanguage(language));
     return found == collection.byScript.end() ? noFamily : found->second;
@@ -49,58 +49,60 @@ Family ThemeFonts::resolved(Family family, std::string_view language) const
 Family ThemeFonts::collectionFont(bool major, Family member) const
 {
     const Collection &collection = major ? m_major : m_minor;
+    const Family latin = collection.fonts[FontSet::Ascii];
     if (member == noFamily)
-        return collection.latin;
-    if (member == collection.eastAsian || member == collection.complex)
+        return latin;
+    if (member == collection.fonts[FontSet::EastAsian] ||
+        member == collection.fonts[FontSet::Complex])
         return member;
     for (const auto &[script, family] : collection.byScript) {
         if (family == member)
             return member;
     }
-    return collection.latin == noFamily ? member : collection.latin;
+    return latin == noFamily ? member : latin;
 }
 
 bool ThemeFonts::startElement(const XmlElement &element)
 {
-    const auto typeface = [&] {
-        const Family family = m_usage.family(element.attribute(Vocabulary::None, "typeface"));
-        return isThemeReference(family) ? noFamily : family;
-    };
     switch (element.tag()) {
-    case Tag::DrawingFontScheme:
+    case drawingTag("fontScheme"):
         m_inScheme = true;
         break;
-    case Tag::DrawingMajorFont:
-    case Tag::DrawingMinorFont:
-        m_current = element.tag() == Tag::DrawingMajorFont ? &m_major : &m_minor;
+    case drawingTag("majorFont"):
+        m_current = &m_major;
         break;
-    case Tag::DrawingLatin:
-        if (m_inScheme && m_current)
-            m_current->latin = typeface();
-        break;
-    case Tag::DrawingEastAsian:
-        if (m_inScheme && m_current)
-            m_current->eastAsian = typeface();
-        break;
-    case Tag::DrawingComplex:
-        if (m_inScheme && m_current)
-            m_current->complex = typeface();
-        break;
-    case Tag::DrawingFont:
-        if (m_inScheme && m_current)
-            m_current->byScript[element.attribute(Vocabulary::None, "script")] = typeface();
+    case drawingTag("minorFont"):
+        m_current = &m_minor;
         break;
     default:
+        if (m_inScheme && m_current)
+            readFont(element, *m_current);
         break;
     }
     return true;
 }
 
+void ThemeFonts::readFont(const XmlElement &element, Collection &collection)
+{
+    if (element.tag() == drawingTag("font")) {
+        const Family family = m_usage.family(element.attribute(Vocabulary::None, "typeface"));
+        collection.byScript[element.attribute(Vocabulary::None, "script")] =
+            isThemeReference(family) ? noFamily : family;
+        return;
+    }
+    readTextFonts(element, collection.fonts, m_usage);
+    // A theme that refers to itself names no font.
+    for (Family &family : collection.fonts.families) {
+        if (isThemeReference(family))
+            family = noFamily;
+    }
+}
+
 void ThemeFonts::endElement(Tag tag)
 {
-    if (tag == Tag::DrawingMajorFont || tag == Tag::DrawingMinorFont)
+    if (tag == drawingTag("majorFont") || tag == drawingTag("minorFont"))
         m_current = nullptr;
-    else if (tag == Tag::DrawingFontScheme)
+    else if (tag == drawingTag("fontScheme"))
         m_inScheme = false;
 }
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "programs/missingfonts/common/fontusage.h"
+#include "programs/missingfonts/common/fontset.h"
 #include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
@@ -15,13 +15,13 @@ class ThemeFonts : public XmlHandler
 public:
     explicit ThemeFonts(FontUsage &usage) : m_usage(usage) {}
 
-    /// What a reference to a theme font means; any other family stays what it is.
+    /// What a reference to a theme font means; any other family is returned unchanged.
     /// @p language ("zh-CN") chooses among the fonts for a language where the theme leaves the
     /// East Asian or complex font empty.
     Family resolved(Family family, std::string_view language = {}) const;
 
-    /// The Latin font of a collection; @p member is one of its other fonts, for any language, if
-    /// the collection has it. Spreadsheets write which font of it they mean.
+    /// The Latin font of a collection; @p member instead if that is another of its fonts, for any
+    /// language. Spreadsheets write which font of the collection they mean.
     Family collectionFont(bool major, Family member) const;
 
     bool startElement(const XmlElement &element) override;
@@ -30,11 +30,11 @@ public:
 private:
     struct Collection
     {
-        Family latin = noFamily;
-        Family eastAsian = noFamily;
-        Family complex = noFamily;
+        FontSet fonts;
         std::unordered_map<std::string, Family> byScript;
     };
+
+    void readFont(const XmlElement &element, Collection &collection);
 
     FontUsage &m_usage;
     Collection m_major;

@@ -4,22 +4,20 @@
 
 #include "programs/missingfonts/common/bytes.h"
 #include "programs/missingfonts/ooxml/sheet/binaryrecords.h"
-#include "programs/missingfonts/ooxml/sheet/pageheading.h"
-#include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
-#include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
+#include "programs/missingfonts/ooxml/sheet/workbook.h"
 #include "programs/missingfonts/package/archivepackage.h"
 
 namespace standin {
 
 namespace {
 
-/// Record types as they stand in the file: two bytes of which the first has its top bit set.
+/// A record type as the file writes it: two bytes of which the first has its top bit set.
 constexpr std::uint32_t fileType(std::uint32_t number)
 {
     return number < 0x80 ? number : ((number & 0x7FU) | 0x80U) | ((number >> 7U) << 8U);
 }
 
-/// Column and format, with which the record of a cell begins.
+/// Column and format, which begin the record of a cell.
 constexpr std::size_t cellBytes = 8;
 
 constexpr std::uint32_t cellRk = 2;
@@ -38,7 +36,7 @@ constexpr std::uint32_t commentText = fileType(637);
 class BinarySheet
 {
 public:
-    explicit BinarySheet(const BinarySheetTarget &target) : m_target(target) {}
+    explicit BinarySheet(Workbook &workbook) : m_workbook(workbook) {}
 
     void take(std::uint32_t type, std::string_view content)
     {
@@ -49,14 +47,14 @@ public:
         else if (type == beginCellFormats || type == endCellFormats)
             m_inCellFormats = type == beginCellFormats;
         else if (type == format && m_inCellFormats)
-            m_target.styles.addFormat(littleEndian16(content, 4));
+            m_workbook.styles.addFormat(littleEndian16(content, 4));
         else if (type == sharedText)
-            m_target.strings.add(takeRichText(content));
+            m_workbook.strings.add(takeRichText(content));
         else if (type == cellRichText &&
                  takeRichText(content.substr(std::min(cellBytes, content.size()))))
-            use(cellFormat(content));
+            m_workbook.useFormat(cellFormat(content));
         else if (type == commentText && takeRichText(content))
-            use(0);
+            m_workbook.useFormat(0);
         else if (type == pageHeadings)
             takePageHeadings(content);
     }
@@ -70,8 +68,8 @@ private:
     void takeCell(std::uint32_t type, std::string_view content)
     {
         if (type != cellSharedText ||
-            m_target.strings.usesCellFont(littleEndian32(content, cellBytes)))
-            use(cellFormat(content));
+            m_workbook.strings.usesCellFont(littleEndian32(content, cellBytes)))
+            m_workbook.useFormat(cellFormat(content));
     }
 
     void takeFont(std::string_view content)
@@ -83,11 +81,11 @@ private:
             read.scheme = scheme == 1 ? SheetFont::Scheme::Major : SheetFont::Scheme::Minor;
         const std::size_t size =
             std::min<std::size_t>(littleEndian32(content, schemeOffset + 1), 256);
-        read.family = m_target.usage.family(utf8FromUtf16(content, schemeOffset + 5, size));
-        m_target.styles.addFont(read);
+        read.family = m_workbook.usage.family(utf8FromUtf16(content, schemeOffset + 5, size));
+        m_workbook.styles.addFont(read);
     }
 
-    /// True when some of the text is set in the font of the cell.
+    /// True when some of the text is in the font of the cell.
     bool takeRichText(std::string_view content)
     {
         const std::uint32_t size = littleEndian32(content, 1);
@@ -100,7 +98,7 @@ private:
         const std::uint32_t runs = littleEndian32(content, runsAt);
         const bool usesCellFont = runs == 0 || littleEndian16(content, runsAt + 4) > 0;
         for (std::size_t at = runsAt + 4, n = 0; n < runs && at + 4 <= content.size(); at += 4, ++n)
-            m_target.usedFontNumbers.insert(littleEndian16(content, at + 2));
+            m_workbook.usedFontNumbers.insert(littleEndian16(content, at + 2));
         return usesCellFont;
     }
 
@@ -115,34 +113,20 @@ private:
             at += 4;
             if (size == none)
                 continue;
-            takePageHeading(utf8FromUtf16(content, at, size));
+            m_workbook.useHeading(utf8FromUtf16(content, at, size));
             at += std::size_t(size) * 2;
         }
     }
 
-    void takePageHeading(const std::string &heading)
-    {
-        const HeadingFonts fonts = headingFonts(heading);
-        for (const std::string &family : fonts.families)
-            m_target.usage.use(m_target.usage.family(family));
-        if (fonts.usesWorkbookFont)
-            use(0);
-    }
-
-    void use(std::size_t cellFormatNumber)
-    {
-        m_target.used.insert(m_target.styles.font(cellFormatNumber));
-    }
-
-    const BinarySheetTarget &m_target;
+    Workbook &m_workbook;
     bool m_inCellFormats = false;
 };
 
 } // namespace
 
-void readBinarySheetPart(PackagePart &part, const BinarySheetTarget &target)
+void readBinarySheetPart(PackagePart &part, Workbook &workbook)
 {
-    BinarySheet sheet(target);
+    BinarySheet sheet(workbook);
     BinaryRecords records(
         [&sheet](std::uint32_t type, std::string_view content) { sheet.take(type, content); });
     part.read([&records](const char *data, std::size_t size) {

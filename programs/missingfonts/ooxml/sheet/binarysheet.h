@@ -1,30 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <set>
-
-#include "programs/missingfonts/ooxml/sheet/sheetfont.h"
-
 namespace standin {
 
 class PackagePart;
-class SharedStrings;
-class SheetStyles;
+struct Workbook;
 
-/// What the parts of a binary workbook are read into.
-struct BinarySheetTarget
-{
-    FontUsage &usage;
-    SheetFonts &used;
-    SheetStyles &styles;
-    SharedStrings &strings;
-    /// Fonts that texts name by their numbers; the styles may stand behind the texts.
-    std::set<std::uint32_t> &usedFontNumbers;
-};
-
-/// Reads a part of a binary workbook (.xlsb): styles, shared texts, a sheet or its comments. The
-/// records of each have numbers of their own, so that all are read alike.
+/// Reads a part of a binary workbook (.xlsb): styles, shared texts, a sheet or its comments. Each
+/// of them has record numbers of its own, so one reader serves all.
 /// @throws DocumentError
-void readBinarySheetPart(PackagePart &part, const BinarySheetTarget &target);
+void readBinarySheetPart(PackagePart &part, Workbook &workbook);
 
 } // namespace standin

@@ -2,12 +2,14 @@
 
 #include <vector>
 
+#include "programs/missingfonts/common/documenterror.h"
+#include "programs/missingfonts/common/limits.h"
 #include "programs/missingfonts/ooxml/sheet/richtext.h"
 #include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
 
-/// The texts that the cells of a workbook share; of each only whether it is set in the cell's font.
+/// The texts that the cells of a workbook share; of each only whether it uses the cell's font.
 class SharedStrings : public XmlHandler
 {
 public:
@@ -18,11 +20,30 @@ public:
         return index < m_usesCellFont.size() && m_usesCellFont[index];
     }
 
-    /// For readers of the binary form, too.
-    void add(bool usesCellFont);
+    /// Also for readers of the binary form.
+    void add(bool usesCellFont)
+    {
+        if (m_usesCellFont.size() >= limits::sharedStrings)
+            throw DocumentError("the workbook has too many texts");
+        m_usesCellFont.push_back(usesCellFont);
+    }
 
-    bool startElement(const XmlElement &element) override;
-    void endElement(Tag tag) override;
+    bool startElement(const XmlElement &element) override
+    {
+        if (element.tag() != sheetTag("si"))
+            return m_richText.startElement(element);
+        m_richText.begin();
+        return true;
+    }
+
+    void endElement(Tag tag) override
+    {
+        if (tag == sheetTag("si"))
+            add(m_richText.usesCellFont());
+        else
+            m_richText.endElement(tag);
+    }
+
     void text(std::string_view text) override { m_richText.text(text); }
 
 private:

@@ -1,50 +1,45 @@
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-
-#include "programs/missingfonts/ooxml/sheet/pageheading.h"
-#include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
-#include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
-#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 
 namespace {
 
-/// What is kept of a value or heading: numbers of texts are short, and headings are bounded.
+/// What is kept of a value or heading: indexes of texts are short, and headings are bounded.
 constexpr std::size_t keptBytes = 4096;
+
+constexpr std::array<Tag, 6> pageHeadingTags = {sheetTag("oddHeader"),   sheetTag("oddFooter"),
+                                                sheetTag("evenHeader"),  sheetTag("evenFooter"),
+                                                sheetTag("firstHeader"), sheetTag("firstFooter")};
+
+bool isPageHeading(Tag tag)
+{
+    return std::find(pageHeadingTags.begin(), pageHeadingTags.end(), tag) != pageHeadingTags.end();
+}
 
 } // namespace
 
 bool SheetCells::startElement(const XmlElement &element)
 {
-    switch (element.tag()) {
-    case Tag::SheetCell:
+    const Tag tag = element.tag();
+    if (tag == sheetTag("c")) {
         m_format = static_cast<std::size_t>(std::max(0, element.number(Vocabulary::None, "s", 0)));
         m_isShared = element.attribute(Vocabulary::None, "t") == "s";
         m_value.clear();
         m_hasOwnText = false;
-        break;
-    case Tag::SheetValue:
+    } else if (tag == sheetTag("v")) {
         m_place = Place::Value;
-        break;
-    case Tag::SheetInlineString:
-    case Tag::SheetCommentText:
+    } else if (tag == sheetTag("is") || tag == sheetTag("text")) {
         m_richText.begin();
         m_place = Place::RichText;
-        break;
-    case Tag::SheetOddHeader:
-    case Tag::SheetOddFooter:
-    case Tag::SheetEvenHeader:
-    case Tag::SheetEvenFooter:
-    case Tag::SheetFirstHeader:
-    case Tag::SheetFirstFooter:
+    } else if (isPageHeading(tag)) {
         m_value.clear();
         m_place = Place::PageHeading;
-        break;
-    default:
-        return m_place != Place::RichText || m_richText.startElement(element);
+    } else if (m_place == Place::RichText) {
+        return m_richText.startElement(element);
     }
     return true;
 }
@@ -59,34 +54,22 @@ void SheetCells::text(std::string_view text)
 
 void SheetCells::endElement(Tag tag)
 {
-    switch (tag) {
-    case Tag::SheetValue:
+    if (tag == sheetTag("c")) {
+        endCell();
+    } else if (tag == sheetTag("v")) {
         m_place = Place::Elsewhere;
-        break;
-    case Tag::SheetInlineString:
+    } else if (tag == sheetTag("is")) {
         m_hasOwnText = m_richText.usesCellFont();
         m_place = Place::Elsewhere;
-        break;
-    case Tag::SheetCommentText:
+    } else if (tag == sheetTag("text")) {
         if (m_richText.usesCellFont())
-            useFormat(0);
+            m_workbook.useFormat(0);
         m_place = Place::Elsewhere;
-        break;
-    case Tag::SheetCell:
-        endCell();
-        break;
-    case Tag::SheetOddHeader:
-    case Tag::SheetOddFooter:
-    case Tag::SheetEvenHeader:
-    case Tag::SheetEvenFooter:
-    case Tag::SheetFirstHeader:
-    case Tag::SheetFirstFooter:
-        endPageHeading();
+    } else if (isPageHeading(tag)) {
+        m_workbook.useHeading(m_value);
         m_place = Place::Elsewhere;
-        break;
-    default:
+    } else {
         m_richText.endElement(tag);
-        break;
     }
 }
 
@@ -97,24 +80,10 @@ void SheetCells::endCell()
         std::size_t index = 0;
         const char *end = m_value.data() + m_value.size();
         shows = std::from_chars(m_value.data(), end, index).ec == std::errc() &&
-                m_strings.usesCellFont(index);
+                m_workbook.strings.usesCellFont(index);
     }
     if (shows)
-        useFormat(m_format);
-}
-
-void SheetCells::endPageHeading()
-{
-    const HeadingFonts fonts = headingFonts(m_value);
-    for (const std::string &family : fonts.families)
-        m_usage.use(m_usage.family(family));
-    if (fonts.usesWorkbookFont)
-        useFormat(0);
-}
-
-void SheetCells::useFormat(std::size_t format)
-{
-    m_used.insert(m_styles.font(format));
+        m_workbook.useFormat(m_format);
 }
 
 } // namespace standin

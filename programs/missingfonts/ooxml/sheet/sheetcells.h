@@ -2,26 +2,16 @@
 
 #include <string>
 
-#include "programs/missingfonts/ooxml/sheet/richtext.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/ooxml/sheet/workbook.h"
 
 namespace standin {
 
-class SharedStrings;
-class SheetStyles;
-
-/// Reads a worksheet, or the comments of one, and notes the fonts that its texts and numbers are
-/// set in.
+/// Reads a worksheet, or the comments of one, and marks the fonts of its texts and numbers as used.
 class SheetCells : public XmlHandler
 {
 public:
-    SheetCells(FontUsage &usage, SheetFonts &used, const SheetStyles &styles,
-               const SharedStrings &strings)
-        : m_usage(usage),
-          m_used(used),
-          m_styles(styles),
-          m_strings(strings),
-          m_richText(usage, used)
+    explicit SheetCells(Workbook &workbook)
+        : m_workbook(workbook), m_richText(workbook.usage, workbook.used)
     {
     }
 
@@ -38,13 +28,8 @@ private:
     };
 
     void endCell();
-    void endPageHeading();
-    void useFormat(std::size_t format);
 
-    FontUsage &m_usage;
-    SheetFonts &m_used;
-    const SheetStyles &m_styles;
-    const SharedStrings &m_strings;
+    Workbook &m_workbook;
     RichText m_richText;
     std::string m_value;
     std::size_t m_format = 0;

@@ -1,13 +1,8 @@
 #include "programs/missingfonts/ooxml/sheet/sheetdocument.h"
 
-#include <unordered_map>
-
 #include "programs/missingfonts/ooxml/drawing/drawingtext.h"
-#include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/sheet/binarysheet.h"
-#include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
-#include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
 #include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/relationships.h"
 
@@ -15,80 +10,61 @@ namespace standin {
 
 namespace {
 
-using Parts = std::unordered_map<std::string, Relation>;
-
-void addTargets(Parts &parts, const Relationships &relationships, const std::string &source,
-                std::initializer_list<Relation> types)
+/// Reads a part that may be binary; @p handler takes one that is not.
+void readSheetPart(PackagePart &part, XmlHandler &handler, Workbook &workbook)
 {
-    for (const Relation type : types) {
-        for (const std::string &target : relationships.targets(source, type))
-            parts.emplace(target, type);
-    }
+    constexpr std::string_view ending = ".bin";
+    const std::string &name = part.name();
+    if (name.size() > ending.size() &&
+        name.compare(name.size() - ending.size(), ending.size(), ending) == 0)
+        readBinarySheetPart(part, workbook);
+    else
+        part.read(handler);
+}
+
+PartReaders contextReaders(const Relationships &relationships, const std::string &mainPart,
+                           Workbook &workbook)
+{
+    PartReaders readers;
+    for (const std::string &name : relationships.targets(mainPart, {"theme"}))
+        readers.emplace(name, readerFor(workbook.theme));
+    for (const std::string &name : relationships.targets(mainPart, {"styles"}))
+        readers.emplace(name,
+                        [&](PackagePart &part) { readSheetPart(part, workbook.styles, workbook); });
+    for (const std::string &name : relationships.targets(mainPart, {"sharedStrings"}))
+        readers.emplace(
+            name, [&](PackagePart &part) { readSheetPart(part, workbook.strings, workbook); });
+    return readers;
 }
 
 /// The sheets with their comments, drawings and the drawings' charts.
-Parts textParts(const Relationships &relationships, const std::string &mainPart)
+PartReaders textReaders(const Relationships &relationships, const std::string &mainPart,
+                        Workbook &workbook)
 {
-    Parts sheets;
-    addTargets(sheets, relationships, mainPart, {Relation::Worksheet});
-    Parts all = sheets;
-    for (const auto &[sheet, sheetType] : sheets) {
-        addTargets(all, relationships, sheet, {Relation::Comments});
-        for (const std::string &drawing : relationships.targets(sheet, Relation::Drawing)) {
-            all.emplace(drawing, Relation::Drawing);
-            addTargets(all, relationships, drawing, {Relation::Chart, Relation::DiagramDrawing});
+    const auto readCells = [&workbook](PackagePart &part) {
+        SheetCells cells(workbook);
+        readSheetPart(part, cells, workbook);
+    };
+    const auto readDrawing = [&workbook](PackagePart &part) {
+        DrawingText text(workbook.usage, workbook.theme);
+        part.read(text);
+    };
+    PartReaders readers;
+    const std::vector<std::string> sheets =
+        relationships.targets(mainPart, {"worksheet", "chartsheet", "dialogsheet", "xlMacrosheet"});
+    for (const std::string &sheet : sheets)
+        readers.emplace(sheet, readCells);
+    for (const std::string &sheet : sheets) {
+        for (const std::string &comments : relationships.targets(sheet, {"comments"}))
+            readers.emplace(comments, readCells);
+        for (const std::string &drawing : relationships.targets(sheet, {"drawing"})) {
+            readers.emplace(drawing, readDrawing);
+            for (const std::string &chart :
+                 relationships.targets(drawing, {"chart", "diagramDrawing"}))
+                readers.emplace(chart, readDrawing);
         }
     }
-    return all;
-}
-
-bool isBinary(const std::string &name)
-{
-    return name.size() > 4 && name.compare(name.size() - 4, 4, ".bin") == 0;
-}
-
-/// The parts of a workbook on which the meaning of its cells depends.
-struct Workbook
-{
-    explicit Workbook(FontUsage &usage) : theme(usage), styles(usage), strings(usage, used) {}
-
-    BinarySheetTarget binaryTarget(FontUsage &usage)
-    {
-        return {usage, used, styles, strings, usedFontNumbers};
-    }
-
-    SheetFonts used;
-    std::set<std::uint32_t> usedFontNumbers;
-    ThemeFonts theme;
-    SheetStyles styles;
-    SharedStrings strings;
-};
-
-void readContextPart(PackagePart &part, Relation type, Workbook &workbook, FontUsage &usage)
-{
-    if (type == Relation::Theme)
-        part.read(workbook.theme);
-    else if (isBinary(part.name()))
-        readBinarySheetPart(part, workbook.binaryTarget(usage));
-    else if (type == Relation::Styles)
-        part.read(workbook.styles);
-    else
-        part.read(workbook.strings);
-}
-
-void readTextPart(PackagePart &part, Relation type, Workbook &workbook, FontUsage &usage)
-{
-    if (type == Relation::Worksheet || type == Relation::Comments) {
-        if (isBinary(part.name())) {
-            readBinarySheetPart(part, workbook.binaryTarget(usage));
-            return;
-        }
-        SheetCells cells(usage, workbook.used, workbook.styles, workbook.strings);
-        part.read(cells);
-        return;
-    }
-    DrawingText text(usage, workbook.theme);
-    part.read(text);
+    return readers;
 }
 
 } // namespace
@@ -97,21 +73,9 @@ void readWorkbook(ArchivePackage &package, const Relationships &relationships,
                   const std::string &mainPart, FontUsage &usage)
 {
     Workbook workbook(usage);
-    Parts context;
-    addTargets(context, relationships, mainPart,
-               {Relation::Theme, Relation::Styles, Relation::SharedStrings});
-    package.visit([&](const std::string &name) { return context.count(name) != 0; },
-                  [&](PackagePart &part) {
-                      readContextPart(part, context.at(part.name()), workbook, usage);
-                  });
-    const Parts parts = textParts(relationships, mainPart);
-    package.visit(
-        [&](const std::string &name) { return parts.count(name) != 0; },
-        [&](PackagePart &part) { readTextPart(part, parts.at(part.name()), workbook, usage); });
-    for (const std::uint32_t number : workbook.usedFontNumbers)
-        workbook.used.insert(workbook.styles.fontByNumber(number));
-    for (const SheetFont &font : workbook.used)
-        usage.use(font.resolved(workbook.theme));
+    package.read(contextReaders(relationships, mainPart, workbook));
+    package.read(textReaders(relationships, mainPart, workbook));
+    workbook.finish();
 }
 
 } // namespace standin

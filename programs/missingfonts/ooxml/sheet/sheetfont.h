@@ -1,13 +1,12 @@
 #pragma once
 
 #include <set>
+#include <string_view>
 #include <tuple>
 
-#include "programs/missingfonts/common/fontusage.h"
+#include "programs/missingfonts/ooxml/drawing/themefonts.h"
 
 namespace standin {
-
-class ThemeFonts;
 
 /// A font as a spreadsheet names it: the family that its writer saw, and which font of the theme
 /// that was.
@@ -24,7 +23,11 @@ struct SheetFont
 
     /// The family that is meant. The writer's own choice among a theme's fonts for several
     /// languages holds; otherwise a font of the theme is the theme's Latin one.
-    Family resolved(const ThemeFonts &theme) const;
+    Family resolved(const ThemeFonts &theme) const
+    {
+        return scheme == Scheme::None ? family
+                                      : theme.collectionFont(scheme == Scheme::Major, family);
+    }
 
     bool operator<(const SheetFont &other) const
     {
@@ -34,7 +37,12 @@ struct SheetFont
 
 using SheetFonts = std::set<SheetFont>;
 
-/// How a "scheme" is written.
-SheetFont::Scheme sheetFontScheme(const std::string &value);
+/// Reads the value of a "scheme" element.
+inline SheetFont::Scheme sheetFontScheme(std::string_view value)
+{
+    if (value == "minor")
+        return SheetFont::Scheme::Minor;
+    return value == "major" ? SheetFont::Scheme::Major : SheetFont::Scheme::None;
+}
 
 } // namespace standin

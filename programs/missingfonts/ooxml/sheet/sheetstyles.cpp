@@ -33,25 +33,25 @@ void SheetStyles::addFormat(std::uint32_t font)
 bool SheetStyles::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::SheetFontTable:
+    case sheetTag("fonts"):
         m_inFonts = true;
         break;
-    case Tag::SheetFont:
+    case sheetTag("font"):
         if (m_inFonts)
             addFont({});
         break;
-    case Tag::SheetFontName:
+    case sheetTag("name"):
         if (m_inFonts && !m_fonts.empty())
             m_fonts.back().family = m_usage.family(element.attribute(Vocabulary::None, "val"));
         break;
-    case Tag::SheetScheme:
+    case sheetTag("scheme"):
         if (m_inFonts && !m_fonts.empty())
             m_fonts.back().scheme = sheetFontScheme(element.attribute(Vocabulary::None, "val"));
         break;
-    case Tag::SheetCellFormats:
+    case sheetTag("cellXfs"):
         m_inFormats = true;
         break;
-    case Tag::SheetFormat:
+    case sheetTag("xf"):
         if (m_inFormats)
             addFormat(static_cast<std::uint32_t>(element.number(Vocabulary::None, "fontId", 0)));
         break;
@@ -63,9 +63,9 @@ bool SheetStyles::startElement(const XmlElement &element)
 
 void SheetStyles::endElement(Tag tag)
 {
-    if (tag == Tag::SheetFontTable)
+    if (tag == sheetTag("fonts"))
         m_inFonts = false;
-    else if (tag == Tag::SheetCellFormats)
+    else if (tag == sheetTag("cellXfs"))
         m_inFormats = false;
 }
 

@@ -1,7 +1,6 @@
 #include "programs/missingfonts/ooxml/slide/presentationdocument.h"
 
 #include <map>
-#include <set>
 
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
@@ -16,97 +15,111 @@ namespace standin {
 
 namespace {
 
-/// A part with text, and what it is based on; empty names for what it has not.
+/// A part with text, and the parts that it is based on: "" where there is none.
 struct TextPart
 {
+    enum class Kind {
+        Slide,
+        Template,
+        Drawing
+    };
+
     std::string layout;
     std::string master;
     std::string theme;
-    bool isTemplate = false;
-    bool isDrawing = false;
+    Kind kind = Kind::Slide;
 };
 
-/// Finds the parts that show text and those that say how it looks.
+/// Finds the parts that show text.
 class PresentationParts
 {
 public:
     PresentationParts(const Relationships &relationships, const std::string &mainPart)
         : m_relationships(relationships)
     {
-        for (const std::string &slide : relationships.targets(mainPart, Relation::Slide))
+        for (const std::string &slide : relationships.targets(mainPart, {"slide"}))
             addSlide(slide);
     }
 
-    const std::map<std::string, TextPart> &textParts() const { return m_textParts; }
-
-    std::set<std::string> templates() const
-    {
-        std::set<std::string> names;
-        for (const auto &[name, part] : m_textParts) {
-            names.insert(part.layout);
-            names.insert(part.master);
-        }
-        names.erase(std::string());
-        return names;
-    }
-
-    std::set<std::string> themes() const
-    {
-        std::set<std::string> names;
-        for (const auto &[name, part] : m_textParts)
-            names.insert(part.theme);
-        names.erase(std::string());
-        return names;
-    }
+    const std::map<std::string, TextPart> &all() const { return m_parts; }
 
 private:
     void addSlide(const std::string &slide)
     {
-        TextPart part;
-        part.layout = m_relationships.target(slide, Relation::SlideLayout);
-        part.master = m_relationships.target(part.layout, Relation::SlideMaster);
-        part.theme = m_relationships.target(part.master, Relation::Theme);
+        const std::string layout = m_relationships.target(slide, "slideLayout");
+        const std::string master = m_relationships.target(layout, "slideMaster");
+        TextPart part = {layout, master, m_relationships.target(master, "theme")};
         add(slide, part);
-        const std::string notes = m_relationships.target(slide, Relation::NotesSlide);
-        if (!notes.empty())
-            addNotes(notes);
-        part.isTemplate = true;
-        if (!part.layout.empty())
-            add(part.layout, part);
-        if (!part.master.empty())
-            add(part.master, part);
+        const std::string notes = m_relationships.target(slide, "notesSlide");
+        const std::string notesMaster = m_relationships.target(notes, "notesMaster");
+        add(notes, {{}, notesMaster, m_relationships.target(notesMaster, "theme")});
+        part.kind = TextPart::Kind::Template;
+        add(layout, part);
+        add(master, part);
     }
 
-    void addNotes(const std::string &notes)
+    void add(const std::string &name, TextPart part)
     {
-        TextPart part;
-        part.master = m_relationships.target(notes, Relation::NotesMaster);
-        part.theme = m_relationships.target(part.master, Relation::Theme);
-        add(notes, part);
-    }
-
-    void add(const std::string &name, const TextPart &part)
-    {
-        if (!m_textParts.emplace(name, part).second)
+        if (name.empty() || !m_parts.emplace(name, part).second)
             return;
-        TextPart drawing = part;
-        drawing.isDrawing = true;
-        for (const Relation type : {Relation::Chart, Relation::DiagramDrawing}) {
-            for (const std::string &target : m_relationships.targets(name, type))
-                m_textParts.emplace(target, drawing);
-        }
+        part.kind = TextPart::Kind::Drawing;
+        for (const std::string &drawing :
+             m_relationships.targets(name, {"chart", "diagramDrawing"}))
+            m_parts.emplace(drawing, part);
     }
 
     const Relationships &m_relationships;
-    std::map<std::string, TextPart> m_textParts;
+    std::map<std::string, TextPart> m_parts;
 };
 
-template<typename Value>
-const Value *find(const std::map<std::string, Value> &values, const std::string &name)
+/// A presentation as far as it decides how text looks. The theme, layout or master that a part has
+/// not got is the one named "", which is empty.
+struct Presentation
 {
-    const auto found = values.find(name);
-    return found == values.end() ? nullptr : &found->second;
-}
+    Presentation(const PresentationParts &parts, FontUsage &usage) : properties(usage)
+    {
+        themes.try_emplace({}, usage);
+        templates.try_emplace({}, usage);
+        for (const auto &[name, part] : parts.all()) {
+            themes.try_emplace(part.theme, usage);
+            templates.try_emplace(part.layout, usage);
+            templates.try_emplace(part.master, usage);
+        }
+        if (templates.size() - 1 > limits::slideTemplates ||
+            themes.size() - 1 > limits::slideTemplates)
+            throw DocumentError("the presentation has too many layouts");
+    }
+
+    PartReaders readers(const std::string &mainPart)
+    {
+        PartReaders result = {{mainPart, readerFor(properties)}};
+        for (auto &[name, theme] : themes)
+            result.emplace(name, readerFor(theme));
+        for (auto &[name, slideTemplate] : templates)
+            result.emplace(name, readerFor(slideTemplate));
+        return result;
+    }
+
+    void readText(PackagePart &part, const TextPart &textPart, FontUsage &usage) const
+    {
+        const ThemeFonts &theme = themes.at(textPart.theme);
+        if (textPart.kind == TextPart::Kind::Drawing) {
+            DrawingText text(usage, theme);
+            part.read(text);
+            return;
+        }
+        SlideText text(usage,
+                       {theme, properties.defaultTextStyle(), templates.at(textPart.layout),
+                        templates.at(textPart.master)},
+                       textPart.kind == TextPart::Kind::Template ? SlideText::Placeholders::LeaveOut
+                                                                 : SlideText::Placeholders::Read);
+        part.read(text);
+    }
+
+    PresentationProperties properties;
+    std::map<std::string, ThemeFonts> themes;
+    std::map<std::string, SlideTemplate> templates;
+};
 
 } // namespace
 
@@ -114,41 +127,15 @@ void readPresentation(ArchivePackage &package, const Relationships &relationship
                       const std::string &mainPart, FontUsage &usage)
 {
     const PresentationParts parts(relationships, mainPart);
-    PresentationProperties properties(usage);
-    std::map<std::string, ThemeFonts> themes;
-    std::map<std::string, SlideTemplate> templates;
-    for (const std::string &name : parts.themes())
-        themes.emplace(name, usage);
-    for (const std::string &name : parts.templates())
-        templates.emplace(name, usage);
-    if (templates.size() > limits::slideTemplates || themes.size() > limits::slideTemplates)
-        throw DocumentError("the presentation has too many layouts");
-    std::map<std::string, XmlHandler *> context = {{mainPart, &properties}};
-    for (auto &[name, theme] : themes)
-        context.emplace(name, &theme);
-    for (auto &[name, slideTemplate] : templates)
-        context.emplace(name, &slideTemplate);
-    package.visit([&](const std::string &name) { return context.count(name) != 0; },
-                  [&](PackagePart &part) { part.read(*context.at(part.name())); });
-
-    const ThemeFonts noTheme(usage);
-    package.visit([&](const std::string &name) { return parts.textParts().count(name) != 0; },
-                  [&](PackagePart &part) {
-                      const TextPart &textPart = parts.textParts().at(part.name());
-                      const ThemeFonts *theme = find(themes, textPart.theme);
-                      const SlideContext slideContext = {
-                          theme ? *theme : noTheme, properties.defaultTextStyle(),
-                          find(templates, textPart.layout), find(templates, textPart.master)};
-                      if (textPart.isDrawing) {
-                          DrawingText text(usage, slideContext.theme);
-                          part.read(text);
-                          return;
-                      }
-                      SlideText text(usage, slideContext,
-                                     textPart.isTemplate ? SlideText::Placeholders::LeaveOut
-                                                         : SlideText::Placeholders::Read);
-                      part.read(text);
-                  });
+    Presentation presentation(parts, usage);
+    package.read(presentation.readers(mainPart));
+    PartReaders readers;
+    for (const auto &[name, textPart] : parts.all()) {
+        readers.emplace(name, [&, &textPart = textPart](PackagePart &part) {
+            presentation.readText(part, textPart, usage);
+        });
+    }
+    package.read(readers);
 }
 
 } // namespace standin

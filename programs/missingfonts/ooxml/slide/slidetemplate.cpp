@@ -52,25 +52,26 @@ const TextLevels &SlideTemplate::textStyle(const PlaceholderKey &key) const
 bool SlideTemplate::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::PresentationShape:
+    case presentationTag("sp"):
         m_inPlaceholder = false;
         break;
-    case Tag::PresentationPlaceholder:
+    case presentationTag("ph"):
         if (m_placeholders.size() >= limits::placeholders)
             throw DocumentError("a slide layout has too many placeholders");
         m_placeholders.push_back({PlaceholderKey::read(element), {}});
         m_inPlaceholder = true;
         break;
-    case Tag::DrawingListStyle:
+    case drawingTag("lstStyle"):
         m_levelsReader.setTarget(m_inPlaceholder ? &m_placeholders.back().levels : nullptr);
         break;
-    case Tag::PresentationTitleStyle:
+    case presentationTag("titleStyle"):
         m_levelsReader.setTarget(&m_title);
         break;
-    case Tag::PresentationBodyStyle:
+    case presentationTag("bodyStyle"):
+    case presentationTag("notesStyle"):
         m_levelsReader.setTarget(&m_body);
         break;
-    case Tag::PresentationOtherStyle:
+    case presentationTag("otherStyle"):
         m_levelsReader.setTarget(&m_other);
         break;
     default:
@@ -84,13 +85,14 @@ void SlideTemplate::endElement(Tag tag)
 {
     m_levelsReader.endElement(tag);
     switch (tag) {
-    case Tag::PresentationShape:
+    case presentationTag("sp"):
         m_inPlaceholder = false;
         break;
-    case Tag::DrawingListStyle:
-    case Tag::PresentationTitleStyle:
-    case Tag::PresentationBodyStyle:
-    case Tag::PresentationOtherStyle:
+    case drawingTag("lstStyle"):
+    case presentationTag("titleStyle"):
+    case presentationTag("bodyStyle"):
+    case presentationTag("notesStyle"):
+    case presentationTag("otherStyle"):
         m_levelsReader.setTarget(nullptr);
         break;
     default:

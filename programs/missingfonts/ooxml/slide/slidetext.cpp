@@ -14,12 +14,12 @@ SlideText::SlideText(FontUsage &usage, const SlideContext &context, Placeholders
 bool SlideText::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::PresentationShape:
-    case Tag::PresentationGraphicFrame:
+    case presentationTag("sp"):
+    case presentationTag("graphicFrame"):
         m_isLeftOut = false;
         beginShape({&m_context.defaultTextStyle});
         return true;
-    case Tag::PresentationPlaceholder:
+    case presentationTag("ph"):
         if (m_placeholders == Placeholders::LeaveOut)
             m_isLeftOut = true;
         else
@@ -32,7 +32,7 @@ bool SlideText::startElement(const XmlElement &element)
 
 void SlideText::endElement(Tag tag)
 {
-    if (tag == Tag::PresentationShape || tag == Tag::PresentationGraphicFrame)
+    if (tag == presentationTag("sp") || tag == presentationTag("graphicFrame"))
         m_isLeftOut = false;
     DrawingText::endElement(tag);
 }
@@ -47,15 +47,11 @@ std::vector<const TextLevels *> SlideText::placeholderStyles(const XmlElement &e
 {
     const PlaceholderKey key = PlaceholderKey::read(element);
     std::vector<const TextLevels *> styles;
-    if (m_context.layout) {
-        if (const TextLevels *levels = m_context.layout->byIndex(key))
+    for (const TextLevels *levels : {m_context.layout.byIndex(key), m_context.master.byType(key)}) {
+        if (levels)
             styles.push_back(levels);
     }
-    if (m_context.master) {
-        if (const TextLevels *levels = m_context.master->byType(key))
-            styles.push_back(levels);
-        styles.push_back(&m_context.master->textStyle(key));
-    }
+    styles.push_back(&m_context.master.textStyle(key));
     styles.push_back(&m_context.defaultTextStyle);
     return styles;
 }

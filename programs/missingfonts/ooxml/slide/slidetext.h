@@ -6,13 +6,13 @@ namespace standin {
 
 class SlideTemplate;
 
-/// What the text of a slide is set with. Layout and master are null where there is none.
+/// What the text of a slide inherits; a part without a layout or master has an empty one.
 struct SlideContext
 {
     const ThemeFonts &theme;
     const TextLevels &defaultTextStyle;
-    const SlideTemplate *layout;
-    const SlideTemplate *master;
+    const SlideTemplate &layout;
+    const SlideTemplate &master;
 };
 
 /// Reads the text of a slide, of notes, or of what a layout or master shows on its slides.
@@ -33,7 +33,7 @@ public:
 private:
     std::vector<const TextLevels *> placeholderStyles(const XmlElement &element) const;
 
-    const SlideContext &m_context;
+    SlideContext m_context;
     Placeholders m_placeholders;
     bool m_isLeftOut = false;
 };

@@ -1,6 +1,6 @@
 #include "programs/missingfonts/ooxml/word/worddocument.h"
 
-#include <unordered_map>
+#include <vector>
 
 #include "programs/missingfonts/ooxml/drawing/drawingtext.h"
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
@@ -14,30 +14,6 @@
 
 namespace standin {
 
-namespace {
-
-/// The parts that hold text, and whether it is a drawing's.
-std::unordered_map<std::string, bool> textParts(const Relationships &relationships,
-                                                const std::string &mainPart)
-{
-    std::unordered_map<std::string, bool> parts = {{mainPart, false}};
-    for (const Relation type : {Relation::Header, Relation::Footer, Relation::Footnotes,
-                                Relation::Endnotes, Relation::Comments}) {
-        for (const std::string &part : relationships.targets(mainPart, type))
-            parts.emplace(part, false);
-    }
-    std::unordered_map<std::string, bool> all = parts;
-    for (const auto &[part, isDrawing] : parts) {
-        for (const Relation type : {Relation::Chart, Relation::DiagramDrawing}) {
-            for (const std::string &drawing : relationships.targets(part, type))
-                all.emplace(drawing, true);
-        }
-    }
-    return all;
-}
-
-} // namespace
-
 void readWordDocument(ArchivePackage &package, const Relationships &relationships,
                       const std::string &mainPart, FontUsage &usage)
 {
@@ -46,33 +22,39 @@ void readWordDocument(ArchivePackage &package, const Relationships &relationship
     WordNumbering numbering(usage);
     WordFontTable fontTable(usage);
     WordSettings settings;
-    std::unordered_map<std::string, XmlHandler *> context;
-    const auto add = [&](Relation type, XmlHandler &handler) {
-        const std::string part = relationships.target(mainPart, type);
-        if (!part.empty())
-            context.emplace(part, &handler);
+    PartReaders context;
+    const auto readContext = [&](std::string_view type, XmlHandler &handler) {
+        context.emplace(relationships.target(mainPart, type), readerFor(handler));
     };
-    add(Relation::Theme, theme);
-    add(Relation::Styles, styles);
-    add(Relation::Numbering, numbering);
-    add(Relation::FontTable, fontTable);
-    add(Relation::Settings, settings);
-    package.visit([&](const std::string &name) { return context.count(name) != 0; },
-                  [&](PackagePart &part) { part.read(*context.at(part.name())); });
+    readContext("theme", theme);
+    readContext("styles", styles);
+    readContext("numbering", numbering);
+    readContext("fontTable", fontTable);
+    readContext("settings", settings);
+    package.read(context);
     styles.resolve();
 
     const WordContext wordContext = {styles, numbering, theme, settings};
-    const std::unordered_map<std::string, bool> parts = textParts(relationships, mainPart);
-    package.visit([&](const std::string &name) { return parts.count(name) != 0; },
-                  [&](PackagePart &part) {
-                      if (parts.at(part.name())) {
-                          DrawingText text(usage, theme);
-                          part.read(text);
-                      } else {
-                          WordText text(usage, wordContext);
-                          part.read(text);
-                      }
-                  });
+    std::vector<std::string> texts =
+        relationships.targets(mainPart, {"header", "footer", "footnotes", "endnotes", "comments"});
+    texts.push_back(mainPart);
+    PartReaders readers;
+    for (const std::string &name : texts) {
+        readers.emplace(name, [&](PackagePart &part) {
+            WordText text(usage, wordContext);
+            part.read(text);
+        });
+    }
+    for (const std::string &name : texts) {
+        for (const std::string &drawing :
+             relationships.targets(name, {"chart", "diagramDrawing"})) {
+            readers.emplace(drawing, [&](PackagePart &part) {
+                DrawingText text(usage, theme);
+                part.read(text);
+            });
+        }
+    }
+    package.read(readers);
 }
 
 } // namespace standin

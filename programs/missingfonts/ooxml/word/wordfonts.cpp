@@ -10,26 +10,22 @@ namespace {
 
 struct SlotAttribute
 {
-    std::string_view name;
-    WordFonts::Slot slot;
+    FontSet::Slot slot;
+    std::string_view family;
+    std::string_view theme; ///< goes before the other where an element has both
 };
 
-constexpr SlotAttribute familyAttributes[] = {{"ascii", WordFonts::Ascii},
-                                              {"hAnsi", WordFonts::HighAnsi},
-                                              {"eastAsia", WordFonts::EastAsian},
-                                              {"cs", WordFonts::Complex}};
+constexpr SlotAttribute slotAttributes[] = {{FontSet::Ascii, "ascii", "asciiTheme"},
+                                            {FontSet::HighAnsi, "hAnsi", "hAnsiTheme"},
+                                            {FontSet::EastAsian, "eastAsia", "eastAsiaTheme"},
+                                            {FontSet::Complex, "cs", "cstheme"}};
 
-/// They go before the others where an element has both.
-constexpr SlotAttribute themeAttributes[] = {{"asciiTheme", WordFonts::Ascii},
-                                             {"hAnsiTheme", WordFonts::HighAnsi},
-                                             {"eastAsiaTheme", WordFonts::EastAsian},
-                                             {"cstheme", WordFonts::Complex}};
-
+/// The family that a value such as "majorEastAsia" means.
 Family themeReference(std::string_view value)
 {
     constexpr std::string_view majorStart = "major";
     const bool major = value.substr(0, majorStart.size()) == majorStart;
-    const std::string_view kind = value.substr(value.empty() ? 0 : majorStart.size());
+    const std::string_view kind = value.substr(majorStart.size());
     if (kind == "EastAsia")
         return major ? MajorEastAsian : MinorEastAsian;
     if (kind == "Bidi")
@@ -39,25 +35,15 @@ Family themeReference(std::string_view value)
 
 } // namespace
 
-void WordFonts::read(const XmlElement &element, FontUsage &usage)
+void readRunFonts(const XmlElement &element, FontSet &fonts, FontUsage &usage)
 {
-    for (const SlotAttribute &attribute : familyAttributes) {
-        const std::string name = element.attribute(Vocabulary::Word, attribute.name);
+    for (const SlotAttribute &attribute : slotAttributes) {
+        const std::string name = element.attribute(Vocabulary::Word, attribute.family);
         if (!name.empty())
-            families[attribute.slot] = usage.family(name);
-    }
-    for (const SlotAttribute &attribute : themeAttributes) {
-        const std::string value = element.attribute(Vocabulary::Word, attribute.name);
-        if (value.size() > 5)
-            families[attribute.slot] = themeReference(value);
-    }
-}
-
-void WordFonts::inherit(const WordFonts &below)
-{
-    for (std::size_t slot = 0; slot < Slots; ++slot) {
-        if (families[slot] == noFamily)
-            families[slot] = below.families[slot];
+            fonts[attribute.slot] = usage.family(name);
+        const std::string theme = element.attribute(Vocabulary::Word, attribute.theme);
+        if (theme.size() > std::string_view("major").size())
+            fonts[attribute.slot] = themeReference(theme);
     }
 }
 

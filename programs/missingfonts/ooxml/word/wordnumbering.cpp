@@ -43,29 +43,29 @@ const WordNumbering::Label *WordNumbering::label(int numbering, int level) const
 bool WordNumbering::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::WordAbstractNumbering:
+    case wordTag("abstractNum"):
         m_levels = &m_abstract[element.number(Vocabulary::Word, "abstractNumId", -1)];
         break;
-    case Tag::WordNumber:
+    case wordTag("num"):
         m_numbering = &m_numberings[element.number(Vocabulary::Word, "numId", -1)];
         m_levels = &m_numbering->overrides;
         break;
-    case Tag::WordAbstractNumberingReference:
+    case wordTag("abstractNumId"):
         if (m_numbering)
             m_numbering->abstractNumbering = element.number(Vocabulary::Word, "val", -1);
         break;
-    case Tag::WordLevel:
+    case wordTag("lvl"):
         beginLevel(element);
         break;
-    case Tag::WordNumberFormat:
+    case wordTag("numFmt"):
         m_eastAsianNumbers = isEastAsian(element.attribute(Vocabulary::Word, "val"));
         break;
-    case Tag::WordLevelText:
+    case wordTag("lvlText"):
         m_text = element.attribute(Vocabulary::Word, "val");
         break;
-    case Tag::WordRunFonts:
+    case wordTag("rFonts"):
         if (m_label)
-            m_label->fonts.read(element, m_usage);
+            readRunFonts(element, m_label->fonts, m_usage);
         break;
     default:
         break;
@@ -86,9 +86,9 @@ void WordNumbering::beginLevel(const XmlElement &element)
 
 void WordNumbering::endElement(Tag tag)
 {
-    if (tag == Tag::WordLevel) {
+    if (tag == wordTag("lvl")) {
         endLevel();
-    } else if (tag == Tag::WordAbstractNumbering || tag == Tag::WordNumber) {
+    } else if (tag == wordTag("abstractNum") || tag == wordTag("num")) {
         m_levels = nullptr;
         m_numbering = nullptr;
     }

@@ -15,7 +15,7 @@ public:
     /// The label of one level of a list.
     struct Label
     {
-        WordFonts fonts;
+        FontSet fonts;
         /// Kinds of its characters; none for a list without labels.
         unsigned scripts = 0;
     };

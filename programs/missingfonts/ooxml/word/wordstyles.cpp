@@ -50,31 +50,31 @@ void WordStyles::resolve(const std::string &identifier)
 bool WordStyles::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::WordDocumentDefaults:
+    case wordTag("rPrDefault"):
         m_inDefaults = true;
         break;
-    case Tag::WordStyle:
+    case wordTag("style"):
         beginStyle(element);
         break;
-    case Tag::WordTableStylePart: // for some cells of a table only
-    case Tag::WordRunPropertiesChange:
-    case Tag::WordParagraphPropertiesChange:
+    case wordTag("tblStylePr"): // for some cells of a table only
+    case wordTag("rPrChange"):
+    case wordTag("pPrChange"):
         return false;
-    case Tag::WordBasedOn:
+    case wordTag("basedOn"):
         if (m_current)
             m_current->base = element.attribute(Vocabulary::Word, "val");
         break;
-    case Tag::WordRunFonts:
+    case wordTag("rFonts"):
         if (m_inDefaults)
-            m_defaults.read(element, m_usage);
+            readRunFonts(element, m_defaults, m_usage);
         else if (m_current)
-            m_current->style.fonts.read(element, m_usage);
+            readRunFonts(element, m_current->style.fonts, m_usage);
         break;
-    case Tag::WordNumberingId:
+    case wordTag("numId"):
         if (m_current)
             m_current->style.numbering = element.number(Vocabulary::Word, "val", -1);
         break;
-    case Tag::WordLevelIndex:
+    case wordTag("ilvl"):
         if (m_current)
             m_current->style.level = element.number(Vocabulary::Word, "val", 0);
         break;
@@ -101,9 +101,9 @@ void WordStyles::beginStyle(const XmlElement &element)
 
 void WordStyles::endElement(Tag tag)
 {
-    if (tag == Tag::WordDocumentDefaults)
+    if (tag == wordTag("rPrDefault"))
         m_inDefaults = false;
-    else if (tag == Tag::WordStyle)
+    else if (tag == wordTag("style"))
         m_current = nullptr;
 }
 

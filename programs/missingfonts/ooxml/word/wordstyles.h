@@ -17,7 +17,7 @@ public:
     /// A style with all that it inherits from the styles that it is based on.
     struct Style
     {
-        WordFonts fonts;
+        FontSet fonts;
         /// The list that its paragraphs are in; -1 when they are in none.
         int numbering = -1;
         int level = 0;
@@ -28,7 +28,7 @@ public:
     /// Passes the inherited on; to be called when the part has been read.
     void resolve();
 
-    const WordFonts &documentDefaults() const { return m_defaults; }
+    const FontSet &documentDefaults() const { return m_defaults; }
 
     /// The style of that identifier; one that says nothing when there is none.
     const Style &style(std::string_view identifier) const;
@@ -51,7 +51,7 @@ private:
     void resolve(const std::string &identifier);
 
     FontUsage &m_usage;
-    WordFonts m_defaults;
+    FontSet m_defaults;
     std::unordered_map<std::string, Record> m_records;
     std::string m_defaultParagraph;
     std::string m_defaultTable;

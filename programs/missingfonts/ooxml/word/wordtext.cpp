@@ -16,19 +16,17 @@ Family WordContext::resolved(Family family) const
 bool WordText::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::Unknown:
-        return true;
-    case Tag::WordRunPropertiesChange: // as it was before
-    case Tag::WordParagraphPropertiesChange:
+    case wordTag("rPrChange"): // as it was before
+    case wordTag("pPrChange"):
         return false;
-    case Tag::WordParagraph:
+    case wordTag("p"):
         m_paragraphs.emplace_back();
         m_paragraphs.back().style = &m_context.styles.defaultParagraphStyle();
         return true;
-    case Tag::WordTable:
+    case wordTag("tbl"):
         m_tables.push_back(&m_context.styles.defaultTableStyle());
         return true;
-    case Tag::WordTableStyle:
+    case wordTag("tblStyle"):
         if (!m_tables.empty())
             m_tables.back() = &m_context.styles.style(element.attribute(Vocabulary::Word, "val"));
         return true;
@@ -40,17 +38,17 @@ bool WordText::startElement(const XmlElement &element)
 bool WordText::startInParagraph(Paragraph &paragraph, const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::WordParagraphProperties:
+    case wordTag("pPr"):
         paragraph.inProperties = true;
         break;
-    case Tag::WordRun:
-    case Tag::MathRun:
+    case wordTag("r"):
+    case tagOf(Vocabulary::Math, "r"):
         paragraph.run = Run();
         paragraph.inRun = true;
         break;
-    case Tag::WordText:
-    case Tag::WordDeletedText:
-    case Tag::MathText:
+    case wordTag("t"):
+    case wordTag("delText"):
+    case tagOf(Vocabulary::Math, "t"):
         paragraph.inText = paragraph.inRun;
         break;
     default:
@@ -66,17 +64,17 @@ bool WordText::startInParagraph(Paragraph &paragraph, const XmlElement &element)
 void WordText::startInProperties(Paragraph &paragraph, const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::WordParagraphStyle:
+    case wordTag("pStyle"):
         paragraph.style = &m_context.styles.style(element.attribute(Vocabulary::Word, "val"));
         break;
-    case Tag::WordNumberingId:
+    case wordTag("numId"):
         paragraph.numbering = element.number(Vocabulary::Word, "val", -1);
         break;
-    case Tag::WordLevelIndex:
+    case wordTag("ilvl"):
         paragraph.level = element.number(Vocabulary::Word, "val", -1);
         break;
-    case Tag::WordRunFonts:
-        paragraph.mark.read(element, m_usage);
+    case wordTag("rFonts"):
+        readRunFonts(element, paragraph.mark, m_usage);
         break;
     default:
         break;
@@ -86,24 +84,26 @@ void WordText::startInProperties(Paragraph &paragraph, const XmlElement &element
 void WordText::startInRun(Run &run, const XmlElement &element)
 {
     switch (element.tag()) {
-    case Tag::WordRunFonts:
-        run.fonts.read(element, m_usage);
+    case wordTag("rFonts"):
+        readRunFonts(element, run.fonts, m_usage);
         run.prefersEastAsian = element.attribute(Vocabulary::Word, "hint") == "eastAsia";
         break;
-    case Tag::WordRunStyle:
+    case wordTag("rStyle"):
         run.style = &m_context.styles.style(element.attribute(Vocabulary::Word, "val"));
         break;
-    case Tag::WordComplex:
-    case Tag::WordRightToLeft:
+    case wordTag("cs"):
+    case wordTag("rtl"):
         run.isComplex = element.isOn(Vocabulary::Word, "val");
         break;
-    case Tag::WordSymbol:
+    case wordTag("sym"):
         m_usage.use(m_usage.family(element.attribute(Vocabulary::Word, "font")));
         break;
-    case Tag::WordFootnoteReference:
-    case Tag::WordEndnoteReference:
-    case Tag::WordAnnotationReference:
-    case Tag::WordPageNumber:
+    case wordTag("footnoteReference"):
+    case wordTag("footnoteRef"):
+    case wordTag("endnoteReference"):
+    case wordTag("endnoteRef"):
+    case wordTag("annotationRef"):
+    case wordTag("pgNum"):
         run.scripts |= AsciiScript;
         break;
     default:
@@ -121,25 +121,25 @@ void WordText::text(std::string_view text)
 
 void WordText::endElement(Tag tag)
 {
-    if (tag == Tag::WordTable && !m_tables.empty())
+    if (tag == wordTag("tbl") && !m_tables.empty())
         m_tables.pop_back();
     if (m_paragraphs.empty())
         return;
     Paragraph &paragraph = m_paragraphs.back();
     switch (tag) {
-    case Tag::WordText:
-    case Tag::WordDeletedText:
-    case Tag::MathText:
+    case wordTag("t"):
+    case wordTag("delText"):
+    case tagOf(Vocabulary::Math, "t"):
         paragraph.inText = false;
         break;
-    case Tag::WordParagraphProperties:
+    case wordTag("pPr"):
         paragraph.inProperties = false;
         break;
-    case Tag::WordRun:
-    case Tag::MathRun:
+    case wordTag("r"):
+    case tagOf(Vocabulary::Math, "r"):
         endRun(paragraph);
         break;
-    case Tag::WordParagraph:
+    case wordTag("p"):
         endParagraph(paragraph);
         m_paragraphs.pop_back();
         break;
@@ -169,12 +169,12 @@ void WordText::endParagraph(const Paragraph &paragraph)
     const WordNumbering::Label *label = m_context.numbering.label(numbering, level);
     if (!label)
         return;
-    WordFonts fonts = label->fonts;
+    FontSet fonts = label->fonts;
     fonts.inherit(paragraph.mark);
     use(fonts, paragraph, label->scripts);
 }
 
-void WordText::use(WordFonts fonts, const Paragraph &paragraph, unsigned scripts)
+void WordText::use(FontSet fonts, const Paragraph &paragraph, unsigned scripts)
 {
     fonts.inherit(paragraph.style->fonts);
     if (!m_tables.empty())

@@ -38,7 +38,7 @@ public:
 private:
     struct Run
     {
-        WordFonts fonts;
+        FontSet fonts;
         const WordStyles::Style *style = nullptr;
         unsigned scripts = 0;
         bool isComplex = false;
@@ -48,7 +48,7 @@ private:
     struct Paragraph
     {
         const WordStyles::Style *style = nullptr;
-        WordFonts mark;
+        FontSet mark;
         Run run;
         int numbering = -1;
         int level = -1;
@@ -62,7 +62,7 @@ private:
     void startInRun(Run &run, const XmlElement &element);
     void endRun(Paragraph &paragraph);
     void endParagraph(const Paragraph &paragraph);
-    void use(WordFonts fonts, const Paragraph &paragraph, unsigned scripts);
+    void use(FontSet fonts, const Paragraph &paragraph, unsigned scripts);
 
     FontUsage &m_usage;
     const WordContext &m_context;
