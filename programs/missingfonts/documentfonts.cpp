@@ -15,7 +15,6 @@
 #include "programs/missingfonts/package/relationships.h"
 #include "programs/missingfonts/rtf/rtfdocument.h"
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 #include "programs/missingfonts/xml/xmlscanner.h"
 
 namespace standin {
@@ -103,8 +102,7 @@ std::vector<UsedFamily> documentFonts(const QString &path)
     } else if (start.startsWith("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1")) {
         readOleDocument(file, usage);
     } else if (isRtf(start)) {
-        RtfDocument document(usage);
-        document.read(file);
+        readRtfDocument(file, usage);
     } else {
         unknownKind();
     }

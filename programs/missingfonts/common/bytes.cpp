@@ -4,6 +4,15 @@
 
 namespace standin {
 
+int hexadecimalDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
 std::uint8_t byteAt(std::string_view data, std::size_t offset)
 {
     return offset < data.size() ? static_cast<std::uint8_t>(data[offset]) : std::uint8_t(0);

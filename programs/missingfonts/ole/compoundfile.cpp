@@ -32,13 +32,13 @@ CompoundFile::CompoundFile(QIODevice &file)
     readHeader();
 }
 
-std::uint64_t CompoundFile::size(const std::string &name) const
+std::uint64_t CompoundFile::size(std::string_view name) const
 {
     const auto found = m_streams.find(name);
     return found == m_streams.end() ? 0 : found->second.size;
 }
 
-std::string CompoundFile::read(const std::string &name, std::uint64_t offset, std::size_t size)
+std::string CompoundFile::read(std::string_view name, std::uint64_t offset, std::size_t size)
 {
     const auto found = m_streams.find(name);
     if (found == m_streams.end() || offset >= found->second.size)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -20,14 +21,14 @@ public:
     explicit CompoundFile(QIODevice &file);
 
     /// Whether there is a stream of that name in the root storage.
-    bool contains(const std::string &name) const { return m_streams.count(name) != 0; }
+    bool contains(std::string_view name) const { return m_streams.find(name) != m_streams.end(); }
 
     /// The size of a stream; zero when there is none.
-    std::uint64_t size(const std::string &name) const;
+    std::uint64_t size(std::string_view name) const;
 
     /// Up to @p size bytes from @p offset of a stream; fewer at its end.
     /// @throws DocumentError when the chain of its sectors is damaged
-    std::string read(const std::string &name, std::uint64_t offset, std::size_t size);
+    std::string read(std::string_view name, std::uint64_t offset, std::size_t size);
 
 private:
     struct Stream
@@ -81,7 +82,7 @@ private:
     std::string m_cachedFat;
     Stream m_miniFat;
     Stream m_miniStream;
-    std::map<std::string, Stream> m_streams;
+    std::map<std::string, Stream, std::less<>> m_streams;
     Position m_position;
     Position m_miniFatPosition;
     Position m_miniStreamPosition;

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "programs/missingfonts/common/bytes.h"
 #include "programs/missingfonts/common/limits.h"
 
 namespace standin {
@@ -11,14 +12,6 @@ namespace {
 char lower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-int hexadecimalDigit(char c)
-{
-    c = lower(c);
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
 std::string percentDecoded(std::string_view text)

@@ -9,7 +9,6 @@
 #include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
 

@@ -55,33 +55,30 @@ void RtfFontTable::beginFont(int number)
 
 void RtfFontTable::addByte(unsigned char byte, bool toAlternative)
 {
-    std::string &bytes = toAlternative ? m_alternativeBytes : m_nameBytes;
+    std::string &bytes = (toAlternative ? m_alternative : m_name).bytes;
     if (bytes.size() <= limits::familyNameBytes)
         bytes += static_cast<char>(byte);
 }
 
 void RtfFontTable::addCharacter(QChar character, bool toAlternative)
 {
-    QString &characters = toAlternative ? m_alternative : m_name;
-    characters = takeText(toAlternative ? m_alternativeBytes : m_nameBytes, characters);
-    if (characters.size() <= static_cast<int>(limits::familyNameBytes))
-        characters += character;
+    Name &name = toAlternative ? m_alternative : m_name;
+    name.decoded = take(name);
+    if (name.decoded.size() <= static_cast<int>(limits::familyNameBytes))
+        name.decoded += character;
 }
 
-QString RtfFontTable::takeText(std::string &bytes, QString &characters) const
+QString RtfFontTable::take(Name &name) const
 {
-    const QString decoded =
-        bytes.empty()
-            ? QString()
-            : codecFor(m_characterSet)->toUnicode(bytes.data(), static_cast<int>(bytes.size()));
-    bytes.clear();
-    return std::exchange(characters, QString()) + decoded;
+    const Name taken = std::exchange(name, {});
+    const int size = static_cast<int>(taken.bytes.size());
+    return taken.decoded + codecFor(m_characterSet)->toUnicode(taken.bytes.data(), size);
 }
 
 void RtfFontTable::endFont()
 {
-    const QString name = withoutVariant(takeText(m_nameBytes, m_name).trimmed(), m_characterSet);
-    const QString alternative = takeText(m_alternativeBytes, m_alternative);
+    const QString name = withoutVariant(take(m_name).trimmed(), m_characterSet);
+    const QString alternative = take(m_alternative);
     if (m_number >= 0) {
         if (m_fonts.size() >= limits::families)
             throw DocumentError("the document's table of fonts is too long");

@@ -29,17 +29,22 @@ public:
     Family font(int number) const;
 
 private:
-    QString takeText(std::string &bytes, QString &characters) const;
+    /// A name that is still being read: what is decoded, and the bytes after that.
+    struct Name
+    {
+        QString decoded;
+        std::string bytes;
+    };
+
+    QString take(Name &name) const;
 
     FontUsage &m_usage;
     std::map<int, Family> m_fonts;
     int m_number = -1;
     int m_characterSet = 0;
     bool m_embedded = false;
-    std::string m_nameBytes;
-    QString m_name;
-    std::string m_alternativeBytes;
-    QString m_alternative;
+    Name m_name;
+    Name m_alternative;
 };
 
 } // namespace standin

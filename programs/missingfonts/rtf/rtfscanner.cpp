@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <charconv>
 
+#include "programs/missingfonts/common/bytes.h"
+
 namespace standin {
 
 namespace {
 
-/// The longest that readers have to know.
+/// The longest word and number that readers have to know.
 constexpr std::size_t wordBytes = 32;
 constexpr std::size_t numberBytes = 11;
 
@@ -19,15 +21,6 @@ bool isLetter(char c)
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-int hexadecimalDigit(char c)
-{
-    if (isDigit(c))
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : 0;
 }
 
 } // namespace
@@ -58,7 +51,7 @@ void RtfScanner::take(char c)
         break;
     case State::Word:
     case State::Number:
-        // A blank ends a word and belongs to it.
+        // A blank that ends a word is part of it.
         if (!takeWordOrNumber(c) && c != ' ')
             takeText(c);
         break;
@@ -72,10 +65,10 @@ void RtfScanner::takeText(char c)
 {
     switch (c) {
     case '{':
-        m_handler.beginGroup();
+        beginGroup();
         break;
     case '}':
-        m_handler.endGroup();
+        endGroup();
         break;
     case '\\':
         m_state = State::Backslash;
@@ -85,7 +78,7 @@ void RtfScanner::takeText(char c)
     case '\0':
         break;
     default:
-        m_handler.byte(static_cast<unsigned char>(c));
+        byte(static_cast<unsigned char>(c));
         break;
     }
 }
@@ -104,9 +97,9 @@ void RtfScanner::takeAfterBackslash(char c)
         m_hexadecimal = 0;
         m_hexadecimalDigits = 0;
     } else if (c == '\\' || c == '{' || c == '}') {
-        m_handler.byte(static_cast<unsigned char>(c));
+        byte(static_cast<unsigned char>(c));
     } else {
-        m_handler.symbol(c);
+        symbol(c);
     }
 }
 
@@ -136,16 +129,16 @@ void RtfScanner::endWord()
     if (m_word == "bin")
         m_binary = std::max(0, number);
     else
-        m_handler.word(m_word, hasNumber, number);
+        word(m_word, hasNumber, number);
 }
 
 void RtfScanner::takeHexadecimal(char c)
 {
-    m_hexadecimal = m_hexadecimal * 16 + hexadecimalDigit(c);
+    m_hexadecimal = m_hexadecimal * 16 + std::max(0, hexadecimalDigit(c));
     if (++m_hexadecimalDigits < 2)
         return;
     m_state = State::Text;
-    m_handler.byte(static_cast<unsigned char>(m_hexadecimal));
+    byte(static_cast<unsigned char>(m_hexadecimal));
 }
 
 } // namespace standin

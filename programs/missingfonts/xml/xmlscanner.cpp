@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmltext.h"
 
 namespace standin {

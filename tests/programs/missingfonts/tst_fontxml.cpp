@@ -2,7 +2,6 @@
 
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 #include "programs/missingfonts/xml/xmlscanner.h"
 #include "tests/support/shell/headlesstest.h"
 

@@ -4,7 +4,6 @@
 
 #include "programs/missingfonts/common/textscripts.h"
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
-#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
-#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

@@ -5,7 +5,7 @@
 #include <unordered_map>
 
 #include "programs/missingfonts/common/fontset.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

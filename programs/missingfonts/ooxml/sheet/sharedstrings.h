@@ -5,7 +5,7 @@
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
 #include "programs/missingfonts/ooxml/sheet/richtext.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

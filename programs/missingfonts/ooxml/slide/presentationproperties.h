@@ -2,7 +2,6 @@
 
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
 

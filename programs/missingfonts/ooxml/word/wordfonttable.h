@@ -2,7 +2,6 @@
 
 #include "programs/missingfonts/common/fontusage.h"
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
 

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "programs/missingfonts/xml/xmlelement.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
 
 namespace standin {
 

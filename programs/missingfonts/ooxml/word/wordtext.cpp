@@ -2,7 +2,6 @@
 
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/word/wordsettings.h"
-#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 

@@ -5,7 +5,7 @@
 #include "programs/missingfonts/ooxml/word/wordfonts.h"
 #include "programs/missingfonts/ooxml/word/wordnumbering.h"
 #include "programs/missingfonts/ooxml/word/wordstyles.h"
-#include "programs/missingfonts/xml/xmlhandler.h"
+#include "programs/missingfonts/xml/xmlelement.h"
 
 namespace standin {
 
