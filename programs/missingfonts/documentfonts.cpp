@@ -12,6 +12,7 @@
 #include "programs/missingfonts/ooxml/slide/presentationdocument.h"
 #include "programs/missingfonts/ooxml/word/worddocument.h"
 #include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/package/relationships.h"
 #include "programs/missingfonts/rtf/rtfdocument.h"
 #include "programs/missingfonts/xml/xmlelement.h"
@@ -26,7 +27,7 @@ namespace {
     throw DocumentError("the document is of a kind that cannot be read");
 }
 
-/// Sees which vocabulary the root element of a part is from.
+/// Keeps the root element of a part.
 class RootElement : public XmlHandler
 {
 public:
@@ -45,12 +46,9 @@ private:
 
 std::optional<Tag> rootTag(PackagePart &part)
 {
-    constexpr std::string_view binaryEnding = ".bin";
-    const std::string &name = part.name();
-    if (name.size() > binaryEnding.size() &&
-        name.substr(name.size() - binaryEnding.size()) == binaryEnding)
+    if (endsWith(part.name(), ".bin"))
         return sheetTag("workbook");
-    // The root element stands at the beginning; no more than that has to be looked at.
+    // The root element comes first; the rest need not be read.
     constexpr std::size_t beginningBytes = 65536;
     RootElement root;
     XmlScanner scanner(root);

@@ -8,9 +8,9 @@
 
 namespace standin {
 
-/// The font families that some text of a document is set in, without those that it carries itself.
-/// What kind of document it is shows its content, not its name.
-/// @throws DocumentError when it cannot be read or is of no known kind
+/// The font families that a document uses for its text, without the embedded ones. The kind of
+/// document is recognised by content, not by name.
+/// @throws DocumentError when it cannot be read or its kind is unknown
 std::vector<UsedFamily> documentFonts(const QString &path);
 
 } // namespace standin

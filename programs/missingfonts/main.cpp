@@ -46,8 +46,8 @@ int fail(const char *reason)
 
 } // namespace
 
-/// Stands in for the suite's program of that name where the suite is not installed. Of what that
-/// does it knows one thing: to save the fonts of a document that the machine lacks.
+/// Replaces the suite's program of that name where the suite is not installed. It can do one thing:
+/// save which fonts of a document the machine lacks.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

@@ -2,8 +2,8 @@
 
 namespace standin {
 
-/// While it lives, the process cannot take more memory than reading a document needs; more gives
-/// std::bad_alloc. The readers keep well below by themselves.
+/// While one exists, the process cannot allocate more memory than reading a document needs:
+/// further allocations throw std::bad_alloc. The readers normally stay well below.
 class MemoryLimit
 {
 public:
@@ -14,9 +14,9 @@ private:
     unsigned long m_previous = 0;
 };
 
-/// Ends the process with a message and status 1 when it has run for unreasonably long, and when
-/// memory runs out where no exception can pass: libarchive's list of entries grows with the
-/// package, and it calls exit() when there is no room for it.
+/// Ends the process with a message and status 1 when it has run unreasonably long or memory runs
+/// out where no exception can pass. libarchive's list of entries grows with the package, and it
+/// calls exit() when it cannot allocate that.
 void guardProcess();
 
 } // namespace standin

@@ -5,7 +5,7 @@
 
 namespace standin {
 
-/// A document that cannot be read; the text says why, in words for the user.
+/// The document cannot be read; the text tells the user why.
 class DocumentError : public std::runtime_error
 {
 public:

@@ -16,8 +16,7 @@ using Family = int;
 /// No font is named.
 constexpr Family noFamily = -1;
 
-/// Names of theme fonts, as drawing text writes them; they have the same numbers in every
-/// FontUsage.
+/// The theme fonts that drawing text can refer to; they have the same numbers in every FontUsage.
 enum ThemeReference : Family {
     MajorLatin,
     MajorEastAsian,
@@ -28,7 +27,7 @@ enum ThemeReference : Family {
     ThemeReferences
 };
 
-/// A family that some text of a document is set in.
+/// A family that some text of a document uses.
 struct UsedFamily
 {
     /// As the document writes it; several names separated by ";" are tried in turn.
@@ -37,30 +36,30 @@ struct UsedFamily
     QString alternative;
 };
 
-/// The font families that a document names and those of them that text is set in.
+/// The font families that a document names, and which of them its text uses.
 class FontUsage
 {
 public:
     FontUsage();
 
-    /// The number of a name (UTF-8), noFamily for an empty one.
+    /// The number of a name (UTF-8); noFamily for an empty name.
     /// @throws DocumentError when the document names unreasonably many fonts
     Family family(std::string_view name);
 
-    /// Notes that some text is set in the family; noFamily is ignored.
+    /// Marks the family as used by some text; ignores noFamily.
     void use(Family family)
     {
         if (family != noFamily)
             m_families[static_cast<std::size_t>(family)].used = true;
     }
 
-    /// The document carries the font itself, so it cannot be missing.
+    /// The font is embedded in the document, so it cannot be missing.
     void setEmbedded(Family family);
 
-    /// Keeps another name of the family; an empty one takes none away.
+    /// Stores another name of the family; ignores an empty one.
     void setAlternative(Family family, const std::string &name);
 
-    /// The families in use without the embedded ones, in the order of their first mention.
+    /// The used families without the embedded ones, in the order of their first mention.
     /// @throws DocumentError when there are unreasonably many
     std::vector<UsedFamily> used() const;
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What a document may ask of the reader. A real document stays far below each of these; what is
-/// above is refused, so that a hostile one can cost neither the memory nor the time of a machine.
+/// What a document may demand of the reader. Real documents stay far below; anything above is
+/// refused, so that a hostile document cannot exhaust memory or time.
 namespace standin::limits {
 
 /// All that is unpacked of one package, over all its parts and passes.
@@ -20,7 +20,7 @@ constexpr std::size_t xmlNamespaceBindings = 1024;
 
 constexpr std::size_t familyNameBytes = 512;
 constexpr std::size_t families = 20000;
-/// Each of them is asked of fontconfig, which takes about a millisecond.
+/// Each is looked up with fontconfig, which takes about a millisecond.
 constexpr std::size_t usedFamilies = 1000;
 
 constexpr std::size_t styles = 50000;

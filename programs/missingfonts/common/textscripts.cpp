@@ -16,7 +16,7 @@ struct Range
     bool sharedWithEastAsian;
 };
 
-/// In order. What is between two of them belongs to the "high ANSI" font.
+/// Sorted. Characters between the ranges use the "high ANSI" font.
 constexpr Range ranges[] = {
     {0x0000, 0x007F, AsciiScript, false},
     {0x0080, 0x058F, HighAnsiScript, true},
@@ -38,11 +38,11 @@ constexpr Range ranges[] = {
     {0xFE30, 0xFE6F, EastAsianScript, false},
     {0xFE70, 0xFEFE, ComplexScript, false},
     {0xFF00, 0xFFEF, EastAsianScript, false},
-    // Writers keep all that takes a surrogate pair in the East Asian font.
+    // Writers use the East Asian font for every surrogate pair.
     {0x10000, 0x10FFFF, EastAsianScript, false},
 };
 
-/// How the three bytes of U+4000 to U+9FFF begin.
+/// The first of the three UTF-8 bytes of U+4000 to U+9FFF.
 constexpr unsigned char firstIdeographLead = 0xE4;
 constexpr unsigned char lastIdeographLead = 0xE9;
 
@@ -59,7 +59,7 @@ bool isAscii(const char *text, std::size_t size)
     return (bits & 0x8080808080808080U) == 0;
 }
 
-/// Takes the character at the front off; malformed text gives U+FFFD.
+/// Removes the first character and returns it; U+FFFD for malformed text.
 char32_t takeCharacter(std::string_view &text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
@@ -99,7 +99,8 @@ unsigned scriptsOf(std::string_view text, bool preferEastAsian)
         return AsciiScript;
     unsigned scripts = 0;
     while (!text.empty()) {
-        // Most characters are one of these two; long texts are taken three times as fast.
+        // Most characters are ASCII or ideographs: the short cut makes long texts three times as
+        // fast.
         const auto lead = static_cast<unsigned char>(text.front());
         if (lead < 0x80) {
             scripts |= AsciiScript;

@@ -13,11 +13,11 @@ enum Script : unsigned {
     SymbolScript = 16 ///< characters of symbol fonts, in the private use area
 };
 
-/// The kind of a character. @p preferEastAsian: characters that Latin and East Asian fonts share
-/// count as East Asian, as the writer's "hint" says.
+/// The kind of a character. @p preferEastAsian: the writer's "hint" that characters which Latin and
+/// East Asian fonts share are East Asian.
 Script scriptOf(char32_t character, bool preferEastAsian = false);
 
-/// The kinds of characters in a piece of UTF-8 text, joined by "or".
+/// The kinds of characters in a piece of UTF-8 text, as Script bits.
 unsigned scriptsOf(std::string_view text, bool preferEastAsian = false);
 
 } // namespace standin

@@ -4,9 +4,9 @@
 
 namespace standin {
 
-/// All names of the family that @p name is one of, the English one first; @p name alone when it is
-/// not in the table. East Asian fonts go by an English name and one in their own script, and
-/// documents write either.
+/// All names of the family called @p name, the English one first; @p name alone when it is not in
+/// the table. East Asian fonts have an English name and one in their own script, and documents use
+/// either.
 QStringList familyAliases(const QString &name);
 
 } // namespace standin

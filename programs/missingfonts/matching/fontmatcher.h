@@ -8,13 +8,13 @@ struct _FcConfig;
 
 namespace standin {
 
-/// Asks fontconfig for fonts as a renderer does.
+/// Looks fonts up with fontconfig, as a renderer does.
 class FontMatcher
 {
 public:
     enum class Presence {
         Present,
-        Substituted, ///< another font that fontconfig names for it, such as one of equal widths
+        Substituted, ///< fontconfig names another font for it, such as one of equal widths
         Missing
     };
 
@@ -26,11 +26,11 @@ public:
     };
 
     /// Loads the fonts and the configuration of the user.
-    /// @throws std::runtime_error when there is no configuration to be had
+    /// @throws std::runtime_error when there is no configuration
     FontMatcher();
 
-    /// A family that is there, or that has a substitute, is found whichever general family stands
-    /// behind it; a missing one gives way to that.
+    /// Looks the family up with "serif" and with "sans" as the fallback: only a missing family
+    /// gives two different fonts.
     Match match(const QString &family) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     Font find(const QString &family, const char *general) const;
 
     std::shared_ptr<_FcConfig> m_config;
-    // Without, the machine has one font only, which answers every question.
+    // False when the machine has a single font, which matches everything.
     bool m_generalFamiliesDiffer = true;
 };
 

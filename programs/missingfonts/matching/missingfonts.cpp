@@ -8,11 +8,11 @@ namespace standin {
 
 namespace {
 
-/// The names that a document writes for one font, in the order in which a renderer tries them.
+/// The names that a document gives one font, in the order in which a renderer tries them.
 QStringList candidates(const UsedFamily &family)
 {
     QStringList names;
-    // A comma separates alternatives only; a family's own name may have one.
+    // A comma separates alternatives only: a family's own name may contain one.
     const QString alternatives =
         QString(family.alternative).replace(QLatin1Char(','), QLatin1Char(';'));
     const QStringList written =
@@ -56,7 +56,7 @@ FontReport reportFonts(const std::vector<UsedFamily> &families, const MatchFamil
             report.substituted.append(names.first() + QStringLiteral(": ") + found.family);
         if (found.presence != FontMatcher::Presence::Missing)
             continue;
-        // The English name stands for a family that the document calls by several.
+        // A family that the document calls by several names is reported by its English one.
         const QString english = familyAliases(names.first()).first();
         QString &name = missing[english.toCaseFolded()];
         if (name.isEmpty())

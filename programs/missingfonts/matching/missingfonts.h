@@ -10,7 +10,7 @@
 
 namespace standin {
 
-/// How the families of a document stand to those of the machine.
+/// Which families of a document the machine does not have.
 struct FontReport
 {
     /// Sorted; each family once, however many of its names the document uses.
@@ -21,7 +21,7 @@ struct FontReport
 
 using MatchFamily = std::function<FontMatcher::Match(const QString &family)>;
 
-/// Asks @p match for each family by all of its names.
+/// Calls @p match with each name of each family.
 FontReport reportFonts(const std::vector<UsedFamily> &families, const MatchFamily &match);
 
 } // namespace standin

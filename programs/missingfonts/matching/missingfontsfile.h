@@ -4,9 +4,9 @@
 
 namespace standin {
 
-/// Writes the missing families for the page into the INI file of the program of that name: group
-/// "vyrtool", key "MissFonts", the names joined with ";". Whatever else is in the file stays. The
-/// file is replaced as a whole or not at all.
+/// Writes the missing families for the page into the INI file of @p program: group "vyrtool", key
+/// "MissFonts", the names joined with ";". Other content of the file is kept. The file is replaced
+/// as a whole or not at all.
 /// @throws std::runtime_error when it cannot be written
 void writeMissingFonts(const QString &suiteHome, const QString &program,
                        const QStringList &families);

@@ -12,7 +12,8 @@ namespace standin {
 
 namespace {
 
-constexpr std::uint32_t lastSector = 0xFFFFFFFA; ///< above are marks, such as the end of a chain
+constexpr std::uint32_t lastSector =
+    0xFFFFFFFA; ///< higher numbers are marks, such as the end of a chain
 constexpr std::size_t headerBytes = 512;
 constexpr std::size_t headerFatSectors = 109;
 constexpr std::size_t directoryEntryBytes = 128;
@@ -122,7 +123,7 @@ CompoundFile::Entry CompoundFile::directoryEntry(std::string_view content) const
     return entry;
 }
 
-/// Takes the streams of the root storage. The tree may lead back into itself.
+/// Collects the streams of the root storage. A damaged tree may have cycles.
 void CompoundFile::addStreams(const std::vector<Entry> &entries)
 {
     std::vector<bool> isSeen(entries.size());
@@ -183,7 +184,7 @@ std::uint32_t CompoundFile::nextMiniSector(std::uint32_t sector)
 std::uint32_t CompoundFile::sectorOf(const Stream &stream, bool isMini, std::uint64_t index,
                                      Position &position)
 {
-    // A chain that is longer than the file leads back into itself.
+    // A chain that is longer than the file has a cycle.
     if (index >= m_fileSize / (isMini ? m_miniSectorSize : m_sectorSize))
         damaged();
     if (!position.isValid || position.start != stream.start || position.isMini != isMini ||

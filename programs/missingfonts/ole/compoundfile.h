@@ -11,19 +11,19 @@ class QIODevice;
 
 namespace standin {
 
-/// The file system inside a file in which the older document formats keep their streams (OLE2).
-/// Reads what it needs of the file; of a stream never more than was asked for. Documents embedded
-/// in the document have storages of their own, whose streams are not looked at.
+/// The file system inside a file that the older document formats keep their streams in (OLE2).
+/// Reads only the requested bytes of a stream. Embedded documents have storages of their own, which
+/// are ignored.
 class CompoundFile
 {
 public:
     /// @throws DocumentError when the file is damaged
     explicit CompoundFile(QIODevice &file);
 
-    /// Whether there is a stream of that name in the root storage.
+    /// True when the root storage has a stream of that name.
     bool contains(std::string_view name) const { return m_streams.find(name) != m_streams.end(); }
 
-    /// The size of a stream; zero when there is none.
+    /// The size of a stream; zero for an unknown stream.
     std::uint64_t size(std::string_view name) const;
 
     /// Up to @p size bytes from @p offset of a stream; fewer at its end.
@@ -37,7 +37,7 @@ private:
         std::uint64_t size = 0;
     };
 
-    /// An entry of the directory. Those of a storage are a tree, whose top the storage names.
+    /// An entry of the directory. The entries of a storage form a tree; the storage names its root.
     struct Entry
     {
         std::string name;
@@ -48,7 +48,7 @@ private:
         Stream stream;
     };
 
-    /// Where the reading of a chain of sectors stands: readers go forwards nearly always.
+    /// The last position in a chain of sectors: reading nearly always goes on from there.
     struct Position
     {
         std::uint32_t start = 0;

@@ -20,7 +20,7 @@ constexpr std::string_view oldSheetStream = "Book";
 constexpr std::string_view presentationStream = "PowerPoint Document";
 constexpr std::string_view encryptedStream = "EncryptedPackage";
 
-/// The longest table of fonts that is believed.
+/// A longer table of fonts is taken for damage.
 constexpr std::uint32_t fontTableBytes = 4U << 20;
 
 [[noreturn]] void encrypted()
@@ -34,7 +34,7 @@ void checkRecordCount(std::size_t count)
         throw DocumentError("the document has too many records");
 }
 
-/// One entry of a text document's table, its length byte taken off.
+/// One entry of a text document's table, without its length byte.
 void readFontEntry(std::string_view entry, FontUsage &usage)
 {
     constexpr std::size_t nameOffset = 39;
@@ -121,7 +121,7 @@ void readSheetFontRecords(CompoundFile &file, FontUsage &usage)
         } else if (type == sheet::encryption) {
             encrypted();
         } else if (type == sheet::beginning) {
-            return; // the first sheet: what belongs to the whole workbook is over
+            return; // the first sheet: the records of the whole workbook have ended
         } else if (type == sheet::font) {
             const Family family = usage.family(sheetFontName(file.read(sheetStream, at, length)));
             usage.use(family);
@@ -148,7 +148,7 @@ void readPresentationFonts(CompoundFile &file, FontUsage &usage)
         case presentation::document:
         case presentation::environment:
         case presentation::fontCollection:
-            continue; // what it holds comes next
+            continue; // a container: its content follows
         case presentation::encryption:
             encrypted();
         case presentation::fontEntity:

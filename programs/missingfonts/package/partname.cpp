@@ -30,11 +30,6 @@ std::string percentDecoded(std::string_view text)
     return result;
 }
 
-bool endsWith(std::string_view text, std::string_view ending)
-{
-    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
-}
-
 /// Resolves "." and ".."; false when the path leads out of the package.
 bool appendSteps(std::vector<std::string_view> &steps, std::string_view path)
 {
@@ -68,6 +63,11 @@ std::string joined(const std::vector<std::string_view> &steps)
 }
 
 } // namespace
+
+bool endsWith(std::string_view text, std::string_view ending)
+{
+    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
+}
 
 std::string partName(std::string_view pathInPackage)
 {

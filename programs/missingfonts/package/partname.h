@@ -6,6 +6,8 @@
 
 namespace standin {
 
+bool endsWith(std::string_view text, std::string_view ending);
+
 /// The name by which a package's part is looked up: no leading slash, ASCII letters in lower case,
 /// percent-encoding decoded. Empty for a name that no part can have (it leads out of the package or
 /// is too long).

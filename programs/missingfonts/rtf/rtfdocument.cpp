@@ -19,14 +19,14 @@ namespace {
 
 constexpr int blockBytes = 65536;
 
-/// Destinations without text of the document. Sorted.
+/// Destinations that hold none of the document's text. Sorted.
 constexpr std::array<std::string_view, 22> skippedDestinations = {
     "atnauthor",    "atnid",      "bkmkend", "bkmkstart", "colortbl", "datafield",
     "datastore",    "filetbl",    "fldinst", "fontemb",   "info",     "listpicture",
     "nonesttables", "nonshppict", "objdata", "panose",    "pict",     "private",
     "sp",           "stylesheet", "tc",      "xe"};
 
-/// Destinations with text, although they are optional. Sorted.
+/// Optional destinations that do hold text. Sorted.
 constexpr std::array<std::string_view, 8> optionalText = {
     "annotation", "do", "falt", "footnote", "moMath", "moMathPara", "shpinst", "ud"};
 
@@ -161,7 +161,7 @@ private:
     struct Group
     {
         Destination destination = Destination::Text;
-        /// What a Unicode version of this group's text is for.
+        /// The destination of the Unicode version of this group's text.
         Destination unicodeDestination = Destination::Text;
         Association association = Association::Latin;
         int font = 0;
@@ -244,7 +244,7 @@ private:
         m_replacementLeft = m_groups.back().replacementBytes;
         switch (m_groups.back().destination) {
         case Destination::Text:
-            // A surrogate belongs to a character beyond those that RTF's numbers reach.
+            // RTF writes characters beyond U+FFFF as two surrogates.
             useFont(unit >= 0xD800 && unit < 0xE000 ? char32_t(0x20000) : char32_t(unit));
             break;
         case Destination::FontTable:
@@ -290,7 +290,7 @@ private:
     int m_defaultFont = 0;
     int m_defaultEastAsianFont = -1;
     int m_lastUsedFont = -1;
-    // What is left of the text for readers that know no Unicode.
+    // Bytes left of the replacement for readers without Unicode.
     int m_replacementLeft = 0;
     bool m_ended = false;
 };

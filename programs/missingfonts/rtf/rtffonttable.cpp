@@ -11,19 +11,19 @@ namespace standin {
 
 namespace {
 
-/// What "\fcharset" numbers mean.
+/// The encodings of "\fcharset" numbers.
 constexpr std::pair<int, const char *> encodings[] = {
     {128, "Shift_JIS"},    {129, "CP949"},        {134, "GB18030"},      {136, "Big5"},
     {161, "windows-1253"}, {162, "windows-1254"}, {163, "windows-1258"}, {177, "windows-1255"},
     {178, "windows-1256"}, {186, "windows-1257"}, {204, "windows-1251"}, {222, "windows-874"},
     {238, "windows-1250"}};
 
-/// Older writers list a font once more for each character set, with an ending to its name.
+/// Older writers list a font once for each character set, with a suffix to its name.
 constexpr std::pair<int, const char *> variantEndings[] = {
     {0, " Western"},    {161, " Greek"},  {162, " Tur"}, {163, " (Vietnamese)"}, {177, " (Hebrew)"},
     {178, " (Arabic)"}, {186, " Baltic"}, {204, " Cyr"}, {222, " (Thai)"},       {238, " CE"}};
 
-/// The name of the font itself where @p name is that of its variant for the character set.
+/// @p name without the suffix for the character set.
 QString withoutVariant(const QString &name, int characterSet)
 {
     for (const auto &[number, text] : variantEndings) {

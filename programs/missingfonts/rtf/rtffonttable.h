@@ -9,8 +9,8 @@
 
 namespace standin {
 
-/// The table of fonts at the beginning of an RTF document. Names come byte by byte, each in the
-/// encoding of its font.
+/// The table of fonts at the beginning of an RTF document. Names arrive byte by byte, each in its
+/// font's encoding.
 class RtfFontTable
 {
 public:

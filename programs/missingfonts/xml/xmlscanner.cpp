@@ -68,73 +68,73 @@ void XmlScanner::checkEncoding()
 
 void XmlScanner::scan()
 {
-    std::size_t position = 0;
-    while (position < m_buffer.size()) {
-        const std::size_t before = position;
-        if (m_buffer[position] != '<')
-            scanText(position);
-        else if (scanToken(position) == Progress::NeedsMore)
-            position = before;
-        if (position == before)
+    m_position = 0;
+    while (m_position < m_buffer.size()) {
+        const std::size_t before = m_position;
+        if (m_buffer[m_position] != '<')
+            scanText();
+        else if (scanToken() == Progress::NeedsMore)
+            m_position = before;
+        if (m_position == before)
             break;
     }
-    m_buffer.erase(0, position);
+    m_buffer.erase(0, m_position);
 }
 
-void XmlScanner::scanText(std::size_t &position)
+void XmlScanner::scanText()
 {
-    const std::string_view rest = std::string_view(m_buffer).substr(position);
+    const std::string_view rest = std::string_view(m_buffer).substr(m_position);
     const void *next = std::memchr(rest.data(), '<', rest.size());
     const std::size_t size =
         next ? static_cast<std::size_t>(static_cast<const char *>(next) - rest.data())
              : safeTextCut(rest);
     report(rest.substr(0, size), false);
-    position += size;
+    m_position += size;
 }
 
-XmlScanner::Progress XmlScanner::scanToken(std::size_t &position)
+XmlScanner::Progress XmlScanner::scanToken()
 {
     constexpr std::string_view characterData = "<![CDATA[";
-    const std::string_view rest = std::string_view(m_buffer).substr(position);
+    const std::string_view rest = std::string_view(m_buffer).substr(m_position);
     if (rest.size() < 2)
         return Progress::NeedsMore;
     switch (rest[1]) {
     case '/':
-        return scanEndTag(position);
+        return scanEndTag();
     case '?':
-        return skipTo(position, "?>");
+        return skipTo("?>");
     case '!':
         if (rest.size() < characterData.size())
             return Progress::NeedsMore;
         if (startsWith(rest, "<!--")) {
-            position += 4;
-            return skipTo(position, "-->");
+            m_position += 4;
+            return skipTo("-->");
         }
         if (startsWith(rest, characterData)) {
-            position += characterData.size();
-            return scanCharacterData(position);
+            m_position += characterData.size();
+            return scanCharacterData();
         }
         throw DocumentError("a part has a document type declaration, which it must not have");
     default:
-        return scanStartTag(position);
+        return scanStartTag();
     }
 }
 
-XmlScanner::Progress XmlScanner::skipTo(std::size_t &position, std::string_view end) const
+XmlScanner::Progress XmlScanner::skipTo(std::string_view end)
 {
-    const std::size_t found = m_buffer.find(end, position);
+    const std::size_t found = m_buffer.find(end, m_position);
     if (found == std::string::npos)
         return Progress::NeedsMore;
-    position = found + end.size();
+    m_position = found + end.size();
     return Progress::Done;
 }
 
-XmlScanner::Progress XmlScanner::scanCharacterData(std::size_t &position)
+XmlScanner::Progress XmlScanner::scanCharacterData()
 {
-    const std::size_t start = position;
-    if (skipTo(position, "]]>") == Progress::NeedsMore)
+    const std::size_t start = m_position;
+    if (skipTo("]]>") == Progress::NeedsMore)
         return Progress::NeedsMore;
-    report(std::string_view(m_buffer).substr(start, position - start - 3), true);
+    report(std::string_view(m_buffer).substr(start, m_position - start - 3), true);
     return Progress::Done;
 }
 
@@ -158,97 +158,95 @@ void XmlScanner::report(std::string_view text, bool literal)
         m_handler.text(m_resolved);
 }
 
-XmlScanner::Progress XmlScanner::scanEndTag(std::size_t &position)
+XmlScanner::Progress XmlScanner::scanEndTag()
 {
-    const std::size_t end = m_buffer.find('>', position);
+    const std::size_t end = m_buffer.find('>', m_position);
     if (end == std::string::npos)
         return Progress::NeedsMore;
-    std::string_view name = std::string_view(m_buffer).substr(position + 2, end - position - 2);
+    std::string_view name = std::string_view(m_buffer).substr(m_position + 2, end - m_position - 2);
     while (!name.empty() && isBlank(name.back()))
         name.remove_suffix(1);
     if (m_open.empty() || name != std::string_view(m_openNames).substr(m_open.back().nameStart))
         malformed();
     closeElement();
-    position = end + 1;
+    m_position = end + 1;
     return Progress::Done;
 }
 
-XmlScanner::Progress XmlScanner::scanStartTag(std::size_t &position)
+XmlScanner::Progress XmlScanner::scanStartTag()
 {
-    const std::size_t nameStart = ++position;
-    while (position < m_buffer.size() && !endsName(m_buffer[position]))
-        ++position;
-    const std::size_t nameEnd = position;
-    bool isEmpty = false;
-    if (scanAttributes(position, isEmpty) == Progress::NeedsMore)
+    const std::size_t nameStart = ++m_position;
+    while (m_position < m_buffer.size() && !endsName(m_buffer[m_position]))
+        ++m_position;
+    const std::size_t nameEnd = m_position;
+    if (scanAttributes() == Progress::NeedsMore)
         return Progress::NeedsMore;
     if (nameEnd == nameStart)
         malformed();
     openElement(std::string_view(m_buffer).substr(nameStart, nameEnd - nameStart));
-    if (isEmpty)
+    if (m_buffer[m_position - 2] == '/')
         closeElement();
     return Progress::Done;
 }
 
-XmlScanner::Progress XmlScanner::scanAttributes(std::size_t &position, bool &isEmpty)
+XmlScanner::Progress XmlScanner::scanAttributes()
 {
     m_attributes.clear();
     while (true) {
-        const std::size_t gap = position;
-        while (position < m_buffer.size() && isBlank(m_buffer[position]))
-            ++position;
-        if (position + 1 >= m_buffer.size()) {
-            if (position < m_buffer.size() && m_buffer[position] == '>')
+        const std::size_t gap = m_position;
+        while (m_position < m_buffer.size() && isBlank(m_buffer[m_position]))
+            ++m_position;
+        if (m_position + 1 >= m_buffer.size()) {
+            if (m_position < m_buffer.size() && m_buffer[m_position] == '>')
                 break;
             return Progress::NeedsMore;
         }
-        if (m_buffer[position] == '>')
+        if (m_buffer[m_position] == '>')
             break;
-        if (m_buffer[position] == '/') {
-            if (m_buffer[++position] != '>')
+        if (m_buffer[m_position] == '/') {
+            if (m_buffer[++m_position] != '>')
                 malformed();
-            isEmpty = true;
             break;
         }
-        if (gap == position)
+        if (gap == m_position)
             malformed();
-        if (scanAttribute(position) == Progress::NeedsMore)
+        if (scanAttribute() == Progress::NeedsMore)
             return Progress::NeedsMore;
     }
-    ++position;
+    ++m_position;
     return Progress::Done;
 }
 
-XmlScanner::Progress XmlScanner::scanAttribute(std::size_t &position)
+XmlScanner::Progress XmlScanner::scanAttribute()
 {
     const std::size_t size = m_buffer.size();
-    const std::size_t nameStart = position;
-    while (position < size && !endsName(m_buffer[position]))
-        ++position;
-    const std::size_t nameEnd = position;
-    while (position < size && isBlank(m_buffer[position]))
-        ++position;
-    if (position == size)
+    const std::size_t nameStart = m_position;
+    while (m_position < size && !endsName(m_buffer[m_position]))
+        ++m_position;
+    const std::size_t nameEnd = m_position;
+    while (m_position < size && isBlank(m_buffer[m_position]))
+        ++m_position;
+    if (m_position == size)
         return Progress::NeedsMore;
-    if (m_buffer[position] != '=' || nameEnd == nameStart)
+    if (m_buffer[m_position] != '=' || nameEnd == nameStart)
         malformed();
     do
-        ++position;
-    while (position < size && isBlank(m_buffer[position]));
-    if (position == size)
+        ++m_position;
+    while (m_position < size && isBlank(m_buffer[m_position]));
+    if (m_position == size)
         return Progress::NeedsMore;
-    const char quote = m_buffer[position];
+    const char quote = m_buffer[m_position];
     if (quote != '"' && quote != '\'')
         malformed();
-    const std::size_t end = m_buffer.find(quote, position + 1);
+    const std::size_t end = m_buffer.find(quote, m_position + 1);
     if (end == std::string::npos)
         return Progress::NeedsMore;
     const std::string_view text = m_buffer;
-    const std::string_view value = text.substr(position + 1, end - position - 1);
+    const std::string_view value = text.substr(m_position + 1, end - m_position - 1);
     if (value.find('<') != std::string_view::npos)
         malformed();
     m_attributes.push_back({text.substr(nameStart, nameEnd - nameStart), value});
-    position = end + 1;
+    m_position = end + 1;
     return Progress::Done;
 }
 

@@ -43,14 +43,14 @@ private:
 
     void checkEncoding();
     void scan();
-    Progress scanToken(std::size_t &position);
-    void scanText(std::size_t &position);
-    Progress skipTo(std::size_t &position, std::string_view end) const;
-    Progress scanCharacterData(std::size_t &position);
-    Progress scanEndTag(std::size_t &position);
-    Progress scanStartTag(std::size_t &position);
-    Progress scanAttributes(std::size_t &position, bool &isEmpty);
-    Progress scanAttribute(std::size_t &position);
+    Progress scanToken();
+    void scanText();
+    Progress skipTo(std::string_view end);
+    Progress scanCharacterData();
+    Progress scanEndTag();
+    Progress scanStartTag();
+    Progress scanAttributes();
+    Progress scanAttribute();
     void openElement(std::string_view name);
     void closeElement();
     void report(std::string_view text, bool literal);
@@ -60,6 +60,7 @@ private:
     XmlHandler &m_handler;
     XmlNamespaces m_namespaces;
     std::string m_buffer;
+    std::size_t m_position = 0; ///< in m_buffer
     std::string m_resolved;
     std::string m_openNames;
     std::vector<Open> m_open;

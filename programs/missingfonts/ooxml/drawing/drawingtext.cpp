@@ -66,7 +66,7 @@ void DrawingText::startInParagraph(const XmlElement &element)
         beginRunProperties(element);
         break;
     case drawingTag("defRPr"):
-        // Shapes ignore what a paragraph says of its runs; in charts it is what counts.
+        // Only charts use a paragraph's run properties; shapes ignore them.
         if (m_isChart)
             m_fonts = &m_paragraph.own.fonts;
         break;
@@ -84,7 +84,7 @@ void DrawingText::startInParagraph(const XmlElement &element)
 
 void DrawingText::beginParagraphProperties(const XmlElement &element)
 {
-    // A field has some of its own, which do not count.
+    // A field's own paragraph properties have no effect.
     if (m_inRun)
         return;
     const int level = element.number(Vocabulary::None, "lvl", 0);
@@ -161,7 +161,7 @@ void DrawingText::endParagraph()
     const TextLevel level = effectiveLevel();
     if (m_paragraph.hasText && level.bullet == TextLevel::Bullet::Font)
         m_usage.use(m_theme.resolved(level.bulletFont));
-    // The labels of a chart are made from its numbers; only their properties stand there.
+    // The labels of a chart come from its numbers: their paragraphs have properties but no text.
     if (m_isChart && !m_paragraph.hasRuns)
         use(level.fonts, AsciiScript, {});
 }

@@ -10,7 +10,7 @@ namespace standin {
 
 class ThemeFonts;
 
-/// Reads the text of shapes, tables, charts and diagrams and notes the fonts that it is set in.
+/// Reads the text of shapes, tables, charts and diagrams and marks its fonts as used.
 class DrawingText : public XmlHandler
 {
 public:

@@ -4,6 +4,7 @@
 #include "programs/missingfonts/ooxml/sheet/binarysheet.h"
 #include "programs/missingfonts/ooxml/sheet/sheetcells.h"
 #include "programs/missingfonts/package/archivepackage.h"
+#include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/package/relationships.h"
 
 namespace standin {
@@ -13,10 +14,7 @@ namespace {
 /// Reads a part that may be binary; @p handler takes one that is not.
 void readSheetPart(PackagePart &part, XmlHandler &handler, Workbook &workbook)
 {
-    constexpr std::string_view ending = ".bin";
-    const std::string &name = part.name();
-    if (name.size() > ending.size() &&
-        name.compare(name.size() - ending.size(), ending.size(), ending) == 0)
+    if (endsWith(part.name(), ".bin"))
         readBinarySheetPart(part, workbook);
     else
         part.read(handler);

@@ -8,7 +8,7 @@ class ArchivePackage;
 class FontUsage;
 class Relationships;
 
-/// Reads the fonts of a workbook in the form of a package, be its parts XML or binary.
+/// Reads the fonts of a workbook that is a package, with XML or binary parts.
 /// @throws DocumentError
 void readWorkbook(ArchivePackage &package, const Relationships &relationships,
                   const std::string &mainPart, FontUsage &usage);

@@ -72,8 +72,8 @@ private:
     std::map<std::string, TextPart> m_parts;
 };
 
-/// A presentation as far as it decides how text looks. The theme, layout or master that a part has
-/// not got is the one named "", which is empty.
+/// What determines the fonts of a presentation's text. A part without a theme, layout or master has
+/// the one named "", which is empty.
 struct Presentation
 {
     Presentation(const PresentationParts &parts, FontUsage &usage) : properties(usage)

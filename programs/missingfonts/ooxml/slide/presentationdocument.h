@@ -8,7 +8,7 @@ class ArchivePackage;
 class FontUsage;
 class Relationships;
 
-/// Reads the fonts of a presentation in the form of a package.
+/// Reads the fonts of a presentation that is a package.
 /// @throws DocumentError
 void readPresentation(ArchivePackage &package, const Relationships &relationships,
                       const std::string &mainPart, FontUsage &usage);

@@ -10,7 +10,7 @@
 
 namespace standin {
 
-/// What makes a shape one that a layout or master prepares.
+/// Identifies a placeholder: a shape that a layout or master prepares.
 struct PlaceholderKey
 {
     std::string type; ///< "obj" when the shape names none
@@ -27,7 +27,7 @@ struct PlaceholderKey
         return key;
     }
 
-    /// The type by which masters know it: they have one title and one body.
+    /// Its type in masters, which have one title and one body.
     std::string masterType() const
     {
         if (type == "title" || type == "ctrTitle")
@@ -38,14 +38,14 @@ struct PlaceholderKey
     }
 };
 
-/// The list styles that a slide layout, a slide master or the notes master gives to what is based
-/// on it.
+/// Reads the list styles that a slide layout, a slide master or the notes master passes on to what
+/// is based on it.
 class SlideTemplate : public XmlHandler
 {
 public:
     explicit SlideTemplate(FontUsage &usage) : m_levelsReader(usage) {}
 
-    /// For a layout: the placeholder of that index, or else of that type. Null when there is none.
+    /// For a layout: the placeholder of that index, else of that type; null for none.
     const TextLevels *byIndex(const PlaceholderKey &key) const
     {
         for (const Placeholder &placeholder : m_placeholders) {
@@ -56,7 +56,7 @@ public:
         return byType(key);
     }
 
-    /// For a master: the placeholder of that type. Null when there is none.
+    /// For a master: the placeholder of that type; null for none.
     const TextLevels *byType(const PlaceholderKey &key) const
     {
         for (const Placeholder &placeholder : m_placeholders) {

@@ -13,7 +13,7 @@
 
 namespace standin {
 
-/// The labels of a document's lists, read from its numbering part.
+/// Reads the labels of a document's lists from its numbering part.
 class WordNumbering : public XmlHandler
 {
 public:
@@ -21,13 +21,13 @@ public:
     struct Label
     {
         FontSet fonts;
-        /// Kinds of its characters; none for a list without labels.
+        /// Kinds of its characters (Script); 0 for a list without labels.
         unsigned scripts = 0;
     };
 
     explicit WordNumbering(FontUsage &usage) : m_usage(usage) {}
 
-    /// The label of a level (0 to 8) of a list; null when there is none.
+    /// The label of a level (0 to 8) of a list; null for none.
     const Label *label(int numbering, int level) const
     {
         const auto list = m_numberings.find(numbering);

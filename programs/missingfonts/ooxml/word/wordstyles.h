@@ -16,18 +16,18 @@ namespace standin {
 class WordStyles : public XmlHandler
 {
 public:
-    /// A style with all that it inherits from the styles that it is based on.
+    /// A style, including what it inherits from the styles that it is based on.
     struct Style
     {
         FontSet fonts;
-        /// The list that its paragraphs are in; -1 when they are in none.
+        /// The list that its paragraphs belong to; -1 for none.
         int numbering = -1;
         int level = 0;
     };
 
     explicit WordStyles(FontUsage &usage) : m_usage(usage) {}
 
-    /// Passes the inherited on; to be called when the part has been read.
+    /// Applies the inheritance; to be called when the part has been read.
     void resolve()
     {
         for (const auto &[identifier, record] : m_records)
@@ -36,7 +36,7 @@ public:
 
     const FontSet &documentDefaults() const { return m_defaults; }
 
-    /// The style of that identifier; one that says nothing when there is none.
+    /// The style of that identifier; an empty one when it is unknown.
     const Style &style(std::string_view identifier) const
     {
         static const Style none;

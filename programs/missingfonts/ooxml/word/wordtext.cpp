@@ -15,7 +15,7 @@ Family WordContext::resolved(Family family) const
 bool WordText::startElement(const XmlElement &element)
 {
     switch (element.tag()) {
-    case wordTag("rPrChange"): // as it was before
+    case wordTag("rPrChange"): // properties before a tracked change
     case wordTag("pPrChange"):
         return false;
     case wordTag("p"):

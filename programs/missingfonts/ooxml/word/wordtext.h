@@ -12,7 +12,7 @@ namespace standin {
 class ThemeFonts;
 class WordSettings;
 
-/// What the text of a document is set with.
+/// What determines the fonts of a document's text.
 struct WordContext
 {
     const WordStyles &styles;
@@ -20,12 +20,11 @@ struct WordContext
     const ThemeFonts &theme;
     const WordSettings &settings;
 
-    /// The family that is meant where @p family may be a reference to the theme.
+    /// @p family, or what it refers to in the theme.
     Family resolved(Family family) const;
 };
 
-/// Reads the text of a part (body, header, footer, notes, comments) and notes the fonts that it is
-/// set in.
+/// Reads the text of a part (body, header, footer, notes, comments) and marks its fonts as used.
 class WordText : public XmlHandler
 {
 public:
