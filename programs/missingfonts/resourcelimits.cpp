@@ -10,16 +10,16 @@
 
 #include "programs/missingfonts/common/limits.h"
 
-// The sanitizers need terabytes of address space for their own bookkeeping.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define STANDIN_SANITIZED 1
-#else
-#define STANDIN_SANITIZED 0
-#endif
-
 namespace standin {
 
 namespace {
+
+// The sanitizers need terabytes of address space for their own bookkeeping.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
 
 void setSoftLimit(rlim_t value)
 {
@@ -55,7 +55,7 @@ MemoryLimit::MemoryLimit()
     rlimit limit = {};
     getrlimit(RLIMIT_DATA, &limit);
     m_previous = limit.rlim_cur;
-    if (!STANDIN_SANITIZED)
+    if (!isSanitized)
         setSoftLimit(std::min<rlim_t>(limit.rlim_cur, limits::dataBytes));
 }
 

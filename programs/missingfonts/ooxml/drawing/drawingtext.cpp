@@ -98,7 +98,7 @@ void DrawingText::beginRunProperties(const XmlElement &element)
     m_fonts = &m_run.fonts;
     m_run.language = element.attribute(Vocabulary::None, "lang");
     const std::string other = element.attribute(Vocabulary::None, "altLang");
-    // A Latin language is named first where the text may be in either.
+    // English may be just the first of two languages that the text may be in.
     if (!other.empty() && m_run.language.substr(0, 2) == "en")
         m_run.language = other;
 }

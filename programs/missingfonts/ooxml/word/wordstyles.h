@@ -117,8 +117,8 @@ private:
 
     void resolve(const std::string &identifier)
     {
-        // From the style down to the first that is resolved already, then back up. A style that is
-        // met a second time is based on itself.
+        // Follows the bases to the first resolved style, then applies them in reverse. A style that
+        // is met twice is based on itself.
         std::vector<Record *> chain;
         const Style *base = nullptr;
         for (auto found = m_records.find(identifier); found != m_records.end();
