@@ -18,7 +18,7 @@
 #include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmlscanner.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -107,4 +107,4 @@ std::vector<UsedFamily> documentFonts(const QString &path)
     return usage.used();
 }
 
-} // namespace standin
+} // namespace programs

@@ -21,19 +21,20 @@ void printLines(const char *heading, const QStringList &lines)
         std::printf("%s: %s\n", heading, line.toLocal8Bit().constData());
 }
 
-std::vector<standin::UsedFamily> readDocument(const QString &path)
+std::vector<programs::UsedFamily> readDocument(const QString &path)
 {
-    const standin::MemoryLimit limit;
-    return standin::documentFonts(path);
+    const programs::MemoryLimit limit;
+    return programs::documentFonts(path);
 }
 
 void saveMissingFonts(const QString &document)
 {
-    const std::vector<standin::UsedFamily> families = readDocument(document);
-    const standin::FontMatcher matcher;
-    const standin::FontReport report = standin::reportFonts(
+    const std::vector<programs::UsedFamily> families = readDocument(document);
+    const programs::FontMatcher matcher;
+    const programs::FontReport report = programs::reportFonts(
         families, [&matcher](const QString &family) { return matcher.match(family); });
-    standin::writeMissingFonts(standin::suiteHome(), QStringLiteral(PROGRAM_NAME), report.missing);
+    programs::writeMissingFonts(programs::suiteHome(), QStringLiteral(PROGRAM_NAME),
+                                report.missing);
     printLines("missing", report.missing);
     printLines("substituted", report.substituted);
 }
@@ -56,7 +57,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: " PROGRAM_NAME " -savemissfont DOCUMENT\n");
         return wrongUsage;
     }
-    standin::guardProcess();
+    programs::guardProcess();
     try {
         saveMissingFonts(arguments.at(2));
     } catch (const std::bad_alloc &) {

@@ -10,7 +10,7 @@
 
 #include "programs/missingfonts/common/limits.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -75,4 +75,4 @@ void guardProcess()
     setrlimit(RLIMIT_CPU, &limit);
 }
 
-} // namespace standin
+} // namespace programs

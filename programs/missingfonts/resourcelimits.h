@@ -1,6 +1,6 @@
 #pragma once
 
-namespace standin {
+namespace programs {
 
 /// While one exists, the process cannot allocate more memory than reading a document needs:
 /// further allocations throw std::bad_alloc. The readers normally stay well below.
@@ -19,4 +19,4 @@ private:
 /// calls exit() when it cannot allocate that.
 void guardProcess();
 
-} // namespace standin
+} // namespace programs

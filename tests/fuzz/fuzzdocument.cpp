@@ -33,8 +33,8 @@ void readAsFile(std::string_view input)
         write(descriptor, input.data(), input.size()) != static_cast<ssize_t>(input.size()))
         std::abort();
     try {
-        standin::documentFonts(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
-    } catch (const standin::DocumentError &) {
+        programs::documentFonts(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    } catch (const programs::DocumentError &) {
         // as it should be
     }
     close(descriptor);
@@ -46,44 +46,44 @@ class PartReaders
 public:
     void read(std::string_view input)
     {
-        standin::WordText wordText(m_usage, m_wordContext);
-        standin::SlideText slide(m_usage, m_slideContext, standin::SlideText::Placeholders::Read);
-        standin::SheetCells cells(m_workbook);
-        const std::initializer_list<standin::XmlHandler *> handlers = {
+        programs::WordText wordText(m_usage, m_wordContext);
+        programs::SlideText slide(m_usage, m_slideContext, programs::SlideText::Placeholders::Read);
+        programs::SheetCells cells(m_workbook);
+        const std::initializer_list<programs::XmlHandler *> handlers = {
             &m_theme,    &m_styles,     &m_numbering,       &m_settings,         &m_fontTable,
             &m_template, &m_properties, &m_workbook.styles, &m_workbook.strings, &wordText,
             &slide,      &cells};
-        for (standin::XmlHandler *handler : handlers)
+        for (programs::XmlHandler *handler : handlers)
             readWith(*handler, input);
     }
 
 private:
-    void readWith(standin::XmlHandler &handler, std::string_view input)
+    void readWith(programs::XmlHandler &handler, std::string_view input)
     {
         try {
-            standin::XmlScanner scanner(handler);
+            programs::XmlScanner scanner(handler);
             constexpr std::size_t blockBytes = 61;
             for (; !input.empty(); input.remove_prefix(std::min(blockBytes, input.size())))
                 scanner.feed(input.data(), std::min(blockBytes, input.size()));
             scanner.finish();
             m_styles.resolve();
-        } catch (const standin::DocumentError &) {
+        } catch (const programs::DocumentError &) {
             // as it should be
         }
     }
 
-    standin::FontUsage m_usage;
-    standin::ThemeFonts m_theme{m_usage};
-    standin::WordStyles m_styles{m_usage};
-    standin::WordNumbering m_numbering{m_usage};
-    standin::WordSettings m_settings;
-    standin::WordFontTable m_fontTable{m_usage};
-    standin::WordContext m_wordContext{m_styles, m_numbering, m_theme, m_settings};
-    standin::SlideTemplate m_template{m_usage};
-    standin::PresentationProperties m_properties{m_usage};
-    standin::SlideContext m_slideContext{m_theme, m_properties.defaultTextStyle(), m_template,
-                                         m_template};
-    standin::Workbook m_workbook{m_usage};
+    programs::FontUsage m_usage;
+    programs::ThemeFonts m_theme{m_usage};
+    programs::WordStyles m_styles{m_usage};
+    programs::WordNumbering m_numbering{m_usage};
+    programs::WordSettings m_settings;
+    programs::WordFontTable m_fontTable{m_usage};
+    programs::WordContext m_wordContext{m_styles, m_numbering, m_theme, m_settings};
+    programs::SlideTemplate m_template{m_usage};
+    programs::PresentationProperties m_properties{m_usage};
+    programs::SlideContext m_slideContext{m_theme, m_properties.defaultTextStyle(), m_template,
+                                          m_template};
+    programs::Workbook m_workbook{m_usage};
 };
 
 } // namespace

@@ -120,16 +120,16 @@ void checkLanguages(const FontConfiguration &fonts, Findings &findings)
 
 void checkUsualFamilies(const FontConfiguration &fonts, Findings &findings)
 {
-    const FontMatcher matcher;
+    const programs::FontMatcher matcher;
     QStringList missing;
     for (const char *each : usualFamilies) {
         const QString family = QString::fromLatin1(each);
-        const QStringList names = familyAliases(family);
+        const QStringList names = programs::familyAliases(family);
         if (std::any_of(names.begin(), names.end(),
                         [&](const QString &name) { return fonts.hasFamily(name); }))
             continue;
-        const FontMatcher::Match match = matcher.match(family);
-        if (match.presence == FontMatcher::Presence::Missing)
+        const programs::FontMatcher::Match match = matcher.match(family);
+        if (match.presence == programs::FontMatcher::Presence::Missing)
             missing.append(family);
         else
             findings.fine(texts::tr("%1 is drawn with %2.").arg(family, match.family));
@@ -143,7 +143,7 @@ void checkUsualFamilies(const FontConfiguration &fonts, Findings &findings)
 
 void checkFamily(const FontConfiguration &fonts, const QString &family, Findings &findings)
 {
-    const QStringList names = familyAliases(family);
+    const QStringList names = programs::familyAliases(family);
     const auto found = std::find_if(names.begin(), names.end(),
                                     [&](const QString &name) { return fonts.hasFamily(name); });
     if (found != names.end())

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace standin {
+namespace programs {
 
 int hexadecimalDigit(char c)
 {
@@ -41,4 +41,4 @@ std::string utf8FromUtf16(std::string_view data, std::size_t offset, std::size_t
     return text.toStdString();
 }
 
-} // namespace standin
+} // namespace programs

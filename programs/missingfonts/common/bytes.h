@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 /// The value of a hexadecimal digit; -1 for any other character.
 int hexadecimalDigit(char c);
@@ -17,4 +17,4 @@ std::uint32_t littleEndian32(std::string_view data, std::size_t offset);
 /// A text of at most @p characters UTF-16 units, up to a zero or the end of the data.
 std::string utf8FromUtf16(std::string_view data, std::size_t offset, std::size_t characters);
 
-} // namespace standin
+} // namespace programs

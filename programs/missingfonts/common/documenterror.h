@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace standin {
+namespace programs {
 
 /// The document cannot be read; the text tells the user why.
 class DocumentError : public std::runtime_error
@@ -12,4 +12,4 @@ public:
     explicit DocumentError(const std::string &reason) : std::runtime_error(reason) {}
 };
 
-} // namespace standin
+} // namespace programs

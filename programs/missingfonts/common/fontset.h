@@ -5,7 +5,7 @@
 #include "programs/missingfonts/common/fontusage.h"
 #include "programs/missingfonts/common/textscripts.h"
 
-namespace standin {
+namespace programs {
 
 /// The fonts that one set of text properties names, one for each kind of character.
 struct FontSet
@@ -52,4 +52,4 @@ static_assert(AsciiScript == 1U << FontSet::Ascii && HighAnsiScript == 1U << Fon
               EastAsianScript == 1U << FontSet::EastAsian &&
               ComplexScript == 1U << FontSet::Complex && SymbolScript == 1U << FontSet::Symbol);
 
-} // namespace standin
+} // namespace programs

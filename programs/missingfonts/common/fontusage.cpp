@@ -3,7 +3,7 @@
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::vector<UsedFamily> FontUsage::used() const
     return result;
 }
 
-} // namespace standin
+} // namespace programs

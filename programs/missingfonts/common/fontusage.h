@@ -8,7 +8,7 @@
 
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 /// A number for the name of a font family, valid within one FontUsage.
 using Family = int;
@@ -77,4 +77,4 @@ private:
     std::unordered_map<std::string_view, Family> m_index;
 };
 
-} // namespace standin
+} // namespace programs

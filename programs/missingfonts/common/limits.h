@@ -5,7 +5,7 @@
 
 /// What a document may demand of the reader. Real documents stay far below; anything above is
 /// refused, so that a hostile document cannot exhaust memory or time.
-namespace standin::limits {
+namespace programs::limits {
 
 /// All that is unpacked of one package, over all its parts and passes.
 constexpr std::int64_t unpackedBytes = std::int64_t(2) << 30;
@@ -41,4 +41,4 @@ constexpr std::size_t oleRecords = 5000000;
 constexpr std::size_t dataBytes = std::size_t(44) << 20;
 constexpr unsigned processorSeconds = 60;
 
-} // namespace standin::limits
+} // namespace programs::limits

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -115,4 +115,4 @@ unsigned scriptsOf(std::string_view text, bool preferEastAsian)
     return scripts;
 }
 
-} // namespace standin
+} // namespace programs

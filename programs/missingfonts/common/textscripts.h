@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 /// The kinds of characters for which a document names a font each.
 enum Script : unsigned {
@@ -20,4 +20,4 @@ Script scriptOf(char32_t character, bool preferEastAsian = false);
 /// The kinds of characters in a piece of UTF-8 text, as Script bits.
 unsigned scriptsOf(std::string_view text, bool preferEastAsian = false);
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <QHash>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -98,4 +98,4 @@ QStringList familyAliases(const QString &name)
     return index.value(name.toCaseFolded(), {name});
 }
 
-} // namespace standin
+} // namespace programs

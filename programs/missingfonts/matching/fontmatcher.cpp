@@ -7,7 +7,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -91,4 +91,4 @@ FontMatcher::Match FontMatcher::match(const QString &family) const
     return match;
 }
 
-} // namespace standin
+} // namespace programs

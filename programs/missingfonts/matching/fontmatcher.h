@@ -6,7 +6,7 @@
 
 struct _FcConfig;
 
-namespace standin {
+namespace programs {
 
 /// Looks fonts up with fontconfig, as a renderer does.
 class FontMatcher
@@ -43,4 +43,4 @@ private:
     bool m_generalFamiliesDiffer = true;
 };
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/matching/familyaliases.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -71,4 +71,4 @@ FontReport reportFonts(const std::vector<UsedFamily> &families, const MatchFamil
     return report;
 }
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/missingfonts/common/fontusage.h"
 #include "programs/missingfonts/matching/fontmatcher.h"
 
-namespace standin {
+namespace programs {
 
 /// Which families of a document the machine does not have.
 struct FontReport
@@ -24,4 +24,4 @@ using MatchFamily = std::function<FontMatcher::Match(const QString &family)>;
 /// Calls @p match with each name of each family.
 FontReport reportFonts(const std::vector<UsedFamily> &families, const MatchFamily &match);
 
-} // namespace standin
+} // namespace programs

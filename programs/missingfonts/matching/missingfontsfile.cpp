@@ -8,7 +8,7 @@
 
 #include "programs/suitehome/suitehome.h"
 
-namespace standin {
+namespace programs {
 
 void writeMissingFonts(const QString &suiteHome, const QString &program,
                        const QStringList &families)
@@ -25,4 +25,4 @@ void writeMissingFonts(const QString &suiteHome, const QString &program,
         throw std::runtime_error("cannot write " + QFile::encodeName(path).toStdString());
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-namespace standin {
+namespace programs {
 
 /// Writes the missing families for the page into the INI file of @p program: group "vyrtool", key
 /// "MissFonts", the names joined with ";". Other content of the file is kept. The file is replaced
@@ -11,4 +11,4 @@ namespace standin {
 void writeMissingFonts(const QString &suiteHome, const QString &program,
                        const QStringList &families);
 
-} // namespace standin
+} // namespace programs

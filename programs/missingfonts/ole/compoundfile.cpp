@@ -8,7 +8,7 @@
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -227,4 +227,4 @@ std::string CompoundFile::readChain(const Stream &stream, bool isMini, std::uint
     return result;
 }
 
-} // namespace standin
+} // namespace programs

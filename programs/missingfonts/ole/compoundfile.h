@@ -9,7 +9,7 @@
 
 class QIODevice;
 
-namespace standin {
+namespace programs {
 
 /// The file system inside a file that the older document formats keep their streams in (OLE2).
 /// Reads only the requested bytes of a stream. Embedded documents have storages of their own, which
@@ -88,4 +88,4 @@ private:
     Position m_miniStreamPosition;
 };
 
-} // namespace standin
+} // namespace programs

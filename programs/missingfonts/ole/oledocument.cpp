@@ -10,7 +10,7 @@
 #include "programs/missingfonts/common/limits.h"
 #include "programs/missingfonts/ole/compoundfile.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -186,4 +186,4 @@ void readOleDocument(QIODevice &file, FontUsage &usage)
         throw DocumentError("the document is of a format that cannot be read");
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 class QIODevice;
 
-namespace standin {
+namespace programs {
 
 class FontUsage;
 
@@ -11,4 +11,4 @@ class FontUsage;
 /// @throws DocumentError also when the document is encrypted or its format is unknown
 void readOleDocument(QIODevice &file, FontUsage &usage);
 
-} // namespace standin
+} // namespace programs

@@ -11,7 +11,7 @@
 #include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/xml/xmlscanner.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -129,4 +129,4 @@ void ArchivePackage::read(const PartReaders &readers)
           [&](PackagePart &part) { readers.at(part.name())(part); });
 }
 
-} // namespace standin
+} // namespace programs

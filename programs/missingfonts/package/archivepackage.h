@@ -7,7 +7,7 @@
 
 struct archive;
 
-namespace standin {
+namespace programs {
 
 class XmlHandler;
 
@@ -69,4 +69,4 @@ private:
     std::int64_t m_unpacked = 0;
 };
 
-} // namespace standin
+} // namespace programs

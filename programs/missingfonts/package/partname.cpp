@@ -5,7 +5,7 @@
 #include "programs/missingfonts/common/bytes.h"
 #include "programs/missingfonts/common/limits.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -109,4 +109,4 @@ std::optional<std::string> relationshipsOwner(const std::string &name)
            file.substr(0, file.size() - ending.size());
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 bool endsWith(std::string_view text, std::string_view ending);
 
@@ -21,4 +21,4 @@ std::string targetPartName(const std::string &source, std::string_view target);
 /// the name of any other part.
 std::optional<std::string> relationshipsOwner(const std::string &name);
 
-} // namespace standin
+} // namespace programs

@@ -10,7 +10,7 @@
 #include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -91,4 +91,4 @@ std::string Relationships::target(const std::string &source, std::string_view ty
     return all.empty() ? std::string() : all.front();
 }
 
-} // namespace standin
+} // namespace programs

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace standin {
+namespace programs {
 
 class ArchivePackage;
 class XmlElement;
@@ -41,4 +41,4 @@ private:
     int m_count = 0;
 };
 
-} // namespace standin
+} // namespace programs

@@ -13,7 +13,7 @@
 #include "programs/missingfonts/rtf/rtffonttable.h"
 #include "programs/missingfonts/rtf/rtfscanner.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -302,4 +302,4 @@ void readRtfDocument(QIODevice &file, FontUsage &usage)
     RtfDocument(usage).read(file);
 }
 
-} // namespace standin
+} // namespace programs

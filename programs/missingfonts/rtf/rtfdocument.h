@@ -2,7 +2,7 @@
 
 class QIODevice;
 
-namespace standin {
+namespace programs {
 
 class FontUsage;
 
@@ -10,4 +10,4 @@ class FontUsage;
 /// @throws DocumentError when the document is malformed, too deeply nested or ends too early
 void readRtfDocument(QIODevice &file, FontUsage &usage);
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -99,4 +99,4 @@ Family RtfFontTable::font(int number) const
     return found == m_fonts.end() ? noFamily : found->second;
 }
 
-} // namespace standin
+} // namespace programs

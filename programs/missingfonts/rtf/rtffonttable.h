@@ -7,7 +7,7 @@
 
 #include "programs/missingfonts/common/fontusage.h"
 
-namespace standin {
+namespace programs {
 
 /// The table of fonts at the beginning of an RTF document. Names arrive byte by byte, each in its
 /// font's encoding.
@@ -47,4 +47,4 @@ private:
     Name m_alternative;
 };
 
-} // namespace standin
+} // namespace programs

@@ -5,7 +5,7 @@
 
 #include "programs/missingfonts/common/bytes.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -141,4 +141,4 @@ void RtfScanner::takeHexadecimal(char c)
     byte(static_cast<unsigned char>(m_hexadecimal));
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 /// Cuts RTF into its tokens, block by block and in fixed memory.
 class RtfScanner
@@ -50,4 +50,4 @@ private:
     int m_hexadecimalDigits = 0;
 };
 
-} // namespace standin
+} // namespace programs

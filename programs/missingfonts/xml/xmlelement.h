@@ -9,7 +9,7 @@
 #include "programs/missingfonts/xml/xmlnamespaces.h"
 #include "programs/missingfonts/xml/xmltext.h"
 
-namespace standin {
+namespace programs {
 
 /// The start of an element; valid only while the handler is called.
 class XmlElement
@@ -106,4 +106,4 @@ public:
     virtual void text(std::string_view) {}
 };
 
-} // namespace standin
+} // namespace programs

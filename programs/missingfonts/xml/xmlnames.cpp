@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -35,4 +35,4 @@ Vocabulary vocabularyOf(std::string_view namespaceUri)
     return Vocabulary::Other;
 }
 
-} // namespace standin
+} // namespace programs

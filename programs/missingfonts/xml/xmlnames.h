@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 /// The XML vocabularies that the readers know, in their transitional and their strict form.
 enum class Vocabulary : std::uint8_t {
@@ -56,4 +56,4 @@ constexpr Tag presentationTag(std::string_view name)
     return tagOf(Vocabulary::Presentation, name);
 }
 
-} // namespace standin
+} // namespace programs

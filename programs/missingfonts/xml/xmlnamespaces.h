@@ -9,7 +9,7 @@
 #include "programs/missingfonts/common/limits.h"
 #include "programs/missingfonts/xml/xmlnames.h"
 
-namespace standin {
+namespace programs {
 
 /// The prefixes that are bound at one place of a part, and what element names mean there.
 class XmlNamespaces
@@ -92,4 +92,4 @@ private:
     std::uint32_t m_generation = 1;
 };
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmltext.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -292,4 +292,4 @@ void XmlScanner::closeElement()
         m_handler.endElement(closed.tag);
 }
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/xml/xmlelement.h"
 #include "programs/missingfonts/xml/xmlnamespaces.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads the XML of a part block by block, in memory that does not grow with the part.
 ///
@@ -71,4 +71,4 @@ private:
     bool m_sawRoot = false;
 };
 
-} // namespace standin
+} // namespace programs

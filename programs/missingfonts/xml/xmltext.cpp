@@ -6,7 +6,7 @@
 
 #include "programs/missingfonts/common/documenterror.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::size_t safeTextCut(std::string_view text)
     return cut;
 }
 
-} // namespace standin
+} // namespace programs

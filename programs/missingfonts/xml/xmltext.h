@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace standin {
+namespace programs {
 
 /// Appends character data with its entities resolved; only XML's own five and character numbers are
 /// known.
@@ -13,4 +13,4 @@ void appendXmlText(std::string &target, std::string_view text);
 /// The longest beginning of an unfinished text that ends neither inside a character nor an entity.
 std::size_t safeTextCut(std::string_view text);
 
-} // namespace standin
+} // namespace programs

@@ -13,9 +13,9 @@ inline QStringList documentFamilies(const QString &path)
 {
     QStringList names;
     try {
-        for (const standin::UsedFamily &family : standin::documentFonts(path))
+        for (const programs::UsedFamily &family : programs::documentFonts(path))
             names.append(family.name);
-    } catch (const standin::DocumentError &error) {
+    } catch (const programs::DocumentError &error) {
         return {QStringLiteral("error: ") + QString::fromUtf8(error.what())};
     }
     names.sort();

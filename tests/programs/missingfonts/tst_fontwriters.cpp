@@ -109,12 +109,12 @@ private slots:
     void documentsOfPythonDocx()
     {
         const QString path = m_directory.filePath(QStringLiteral("python.docx"));
-        const standin::ProgramEnd module =
+        const programs::ProgramEnd module =
             run(python3, {QStringLiteral("-c"), QStringLiteral("import docx")});
-        if (module.kind == standin::ProgramEnd::Kind::NotStarted ||
+        if (module.kind == programs::ProgramEnd::Kind::NotStarted ||
             module.errors.contains("ModuleNotFoundError"))
             QSKIP("python3-docx is not installed");
-        const standin::ProgramEnd end =
+        const programs::ProgramEnd end =
             run(python3, {QStringLiteral("-c"), QString::fromUtf8(pythonScript), path});
         QVERIFY2(end.hasSucceeded(), end.errors.constData());
         QCOMPARE(testFamilies(path), (QStringList{QStringLiteral("Asian Test Family"),
@@ -151,7 +151,7 @@ private slots:
             QSKIP("LibreOffice is not installed");
         const QString sourcePath = m_directory.filePath(QStringLiteral("source.") + source);
         writeOpenDocument(sourcePath, kind, content);
-        const standin::ProgramEnd end =
+        const programs::ProgramEnd end =
             run(program, {QStringLiteral("-env:UserInstallation=file://") +
                               m_directory.filePath(QStringLiteral("profile")),
                           QStringLiteral("--headless"), QStringLiteral("--convert-to"), suffix,
@@ -166,11 +166,11 @@ private slots:
 private:
     /// LibreOffice is several processes, which all end when its time is over. A busy machine may
     /// need a minute for its first start.
-    static standin::ProgramEnd run(const QString &program, const QStringList &arguments)
+    static programs::ProgramEnd run(const QString &program, const QStringList &arguments)
     {
         constexpr int longestMs = 240000;
-        return standin::runBounded(program, arguments, QProcessEnvironment::systemEnvironment(),
-                                   longestMs);
+        return programs::runBounded(program, arguments, QProcessEnvironment::systemEnvironment(),
+                                    longestMs);
     }
 
     /// The families of the test's own; writers add fonts for what they put there themselves.

@@ -8,20 +8,20 @@
 namespace {
 
 /// Writes down what the scanner reports, in the form of journalOfQt().
-class Journal : public standin::XmlHandler
+class Journal : public programs::XmlHandler
 {
 public:
-    bool startElement(const standin::XmlElement &element) override
+    bool startElement(const programs::XmlElement &element) override
     {
         flush();
         lines.append(
             QStringLiteral("start %1 [%2]")
                 .arg(qulonglong(element.tag()))
-                .arg(QString::fromStdString(element.attribute(standin::Vocabulary::Word, "val"))));
+                .arg(QString::fromStdString(element.attribute(programs::Vocabulary::Word, "val"))));
         return true;
     }
 
-    void endElement(standin::Tag tag) override
+    void endElement(programs::Tag tag) override
     {
         flush();
         lines.append(QStringLiteral("end %1").arg(qulonglong(tag)));
@@ -45,8 +45,8 @@ private:
 qulonglong tagOf(const QXmlStreamReader &reader)
 {
     return qulonglong(
-        standin::tagOf(standin::vocabularyOf(reader.namespaceUri().toString().toStdString()),
-                       reader.name().toString().toStdString()));
+        programs::tagOf(programs::vocabularyOf(reader.namespaceUri().toString().toStdString()),
+                        reader.name().toString().toStdString()));
 }
 
 QStringList journalOfQt(const QByteArray &document)
@@ -88,12 +88,12 @@ QStringList journalOf(const QByteArray &document, int blockSize)
 {
     Journal journal;
     try {
-        standin::XmlScanner scanner(journal);
+        programs::XmlScanner scanner(journal);
         for (int at = 0; at < document.size(); at += blockSize)
             scanner.feed(document.constData() + at,
                          std::size_t(qMin(blockSize, document.size() - at)));
         scanner.finish();
-    } catch (const standin::DocumentError &) {
+    } catch (const programs::DocumentError &) {
         return {QStringLiteral("error")};
     }
     return journal.lines;

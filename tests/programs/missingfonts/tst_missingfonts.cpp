@@ -4,7 +4,7 @@
 #include "programs/missingfonts/matching/missingfonts.h"
 #include "tests/support/shell/headlesstest.h"
 
-using standin::FontMatcher;
+using programs::FontMatcher;
 
 namespace {
 
@@ -29,12 +29,12 @@ FontMatcher::Match matchOnSmallMachine(const QString &family)
     return {FontMatcher::Presence::Missing, QStringLiteral("Default")};
 }
 
-standin::FontReport report(const QStringList &names)
+programs::FontReport report(const QStringList &names)
 {
-    std::vector<standin::UsedFamily> families;
+    std::vector<programs::UsedFamily> families;
     for (const QString &name : names)
         families.push_back({name, {}});
-    return standin::reportFonts(families, matchOnSmallMachine);
+    return programs::reportFonts(families, matchOnSmallMachine);
 }
 
 } // namespace
@@ -55,7 +55,7 @@ private slots:
 
     void substitutedFamiliesAreNotMissing()
     {
-        const standin::FontReport found = report({QStringLiteral("Aliased")});
+        const programs::FontReport found = report({QStringLiteral("Aliased")});
         QCOMPARE(found.missing, QStringList());
         QCOMPARE(found.substituted, QStringList{QStringLiteral("Aliased: Present")});
     }
@@ -64,8 +64,8 @@ private slots:
     {
         QCOMPARE(report({QStringLiteral("SimSun"), QStringLiteral("simsun")}).missing,
                  QStringList());
-        QCOMPARE(standin::familyAliases(QStringLiteral("微软雅黑")),
-                 standin::familyAliases(QStringLiteral("microsoft yahei")));
+        QCOMPARE(programs::familyAliases(QStringLiteral("微软雅黑")),
+                 programs::familyAliases(QStringLiteral("microsoft yahei")));
     }
 
     void bothNamesOfAMissingFamilyAreOne()
@@ -80,15 +80,15 @@ private slots:
         QCOMPARE(report({QStringLiteral("Nowhere;Present")}).missing, QStringList());
         QCOMPARE(report({QStringLiteral("Nowhere;Neither")}).missing,
                  QStringList{QStringLiteral("Nowhere")});
-        QCOMPARE(standin::reportFonts({{QStringLiteral("Nowhere"), QStringLiteral("Present")}},
-                                      matchOnSmallMachine)
+        QCOMPARE(programs::reportFonts({{QStringLiteral("Nowhere"), QStringLiteral("Present")}},
+                                       matchOnSmallMachine)
                      .missing,
                  QStringList());
-        QCOMPARE(
-            standin::reportFonts({{QStringLiteral("Nowhere"), QStringLiteral("Neither,, Present")}},
-                                 matchOnSmallMachine)
-                .missing,
-            QStringList());
+        QCOMPARE(programs::reportFonts(
+                     {{QStringLiteral("Nowhere"), QStringLiteral("Neither,, Present")}},
+                     matchOnSmallMachine)
+                     .missing,
+                 QStringList());
     }
 
     void fontconfigIsAskedAsARendererDoes_data()

@@ -83,12 +83,12 @@ private slots:
     void alternativeNamesAreKept()
     {
         const QString path = write("{\\rtf1\\deff0{\\fonttbl{\\f0 Zero{\\*\\falt Other};}}x}");
-        const std::vector<standin::UsedFamily> families = standin::documentFonts(path);
+        const std::vector<programs::UsedFamily> families = programs::documentFonts(path);
         QCOMPARE(families.size(), std::size_t(1));
         QCOMPARE(families.front().alternative, QStringLiteral("Other"));
         // A second entry of the family has none, which takes nothing away.
         write("{\\rtf1\\deff0{\\fonttbl{\\f0 Zero{\\*\\falt Other};}{\\f1 Zero;}}x}");
-        QCOMPARE(standin::documentFonts(path).front().alternative, QStringLiteral("Other"));
+        QCOMPARE(programs::documentFonts(path).front().alternative, QStringLiteral("Other"));
     }
 
     void variantsForACharacterSetAreTheFontItself_data()

@@ -129,7 +129,7 @@ private slots:
             "<w:fonts><w:font w:name=\"Latin\"><w:embedRegular r:id=\"x\"/></w:font>"
             "<w:font w:name=\"Asian\"><w:altName w:val=\"Other\"/></w:font></w:fonts>");
         const QString path = write(run(allFonts, "a文"));
-        const std::vector<standin::UsedFamily> families = standin::documentFonts(path);
+        const std::vector<programs::UsedFamily> families = programs::documentFonts(path);
         QCOMPARE(families.size(), std::size_t(1));
         QCOMPARE(families.front().name, QStringLiteral("Asian"));
         QCOMPARE(families.front().alternative, QStringLiteral("Other"));

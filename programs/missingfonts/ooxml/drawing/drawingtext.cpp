@@ -5,7 +5,7 @@
 #include "programs/missingfonts/common/textscripts.h"
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -171,4 +171,4 @@ void DrawingText::use(const FontSet &fonts, unsigned scripts, const std::string 
     fonts.use(scripts, m_usage, [&](Family family) { return m_theme.resolved(family, language); });
 }
 
-} // namespace standin
+} // namespace programs

@@ -6,7 +6,7 @@
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 class ThemeFonts;
 
@@ -67,4 +67,4 @@ private:
     bool m_inText = false;
 };
 
-} // namespace standin
+} // namespace programs

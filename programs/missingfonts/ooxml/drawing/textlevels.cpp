@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -112,4 +112,4 @@ void TextLevelsReader::endElement(Tag tag)
         m_level = nullptr;
 }
 
-} // namespace standin
+} // namespace programs

@@ -5,7 +5,7 @@
 #include "programs/missingfonts/common/fontset.h"
 #include "programs/missingfonts/xml/xmlnames.h"
 
-namespace standin {
+namespace programs {
 
 class XmlElement;
 
@@ -57,4 +57,4 @@ private:
     bool m_inRunProperties = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -105,4 +105,4 @@ void ThemeFonts::endElement(Tag tag)
         m_inScheme = false;
 }
 
-} // namespace standin
+} // namespace programs

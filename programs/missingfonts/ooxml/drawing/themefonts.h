@@ -7,7 +7,7 @@
 #include "programs/missingfonts/common/fontset.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// The two font collections of a theme, read from its part.
 class ThemeFonts : public XmlHandler
@@ -43,4 +43,4 @@ private:
     bool m_inScheme = false;
 };
 
-} // namespace standin
+} // namespace programs

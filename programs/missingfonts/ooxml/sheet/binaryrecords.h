@@ -8,7 +8,7 @@
 
 #include "programs/missingfonts/common/documenterror.h"
 
-namespace standin {
+namespace programs {
 
 /// Cuts a part of a binary workbook into its records, in fixed memory: only the beginning of a long
 /// record is kept.
@@ -92,4 +92,4 @@ private:
     unsigned m_headerBytes = 0;
 };
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/ooxml/sheet/workbook.h"
 #include "programs/missingfonts/package/archivepackage.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -136,4 +136,4 @@ void readBinarySheetPart(PackagePart &part, Workbook &workbook)
     records.finish();
 }
 
-} // namespace standin
+} // namespace programs

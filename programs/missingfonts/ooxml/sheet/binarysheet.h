@@ -1,6 +1,6 @@
 #pragma once
 
-namespace standin {
+namespace programs {
 
 class PackagePart;
 struct Workbook;
@@ -10,4 +10,4 @@ struct Workbook;
 /// @throws DocumentError
 void readBinarySheetPart(PackagePart &part, Workbook &workbook);
 
-} // namespace standin
+} // namespace programs

@@ -5,7 +5,7 @@
 #include "programs/missingfonts/ooxml/sheet/sheetfont.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads a spreadsheet's text that may use several fonts.
 class RichText
@@ -62,4 +62,4 @@ private:
     bool m_usesCellFont = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/ooxml/sheet/richtext.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// The texts that the cells of a workbook share; of each only whether it uses the cell's font.
 class SharedStrings : public XmlHandler
@@ -51,4 +51,4 @@ private:
     std::vector<bool> m_usesCellFont;
 };
 
-} // namespace standin
+} // namespace programs

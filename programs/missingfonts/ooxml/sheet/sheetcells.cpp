@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -86,4 +86,4 @@ void SheetCells::endCell()
         m_workbook.useFormat(m_format);
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/ooxml/sheet/workbook.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads a worksheet, or the comments of one, and marks the fonts of its texts and numbers as used.
 class SheetCells : public XmlHandler
@@ -38,4 +38,4 @@ private:
     bool m_hasOwnText = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/package/partname.h"
 #include "programs/missingfonts/package/relationships.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -76,4 +76,4 @@ void readWorkbook(ArchivePackage &package, const Relationships &relationships,
     workbook.finish();
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace standin {
+namespace programs {
 
 class ArchivePackage;
 class FontUsage;
@@ -13,4 +13,4 @@ class Relationships;
 void readWorkbook(ArchivePackage &package, const Relationships &relationships,
                   const std::string &mainPart, FontUsage &usage);
 
-} // namespace standin
+} // namespace programs

@@ -6,7 +6,7 @@
 
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
 
-namespace standin {
+namespace programs {
 
 /// A font as a spreadsheet names it: the family that its writer saw, and which font of the theme
 /// that was.
@@ -45,4 +45,4 @@ inline SheetFont::Scheme sheetFontScheme(std::string_view value)
     return value == "major" ? SheetFont::Scheme::Major : SheetFont::Scheme::None;
 }
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/missingfonts/ooxml/sheet/sheetfont.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// The fonts of a workbook's cell formats, read from its styles part.
 class SheetStyles : public XmlHandler
@@ -83,4 +83,4 @@ private:
     bool m_inFormats = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -94,4 +94,4 @@ void Workbook::finish()
         usage.use(font.resolved(theme));
 }
 
-} // namespace standin
+} // namespace programs

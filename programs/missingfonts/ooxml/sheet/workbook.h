@@ -7,7 +7,7 @@
 #include "programs/missingfonts/ooxml/sheet/sharedstrings.h"
 #include "programs/missingfonts/ooxml/sheet/sheetstyles.h"
 
-namespace standin {
+namespace programs {
 
 /// What the parts of a workbook are read into: the fonts in use, and what cells refer to.
 struct Workbook
@@ -35,4 +35,4 @@ struct Workbook
     SharedStrings strings;
 };
 
-} // namespace standin
+} // namespace programs

@@ -11,7 +11,7 @@
 #include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/relationships.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -138,4 +138,4 @@ void readPresentation(ArchivePackage &package, const Relationships &relationship
     package.read(readers);
 }
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads a presentation's main part: the list style of its shapes and the fonts that are embedded
 /// in it.
@@ -43,4 +43,4 @@ private:
     bool m_inEmbeddedFont = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -8,7 +8,7 @@
 #include "programs/missingfonts/ooxml/drawing/textlevels.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Identifies a placeholder: a shape that a layout or master prepares.
 struct PlaceholderKey
@@ -139,4 +139,4 @@ private:
     bool m_inPlaceholder = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 #include "programs/missingfonts/ooxml/slide/slidetemplate.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// What the text of a slide inherits; a part without a layout or master has an empty one.
 struct SlideContext
@@ -82,4 +82,4 @@ private:
     bool m_isLeftOut = false;
 };
 
-} // namespace standin
+} // namespace programs

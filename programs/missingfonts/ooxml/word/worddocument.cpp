@@ -12,7 +12,7 @@
 #include "programs/missingfonts/package/archivepackage.h"
 #include "programs/missingfonts/package/relationships.h"
 
-namespace standin {
+namespace programs {
 
 void readWordDocument(ArchivePackage &package, const Relationships &relationships,
                       const std::string &mainPart, FontUsage &usage)
@@ -57,4 +57,4 @@ void readWordDocument(ArchivePackage &package, const Relationships &relationship
     package.read(readers);
 }
 
-} // namespace standin
+} // namespace programs

@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 namespace {
 
@@ -47,4 +47,4 @@ void readRunFonts(const XmlElement &element, FontSet &fonts, FontUsage &usage)
     }
 }
 
-} // namespace standin
+} // namespace programs

@@ -2,11 +2,11 @@
 
 #include "programs/missingfonts/common/fontset.h"
 
-namespace standin {
+namespace programs {
 
 class XmlElement;
 
 /// Takes over what a w:rFonts element says.
 void readRunFonts(const XmlElement &element, FontSet &fonts, FontUsage &usage);
 
-} // namespace standin
+} // namespace programs

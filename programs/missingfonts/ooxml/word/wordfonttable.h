@@ -3,7 +3,7 @@
 #include "programs/missingfonts/common/fontusage.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads a text document's table of fonts: their other names, and which of them are embedded in the
 /// document.
@@ -38,4 +38,4 @@ private:
     Family m_font = noFamily;
 };
 
-} // namespace standin
+} // namespace programs

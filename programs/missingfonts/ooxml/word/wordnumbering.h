@@ -11,7 +11,7 @@
 #include "programs/missingfonts/ooxml/word/wordfonts.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads the labels of a document's lists from its numbering part.
 class WordNumbering : public XmlHandler
@@ -138,4 +138,4 @@ private:
     std::size_t m_count = 0;
 };
 
-} // namespace standin
+} // namespace programs

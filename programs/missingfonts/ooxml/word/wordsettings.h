@@ -4,7 +4,7 @@
 
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// Reads from a text document's settings the languages that its theme's fonts are chosen for.
 class WordSettings : public XmlHandler
@@ -27,4 +27,4 @@ private:
     std::string m_complexLanguage;
 };
 
-} // namespace standin
+} // namespace programs

@@ -10,7 +10,7 @@
 #include "programs/missingfonts/ooxml/word/wordfonts.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 /// The fonts and lists of a document's styles, read from its styles part.
 class WordStyles : public XmlHandler
@@ -152,4 +152,4 @@ private:
     bool m_inDefaults = false;
 };
 
-} // namespace standin
+} // namespace programs

@@ -3,7 +3,7 @@
 #include "programs/missingfonts/ooxml/drawing/themefonts.h"
 #include "programs/missingfonts/ooxml/word/wordsettings.h"
 
-namespace standin {
+namespace programs {
 
 Family WordContext::resolved(Family family) const
 {
@@ -182,4 +182,4 @@ void WordText::use(FontSet fonts, const Paragraph &paragraph, unsigned scripts)
     fonts.use(scripts, m_usage, [this](Family family) { return m_context.resolved(family); });
 }
 
-} // namespace standin
+} // namespace programs

@@ -7,7 +7,7 @@
 #include "programs/missingfonts/ooxml/word/wordstyles.h"
 #include "programs/missingfonts/xml/xmlelement.h"
 
-namespace standin {
+namespace programs {
 
 class ThemeFonts;
 class WordSettings;
@@ -70,4 +70,4 @@ private:
     std::vector<const WordStyles::Style *> m_tables;
 };
 
-} // namespace standin
+} // namespace programs
