@@ -1,11 +1,11 @@
 // Figures of the library's commands, against the bare pipelines and tools behind them.
 
+import { waitFor } from 'browser-driver';
 import { chmodSync, existsSync, mkdirSync, rmSync, writeFileSync } from 'node:fs';
 import { randomFillSync } from 'node:crypto';
 import { enduranceFigures } from './endurance.mjs';
 import { listingFigures } from './listings.mjs';
 import { compare, figure } from './measure.mjs';
-import { waitUntil } from './waiting.mjs';
 import { scripts, Workplace } from './workplace.mjs';
 
 const reportTools = [
@@ -55,7 +55,7 @@ async function archiveFigure(place) {
             await session.secondsOf('archivepackage', { archiveSample: sample }, [
                 `${place.home}/feedback`,
             ]);
-            await waitUntil(() => existsSync(mark), 'the end of the archive', 5);
+            await waitFor(() => existsSync(mark), { what: 'the end of the archive', everyMs: 5 });
             return Number(process.hrtime.bigint() - begin) / 1e9;
         }, env);
     const tree = `${place.home}/.local/share/Orvane/tmp/archive`;

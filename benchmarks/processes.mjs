@@ -1,5 +1,6 @@
 // Starting programs, and reading from /proc what they cost.
 
+import { parentOf } from 'browser-driver';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { readFileSync, readdirSync } from 'node:fs';
@@ -31,14 +32,6 @@ export async function peakMemoryOf(program, args, options = {}) {
     if (status !== 0)
         throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
     return Number(output.trim().split('\n').pop()) / 1024;
-}
-
-function parentOf(pid) {
-    try {
-        return Number(/\) \S (\d+)/.exec(readFileSync(`/proc/${pid}/stat`, 'utf8'))[1]);
-    } catch {
-        return 0; // has ended meanwhile
-    }
 }
 
 function processTree(root) {

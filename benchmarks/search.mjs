@@ -1,12 +1,12 @@
 // Figures of the file search with 150,000 files, against bare plocate and find.
 
+import { waitFor } from 'browser-driver';
 import { existsSync, mkdirSync, mkdtempSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { fileURLToPath } from 'node:url';
 import { bounded, compare, figure, median } from './measure.mjs';
 import { secondsOf } from './processes.mjs';
 import { TimedSession } from './timedsession.mjs';
-import { waitUntil } from './waiting.mjs';
 
 const fileCount = 150_000;
 const rareEvery = 1500;
@@ -31,7 +31,7 @@ function databaseIn(home) {
 /** Brings the database up to date and waits for that. */
 async function refresh(session, home) {
     await session.secondsUntil({ command: 'router', args: { type: 'searchfile' } }, '"router"');
-    await waitUntil(() => databaseIn(home), 'the database', 50);
+    await waitFor(() => databaseIn(home), { what: 'the database', everyMs: 50 });
     await session.search('the end of a search comes after the refresh');
     return databaseIn(home);
 }

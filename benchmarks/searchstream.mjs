@@ -1,6 +1,6 @@
 // How smooth the file search stays while its hits stream in.
 
-import { evaluate, shellOn, withPage } from './devtools.mjs';
+import { shellOn, withPage } from './devtools.mjs';
 
 const hitCount = 100_000;
 /** Batches come apart from each other, as from another process, so that frames come between. */
@@ -62,13 +62,10 @@ const streamHits = `new Promise((resolve) => {
 function streamOnce(shell, env) {
     const start = shellOn(shell, { env, args: ['--page', 'search.html', '--language', 'en'] });
     return withPage(start, async (page) => {
-        await page.Page.enable();
-        await page.Page.addScriptToEvaluateOnNewDocument({ source: silentHost });
-        const loaded = page.Page.loadEventFired();
-        await page.Page.reload();
-        await loaded;
-        await evaluate(page, startSearch);
-        const { longest, text } = await evaluate(page, streamHits);
+        await page.addInitScript(silentHost);
+        await page.reload();
+        await page.evaluate(startSearch);
+        const { longest, text } = await page.evaluate(streamHits);
         if (!text.includes(`${hitCount.toLocaleString('en')} found`))
             throw new Error(`not all hits have arrived: ${text}`);
         return longest;

@@ -2,7 +2,7 @@
 
 import { readdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { bareViewOn, evaluate, firstPaint, pageOf, shellOn, withPage } from './devtools.mjs';
+import { bareViewOn, firstPaint, pageOf, shellOn, withPage } from './devtools.mjs';
 import { bounded, compare, figure, median } from './measure.mjs';
 import { withPrivateHome } from './privatehome.mjs';
 import { longestFrame } from './searchstream.mjs';
@@ -25,7 +25,7 @@ const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #
 function paintAfterStart(start) {
     return withPage(
         start,
-        async (page, { startedAt }) => (await evaluate(page, firstPaint)) - startedAt,
+        async (page, { startedAt }) => (await page.evaluate(firstPaint)) - startedAt,
     );
 }
 
@@ -81,18 +81,16 @@ const interactiveAt = `new Promise((resolve) => {
 /** Milliseconds from the click on a tile until its view is interactive, and the view's page. */
 function opening(shell, env, index) {
     return withPage(shellOn(shell, { env }), async (home, { port }) => {
-        const place = await evaluate(home, placeOfTile(index));
-        for (const type of ['mousePressed', 'mouseReleased'])
-            await home.Input.dispatchMouseEvent({ type, ...place, button: 'left', clickCount: 1 });
+        const place = await home.evaluate(placeOfTile(index));
+        await home.clickAt(place);
         const view = await pageOf(port, (url) => !notViews.test(url));
         try {
-            const end = await evaluate(view, interactiveAt);
+            const end = await view.evaluate(interactiveAt);
             return {
-                name: await evaluate(
-                    view,
+                name: await view.evaluate(
                     "location.pathname.split('/').pop().replace('.html', '')",
                 ),
-                time: end - (await evaluate(home, 'window.clickedAt')),
+                time: end - (await home.evaluate('window.clickedAt')),
             };
         } finally {
             await view.close();
@@ -103,8 +101,8 @@ function opening(shell, env, index) {
 async function openingFigures(shell) {
     return withPrivateHome(async (env) => {
         const count = await withPage(shellOn(shell, { env }), async (home) => {
-            await evaluate(home, placeOfTile(0));
-            return evaluate(home, "document.querySelectorAll('button.tool').length");
+            await home.evaluate(placeOfTile(0));
+            return home.evaluate("document.querySelectorAll('button.tool').length");
         });
         const figures = [];
         for (let index = 0; index < count; index++) {

@@ -1,6 +1,6 @@
 // Figures of the window, against a bare view of the same Chromium that shows the same page.
 
-import { bareViewOn, evaluate, firstPaint, shellOn, withPage } from './devtools.mjs';
+import { bareViewOn, firstPaint, shellOn, withPage } from './devtools.mjs';
 import { compare, figure } from './measure.mjs';
 import { withPrivateHome } from './privatehome.mjs';
 import { settledMemoryOf } from './processes.mjs';
@@ -27,10 +27,10 @@ export function windowFigures(programs) {
 async function figuresIn(env, { shell, bareView, html }) {
     const shellStart = shellOn(shell, { env });
     const peerStart = bareViewOn(bareView, html, { env });
-    const paintAfterStart = async (client, { startedAt }) =>
-        (await evaluate(client, firstPaint)) - startedAt;
-    const memory = async (client, { pid }) => {
-        await evaluate(client, firstPaint);
+    const paintAfterStart = async (page, { startedAt }) =>
+        (await page.evaluate(firstPaint)) - startedAt;
+    const memory = async (page, { pid }) => {
+        await page.evaluate(firstPaint);
         return settledMemoryOf(pid);
     };
 
@@ -42,8 +42,8 @@ async function figuresIn(env, { shell, bareView, html }) {
                 withPage(peerStart, (peer) =>
                     compare(
                         tripRounds,
-                        () => evaluate(ours, timeOf(oursCall)),
-                        () => evaluate(peer, timeOf(peerCall)),
+                        () => ours.evaluate(timeOf(oursCall)),
+                        () => peer.evaluate(timeOf(peerCall)),
                     ),
                 ),
             ),

@@ -5,9 +5,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { describe, expect, inject, it } from 'vitest';
-// @ts-expect-error The build's own scripts are plain JavaScript.
 import { unsupportedInScript, unsupportedInStyle } from '../build/compatibility.mjs';
-// @ts-expect-error The build's own scripts are plain JavaScript.
 import { textsScript, topicsOf } from '../build/texts.mjs';
 
 const page = fileURLToPath(new URL('..', import.meta.url));

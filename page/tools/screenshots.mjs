@@ -2,12 +2,13 @@
  * Draws every view with a scripted host, in both themes and languages; with --all every scene of
  * it, which takes long.
  */
-import { mkdir, readdir } from 'node:fs/promises';
+import { mkdir, readdir, writeFile } from 'node:fs/promises';
 import { join, resolve } from 'node:path';
+import { setTimeout as pause } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
-import { chromium } from 'playwright-core';
-import { chromiumFlags, chromiumPath, openView } from '../tests/browser/harness.mjs';
+import { Chromium, chromiumPath } from 'browser-driver';
+import { openView } from '../tests/browser/harness.mjs';
 
 const sceneFolder = fileURLToPath(new URL('../tests/browser/scenes', import.meta.url));
 
@@ -21,15 +22,15 @@ async function draw(browser, pages, scene, options, target) {
     const page = await openView(browser, pages, scene, options);
     await scene.act?.(page);
     if (options.language === 'en_US') {
-        await page.getByText(scene.shows).filter({ visible: true }).first().waitFor();
+        await page.getByText(scene.shows).waitFor();
     } else {
         // The busy sign of a scene that waits comes after half a second.
-        await page.waitForTimeout(650);
+        await pause(650);
     }
-    await page.waitForTimeout(150);
-    await page.screenshot({ path: target });
+    await pause(150);
+    await writeFile(target, await page.screenshot());
     for (const complaint of page.complaints) console.error(`${scene.name}: ${complaint}`);
-    await page.context().close();
+    await page.close();
 }
 
 const { values } = parseArgs({
@@ -52,7 +53,7 @@ const size = {
     textSize: Number(values.textSize),
 };
 await mkdir(out, { recursive: true });
-const browser = await chromium.launch({ executablePath: values.chromium, args: chromiumFlags });
+const browser = await Chromium.start(values.chromium);
 try {
     const scenes = (await allScenes()).filter(
         ({ name }) => name.startsWith(values.only) && (values.all || !name.includes('-')),

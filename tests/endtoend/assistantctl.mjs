@@ -1,4 +1,4 @@
-import { waitFor } from './waitfor.mjs';
+import { waitFor } from 'browser-driver';
 
 const PROGRAM = '/suite/office/assistantctl';
 const TIMEOUT = 90_000;

@@ -16,7 +16,7 @@ describe('the view of crash dumps', () => {
 
     it('hands over to feedback, which is told where it comes from', () =>
         play(named('crash-fresh'), async (view) => {
-            await view.click('.fresh-dump .el-button');
+            await view.locator('.fresh-dump .el-button').click();
             await sent(view, 'router');
             expect(await lastSent(view, 2)).toEqual([
                 { command: 'feedbacktovyr', args: { infopage: 'crash' } },
@@ -50,8 +50,8 @@ describe('the view of crash dumps', () => {
 
     it('shows the switch as the library reads it afterwards', () =>
         play(named('crash'), async (view) => {
-            await view.click('.el-switch');
-            await view.getByText('The setting did not change.').first().waitFor();
+            await view.locator('.el-switch').click();
+            await view.getByText('The setting did not change.').waitFor();
             expect(await view.locator('.el-switch input').isChecked()).toBe(true);
         }));
 });
@@ -83,8 +83,8 @@ describe('the environment check', () => {
 
     it('sends a check of one’s own as it was typed', () =>
         play(named('environmentcheck-other'), async (view) => {
-            await view.locator('.check-fields input').nth(0).fill('own check');
-            await view.locator('.check-fields input').nth(1).fill('-v');
+            await view.locator('.check-fields input', { nth: 0 }).fill('own check');
+            await view.locator('.check-fields input', { nth: 1 }).fill('-v');
             await view.keyboard.press('Enter');
             await sent(view, 'vyrenvcheck');
             expect(await lastSent(view)).toEqual([
@@ -114,14 +114,13 @@ describe('values from outside', () => {
 describe('the view of processes', () => {
     it('asks for nothing more while it is paused', () =>
         play(named('processes-table'), async (view) => {
-            await view.clock.install();
             const reads = (await sentCommands(view)).filter(
                 ({ command }) => command === 'getcpuinfo',
             ).length;
             await view.keyboard.press('F5');
             await sent(view, 'getcpuinfo', reads + 1);
             const before = (await sentCommands(view)).length;
-            await view.clock.runFor(60_000);
+            await view.advanceTime(60_000);
             expect((await sentCommands(view)).length).toBe(before);
         }));
 
@@ -131,17 +130,16 @@ describe('the view of processes', () => {
             await view.locator('.status-line').getByText('Read at').waitFor();
             expect(await spoken.textContent()).toBe('');
             // Paused, nothing but the key makes it read.
-            await view.click('.history-actions button >> nth=1');
+            await view.locator('.history-actions button', { nth: 1 }).click();
             await view.keyboard.press('F5');
             await spoken.getByText('Read at').waitFor();
         }));
 
     it('goes on by itself', () =>
         play(named('processes-full'), async (view) => {
-            await view.clock.install();
             await view.keyboard.press('F5');
             await sent(view, 'getcpuinfo', 2);
-            await view.clock.runFor(6000);
+            await view.advanceTime(6000);
             await sent(view, 'getcpuinfo', 3);
         }));
 });
@@ -149,7 +147,7 @@ describe('the view of processes', () => {
 describe('the check-up', () => {
     it('opens the view that mends a finding, and looks again when that has closed', () =>
         play(named('home-findings'), async (view) => {
-            await view.getByRole('button', { name: 'Open “Input method”' }).click();
+            await view.locator('button', { named: 'Open “Input method”' }).click();
             await sent(view, 'router');
             expect(await lastSent(view)).toEqual([
                 { command: 'router', args: { page: 'inputmethod.html', type: '' } },
@@ -163,13 +161,13 @@ describe('the check-up', () => {
     it('remembers what is ignored when the page is opened again', () =>
         play(named('home-ignored'), async (view) => {
             const stored = () =>
-                view.waitForFunction(() =>
+                view.until(() =>
                     localStorage.getItem('assistant.ignoredFindings')?.includes('memoryFull'),
                 );
             await stored();
             await view.reload();
             await stored();
-            await view.click('.checkup-heading .primary');
+            await view.locator('.checkup-heading .primary').click();
             await view.getByText('One ignored finding').waitFor();
             await view.getByText('All is well but for what you ignore').waitFor();
         }));

@@ -1,6 +1,7 @@
+import type { Page } from 'browser-driver';
 import { describe, expect, it } from 'vitest';
 import { allScenes } from './allscenes';
-import type { Scene, ViewPage } from './harness.mjs';
+import type { Scene } from './harness.mjs';
 import { lastSent, open, play, sent, useBrowser } from './playing';
 
 const scenes = await allScenes();
@@ -20,7 +21,7 @@ const types: Record<string, string> = {
 useBrowser();
 
 /** What is cut off or sticks out to the side, where nobody can scroll to it. */
-function cutOff(view: ViewPage): Promise<string[]> {
+function cutOff(view: Page): Promise<string[]> {
     return view.evaluate(() => {
         const names = [...document.querySelectorAll<HTMLElement>('button, h1, h2, legend, label')]
             .filter(
@@ -39,10 +40,10 @@ function cutOff(view: ViewPage): Promise<string[]> {
     });
 }
 
-async function shown(scene: Scene, options = {}): Promise<ViewPage> {
+async function shown(scene: Scene, options = {}): Promise<Page> {
     const view = await open(scene, options);
     await scene.act?.(view);
-    await view.getByText(scene.shows).filter({ visible: true }).first().waitFor();
+    await view.getByText(scene.shows).waitFor();
     return view;
 }
 
@@ -50,7 +51,7 @@ describe('at twice the text size in the smallest window', () => {
     it.concurrent.each(first)('nothing of $name is out of reach', async (scene) => {
         const view = await shown(scene, { textSize: 200, width: 900, height: 600 });
         expect(await cutOff(view)).toEqual([]);
-        await view.context().close();
+        await view.close();
     });
 });
 

@@ -1,10 +1,10 @@
-import type { ViewPage } from './harness.mjs';
+import type { Page } from 'browser-driver';
 
 /**
  * Names of the controls that cannot be used and do not say why. What a control does and its key
  * are no reason.
  */
-export function unexplained(view: ViewPage): Promise<string[]> {
+export function unexplained(view: Page): Promise<string[]> {
     return view.evaluate(() =>
         [
             ...document.querySelectorAll<HTMLElement>(

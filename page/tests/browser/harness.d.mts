@@ -1,4 +1,4 @@
-import type { Browser, Page } from 'playwright-core';
+import type { Chromium, Page } from 'browser-driver';
 
 export interface Notice {
     callback: string;
@@ -27,7 +27,7 @@ export interface Scene {
     answers?: Record<string, Answer | Answer[]>;
     withoutHost?: boolean;
     /** Brings the opened view to what the scene shows. */
-    act?: (page: ViewPage) => Promise<unknown>;
+    act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
     shows: string | RegExp;
     /** A text that it shows after that, when the late answers have come. */
@@ -42,16 +42,12 @@ export interface ViewOptions {
     height?: number;
 }
 
-export type ViewPage = Page & { complaints: string[] };
-
-export const chromiumFlags: string[];
-export const chromiumPath: string;
 export function openView(
-    browser: Browser,
+    browser: Chromium,
     directory: string,
     scene: Pick<Scene, 'page' | 'answers' | 'withoutHost'>,
     options?: ViewOptions,
-): Promise<ViewPage>;
+): Promise<Page>;
 export function sentCommands(
     page: Page,
 ): Promise<{ command: string; args?: Record<string, unknown> }[]>;

@@ -15,19 +15,6 @@ import { pathToFileURL } from 'node:url';
 
 const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
 
-export const chromiumFlags = [
-    '--no-sandbox',
-    '--disable-gpu',
-    '--disable-quic',
-    '--no-first-run',
-    '--disable-background-networking',
-    '--disable-component-update',
-    '--disable-sync',
-];
-
-/** Debian's package chromium, unless the environment names another one. */
-export const chromiumPath = process.env.CHROMIUM ?? '/usr/bin/chromium';
-
 /** What every view calls and no scene cares about. */
 const commonAnswers = {
     copytoclipboard: { result: 'success' },
@@ -94,25 +81,20 @@ export async function openView(browser, directory, scene, options = {}) {
         width = 1000,
         height = 680,
     } = options;
-    const context = await browser.newContext({
-        viewport: { width, height },
-        // For a view without a host, which goes by the browser.
-        locale: language.replace('_', '-'),
-        colorScheme: theme,
-    });
-    const page = await context.newPage();
-    page.setDefaultTimeout(30_000);
-    page.complaints = [];
-    page.on('pageerror', (error) => page.complaints.push(error.message));
-    page.on('console', (message) => {
-        if (['error', 'warning'].includes(message.type())) page.complaints.push(message.text());
+    const page = await browser.newPage({
+        width,
+        height,
+        // A view without a host takes both from the browser.
+        language: language.replace('_', '-'),
+        theme,
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...scene.answers };
-        await page.addInitScript(installHost, { theme, language, textSize, answers });
+        const host = JSON.stringify({ theme, language, textSize, answers });
+        await page.addInitScript(`(${installHost})(${host})`);
     }
     await page.goto(pathToFileURL(join(directory, scene.page)).href);
-    await page.waitForSelector('.frame:not([aria-busy])');
+    await page.locator('.frame:not([aria-busy])').waitFor();
     return page;
 }
 
@@ -131,7 +113,7 @@ export function unexpectedCommands(page) {
  * and once more for the contrast in the other theme.
  */
 export async function accessibilityFindings(page) {
-    await page.evaluate(axeSource);
+    await page.evaluate(`${axeSource};undefined`);
     const found = await page.evaluate(async () => {
         const root = document.documentElement;
         // A colour on its way from one state to the next is not what a person reads.

@@ -25,14 +25,14 @@ describe('the language', () => {
             const titles = [english, chinese].map(
                 ({ views }) => views[name as keyof typeof views].title,
             );
-            await view.getByRole('button', { name: english.settings.title, exact: true }).click();
+            await view.locator('button', { named: english.settings.title }).click();
             for (const [language, title] of [
                 ['zh-CN', titles[1]],
                 ['en', titles[0]],
             ] as const) {
                 await view.locator(`input[name="language"][value="${language}"]`).check();
-                await view.getByText(title!, { exact: true }).first().waitFor();
-                expect(await view.title()).toBe(title);
+                await view.getByText(title!, { exact: true }).waitFor();
+                expect(await view.evaluate('document.title')).toBe(title);
                 expect(await view.locator('html').getAttribute('lang')).toBe(language);
             }
         }),

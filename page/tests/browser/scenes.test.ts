@@ -13,8 +13,7 @@ describe('in Chromium, the scene', () => {
     // Side by side, because a scene mostly waits: for its browser, or for a late answer.
     it.concurrent.each(scenes)('$name shows what it should, and to everyone', async (scene) => {
         const page = await open(scene);
-        const visible = (text: string | RegExp) =>
-            page.getByText(text).filter({ visible: true }).first().waitFor();
+        const visible = (text: string | RegExp) => page.getByText(text).waitFor();
         await scene.act?.(page);
         await visible(scene.shows);
         expect(await accessibilityFindings(page)).toEqual([]);
@@ -25,7 +24,7 @@ describe('in Chromium, the scene', () => {
         }
         expect(page.complaints).toEqual([]);
         expect(await unexpectedCommands(page)).toEqual([]);
-        await page.context().close();
+        await page.close();
     });
 });
 

@@ -1,14 +1,14 @@
-import { chromium, type Browser, type Page } from 'playwright-core';
+import { Chromium, type Page } from 'browser-driver';
 import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, inject, it } from 'vitest';
-import { chromiumFlags, chromiumPath, openView } from './harness.mjs';
+import { openView } from './harness.mjs';
 
 const hitCount = 100_000;
 const mostMs = 300_000;
 
-let browser: Browser;
+let browser: Chromium;
 let page: Page;
 beforeAll(async () => {
-    browser = await chromium.launch({ executablePath: chromiumPath, args: chromiumFlags });
+    browser = await Chromium.start();
 });
 afterAll(() => browser.close());
 
@@ -53,18 +53,14 @@ async function openSearch(): Promise<Page> {
         page: 'search.html',
         answers: { startsearchfile: {} },
     });
-    await view.fill('.search-keyword input', 'report');
+    await view.locator('.search-keyword input').fill('report');
     await view.keyboard.press('Enter');
-    await view.waitForFunction(() => (window as unknown as { sent: unknown[] }).sent.length > 0);
+    await view.until(() => (window as unknown as { sent: unknown[] }).sent.length > 0);
     return view;
 }
 
 async function complete(): Promise<void> {
-    await page
-        .getByText('The search is complete.')
-        .filter({ visible: true })
-        .first()
-        .waitFor({ timeout: 120_000 });
+    await page.getByText('The search is complete.').waitFor({ timeoutMs: 120_000 });
 }
 
 /** Scrolls on in each frame from now on, and counts the frames. */
@@ -83,17 +79,17 @@ function keepScrolling(): void {
 beforeEach(async () => {
     page = await openSearch();
 });
-afterEach(() => page.context().close());
+afterEach(() => page.close());
 
 describe('100,000 hits', () => {
     it(
         'arrive while the page goes on drawing and is scrolled',
         async () => {
             await page.evaluate(keepScrolling);
-            await page.evaluate(streamHits, hitCount);
-            const frames = await page.getAttribute('.hit-scroller', 'data-frames');
+            await page.evaluate(streamHits, hitCount, { timeoutMs: mostMs });
+            const frames = await page.locator('.hit-scroller').getAttribute('data-frames');
             await complete();
-            await page.getByText('100,000 found').first().waitFor();
+            await page.getByText('100,000 found').waitFor();
             expect(Number(frames)).toBeGreaterThan(5);
         },
         mostMs,
@@ -102,13 +98,13 @@ describe('100,000 hits', () => {
     it(
         'arrive into a list that is being sorted and filtered',
         async () => {
-            const stream = page.evaluate(streamHits, hitCount);
-            await page.waitForSelector('.search-results');
-            await page.check('input[value="name"]');
-            await page.fill('.search-filter input', 'docx 9');
+            const stream = page.evaluate(streamHits, hitCount, { timeoutMs: mostMs });
+            await page.locator('.search-results').waitFor();
+            await page.locator('input[value="name"]').check();
+            await page.locator('.search-filter input').fill('docx 9');
             await stream;
             await complete();
-            await page.getByText('of 100,000').first().waitFor();
+            await page.getByText('of 100,000').waitFor();
         },
         mostMs,
     );
@@ -116,12 +112,12 @@ describe('100,000 hits', () => {
     it(
         'are sorted and filtered once they are there',
         async () => {
-            await page.evaluate(streamHits, hitCount);
+            await page.evaluate(streamHits, hitCount, { timeoutMs: mostMs });
             await complete();
-            await page.check('input[value="name"]');
-            await page.getByText('report 报告 N000000.docx').first().waitFor({ timeout: 60_000 });
-            await page.fill('.search-filter input', 'N099999');
-            await page.getByText('1 of 100,000').first().waitFor({ timeout: 60_000 });
+            await page.locator('input[value="name"]').check();
+            await page.getByText('report 报告 N000000.docx').waitFor({ timeoutMs: 60_000 });
+            await page.locator('.search-filter input').fill('N099999');
+            await page.getByText('1 of 100,000').waitFor({ timeoutMs: 60_000 });
         },
         mostMs,
     );

@@ -1,18 +1,17 @@
+import { Chromium } from 'browser-driver';
 import { execFileSync } from 'node:child_process';
 import { mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
-import { chromium } from 'playwright-core';
 import type { TestProject } from 'vitest/node';
-import { chromiumFlags, chromiumPath } from './harness.mjs';
 
 declare module 'vitest' {
     interface ProvidedContext {
         /** Where the page is built, once for all tests. */
         builtPage: string;
-        /** The address of the one Chromium that all tests share. */
-        browserAddress: string;
+        /** The port of the developer tools of the one Chromium that all tests share. */
+        browserPort: number;
     }
 }
 
@@ -23,15 +22,11 @@ export default async function setup(project: TestProject): Promise<() => Promise
     // The tests' own environment would have it built for development.
     const env = { ...process.env, NODE_ENV: 'production', VITEST: '' };
     execFileSync('node', ['build/build.mjs', '--outDir', directory], { cwd: root, env });
-    const server = await chromium.launchServer({
-        executablePath: chromiumPath,
-        args: chromiumFlags,
-        timeout: 30_000,
-    });
+    const browser = await Chromium.start();
     project.provide('builtPage', directory);
-    project.provide('browserAddress', server.wsEndpoint());
+    project.provide('browserPort', browser.port);
     return async () => {
-        await server.close();
+        await browser.close();
         rmSync(directory, { recursive: true });
     };
 }

@@ -1,14 +1,15 @@
+import type { Page } from 'browser-driver';
 import { describe, expect, it } from 'vitest';
-import { sentCommands, type ViewPage } from './harness.mjs';
+import { sentCommands } from './harness.mjs';
 import { lastSent, named, play, sent, useBrowser } from './playing';
 
 useBrowser();
 
-async function sentNames(view: ViewPage): Promise<string[]> {
+async function sentNames(view: Page): Promise<string[]> {
     return (await sentCommands(view)).map(({ command }) => command);
 }
 
-async function closesAs(view: ViewPage, type: string): Promise<void> {
+async function closesAs(view: Page, type: string): Promise<void> {
     await view.keyboard.press('Escape');
     await sent(view, 'closechildwindow');
     expect(await lastSent(view)).toEqual([{ command: 'closechildwindow', args: { type } }]);
@@ -18,8 +19,8 @@ describe('the desktop shortcuts', () => {
     it('are put back only after the question, and then listed until they rest', () =>
         play(named('shortcuts-asking', { fixfouricon: { result: 'success' } }), async (view) => {
             expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
-            await view.click('.ask-once-confirm');
-            await view.getByText('Repaired, checked again').first().waitFor();
+            await view.locator('.ask-once-confirm').click();
+            await view.getByText('Repaired, checked again').waitFor();
             expect(await sentNames(view)).toEqual([
                 'getdesktopiconfile',
                 'fixfouricon',
@@ -30,16 +31,16 @@ describe('the desktop shortcuts', () => {
 
     it('are put back as the integrated one when that is chosen', () =>
         play(named('shortcuts', { fixoneicon: { result: 'success' } }), async (view) => {
-            await view.check('input[value="integrated"]');
-            await view.click('.ask-once-start');
-            await view.click('.ask-once-confirm');
+            await view.locator('input[value="integrated"]').check();
+            await view.locator('.ask-once-start').click();
+            await view.locator('.ask-once-confirm').click();
             await sent(view, 'fixoneicon');
             expect(await sentNames(view)).not.toContain('fixfouricon');
         }));
 
     it('are not put back twice at once', () =>
         play(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
-            await view.click('.ask-once-confirm');
+            await view.locator('.ask-once-confirm').click();
             await sent(view, 'fixfouricon');
             await view.locator('.ask-once-start[disabled]').waitFor();
             await view.keyboard.press('F5');
@@ -54,7 +55,7 @@ describe('the associations', () => {
                 ['Repair…', 'Repairing needs the desktop'],
                 ['Copy text', "The desktop's tool for document types is missing"],
             ]) {
-                const button = view.getByRole('button', { name });
+                const button = view.locator('button', { named: name });
                 expect(await button.isDisabled()).toBe(true);
                 expect(
                     await button.evaluate((element) =>
@@ -62,7 +63,7 @@ describe('the associations', () => {
                     ),
                 ).toContain(reason);
             }
-            await view.getByText('need repair').waitFor({ state: 'detached' });
+            await view.getByText('need repair').waitForNone();
         }));
 
     it('cannot be repaired when all is well, and the button says so', () =>
@@ -76,7 +77,7 @@ describe('the associations', () => {
 
     it('are copied as text with unseen characters named', () =>
         play(named('associations-problems'), async (view) => {
-            await view.getByRole('button', { name: 'Copy text' }).click();
+            await view.locator('button', { named: 'Copy text' }).click();
             await sent(view, 'copytoclipboard');
             const [copying] = await lastSent(view);
             const copied = String(copying?.args?.verification);
@@ -98,7 +99,7 @@ describe('the documents', () => {
                     },
                 },
             ]);
-            await view.click('text=Go on to feedback');
+            await view.getByText('Go on to feedback').click();
             await sent(view, 'router');
             expect(await lastSent(view, 2)).toEqual([
                 { command: 'feedbacktovyr', args: { infopage: 'missingfonts' } },
@@ -123,10 +124,11 @@ describe('the updater', () => {
 
     it('leaves a new setting in its fields until it is stored', () =>
         play(named('updater-not-writable'), async (view) => {
-            const fields = view.locator('.configuration-new input');
-            expect(await fields.first().inputValue()).toBe('added');
-            await fields.first().fill('channel2');
-            await fields.nth(1).fill('beta');
+            const key = view.locator('.configuration-new input', { nth: 0 });
+            const value = view.locator('.configuration-new input', { nth: 1 });
+            expect(await key.inputValue()).toBe('added');
+            await key.fill('channel2');
+            await value.fill('beta');
             await view.evaluate(() => {
                 const { helio } = window;
                 const stored = { result: { channel2: 'beta' } };
@@ -139,9 +141,9 @@ describe('the updater', () => {
                 };
             });
             await view.keyboard.press('Enter');
-            await view.getByText('Saved, read again.').first().waitFor();
-            expect(await fields.first().inputValue()).toBe('');
-            expect(await fields.nth(1).inputValue()).toBe('');
+            await view.getByText('Saved, read again.').waitFor();
+            expect(await key.inputValue()).toBe('');
+            expect(await value.inputValue()).toBe('');
         }));
 
     it('gets no value with a dollar sign', () =>
@@ -152,17 +154,17 @@ describe('the updater', () => {
 
     it('keeps a value when its edit is cancelled by keyboard', () =>
         play(named('updater-dollar'), async (view) => {
-            await view.fill('tbody input', 'beta');
-            await view.focus('.configuration-edit button >> nth=1');
+            await view.locator('tbody input').fill('beta');
+            await view.locator('.configuration-edit button', { nth: 1 }).focus();
             await view.keyboard.press('Enter');
-            await view.locator('tbody input').waitFor({ state: 'detached' });
+            await view.locator('tbody input').waitForNone();
             expect(await sentNames(view)).not.toContain('changeupdateconfig');
         }));
 
     it('keeps the view open when Escape ends an edit', () =>
         play(named('updater-dollar'), async (view) => {
             await view.keyboard.press('Escape');
-            await view.locator('tbody input').waitFor({ state: 'detached' });
+            await view.locator('tbody input').waitForNone();
             expect(await sentNames(view)).not.toContain('closechildwindow');
         }));
 
@@ -175,7 +177,7 @@ describe('the updater', () => {
 describe('the document server', () => {
     it('gets what the preview shows', () =>
         play(named('server-form', { openremoveurlcheck: { result: 'success' } }), async (view) => {
-            await view.click('.server-send button');
+            await view.locator('.server-send button').click();
             await sent(view, 'openremoveurlcheck');
             expect(await lastSent(view)).toEqual([
                 {
@@ -248,7 +250,7 @@ describe('the file search', () => {
                     window.searchfilefinish!({ result: 'success' });
                     window.answerLate();
                 });
-                await view.getByText('The search is complete. 1 found').first().waitFor();
+                await view.getByText('The search is complete. 1 found').waitFor();
                 expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);
             },
         ));
@@ -257,11 +259,11 @@ describe('the file search', () => {
 describe('feedback', () => {
     it('sends all that was filled in', () =>
         play(named('feedback-files', { archivepackage: { result: 'error' } }), async (view) => {
-            await view.fill('textarea', 'Two\nlines');
-            await view.check('input[value="print"]');
-            await view.click('.extras .el-switch >> nth=1');
-            await view.click('.extras .el-switch >> nth=2');
-            await view.click('.summary-panel .el-button--primary');
+            await view.locator('textarea').fill('Two\nlines');
+            await view.locator('input[value="print"]').check();
+            await view.locator('.extras .el-switch', { nth: 1 }).click();
+            await view.locator('.extras .el-switch', { nth: 2 }).click();
+            await view.locator('.summary-panel .el-button--primary').click();
             await sent(view, 'archivepackage');
             expect(await lastSent(view)).toEqual([
                 {
@@ -283,7 +285,7 @@ describe('feedback', () => {
 
     it('takes no fourth attachment, and says why', () =>
         play(named('feedback-files'), async (view) => {
-            const attach = view.locator('.files-panel .button-row > span').nth(1);
+            const attach = view.locator('.files-panel .button-row > span', { nth: 1 });
             expect(await attach.locator('button').isDisabled()).toBe(true);
             expect(await attach.getAttribute('title')).toContain('No more than 3');
         }));
@@ -298,19 +300,19 @@ describe('feedback', () => {
         }));
 
     it.each([
-        ['its button', (view: ViewPage) => view.click('.title-bar-button.closing')],
+        ['its button', (view: Page) => view.locator('.title-bar-button.closing').click()],
         [
             'the window',
-            (view: ViewPage) =>
+            (view: Page) =>
                 view.evaluate(
                     () => void dispatchEvent(new Event('helioclose', { cancelable: true })),
                 ),
         ],
     ])('warns of that when %s closes it, too', (_, close) =>
         play(named('feedback'), async (view) => {
-            await view.fill('textarea', 'The third page is empty.');
+            await view.locator('textarea').fill('The third page is empty.');
             await close(view);
-            await view.getByText('Close the view once more').first().waitFor();
+            await view.getByText('Close the view once more').waitFor();
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await close(view);
             await sent(view, 'closechildwindow');
@@ -319,7 +321,7 @@ describe('feedback', () => {
 
     it('warns again before it loses what was written after the first warning', () =>
         play(named('feedback-unsaved'), async (view) => {
-            await view.fill('textarea', 'A long text that came after it.');
+            await view.locator('textarea').fill('A long text that came after it.');
             await view.keyboard.press('Escape');
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await closesAs(view, '');

@@ -61,11 +61,15 @@ beforeAll(async () => {
     });
     await installSuite();
     await fillHome();
-    root.bind(fs.realpathSync(process.execPath), '/tests/node');
-    root.bind(path.join(REPOSITORY, 'node_modules'), '/tests/node_modules');
-    root.bind(path.join(REPOSITORY, 'tests/endtoend'), '/tests/endtoend');
+    root.bind(fs.realpathSync(process.execPath), '/repository/node');
+    for (const name of ['node_modules', 'tests/browser', 'tests/endtoend'])
+        root.bind(path.join(REPOSITORY, name), `/repository/${name}`);
     run = await root.run(
-        ['/tests/node', '/tests/endtoend/bridge/insidesandbox.mjs', JSON.stringify(STEPS)],
+        [
+            '/repository/node',
+            '/repository/tests/endtoend/bridge/insidesandbox.mjs',
+            JSON.stringify(STEPS),
+        ],
         { timeoutMs: LONGEST_RUN },
     );
     outcomes = new Map(

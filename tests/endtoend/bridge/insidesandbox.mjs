@@ -4,10 +4,10 @@
 import { once } from 'node:events';
 import fs from 'node:fs';
 import http from 'node:http';
+import { waitFor } from 'browser-driver';
 
 import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
-import { waitFor } from '../waitfor.mjs';
 
 const CALLBACKS = [
     'hiddentipCallBack',

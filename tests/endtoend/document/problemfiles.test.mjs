@@ -1,8 +1,8 @@
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { waitFor } from '../waitfor.mjs';
 
 const WORK = '/home/user/.local/share/Orvane/tmp';
 const TOOL = '/suite/office/vyrEnvCheckTool';

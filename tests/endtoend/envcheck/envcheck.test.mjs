@@ -1,10 +1,10 @@
 import { setTimeout as pause } from 'node:timers/promises';
 
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { waitFor } from '../waitfor.mjs';
 
 const TOOL = '/suite/office/vyrEnvCheckTool';
 const ANSWERS = '/home/user/.local/share/Orvane/tmp/vyrEnv.ini';

@@ -1,8 +1,8 @@
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { waitFor } from '../waitfor.mjs';
 import { STAGING, WORK } from './faults.mjs';
 
 const TOOL = `#!/bin/bash

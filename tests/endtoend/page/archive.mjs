@@ -1,8 +1,7 @@
 import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
-
-import { waitFor } from '../waitfor.mjs';
+import { waitFor } from 'browser-driver';
 
 /** The files of a feedback archive by name, once it is complete. */
 export async function archived(archive) {

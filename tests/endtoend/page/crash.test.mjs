@@ -1,8 +1,8 @@
 import fs from 'node:fs';
 import { execFileSync } from 'node:child_process';
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
-import { waitFor } from '../waitfor.mjs';
 import { TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 

@@ -1,8 +1,8 @@
 import { spawn } from 'node:child_process';
 import { setTimeout as pause } from 'node:timers/promises';
+import { end } from 'browser-driver';
 import { afterEach, expect, test } from 'vitest';
 
-import { end } from '../helio/shell/process.mjs';
 import { TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 

@@ -1,11 +1,11 @@
 import fs from 'node:fs';
 import path from 'node:path';
+import { waitFor } from 'browser-driver';
 import { afterAll, afterEach, beforeAll, beforeEach } from 'vitest';
 
 import { ScratchSuite } from '../helio/shell/scratchsuite.mjs';
 import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
-import { waitFor } from '../waitfor.mjs';
 import { TEXTS } from './texts.mjs';
 import { ViewPage } from './viewpage.mjs';
 
@@ -47,7 +47,7 @@ export function viewTests() {
             ['--language', 'en'],
             { env: { USER: user, ...env } },
         );
-        return new ViewPage(await shared.program.page());
+        return shared.program.page('index.html', { Kind: ViewPage });
     };
 
     /** Opens a view by its tile on the home page: {home, view}. */
@@ -64,7 +64,7 @@ export function viewTests() {
 
     /** The view that is opening in the child window. */
     shared.view = async (name) => {
-        const view = new ViewPage(await shared.program.page(`${name}.html`));
+        const view = await shared.program.page(`${name}.html`, { Kind: ViewPage });
         await view.shows(TEXTS.views[name].title);
         return view;
     };

@@ -1,8 +1,8 @@
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { waitFor } from '../waitfor.mjs';
 import { CONFIG, installUpdater, LOG, UPDATER, updaterCall } from './updater.mjs';
 
 let root;

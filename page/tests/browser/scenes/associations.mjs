@@ -73,8 +73,8 @@ const programs = (wrong) =>
 const nothing = { result: [{}, {}, {}] };
 
 async function repair(view) {
-    await view.click('.ask-once-start');
-    await view.click('.ask-once-confirm');
+    await view.locator('.ask-once-start').click();
+    await view.locator('.ask-once-confirm').click();
 }
 
 export const scenes = [
@@ -91,7 +91,7 @@ export const scenes = [
             getassomime: types(['doc', 'xls']),
             getassoopen: programs(['doc', 'docx', 'rtf', 'ppt']),
         },
-        act: (view) => view.check('input[value="problems"]'),
+        act: (view) => view.locator('input[value="problems"]').check(),
         shows: '3 types need repair',
     },
     {
@@ -99,7 +99,7 @@ export const scenes = [
         page,
         answers: { getassomime: types(['doc']), getassoopen: programs() },
         act: async (view) => {
-            await view.waitForSelector('.association-table');
+            await view.locator('.association-table').waitFor();
             await view.keyboard.press('Control+f');
             await view.keyboard.type('office.tbl');
         },

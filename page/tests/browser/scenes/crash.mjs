@@ -9,8 +9,8 @@ const answers = {
     cleardumpdir: { result: 'success' },
 };
 const confirmClear = async (view) => {
-    await view.click('.ask-once-start');
-    await view.click('.ask-once-confirm');
+    await view.locator('.ask-once-start').click();
+    await view.locator('.ask-once-confirm').click();
 };
 
 export const scenes = [
@@ -37,7 +37,7 @@ export const scenes = [
         name: 'crash-asked',
         page,
         answers,
-        act: (view) => view.click('.ask-once-start'),
+        act: (view) => view.locator('.ask-once-start').click(),
         shows: 'This cannot be undone.',
     },
     {

@@ -12,7 +12,7 @@ const answers = {
     },
     runfirefoxplugin: { result: 'success' },
 };
-const start = (view) => view.click('.check-start .el-button--primary');
+const start = (view) => view.locator('.check-start .el-button--primary').click();
 
 export const scenes = [
     { name: 'environmentcheck', page, answers, shows: 'No check has been run' },
@@ -80,7 +80,7 @@ export const scenes = [
         name: 'environmentcheck-plugins',
         page,
         answers,
-        act: (view) => view.click('.tool-page-actions .el-button'),
+        act: (view) => view.locator('.tool-page-actions .el-button').click(),
         shows: 'opens in your own browser',
     },
 ];

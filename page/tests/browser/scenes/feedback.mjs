@@ -16,8 +16,8 @@ const files = {
     ],
 };
 
-const describe = (view) => view.fill('textarea', 'The third page\nis empty.');
-const build = (view) => view.click('.summary-panel .el-button--primary');
+const describe = (view) => view.locator('textarea').fill('The third page\nis empty.');
+const build = (view) => view.locator('.summary-panel .el-button--primary').click();
 
 async function describeAndBuild(view) {
     await describe(view);
@@ -25,10 +25,10 @@ async function describeAndBuild(view) {
 }
 
 async function addFiles(view) {
-    await view.click('.files-panel .button-row button >> nth=0');
+    await view.locator('.files-panel .button-row button', { nth: 0 }).click();
     for (const count of [2, 3, 4]) {
-        await view.click('.files-panel .button-row button >> nth=1');
-        await view.waitForSelector(`.files-panel li >> nth=${count - 1}`);
+        await view.locator('.files-panel .button-row button', { nth: 1 }).click();
+        await view.locator('.files-panel li', { nth: count - 1 }).waitFor();
     }
 }
 
@@ -60,7 +60,7 @@ export const scenes = [
         name: 'feedback-cancelled',
         page,
         answers: { ...answers, chooseattachment: { result: 'error' } },
-        act: (view) => view.click('.files-panel .button-row button >> nth=1'),
+        act: (view) => view.locator('.files-panel .button-row button', { nth: 1 }).click(),
         shows: 'No file was chosen.',
     },
     {
@@ -106,7 +106,7 @@ export const scenes = [
         name: 'feedback-never',
         page,
         answers: { ...answers, choosesamplefile: { never: true } },
-        act: (view) => view.click('.files-panel .button-row button >> nth=0'),
+        act: (view) => view.locator('.files-panel .button-row button', { nth: 0 }).click(),
         shows: 'A file dialog is open',
     },
 ];

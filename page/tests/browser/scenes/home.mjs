@@ -62,7 +62,7 @@ const ill = {
     stratextractfileinfo: { result: { ...own, 'Office.conf': 'root|root|110-100-100|17:03' } },
     getcomputermemory: { result: { percentage: '93.1', all: '3.6' } },
 };
-const check = (view) => view.click('.checkup-heading .primary');
+const check = (view) => view.locator('.checkup-heading .primary').click();
 
 export const scenes = [
     { name: 'home', page, answers: well, shows: 'How can we help?' },
@@ -70,7 +70,7 @@ export const scenes = [
         name: 'home-settings',
         page,
         answers: well,
-        act: (view) => view.click('[aria-haspopup="dialog"]'),
+        act: (view) => view.locator('[aria-haspopup="dialog"]').click(),
         shows: 'Text size',
     },
     {
@@ -84,7 +84,7 @@ export const scenes = [
         name: 'home-exported',
         page,
         answers: well,
-        act: (view) => view.click('.report-actions .primary'),
+        act: (view) => view.locator('.report-actions .primary').click(),
         shows: 'The report was saved and opened.',
     },
     { name: 'home-without-host', page, withoutHost: true, shows: 'ordinary browser' },
@@ -96,7 +96,7 @@ export const scenes = [
         answers: ill,
         act: async (view) => {
             await check(view);
-            await view.locator('.finding-actions .primary').first().click();
+            await view.locator('.finding-actions .primary').click();
             await view.locator('.checkup-repaired').waitFor();
         },
         shows: 'Repaired, checked again: documents open with the suite.',

@@ -3,10 +3,10 @@ const page = 'layout.html';
 const base64 = (text) => Buffer.from(text).toString('base64');
 const chosen = { result: base64('/home/user/Documents/r\u202Eeport.docx') };
 
-const choose = (view) => view.click('.el-button--primary');
+const choose = (view) => view.locator('.el-button--primary').click();
 async function chooseAndOpen(view) {
     await choose(view);
-    await view.click('.step-card:nth-child(2) .el-button--primary');
+    await view.locator('.step-card:nth-child(2) .el-button--primary').click();
 }
 
 export const scenes = [
@@ -45,8 +45,8 @@ export const scenes = [
         answers: { chooselayouterrorfile: chosen, router: { refused: 'no window' } },
         act: async (view) => {
             await choose(view);
-            await view.click('.step-card:nth-child(3) button');
-            await view.waitForFunction(
+            await view.locator('.step-card:nth-child(3) button').click();
+            await view.until(
                 () =>
                     window.sent.some(
                         ({ command, args }) =>

@@ -5,7 +5,7 @@ const chosen = { result: base64('/home/user/Documents/report.docx') };
 const missing = (list) => ({ result: { MissFonts: base64(list) } });
 const someFonts = 'Calibri;宋体;Brand Face\u202E;DejaVu Sans Condensed;Calibri';
 
-const choose = (view) => view.click('.el-button--primary');
+const choose = (view) => view.locator('.el-button--primary').click();
 
 export const scenes = [
     { name: 'missingfonts', page, shows: 'Choose a document that looks wrong' },

@@ -36,8 +36,8 @@ export const scenes = [
             ],
         },
         act: async (view) => {
-            await view.locator('.state-mark.bad').first().waitFor();
-            await view.click('.permission-actions .el-button--primary');
+            await view.locator('.state-mark.bad').waitFor();
+            await view.locator('.permission-actions .el-button--primary').click();
         },
         shows: 'The file was added.',
     },

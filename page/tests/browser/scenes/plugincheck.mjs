@@ -5,7 +5,7 @@ const withPlugIns = (list) => async (view) => {
     await view.evaluate((plugIns) => {
         Object.defineProperty(navigator, 'plugins', { value: plugIns, configurable: true });
     }, list);
-    await view.click('#again');
+    await view.locator('#again').click();
 };
 const suite = {
     name: 'Office plug-in',

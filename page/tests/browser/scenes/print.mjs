@@ -3,7 +3,7 @@ const page = 'print.html';
 const base64 = (text) => Buffer.from(text).toString('base64');
 const printed = { result: base64('/home/user/Documents/report.final.docx') };
 
-const choose = (view) => view.click('.el-button--primary');
+const choose = (view) => view.locator('.el-button--primary').click();
 
 export const scenes = [
     { name: 'print', page, shows: 'The suite prints the document that you choose' },
@@ -20,7 +20,7 @@ export const scenes = [
         answers: { openprinterrorfile: printed },
         act: async (view) => {
             await choose(view);
-            await view.check('input[value="right"]');
+            await view.locator('input[value="right"]').check();
         },
         shows: 'the printer or its driver is to blame',
     },
@@ -30,9 +30,9 @@ export const scenes = [
         answers: { openprinterrorfile: printed, router: { refused: 'no window' } },
         act: async (view) => {
             await choose(view);
-            await view.check('input[value="wrong"]');
-            await view.click('.step-card:nth-child(3) button');
-            await view.waitForFunction(() =>
+            await view.locator('input[value="wrong"]').check();
+            await view.locator('.step-card:nth-child(3) button').click();
+            await view.until(() =>
                 window.sent.some(
                     ({ command, args }) => command === 'feedbacktovyr' && args.infopage === 'print',
                 ),

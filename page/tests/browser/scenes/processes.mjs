@@ -49,8 +49,8 @@ export const scenes = [
         answers,
         act: async (view) => {
             await readThrice(view);
-            await view.click('.history-actions button >> nth=0');
-            await view.click('.history-actions button >> nth=1');
+            await view.locator('.history-actions button', { nth: 0 }).click();
+            await view.locator('.history-actions button', { nth: 1 }).click();
         },
         shows: 'Paused',
     },

@@ -28,13 +28,13 @@ const hits = names.map((name, index) =>
 const found = { startsearchfile: { notices: [...hits, finished] } };
 
 async function search(view, text = 'report') {
-    await view.fill('.search-keyword input', text);
+    await view.locator('.search-keyword input').fill(text);
     await view.keyboard.press('Enter');
 }
 
 async function searchAndSelect(view) {
     await search(view);
-    await view.click('.hit-row >> nth=1');
+    await view.locator('.hit-row', { nth: 1 }).click();
 }
 
 export const scenes = [
@@ -46,9 +46,9 @@ export const scenes = [
         answers: found,
         act: async (view) => {
             await search(view);
-            await view.check('input[value="name"]');
+            await view.locator('input[value="name"]').check();
             // The order of a person: 2 before 10.
-            await view.waitForFunction(() => {
+            await view.until(() => {
                 const rows = [...document.querySelectorAll('.hit-row')]
                     .sort((one, two) => one.ariaPosInSet - two.ariaPosInSet)
                     .map((row) => row.textContent);
@@ -64,9 +64,9 @@ export const scenes = [
         answers: found,
         act: async (view) => {
             await search(view);
-            await view.waitForSelector('.search-results');
+            await view.locator('.search-results').waitFor();
             await view.keyboard.press('Control+f');
-            await view.waitForSelector('.search-filter input:focus');
+            await view.locator('.search-filter input:focus').waitFor();
             await view.keyboard.type('2026 docx');
         },
         shows: '2 of 8',
@@ -77,9 +77,9 @@ export const scenes = [
         answers: { ...found, opensearchfile: { result: 'success' } },
         act: async (view) => {
             await search(view);
-            await view.focus('.hit-scroller');
+            await view.locator('.hit-scroller').focus();
             for (const key of ['End', 'ArrowUp', 'Enter']) await view.keyboard.press(key);
-            await view.waitForFunction(() =>
+            await view.until(() =>
                 window.sent.some(
                     ({ command, args }) =>
                         command === 'opensearchfile' &&
@@ -95,7 +95,7 @@ export const scenes = [
         answers: { ...found, opensearchfile: {} },
         act: async (view) => {
             await search(view);
-            await view.dblclick('.hit-row >> nth=0');
+            await view.locator('.hit-row', { nth: 0 }).dblclick();
         },
         shows: 'opening it could run a program',
     },
@@ -117,8 +117,8 @@ export const scenes = [
         },
         act: async (view) => {
             await search(view);
-            await view.waitForSelector('.hit-row');
-            await view.click('.search-form button >> nth=1');
+            await view.locator('.hit-row').waitFor();
+            await view.locator('.search-form button', { nth: 1 }).click();
         },
         shows: 'The search was stopped. 3 found',
     },

@@ -5,24 +5,24 @@ const errorPage =
     '<html><head><title>Not found</title></head>\n<body>\n' +
     '<script>alert("never run")</script>\n<h1>Nothing here\u202E</h1>\n</body></html>';
 
-const cell = (number) => `.request-row input >> nth=${number}`;
+const cell = (view, number) => view.locator('.request-row input', { nth: number });
 const url = '.request-field:first-child input';
 
 async function send(view) {
-    await view.fill(url, 'https://server.example/documents/1');
-    await view.click('.server-send button');
+    await view.locator(url).fill('https://server.example/documents/1');
+    await view.locator('.server-send button').click();
 }
 
 /** A save as a form with a header and a field. */
 async function fillForm(view) {
-    await view.fill(url, 'https://server.example/save');
-    await view.check('input[value="saveURL_FormData"]');
-    await view.click('.request-rows >> nth=0 >> .el-button');
-    await view.fill(cell(0), 'X-Session');
-    await view.fill(cell(1), '12 34');
-    await view.click('.request-rows >> nth=1 >> .el-button');
-    await view.fill(cell(2), 'documentId');
-    await view.fill(cell(3), '文档');
+    await view.locator(url).fill('https://server.example/save');
+    await view.locator('input[value="saveURL_FormData"]').check();
+    await view.locator('.request-rows', { nth: 0 }).locator('.el-button').click();
+    await cell(view, 0).fill('X-Session');
+    await cell(view, 1).fill('12 34');
+    await view.locator('.request-rows', { nth: 1 }).locator('.el-button').click();
+    await cell(view, 2).fill('documentId');
+    await cell(view, 3).fill('文档');
 }
 
 export const scenes = [
@@ -38,7 +38,7 @@ export const scenes = [
         page,
         act: async (view) => {
             await fillForm(view);
-            await view.fill(cell(1), 'http://referrer');
+            await cell(view, 1).fill('http://referrer');
         },
         shows: 'cannot be sent here',
     },
@@ -46,8 +46,8 @@ export const scenes = [
         name: 'server-other',
         page,
         act: async (view) => {
-            await view.fill(url, 'http://127.0.0.1/save');
-            await view.check('input[name="server-function"][value=""]');
+            await view.locator(url).fill('http://127.0.0.1/save');
+            await view.locator('input[name="server-function"][value=""]').check();
         },
         shows: 'Enter the name of a function first.',
     },

@@ -16,8 +16,8 @@ const separate = ['vyr', 'shw', 'tbl', 'pdf'].map((name) => `vyr-office-${name}.
 const strange = 'vyr-office-\u202Eeti\u2066.desktop';
 
 async function putBack(view) {
-    await view.click('.ask-once-start');
-    await view.click('.ask-once-confirm');
+    await view.locator('.ask-once-start').click();
+    await view.locator('.ask-once-confirm').click();
 }
 
 export const scenes = [
@@ -49,7 +49,7 @@ export const scenes = [
         name: 'shortcuts-asking',
         page,
         answers: { getdesktopiconfile: desktop(separate) },
-        act: (view) => view.click('.ask-once-start'),
+        act: (view) => view.locator('.ask-once-start').click(),
         shows: 'are replaced. Go on?',
     },
     {

@@ -57,7 +57,7 @@ const nothing = {
 const answers = { stratcheckenv: { result: snapshot }, exportsysinfo: { result: 'success' } };
 const page = 'sysinfo.html';
 
-const exportReport = (view) => view.click('.report-tools > .el-button--primary');
+const exportReport = (view) => view.locator('.report-tools > .el-button--primary').click();
 
 export const scenes = [
     { name: 'sysinfo', page, answers, shows: 'Linux 6.1.0-18-amd64' },
@@ -65,14 +65,14 @@ export const scenes = [
         name: 'sysinfo-fonts',
         page,
         answers,
-        act: (view) => view.click('#tab-fonts'),
+        act: (view) => view.locator('#tab-fonts').click(),
         shows: 'DejaVu Sans Mono',
     },
     {
         name: 'sysinfo-environment',
         page,
         answers,
-        act: (view) => view.click('#tab-environment'),
+        act: (view) => view.locator('#tab-environment').click(),
         shows: 'GTK_IM_MODULE',
     },
     {
@@ -80,7 +80,7 @@ export const scenes = [
         page,
         answers,
         act: async (view) => {
-            await view.click('#tab-fonts');
+            await view.locator('#tab-fonts').click();
             await view.keyboard.press('Control+f');
             await view.keyboard.type('sample 1');
         },
@@ -90,7 +90,7 @@ export const scenes = [
         name: 'sysinfo-empty',
         page,
         answers: { stratcheckenv: { result: nothing } },
-        act: (view) => view.click('#tab-fonts'),
+        act: (view) => view.locator('#tab-fonts').click(),
         shows: 'No fonts were listed.',
     },
     {
@@ -120,7 +120,7 @@ export const scenes = [
         page,
         answers: { ...answers, stratcheckenv: [answers.stratcheckenv, { never: true }] },
         act: async (view) => {
-            await view.click('#tab-environment');
+            await view.locator('#tab-environment').click();
             await view.keyboard.press('F5');
         },
         shows: 'Reading the machine',

@@ -8,7 +8,7 @@ const answers = {
     contentreplace: { result: 'success' },
     apilog: { result: 'success' },
 };
-const press = (index) => (view) => view.click(`.action-card .el-button >> nth=${index}`);
+const press = (index) => (view) => view.locator('.action-card .el-button', { nth: index }).click();
 
 export const scenes = [
     { name: 'tools', page, answers, shows: 'Stop preloading' },

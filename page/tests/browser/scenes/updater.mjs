@@ -20,19 +20,19 @@ const answers = {
     getlogfile: log,
 };
 
-const openLog = (view) => view.click('#tab-log');
-const openRuns = (view) => view.click('#tab-runs');
+const openLog = (view) => view.locator('#tab-log').click();
+const openRuns = (view) => view.locator('#tab-runs').click();
 
 /** Edits the first setting. */
 async function edit(view, value) {
-    await view.click('tbody tr:first-child button');
-    await view.fill('[aria-label="channel"]', value);
+    await view.locator('tbody tr:first-child button').click();
+    await view.locator('[aria-label="channel"]').fill(value);
 }
 
 async function clearLog(view) {
     await openLog(view);
-    await view.click('.ask-once-start');
-    await view.click('.ask-once-confirm');
+    await view.locator('.ask-once-start').click();
+    await view.locator('.ask-once-confirm').click();
 }
 
 export const scenes = [
@@ -63,7 +63,7 @@ export const scenes = [
         page,
         answers: { ...answers, changeupdateconfig: { result: 'success' } },
         act: async (view) => {
-            await view.fill('.configuration-new input >> nth=0', 'added');
+            await view.locator('.configuration-new input', { nth: 0 }).fill('added');
             await view.keyboard.press('Enter');
         },
         shows: 'the old value is still there',
@@ -74,9 +74,9 @@ export const scenes = [
         page,
         answers,
         act: async (view) => {
-            await view.waitForSelector('.updater-tabs');
+            await view.locator('.updater-tabs').waitFor();
             await view.keyboard.press('Control+f');
-            await view.waitForSelector('.log-filter input:focus');
+            await view.locator('.log-filter input:focus').waitFor();
             await view.keyboard.type('error step 100:');
         },
         shows: '1 of 400 lines',
@@ -105,8 +105,8 @@ export const scenes = [
         answers: { ...answers, testinstallreport: {} },
         act: async (view) => {
             await openRuns(view);
-            await view.click('.test-runs li:nth-child(3) .ask-once-start');
-            await view.click('.ask-once-confirm');
+            await view.locator('.test-runs li:nth-child(3) .ask-once-start').click();
+            await view.locator('.ask-once-confirm').click();
         },
         shows: 'Started. What comes of it',
     },
@@ -116,7 +116,7 @@ export const scenes = [
         answers,
         act: async (view) => {
             await openRuns(view);
-            await view.click('.test-runs li:nth-child(4) .ask-once-start');
+            await view.locator('.test-runs li:nth-child(4) .ask-once-start').click();
         },
         shows: 'This reports a removal',
     },
@@ -126,7 +126,7 @@ export const scenes = [
         answers: { ...answers, testupdate: {} },
         act: async (view) => {
             await openRuns(view);
-            await view.click('.test-runs li:nth-child(1) button');
+            await view.locator('.test-runs li:nth-child(1) button').click();
         },
         shows: 'The run was not started',
     },

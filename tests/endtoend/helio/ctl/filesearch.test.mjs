@@ -1,11 +1,11 @@
 import fs from 'node:fs';
 import path from 'node:path';
 
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../../assistantctl.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { waitFor } from '../../waitfor.mjs';
 
 const HOME = '/home/user';
 const DATABASES = `${HOME}/.cache/orvane-office-assistant`;

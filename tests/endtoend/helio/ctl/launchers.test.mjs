@@ -1,9 +1,9 @@
+import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../../assistantctl.mjs';
 import { beside } from '../../beside.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { waitFor } from '../../waitfor.mjs';
 
 const OFFICE = '/suite/office';
 const SCREEN_GRAB = `${OFFICE}/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so`;

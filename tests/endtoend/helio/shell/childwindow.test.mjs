@@ -1,8 +1,8 @@
 import fs from 'node:fs';
 import path from 'node:path';
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
-import { waitFor } from '../../waitfor.mjs';
 import { windowTests } from './windowtest.mjs';
 
 const shared = windowTests();

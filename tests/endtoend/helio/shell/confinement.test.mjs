@@ -1,8 +1,8 @@
 import fs from 'node:fs';
 import path from 'node:path';
+import { waitFor } from 'browser-driver';
 import { afterAll, beforeAll, beforeEach, expect, test } from 'vitest';
 
-import { waitFor } from '../../waitfor.mjs';
 import { RemoteServer } from './remoteserver.mjs';
 import { windowTests } from './windowtest.mjs';
 

@@ -1,6 +1,6 @@
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
-import { waitFor } from '../../waitfor.mjs';
 import { windowTests } from './windowtest.mjs';
 
 const shared = windowTests();

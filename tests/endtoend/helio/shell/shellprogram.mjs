@@ -1,33 +1,10 @@
 import { once } from 'node:events';
 import fs from 'node:fs';
-import net from 'node:net';
+import { end, freePort, parentOf, start, waitFor } from 'browser-driver';
 
-import { waitFor } from '../../waitfor.mjs';
-import { end, start } from './process.mjs';
 import { ShellPage } from './shellpage.mjs';
 
 const LONGEST_END = 90_000;
-
-/** Ten ports for each process that runs tests, below those that the kernel gives to anybody. */
-const OWN_PORTS = Array.from({ length: 10 }, (_, at) => 10_000 + 10 * (process.pid % 2_000) + at);
-
-/** A port that nobody listens on, nor will before the program does that is told of it. */
-async function freePort() {
-    for (let tries = 0; tries < OWN_PORTS.length; tries += 1) {
-        const port = OWN_PORTS.shift();
-        OWN_PORTS.push(port);
-        const server = net.createServer();
-        try {
-            await once(server.listen(port, '127.0.0.1'), 'listening');
-        } catch {
-            continue; // somebody has it
-        }
-        server.close();
-        await once(server, 'close');
-        return port;
-    }
-    throw new Error(`all of the ports ${OWN_PORTS.join(' ')} are taken`);
-}
 
 /** One text: Chromium's processes write over their own arguments, without zeros between them. */
 function commandLineOf(pid) {
@@ -35,14 +12,6 @@ function commandLineOf(pid) {
         return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8');
     } catch {
         return ''; // has ended meanwhile
-    }
-}
-
-function parentOf(pid) {
-    try {
-        return Number(/\) \S (\d+)/.exec(fs.readFileSync(`/proc/${pid}/stat`, 'utf8'))[1]);
-    } catch {
-        return 0;
     }
 }
 
@@ -89,8 +58,9 @@ export class ShellProgram {
         return this.#child.pid;
     }
 
-    async page(name = 'index.html', options = {}) {
-        const page = await ShellPage.of(this.port, name, options);
+    /** Connects to a page of the window as an object of that kind. */
+    async page(name = 'index.html', { Kind = ShellPage, ...options } = {}) {
+        const page = await Kind.of(this.port, name, options);
         this.#pages.push(page);
         return page;
     }

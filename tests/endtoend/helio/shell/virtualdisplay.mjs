@@ -1,8 +1,6 @@
 import { execFile } from 'node:child_process';
 import { promisify } from 'node:util';
-
-import { waitFor } from '../../waitfor.mjs';
-import { end, start } from './process.mjs';
+import { end, start, waitFor } from 'browser-driver';
 
 const run = promisify(execFile);
 

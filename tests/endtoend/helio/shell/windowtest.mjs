@@ -1,6 +1,6 @@
+import { waitFor } from 'browser-driver';
 import { afterAll, afterEach, beforeAll } from 'vitest';
 
-import { waitFor } from '../../waitfor.mjs';
 import { ScratchSuite } from './scratchsuite.mjs';
 import { ShellProgram } from './shellprogram.mjs';
 import { VirtualDisplay } from './virtualdisplay.mjs';
