@@ -2,53 +2,12 @@
 
 import { cpSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
+import { suffixesOf } from '../tests/support/documenttypes.mjs';
 import { secondsOf } from './processes.mjs';
 import { TimedSession } from './timedsession.mjs';
 
 /** The embedded scripts as they stand in the source tree. */
 export const scripts = new URL('../plugin/config/', import.meta.url).pathname;
-
-const suffixes = [
-    'pptx',
-    'ppt',
-    'pptm',
-    'pps',
-    'pot',
-    'potm',
-    'potx',
-    'ppsx',
-    'shd',
-    'shdx',
-    'sht',
-    'shtx',
-    'shds',
-    'shdo',
-    'xlsx',
-    'xls',
-    'xlsm',
-    'xlt',
-    'xltm',
-    'xltx',
-    'tbl',
-    'tblx',
-    'tbt',
-    'tbtx',
-    'tbls',
-    'tblo',
-    'docx',
-    'docm',
-    'doc',
-    'dot',
-    'dotm',
-    'dotx',
-    'vyr',
-    'vyrx',
-    'vyrs',
-    'vyro',
-    'vyt',
-    'vytx',
-    'rtf',
-];
 
 /** A home and a copy of the suite tree with a sample of every document kind. */
 export class Workplace {
@@ -59,7 +18,7 @@ export class Workplace {
         mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
         cpSync(suite, `${this.directory}/suite`, { recursive: true });
         mkdirSync(`${this.office}/asso_template`, { recursive: true });
-        for (const suffix of suffixes)
+        for (const suffix of Object.values(suffixesOf).flat())
             writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
         // The scripts look for the desktop below /home/$USER.
         this.env = {

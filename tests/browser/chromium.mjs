@@ -9,7 +9,7 @@ import { waitFor } from './waiting.mjs';
 /** Debian's package chromium, unless the environment names another one. */
 export const chromiumPath = process.env.CHROMIUM ?? '/usr/bin/chromium';
 
-const FLAGS = [
+const commonFlags = [
     '--headless',
     '--remote-debugging-port=0',
     '--no-sandbox',
@@ -43,7 +43,7 @@ export class Chromium {
     /** Starts the program; close() ends it. */
     static async start(program = chromiumPath) {
         const profile = mkdtempSync(join(tmpdir(), 'chromium-'));
-        const flags = [...FLAGS, `--user-data-dir=${profile}`];
+        const flags = [...commonFlags, `--user-data-dir=${profile}`];
         const child = start(program, flags, { stdio: ['ignore', 'ignore', 'pipe'] });
         let complaints = '';
         child.stderr.setEncoding('utf8').on('data', (text) => {

@@ -1,4 +1,4 @@
-const KEYS = {
+const keyCodes = {
     ArrowDown: 40,
     ArrowUp: 38,
     End: 35,
@@ -8,7 +8,7 @@ const KEYS = {
     Home: 36,
     Tab: 9,
 };
-const MODIFIERS = { Alt: 1, Control: 2, Shift: 8 };
+const modifierBits = { Alt: 1, Control: 2, Shift: 8 };
 
 /** The keyboard of a page. */
 export class Keyboard {
@@ -23,12 +23,12 @@ export class Keyboard {
         const modifierNames = keys.split('+');
         const key = modifierNames.pop();
         const letter = /^[a-z]$/.test(key);
-        if (!letter && !(key in KEYS)) throw new Error(`the key ${key} is not known`);
+        if (!letter && !(key in keyCodes)) throw new Error(`the key ${key} is not known`);
         const event = {
             key,
             code: letter ? `Key${key.toUpperCase()}` : key,
-            windowsVirtualKeyCode: letter ? key.toUpperCase().charCodeAt(0) : KEYS[key],
-            modifiers: modifierNames.reduce((sum, name) => sum + MODIFIERS[name], 0),
+            windowsVirtualKeyCode: letter ? key.toUpperCase().charCodeAt(0) : keyCodes[key],
+            modifiers: modifierNames.reduce((sum, name) => sum + modifierBits[name], 0),
         };
         const text = key === 'Enter' ? '\r' : undefined;
         await this.#input.dispatchKeyEvent({

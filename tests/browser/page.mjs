@@ -3,9 +3,9 @@ import { Keyboard } from './keyboard.mjs';
 import { Locator } from './locator.mjs';
 import { waitFor, within } from './waiting.mjs';
 
-const LONGEST_ANSWER = 90_000;
+const longestAnswer = 90_000;
 /** Short: a page whose process has just gone never answers, and a new page may replace it. */
-const LONGEST_FIRST_ANSWER = 3_000;
+const longestFirstAnswer = 3_000;
 
 /** Connects to the page as an object of that kind if it is there; null otherwise. */
 async function present(Kind, port, isWanted) {
@@ -18,7 +18,7 @@ async function present(Kind, port, isWanted) {
     // The tools list a page before its document is there.
     const url = await page
         .evaluate("document.readyState === 'complete' && location.href", undefined, {
-            timeoutMs: LONGEST_FIRST_ANSWER,
+            timeoutMs: longestFirstAnswer,
         })
         .catch(() => false);
     if (url && isWanted(url)) return page;
@@ -59,7 +59,7 @@ export class Page {
      * @param {{ timeoutMs?: number }} [options]
      * @returns {Promise<Awaited<T>>}
      */
-    async evaluate(code, argument, { timeoutMs = LONGEST_ANSWER } = {}) {
+    async evaluate(code, argument, { timeoutMs = longestAnswer } = {}) {
         const expression =
             typeof code === 'function' ? `(${code})(${JSON.stringify(argument) ?? ''})` : code;
         const request = { expression, awaitPromise: true, returnByValue: true, userGesture: true };
@@ -129,7 +129,7 @@ export class Page {
         const loaded = pageDomain.loadEventFired();
         const { errorText } = (await navigate(pageDomain)) ?? {};
         if (errorText) throw new Error(errorText);
-        await within(LONGEST_ANSWER, loaded, 'the loading of the page');
+        await within(longestAnswer, loaded, 'the loading of the page');
     }
 
     /** Runs a script before those of each document that is opened from now on. */
@@ -160,7 +160,7 @@ export class Page {
         const { Emulation } = this.#client;
         const passed = Emulation.virtualTimeBudgetExpired();
         await Emulation.setVirtualTimePolicy({ policy: 'advance', budget: milliseconds });
-        await within(LONGEST_ANSWER, passed, 'the passing of time');
+        await within(longestAnswer, passed, 'the passing of time');
     }
 
     /** A picture of what is visible, as PNG. */
@@ -175,7 +175,7 @@ export class Page {
     }
 
     async close() {
-        await within(LONGEST_FIRST_ANSWER, this.#client.close(), 'the goodbye').catch(() => {});
+        await within(longestFirstAnswer, this.#client.close(), 'the goodbye').catch(() => {});
         await this.#dispose();
     }
 }

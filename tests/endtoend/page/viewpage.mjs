@@ -3,7 +3,7 @@ import { waitFor } from 'browser-driver';
 import { ShellPage } from '../helio/shell/shellpage.mjs';
 
 /** What a user may press or fill in now. */
-const USABLE = 'button, a[href], input, textarea, select, [role="tab"], [role="switch"]'
+const usableControls = 'button, a[href], input, textarea, select, [role="tab"], [role="switch"]'
     .split(', ')
     .map((selector) => `${selector}:not(:disabled)`)
     .join(', ');
@@ -14,7 +14,7 @@ export class ViewPage extends ShellPage {
     async press(name, { within = null, timeoutMs } = {}) {
         const place =
             within === null ? this : this.locator('li, section', { hasText: within, nth: -1 });
-        await place.locator(USABLE, { named: name }).click({ timeoutMs });
+        await place.locator(usableControls, { named: name }).click({ timeoutMs });
     }
 
     /** Clicks the row of a list that holds a text. */
@@ -24,7 +24,7 @@ export class ViewPage extends ShellPage {
 
     /** Replaces the text of the field of that name. */
     async fill(name, text) {
-        await this.locator(USABLE, { named: name }).fill(text);
+        await this.locator(usableControls, { named: name }).fill(text);
     }
 
     /** All that can be read, with runs of white space as one blank. */

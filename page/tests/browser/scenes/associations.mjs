@@ -1,59 +1,13 @@
-const page = 'associations.html';
+import { suffixesOf } from '../../../../tests/support/documenttypes.mjs';
 
-const extensions = {
-    vyr: [
-        'docx',
-        'docm',
-        'doc',
-        'dot',
-        'dotm',
-        'dotx',
-        'vyr',
-        'vyrx',
-        'vyrs',
-        'vyro',
-        'vyt',
-        'vytx',
-        'rtf',
-    ],
-    shw: [
-        'pptx',
-        'ppt',
-        'pptm',
-        'pps',
-        'pot',
-        'potm',
-        'potx',
-        'ppsx',
-        'shd',
-        'shdx',
-        'sht',
-        'shtx',
-        'shds',
-        'shdo',
-    ],
-    tbl: [
-        'xlsx',
-        'xls',
-        'xlsm',
-        'xlt',
-        'xltm',
-        'xltx',
-        'tbl',
-        'tblx',
-        'tbt',
-        'tbtx',
-        'tbls',
-        'tblo',
-    ],
-};
+const page = 'associations.html';
 
 /** Three objects as the library answers them; `wrong` are those that need repair. */
 function listing(good, bad, wrong = []) {
     return {
         result: ['vyr', 'shw', 'tbl'].map((tag) =>
             Object.fromEntries(
-                extensions[tag].map((extension) => [
+                suffixesOf[tag].map((extension) => [
                     `.${extension}`,
                     wrong.includes(extension) ? `${bad}|false` : `${good(tag)}|true`,
                 ]),
@@ -137,8 +91,8 @@ export const scenes = [
         name: 'associations-no-tools',
         page,
         answers: {
-            getassomime: listing(() => '', '', Object.values(extensions).flat()),
-            getassoopen: listing(() => '', '', Object.values(extensions).flat()),
+            getassomime: listing(() => '', '', Object.values(suffixesOf).flat()),
+            getassoopen: listing(() => '', '', Object.values(suffixesOf).flat()),
         },
         shows: 'Install the package libglib2.0-bin',
     },

@@ -4,9 +4,9 @@ import path from 'node:path';
 
 import { expect, test } from 'vitest';
 
-import { SCRIPT_FOLDER } from './scriptrunner.mjs';
+import { SCRIPTS } from '../../paths.mjs';
 
-const SCRIPTS = [
+const NAMES = [
     'archivepackage.sh',
     'assocheck.sh',
     'desktopcheck.sh',
@@ -22,22 +22,22 @@ const SCRIPTS = [
 ];
 
 const onDisk = fs
-    .readdirSync(SCRIPT_FOLDER)
+    .readdirSync(SCRIPTS)
     .filter((name) => name.endsWith('.sh'))
     .sort();
 
 test('the twelve scripts and no other are in the resource list', () => {
-    const list = fs.readFileSync(path.join(SCRIPT_FOLDER, 'config.qrc'), 'utf8');
+    const list = fs.readFileSync(path.join(SCRIPTS, 'config.qrc'), 'utf8');
     const named = [...list.matchAll(/<file>(.*)<\/file>/g)].map(([, name]) => name);
-    expect(named.sort()).toEqual(SCRIPTS);
+    expect(named.sort()).toEqual(NAMES);
     expect(list).toContain('prefix="/config"');
-    expect(onDisk).toEqual(SCRIPTS);
+    expect(onDisk).toEqual(NAMES);
 });
 
-test.each(SCRIPTS)('%s is a bash script', (name) => {
-    expect(fs.readFileSync(path.join(SCRIPT_FOLDER, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
+test.each(NAMES)('%s is a bash script', (name) => {
+    expect(fs.readFileSync(path.join(SCRIPTS, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
 });
 
 test('shellcheck finds nothing', () => {
-    execFileSync('shellcheck', onDisk, { cwd: SCRIPT_FOLDER, encoding: 'utf8' });
+    execFileSync('shellcheck', onDisk, { cwd: SCRIPTS, encoding: 'utf8' });
 });

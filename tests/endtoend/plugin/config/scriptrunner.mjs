@@ -1,58 +1,15 @@
-import { SCRIPTS } from '../../paths.mjs';
+import { suffixesOf } from '../../../support/documenttypes.mjs';
+
+const withDot = (suffix) => `.${suffix}`;
 
 /** Every document suffix in the order in which the association scripts report them. */
 export const SUFFIXES = {
-    shw: [
-        '.pptx',
-        '.ppt',
-        '.pptm',
-        '.pps',
-        '.pot',
-        '.potm',
-        '.potx',
-        '.ppsx',
-        '.shd',
-        '.shdx',
-        '.sht',
-        '.shtx',
-        '.shds',
-        '.shdo',
-    ],
-    tbl: [
-        '.xlsx',
-        '.xls',
-        '.xlsm',
-        '.xlt',
-        '.xltm',
-        '.xltx',
-        '.tbl',
-        '.tblx',
-        '.tbt',
-        '.tbtx',
-        '.tbls',
-        '.tblo',
-    ],
-    vyr: [
-        '.docx',
-        '.docm',
-        '.doc',
-        '.dot',
-        '.dotm',
-        '.dotx',
-        '.vyr',
-        '.vyrx',
-        '.vyrs',
-        '.vyro',
-        '.vyt',
-        '.vytx',
-        '.rtf',
-    ],
+    shw: suffixesOf.shw.map(withDot),
+    tbl: suffixesOf.tbl.map(withDot),
+    vyr: suffixesOf.vyr.map(withDot),
 };
 
 export const ALL_SUFFIXES = [...SUFFIXES.shw, ...SUFFIXES.tbl, ...SUFFIXES.vyr];
-
-/** Folder of the embedded scripts on the host. */
-export const SCRIPT_FOLDER = SCRIPTS;
 
 /** Runs an embedded script as the library does, with bash. */
 export function runScript(root, name, args = [], options = {}) {
