@@ -11,9 +11,10 @@ has_recent_node() {
         && [ "$(node -p 'Number(process.versions.node.split(".")[0]) >= 18')" = true ]
 }
 
+# missing_packages LIST...
 missing_packages() {
     local package
-    sed 's/#.*//' tools/packages.txt | while read -r package; do
+    sed 's/#.*//' "${@/#/tools/}" | while read -r package; do
         case $package in
             '') continue ;;
             # A Node.js from elsewhere serves as well, and Debian's would conflict with it.
@@ -24,13 +25,14 @@ missing_packages() {
     done
 }
 
+# install_packages LIST...: installs what is missing of lists in tools/.
 install_packages() {
     local missing
     if ! command -v apt-get > /dev/null; then
-        say "This is not Debian: what tools/packages.txt lists has to be there already."
+        say "This is not Debian: what ${*/#/tools/} list has to be there already."
         return
     fi
-    mapfile -t missing < <(missing_packages)
+    mapfile -t missing < <(missing_packages "$@")
     [ ${#missing[@]} -eq 0 ] && return
     say "Installing ${missing[*]}"
     local as_root=()
