@@ -59,6 +59,17 @@ export async function runCommand(root, command, args = {}, options = {}) {
     };
 }
 
+/** The trace event of a dialog in which a file to open was chosen. */
+export const openDialog = (chosen, filters = []) => ({
+    type: 'dialog',
+    mode: 'open',
+    caption: 'Open File',
+    directory: '/home/user',
+    name: '',
+    filters,
+    chosen,
+});
+
 /** An assistantctl session: lines go in, events come out, both in order. */
 export class Session {
     #process;

@@ -1,5 +1,6 @@
 // Every command as a page of the window sends it, with what it has to answer and bring about.
 
+import { base64 } from '../base64.mjs';
 import { CONFIG, LOG } from '../update/updater.mjs';
 
 const HOME = '/home/user';
@@ -8,7 +9,6 @@ const REPORT = `${HOME}/report.docx`;
 const VIEW = 'environmentcheck.html';
 const CALLS = '/fakecalls';
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const open = (path) => ['Open File', path];
 const save = (path) => ['Save File', path];
 

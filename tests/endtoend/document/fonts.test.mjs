@@ -4,6 +4,7 @@ import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
 const WORK = '/home/user/.local/share/Orvane/tmp';
@@ -20,7 +21,6 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const compare = (path, options) =>
     runCommand(root, 'comparefont', { filepath: base64(path) }, options);
 const answered = async (path) => (await compare(path)).answer.result;

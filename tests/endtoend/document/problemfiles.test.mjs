@@ -1,7 +1,8 @@
 import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { runCommand, Session } from '../assistantctl.mjs';
+import { openDialog, runCommand, Session } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
 const WORK = '/home/user/.local/share/Orvane/tmp';
@@ -19,8 +20,6 @@ beforeEach(async () => {
 });
 
 afterEach(async () => root.dispose());
-
-const base64 = (text) => Buffer.from(text).toString('base64');
 
 async function writeDocument(name, content = 'a document') {
     await root.writeFile(`/home/user/${name}`, content);
@@ -51,19 +50,11 @@ describe('a layout problem', () => {
         const session = Session.start(root);
         expect((await choose(session, path)).result).toBe(base64(path));
         expect(session.traced('dialog')).toEqual([
-            {
-                type: 'dialog',
-                mode: 'open',
-                caption: 'Open File',
-                directory: '/home/user',
-                name: '',
-                chosen: path,
-                filters: [
-                    FILTERS.writer,
-                    'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
-                    FILTERS.presentation,
-                ],
-            },
+            openDialog(path, [
+                FILTERS.writer,
+                'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
+                FILTERS.presentation,
+            ]),
         ]);
         expect((await open(session)).result).toBe('success');
         expect(session.traced('opened').map(({ url }) => decodeURI(url))).toEqual([

@@ -4,6 +4,7 @@ import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
 const TOOL = '/suite/office/vyrEnvCheckTool';
@@ -30,7 +31,6 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const check = (args) => runCommand(root, 'vyrenvcheck', args, { page: 'child', until: CALLBACK });
 const held = () => waitFor(() => root.exists('/home/user/runs'), { what: 'the tool' });
 const release = () => root.writeFile('/home/user/go', '');

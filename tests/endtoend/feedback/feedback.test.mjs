@@ -1,7 +1,8 @@
 import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { runCommand, Session } from '../assistantctl.mjs';
+import { openDialog, runCommand, Session } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
 const WORK = '/home/user/.local/share/Orvane/tmp';
@@ -21,7 +22,6 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const pack = (args = {}, { choose = [TARGET], ...options } = {}) =>
     runCommand(root, 'archivepackage', args, { choose, trace: true, ...options });
 const started = (end) => end.events.find(({ type }) => type === 'started');
@@ -53,19 +53,13 @@ describe('choosing files', () => {
             { choose: ['/home/user/样本 a.vyr'], trace: true },
         );
         expect(end.answer.result).toBe(base64('/home/user/样本 a.vyr'));
-        expect(end.events[0]).toEqual({
-            type: 'dialog',
-            mode: 'open',
-            caption: 'Open File',
-            directory: '/home/user',
-            name: '',
-            chosen: '/home/user/样本 a.vyr',
-            filters: [
+        expect(end.events[0]).toEqual(
+            openDialog('/home/user/样本 a.vyr', [
                 'VYR/Word Files(*.vyr *.vyt *.doc *.dot *.docx *.dotx *.docm *.dotm)',
                 'SHW/PowerPoint Files(*.shd *.sht *.ppt *.pps *.pot *.pptx *.ppsx *.potx)',
                 'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
-            ],
-        });
+            ]),
+        );
     });
 
     test('an attachment is any file', async () => {

@@ -3,6 +3,7 @@ import fs from 'node:fs';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { beside } from '../beside.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
@@ -33,7 +34,6 @@ let root;
 
 afterEach(async () => root.dispose());
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const print = (program, document, options) =>
     root.run([TOOL, 'print', program, document], { timeoutMs: PATIENCE, ...options });
 const pagesOf = (pdf) => pdf.match(/\/Type\s*\/Page\b/g)?.length;

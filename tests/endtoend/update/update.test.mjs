@@ -2,6 +2,7 @@ import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { CONFIG, installUpdater, LOG, UPDATER, updaterCall } from './updater.mjs';
 
@@ -16,7 +17,6 @@ afterEach(async () => root.dispose());
 const resultOf = async (command, args, options) =>
     (await runCommand(root, command, args, options)).answer.result;
 const change = (keyvalue) => resultOf('changeupdateconfig', { keyvalue });
-const base64 = (text) => Buffer.from(text).toString('base64');
 
 test('an update is supported when both updater and configuration are there', async () => {
     expect(await resultOf('getupdatesupport')).toBe(false);

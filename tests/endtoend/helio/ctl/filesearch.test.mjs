@@ -5,6 +5,7 @@ import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../../assistantctl.mjs';
+import { base64 } from '../../base64.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
 const HOME = '/home/user';
@@ -99,7 +100,6 @@ describe('with the real plocate', () => {
             { keyword: 'a b' },
             { until: END },
         );
-        const base64 = (text) => Buffer.from(text).toString('base64');
         expect(events.filter(({ callback }) => callback === HIT)).toEqual([
             {
                 type: 'callback',

@@ -1,7 +1,7 @@
 import { waitFor } from 'browser-driver';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { runCommand, Session } from '../../assistantctl.mjs';
+import { openDialog, runCommand, Session } from '../../assistantctl.mjs';
 import { beside } from '../../beside.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
@@ -99,17 +99,7 @@ describe('addconfigfile', () => {
         await root.writeFile('/tmp/my.conf', '');
         const answer = await session.send({ command: 'addconfigfile', choose: ['/tmp/my.conf'] });
         expect(answer.result).toBe('success');
-        expect(session.traced('dialog')).toEqual([
-            {
-                type: 'dialog',
-                mode: 'open',
-                caption: 'Open File',
-                directory: '/home/user',
-                name: '',
-                filters: [],
-                chosen: '/tmp/my.conf',
-            },
-        ]);
+        expect(session.traced('dialog')).toEqual([openDialog('/tmp/my.conf')]);
         expect((await listed()).sort()).toEqual(['.config', 'Office.conf', 'Orvane', 'my.conf']);
     });
 

@@ -1,6 +1,6 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { Session } from '../../assistantctl.mjs';
+import { openDialog, Session } from '../../assistantctl.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
 let root;
@@ -208,17 +208,7 @@ describe('dialogs', () => {
             choose: ['/tmp/a', '/tmp/b'],
         });
         expect(answer.result).toBe('success');
-        expect(session.traced('dialog')).toEqual([
-            {
-                type: 'dialog',
-                mode: 'open',
-                caption: 'Open File',
-                directory: '/home/user',
-                name: '',
-                filters: [],
-                chosen: '/tmp/a',
-            },
-        ]);
+        expect(session.traced('dialog')).toEqual([openDialog('/tmp/a')]);
     });
 
     test('are cancelled without a choice', async () => {

@@ -2,6 +2,7 @@ import fs from 'node:fs';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../../assistantctl.mjs';
+import { base64 } from '../../base64.mjs';
 import { installEntries, suiteEntries } from '../../desktop/suiteentries.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { ENTRIES, SAMPLES, typeOf } from './desktoptools.mjs';
@@ -26,7 +27,6 @@ async function answer(command, args, options) {
     return end.answer.result;
 }
 
-const base64 = (text) => Buffer.from(text).toString('base64');
 const values = (applications) => applications.flatMap((application) => Object.values(application));
 const flags = (applications) => values(applications).map((value) => value.split('|')[1]);
 
