@@ -31,7 +31,7 @@ async function reportFigure(place) {
     return figure('report export against its six tools', 's', await compare(9, ours, peer), 1.1);
 }
 
-/** A viewer that only leaves a mark, so that the end of the archive script shows. */
+/** A viewer that only writes a marker file: the archive script opens it last. */
 function markingViewer(place) {
     const directory = `${place.directory}/fakes`;
     mkdirSync(directory, { recursive: true });

@@ -1,8 +1,8 @@
-// Programs that show a page, and that page by its developer tools.
+// Starts programs that show a page and drives that page through the developer tools.
 
 import { end, freePort, Page, start } from 'browser-driver';
 
-/** Connects to the page of a file, once its document is there; isWanted tells it by its address. */
+/** Connects to the local page whose address is wanted, once its document is complete. */
 export function pageOf(port, isWanted = () => true) {
     return Page.attach(port, (url) => url.startsWith('file:') && isWanted(url), {
         timeoutMs: 30_000,
@@ -26,7 +26,7 @@ export async function withPage(startOn, use) {
     }
 }
 
-/** How the window program starts, and how a bare view of the same Chromium shows a file. */
+/** Start the window program, or a bare view of the same Chromium that shows a file. */
 export const shellOn =
     (shell, { env, args = [] }) =>
     (port) =>

@@ -1,4 +1,4 @@
-// What a session that has run for long still holds, against what it held early on.
+// What a session holds after many commands, compared with after few.
 
 import { readFileSync, readdirSync } from 'node:fs';
 import { figure } from './measure.mjs';
@@ -22,7 +22,7 @@ const mixedCommands = [
     ['exportsysinfo'],
     ['nosuchcommand'],
 ];
-/** Commands that start processes come less often. */
+/** Commands that start processes are sent less often. */
 const startingCommands = [['getcomputermemory'], ['getdesktopiconfile'], ['stoppreload']];
 
 async function sendMixed(session, count) {

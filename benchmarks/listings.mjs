@@ -1,4 +1,4 @@
-// Figures of each command that lists or probes, against what it runs, run in a bare shell.
+// Figures of each listing or probing command, against the same tools run from a plain sh.
 
 import { on } from 'node:events';
 import { chmodSync, mkdirSync, readFileSync, rmSync, watch, writeFileSync } from 'node:fs';
@@ -6,7 +6,7 @@ import { compare, figure } from './measure.mjs';
 import { scripts } from './workplace.mjs';
 
 const goal = 1.15;
-/** Of what takes milliseconds, more is measured, and in the time of a few longer ones. */
+/** Commands that take milliseconds are measured more often than long ones. */
 const fewRounds = 7;
 const manyRounds = 41;
 const longestWaitMs = 30_000;
@@ -15,7 +15,7 @@ const columns = '\'{print $1 " " $2 " " $10 " " $9 " " $12 " " $13 " " $14}\'';
 const processes = (column) =>
     `top -n 1 -b | sed -n '8,$p' | sort -rn -k${column} | head  -n 10 | awk -F" " ${columns}`;
 
-/** What the environment snapshot asks, as a person would write it down. */
+/** The environment snapshot's probes, as a person would type them. */
 const snapshotScript = (place) => `
 uname -srm
 cat ${place.office}/cfgs/setup.cfg
@@ -33,7 +33,7 @@ const oftenUsed = (place) => [
     `${place.home}/.config/Orvane`,
 ];
 
-/** Commands whose answer is the end of their work, and what each runs. */
+/** Commands that have finished their work when they answer, and what each runs. */
 function answeredListings(place) {
     const template = `${place.office}/asso_template`;
     const often = oftenUsed(place);
@@ -79,8 +79,8 @@ async function secondsUntilLines(file, count, start) {
 }
 
 /**
- * The listing goes on when its command has been answered, so its last line is waited for. What the
- * toolkit's file dialogs take is counted on both sides: the last one is cancelled on the other.
+ * The command answers before the listing ends, so this waits for its last line. The time that the
+ * toolkit's file dialogs take counts on both sides: the peer's last dialog is cancelled.
  */
 async function permissionFigures(place, session) {
     const often = oftenUsed(place);
@@ -112,7 +112,7 @@ async function permissionFigures(place, session) {
     return figures;
 }
 
-/** A check tool that answers at once, so that what is measured is what the library adds to it. */
+/** A check tool that answers at once, so that only the library's own time is measured. */
 function installCheckTool(place) {
     const tool = `${place.office}/vyrEnvCheckTool`;
     const answer = `${place.home}/.local/share/Orvane/tmp/vyrEnv.ini`;

@@ -1,4 +1,4 @@
-// Taking turns and taking medians: the ways in which every figure is measured.
+// How every figure is measured: in alternating rounds, as the median.
 
 export function median(values) {
     const sorted = [...values].sort((a, b) => a - b);
@@ -33,7 +33,7 @@ export function figure(name, unit, comparison, goal) {
     return { name, unit, goal, ...comparison };
 }
 
-/** One line of the results for what has a limit of its own instead of a peer. */
+/** One line of the results for a figure with a fixed limit instead of a peer. */
 export function bounded(name, unit, ours, limit) {
     return figure(name, unit, { ours, peer: limit, ratio: ours / limit }, 1);
 }

@@ -1,4 +1,4 @@
-// Figures of reading the fonts of a big document, against only unpacking its XML.
+// Figures of finding the fonts of a big document, against only unpacking its XML.
 
 import { mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';

@@ -1,14 +1,14 @@
-// A home of the benchmark's own: what is measured neither finds nor changes anything of the user's.
+// A private home directory: benchmarks neither read nor change the user's files.
 
 import { mkdirSync, mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 
-/** Runs `use` with an environment whose home directory is nobody's. */
+/** Runs `use` with the environment and the path of a temporary home directory. */
 export async function withPrivateHome(use) {
     const home = mkdtempSync(join(tmpdir(), 'bench-home-'));
     mkdirSync(join(home, 'run'), { mode: 0o700 });
-    // The scripts take /home/$USER for the home directory, whatever HOME says.
+    // The scripts use /home/$USER as the home directory and ignore HOME.
     const env = {
         ...process.env,
         HOME: home,

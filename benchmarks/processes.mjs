@@ -1,4 +1,4 @@
-// Starting programs, and reading from /proc what they cost.
+// Runs programs and measures their time and memory.
 
 import { parentOf } from 'browser-driver';
 import { spawn } from 'node:child_process';

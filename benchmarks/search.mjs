@@ -36,7 +36,7 @@ async function refresh(session, home) {
     return databaseIn(home);
 }
 
-/** Longest time, of several, that a command takes to be answered while hits pour in. */
+/** The longest of several answer times of a command while hits stream in. */
 async function answerDuringSearch(session) {
     const searched = session.search('note');
     const answers = [];
@@ -60,7 +60,7 @@ async function measure(session, home) {
         'plocate',
         ['--null', '--basename', '--ignore-case', '--database', database, 'report'],
     ];
-    // Only so does it know upper from lower case beyond ASCII, which makes it slower.
+    // Case-insensitive search beyond ASCII needs a UTF-8 locale, and is slower with it.
     const env = { ...process.env, LC_ALL: 'C.UTF-8' };
     const find = ['find', [home, '-iname', '*report*']];
     return [

@@ -1,14 +1,14 @@
-// How smooth the file search stays while its hits stream in.
+// How smoothly the search view draws while hits stream in.
 
 import { shellOn, withPage } from './devtools.mjs';
 
 const hitCount = 100_000;
-/** Batches come apart from each other, as from another process, so that frames come between. */
+/** Batches arrive in separate tasks, as from another process, so that frames are drawn between. */
 const hitsInBatch = 100;
 const mostRounds = 3;
 
 /**
- * Takes the place of the host, which then cannot set its own: the library never hears of the
+ * Replaces the host with a property that the real one cannot overwrite. The library never sees the
  * search, so that only our own hits arrive.
  */
 const silentHost = `Object.defineProperty(window, 'helio', {
@@ -16,7 +16,7 @@ const silentHost = `Object.defineProperty(window, 'helio', {
     configurable: false,
 });`;
 
-/** A search that is under way. */
+/** Starts a search in the view. */
 const startSearch = `new Promise((resolve) => {
     const look = () => {
         const field = document.querySelector('.search-keyword input');
@@ -31,7 +31,7 @@ const startSearch = `new Promise((resolve) => {
     look();
 })`;
 
-/** Streams the hits in and gives the longest gap between two frames meanwhile, and the count. */
+/** Streams the hits in; gives the longest gap between two frames, and the page's text. */
 const streamHits = `new Promise((resolve) => {
     const base64 = (text) => btoa(String.fromCharCode(...new TextEncoder().encode(text)));
     let longest = 0;
@@ -72,7 +72,7 @@ function streamOnce(shell, env) {
     });
 }
 
-/** The same of the best of some rounds: other work on the machine only ever makes frames longer. */
+/** The best of several rounds: other work on the machine only makes frames longer. */
 export async function longestFrame(shell, env) {
     const rounds = [];
     while (rounds.length < mostRounds) rounds.push(await streamOnce(shell, env));

@@ -6,7 +6,7 @@ import { createInterface } from 'node:readline';
 
 const longestWaitMs = 60_000;
 
-/** An assistantctl session whose answers are timed as they come. */
+/** An assistantctl session that times each answer. */
 export class TimedSession {
     #process;
     #ended;
@@ -24,7 +24,7 @@ export class TimedSession {
         });
     }
 
-    /** Sends a command; gives the line with that text, and the seconds until it and the first hit came. */
+    /** Sends a command; gives the line with that text and the seconds to it and to the first hit. */
     async secondsUntil(request, text) {
         const begin = process.hrtime.bigint();
         const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;
@@ -54,7 +54,7 @@ export class TimedSession {
         return (await this.secondsUntil({ id, command, args, choose }, `"${id}"`)).end;
     }
 
-    /** Throws when a command that is to be measured has nothing to answer. */
+    /** Throws if a measured command answers without a result. */
     async expectAnswer(command, args = {}, choose = []) {
         const id = `expected${++this.#lastId}`;
         const { line } = await this.secondsUntil({ id, command, args, choose }, `"${id}"`);

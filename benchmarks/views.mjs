@@ -16,10 +16,10 @@ const longestFrameMs = 50;
 /** What all views share: the foundation and the component library. */
 const sharedFiles = /^(foundation|elements)\.(js|css)$/;
 
-/** The home page, and the one with which a hidden window waits for its first view. */
+/** The home page, and the page that a hidden window shows until its first view. */
 const notViews = /\/(index|waiting)\.html$/;
 
-/** A page of nothing; without a colour of its own Chromium would never tell that it painted it. */
+/** An empty page. It has a colour because Chromium reports no paint for one without. */
 const blankPage = '<!DOCTYPE html><title>Blank</title><body style="background: #f6f7f9"></body>\n';
 
 function paintAfterStart(start) {
@@ -46,7 +46,7 @@ async function firstPaintFigure(shell, bareView) {
     });
 }
 
-/** Gives the middle of a tile once the home page has its tiles. */
+/** The middle of a tile, once the home page shows its tiles. */
 const placeOfTile = (index) => `new Promise((resolve) => {
     const look = () => {
         const tile = document.querySelectorAll('button.tool')[${index}];
@@ -56,15 +56,15 @@ const placeOfTile = (index) => `new Promise((resolve) => {
             window.clickedAt = performance.timeOrigin + event.timeStamp;
         }, true);
         const box = tile.getBoundingClientRect();
-        // Nobody clicks while the window is still starting.
+        // Start-up work must not count as part of opening the view.
         setTimeout(() => resolve({ x: box.x + box.width / 2, y: box.y + box.height / 2 }), 1000);
     };
     look();
 })`;
 
 /**
- * A view is interactive when it is mounted, with its controls in the page and listening, which it
- * marks, and the page has been painted.
+ * A view is interactive when the page has been painted and the view is mounted: its controls are in
+ * the page and react, which it marks as “view-mounted”.
  */
 const interactiveAt = `new Promise((resolve) => {
     const look = () => {

@@ -5,7 +5,7 @@ import { compare, figure } from './measure.mjs';
 import { withPrivateHome } from './privatehome.mjs';
 import { settledMemoryOf } from './processes.mjs';
 
-/** Short rounds taking turns: what else the machine does then meets both alike. */
+/** Short alternating rounds: other work on the machine then affects both alike. */
 const roundTrips = 200;
 const tripRounds = 31;
 

@@ -1,4 +1,4 @@
-// Where the commands are measured: a home and a suite of the benchmark's own.
+// A private home and a copy of the suite in which commands are measured.
 
 import { cpSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
@@ -6,10 +6,10 @@ import { suffixesOf } from '../tests/support/documenttypes.mjs';
 import { secondsOf } from './processes.mjs';
 import { TimedSession } from './timedsession.mjs';
 
-/** The embedded scripts as they stand in the source tree. */
+/** The embedded scripts. */
 export const scripts = new URL('../plugin/config/', import.meta.url).pathname;
 
-/** A home and a copy of the suite tree with a sample of every document kind. */
+/** A home, and a copy of the suite with a sample of every document type. */
 export class Workplace {
     constructor(suite) {
         this.directory = mkdtempSync(`${tmpdir()}/commands-`);
@@ -20,7 +20,7 @@ export class Workplace {
         mkdirSync(`${this.office}/asso_template`, { recursive: true });
         for (const suffix of Object.values(suffixesOf).flat())
             writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
-        // The scripts look for the desktop below /home/$USER.
+        // The scripts expect the desktop below /home/$USER.
         this.env = {
             ...process.env,
             HOME: this.home,

@@ -3,7 +3,7 @@ import { waitFor } from 'browser-driver';
 const PROGRAM = '/suite/office/assistantctl';
 const TIMEOUT = 90_000;
 
-/** The events of assistantctl's output, one JSON object a line; anything else there is a fault. */
+/** The events in assistantctl's output, one JSON object per line; throws on anything else. */
 export function parseEvents(output) {
     return output
         .split('\n')
@@ -103,7 +103,7 @@ export class Session {
         return this.#claim(belongs, `the answer of ${request.command}`, timeoutMs);
     }
 
-    /** Sends a line as it is, for what no well-behaved caller would send. */
+    /** Sends a line unchanged: for malformed requests. */
     async sendLine(line) {
         await this.sendBytes(`${line}\n`);
     }

@@ -65,7 +65,7 @@ test('the driver passes options and arguments as the command line wants them', a
     ]);
 });
 
-test('a session matches answers, callbacks and errors to what asked for them', async () => {
+test('a session matches answers, callbacks and errors to their requests', async () => {
     await standInProgram(ECHO);
     const session = Session.start(root);
     expect((await session.send({ command: 'one', args: {} })).result.command).toBe('one');
@@ -79,7 +79,7 @@ test('a session matches answers, callbacks and errors to what asked for them', a
     expect((await session.close()).status).toBe(0);
 });
 
-test('a session that dies tells so instead of waiting for its time', async () => {
+test('a session that dies fails at once instead of timing out', async () => {
     await standInProgram('#!/bin/bash\nread -r line\necho gone >&2\nexit 5\n');
     const session = Session.start(root);
     await expect(session.send({ command: 'any' })).rejects.toThrow(
@@ -87,7 +87,7 @@ test('a session that dies tells so instead of waiting for its time', async () =>
     );
 });
 
-test('output that is no event is a fault', () => {
+test('output that is not an event is an error', () => {
     expect(() => parseEvents('{"type":"answer"}\nQt says something\n')).toThrow();
     expect(() => parseEvents('{"id":1}\n')).toThrow(/without type/);
 });

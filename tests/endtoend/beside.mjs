@@ -1,7 +1,7 @@
 const LAUNCHER = '/tmp/beside.sh';
 const LOG = '/tmp/beside.log';
 
-/** For a script: an X display and a session bus, which answer when it goes on. */
+/** Shell lines that start an X display and a session bus, and wait until both answer. */
 export const DISPLAY_AND_BUS = `
 export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
 Xvfb :7 -nolisten tcp -noreset &
@@ -12,9 +12,9 @@ await dbus-send --session --dest=org.freedesktop.DBus --print-reply / \
 `;
 
 /**
- * The root with other programs running beside every command: a bash script starts them and
- * returns when they are ready. They end with the command, being in its process namespace, and
- * what they print goes to a log. The result can be given to runCommand and Session.start.
+ * The root, with other programs running during every command. A bash script starts them and
+ * returns when they are ready. They share the command's process namespace and end with it;
+ * their output goes to a log. The result can be given to runCommand and Session.start.
  */
 export async function beside(root, script) {
     await root.writeFile(
@@ -44,7 +44,7 @@ exec >&3 2>&4 <&5 3>&- 4>&- 5<&-
     };
 }
 
-/** What the programs beside the commands have printed so far. */
+/** What those programs have printed so far. */
 export function besideLog(root) {
     return root.readFile(LOG);
 }

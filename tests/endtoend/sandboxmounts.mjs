@@ -1,7 +1,7 @@
 import fs from 'node:fs';
 import path from 'node:path';
 
-/** Files of the suite from this size on are bound read-only instead of being copied. */
+/** Suite files of this size or more are bound read-only instead of copied. */
 const COPY_LIMIT = 64 * 1024;
 
 /** Arguments that show the system's own directories read-only, without any of its users' files. */
@@ -30,8 +30,8 @@ export function directoryWithout(system, hiddenNames, shownAt, directory) {
 }
 
 /**
- * Copies the suite's tree so that a test can change it. Large files become empty places that the
- * returned map (path below the suite → host file) says to bind.
+ * Copies the suite's tree so that a test can change it. Large files are left empty, to be bound as
+ * the returned map (path below the suite → host file) says.
  */
 export function copySuite(source, target) {
     const large = new Map();

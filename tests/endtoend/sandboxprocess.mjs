@@ -3,7 +3,7 @@ import { once } from 'node:events';
 
 const OUTPUT_LIMIT = 256 * 1024 * 1024;
 
-/** A process may have ended by itself a moment before, which nobody has noticed yet. */
+/** The process may have just ended by itself. */
 function killIfThere(pid) {
     try {
         process.kill(pid, 'SIGKILL');
@@ -31,7 +31,7 @@ export class SandboxProcess {
             stdio: ['pipe', 'pipe', 'pipe', 'pipe'],
         });
         this.#firstProcess = this.#readFirstProcess(this.#child.stdio[3]);
-        // A process may end before it has read its input; its status tells, not this write.
+        // A process may end before it has read its input; its exit status says whether it failed.
         this.#child.stdin.on('error', () => {});
         for (const name of ['stdout', 'stderr'])
             this.#child[name].on('data', (chunk) => this.#collect(name, chunk));
@@ -67,7 +67,7 @@ export class SandboxProcess {
         );
     }
 
-    /** Whether it has ended and all that it had printed has been read. */
+    /** Whether it has ended and all its output has been read. */
     get hasEnded() {
         return this.#hasEnded;
     }
@@ -109,8 +109,8 @@ export class SandboxProcess {
     }
 
     /**
-     * Ends everything in the process namespace by ending its first process. Bubblewrap itself is
-     * left to notice: killed while it still sets up the namespace, it would leave that running.
+     * Ends everything in the process namespace by killing its first process. Bubblewrap itself is
+     * not killed: during set-up that would leave the namespace running.
      */
     async kill() {
         const firstProcess = await this.#firstProcess;
@@ -118,7 +118,7 @@ export class SandboxProcess {
         await this.#ended;
     }
 
-    /** The namespace's first process by its id out here; undefined when bubblewrap made none. */
+    /** The host's id of the namespace's first process; undefined if bubblewrap started none. */
     async #readFirstProcess(stream) {
         let information = '';
         stream.on('error', () => {});

@@ -11,7 +11,7 @@ const PATH = '/fakes:/usr/bin:/usr/sbin:/bin:/sbin';
 const HIDABLE = '/usr/bin';
 const PASSED_ON = ['ASAN_OPTIONS', 'LSAN_OPTIONS', 'TSAN_OPTIONS', 'UBSAN_OPTIONS'];
 
-/** Private directories: where they are seen in the sandbox, and their name on the host. */
+/** Private directories: the path in the sandbox, and the name on the host. */
 const PRIVATE_DIRECTORIES = {
     '/home': 'home',
     '/root': 'root',
@@ -93,7 +93,7 @@ export class SandboxRoot {
         return this.#user === 'root' ? '/root' : `/home/${this.#user}`;
     }
 
-    /** Where a file of the sandbox lies on the host; throws for what is not private to the test. */
+    /** The host path of a sandbox file; throws if it is not private to the test. */
     hostPath(inside) {
         const normal = path.posix.normalize(inside);
         for (const [seen, host] of this.#mountPoints) {
@@ -138,12 +138,12 @@ export class SandboxRoot {
         fs.rmSync(this.hostPath(inside), { recursive: true });
     }
 
-    /** Puts a program of the test's own first in PATH. */
+    /** Puts a fake program first in PATH. */
     async fake(name, script) {
         await this.writeFile(`/fakes/${name}`, script, { mode: 0o755 });
     }
 
-    /** A fake that writes down its arguments for callsOf, prints output and ends with status. */
+    /** A fake that records its arguments for callsOf, prints `output` and exits with `status`. */
     async recordingFake(name, { output = '', status = 0 } = {}) {
         await this.writeFile(`/fakecalls/${name}.output`, output);
         await this.fake(

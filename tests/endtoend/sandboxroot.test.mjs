@@ -47,7 +47,7 @@ test('a file without read permission cannot be read, whoever runs the tests', as
     expect((await root.run(['cat', '/root/secret'])).status).toBe(1);
 });
 
-test('the environment holds nothing of the tests’ own, no bus and no display', async () => {
+test('the environment has no variables of the tests, no bus and no display', async () => {
     root = await SandboxRoot.create({ env: { EXTRA: '1' } });
     const { stdout } = await root.run(['env'], { env: { LANG: 'C', SHELL: undefined } });
     const names = stdout
@@ -79,7 +79,7 @@ test('only the loopback network is there', async () => {
     expect(names).toEqual(['lo']);
 });
 
-test('a fake comes before the real program and writes down its arguments', async () => {
+test('a fake comes before the real program and records its arguments', async () => {
     root = await SandboxRoot.create();
     await root.recordingFake('xdg-open', { output: 'opened\n', status: 4 });
     const end = await root.run(['bash', '-c', 'xdg-open "a b" ""; xdg-open; xdg-open $\'c\\nd\'']);

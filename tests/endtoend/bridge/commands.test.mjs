@@ -16,7 +16,7 @@ const LONGEST_RUN = 600_000;
 const recorder = (name) => `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
 `;
-/** What stands in the suite's place: each writes what its real counterpart leaves behind. */
+/** Fake suite programs: each writes the files that the real one would. */
 const PROGRAMS = {
     vyr: `#!/bin/bash\nprintf '[vyrtool]\\nMissFonts=Arial\\n' > ${WORK}/vyrmissfonts.ini\n`,
     vyrEnvCheckTool: `#!/bin/bash
@@ -88,7 +88,7 @@ test('every command is sent once', () => {
     expect(COMMANDS).toHaveLength(57);
 });
 
-test('no script of a page complains', () => {
+test('no script of a page reports an error', () => {
     expect(run.stderr).not.toMatch(/^js: /m);
 });
 

@@ -19,7 +19,7 @@ const CALLBACKS = [
 const HOME = 'index.html';
 const PATIENCE = { timeoutMs: 90_000 };
 
-/** The page's own functions go on being called, and what they are told is written down. */
+/** Records every call of the page's callbacks; its own functions still run. */
 const listen = `void ${JSON.stringify(CALLBACKS)}.forEach((name) => {
     const own = window[name];
     window[name] = (envelope) => {
@@ -52,7 +52,7 @@ class Pages {
         this.#program = program;
     }
 
-    /** The page that answers to that file name: the home page or a view of the child window. */
+    /** The page with that file name: the home page or a view in the child window. */
     async #page(name) {
         if (!this.#pages.has(name)) {
             const page = await this.#program.page(name);
@@ -62,7 +62,7 @@ class Pages {
         return this.#pages.get(name);
     }
 
-    /** Sends one command and waits for what it is to bring about; gives {envelope, told}. */
+    /** Sends one command and waits for its effects; gives {envelope, told}. */
     async send({ page: name = HOME, command, args = {}, choose = [], callback, ends, ...effects }) {
         const page = await this.#page(name);
         const listener = await this.#page(callback?.page ?? name);

@@ -1,4 +1,4 @@
-// Every command as a page of the window sends it, with what it has to answer and bring about.
+// Every command as a page sends it, with the expected answer and effects.
 
 import { base64 } from '../base64.mjs';
 import { CONFIG, LOG } from '../update/updater.mjs';
@@ -12,10 +12,10 @@ const CALLS = '/fakecalls';
 const open = (path) => ['Open File', path];
 const save = (path) => ['Save File', path];
 
-/** As an envelope without a result. */
+/** An envelope without a result. */
 const nothing = {};
 const success = { result: 'success' };
-/** A test of the result; what it says must be true. */
+/** A function that the result must satisfy. */
 const that = (holds) => ({ holds });
 const isObject = (...keys) => that((result) => keys.every((key) => key in result));
 const tenProcesses = that(([processes]) => Object.keys(processes).length > 1);
@@ -25,8 +25,8 @@ const updaterCall = (option) => ['/opt/orvane/calls', option];
 const checkFinding = { result: { value: base64('ok'), cmd: 'fonts', app: 'vyr' } };
 
 /**
- * In their order: what one leaves behind, a later one finds. `answer` is the envelope or a test
- * of its result, `file` a file and a text that must come into it, `gone` a file that must go,
+ * The order matters: later steps use what earlier ones leave behind. `answer` is the envelope or a
+ * test of its result, `file` a file and a text that it must get, `gone` a file that must disappear,
  * `callback` the page's function that must be called, with the page if it is another one.
  */
 export const STEPS = [

@@ -32,10 +32,10 @@ afterEach(async () => {
 const list = async (command, options) =>
     (await runCommand(root, command, {}, options)).answer.result;
 const repair = (options) => runCommand(root, 'fileassorepair', {}, options);
-/** What the desktop does by itself when a package has been added. */
+/** Updates the MIME database, as a desktop does when a package is added. */
 const updateDatabase = () => root.run(['update-mime-database', MIME]);
 const shown = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
-/** The answer in which every suffix has what value gives for its tag and itself. */
+/** The answer in which every suffix has value(tag, suffix). */
 const everySuffix = (value) =>
     TAGS.map((tag) =>
         Object.fromEntries(SUFFIXES[tag].map((suffix) => [suffix, value(tag, suffix)])),
@@ -76,7 +76,7 @@ describe('a repair with the real desktop tools', () => {
         await repair();
         expect((await list('getassoopen'))[0]['.docx']).toBe('vyr-office-vyr.dekstop|true');
         await updateDatabase();
-        // The suite's types derive from those that were repaired just now.
+        // The suite's types are subclasses of those just repaired.
         expect((await list('getassoopen'))[0]['.docx']).toBe('vyr-office-vyr.dekstop|true');
     });
 

@@ -21,7 +21,7 @@ afterEach(async () => root.dispose());
 
 const valueOf = (entry, key) => entry.match(new RegExp(`^${key}=(.*)$`, 'm'))?.[1];
 
-test('there are nine, which a validator accepts without a word', async () => {
+test('there are nine, which a validator accepts without warnings', async () => {
     expect(Object.keys(suiteEntries())).toEqual(NAMES.map((name) => `vyr-office-${name}.desktop`));
     for (const name of NAMES) {
         const end = await root.run([
@@ -67,7 +67,7 @@ test('those of writer, spreadsheets and presentations open the suite’s types',
 });
 
 const OPENED = '/tmp/opened';
-/** What gio has started ends with the sandbox, which therefore stays until that is done. */
+/** Programs that gio starts end with the sandbox, so this keeps it open until they are done. */
 const LAUNCH = `gio launch "$@" && until [ -e ${OPENED} ]; do sleep 0.05; done`;
 
 /** Starts a restored shortcut as the desktop does when it is clicked. */
@@ -106,14 +106,14 @@ test('without the suite a shortcut says what is missing and what to do', async (
     expect(chinese.stderr).toMatch(/“vyrpdf”不在此计算机上/);
 });
 
-test('a program that cannot be started is told', async () => {
+test('a program that cannot be started is reported', async () => {
     await root.writeFile('/opt/orvane/office/shw', 'no program', { mode: 0o755 });
     const end = await root.run(['/suite/office/opencomponent', 'shw']);
     expect(end.status).toBe(1);
     expect(end.stderr).toMatch(/cannot start \/opt\/orvane\/office\/shw: Exec format error/);
 });
 
-test('a program that is none of the suite’s is refused', async () => {
+test('a program outside of the suite is refused', async () => {
     for (const args of [[], ['../../bin/sh'], ['bash']]) {
         const end = await root.run(['/suite/office/opencomponent', ...args]);
         expect(end.status).toBe(2);

@@ -13,7 +13,7 @@ const OPEN_XML = 'application/vnd.openxmlformats-officedocument';
 const TEXT = '用于检查文件类型和默认应用程序的示例文档。';
 const hasOfficeSuite = fs.existsSync('/usr/bin/soffice');
 
-/** The type by content alone; of Open XML, macros and templates do not show in it. */
+/** The type by content alone, which cannot tell macro documents and templates of Open XML apart. */
 const CONTENT = {
     '.doc': 'application/msword',
     '.dot': 'application/msword',
@@ -53,7 +53,7 @@ async function output(command, options) {
     return end.stdout;
 }
 
-/** What the desktop takes each file for: by GIO, which the file managers of GTK desktops use. */
+/** Each file's type according to GIO, which GTK file managers use. */
 async function desktopTypes(files) {
     const text = await output(['gio', 'info', '-a', 'standard::content-type', ...files]);
     return [...text.matchAll(/content-type: (.*)/g)].map(([, type]) => type);
@@ -65,7 +65,7 @@ async function repairTypes() {
     await output(['update-mime-database', MIME]);
 }
 
-/** Converts into a format in which the text can be read as it is; gives the texts by file name. */
+/** Converts the files to a plain-text format; gives the texts by file name. */
 async function convert(files, format, target = '/tmp/converted') {
     await output(
         [
@@ -104,7 +104,7 @@ describe('the sample documents', () => {
         await repairTypes();
         const expected = SAMPLES.map(({ suffix }) => typeOf(suffix));
         expect(await desktopTypes(files)).toEqual(expected);
-        // What a terminal's user asks hands on to GIO on such a desktop.
+        // On such a desktop xdg-mime passes the question on to GIO.
         const env = { XDG_CURRENT_DESKTOP: 'GNOME' };
         for (const suffix of ['.dot', '.pot', '.vyr', '.rtf'])
             expect(
@@ -190,12 +190,12 @@ test('the own formats name their type and hold their text', async () => {
     const { stdout } = await root.run(['unzip', '-p', `${FOLDER}/vyr.shtx`, 'mimetype']);
     expect(stdout).toBe('application/vyr-office.shtx');
     expect(await output(['unzip', '-p', `${FOLDER}/vyr.shtx`, 'content.xml'])).toContain(TEXT);
-    // A reader that looks at the start alone finds the type at the same place in each.
+    // The type must be at a fixed place near the start, where type detection looks for it.
     const start = fs.readFileSync(root.hostPath(path.join(FOLDER, 'vyr.vyr'))).subarray(30, 60);
     expect(start.toString()).toBe('mimetypeapplication/vyr-office');
 });
 
-test('the environment’s report tells the project’s version', async () => {
+test('the environment report includes the project’s version', async () => {
     const project = fs.readFileSync(new URL('../../../CMakeLists.txt', import.meta.url), 'utf8');
     const [, version] = project.match(/project\(office-assistant VERSION ([\d.]+)/);
     const { answer } = await runCommand(root, 'stratcheckenv');

@@ -17,7 +17,7 @@ const SERVER = `
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/8080'
 `;
 
-/** What stands in the suite's place: each writes what its real counterpart leaves behind. */
+/** Fake suite programs: each writes the files that the real one would. */
 const SUITE_PROGRAMS = {
     vyr: `printf '[vyrtool]\\nMissFonts=Arial\\n' > ${WORK}/vyrmissfonts.ini`,
     vyrEnvCheckTool: `mkdir -p ${WORK}

@@ -25,7 +25,7 @@ const compare = (path, options) =>
     runCommand(root, 'comparefont', { filepath: base64(path) }, options);
 const answered = async (path) => (await compare(path)).answer.result;
 
-/** A component of the suite that writes its arguments down and this line into its answer. */
+/** A suite program that records its arguments and writes this line into its answer. */
 async function installComponent(name, line, { before = '', after = '' } = {}) {
     await root.writeFile(
         `/suite/office/${name}`,
@@ -80,7 +80,7 @@ describe('comparefont', () => {
         expect(end).toMatchObject({ status: 1, events: [{ type: 'answer', result: 'error' }] });
     });
 
-    test('a stale list of an earlier run is deleted and not told', async () => {
+    test('an old list of an earlier run is deleted and not reported', async () => {
         await root.writeFile(`${WORK}/vyrmissfonts.ini`, '[vyrtool]\nMissFonts=old\n');
         expect(await answered(await writeDocument('a.docx'))).toBe('error');
         expect(await root.exists(`${WORK}/vyrmissfonts.ini`)).toBe(false);
@@ -98,7 +98,7 @@ describe('comparefont', () => {
         });
     });
 
-    test('a path with blanks and pattern characters is opened as it is', async () => {
+    test('a path with spaces and pattern characters is opened unchanged', async () => {
         await installComponent('vyr', 'MissFonts=Arial');
         const path = await writeDocument('my * [report] $(touch ran).docx');
         expect(await answered(path)).toEqual({ MissFonts: base64('Arial') });
@@ -121,7 +121,7 @@ describe('comparefont', () => {
         expect(await answered(path)).toBe('error');
     });
 
-    test('a component that fails after its answer has answered', async () => {
+    test('a component that fails after writing its answer counts as answered', async () => {
         await installComponent('tbl', 'MissFonts=Arial', { after: 'exit 4' });
         expect(await answered(await writeDocument('a.xlsx'))).toEqual({
             MissFonts: base64('Arial'),
@@ -138,7 +138,7 @@ describe('comparefont', () => {
         },
     );
 
-    test('an argument that is missing or no text is an error', async () => {
+    test('an argument that is missing or not text is an error', async () => {
         expect((await runCommand(root, 'comparefont')).answer.result).toBe('error');
         for (const filepath of [null, 7, [], {}])
             expect((await runCommand(root, 'comparefont', { filepath })).answer.result).toBe(

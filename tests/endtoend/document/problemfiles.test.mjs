@@ -26,7 +26,7 @@ async function writeDocument(name, content = 'a document') {
     return `/home/user/${name}`;
 }
 
-/** A check tool that writes its arguments down and prints to this PDF. */
+/** A check tool that records its arguments and prints to this PDF. */
 function installTool(pdf, { before = '' } = {}) {
     return root.writeFile(
         TOOL,
@@ -73,7 +73,7 @@ describe('a layout problem', () => {
         await session.close();
     });
 
-    test('a file deleted before it is opened is an error, as is none', async () => {
+    test('a file deleted before it is opened is an error, and so is no file', async () => {
         const path = await writeDocument('a.docx');
         const session = Session.start(root);
         expect((await open(session)).result).toBe('error');
@@ -84,7 +84,7 @@ describe('a layout problem', () => {
         await session.close();
     });
 
-    test('a file that would run has no result', async () => {
+    test('an executable file has no result', async () => {
         const path = await writeDocument('a.docx', '#!/bin/sh\ntouch /tmp/ran\n');
         const session = Session.start(root);
         await choose(session, path);
@@ -173,7 +173,7 @@ describe('a print problem', () => {
         expect(end.events.filter(({ type }) => type === 'started')).toHaveLength(1);
     });
 
-    test('a PDF of an earlier print counts, whatever becomes of the tool', async () => {
+    test('an existing PDF counts even if the tool fails', async () => {
         await root.writeFile(`${WORK}/a.pdf`, '%PDF');
         const path = await writeDocument('a.pptx');
         for (const before of ['exit 3', 'kill -SEGV $$']) {

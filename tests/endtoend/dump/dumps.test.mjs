@@ -8,7 +8,7 @@ import { SandboxRoot } from '../sandboxroot.mjs';
 const DUMPS = '/home/user/.local/share/Orvane/tmp/dump';
 const SETTINGS = '/home/user/.config/Orvane/Office.conf';
 const CALLBACK = 'freshcrshpageCallBack';
-/** Long enough for a watch to tell; the tests that expect a callback show that it does. */
+/** Long enough for a watch to report; the tests that expect a callback confirm that. */
 const QUIET = 600;
 
 let root;
@@ -45,13 +45,13 @@ describe('getDumpState', () => {
         expect((await stateNow()).feedback).toBe(isDump);
     });
 
-    test('a newer file that is no dump is skipped', async () => {
+    test('a newer file that is not a dump is skipped', async () => {
         await dump('vyr_1.dmp');
         await dump('newer.txt');
         expect((await stateNow()).feedback).toBe(true);
     });
 
-    test('a dump of long ago counts too', async () => {
+    test('an old dump counts too', async () => {
         await dump('vyr_1.dmp');
         await root.run(['touch', '-d', '1999-01-01', `${DUMPS}/vyr_1.dmp`]);
         expect((await stateNow()).feedback).toBe(true);
@@ -62,18 +62,18 @@ describe('getDumpState', () => {
         expect((await stateNow()).enable).toBe(true);
     });
 
-    test('what the suite has stored is read', async () => {
+    test('the stored settings of the suite are read', async () => {
         await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
         expect((await stateNow()).enable).toBe(false);
     });
 
-    test('a dump that this user may not read is none', async () => {
+    test('a dump that this user may not read does not count', async () => {
         await dump('vyr_1.dmp');
         await root.run(['chmod', '000', `${DUMPS}/vyr_1.dmp`]);
         expect((await stateNow()).feedback).toBe(false);
     });
 
-    test('a dump directory that is a file, or closed, has no dumps', async () => {
+    test('a dump directory that is a file or unreadable has no dumps', async () => {
         await root.writeFile(DUMPS, 'in the way');
         expect((await stateNow()).feedback).toBe(false);
         await root.remove(DUMPS);
@@ -117,7 +117,7 @@ describe('startDump and stopDump', () => {
         await root.run(['chmod', '700', '/home/user/.config', '/home/user/.local/share/Orvane']);
     });
 
-    test('on a full disk lose nothing of the settings', async () => {
+    test('on a full disk keep all settings', async () => {
         root.smallDisk('/home/user/.config', 64 * 1024);
         const end = await root.run([
             'bash',
@@ -159,7 +159,7 @@ describe('cleardumpdir', () => {
 });
 
 describe('the watch', () => {
-    test('tells every page of a dump that another process writes', async () => {
+    test('reports a dump that another process writes to every page', async () => {
         const session = Session.start(root);
         await session.send({ command: 'getDumpState', page: 'child' });
         await session.send({ command: 'startDump' });
@@ -182,7 +182,7 @@ describe('the watch', () => {
         await dump('vyr_1.dmp');
         await session.callback(CALLBACK);
         await session.send({ command: 'closechildwindow', args: { type: 'crash' } });
-        // What was on its way when the watch ended.
+        // May have been under way when the watch ended.
         await session.wait(0);
         const before = told(session).length;
         await dump('vyr_2.dmp');
@@ -202,7 +202,7 @@ describe('the watch', () => {
         await session.close();
     });
 
-    test('tells again of a deletion while another dump remains, and not after the last', async () => {
+    test('reports a deletion while another dump remains, but not the last one', async () => {
         await dump('vyr_1.dmp');
         await dump('vyr_2.dmp');
         const session = Session.start(root);
@@ -217,7 +217,7 @@ describe('the watch', () => {
         await session.close();
     });
 
-    test('survives that the directory is removed, and startDump takes it up again', async () => {
+    test('survives the removal of its directory, and startDump resumes it', async () => {
         const session = Session.start(root);
         await session.send({ command: 'startDump' });
         await root.remove(DUMPS);

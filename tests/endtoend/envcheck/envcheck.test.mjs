@@ -11,13 +11,13 @@ const TOOL = '/suite/office/vyrEnvCheckTool';
 const ANSWERS = '/home/user/.local/share/Orvane/tmp/vyrEnv.ini';
 const CALLBACK = 'returnvyrenvcheck';
 
-/** Writes its arguments down and the answer "ok TYPE" for its component. */
+/** Records its arguments and writes the answer "ok TYPE" for its component. */
 const TOOL_SCRIPT = `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/vyrEnvCheckTool
 mkdir -p ~/.local/share/Orvane/tmp
 printf '[vyrEnv]\\n%s-%s=ok %s\\n' "$2" "$1" "$1" > ${ANSWERS}
 `;
-/** Goes on until the test lets it. */
+/** Runs until the test lets it end. */
 const HELD = `touch ~/runs
 while [ ! -e ~/go ]; do sleep 0.02; done
 `;
@@ -102,7 +102,7 @@ describe('one check', () => {
         );
     });
 
-    test('without a child page nothing is told and nothing kept', async () => {
+    test('without a child page nothing is reported or kept', async () => {
         const session = Session.start(root);
         await session.send({ command: 'vyrenvcheck', args: { type: 't', app: 'vyr' } });
         await waitFor(async () => (await root.callsOf('vyrEnvCheckTool')).length === 1);
@@ -228,7 +228,7 @@ describe('a check that is under way', () => {
     });
 });
 
-test('a check that nobody waits for is made before the program ends', async () => {
+test('a check that nobody waits for is completed before the program ends', async () => {
     await root.writeFile(TOOL, `${TOOL_SCRIPT}sleep 0.5\ntouch ~/ended\n`, { mode: 0o755 });
     const end = await runCommand(root, 'vyrenvcheck', { type: 't', app: 'vyr' }, { trace: true });
     expect(end.events.filter(({ type }) => type === 'started')).toEqual([

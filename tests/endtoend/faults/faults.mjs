@@ -3,13 +3,13 @@ import { parseEvents } from '../assistantctl.mjs';
 export const WORK = '/home/user/.local/share/Orvane/tmp';
 export const STAGING = `${WORK}/officeassis_script`;
 
-/** Takes all that is left on the disk of that directory. */
+/** Fills the disk of that directory. */
 const FILL = (directory) =>
     `head -c 10000000 /dev/zero > ${directory}/filling 2> /dev/null || true`;
 
 /**
  * Runs a script in which the disk of that directory is small and, when the script calls it, "fill"
- * takes the rest of it. The disk is gone after the script; what it prints is all that is left.
+ * takes the rest of it. The disk is gone after the script; only its output remains.
  */
 export function onSmallDisk(root, directory, bytes, script) {
     root.smallDisk(directory, bytes);

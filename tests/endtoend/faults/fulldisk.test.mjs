@@ -28,7 +28,7 @@ test('a report on a full disk is answered and leaves the files beside it', async
     expect(end.stdout).toContain('lived\nmine\n');
 });
 
-test('a report that is there keeps what it held when the disk is full', async () => {
+test('an existing report keeps its text when the disk is full', async () => {
     const end = await onSmallDisk(
         root,
         '/home/user/out',
@@ -70,7 +70,7 @@ test('scripts that cannot be staged on a full disk are not run half', async () =
         cat ${WORK}/kept`,
     );
     expect(end.stdout).not.toContain('failed:');
-    // Nothing of them could be written, so nothing of them may have been started.
+    // The scripts could not be written, so none may have been started.
     expect(end.stdout).not.toContain('"type":"started"');
     expect(resultIn(end.stdout, 'getassomime')).toBeUndefined();
     expect(resultIn(end.stdout, 'getdesktopiconfile').icon).toBe('');

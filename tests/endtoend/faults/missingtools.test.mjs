@@ -54,7 +54,7 @@ test('without its tools a report has its sections', async () => {
     expect((await session.close()).status).toBe(0);
 });
 
-test('without tar and gzip no archive comes of it, and the sources stay', async () => {
+test('without tar and gzip no archive is built, and the sources stay', async () => {
     const target = '/home/user/feedback';
     const args = { archiveSample: KEPT, archiveSysInfo: true };
     expect(await resultOf('archivepackage', { choose: [target], args })).toBe(
@@ -65,7 +65,7 @@ test('without tar and gzip no archive comes of it, and the sources stay', async 
     expect(await root.readFile(KEPT)).toBe('mine');
 });
 
-test('without plocate a search finds by itself', async () => {
+test('without plocate a search still finds files', async () => {
     await session.send({ command: 'startsearchfile', args: { keyword: 'kept' } });
     const { result } = await session.callback('startsearchfileCallBack');
     expect(Buffer.from(Object.keys(result)[0], 'base64').toString()).toBe('kept.docx');

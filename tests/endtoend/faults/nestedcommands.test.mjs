@@ -6,7 +6,7 @@ import { SandboxRoot } from '../sandboxroot.mjs';
 import { CONFIG, LOG, UPDATER } from '../update/updater.mjs';
 
 const BUILD = path.dirname(SUITE);
-/** A command line gives no command before the one before is answered, so a unit test does. */
+/** The command line waits for each answer before the next command, so this runs a unit test. */
 const PROGRAM = path.join(BUILD, 'tests/tst_nestedcommands/tst_nestedcommands');
 const CALLS = '/tmp/calls';
 
@@ -34,7 +34,7 @@ function runInside(outer, commands) {
     const rows = commands.map(
         (inner) => `everyCommandIsAnsweredWhileAnotherWaits:${inner} in ${outer}`,
     );
-    // What was started is not waited for by the program, and ends with the root.
+    // The program does not wait for what it started; that ends with the root.
     const script = `"$@"; status=$?
         until [ "$(wc -l < ${CALLS})" -ge ${Object.keys(OPTIONS).length} ]; do sleep 0.02; done
         exit $status`;
@@ -42,7 +42,7 @@ function runInside(outer, commands) {
 }
 
 test.each(['screenshots', 'openremoveurlcheck'])(
-    'what has its place on the machine runs while %s waits',
+    'commands for log, configuration and updater run while %s waits',
     async (outer) => {
         const commands = ['clearlogfile', 'changeupdateconfig', ...Object.keys(OPTIONS)];
         const end = await runInside(outer, commands);
@@ -51,7 +51,7 @@ test.each(['screenshots', 'openremoveurlcheck'])(
         );
         expect(end.status).toBe(0);
         expect(await root.exists(LOG)).toBe(false);
-        // In any order, since each launch is a process of its own.
+        // In any order: each launch is a separate process.
         const calls = (await root.readFile(CALLS)).split('\n').filter(Boolean);
         expect(calls.sort()).toEqual(Object.values(OPTIONS).sort());
         expect(await root.readFile(CONFIG)).toMatch(/^a=1\n.*usagecollected=/ms);

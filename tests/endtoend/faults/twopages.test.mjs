@@ -44,7 +44,7 @@ test('both pages of one process ask in turn while a check is under way', async (
     }
     await root.writeFile('/home/user/go', '');
     expect(await session.callback('returnvyrenvcheck')).toMatchObject({ page: 'child' });
-    // A search that another one stopped does not tell its end; the last one tells both pages.
+    // A stopped search does not report its end; the last one reports to both pages.
     const ends = [
         await session.callback('searchfilefinish'),
         await session.callback('searchfilefinish'),
@@ -61,7 +61,7 @@ describe('two processes in one home', () => {
 {"command":"exportsysinfo","choose":["/tmp/report"]}
 `;
 
-    test('start and end beside each other, and each is answered', async () => {
+    test('start and end at the same time, and each is answered', async () => {
         await root.writeFile('/home/user/session', SESSION.repeat(3));
         await root.writeFile(`${WORK}/dump/vyr_1.dmp`, 'a dump');
         const end = await root.run([
@@ -75,8 +75,8 @@ describe('two processes in one home', () => {
             done
             for process in $processes; do wait $process || exit 1; done`,
         ]);
-        // The process that ends first takes the staged scripts of all, so a shell of another may
-        // say that one is not found; that one's finding is empty then.
+        // The process that ends first removes the staged scripts of all. Another one's script may
+        // then be missing, and its result is empty.
         expect(end.status).toBe(0);
         for (const number of [1, 2, 3, 4]) {
             const lines = (await root.readFile(`/tmp/events${number}`)).split('\n').slice(0, -1);
@@ -88,7 +88,7 @@ describe('two processes in one home', () => {
         expect(await root.readFile(`${WORK}/dump/vyr_1.dmp`)).toBe('a dump');
     });
 
-    test('one that ends takes the scripts, and the other one has them again', async () => {
+    test('one that ends removes the scripts, and the other one stages them again', async () => {
         const end = await root.run([
             'bash',
             '-c',

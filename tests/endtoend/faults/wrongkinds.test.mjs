@@ -19,7 +19,7 @@ afterEach(async () => root.dispose());
 const resultOf = async (command, args, options) =>
     (await runCommand(root, command, args, options)).answer.result;
 
-/** A directory with a file in it that nobody was told to remove. */
+/** A directory with a file in it that must not be removed. */
 async function putDirectory(place) {
     await root.remove(place).catch(() => {});
     await root.writeFile(`${place}/${KEPT}`, 'mine');
@@ -133,7 +133,7 @@ test('garbage in every INI file is answered and left as it is', async () => {
     ];
     const garbage = Buffer.from(Array.from({ length: 200_000 }, (_, at) => (at * at * 7919) >> 5));
     for (const place of places) await root.writeFile(place, garbage);
-    // The check tool writes its answer file anew.
+    // The check tool replaces its answer file.
     await root.remove('/suite/office/vyrEnvCheckTool');
     const session = Session.start(root);
     for (const command of [

@@ -16,7 +16,7 @@ let root;
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
     await root.recordingFake('xdg-open');
-    // Each test says itself which settings the suite has.
+    // Each test writes the suite's settings that it needs.
     if (await root.exists('/suite/office/cfgs')) await root.remove('/suite/office/cfgs');
 });
 
@@ -169,7 +169,7 @@ describe('the archive', () => {
         }
     });
 
-    test('an earlier report gains a further one, and is not packed unasked', async () => {
+    test('a report is appended to an earlier one, and packed only on request', async () => {
         await root.writeFile(`${WORK}/sysinfo.txt`, 'earlier\r\n');
         await pack();
         expect(await members()).toEqual(['describe.txt']);
@@ -234,7 +234,7 @@ describe('the archive', () => {
             choose: [TARGET],
             args: { archiveDumpInfo: true },
         });
-        // Opening the archive is the script's last step; it copies some thousand files before.
+        // The script opens the archive last, after copying thousands of files.
         await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, {
             timeoutMs: 150_000,
             what: 'the archive',
@@ -245,7 +245,7 @@ describe('the archive', () => {
         await session.close();
     }, 300_000);
 
-    test('what the page sends is never a command', async () => {
+    test('what the page sends is never run as a command', async () => {
         const text = '$(touch /tmp/ran) `touch /tmp/ran`; touch /tmp/ran & *';
         await pack(
             { archiveType: text, archiveDescribe: text, archiveSample: text },

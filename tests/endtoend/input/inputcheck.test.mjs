@@ -20,7 +20,7 @@ test('an unset module is a missing plug-in', async () => {
     expect(debug).toBe('');
 });
 
-test('a module for which Qt has no plug-in is a missing plug-in', async () => {
+test('a module without a Qt plug-in is reported as a missing plug-in', async () => {
     const { result } = await checkInput(root, [], { CHECKED_QT_IM_MODULE: 'scim' });
     expect(result).toBe('ERR_LOADPLUGIN_FAILED');
 });

@@ -16,7 +16,7 @@ await dbus-send --session --dest=org.freedesktop.DBus --print-reply /org/freedes
 `,
 };
 
-/** The variables CHECKED_… of the environment are for the check alone, without that beginning. */
+/** Variables named CHECKED_… are set without that prefix, for the check only. */
 const CHECKED_ENVIRONMENT = `
 for checked in "\${!CHECKED_@}"; do
     export "\${checked#CHECKED_}=\${!checked}"
@@ -25,13 +25,13 @@ done
 
 const MACHINE_ID = fs.readFileSync('/etc/machine-id', 'latin1').split('\n')[0];
 
-/** Where the bus address of ibus is looked for. */
+/** Where ibus writes its bus address. */
 export function busFile(root, ending) {
     return `${root.home}/.config/ibus/bus/${MACHINE_ID}${ending}`;
 }
 
 /**
- * Runs the input check beside these daemons, on a display and a bus of their own:
+ * Runs the input check while these daemons run, on a private display and bus:
  * {result, debug}; debug is what the check wrote to standard error.
  */
 export async function checkInput(root, daemons, env) {

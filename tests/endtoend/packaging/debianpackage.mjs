@@ -9,11 +9,11 @@ import { removeTree } from '../sandboxmounts.mjs';
 
 const BUILD = path.dirname(SUITE);
 
-/** Whether the tree under test can be made a package; one that SUITE_DIR names need not be a build. */
+/** Whether the tree under test can be packaged: SUITE_DIR may name one outside of a build. */
 export const canBuildPackage =
     process.env.SUITE_DIR === undefined || fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'));
 
-/** What it prints. The test runner gives up a process that does not answer it for a minute. */
+/** What a program prints. The test runner would give up a process that blocks for a minute. */
 async function outputOf(program, args, options) {
     const { stdout } = await promisify(execFile)(program, args, { timeout: 240_000, ...options });
     return stdout;
@@ -64,7 +64,7 @@ export class DebianPackage {
 }
 
 /**
- * Installs the package into a sandbox: what belongs into /opt and /var/log at its place, the rest
+ * Installs the package into a sandbox: files for /opt and /var/log at their place, the others
  * below /tmp/package. The control script runs as the sandbox's administrator.
  */
 export async function installPackage(root, debianPackage) {

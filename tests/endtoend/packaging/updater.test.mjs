@@ -97,7 +97,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
             'an uninstall report was asked for, but this updater sends none',
         ],
     ])('%s leaves its outcome in the log that the view shows', async (command, option, outcome) => {
-        // The command does not wait for the updater, which ends with the sandbox.
+        // The command does not wait for the updater, and the sandbox would end it.
         const end = await root.run([
             'bash',
             '-c',
@@ -110,7 +110,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         expect(text).toContain(outcome);
     });
 
-    test('a newer version and how to install it are told', async () => {
+    test('a newer version is reported with how to install it', async () => {
         await root.fake('apt-cache', policy('1.0.0', '1.1.0'));
         await root.run([UPDATER, '/from:manual']);
         await log(
@@ -132,7 +132,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         expect(await root.readFile('/tmp/asked')).toBe('policy other\n');
     });
 
-    test('the log is cleared and begins anew', async () => {
+    test('the log is cleared and starts again', async () => {
         await root.run([UPDATER, '/sendinstallinfo:true']);
         expect(await send('clearlogfile')).toBe('success');
         expect(await root.list('/var/log/vyrlog')).toEqual([]);
@@ -141,7 +141,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         expect((await root.stat(LOG)).mode & 0o777).toBe(0o666);
     });
 
-    test('a trap in the log’s place is not written to', async () => {
+    test('a link, pipe or directory in place of the log is not written to', async () => {
         await root.writeFile('/home/user/mine', 'mine');
         await root.writeFile('/var/log/vyrlog/other', 'other');
         for (const trap of [
@@ -173,7 +173,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
         afterEach(async () => admin.dispose());
 
-        /** Runs a control script where the log directory can be made and removed. */
+        /** Runs a control script where the log directory can be created and removed. */
         const control = (script, before, after) =>
             admin.run([
                 'bash',

@@ -5,7 +5,7 @@ import { waitFor } from 'browser-driver';
 
 /** The files of a feedback archive by name, once it is complete. */
 export async function archived(archive) {
-    // The desktop is told of it after the last byte, but nothing else says that it is whole.
+    // Only an archive that tar can read to its end is complete.
     const names = await waitFor(
         () => {
             if (!fs.existsSync(archive)) return null;

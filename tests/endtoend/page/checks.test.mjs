@@ -7,7 +7,7 @@ import { TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
 const TOOL = 'vyrEnvCheckTool';
-/** Writes its arguments down, waits until it may go on, and answers for its component. */
+/** Records its arguments, waits for the file “go”, and answers for its component. */
 const TOOL_SCRIPT = `#!/bin/bash
 printf '%s|' "$@" >> "$HOME/toolcalls"
 for ((tries = 0; tries < 4500; tries++)); do
@@ -48,14 +48,14 @@ test('the findings of the project’s own check tool are shown line by line', as
     ).toBe(true);
 });
 
-test('an environment check without its tool explains that there is no answer', async () => {
+test('an environment check without its tool explains why there is no answer', async () => {
     fs.rmSync(path.join(shared.suite.office, TOOL));
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.start);
     await view.shows(environment.noAnswerWhy, PATIENCE);
 });
 
-test('an unset input method is explained with the steps that mend it', async () => {
+test('an unset input method is explained with the steps that fix it', async () => {
     const { view } = await shared.open('inputmethod', { env: { XMODIFIERS: '@im=fcitx' } });
     await view.shows(input.answers.ERR_LOADPLUGIN_FAILED.title, PATIENCE);
     await view.shows(input.steps.install);

@@ -6,7 +6,7 @@ import { PATIENCE, viewTests } from './viewtest.mjs';
 const veil = TEXTS.home.veil;
 const shared = viewTests();
 
-/** Waits until the later one of the two windows has the keyboard. */
+/** Waits until the newer one of the two windows has the keyboard focus. */
 async function focusedView() {
     const [, child] = (await shared.display.windowCount(2)).sort((one, other) => one - other);
     await shared.display.focused(child);

@@ -22,7 +22,7 @@ test('the switch of the crash view stores whether dumps are kept', async () => {
     await view.shows(texts.keep.on, PATIENCE);
 });
 
-test('a dump that another process writes shows, and deleting asks before it empties', async () => {
+test('a dump that another process writes is shown, and deleting asks first', async () => {
     fs.mkdirSync(shared.inHome(DUMPS), { recursive: true });
     const { view } = await shared.open('crash');
     await view.shows(texts.dumps.noneText, PATIENCE);

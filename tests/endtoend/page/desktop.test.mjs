@@ -8,7 +8,7 @@ import { ENTRIES, INTEGRATED } from '../plugin/config/desktoptools.mjs';
 import { filled, TEXTS } from './texts.mjs';
 import { PATIENCE, viewTests } from './viewtest.mjs';
 
-/** Each look at the associations starts the desktop's tool 78 times. */
+/** Reading the associations starts the desktop's tool 78 times. */
 const LONG = { timeoutMs: 240_000 };
 const shared = viewTests();
 
@@ -26,7 +26,7 @@ test('shortcuts are put back on the desktop after a question', async () => {
     await view.press(texts.sets.integrated);
     await view.press(texts.restore.start);
     await view.press(texts.restore.confirm);
-    // This home lies deeper than those in /home, which the view tells apart from success.
+    // The view cannot check a home that is deeper than those in /home, and says so.
     await view.shows(texts.uncheckable, PATIENCE);
     expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', INTEGRATED]);
 });
@@ -48,13 +48,13 @@ test('associations are repaired with the desktop’s tools and listed until they
     await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'), (text) =>
         text.includes('application/vyr-office.docx'),
     );
-    // A desktop does this by itself; the types that it makes known are then given to the suite.
+    // A desktop does this by itself; the repair then assigns the new types to the suite.
     execFileSync('update-mime-database', [shared.inHome('.local/share/mime')], {
         env: { ...process.env, HOME: shared.suite.home },
     });
     const ended = await view.showsOneOf([allRepaired, texts.notRepaired], LONG);
     if (ended === texts.notRepaired) {
-        // The update came after the repair had given the known types away.
+        // The update came after the repair had already assigned the types.
         await view.press(texts.repair, LONG);
         await view.press(texts.confirm);
         await view.shows(allRepaired, LONG);

@@ -9,7 +9,7 @@ const LETTER =
 const texts = TEXTS.missingfonts;
 const shared = viewTests();
 
-test('the fonts that a document lacks are told by the suite’s own program', async () => {
+test('the suite’s own program reports the fonts that a document lacks', async () => {
     const letter = shared.writeInHome('letter.doc', LETTER);
     const { view } = await shared.open('missingfonts');
     await view.shows(texts.empty, PATIENCE);
@@ -20,7 +20,7 @@ test('the fonts that a document lacks are told by the suite’s own program', as
     expect(await shared.fileWith(answer, Boolean)).toContain('Nowhere Installed Serif');
 });
 
-test('a document whose path holds blanks is looked through as well', async () => {
+test('a document whose path contains spaces is checked as well', async () => {
     const letter = shared.writeInHome('my letter.doc', LETTER);
     const { view } = await shared.open('missingfonts');
     await view.press(texts.choose);
@@ -28,7 +28,7 @@ test('a document whose path holds blanks is looked through as well', async () =>
     await view.shows('Nowhere Installed Serif', PATIENCE);
 });
 
-test('a document of another kind is refused in words', async () => {
+test('a document of another type is refused with a message', async () => {
     const picture = shared.writeInHome('picture.png', 'no document');
     const { view } = await shared.open('missingfonts');
     await view.press(texts.choose);

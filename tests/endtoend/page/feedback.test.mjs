@@ -7,7 +7,7 @@ import { PATIENCE, viewTests } from './viewtest.mjs';
 const texts = TEXTS.feedback;
 const shared = viewTests();
 
-/** A view of feedback in which something has been written. */
+/** A feedback view with a description entered. */
 async function described() {
     const { view } = await shared.open('feedback');
     await view.press(texts.categories.print);
@@ -46,7 +46,7 @@ test('the archive holds what was chosen, and nothing that was not', async () => 
     await shared.fileWith(shared.inHome('opened'), (text) => text.includes('problem.tar.gz'));
 });
 
-test('system report and dumps go along when they are wanted', async () => {
+test('system report and dumps are included on request', async () => {
     shared.writeInHome('.local/share/Orvane/tmp/dump/vyr_17.dmp', 'a dump');
     const view = await described();
     await view.press(texts.extras.crashDumps.title);
@@ -57,13 +57,13 @@ test('system report and dumps go along when they are wanted', async () => {
     expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
 });
 
-test('a file that would be left out is told before anything is built', async () => {
+test('a file that would be left out is reported before anything is built', async () => {
     const view = await described();
     await attach(view, texts.files.attach, shared.writeInHome('my notes.txt', 'x'));
     await view.shows(texts.problems.blank, PATIENCE);
 });
 
-test('without a name for the archive nothing is built, which is said', async () => {
+test('without a name for the archive nothing is built, and the view says so', async () => {
     const view = await described();
     await view.press(texts.build);
     await shared.display.focused(await shared.display.dialog('Save File'));

@@ -18,7 +18,7 @@ const findings = (home) =>
         "[...document.querySelectorAll('.findings .finding-text > p:not([role])')].map((p) => p.innerText)",
     );
 
-/** A home page whose check-up finds that dumps are not kept. */
+/** A home page after a check-up that found that dumps are not kept. */
 async function checked() {
     shared.writeInHome(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
     const home = await shared.home();

@@ -8,7 +8,7 @@ import { PATIENCE, viewTests } from './viewtest.mjs';
 
 const { layout, print, feedback } = TEXTS;
 const TOOL = 'vyrEnvCheckTool';
-/** Writes its arguments down and prints to the PDF of the document's name. */
+/** Records its arguments and prints to the PDF with the document's name. */
 const PRINTER = `#!/bin/sh
 printf '%s|' "$@" >> "$HOME/toolcalls"
 mkdir -p "$HOME/.local/share/Orvane/tmp"
@@ -20,7 +20,7 @@ const shared = viewTests();
 const opened = (name) =>
     shared.fileWith(shared.inHome('opened'), (text) => text.includes(`/${name}`));
 
-/** The view of feedback to which another one has handed over, sent off as an archive. */
+/** Builds the archive in the feedback view that another view opened. */
 async function sendFeedback(category, document) {
     const view = await shared.view('feedback');
     await view.shows(document, PATIENCE);
@@ -34,7 +34,7 @@ async function sendFeedback(category, document) {
     return archived(shared.inHome('problem.tar.gz'));
 }
 
-test('a document with a wrong layout is chosen, opened and handed over to feedback', async () => {
+test('a document with a wrong layout is chosen, opened and passed on to feedback', async () => {
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
     await view.shows(layout.none, PATIENCE);
@@ -50,7 +50,7 @@ test('a document with a wrong layout is chosen, opened and handed over to feedba
     expect(files.get('describe.txt')).toContain('type: layout\n');
 });
 
-test('a document that has gone is told in words', async () => {
+test('a deleted document is reported with a message', async () => {
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
     await view.press(layout.choose);
@@ -61,7 +61,7 @@ test('a document that has gone is told in words', async () => {
     await view.shows(layout.gone, PATIENCE);
 });
 
-test('a document is printed to a PDF that is shown, and handed over to feedback', async () => {
+test('a document is printed to a PDF, which is shown and passed on to feedback', async () => {
     fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
     shared.writeInOffice(TOOL, PRINTER, { mode: 0o755 });
     const report = shared.writeInHome('report.xlsx', 'a table');
@@ -78,7 +78,7 @@ test('a document is printed to a PDF that is shown, and handed over to feedback'
     expect(files.get('report.xlsx')).toBe('a table');
 });
 
-test('a suite that prints nothing is told with what to do', async () => {
+test('a suite that prints nothing is reported with what to do', async () => {
     fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
     shared.writeInOffice(TOOL, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
     const { view } = await shared.open('print');

@@ -20,7 +20,7 @@ afterEach(async () => {
 const rowCount = (title) => `document.querySelectorAll(
     'table[aria-label=' + ${JSON.stringify(JSON.stringify(title))} + '] tbody tr').length`;
 
-/** A process among the largest of this machine, which touches a gigabyte once. */
+/** A process that uses a gigabyte, and so is among the machine's largest. */
 function startLargeProcess() {
     large = spawn(
         process.execPath,
@@ -45,7 +45,7 @@ test('a paused view reads nothing until it goes on', async () => {
     await view.press(texts.history.table);
     await view.press(texts.history.pause);
     await view.shows(texts.history.paused);
-    // A reading that was under way is still taken in: its three commands take turns with these.
+    // A reading that was under way still completes; its three commands alternate with these.
     await view.evaluate(`(async () => {
         for (let turn = 0; turn < 4; turn += 1)
             await helio.call('getcomputermemory');

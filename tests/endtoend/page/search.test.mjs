@@ -9,8 +9,7 @@ const texts = TEXTS.search;
 const shared = viewTests();
 
 async function search(keyword) {
-    // At its low priority the look through the home takes longer than a search waits, while the
-    // machine is busy.
+    // On a busy machine the low-priority refresh takes longer than a search waits for it.
     fs.writeFileSync(path.join(shared.suite.fakes, 'nice'), '#!/bin/sh\nshift 2\nexec "$@"\n', {
         mode: 0o755,
     });
@@ -32,7 +31,7 @@ test('files of the home are found by a part of their name, and filtered', async 
     await view.hides('Needle one.docx');
 });
 
-test('a file that was found is opened by the desktop, and so is its folder', async () => {
+test('a found file is opened by the desktop, and so is its folder', async () => {
     const letter = shared.writeInHome('letters/needle.txt', 'Dear reader');
     const view = await search('needle');
     await view.select('needle.txt', PATIENCE);
@@ -47,7 +46,7 @@ test('a file that was found is opened by the desktop, and so is its folder', asy
     await opened(shared.inHome('letters'));
 });
 
-test('a file that would run is not opened, which is said', async () => {
+test('an executable file is not opened, and the view says so', async () => {
     shared.writeInHome('needle.txt', '#!/bin/sh\ntouch "$HOME/ran"\n', { mode: 0o755 });
     const view = await search('needle');
     await view.select('needle.txt', PATIENCE);
@@ -56,7 +55,7 @@ test('a file that would run is not opened, which is said', async () => {
     expect(await view.text()).not.toContain(texts.opened);
 });
 
-/** Makes the last look through the home seem a minute old. */
+/** Makes the last refresh of the database look a minute old. */
 function age() {
     const past = new Date(Date.now() - 60_000);
     const databases = shared.inHome('.cache/orvane-office-assistant');
@@ -64,7 +63,7 @@ function age() {
         fs.utimesSync(path.join(databases, name), past, past);
 }
 
-test('nothing found is said, and a file made since then is found a minute later', async () => {
+test('a search without hits says so, and finds a new file a minute later', async () => {
     const view = await search('needle');
     await view.shows(texts.none);
     shared.writeInHome('needle.txt', 'x');

@@ -53,7 +53,7 @@ test('the server sees the request that the view showed, and its answer is judged
     });
 });
 
-test('a refusal is explained, and its body is text and no HTML', async () => {
+test('a refusal is explained, and its body is shown as text, not HTML', async () => {
     const view = await send('/none');
     await view.shows(texts.meanings.notFound.replace('{status}', '404'), PATIENCE);
     await view.shows('<b>nothing here</b>');

@@ -3,7 +3,7 @@ import path from 'node:path';
 
 import { REPOSITORY } from '../paths.mjs';
 
-/** The page's texts as they stand in its English catalogue. */
+/** The page's English texts. */
 export const TEXTS = JSON.parse(
     fs.readFileSync(path.join(REPOSITORY, 'page/src/locales/en.json'), 'utf8'),
 );

@@ -13,7 +13,7 @@ async function openUpdater(configuration) {
     return { file, view };
 }
 
-test('an edited value of the updater stands in its settings file', async () => {
+test('an edited value of the updater is stored in its settings file', async () => {
     const { file, view } = await openUpdater('[update]\nserver=old\n[other]\nkept=1\n');
     await view.shows('old', PATIENCE);
     await view.press(filled(texts.editOne, { name: 'server' }));
@@ -37,7 +37,7 @@ test('a new key is added, and one that cannot be stored is refused', async () =>
     await shared.fileWith(file, (text) => text.includes('interval=7'));
 });
 
-test('a machine without an updater is explained', async () => {
+test('a machine without an updater gets an explanation', async () => {
     const { view } = await shared.open('updater', {
         env: { HELIO_UPDATE_CFG: shared.inHome('none.cfg') },
     });

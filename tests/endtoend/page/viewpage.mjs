@@ -17,7 +17,7 @@ export class ViewPage extends ShellPage {
         await place.locator(usableControls, { named: name }).click({ timeoutMs });
     }
 
-    /** Clicks the row of a list that holds a text. */
+    /** Clicks the list row that contains a text. */
     async select(text, options) {
         await this.locator('[role="option"]', { hasText: text }).click(options);
     }
@@ -27,17 +27,17 @@ export class ViewPage extends ShellPage {
         await this.locator(usableControls, { named: name }).fill(text);
     }
 
-    /** All that can be read, with runs of white space as one blank. */
+    /** The visible text, with runs of white space as one space. */
     async text() {
         return this.evaluate("document.body.innerText.replace(/\\s+/g, ' ')");
     }
 
-    /** Waits until a text can be read. */
+    /** Waits until a text is shown. */
     async shows(text, options) {
         await this.showsOneOf([text], options);
     }
 
-    /** Waits until one of these texts can be read; gives it. */
+    /** Waits until one of these texts is shown; gives it. */
     async showsOneOf(texts, options) {
         let last = '';
         try {

@@ -9,7 +9,7 @@ import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
 import { TEXTS } from './texts.mjs';
 import { ViewPage } from './viewpage.mjs';
 
-/** Longest time that a view and the programs that it asks may take on a busy machine. */
+/** How long a view and the programs that it runs may take on a busy machine. */
 export const PATIENCE = { timeoutMs: 90_000 };
 
 /** The display that the tests of one file share; every test has a suite and a home of its own. */
@@ -39,7 +39,7 @@ export function viewTests() {
 
     /** Starts the application; gives its home page. */
     shared.home = async ({ env } = {}) => {
-        // The scripts take /home/$USER for the home directory, whatever HOME says.
+        // The scripts use /home/$USER as the home directory and ignore HOME.
         const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(
             shared.suite,

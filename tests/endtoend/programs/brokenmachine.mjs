@@ -5,7 +5,7 @@ import { SUITE } from '../paths.mjs';
 
 const NO_FONTS = '<fontconfig><dir>/home/user/fonts</dir></fontconfig>';
 
-/** The suite's program with the name of a library that it needs changed in place. */
+/** Changes the name of a needed library inside the suite's program. */
 function programWithout(library) {
     const content = fs.readFileSync(path.join(SUITE, 'office/vyr'), 'latin1');
     if (!content.includes(library)) throw new Error(`the program does not need ${library}`);
@@ -13,8 +13,8 @@ function programWithout(library) {
 }
 
 /**
- * One thing broken each: the check that has to find it, how it is broken, with the environment that
- * belongs to it, and words of the line that tells of it.
+ * One fault each: the check that must find it, the damage, the environment, and the beginning of
+ * the line that reports it.
  */
 export const FAULTS = [
     {

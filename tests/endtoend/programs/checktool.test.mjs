@@ -30,7 +30,7 @@ ${SERVER} /tmp/printservice.mjs 6310 &
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/6310'
 export CUPS_SERVER=127.0.0.1:6310
 `;
-/** Take a connection at these places and never say a word. */
+/** Accepts connections at these addresses and never answers. */
 const SILENT = `
 rm -f /tmp/.X11-unix/X9 /tmp/silentbus
 ${SERVER} -e 'for (const place of ["/tmp/.X11-unix/X9", "/tmp/silentbus"])
@@ -51,7 +51,7 @@ afterEach(async () => root.dispose());
 const tool = (args, options) => root.run([TOOL, ...args], options);
 const decoded = (base64) => Buffer.from(base64, 'base64').toString();
 
-/** The value that the page is shown for a check. */
+/** What the page shows for a check. */
 async function shown(type, options = {}) {
     const end = await runCommand(
         root,
@@ -146,7 +146,7 @@ describe('finds, and tells the page,', () => {
         const value = await shown(check, { env });
         expect(value.split('\n').filter((each) => each.startsWith(line))).toHaveLength(1);
         expect(value).toMatch(/^✘ (One problem was|\d+ problems were) found\.\n/);
-        // The free space of the home directory is never quite the same.
+        // The free space of the home directory varies.
         if (check !== 'space')
             expect((await tool([check, 'vyr', ''], { env })).stdout).toBe(`${value}\n`);
     });
@@ -204,7 +204,7 @@ test('findings come in the language of the session', async () => {
     );
 });
 
-test('a full disk in the suite’s directory is told of, and keeps the earlier answer', async () => {
+test('a full disk of the suite is reported and keeps the earlier answer', async () => {
     root.smallDisk('/home/user/.local/share/Orvane', 64 * 1024);
     const end = await root.run([
         'bash',

@@ -14,9 +14,9 @@ const PROGRAMS = ['/usr/bin/soffice', '/usr/bin/libreoffice'];
 const hasOfficeSuite = fs.existsSync(`${OFFICE_SUITE}/program/soffice`);
 
 const SERVER = '/server/node';
-/** A suite that starts for the first time writes its profile. */
+/** On its first start a suite writes its profile. */
 const PATIENCE = 200_000;
-/** Writes down what asks it. */
+/** Records each request. */
 const PICTURE_SERVER = `
 ${SERVER} -e 'require("http").createServer((request, answer) => {
     require("fs").appendFileSync("/tmp/asked", request.url + "\\n");
@@ -24,7 +24,7 @@ ${SERVER} -e 'require("http").createServer((request, answer) => {
 }).listen(8090, "127.0.0.1")' &
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/8090'
 `;
-/** Two pages, and a picture that lies elsewhere; suites write such files, whatever their names. */
+/** Two pages and a linked picture, as suites write them into files of any suffix. */
 const DOCUMENT = `<html><body><p>Quarterly report</p>
 <img src="http://127.0.0.1:8090/picture.png">
 <p style="page-break-before: always">second page</p></body></html>

@@ -1,7 +1,7 @@
 import { createServer } from 'node:http';
 
-// A printing service as CUPS's library asks it, on the port that is given: two printers, one of
-// them stopped, and the other the default one.
+// A printing service that speaks the protocol of CUPS's library on the given port. It has two
+// printers: a stopped one and the default one.
 
 const PRINTER = 0x04;
 const END = 0x03;

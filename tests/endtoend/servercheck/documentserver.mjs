@@ -52,13 +52,13 @@ export class DocumentServer {
         return end;
     }
 
-    /** Runs any command beside the server. */
+    /** Runs any command while the server runs. */
     run(command) {
         return this.#beside.run(command);
     }
 
     /**
-     * The requests that have come through to the upload server: {method, url, headers, body,
+     * The requests that reached the upload server: {method, url, headers, body,
      * parts}; parts is what busboy found.
      */
     async requests() {
@@ -73,7 +73,7 @@ export class DocumentServer {
     async #prepare() {
         const busboy = packageDirectory('busboy');
         const streamsearch = packageDirectory('streamsearch', path.join(busboy, 'package.json'));
-        // The very Node.js of the tests, which need not be in the sandbox's PATH.
+        // The Node.js that runs the tests, which may not be in the sandbox's PATH.
         this.#root.bind(fs.realpathSync(process.execPath), '/server/node');
         this.#root.bind(path.join(HERE, 'uploadserver.mjs'), '/server/uploadserver.mjs');
         this.#root.bind(busboy, '/server/node_modules/busboy');

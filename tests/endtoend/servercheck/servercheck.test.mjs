@@ -106,7 +106,7 @@ test('the file has the name that the user gives', async () => {
     );
 });
 
-test('the user’s headers are sent, and of a plain POST they replace any', async () => {
+test('the user’s headers are sent, and replace the standard ones of a plain POST', async () => {
     const reqheader = 'X-One:1;MD5SUM:mine;filename:other;bad;x:y:z;Content-Type:text/plain';
     expect(await server.test({ urlpath: `${PLAIN}/upload`, funcname: 'saveURL', reqheader })).toBe(
         'success',
@@ -121,7 +121,7 @@ test('the user’s headers are sent, and of a plain POST they replace any', asyn
     expect(headers).not.toHaveProperty('x');
 });
 
-test('type and length of form data are not the user’s to say', async () => {
+test('the user cannot set type and length of form data', async () => {
     const reqheader = 'content-type:text/plain;Content-Length:1;md5sum:mine';
     const args = { urlpath: `${PLAIN}/upload`, funcname: 'saveURL_FormData', reqheader };
     expect(await server.test(args)).toBe('success');
@@ -130,7 +130,7 @@ test('type and length of form data are not the user’s to say', async () => {
     expect(parts).toHaveLength(2);
 });
 
-test('a server with a certificate that nobody knows is asked all the same', async () => {
+test('a server with an unknown certificate is still asked', async () => {
     const check = await server.run([
         'openssl',
         's_client',
@@ -172,17 +172,17 @@ test('the answer after the redirect decides', async () => {
     expect(await server.test(args)).toMatch(/^404:/);
 });
 
-test('a redirect to an invalid address is not followed and no failure', async () => {
+test('a redirect to an invalid address is neither followed nor a failure', async () => {
     expect(await server.test({ urlpath: `${PLAIN}/invalid`, funcname: OPEN })).toBe('success');
     expect(await server.requests()).toEqual([]);
 });
 
-test('a redirect without a whole address leads nowhere', async () => {
+test('a redirect without a full address is not followed', async () => {
     expect(await server.test({ urlpath: `${PLAIN}/relative`, funcname: OPEN })).toBe('0:');
     expect(await server.requests()).toEqual([]);
 });
 
-test('a circle of redirects comes to an end', async () => {
+test('a redirect loop ends', async () => {
     const args = { urlpath: `${PLAIN}/circle`, funcname: 'saveURL_FormData' };
     expect(await server.test(args)).toMatch(/^302:<html>/);
 });
@@ -207,7 +207,7 @@ test('an error is told with its status and page', async () => {
     expect(status).toBe(0);
 });
 
-test('a dropped connection has no status, one cut in the middle has what came', async () => {
+test('a dropped connection has no status; one cut off in the middle keeps its data', async () => {
     for (const funcname of [OPEN, ...SAVES]) {
         expect(await server.test({ urlpath: `${PLAIN}/drop`, funcname })).toBe('0:');
         expect(await server.test({ urlpath: `${PLAIN}/cut`, funcname })).toBe('200:half');
@@ -246,7 +246,7 @@ test('the name of the function is compared with its case', async () => {
     expect(requests.map(({ parts }) => parts)).toEqual([null, null, null, null]);
 });
 
-test('a slow answer is waited for without spinning', async () => {
+test('waiting for a slow answer does not spin', async () => {
     const args = `openremoveurlcheck urlpath=${PLAIN}/slow funcname=saveURL`;
     const script = `TIMEFORMAT='%U %S %R'; time /suite/office/assistantctl ${args}`;
     const end = await server.run(['bash', '-c', script]);

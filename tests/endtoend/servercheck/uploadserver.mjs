@@ -1,4 +1,4 @@
-// Takes uploads as a document server would, and writes down what it was sent before it answers.
+// Accepts uploads as a document server would, and records each request before it answers.
 import { appendFileSync } from 'node:fs';
 import http from 'node:http';
 import { setTimeout as pause } from 'node:timers/promises';

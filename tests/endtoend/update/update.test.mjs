@@ -54,7 +54,7 @@ test.each([
     expect(await resultOf('getupdateconfig')).toMatchObject({ fresh: 'value' });
 });
 
-test('a configuration that cannot be read is empty and stays', async () => {
+test('an unreadable configuration counts as empty and is kept', async () => {
     await root.writeFile(CONFIG, '[update]\na=1\n', { mode: 0 });
     expect(await resultOf('getupdateconfig')).toEqual({});
     expect(await change('a$2')).toBe('success');
@@ -87,7 +87,7 @@ test('an absent argument is an error', async () => {
     expect(await resultOf('changeupdateconfig')).toBe('error');
 });
 
-test('a file of the user in a directory that is not can be changed', async () => {
+test('a user’s file in a read-only directory can be changed', async () => {
     await root.writeFile(CONFIG, '[update]\na=1\n');
     await root.run(['chmod', '500', '/opt/orvane/vtool']);
     expect(await change('a$2')).toBe('success');
@@ -137,7 +137,7 @@ test.each([
     expect((await session.close()).status).toBe(0);
 });
 
-test('a missing updater is not told by its launches', async () => {
+test('launching a missing updater reports no error', async () => {
     await root.writeFile(CONFIG, '');
     for (const command of ['testupdate', 'testdailyreport', 'testuninstallreport'])
         expect(await resultOf(command)).toBe('success');

@@ -4,7 +4,7 @@ export const LOG = '/var/log/vyrlog/vyrupdate.log';
 
 const CALLS = '/opt/orvane/calls';
 
-/** An updater that writes down how it is called. */
+/** An updater that records its calls. */
 export function installUpdater(root) {
     return root.writeFile(
         UPDATER,
@@ -16,7 +16,7 @@ mv ${CALLS}.new ${CALLS}
     );
 }
 
-/** The updater's call when it has come: {args, directory}. */
+/** Waits for the updater's call: {args, directory}. */
 export async function updaterCall(root) {
     if (!(await root.exists(CALLS))) return null;
     const [count, ...words] = (await root.readFile(CALLS)).split('\n').slice(0, -1);

@@ -87,7 +87,7 @@ describe('exit status', () => {
         expect(end.stderr).toMatch(/^assistantctl: ./);
     });
 
-    test('3 when the library is missing or is none', async () => {
+    test('3 when the library is missing or cannot be loaded', async () => {
         const library = '/suite/office/addons/vyrassistanttool/libofficeassistant.so';
         await root.writeFile(library, 'not a library');
         const broken = await runCommand(root, 'mousePress');
@@ -104,7 +104,7 @@ describe('exit status', () => {
     });
 });
 
-test('nothing is complained of where the user has no session', async () => {
+test('a user without a session gets no error output', async () => {
     const end = await runCommand(
         root,
         'getcollectionpage',
@@ -204,7 +204,7 @@ describe('text', () => {
 test('nothing is written outside the suite’s own directory', async () => {
     await runCommand(root, 'getcollectionpage');
     expect(await root.list('/tmp')).toEqual([]);
-    // Fontconfig keeps a cache of its own when the machine's is out of date.
+    // Fontconfig writes its own cache when the system's is outdated.
     const found = (await root.list('/home/user')).filter((name) => name !== '.cache');
     expect(found).toEqual(['.local']);
     expect(await root.list('/home/user/.local/share')).toEqual(['Orvane']);

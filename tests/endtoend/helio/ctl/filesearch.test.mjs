@@ -14,8 +14,8 @@ const HIT = 'startsearchfileCallBack';
 const END = 'searchfilefinish';
 
 /**
- * A refresh takes as long as the machine is busy, and a search waits 25 seconds for it at most; so
- * it runs at the usual priority here.
+ * A refresh is slow on a busy machine, and a search waits at most 25 seconds for it. So it runs at
+ * normal priority here.
  */
 const USUAL_PRIORITY = '#!/bin/sh\nshift 2\nexec "$@"\n';
 
@@ -80,7 +80,7 @@ async function makeDatabase() {
     await age(0);
 }
 
-/** Makes the last refresh look so many seconds old; after 45 a search starts another. */
+/** Makes the last refresh look that many seconds old; from 45 on a search starts another one. */
 async function age(seconds) {
     const time = new Date(Date.now() - seconds * 1000);
     for (const name of (await root.list(DATABASES)).filter((each) => /\.(db|lock)$/.test(each)))
@@ -214,7 +214,7 @@ describe('with the real plocate', () => {
         expect(await search('report')).toEqual([`${HOME}/open/report2`]);
     });
 
-    test('a database that router asked for is made even when assistantctl has ended', async () => {
+    test('a database requested by router is built even if assistantctl has ended', async () => {
         makeFile('report');
         const end = await root.run([
             'sh',
@@ -260,7 +260,7 @@ describe('with the real plocate', () => {
     });
 });
 
-describe('with a plocate that goes on for ever', () => {
+describe('with a plocate that never ends', () => {
     let session;
 
     beforeEach(async () => {
@@ -289,7 +289,7 @@ case $word in *endless*) exec sleep 1000 ;; esac
         await session.callback(HIT);
     });
 
-    /** Ends of searches, after one more that does end. */
+    /** The search ends reported so far, after one more search has ended. */
     async function endsAfterAnother() {
         await session.send({ command: 'startsearchfile', args: { keyword: 'found' } });
         await session.callback(END);

@@ -56,7 +56,7 @@ describe('screenshots', () => {
         expect((await session.close()).stderr).toBe('');
     });
 
-    test('without a display says why there is no picture', async () => {
+    test('without a display explains why there is no picture', async () => {
         expect((await session.send({ command: 'screenshots' })).result).toBe('success');
         const end = await session.close();
         expect(taken(end.events)).toEqual(['sigShowMinimized', 'sigShowNormal', 'answer']);

@@ -18,7 +18,7 @@ afterEach(async () => root.dispose());
 
 const marker = (section, edge) => `************${section}-${edge}***********\r\n`;
 
-/** The sections of a report that holds nothing else, by name. */
+/** The sections of a report by name; throws on text outside of them. */
 function sectionsOf(report) {
     const sections = {};
     let rest = report;
@@ -66,7 +66,7 @@ test('exportsysinfo saves the seven sections and opens the file', async () => {
     expect(sections.otheroffice).toBe('');
 });
 
-test('the processors are listed, then once more as they were read', async () => {
+test('the processors are listed, then repeated as they were read', async () => {
     await runCommand(root, 'exportsysinfo', {}, { choose: ['/tmp/report'] });
     const { cpu } = sectionsOf(await root.readFile('/tmp/report'));
     const raw = (await root.run(['bash', '-c', 'grep name /proc/cpuinfo | cut -f2 -d:'])).stdout;
@@ -99,7 +99,7 @@ test('a cancelled dialog answers "error" and writes nothing', async () => {
     expect(end.events.map(({ type }) => type)).toEqual(['dialog', 'answer']);
 });
 
-test('a second report of the session is appended and asks no tool again', async () => {
+test('a second report of the session is appended without running the tools again', async () => {
     const session = Session.start(root);
     for (let count = 0; count < 2; ++count)
         await session.send({ command: 'exportsysinfo', choose: ['/tmp/report'] });
@@ -124,7 +124,7 @@ test('a report into a folder that does not exist is silent, and still "opened"',
     expect(end.events.map(({ type }) => type)).toContain('opened');
 });
 
-test('a file that the desktop would run is written but not opened, and not answered', async () => {
+test('a file that the desktop would run is written but neither opened nor answered', async () => {
     const end = await runCommand(
         root,
         'exportsysinfo',

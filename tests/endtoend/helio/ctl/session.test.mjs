@@ -145,7 +145,7 @@ describe('commands', () => {
 });
 
 describe('arguments', () => {
-    /** What a command makes of a value where it wants text. */
+    /** What a command does with a value that is not text. */
     async function textOf(value) {
         const answer = await session.send({ command: 'feedbacktovyr', args: { infopage: value } });
         expect(answer).not.toHaveProperty('result');
@@ -249,13 +249,13 @@ describe("the user's configuration", () => {
 });
 
 describe('waiting', () => {
-    test('a wait lasts its time', async () => {
+    test('a wait lasts as long as requested', async () => {
         const begin = Date.now();
         expect(await session.wait(300)).toEqual({ type: 'waited' });
         expect(Date.now() - begin).toBeGreaterThanOrEqual(290);
     });
 
-    test('until ends with the callback, or says that it ran out', async () => {
+    test('until ends with the callback, or reports that it timed out', async () => {
         await session.send({ command: 'router', args: { page: 'a' } });
         expect(await session.until('hiddentipCallBack', 60_000)).toEqual({ type: 'waited' });
         expect(await session.until('hiddentipCallBack', 50)).toEqual({

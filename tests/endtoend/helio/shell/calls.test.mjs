@@ -83,7 +83,7 @@ test.each([
 
 test('the wire survives what no page would send', async () => {
     const page = await startPage();
-    // A second channel takes the transport over from window.helio.
+    // A second channel takes the transport away from window.helio.
     const report = await page.evaluate(`new Promise((resolve) => {
         new QWebChannel(qt.webChannelTransport, (channel) => {
             const { wire } = channel.objects;

@@ -65,7 +65,7 @@ test('a child window closed by the window manager takes the tip away too', async
     await main.until('tips.length === 2');
     expect(await main.evaluate('tips')).toEqual(['show', 'hide']);
     expect(await main.call('getcollectionpage')).toEqual({ result: { page: '' } });
-    // What scripts complain of; Chromium's own lines about the display come and go.
+    // Only complaints of scripts: Chromium's own lines about the display vary.
     expect(program.stderr).not.toMatch(/^js: /m);
 });
 
@@ -82,7 +82,7 @@ test('a child page may close its view in its own way when its window is closed',
     expect(await child.evaluate('asked')).toBe(true);
 });
 
-test('a child page that does not react to its closing cannot keep the tip up', async () => {
+test('a child page that ignores its closing cannot keep the tip up', async () => {
     const { main, child, childWindow } = await openChild();
     await child.evaluate("void addEventListener('helioclose', (event) => event.preventDefault())");
     await shared.display.focused(childWindow);
@@ -101,7 +101,7 @@ test('both windows are minimised, and the user brings both back with either', as
     }
 });
 
-/** Has screenshots take until the test lets them go; gives what does that. */
+/** Holds screenshots until the test calls the returned function. */
 function holdScreenshots() {
     const go = path.join(shared.suite.home, 'go');
     fs.rmSync(go, { force: true });
@@ -144,7 +144,7 @@ test('the window is dragged by the title bar of the page', async () => {
     const { x, y } = await main.placeOf('#bar');
     await shared.display.act('mousemove', x, y, 'mousedown', 1);
     await main.until('Boolean(window.isPressed)');
-    // The window follows from when the window manager has taken the pointer.
+    // The window follows once the window manager has grabbed the pointer.
     await waitFor(
         async () => {
             await shared.display.act('mousemove', x + 79, y + 60, 'mousemove', x + 80, y + 60);
@@ -163,7 +163,7 @@ test('the window is resized by its edge', async () => {
     const edge = x + width - 2;
     let pointer = edge;
     await shared.display.act('mousemove', edge, y + height / 2, 'mousedown', 1);
-    // The edge follows from when the window manager has taken the pointer.
+    // The edge follows once the window manager has grabbed the pointer.
     await waitFor(
         async () => {
             await shared.display.act('mousemove', (pointer += 1), y + height / 2);

@@ -31,9 +31,9 @@ beforeEach(async () => {
     page = await program.page();
 });
 
-/** The page is the one it was, with its bridge. */
+/** The page is still the same one, with its bridge. */
 async function expectStillHome() {
-    // What was under way has had its chance when a command sent later has been answered.
+    // Once a later command is answered, anything under way has had its chance.
     await page.evaluate('new Promise((resolve) => setTimeout(resolve, 300))');
     expect(await page.evaluate('location.pathname + document.title')).toBe(
         `${path.join(shared.suite.pages, 'index.html')}Main page`,
@@ -57,12 +57,12 @@ const ADDRESSES = [
     ['the source of a page', () => `view-source:${shared.suite.pageUrl('index.html')}`],
 ];
 
-test.each(ADDRESSES)('the page is not left for %s', async (_, address) => {
+test.each(ADDRESSES)('the page does not navigate to %s', async (_, address) => {
     await page.evaluate(`void (location.href = ${JSON.stringify(address())})`);
     await expectStillHome();
 });
 
-// The developer tools may look at a source; a page may not show one.
+// The developer tools may view a source; a page may not.
 const PAGE_ADDRESSES = ADDRESSES.filter(([name]) => name !== 'the source of a page');
 
 test.each(PAGE_ADDRESSES)('the developer tools do not lead to %s', async (_, address) => {
@@ -70,7 +70,7 @@ test.each(PAGE_ADDRESSES)('the developer tools do not lead to %s', async (_, add
     await expectStillHome();
 });
 
-test('an empty document gets no answer, and the notice leads back to the page', async () => {
+test('an empty document has no host, and the notice leads back to the page', async () => {
     await page.evaluate("void (location.href = 'about:blank')");
     await page.until("location.href === 'about:blank'");
     expect(await page.evaluate('typeof helio')).toBe('undefined');
@@ -115,12 +115,12 @@ test('a page of our own is not downloaded', async () => {
         document.body.insertAdjacentHTML('beforeend', '<a href="child.html" download>page</a>');
         document.querySelector('a[download]').click();
     })()`);
-    // Chromium follows such a link instead.
+    // Chromium navigates to such a link instead.
     await page.until("location.pathname.endsWith('/child.html')");
     expect(fs.existsSync(path.join(shared.suite.home, 'Downloads'))).toBe(false);
 });
 
-test('nothing remote can be loaded or reached in any way', async () => {
+test('nothing remote can be loaded or reached', async () => {
     await page.evaluate(`(async () => {
         const place = '${remote.place}';
         const quietly = (action) => { try { return action(); } catch { return null; } };

@@ -52,7 +52,7 @@ test('a child window whose page has crashed can be closed, and the tip goes', as
     const child = await program.page('child.html');
     await focusedChild(mainWindow);
     const renderers = program.renderers().length;
-    // Nobody is left to answer.
+    // The crashed process does not answer.
     void child.tools.Page.crash().catch(() => {});
     await waitFor(() => program.renderers().length < renderers, { what: 'the crash' });
     await shared.display.act('key', '--clearmodifiers', 'alt+F4');

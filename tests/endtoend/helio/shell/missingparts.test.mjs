@@ -17,7 +17,7 @@ afterEach(() => suite.dispose());
 
 const run = (args, options) => ShellProgram.run(suite, shared.display, args, options);
 
-/** No part of it is a crash of Qt or Chromium. */
+/** The message is the program's own, not a crash of Qt or Chromium. */
 async function expectRefusal(run, status, message) {
     const end = await run;
     expect(end).toMatchObject({ status, signal: null, stdout: '' });
@@ -47,7 +47,7 @@ test('without the library the program says so and fails', async () => {
     await expectRefusal(run([]), 3, /^helio-shell: .*libofficeassistant\.so/m);
 });
 
-test('a library that is none is refused', async () => {
+test('a file that is not a library is refused', async () => {
     fs.writeFileSync(path.join(suite.addon, 'libofficeassistant.so'), 'no library');
     await expectRefusal(run([]), 3, /^helio-shell: .*libofficeassistant\.so/m);
 });
@@ -101,13 +101,13 @@ test('a picture of the window is a PNG of its size, and the program ends', async
     expect([bytes.readUInt32BE(16), bytes.readUInt32BE(20)]).toEqual([1000, 680]);
 });
 
-test('a picture that cannot be written is a failure', async () => {
+test('an unwritable picture is a failure', async () => {
     const end = await run(['--screenshot', '/nowhere/window.png']);
     expect(end.status).toBe(1);
     expect(end.stderr).toMatch(/cannot be written to \/nowhere\/window\.png/);
 });
 
-test('Chromium is told nothing through the environment, and root is told once', async () => {
+test('no Chromium flags are left in the environment, and root gets one warning', async () => {
     const program = await shared.start();
     const page = await program.page();
     const answer = await page.call('stratcheckenv');

@@ -1,7 +1,7 @@
 import { once } from 'node:events';
 import net from 'node:net';
 
-/** A place that no page may reach: counts what arrives and lets nobody wait. */
+/** A server that no page may reach: counts connections and answers at once. */
 export class RemoteServer {
     #server;
     connections = 0;

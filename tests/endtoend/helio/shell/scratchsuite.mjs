@@ -10,8 +10,8 @@ printf '%s\\n' "$@" >> "$HOME/opened"
 `;
 
 /**
- * A copy of the runnable tree, and a home for who runs it. Its pages are the tests' own, or, with
- * views, those of the HTML application.
+ * A copy of the runnable tree, with a home directory. Its pages are the tests' own or, with
+ * `views`, those of the HTML application.
  */
 export class ScratchSuite {
     static create(options) {
@@ -51,7 +51,7 @@ export class ScratchSuite {
             PATH: `${this.fakes}:${process.env.PATH}`,
             HOME: this.home,
             XDG_RUNTIME_DIR: path.join(this.directory, 'run'),
-            // Otherwise Chromium starts a bus of its own, which stays behind.
+            // Otherwise Chromium starts a bus that outlives it.
             DBUS_SESSION_BUS_ADDRESS: 'disabled:',
             LANG: 'C.UTF-8',
             ...(display && { DISPLAY: display.name }),
@@ -59,7 +59,7 @@ export class ScratchSuite {
     }
 
     dispose() {
-        // What a command has started may still be writing.
+        // Programs that a command started may still be writing.
         fs.rmSync(this.directory, { recursive: true, force: true, maxRetries: 20 });
     }
 }

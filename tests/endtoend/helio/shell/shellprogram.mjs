@@ -6,7 +6,7 @@ import { ShellPage } from './shellpage.mjs';
 
 const LONGEST_END = 90_000;
 
-/** One text: Chromium's processes write over their own arguments, without zeros between them. */
+/** As one text: Chromium overwrites its processes' arguments without zeros between them. */
 function commandLineOf(pid) {
     try {
         return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8');
@@ -58,14 +58,14 @@ export class ShellProgram {
         return this.#child.pid;
     }
 
-    /** Connects to a page of the window as an object of that kind. */
+    /** Connects to a page of the window; Kind is the class of the returned object. */
     async page(name = 'index.html', { Kind = ShellPage, ...options } = {}) {
         const page = await Kind.of(this.port, name, options);
         this.#pages.push(page);
         return page;
     }
 
-    /** The ids of Chromium's processes that show pages. */
+    /** The ids of Chromium's renderer processes. */
     renderers() {
         const pids = fs
             .readdirSync('/proc')

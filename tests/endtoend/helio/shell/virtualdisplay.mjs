@@ -4,7 +4,7 @@ import { end, start, waitFor } from 'browser-driver';
 
 const run = promisify(execFile);
 
-/** An X display of the test's own, with a window manager, and a user at its keyboard and mouse. */
+/** A private X display with a window manager, keyboard and mouse. */
 export class VirtualDisplay {
     #server;
     #manager;
@@ -26,8 +26,8 @@ export class VirtualDisplay {
     }
 
     async #startServer() {
-        // Without -noreset the server starts anew, and drops who just connects, when its last
-        // client leaves. Without -r a key repeats itself when its release is long in coming.
+        // Without -noreset the server resets when its last client leaves, and drops a client that
+        // is just connecting. Without -r a key repeats if its release is late.
         const words = [
             '-displayfd',
             '3',
@@ -71,11 +71,11 @@ export class VirtualDisplay {
     }
 
     /**
-     * The first key brings a mapping of the keyboard, upon which the window manager gives its own
-     * keys up for a moment. So the one that shows the desktop is pressed until it does, and back.
+     * The first key event changes the keyboard mapping, and the window manager then releases its
+     * key bindings for a moment. So this presses the key that shows the desktop until it works.
      */
     async #tryKeys() {
-        // Mostly enough, and then the other key need not be pressed twice.
+        // Usually enough, so that the key below works at once.
         await this.act('key', 'Shift_L', 'sleep', 0.2);
         for (const shown of [1, 0]) {
             const isShown = async () =>
@@ -92,23 +92,23 @@ export class VirtualDisplay {
         }
     }
 
-    /** What a user does, in the words of xdotool. */
+    /** Runs xdotool with these arguments. */
     async act(...words) {
         return this.#output('xdotool', words.map(String));
     }
 
-    /** The ids of the program's visible windows; `by` are other words of xdotool for the search. */
+    /** The ids of the program's visible windows; `by` replaces xdotool's search arguments. */
     async windows(by = ['--class', 'helio-shell']) {
         const ids = await waitFor(() => this.#found(by), { what: 'a look at the windows' });
         return ids.split('\n').filter(Boolean);
     }
 
-    /** What xdotool finds; nothing when a window has gone while it looked. */
+    /** What xdotool finds; null if a window disappeared during the search. */
     async #found(by) {
         try {
             return `${await this.act('search', '--onlyvisible', ...by)}\n`;
         } catch (error) {
-            // Its way to say that there is none.
+            // How xdotool reports that there is none.
             if (error.code === 1 && error.stderr === '') return '\n';
             if (/BadWindow/.test(error.stderr)) return null;
             throw error;

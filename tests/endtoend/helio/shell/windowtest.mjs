@@ -31,7 +31,7 @@ export function windowTests() {
         return program;
     };
 
-    /** Presses the notice's button, which has the focus once it is shown, until the page is back. */
+    /** Presses the notice's focused button until the page is back. */
     shared.reloadByKey = async (program, window) => {
         await shared.display.focused(window);
         const page = await waitFor(

@@ -19,7 +19,7 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-/** The script's nine arguments, with what the test is about in place of the harmless values. */
+/** The script's nine arguments: harmless values, except those that the test sets. */
 function pack({
     name = '/home/user/report',
     type = 'crash',
@@ -86,7 +86,7 @@ describe('describe.txt', () => {
         expect(await describeFile()).toBe('name: /home/user/report\ntype:\ndescribe:\n');
     });
 
-    test('takes what a page sends as text, never as a pattern or a command', async () => {
+    test('treats what a page sends as text, never as a pattern or a command', async () => {
         const text =
             '* ? [a-z]* $(touch /tmp/ran) `touch /tmp/ran` ; touch /tmp/ran &' +
             ' "q" \'s\' \\n $HOME -e ~';
@@ -133,7 +133,7 @@ describe('file list', () => {
         expect(lines(await describeFile())).toHaveLength(3);
     });
 
-    test('a path with a blank falls apart', async () => {
+    test('a path with a space is split', async () => {
         await root.writeFile('/home/user/a b.vyr', 'x');
         const end = await pack({ files: ';/home/user/a b.vyr' });
         expect(lines(end.stdout).slice(0, 3)).toEqual([
@@ -144,7 +144,7 @@ describe('file list', () => {
         expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
     });
 
-    test('a piece of a path with a blank is taken when such a file exists', async () => {
+    test('a part of a path with a space is used if such a file exists', async () => {
         await root.writeFile('/home/user/a', 'first word');
         await pack({ files: ';/home/user/a b.vyr' });
         expect(lines(await describeFile()).slice(3)).toEqual(['attachfile: /home/user/a']);
@@ -318,7 +318,7 @@ describe('archive', () => {
         expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
     });
 
-    test('with a colon in a bare name is a file here, not one on another machine', async () => {
+    test('with a colon in a bare name is a local file, not one on another machine', async () => {
         await pack({ name: 'host:report' });
         expect(await members('/home/user/host:report.tar.gz')).toHaveLength(2);
     });

@@ -32,7 +32,7 @@ const applications = () => list('getopeninfo.sh');
 const applicationLines = (entryOf, flag) =>
     SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${entryOf(tag)}|${flag}`);
 
-/** As the listing shows the entries: the writer's with its misspelling. */
+/** The entries as the listing prints them: the writer's is misspelt. */
 const shownEntry = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
 
 describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
@@ -192,7 +192,7 @@ describe('applications', () => {
         expect(await applications()).toEqual(applicationLines(() => '', false));
     });
 
-    test('that stand twice in the answer are taken in the fixed order', async () => {
+    test('that appear twice in the answer are used in the fixed order', async () => {
         await setAllDefaults(root, () => `${INTEGRATED};${ENTRIES.tbl};${ENTRIES.shw}`);
         expect(await applications()).toEqual(applicationLines(() => ENTRIES.shw, true));
     });

@@ -11,7 +11,7 @@ const MIME = '/home/user/.local/share/mime';
 const FOLDER = '/suite/office/asso_template';
 const FONTS = '/home/user/fonts.conf';
 
-/** What the nine scripts give where there is nothing but this project and its data. */
+/** Nine scripts on a machine with nothing installed but this project and its data. */
 let root;
 
 beforeEach(async () => {
@@ -33,7 +33,7 @@ const flags = (applications) => values(applications).map((value) => value.split(
 async function repair() {
     await root.makeDirectory(`${MIME}/packages`);
     await answer('fileassorepair');
-    // What a desktop does by itself when a package of types has come.
+    // A desktop does this by itself when a package of types is added.
     await root.run(['update-mime-database', MIME]);
 }
 
@@ -114,7 +114,7 @@ test('a sample’s details and permissions are listed', async () => {
     );
 });
 
-test('the browsers of the machine are told by their versions', async () => {
+test('the installed browsers are listed with their versions', async () => {
     await root.fake('firefox', '#!/bin/sh\necho "Mozilla Firefox 128.0"\n');
     expect((await answer('stratcheckenv')).browserinfo).toContain('128.0');
 });

@@ -54,7 +54,7 @@ describe.each(['user', 'root'])('the desktop folder of %s', (user) => {
     });
 });
 
-test('a file in place of the folder is reported by nobody but not replaced', async () => {
+test('a file in place of the folder is not reported and not replaced', async () => {
     await makeRoot();
     await root.writeFile('/home/user/桌面', 'text');
     const end = await runScript(root, 'getdesktopfile.sh');
@@ -70,7 +70,7 @@ test('a desktop that user-dirs.dirs puts outside home is looked for below home',
     expect(await root.exists('/home/user/tmp/desk')).toBe(true);
 });
 
-test('a desktop that cannot be made is no reason to complain', async () => {
+test('a desktop that cannot be created causes no error output', async () => {
     await makeRoot();
     await userDirectories('XDG_DESKTOP_DIR="/proc/none/desk"\n');
     expect((await runScript(root, 'getdesktoppath.sh')).stderr).toBe('');
@@ -123,14 +123,14 @@ test('root’s listing cuts one column earlier', async () => {
     expect(await shortcuts()).toEqual(['Desk']);
 });
 
-test('a desktop that is home itself gives no name', async () => {
+test('a desktop that is the home directory itself gives no name', async () => {
     await makeRoot();
     await userDirectories('XDG_DESKTOP_DIR="$HOME/"\n');
     await root.writeFile(`/home/user/${SHORTCUT}`, '');
     expect(await shortcuts()).toEqual(['']);
 });
 
-test('the home taken off user-dirs.dirs’ path is the one that USER gives', async () => {
+test('the home removed from a path in user-dirs.dirs is the one that USER gives', async () => {
     await makeRoot();
     await root.writeFile(
         '/home/other/.config/user-dirs.dirs',

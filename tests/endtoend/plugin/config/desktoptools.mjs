@@ -27,7 +27,7 @@ export function setMode(root, mode) {
     );
 }
 
-/** A desktop of the test's own, behind fakes of these tools, which write their calls down. */
+/** A simulated desktop: fakes of these tools, which record their calls. */
 export async function fakeDesktop(root, tools) {
     const script = fs.readFileSync(new URL('fakedesktop.sh', import.meta.url));
     for (const tool of tools) await root.fake(tool, script);
@@ -50,8 +50,8 @@ export async function setAllDefaults(root, entryOf) {
 
 /** Registers the suite's types and entries with the real desktop tools of the sandbox. */
 export async function installRealDesktop(root) {
-    // Other types claim some of the suffixes too. Of several the desktop takes the heaviest that
-    // fits the content, and the samples are text.
+    // Other types claim some of the suffixes too. The desktop prefers the one with the highest
+    // weight that fits the content, and the samples are text.
     const types = ALL_SUFFIXES.map(
         (suffix) => `    <mime-type type="${typeOf(suffix)}">
         <comment>suite document</comment>

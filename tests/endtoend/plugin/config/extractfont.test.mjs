@@ -26,7 +26,7 @@ test('runs the suite with -savemissfont and ends with its status', async () => {
 });
 
 test.each([['/home/user/gone.docx'], ['/home/user']])(
-    'a document that is no regular file ends it with 1: %s',
+    'a document that is not a regular file ends it with 1: %s',
     async (document) => {
         const end = await extract(SUITE, 'vyr', document);
         expect(end).toMatchObject({ status: 1, stdout: '' });

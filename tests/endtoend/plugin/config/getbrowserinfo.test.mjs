@@ -41,7 +41,7 @@ test('no browser prints nothing, after both looks at the packages', async () => 
     expect(await root.callsOf('dpkg')).toEqual([['-l'], ['-l']]);
 });
 
-test('all browsers come in their order, each asked once for its version', async () => {
+test('all browsers are listed in order, each asked once for its version', async () => {
     await makeRoot();
     for (const name of [...BROWSERS].reverse()) await fakeBrowser(name, `${name} 1.0\n`);
     expect(await browsers()).toBe(BROWSERS.map((name) => `${name} 1.0\n`).join(''));

@@ -43,7 +43,7 @@ test('a missing path adds no line and the others stay', async () => {
     expect(await listed()).toHaveLength(1);
 });
 
-test('a path with a blank counts as two', async () => {
+test('a path with a space counts as two', async () => {
     await root.writeFile('/home/user/a b', '');
     await root.writeFile('/home/user/a', '');
     await list('/tmp/p', '/home/user/a b');

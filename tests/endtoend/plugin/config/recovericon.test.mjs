@@ -92,7 +92,7 @@ test.each([[['', INSTALLED]], [['   ', INSTALLED]], [[]]])(
     },
 );
 
-test('the desktop folder is made even when the mode is empty', async () => {
+test('the desktop folder is created even if the mode is empty', async () => {
     await root.remove(DESKTOP);
     await recover('');
     expect(await root.list('/home/user')).toEqual(['桌面']);
@@ -109,7 +109,7 @@ test('the desktop of user-dirs.dirs is used, however deep', async () => {
     expect(await root.list(DESKTOP)).toEqual([]);
 });
 
-test('a shortcut that cannot be written over is replaced', async () => {
+test('a shortcut that cannot be overwritten is replaced', async () => {
     await install();
     await root.fake('rm', '#!/bin/bash\n');
     await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old', { mode: 0o444 });
@@ -117,7 +117,7 @@ test('a shortcut that cannot be written over is replaced', async () => {
     expect(await root.readFile(`${DESKTOP}/${INTEGRATED}`)).toBe(INTEGRATED);
 });
 
-test('a shortcut that could not be copied is left as it is, and the end is still 0', async () => {
+test('a shortcut that cannot be copied is skipped, and the status is still 0', async () => {
     await install();
     await root.fake('cp', '#!/bin/bash\nexit 1\n');
     await root.recordingFake('chmod');

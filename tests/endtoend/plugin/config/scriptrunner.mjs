@@ -16,7 +16,7 @@ export function runScript(root, name, args = [], options = {}) {
     return root.run(['bash', `/scripts/${name}`, ...args], options);
 }
 
-/** Lines of a text that ends with a line feed. */
+/** The lines of a text, which must end with a line feed. */
 export function lines(text) {
     if (text !== '' && !text.endsWith('\n'))
         throw new Error(`no line feed at the end of ${JSON.stringify(text)}`);
