@@ -1,14 +1,12 @@
 const keyCodes = {
-    ArrowDown: 40,
     ArrowUp: 38,
     End: 35,
     Enter: 13,
     Escape: 27,
     F5: 116,
-    Home: 36,
     Tab: 9,
 };
-const modifierBits = { Alt: 1, Control: 2, Shift: 8 };
+const modifierBits = { Control: 2 };
 
 /** The keyboard of a page. */
 export class Keyboard {
@@ -23,7 +21,7 @@ export class Keyboard {
         const modifierNames = keys.split('+');
         const key = modifierNames.pop();
         const letter = /^[a-z]$/.test(key);
-        if (!letter && !(key in keyCodes)) throw new Error(`the key ${key} is not known`);
+        if (!letter && !(key in keyCodes)) throw new Error(`unknown key: ${key}`);
         const event = {
             key,
             code: letter ? `Key${key.toUpperCase()}` : key,
