@@ -7,7 +7,7 @@ import { bundle } from './bundle.mjs';
 import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
 import { htmlPage } from './htmlpage.mjs';
 import { pluginCheckPage } from './plugincheck.mjs';
-import { catalogues, textsScript, topicsOf } from './texts.mjs';
+import { catalogues, textsIn, textsOfViews, textsScript } from './texts.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
 
@@ -58,22 +58,19 @@ async function headPieces() {
     };
 }
 
-function viewTitles(texts, view) {
-    const titles = {};
-    for (const [language, catalogue] of Object.entries(texts)) {
-        const title = catalogue.views[view]?.title;
-        if (!title) throw new Error(`no title for the view "${view}" in ${language}`);
-        titles[language] = title;
-    }
-    return titles;
+function titlesOf(texts, view) {
+    return Object.fromEntries(
+        Object.entries(texts).map(([language, { title }]) => {
+            if (!title) throw new Error(`no title for the view "${view}" in ${language}`);
+            return [language, title];
+        }),
+    );
 }
 
-/** The texts of the modules of a view, as a script that comes before its own. */
-async function viewTexts(texts, modules) {
-    const files = [...new Set(modules.map((module) => module.split('?')[0]))];
-    const own = files.filter((file) => file.startsWith(`${source}/`));
-    const sources = await Promise.all(own.map((file) => readFile(file, 'utf8')));
-    return textsScript(texts, topicsOf(sources, texts.en));
+/** The other views that a view offers: those whose tool.ts is among its modules. */
+function offeredBy(modules) {
+    const tool = new RegExp(`^${source}/views/([^/]+)/tool\\.ts$`);
+    return modules.flatMap((module) => tool.exec(module)?.[1] ?? []);
 }
 
 /** All files of the page, by name. */
@@ -86,18 +83,19 @@ async function buildFiles() {
     const { bundles, globals } = await bundleShared();
     bundles.forEach(addBundle);
     const head = await headPieces();
-    const texts = await catalogues();
-    const folders = await readdir(join(source, 'views'), { withFileTypes: true });
-    for (const view of folders.filter((item) => item.isDirectory()).map((item) => item.name)) {
+    const frame = await textsIn('frame');
+    const views = await textsOfViews();
+    for (const view of Object.keys(views)) {
         const entry = join(source, 'views', view, 'main.ts');
         const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
-        addBundle({ ...own, script: (await viewTexts(texts, own.modules)) + own.script });
+        const texts = textsScript(catalogues(frame, views, view, offeredBy(own.modules)));
+        addBundle({ ...own, script: texts + own.script });
         const used = bundles.filter(({ provides }) =>
             Object.keys(provides).some((module) => own.imports.includes(module)));
         const parts = [...used, own];
         files.set(pageFile(view), htmlPage({
             ...head,
-            titles: viewTitles(texts, view),
+            titles: titlesOf(views[view], view),
             scripts: parts.map(({ name }) => `${name}.js`),
             styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }));
@@ -106,7 +104,7 @@ async function buildFiles() {
     files.set('waiting.html', htmlPage({
         ...head,
         outline: '',
-        titles: viewTitles(texts, 'home'),
+        titles: titlesOf(views.home, 'home'),
         scripts: bundles.map(({ name }) => `${name}.js`),
         styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
     }));

@@ -2,24 +2,19 @@ import { readFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { build, transform } from 'esbuild';
 import { escapeHtml, hashSource } from './htmlpage.mjs';
-import { catalogues } from './texts.mjs';
+import { textsIn } from './texts.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
 
 /** Old browsers are those that still have plug-ins. */
 const target = 'es2015';
 
-async function texts() {
-    const entries = Object.entries(await catalogues());
-    return Object.fromEntries(entries.map(([language, { plugincheck }]) => [language, plugincheck]));
-}
-
 /**
  * The plug-in check as one file: some browsers take no other file of a directory for the page's
  * own, so that its style and script stand in it, allowed by their hashes.
  */
 export async function pluginCheckPage() {
-    const pluginTexts = await texts();
+    const pluginTexts = await textsIn('plugincheck');
     const bundled = await build({
         entryPoints: [`${source}/plugincheck/page.ts`],
         bundle: true,

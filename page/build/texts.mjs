@@ -1,33 +1,53 @@
-import { readFile } from 'node:fs/promises';
+import { readdir, readFile } from 'node:fs/promises';
 
 const languages = ['en', 'zh-CN'];
+const source = new URL('../src/', import.meta.url);
 
-/** What the frame of every view says, wherever the key is put together. */
-const sharedTopics = ['views', 'frame', 'settings', 'failure'];
-
-/** All texts, by language. */
-export async function catalogues() {
-    const entries = await Promise.all(languages.map(async (language) => {
-        const file = new URL(`../src/locales/${language}.json`, import.meta.url);
+/** The texts that stand in a folder of the source, by language. */
+export async function textsIn(folder) {
+    const entries = languages.map(async (language) => {
+        const file = new URL(`${folder}/texts.${language}.json`, source);
         return [language, JSON.parse(await readFile(file, 'utf8'))];
-    }));
-    return Object.fromEntries(entries);
+    });
+    return Object.fromEntries(await Promise.all(entries));
 }
 
-/** The top-level keys of the texts that these source texts name at the start of a literal. */
-export function topicsOf(sources, catalogue) {
-    return Object.keys(catalogue).filter((topic) => sharedTopics.includes(topic)
-        || sources.some((text) => new RegExp(`['"\`]${topic}\\b`).test(text)));
+/** The texts of all views, by view and language. */
+export async function textsOfViews() {
+    const views = await readdir(new URL('views', source));
+    const entries = views.map(async (view) => [view, await textsIn(`views/${view}`)]);
+    return Object.fromEntries(await Promise.all(entries));
+}
+
+/**
+ * What a view can show, by language: the texts of the frame, its own under its name, and title
+ * and purpose of the views that it offers.
+ */
+export function catalogues(frame, views, view, offered = []) {
+    const namesOf = (name, language) => {
+        const { title, what } = views[name][language];
+        return [name, { title, what }];
+    };
+    return Object.fromEntries(
+        languages.map((language) => [
+            language,
+            {
+                ...frame[language],
+                ...Object.fromEntries(offered.map((name) => namesOf(name, language))),
+                [view]: views[view][language],
+            },
+        ]),
+    );
 }
 
 /**
  * A script that gives a view its texts in all languages. Each language is a text of its own, which
  * is read only when it is shown, and quicker than the same as an object literal.
  */
-export function textsScript(texts, topics) {
-    const chosen = Object.entries(texts).map(([language, catalogue]) => {
-        const own = Object.fromEntries(topics.map((topic) => [topic, catalogue[topic]]));
-        return `${JSON.stringify(language)}:${JSON.stringify(JSON.stringify(own))}`;
-    });
+export function textsScript(byLanguage) {
+    const chosen = Object.entries(byLanguage).map(
+        ([language, catalogue]) =>
+            `${JSON.stringify(language)}:${JSON.stringify(JSON.stringify(catalogue))}`,
+    );
     return `window.pageTexts={${chosen.join(',')}};\n`;
 }

@@ -6,7 +6,7 @@ import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { describe, expect, inject, it } from 'vitest';
 import { unsupportedInScript, unsupportedInStyle } from '../build/compatibility.mjs';
-import { textsScript, topicsOf } from '../build/texts.mjs';
+import { catalogues, textsScript } from '../build/texts.mjs';
 
 const page = fileURLToPath(new URL('..', import.meta.url));
 const directory = inject('builtPage');
@@ -62,7 +62,7 @@ describe('the built page', () => {
         expect(Object.keys(byLanguage)).toEqual(['en', 'zh-CN']);
         for (const text of Object.values(byLanguage)) {
             const topics = Object.keys(JSON.parse(text) as object);
-            expect(topics).toEqual(expect.arrayContaining(['views', 'frame', 'crash']));
+            expect(topics).toEqual(expect.arrayContaining(['frame', 'crash']));
             expect(topics).not.toContain('server');
         }
     });
@@ -98,24 +98,34 @@ describe('the built page', () => {
     }, 180_000);
 });
 
-describe('the topics of a view', () => {
-    const catalogue = { frame: {}, home: {}, search: {}, server: {} };
-    const topicsIn = (source: string): unknown => topicsOf([source], catalogue);
+describe('the texts of a view', () => {
+    const texts = (title: string) => ({
+        en: { title, what: 'What', more: 'More' },
+        'zh-CN': { title: `${title}中`, what: '做什么', more: '更多' },
+    });
+    const frame = { en: { frame: { close: 'Close' } }, 'zh-CN': { frame: { close: '关闭' } } };
+    const views = { home: texts('Home'), search: texts('Search'), server: texts('Server') };
 
-    it.each(["t('home.title')", 't("home.title")', 't(`home.${kind}`)', "prefix('home')"])(
-        'are told by the start of a literal, as in %s',
-        (source) => expect(topicsIn(source)).toEqual(['frame', 'home']),
-    );
-
-    it('are not told by longer words or other places', () => {
-        expect(topicsIn("home.title; 'homely' // at home")).toEqual(['frame']);
+    it('are the frame\'s, its own, and title and purpose of the views that it offers', () => {
+        expect(catalogues(frame, views, 'home', ['search'])).toEqual({
+            en: {
+                ...frame.en,
+                home: views.home.en,
+                search: { title: 'Search', what: 'What' },
+            },
+            'zh-CN': {
+                ...frame['zh-CN'],
+                home: views.home['zh-CN'],
+                search: { title: 'Search中', what: '做什么' },
+            },
+        });
     });
 
-    it('reach the view as texts that no script can break out of', () => {
-        const texts = { en: { home: { title: 'a "quoted" \\ line\n' }, search: {} } };
+    it('reach it as texts that no script can break out of', () => {
+        const english = { home: { title: 'a "quoted" \\ line\n' } };
         const scope = { pageTexts: {} as Record<string, string> };
-        new Function('window', textsScript(texts, ['home']) as string)(scope);
-        expect(JSON.parse(scope.pageTexts.en!)).toEqual({ home: texts.en.home });
+        new Function('window', textsScript({ en: english }) as string)(scope);
+        expect(JSON.parse(scope.pageTexts.en!)).toEqual(english);
     });
 });
 

@@ -4,15 +4,29 @@ import { fileURLToPath } from 'node:url';
 import { parse, type TemplateChildNode } from '@vue/compiler-dom';
 import { parse as parseComponent } from '@vue/compiler-sfc';
 import { describe, expect, it } from 'vitest';
-import chinese from '@/locales/zh-CN.json';
-import english from '@/locales/en.json';
+// @ts-expect-error The build's own scripts are plain JavaScript.
+import { textsIn, textsOfViews } from '../build/texts.mjs';
 
 const source = join(dirname(fileURLToPath(import.meta.url)), '../src');
 const files = readdirSync(source, { recursive: true, encoding: 'utf8' });
 const components = files.filter((file) => file.endsWith('.vue'));
 const code = files.filter((file) => /\.(vue|ts)$/.test(file));
-/** With the page of the plug-in check, which leaves out its topic in its keys. */
+/** With the page of the plug-in check. */
 const naming = files.filter((file) => /\.(vue|ts|html)$/.test(file));
+
+type Texts = { en: object; 'zh-CN': object };
+const views = (await textsOfViews()) as Record<string, Texts>;
+const frame = (await textsIn('frame')) as Texts;
+const plugInCheck = (await textsIn('plugincheck')) as Texts;
+
+/** All texts of a language by their keys, those of a view under its name. */
+function catalogueOf(language: keyof Texts): object {
+    const ofViews = Object.entries(views).map(([view, texts]) => [view, texts[language]]);
+    return { ...frame[language], ...plugInCheck[language], ...Object.fromEntries(ofViews) };
+}
+
+const english = catalogueOf('en');
+const chinese = catalogueOf('zh-CN');
 
 function leaves(catalogue: object, path = ''): Map<string, string> {
     const found = new Map<string, string>();
@@ -97,12 +111,26 @@ describe('the catalogues', () => {
         expect(named.filter((one) => !englishTexts.has(one.split(' ')[0]!))).toEqual([]);
     });
 
+    it('are named by a view only where it has them: its own and those of the frame', () => {
+        const topics = Object.keys(views);
+        const foreign = code.flatMap((file) => {
+            const own = /^views\/(\w+)/.exec(file)?.[1];
+            const others = topics.filter((topic) => topic !== own).join('|');
+            const literal = new RegExp(`['"\`](?:${others})\\.(?!(?:html|txt)\\b)[\\w.$]+`, 'g');
+            const text = readFileSync(join(source, file), 'utf8');
+            return [...text.matchAll(literal)].map(([key]) => `${key} in ${file}`);
+        });
+        expect(foreign).toEqual([]);
+    });
+
     it('hold no text that the code does not name', () => {
         const names = namesOf(
             naming.map((file) => readFileSync(join(source, file), 'utf8')).join('\n'),
         );
+        // The frame and the home page put these together with the name of a view.
+        const ofEveryView = /^\w+\.(title|what)$/;
         expect(
-            [...englishTexts.keys()].filter((key) => !names(key.replace(/^plugincheck\./, ''))),
+            [...englishTexts.keys()].filter((key) => !ofEveryView.test(key) && !names(key)),
         ).toEqual([]);
         expect(names('home.nowhere')).toBe(false);
     });

@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
-import chinese from '@/locales/zh-CN.json';
-import english from '@/locales/en.json';
+import chinese from '@/views/home/texts.zh-CN.json';
+import english from '@/views/home/texts.en.json';
 import {
     diagnoseAssociations,
     diagnoseDumps,
@@ -75,18 +75,18 @@ describe('every finding', () => {
 
     it('has its sentence in both languages', () => {
         expect(new Set(found.map(({ kind }) => kind))).toEqual(
-            new Set(Object.keys(english.home.checkup.findings)),
+            new Set(Object.keys(english.checkup.findings)),
         );
-        expect(Object.keys(chinese.home.checkup.findings)).toEqual(
-            Object.keys(english.home.checkup.findings),
+        expect(Object.keys(chinese.checkup.findings)).toEqual(
+            Object.keys(english.checkup.findings),
         );
     });
 
     it('that is repaired at once has words for the repair and for what it brought', () => {
         for (const { kind, repair } of found) {
             if (!repair) continue;
-            expect(english.home.checkup.kinds).toHaveProperty(kind);
-            expect(english.home.checkup.repairs).toHaveProperty(repair);
+            expect(english.checkup.kinds).toHaveProperty(kind);
+            expect(english.checkup.repairs).toHaveProperty(repair);
         }
     });
 
@@ -94,7 +94,7 @@ describe('every finding', () => {
         for (const {
             note: { key },
         } of allResults) {
-            expect(english.home.checkup.notes).toHaveProperty(key);
+            expect(english.checkup.notes).toHaveProperty(key);
         }
     });
 });

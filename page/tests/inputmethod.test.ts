@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import english from '@/locales/en.json';
+import english from '@/views/inputmethod/texts.en.json';
 import { answerCode, answerCodes, judgeAnswer } from '@/views/inputmethod/answers';
 import { dependsOnSituation, stepsFor, type Situation } from '@/views/inputmethod/steps';
 import {
@@ -51,7 +51,7 @@ describe('the steps', () => {
         for (const one of situations) {
             const steps = stepsFor(code, one);
             expect(steps.length).toBeGreaterThan(0);
-            for (const { text } of steps) expect(english.inputmethod.steps).toHaveProperty(text);
+            for (const { text } of steps) expect(english.steps).toHaveProperty(text);
             expect(new Set(steps.map(({ text }) => text)).size).toBe(steps.length);
         }
     });

@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import { systemSnapshot } from '@/client/systemsnapshot';
-import english from '@/locales/en.json';
+import texts from '@/views/sysinfo/texts.en.json';
 import { createTexts } from '@/frame/texts';
 import { faceStyle } from '@/views/sysinfo/fontstyle';
 import { isSecret, rawText, sectionsOf, wholeText } from '@/views/sysinfo/sections';
@@ -16,7 +16,7 @@ const snapshot = systemSnapshot({
     cpuInfo: ' One| One',
     envInfo: 'API_TOKEN=abc|HOME=/home/user|ODD=a\u202Eb',
 });
-const { t } = createTexts('en', () => english);
+const { t } = createTexts('en', () => ({ sysinfo: texts }));
 const sections = sectionsOf(snapshot, (key, values = {}, count = 1) => t(key, values, count));
 const translate = (key: string) => t(key);
 const none = new Set<string>();

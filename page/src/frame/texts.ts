@@ -1,10 +1,11 @@
 import { createI18n, useI18n } from 'vue-i18n';
 import type { Failure } from '@/client';
-import type english from '@/locales/en.json';
 import type { Language } from './preferences';
 
-/** The texts of one language, of the topics that a view has. */
-export type Catalogue = Partial<typeof english>;
+/** The texts of one language by their keys: the frame's, and the view's under its name. */
+export interface Catalogue {
+    [key: string]: string | Catalogue;
+}
 
 declare global {
     interface Window {

@@ -43,7 +43,7 @@ export function startView(view: Component, name: string): void {
     const apply = (): void => {
         applyPreferences(preferences);
         texts.show(language());
-        document.title = texts.t(`views.${name}.title`);
+        document.title = texts.t(`${name}.title`);
     };
     watch(preferences, () => {
         apply();

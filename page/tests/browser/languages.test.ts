@@ -1,10 +1,12 @@
 import { describe, expect, it } from 'vitest';
-import chinese from '@/locales/zh-CN.json';
-import english from '@/locales/en.json';
+import frame from '@/frame/texts.en.json';
+// @ts-expect-error The build's own scripts are plain JavaScript.
+import { textsOfViews } from '../../build/texts.mjs';
 import { allScenes } from './allscenes';
 import { play, useBrowser } from './playing';
 
 const scenes = await allScenes();
+const views = (await textsOfViews()) as Record<string, Record<string, { title: string }>>;
 
 /** The first scene of each view of the window; the plug-in check opens elsewhere. */
 const first = [
@@ -22,16 +24,11 @@ describe('the language', () => {
     it.each(first)('of $page changes at once and back again', (scene) =>
         play(scene, async (view) => {
             const name = scene.page === 'index.html' ? 'home' : scene.page.replace('.html', '');
-            const titles = [english, chinese].map(
-                ({ views }) => views[name as keyof typeof views].title,
-            );
-            await view.locator('button', { named: english.settings.title }).click();
-            for (const [language, title] of [
-                ['zh-CN', titles[1]],
-                ['en', titles[0]],
-            ] as const) {
+            await view.locator('button', { named: frame.settings.title }).click();
+            for (const language of ['zh-CN', 'en']) {
+                const { title } = views[name]![language]!;
                 await view.locator(`input[name="language"][value="${language}"]`).check();
-                await view.getByText(title!, { exact: true }).waitFor();
+                await view.getByText(title, { exact: true }).waitFor();
                 expect(await view.evaluate('document.title')).toBe(title);
                 expect(await view.locator('html').getAttribute('lang')).toBe(language);
             }

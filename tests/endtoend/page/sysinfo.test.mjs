@@ -18,7 +18,7 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.fill(texts.filter, 'HELIO_TEST_MARK');
     await view.shows('seen in the report', PATIENCE);
 
-    await view.press(TEXTS.home.report.export);
+    await view.press(TEXTS.report.export);
     const report = shared.inHome('report.txt');
     await shared.choose('Save File', report);
     await view.shows(TEXTS.export.done, PATIENCE);

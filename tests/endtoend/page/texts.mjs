@@ -1,12 +1,12 @@
-import fs from 'node:fs';
-import path from 'node:path';
+import { textsIn, textsOfViews } from '../../../page/build/texts.mjs';
 
-import { REPOSITORY } from '../paths.mjs';
+const views = Object.entries(await textsOfViews());
 
-/** The page's English texts. */
-export const TEXTS = JSON.parse(
-    fs.readFileSync(path.join(REPOSITORY, 'page/src/locales/en.json'), 'utf8'),
-);
+/** The page's English texts: those of the frame, and those of each view under its name. */
+export const TEXTS = {
+    ...(await textsIn('frame')).en,
+    ...Object.fromEntries(views.map(([view, texts]) => [view, texts.en])),
+};
 
 /** A text with its values filled in. */
 export function filled(text, values) {

@@ -53,10 +53,10 @@ export function viewTests() {
     /** Opens a view by its tile on the home page: {home, view}. */
     shared.open = async (name, options) => {
         const home = await shared.home(options);
-        await home.shows(TEXTS.views[name].title);
+        await home.shows(TEXTS[name].title);
         await home.evaluate(`void (window.tile = [...document.querySelectorAll('button.tool')]
             .find((button) => button.querySelector('strong').textContent
-                === ${JSON.stringify(TEXTS.views[name].title)})
+                === ${JSON.stringify(TEXTS[name].title)})
             .setAttribute('aria-label', 'the tile'))`);
         await home.press('the tile');
         return { home, view: await shared.view(name) };
@@ -65,7 +65,7 @@ export function viewTests() {
     /** The view that is opening in the child window. */
     shared.view = async (name) => {
         const view = await shared.program.page(`${name}.html`, { Kind: ViewPage });
-        await view.shows(TEXTS.views[name].title);
+        await view.shows(TEXTS[name].title);
         return view;
     };
 
