@@ -91,23 +91,30 @@ async function buildFiles() {
         const texts = textsScript(catalogues(frame, views, view, offeredBy(own.modules)));
         addBundle({ ...own, script: texts + own.script });
         const used = bundles.filter(({ provides }) =>
-            Object.keys(provides).some((module) => own.imports.includes(module)));
+            Object.keys(provides).some((module) => own.imports.includes(module)),
+        );
         const parts = [...used, own];
-        files.set(pageFile(view), htmlPage({
-            ...head,
-            titles: titlesOf(views[view], view),
-            scripts: parts.map(({ name }) => `${name}.js`),
-            styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
-        }));
+        files.set(
+            pageFile(view),
+            htmlPage({
+                ...head,
+                titles: titlesOf(views[view], view),
+                scripts: parts.map(({ name }) => `${name}.js`),
+                styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
+            }),
+        );
     }
     // In it a window waits for its first view: Chromium has then read what all views share.
-    files.set('waiting.html', htmlPage({
-        ...head,
-        outline: '',
-        titles: titlesOf(views.home, 'home'),
-        scripts: bundles.map(({ name }) => `${name}.js`),
-        styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
-    }));
+    files.set(
+        'waiting.html',
+        htmlPage({
+            ...head,
+            outline: '',
+            titles: titlesOf(views.home, 'home'),
+            scripts: bundles.map(({ name }) => `${name}.js`),
+            styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
+        }),
+    );
     // The library hands this very name to the user's browser.
     files.set('vyrNpEnvCheck.html', await pluginCheckPage());
     return files;
@@ -116,13 +123,17 @@ async function buildFiles() {
 function checkFiles(files) {
     const problems = [];
     for (const [name, content] of files) {
-        const found = name.endsWith('.js') ? unsupportedInScript(content, name.slice(0, -3))
-            : name.endsWith('.css') ? unsupportedInStyle(content) : [];
+        const found = name.endsWith('.js')
+            ? unsupportedInScript(content, name.slice(0, -3))
+            : name.endsWith('.css')
+              ? unsupportedInStyle(content)
+              : [];
         if (found.length) problems.push(`${name}: ${found.join(', ')}`);
     }
     if (problems.length) {
-        throw new Error(`The embedded Chromium 87 lacks what these files use:\n${
-            problems.join('\n')}`);
+        throw new Error(
+            `The embedded Chromium 87 lacks what these files use:\n${problems.join('\n')}`,
+        );
     }
 }
 

@@ -39,12 +39,14 @@ export async function bundle({ name, entry, globalName, globals = {} }) {
             write: false,
             reportCompressedSize: false,
             modulePreload: false,
-            lib: { entry, formats: ['iife'], name: globalName, fileName: () => `${name}.js`,
-                cssFileName: name },
-            rollupOptions: {
-                external: Object.keys(globals),
-                output: { globals, extend: false },
+            lib: {
+                entry,
+                formats: ['iife'],
+                name: globalName,
+                fileName: () => `${name}.js`,
+                cssFileName: name,
             },
+            rollupOptions: { external: Object.keys(globals), output: { globals, extend: false } },
         },
     });
     const chunk = output.find((item) => item.type === 'chunk');

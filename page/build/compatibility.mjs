@@ -32,9 +32,19 @@ const absentSelectors = [
 ];
 
 const absentProperties = [
-    'aspect-ratio', 'accent-color', 'container', 'container-type', 'container-name',
-    'scrollbar-gutter', 'text-wrap', 'rotate', 'scale', 'translate', 'scrollbar-color',
-    'scrollbar-width', 'forced-color-adjust',
+    'aspect-ratio',
+    'accent-color',
+    'container',
+    'container-type',
+    'container-name',
+    'scrollbar-gutter',
+    'text-wrap',
+    'rotate',
+    'scale',
+    'translate',
+    'scrollbar-color',
+    'scrollbar-width',
+    'forced-color-adjust',
 ];
 
 const absentAtRules = ['container', 'layer', 'scope', 'starting-style'];
@@ -55,8 +65,7 @@ const tolerated = { foundation: ['toSorted() and its kin'] };
 /** The features of the script `name` that the embedded browser lacks, by name. */
 export function unsupportedInScript(script, name = '') {
     return absentFromScripts
-        .filter(([feature, pattern]) =>
-            pattern.test(script) && !tolerated[name]?.includes(feature))
+        .filter(([feature, pattern]) => pattern.test(script) && !tolerated[name]?.includes(feature))
         .map(([feature]) => feature);
 }
 

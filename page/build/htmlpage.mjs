@@ -39,8 +39,8 @@ export function htmlPage({ titles, criticalStyle, bootScript, outline, scripts, 
         '<html lang="en">',
         '<head>',
         '<meta charset="utf-8">',
-        '<meta http-equiv="Content-Security-Policy" '
-            + `content="${contentPolicy(criticalStyle, bootScript)}">`,
+        '<meta http-equiv="Content-Security-Policy" ' +
+            `content="${contentPolicy(criticalStyle, bootScript)}">`,
         '<meta name="viewport" content="width=device-width, initial-scale=1">',
         `<title>${escapeHtml(titles.en)}</title>`,
         `<style>${criticalStyle}</style>`,

@@ -30,8 +30,12 @@ export async function pluginCheckPage() {
     const sheet = await readFile(`${source}/plugincheck/page.css`, 'utf8');
     const style = (await transform(sheet, { loader: 'css', minify: true })).code.trim();
     const policy = [
-        "default-src 'none'", `script-src ${hashSource(script)}`, `style-src ${hashSource(style)}`,
-        "connect-src 'none'", "base-uri 'none'", "form-action 'none'",
+        "default-src 'none'",
+        `script-src ${hashSource(script)}`,
+        `style-src ${hashSource(style)}`,
+        "connect-src 'none'",
+        "base-uri 'none'",
+        "form-action 'none'",
     ].join('; ');
     return [
         '<!DOCTYPE html>',

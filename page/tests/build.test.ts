@@ -106,13 +106,9 @@ describe('the texts of a view', () => {
     const frame = { en: { frame: { close: 'Close' } }, 'zh-CN': { frame: { close: '关闭' } } };
     const views = { home: texts('Home'), search: texts('Search'), server: texts('Server') };
 
-    it('are the frame\'s, its own, and title and purpose of the views that it offers', () => {
+    it("are the frame's, its own, and title and purpose of the views that it offers", () => {
         expect(catalogues(frame, views, 'home', ['search'])).toEqual({
-            en: {
-                ...frame.en,
-                home: views.home.en,
-                search: { title: 'Search', what: 'What' },
-            },
+            en: { ...frame.en, home: views.home.en, search: { title: 'Search', what: 'What' } },
             'zh-CN': {
                 ...frame['zh-CN'],
                 home: views.home['zh-CN'],

@@ -21,7 +21,7 @@ export type { Failure, Outcome } from './outcome';
 export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type { Feedback } from './feedbackcommands';
 export type { FeedbackOrigin } from './launchercommands';
-export type { CheckFinding, SearchHit } from './notices';
+export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';

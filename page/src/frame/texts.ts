@@ -40,12 +40,15 @@ export type Translate = (
     count?: number,
 ) => string;
 
-/** The texts of the current language. */
-export function useTexts(): { t: Translate } {
-    const { t } = useI18n({ useScope: 'global' });
+/** The texts of the current language, and how it writes a time of day. */
+export function useTexts() {
+    const { t, locale } = useI18n({ useScope: 'global' });
+    const translate: Translate = (key, values = {}, count) =>
+        count === undefined ? t(key, values) : t(key, values, count);
     return {
-        t: (key, values = {}, count) =>
-            count === undefined ? t(key, values) : t(key, values, count),
+        t: translate,
+        locale,
+        time: (date: Date): string => date.toLocaleTimeString(locale.value),
     };
 }
 

@@ -8,6 +8,6 @@ export function useCopying(message: Ref<string>): (text: string) => Promise<void
     const client = useClient();
     return async (text) => {
         const outcome = await client.copyText(text);
-        message.value = outcome.kind === 'done' ? t('command.copied') : failureText(t, outcome);
+        message.value = outcome.kind === 'done' ? t('common.copied') : failureText(t, outcome);
     };
 }

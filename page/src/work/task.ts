@@ -1,5 +1,5 @@
-import { ref, shallowRef, type Ref, type ShallowRef } from 'vue';
-import type { Outcome } from '@/client';
+import { computed, ref, shallowRef, type ComputedRef, type Ref, type ShallowRef } from 'vue';
+import type { Failure, Outcome } from '@/client';
 
 /** How long an action may take before it shows a progress sign, in milliseconds. */
 export const progressDelay = 500;
@@ -8,8 +8,13 @@ export interface Task<Value, Arguments extends unknown[]> {
     running: Ref<boolean>;
     /** Running for long enough that a progress sign is due. */
     slow: Ref<boolean>;
+    /** How it ended the last time. */
     outcome: ShallowRef<Outcome<Value> | null>;
-    /** Answers null when the action is under way already: it is never started twice. */
+    /** The value of that outcome; null if it failed. */
+    value: ComputedRef<Value | null>;
+    /** That outcome if it is a failure. */
+    failure: ComputedRef<Failure | null>;
+    /** Returns null if the action is still running: it is never started twice. */
     run: (...args: Arguments) => Promise<Outcome<Value> | null>;
 }
 
@@ -35,5 +40,14 @@ export function useTask<Value, Arguments extends unknown[]>(
             slow.value = false;
         }
     }
-    return { running, slow, outcome, run };
+    return {
+        running,
+        slow,
+        outcome,
+        value: computed(() => (outcome.value?.kind === 'done' ? outcome.value.value : null)),
+        failure: computed(() =>
+            outcome.value && outcome.value.kind !== 'done' ? outcome.value : null,
+        ),
+        run,
+    };
 }

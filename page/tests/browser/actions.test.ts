@@ -34,7 +34,7 @@ describe('the view of crash dumps', () => {
                 await button.evaluate((element) =>
                     element.closest('[title]')!.getAttribute('title'),
                 ),
-            ).toBe('The feedback view is being opened');
+            ).toBe('Opening feedback');
             const commands = (await sentCommands(view)).map(({ command }) => command);
             expect(commands.filter((name) => name === 'router')).toEqual(['router']);
         }));
@@ -71,7 +71,7 @@ describe('the environment check', () => {
             await view.keyboard.press('F5');
             expect(await view.locator('.check-start .el-button--primary').isDisabled()).toBe(true);
             expect(await view.locator('.check-start').getAttribute('title')).toContain(
-                'A check is under way',
+                'A check is running',
             );
             const checks = (await sentCommands(view)).filter(
                 ({ command }) => command === 'vyrenvcheck',
@@ -127,12 +127,12 @@ describe('the view of processes', () => {
     it('says when it last read, and reads that out only to who asked for it', () =>
         play(named('processes-full'), async (view) => {
             const spoken = view.locator('.frame > [role="status"]');
-            await view.locator('.status-line').getByText('Read at').waitFor();
+            await view.locator('.status-line').getByText('Updated at').waitFor();
             expect(await spoken.textContent()).toBe('');
             // Paused, nothing but the key makes it read.
             await view.locator('.history-actions button', { nth: 1 }).click();
             await view.keyboard.press('F5');
-            await spoken.getByText('Read at').waitFor();
+            await spoken.getByText('Updated at').waitFor();
         }));
 
     it('goes on by itself', () =>
@@ -168,7 +168,7 @@ describe('the check-up', () => {
             await view.reload();
             await stored();
             await view.locator('.checkup-heading .primary').click();
-            await view.getByText('One ignored finding').waitFor();
-            await view.getByText('All is well but for what you ignore').waitFor();
+            await view.getByText('One ignored problem').waitFor();
+            await view.getByText('Everything is fine except for what you ignore').waitFor();
         }));
 });

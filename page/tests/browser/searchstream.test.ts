@@ -60,7 +60,7 @@ async function openSearch(): Promise<Page> {
 }
 
 async function complete(): Promise<void> {
-    await page.getByText('The search is complete.').waitFor({ timeoutMs: 120_000 });
+    await page.getByText('Search complete.').waitFor({ timeoutMs: 120_000 });
 }
 
 /** Scrolls on in each frame from now on, and counts the frames. */

@@ -20,7 +20,7 @@ describe('the desktop shortcuts', () => {
         play(named('shortcuts-asking', { fixfouricon: { result: 'success' } }), async (view) => {
             expect(await sentNames(view)).toEqual(['getdesktopiconfile']);
             await view.locator('.ask-once-confirm').click();
-            await view.getByText('Repaired, checked again').waitFor();
+            await view.getByText('Restored and checked again').waitFor();
             expect(await sentNames(view)).toEqual([
                 'getdesktopiconfile',
                 'fixfouricon',
@@ -52,8 +52,8 @@ describe('the associations', () => {
     it('cannot be repaired or copied without the desktop’s tool, and the controls say why', () =>
         play(named('associations-no-tools'), async (view) => {
             for (const [name, reason] of [
-                ['Repair…', 'Repairing needs the desktop'],
-                ['Copy text', "The desktop's tool for document types is missing"],
+                ['Fix…', "Install the desktop's tool"],
+                ['Copy as text', "The desktop's tool for document types is missing"],
             ]) {
                 const button = view.locator('button', { named: name });
                 expect(await button.isDisabled()).toBe(true);
@@ -63,7 +63,7 @@ describe('the associations', () => {
                     ),
                 ).toContain(reason);
             }
-            await view.getByText('need repair').waitForNone();
+            await view.getByText('need a fix').waitForNone();
         }));
 
     it('cannot be repaired when all is well, and the button says so', () =>
@@ -71,13 +71,13 @@ describe('the associations', () => {
             const button = view.locator('.ask-once-start');
             expect(await button.isDisabled()).toBe(true);
             expect(await view.locator('.ask-once > span').getAttribute('title')).toContain(
-                'in order already',
+                'There is nothing to fix',
             );
         }));
 
     it('are copied as text with unseen characters named', () =>
         play(named('associations-problems'), async (view) => {
-            await view.locator('button', { named: 'Copy text' }).click();
+            await view.locator('button', { named: 'Copy as text' }).click();
             await sent(view, 'copytoclipboard');
             const [copying] = await lastSent(view);
             const copied = String(copying?.args?.verification);
@@ -99,7 +99,7 @@ describe('the documents', () => {
                     },
                 },
             ]);
-            await view.getByText('Go on to feedback').click();
+            await view.getByText('Continue to feedback').click();
             await sent(view, 'router');
             expect(await lastSent(view, 2)).toEqual([
                 { command: 'feedbacktovyr', args: { infopage: 'missingfonts' } },
@@ -141,7 +141,7 @@ describe('the updater', () => {
                 };
             });
             await view.keyboard.press('Enter');
-            await view.getByText('Saved, read again.').waitFor();
+            await view.getByText('Saved and read again.').waitFor();
             expect(await key.inputValue()).toBe('');
             expect(await value.inputValue()).toBe('');
         }));
@@ -250,7 +250,7 @@ describe('the file search', () => {
                     window.searchfilefinish!({ result: 'success' });
                     window.answerLate();
                 });
-                await view.getByText('The search is complete. 1 found').waitFor();
+                await view.getByText('Search complete. 1 found').waitFor();
                 expect(await view.locator('.hit-row').allTextContents()).toEqual(['new/']);
             },
         ));
@@ -287,7 +287,7 @@ describe('feedback', () => {
         play(named('feedback-files'), async (view) => {
             const attach = view.locator('.files-panel .button-row > span', { nth: 1 });
             expect(await attach.locator('button').isDisabled()).toBe(true);
-            expect(await attach.getAttribute('title')).toContain('No more than 3');
+            expect(await attach.getAttribute('title')).toContain('You can attach up to 3');
         }));
 
     it('closes as the view of crash dumps when it was opened from there', () =>
@@ -312,7 +312,7 @@ describe('feedback', () => {
         play(named('feedback'), async (view) => {
             await view.locator('textarea').fill('The third page is empty.');
             await close(view);
-            await view.getByText('Close the view once more').waitFor();
+            await view.getByText('Close again to leave anyway').waitFor();
             expect(await sentNames(view)).not.toContain('closechildwindow');
             await close(view);
             await sent(view, 'closechildwindow');

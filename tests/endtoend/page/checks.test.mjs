@@ -60,7 +60,7 @@ test('an unset input method is explained with the steps that fix it', async () =
     await view.shows(input.answers.ERR_LOADPLUGIN_FAILED.title, PATIENCE);
     await view.shows(input.steps.install);
     await view.shows('@im=fcitx', PATIENCE);
-    await view.press(input.again);
+    await view.press(TEXTS.common.check);
     await view.shows(input.checked, PATIENCE);
 });
 

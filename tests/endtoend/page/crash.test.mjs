@@ -27,11 +27,11 @@ test('a dump that another process writes is shown, and deleting asks first', asy
     const { view } = await shared.open('crash');
     await view.shows(texts.dumps.noneText, PATIENCE);
     execFileSync('sh', ['-c', 'echo dump > "$1"', 'sh', shared.inHome(DUMPS, 'vyr_17.dmp')]);
-    await view.shows('The suite has left a fresh crash dump', PATIENCE);
+    await view.shows('The suite has just left a crash dump', PATIENCE);
     await view.shows(texts.dumps.someText, PATIENCE);
 
     await view.press(texts.clear);
-    await view.press(texts.clearCancel);
+    await view.press(TEXTS.common.cancel);
     expect(fs.readdirSync(shared.inHome(DUMPS))).toEqual(['vyr_17.dmp']);
     await view.press(texts.clear);
     await view.press(texts.clearConfirm);

@@ -20,7 +20,7 @@ test('shortcuts are put back on the desktop after a question', async () => {
     fs.writeFileSync(shared.inHome('Desktop', 'own.desktop'), entry('own'));
     const { view } = await shared.open('shortcuts');
     await view.press(texts.restore.start, PATIENCE);
-    await view.press(texts.restore.cancel);
+    await view.press(TEXTS.common.cancel);
     expect(fs.readdirSync(shared.inHome('Desktop'))).toEqual(['own.desktop']);
 
     await view.press(texts.sets.integrated);

@@ -13,7 +13,7 @@ test('the suite’s own program reports the fonts that a document lacks', async 
     const letter = shared.writeInHome('letter.doc', LETTER);
     const { view } = await shared.open('missingfonts');
     await view.shows(texts.empty, PATIENCE);
-    await view.press(texts.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', letter);
     await view.shows('Nowhere Installed Serif', PATIENCE);
     const answer = shared.inHome('.local/share/Orvane/tmp/vyrmissfonts.ini');
@@ -23,7 +23,7 @@ test('the suite’s own program reports the fonts that a document lacks', async 
 test('a document whose path contains spaces is checked as well', async () => {
     const letter = shared.writeInHome('my letter.doc', LETTER);
     const { view } = await shared.open('missingfonts');
-    await view.press(texts.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', letter);
     await view.shows('Nowhere Installed Serif', PATIENCE);
 });
@@ -31,7 +31,7 @@ test('a document whose path contains spaces is checked as well', async () => {
 test('a document of another type is refused with a message', async () => {
     const picture = shared.writeInHome('picture.png', 'no document');
     const { view } = await shared.open('missingfonts');
-    await view.press(texts.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', picture);
     await view.shows(texts.wrongType, PATIENCE);
 });

@@ -38,13 +38,13 @@ test('a document with a wrong layout is chosen, opened and passed on to feedback
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
     await view.shows(layout.none, PATIENCE);
-    await view.press(layout.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', report);
     await view.shows(layout.chosen, PATIENCE);
     await view.press(layout.open);
     await opened('report.docx');
     await view.shows(layout.opened, PATIENCE);
-    await view.press(layout.feedback);
+    await view.press(TEXTS.common.feedback);
     const files = await sendFeedback('layout', 'report.docx');
     expect(files.get('report.docx')).toBe('a report');
     expect(files.get('describe.txt')).toContain('type: layout\n');
@@ -53,7 +53,7 @@ test('a document with a wrong layout is chosen, opened and passed on to feedback
 test('a deleted document is reported with a message', async () => {
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
-    await view.press(layout.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', report);
     await view.shows(layout.chosen, PATIENCE);
     fs.rmSync(report);
@@ -66,14 +66,14 @@ test('a document is printed to a PDF, which is shown and passed on to feedback',
     shared.writeInOffice(TOOL, PRINTER, { mode: 0o755 });
     const report = shared.writeInHome('report.xlsx', 'a table');
     const { view } = await shared.open('print');
-    await view.press(print.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', report);
     await view.shows(print.printed, PATIENCE);
     await opened('report.pdf');
     expect(fs.readFileSync(shared.inHome('toolcalls'), 'utf8')).toBe(`print|tbl|${report}|`);
     await view.press(print.verdicts.wrong);
     await view.shows(print.advice.wrong);
-    await view.press(print.feedback);
+    await view.press(TEXTS.common.feedback);
     const files = await sendFeedback('print', 'report.xlsx');
     expect(files.get('report.xlsx')).toBe('a table');
 });
@@ -82,7 +82,7 @@ test('a suite that prints nothing is reported with what to do', async () => {
     fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
     shared.writeInOffice(TOOL, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
     const { view } = await shared.open('print');
-    await view.press(print.choose);
+    await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', shared.writeInHome('report.docx', 'x'));
     await view.shows(print.notPrinted, PATIENCE);
 });

@@ -15,7 +15,7 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.evaluate(`void [...document.querySelectorAll('[role="tab"]')]
         .find((tab) => tab.textContent.includes(${JSON.stringify(texts.sections.environment)}))
         .click()`);
-    await view.fill(texts.filter, 'HELIO_TEST_MARK');
+    await view.fill(TEXTS.common.filter, 'HELIO_TEST_MARK');
     await view.shows('seen in the report', PATIENCE);
 
     await view.press(TEXTS.report.export);

@@ -1,6 +1,7 @@
-import { onBeforeUnmount, onMounted, ref, shallowRef, watch } from 'vue';
-import { useI18n } from 'vue-i18n';
+import { onBeforeUnmount, ref, shallowRef, watch } from 'vue';
 import type { Client, Failure } from '@/client';
+import { useTexts } from '@/frame/texts';
+import { useNotice } from '@/work/notice';
 import { progressDelay } from '@/work/task';
 import { HitList, type Order } from './hitlist';
 
@@ -13,7 +14,7 @@ const publishInterval = 100;
 
 /** A search and its hits, which are taken in once a frame however many arrive. */
 export function useSearch(client: Client) {
-    const { locale } = useI18n({ useScope: 'global' });
+    const { locale } = useTexts();
     const list = new HitList(locale.value);
     /** Counts the changes of the list, which is not reactive itself. */
     const version = ref(0);
@@ -33,7 +34,6 @@ export function useSearch(client: Client) {
     let frame = 0;
     let publishedAt = 0;
     let slowTimer: ReturnType<typeof setTimeout> | undefined;
-    const stopListening: (() => void)[] = [];
 
     function publish(): void {
         publishedAt = performance.now();
@@ -101,23 +101,18 @@ export function useSearch(client: Client) {
         list.orderBy(wanted);
         requestDraw();
     });
-    onMounted(() =>
-        stopListening.push(
-            client.listen('searchHit', (hit) => {
-                if (!accepting) return;
-                list.add(hit);
-                requestDraw();
-            }),
-            client.listen('searchFinished', () => {
-                if (!accepting) return;
-                accepting = false;
-                allArrived = true;
-                requestDraw();
-            }),
-        ),
-    );
+    useNotice(client, 'searchHit', (hit) => {
+        if (!accepting) return;
+        list.add(hit);
+        requestDraw();
+    });
+    useNotice(client, 'searchFinished', () => {
+        if (!accepting) return;
+        accepting = false;
+        allArrived = true;
+        requestDraw();
+    });
     onBeforeUnmount(() => {
-        stopListening.forEach((stopOne) => stopOne());
         clearTimeout(slowTimer);
         cancelAnimationFrame(frame);
     });

@@ -1,13 +1,8 @@
 import { computed, ref, shallowRef } from 'vue';
-import type { Client, Failure } from '@/client';
-import { useTask } from '@/work/task';
-import { failureText, useTexts } from '@/frame/texts';
+import type { Client } from '@/client';
+import { useTurns } from '@/work/turns';
+import { useTexts } from '@/frame/texts';
 import { startTestRun, type TestRun } from './testruns';
-
-interface Problem {
-    title: string;
-    text: string;
-}
 
 /** What the view knows of the updater, and all that it does to it. */
 export function useUpdater(client: Client) {
@@ -16,12 +11,7 @@ export function useUpdater(client: Client) {
     /** Null when there is none. */
     const configuration = shallowRef<Record<string, string> | null>(null);
     const log = ref<string | null>(null);
-    const message = ref('');
-    const problem = ref<Problem | null>(null);
-
-    function fail(title: string, failure: Failure): void {
-        problem.value = { title: t(title), text: failureText(t, failure) };
-    }
+    const { message, problem, running, slow, run, fail } = useTurns<'busy'>();
 
     async function readLog(): Promise<boolean> {
         const outcome = await client.updateLog();
@@ -81,12 +71,6 @@ export function useUpdater(client: Client) {
             message.value = t('updater.started');
     }
 
-    const work = useTask(async (action: () => Promise<void>) => {
-        problem.value = null;
-        message.value = '';
-        await action();
-        return { kind: 'done', value: undefined } as const;
-    });
     const support = computed(() => {
         if (installed.value === null) return null;
         if (installed.value) return 'there';
@@ -98,11 +82,11 @@ export function useUpdater(client: Client) {
         log,
         message,
         problem,
-        running: work.running,
-        slow: work.slow,
-        read: () => work.run(readAll),
-        change: (key: string, value: string) => work.run(() => change(key, value)),
-        clear: () => work.run(clear),
-        start: (run: TestRun) => work.run(() => start(run)),
+        running,
+        slow: computed(() => slow.value !== null),
+        read: () => run('busy', readAll),
+        change: (key: string, value: string) => run('busy', () => change(key, value)),
+        clear: () => run('busy', clear),
+        start: (test: TestRun) => run('busy', () => start(test)),
     };
 }

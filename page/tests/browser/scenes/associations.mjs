@@ -2,7 +2,7 @@ import { suffixesOf } from '../../../../tests/support/documenttypes.mjs';
 
 const page = 'associations.html';
 
-/** Three objects as the library answers them; `wrong` are those that need repair. */
+/** Three objects as the library answers them; `wrong` are those that need a fix. */
 function listing(good, bad, wrong = []) {
     return {
         result: ['vyr', 'shw', 'tbl'].map((tag) =>
@@ -36,7 +36,7 @@ export const scenes = [
         name: 'associations',
         page,
         answers: { getassomime: types(), getassoopen: programs() },
-        shows: 'All 39 document types are in order.',
+        shows: 'All 39 document types are set up correctly.',
     },
     {
         name: 'associations-problems',
@@ -46,7 +46,7 @@ export const scenes = [
             getassoopen: programs(['doc', 'docx', 'rtf', 'ppt']),
         },
         act: (view) => view.locator('input[value="problems"]').check(),
-        shows: '3 types need repair',
+        shows: '3 types need a fix',
     },
     {
         name: 'associations-filter',
@@ -68,7 +68,7 @@ export const scenes = [
             fileassorepair: { result: 'success' },
         },
         act: repair,
-        shows: 'Repaired, checked again: all 39',
+        shows: 'Fixed and checked again: all 39',
     },
     {
         name: 'associations-not-repaired',
@@ -79,7 +79,7 @@ export const scenes = [
             fileassorepair: { result: 'success' },
         },
         act: repair,
-        shows: 'one type still needs repair',
+        shows: 'One type still needs a fix',
     },
     {
         name: 'associations-no-samples',
@@ -100,20 +100,20 @@ export const scenes = [
         name: 'associations-failed',
         page,
         answers: { getassomime: { result: 'error' } },
-        shows: 'The desktop could not be asked',
+        shows: 'The document types could not be checked',
     },
     {
         name: 'associations-unanswered',
         page,
         answers: { getassomime: types(), getassoopen: {} },
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'associations-late',
         page,
         answers: { getassomime: { late: true, ...types() }, getassoopen: programs() },
         shows: 'Asking the desktop about 39',
-        later: 'All 39 document types are in order.',
+        later: 'All 39 document types are set up correctly.',
     },
     {
         name: 'associations-never',

@@ -14,8 +14,8 @@ const confirmClear = async (view) => {
 };
 
 export const scenes = [
-    { name: 'crash', page, answers, shows: 'There are dumps' },
-    { name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dump' },
+    { name: 'crash', page, answers, shows: 'Dumps found' },
+    { name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dumps' },
     {
         name: 'crash-off',
         page,
@@ -31,7 +31,7 @@ export const scenes = [
             await view.evaluate(() => window.freshcrshpageCallBack({ result: 'success' }));
             await view.locator('.fresh-dump').waitFor();
         },
-        shows: 'The suite has left a fresh crash dump',
+        shows: 'The suite has just left a crash dump',
     },
     {
         name: 'crash-asked',
@@ -45,7 +45,7 @@ export const scenes = [
         page,
         answers: { ...answers, getDumpState: [some, none] },
         act: confirmClear,
-        shows: 'Deleted, and checked again: no dump is left.',
+        shows: 'Deleted and checked again: no dumps are left.',
     },
     {
         name: 'crash-not-cleared',
@@ -58,21 +58,21 @@ export const scenes = [
         name: 'crash-failed',
         page,
         answers: { ...answers, getDumpState: { result: 'error' } },
-        shows: 'The dumps could not be looked at',
+        shows: 'Dumps could not be checked',
     },
     {
         name: 'crash-unanswered',
         page,
         answers: { ...answers, cleardumpdir: {} },
         act: confirmClear,
-        shows: 'The assistant gave no answer.',
+        shows: 'The assistant did not answer.',
     },
     {
         name: 'crash-late',
         page,
         answers: { ...answers, cleardumpdir: { late: true, result: 'success' } },
         act: confirmClear,
-        shows: 'This is being done',
+        shows: 'Wait until the current task is finished',
         later: 'Some dumps could not be deleted.',
     },
     {

@@ -15,7 +15,7 @@ const answers = {
 const start = (view) => view.locator('.check-start .el-button--primary').click();
 
 export const scenes = [
-    { name: 'environmentcheck', page, answers, shows: 'No check has been run' },
+    { name: 'environmentcheck', page, answers, shows: 'No checks have been run' },
     { name: 'environmentcheck-found', page, answers, act: start, shows: 'libcups.so.2 is missing' },
     {
         name: 'environmentcheck-earlier',
@@ -32,7 +32,7 @@ export const scenes = [
         name: 'environmentcheck-other',
         page,
         answers,
-        act: (view) => view.locator('.choice', { hasText: /Another check|其他检查/ }).click(),
+        act: (view) => view.locator('.choice', { hasText: /Other check|其他检查/ }).click(),
         shows: 'Name of the check',
     },
     {
@@ -53,7 +53,7 @@ export const scenes = [
         name: 'environmentcheck-unanswered',
         page,
         answers: { ...answers, getvyrenvcheckedresult: {} },
-        shows: 'The earlier findings could not be read',
+        shows: 'Earlier results could not be read',
     },
     {
         name: 'environmentcheck-late',
@@ -81,6 +81,6 @@ export const scenes = [
         page,
         answers,
         act: (view) => view.locator('.tool-page-actions .el-button').click(),
-        shows: 'opens in your own browser',
+        shows: 'opens in your web browser',
     },
 ];

@@ -33,7 +33,7 @@ async function addFiles(view) {
 }
 
 export const scenes = [
-    { name: 'feedback', page, answers, shows: 'Describe first what happened.' },
+    { name: 'feedback', page, answers, shows: 'Describe what happened first.' },
     {
         name: 'feedback-layout',
         page,
@@ -47,7 +47,7 @@ export const scenes = [
         name: 'feedback-crash',
         page,
         answers: { ...answers, getcollectionpage: { result: { page: 'crash' } } },
-        shows: 'There is no crash dump at present.',
+        shows: 'There are no crash dumps at the moment.',
     },
     {
         name: 'feedback-files',
@@ -75,14 +75,14 @@ export const scenes = [
         page,
         answers: { ...answers, archivepackage: { result: 'error' } },
         act: describeAndBuild,
-        shows: 'Nothing was built',
+        shows: 'No archive was created',
     },
     {
         name: 'feedback-unanswered',
         page,
         answers: { ...answers, archivepackage: {} },
         act: describeAndBuild,
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'feedback-unsaved',
@@ -92,14 +92,14 @@ export const scenes = [
             await describe(view);
             await view.keyboard.press('Escape');
         },
-        shows: 'Close the view once more',
+        shows: 'Close again to leave anyway',
     },
     {
         name: 'feedback-late',
         page,
         answers: { ...answers, archivepackage: { late: true, ...path('/tmp/feedback') } },
         act: describeAndBuild,
-        shows: 'Choose in the file dialog where',
+        shows: 'Choose where to save the archive',
         later: '/tmp/feedback.tar.gz',
     },
     {
@@ -107,6 +107,6 @@ export const scenes = [
         page,
         answers: { ...answers, choosesamplefile: { never: true } },
         act: (view) => view.locator('.files-panel .button-row button', { nth: 0 }).click(),
-        shows: 'A file dialog is open',
+        shows: 'Choose a file in the open dialog',
     },
 ];

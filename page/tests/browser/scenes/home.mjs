@@ -88,7 +88,7 @@ export const scenes = [
         shows: 'The report was saved and opened.',
     },
     { name: 'home-without-host', page, withoutHost: true, shows: 'ordinary browser' },
-    { name: 'home-well', page, answers: well, act: check, shows: 'All is well' },
+    { name: 'home-well', page, answers: well, act: check, shows: 'Everything is fine' },
     { name: 'home-findings', page, answers: ill, act: check, shows: '7 things to look at' },
     {
         name: 'home-repaired',
@@ -99,7 +99,7 @@ export const scenes = [
             await view.locator('.finding-actions .primary').click();
             await view.locator('.checkup-repaired').waitFor();
         },
-        shows: 'Repaired, checked again: documents open with the suite.',
+        shows: 'Fixed and checked again: documents open with the suite.',
     },
     {
         name: 'home-ignored',
@@ -110,7 +110,7 @@ export const scenes = [
             await view.locator('.finding-actions .quiet').click();
             await view.locator('.ignored-findings > button').click();
         },
-        shows: 'The memory is almost full',
+        shows: 'Memory is almost full',
     },
     {
         name: 'home-failed',
@@ -122,7 +122,7 @@ export const scenes = [
             inputcheck: { refused: 'closing' },
         },
         act: check,
-        shows: 'not everything could be looked at',
+        shows: 'not everything could be checked',
     },
     {
         name: 'home-late',
@@ -130,7 +130,7 @@ export const scenes = [
         answers: { ...well, getassoopen: { ...well.getassoopen, late: true } },
         act: check,
         shows: '2 of 7: File associations',
-        later: 'All is well',
+        later: 'Everything is fine',
     },
     {
         name: 'home-never',

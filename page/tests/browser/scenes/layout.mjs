@@ -10,7 +10,7 @@ async function chooseAndOpen(view) {
 }
 
 export const scenes = [
-    { name: 'layout', page, shows: 'Text documents, spreadsheets and presentations' },
+    { name: 'layout', page, shows: 'You can choose text documents' },
     {
         name: 'layout-opened',
         page,
@@ -23,14 +23,14 @@ export const scenes = [
         page,
         answers: { chooselayouterrorfile: { result: 'error' } },
         act: choose,
-        shows: 'No document was chosen.',
+        shows: 'No file was chosen.',
     },
     {
         name: 'layout-gone',
         page,
         answers: { chooselayouterrorfile: chosen, openlaytouerrorfile: { result: 'error' } },
         act: chooseAndOpen,
-        shows: 'The document is no longer where it was',
+        shows: 'The document is no longer there',
     },
     {
         name: 'layout-unsafe',
@@ -58,21 +58,21 @@ export const scenes = [
                     ),
             );
         },
-        shows: 'The assistant did not take the request (no window)',
+        shows: 'The assistant rejected the request (no window)',
     },
     {
         name: 'layout-late',
         page,
         answers: { chooselayouterrorfile: { late: true, ...chosen } },
         act: choose,
-        shows: 'A file dialog is open',
-        later: 'The document is remembered',
+        shows: 'Choose a file in the open dialog',
+        later: 'The document will be added',
     },
     {
         name: 'layout-never',
         page,
         answers: { chooselayouterrorfile: { never: true } },
         act: choose,
-        shows: 'A file dialog is open',
+        shows: 'Choose a file in the open dialog',
     },
 ];

@@ -21,7 +21,7 @@ export const scenes = [
         page,
         answers: { choosesamplefile: chosen, comparefont: missing('Brand Face') },
         act: choose,
-        shows: 'No package is known for these fonts',
+        shows: 'No known package provides these fonts',
     },
     {
         name: 'missingfonts-none',
@@ -35,7 +35,7 @@ export const scenes = [
         page,
         answers: { choosesamplefile: { result: 'error' } },
         act: choose,
-        shows: 'No document was chosen.',
+        shows: 'No file was chosen.',
     },
     {
         name: 'missingfonts-failed',
@@ -52,28 +52,28 @@ export const scenes = [
             comparefont: { result: 'error' },
         },
         act: choose,
-        shows: 'Its path holds blanks',
+        shows: 'Its path contains a space',
     },
     {
         name: 'missingfonts-wrong-type',
         page,
         answers: { choosesamplefile: { result: base64('/home/user/picture.png') } },
         act: choose,
-        shows: 'cannot be asked about this type of document',
+        shows: 'cannot check this type of document',
     },
     {
         name: 'missingfonts-unanswered',
         page,
         answers: { choosesamplefile: chosen, comparefont: {} },
         act: choose,
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'missingfonts-late',
         page,
         answers: { choosesamplefile: chosen, comparefont: { late: true, ...missing('Arial') } },
         act: choose,
-        shows: 'The suite is looking through the document',
+        shows: 'The suite is checking the document',
         later: 'One font is missing.',
     },
     {
@@ -81,6 +81,6 @@ export const scenes = [
         page,
         answers: { choosesamplefile: { never: true } },
         act: choose,
-        shows: 'A file dialog is open',
+        shows: 'Choose a file in the open dialog',
     },
 ];

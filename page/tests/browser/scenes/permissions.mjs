@@ -24,7 +24,7 @@ const answers = {
 };
 
 export const scenes = [
-    { name: 'permissions', page, answers, shows: 'This belongs to root and not to you (user)' },
+    { name: 'permissions', page, answers, shows: 'It belongs to root, not to you (user)' },
     {
         name: 'permissions-added',
         page,
@@ -45,7 +45,7 @@ export const scenes = [
         name: 'permissions-empty',
         page,
         answers: { ...answers, stratextractfileinfo: { result: {} } },
-        shows: 'No path is listed.',
+        shows: 'There are no files in the list.',
     },
     {
         name: 'permissions-missing',
@@ -56,7 +56,7 @@ export const scenes = [
                 result: { '.config': 'user|user|111-101-101|09:12:44', Orvane: '|||' },
             },
         },
-        shows: 'There is nothing of this name.',
+        shows: 'There is no file or folder with this name.',
     },
     {
         name: 'permissions-failed',
@@ -68,19 +68,19 @@ export const scenes = [
         name: 'permissions-unanswered',
         page,
         answers: { ...answers, stratextractfileinfo: {} },
-        shows: 'The assistant gave no answer.',
+        shows: 'The assistant did not answer.',
     },
     {
         name: 'permissions-late',
         page,
         answers: { ...answers, stratcheckenv: { ...answers.stratcheckenv, late: true } },
-        shows: 'Finding out whose assistant this is.',
-        later: 'This belongs to root and not to you (user)',
+        shows: 'Finding out which user the assistant runs as.',
+        later: 'It belongs to root, not to you (user)',
     },
     {
         name: 'permissions-never',
         page,
         answers: { ...answers, stratextractfileinfo: { never: true } },
-        shows: 'Reading the permissions.',
+        shows: 'Reading permissions.',
     },
 ];

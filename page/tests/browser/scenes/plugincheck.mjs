@@ -17,13 +17,13 @@ const suite = {
 const other = { name: 'Java', description: '', filename: 'libjava\u202E.so', length: 0 };
 
 export const scenes = [
-    { name: 'plugincheck', page, withoutHost: true, shows: 'What this page cannot see' },
+    { name: 'plugincheck', page, withoutHost: true, shows: 'What this page cannot check' },
     {
         name: 'plugincheck-suite',
         page,
         withoutHost: true,
         act: withPlugIns([other, suite]),
-        shows: "The office suite's plug-in is known to this browser.",
+        shows: "This browser has the office suite's plug-in.",
     },
     {
         name: 'plugincheck-others',
@@ -37,6 +37,6 @@ export const scenes = [
         page,
         withoutHost: true,
         act: withPlugIns([]),
-        shows: 'This browser lists no plug-in at all.',
+        shows: 'This browser lists no plug-ins.',
     },
 ];

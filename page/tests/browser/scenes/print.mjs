@@ -12,7 +12,7 @@ export const scenes = [
         page,
         answers: { openprinterrorfile: printed },
         act: choose,
-        shows: 'Look at report.pdf and at the paper',
+        shows: 'Compare report.pdf with the paper',
     },
     {
         name: 'print-judged',
@@ -22,7 +22,7 @@ export const scenes = [
             await choose(view);
             await view.locator('input[value="right"]').check();
         },
-        shows: 'the printer or its driver is to blame',
+        shows: 'the printer or its driver is the cause',
     },
     {
         name: 'print-handed-over',
@@ -38,21 +38,21 @@ export const scenes = [
                 ),
             );
         },
-        shows: 'The assistant did not take the request (no window)',
+        shows: 'The assistant rejected the request (no window)',
     },
     {
         name: 'print-failed',
         page,
         answers: { openprinterrorfile: { result: 'error' } },
         act: choose,
-        shows: 'Either no document was chosen',
+        shows: 'No document was chosen, or',
     },
     {
         name: 'print-unanswered',
         page,
         answers: { openprinterrorfile: {} },
         act: choose,
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'print-late',
@@ -60,7 +60,7 @@ export const scenes = [
         answers: { openprinterrorfile: { late: true, ...printed } },
         act: choose,
         shows: 'Choose a document in the file dialog',
-        later: 'The document was printed into a PDF',
+        later: 'The document was printed to a PDF',
     },
     {
         name: 'print-never',

@@ -68,7 +68,7 @@ export const scenes = [
             getmemoryinfo: { result: [{ 1: '' }] },
             getcomputermemory: { result: { percentage: 'nan', all: '0' } },
         },
-        shows: 'This machine does not tell',
+        shows: 'No memory information is available',
     },
     {
         name: 'processes-failed',
@@ -78,7 +78,7 @@ export const scenes = [
             getmemoryinfo: { result: 'error' },
             getcomputermemory: { result: 'error' },
         },
-        shows: 'The memory could not be read',
+        shows: 'Memory information could not be read',
     },
     {
         name: 'processes-late',
@@ -87,13 +87,13 @@ export const scenes = [
             ...answers,
             getcomputermemory: { late: true, result: { percentage: '20', all: '8' } },
         },
-        shows: 'Reading the load',
+        shows: 'Reading processes and memory',
         later: '6.4 of 8.0 GiB free',
     },
     {
         name: 'processes-never',
         page,
         answers: { ...answers, getcomputermemory: { never: true } },
-        shows: 'Reading the load',
+        shows: 'Reading processes and memory',
     },
 ];

@@ -38,7 +38,7 @@ async function searchAndSelect(view) {
 }
 
 export const scenes = [
-    { name: 'search', page, shows: 'Enter a part of a file' },
+    { name: 'search', page, shows: 'Enter part of a file' },
     { name: 'search-found', page, answers: found, act: searchAndSelect, shows: '8 found' },
     {
         name: 'search-sorted',
@@ -87,7 +87,7 @@ export const scenes = [
                 ),
             );
         },
-        shows: 'Opened in the desktop',
+        shows: 'Opened in its default program',
     },
     {
         name: 'search-unsafe',
@@ -104,7 +104,7 @@ export const scenes = [
         page,
         answers: { startsearchfile: { notices: [finished] } },
         act: search,
-        shows: 'No name holds that',
+        shows: 'No matching names',
     },
     {
         name: 'search-stopped',
@@ -120,14 +120,14 @@ export const scenes = [
             await view.locator('.hit-row').waitFor();
             await view.locator('.search-form button', { nth: 1 }).click();
         },
-        shows: 'The search was stopped. 3 found',
+        shows: 'Search stopped. 3 found',
     },
     {
         name: 'search-failed',
         page,
         answers: { startsearchfile: { refused: 'no search here' } },
         act: search,
-        shows: 'The search did not work',
+        shows: 'The search failed',
     },
     {
         name: 'search-late',
@@ -141,14 +141,14 @@ export const scenes = [
             },
         },
         act: search,
-        shows: 'Searching; nothing has been found yet.',
-        later: 'The search is complete. 1 found',
+        shows: 'Searching. Nothing found yet.',
+        later: 'Search complete. 1 found',
     },
     {
         name: 'search-never',
         page,
         answers: { startsearchfile: { never: true } },
         act: search,
-        shows: 'Searching; nothing has been found yet.',
+        shows: 'Searching. Nothing found yet.',
     },
 ];

@@ -49,7 +49,7 @@ export const scenes = [
             await view.locator(url).fill('http://127.0.0.1/save');
             await view.locator('input[name="server-function"][value=""]').check();
         },
-        shows: 'Enter the name of a function first.',
+        shows: 'Enter a function name first.',
     },
     {
         name: 'server-success',
@@ -77,7 +77,7 @@ export const scenes = [
         page,
         answers: { openremoveurlcheck: { result: 'parame error' } },
         act: send,
-        shows: 'Address and function are both needed',
+        shows: 'Address and function are required',
     },
     {
         name: 'server-unanswered',

@@ -31,7 +31,7 @@ export const scenes = [
         name: 'shortcuts-empty',
         page,
         answers: { getdesktopiconfile: desktop([]) },
-        shows: 'No shortcut of the suite lies on the desktop',
+        shows: 'There are no shortcuts of the suite on the desktop',
     },
     {
         name: 'shortcuts-integrated',
@@ -50,7 +50,7 @@ export const scenes = [
         page,
         answers: { getdesktopiconfile: desktop(separate) },
         act: (view) => view.locator('.ask-once-start').click(),
-        shows: 'are replaced. Go on?',
+        shows: 'will be replaced. Continue?',
     },
     {
         name: 'shortcuts-repaired',
@@ -65,7 +65,7 @@ export const scenes = [
             fixfouricon: { result: 'success' },
         },
         act: putBack,
-        shows: 'Repaired, checked again',
+        shows: 'Restored and checked again',
     },
     {
         name: 'shortcuts-not-repaired',
@@ -87,19 +87,19 @@ export const scenes = [
         name: 'shortcuts-unanswered',
         page,
         answers: { getdesktopiconfile: {} },
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'shortcuts-late',
         page,
         answers: { getdesktopiconfile: { late: true, ...desktop(separate) } },
-        shows: 'Looking at the desktop',
+        shows: 'Reading the desktop',
         later: 'Text documents',
     },
     {
         name: 'shortcuts-never',
         page,
         answers: { getdesktopiconfile: { never: true } },
-        shows: 'Looking at the desktop',
+        shows: 'Reading the desktop',
     },
 ];

@@ -91,7 +91,7 @@ export const scenes = [
         page,
         answers: { stratcheckenv: { result: nothing } },
         act: (view) => view.locator('#tab-fonts').click(),
-        shows: 'No fonts were listed.',
+        shows: 'No fonts found.',
     },
     {
         name: 'sysinfo-export-cancelled',
@@ -105,7 +105,7 @@ export const scenes = [
         page,
         answers: { ...answers, exportsysinfo: {} },
         act: exportReport,
-        shows: 'this file is not opened from here',
+        shows: 'cannot be opened from here',
     },
     {
         name: 'sysinfo-export-late',
@@ -123,31 +123,31 @@ export const scenes = [
             await view.locator('#tab-environment').click();
             await view.keyboard.press('F5');
         },
-        shows: 'Reading the machine',
+        shows: 'Reading system information',
     },
     {
         name: 'sysinfo-failed',
         page,
         answers: { stratcheckenv: { result: 'error' } },
-        shows: 'The machine could not be read',
+        shows: 'System information could not be read',
     },
     {
         name: 'sysinfo-unanswered',
         page,
         answers: { stratcheckenv: {} },
-        shows: 'The assistant gave no answer',
+        shows: 'The assistant did not answer',
     },
     {
         name: 'sysinfo-late',
         page,
         answers: { ...answers, stratcheckenv: { late: true, ...answers.stratcheckenv } },
-        shows: 'Reading the machine',
+        shows: 'Reading system information',
         later: 'Linux 6.1.0-18-amd64',
     },
     {
         name: 'sysinfo-never',
         page,
         answers: { stratcheckenv: { never: true } },
-        shows: 'Reading the machine',
+        shows: 'Reading system information',
     },
 ];

@@ -49,14 +49,14 @@ export const scenes = [
             await edit(view, 'beta');
             await view.keyboard.press('Enter');
         },
-        shows: 'Saved, read again.',
+        shows: 'Saved and read again.',
     },
     {
         name: 'updater-dollar',
         page,
         answers,
         act: (view) => edit(view, '$HOME'),
-        shows: 'A “$” cannot be stored',
+        shows: '“$” cannot be saved',
     },
     {
         name: 'updater-not-writable',
@@ -66,7 +66,7 @@ export const scenes = [
             await view.locator('.configuration-new input', { nth: 0 }).fill('added');
             await view.keyboard.press('Enter');
         },
-        shows: 'the old value is still there',
+        shows: 'The old value is still there',
     },
     { name: 'updater-log', page, answers, act: openLog, shows: '400 lines' },
     {
@@ -90,7 +90,7 @@ export const scenes = [
             clearlogfile: { result: 'success' },
         },
         act: clearLog,
-        shows: 'Cleared, checked again',
+        shows: 'Cleared and checked again',
     },
     {
         name: 'updater-log-not-cleared',
@@ -108,7 +108,7 @@ export const scenes = [
             await view.locator('.test-runs li:nth-child(3) .ask-once-start').click();
             await view.locator('.ask-once-confirm').click();
         },
-        shows: 'Started. What comes of it',
+        shows: 'Started. The result will appear',
     },
     {
         name: 'updater-run-asking',
@@ -128,7 +128,7 @@ export const scenes = [
             await openRuns(view);
             await view.locator('.test-runs li:nth-child(1) button').click();
         },
-        shows: 'The run was not started',
+        shows: 'The run could not be started',
     },
     {
         name: 'updater-absent',
@@ -138,7 +138,7 @@ export const scenes = [
             getupdateconfig: { result: 'error' },
             getlogfile: { result: 'error' },
         },
-        shows: 'No updater is installed here',
+        shows: 'The updater is not installed.',
     },
     {
         name: 'updater-empty',
@@ -148,25 +148,25 @@ export const scenes = [
             getupdateconfig: { result: {} },
             getlogfile: { result: '' },
         },
-        shows: 'The settings file is there, and empty.',
+        shows: 'The settings file is empty.',
     },
     {
         name: 'updater-failed',
         page,
         answers: { ...answers, getupdatesupport: { result: 'yes' } },
-        shows: 'The updater could not be looked at',
+        shows: 'The updater could not be checked',
     },
     {
         name: 'updater-late',
         page,
         answers: { ...answers, getlogfile: { late: true, ...log } },
-        shows: 'Asking about the updater.',
-        later: 'Settings and log have been read.',
+        shows: 'Please wait.',
+        later: 'Updated.',
     },
     {
         name: 'updater-never',
         page,
         answers: { ...answers, getupdatesupport: { never: true } },
-        shows: 'Asking about the updater.',
+        shows: 'Please wait.',
     },
 ];

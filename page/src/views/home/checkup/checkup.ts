@@ -10,6 +10,7 @@ import {
 } from './finding';
 import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
 import { diagnoses, repairs } from './steps';
+import { pause } from '@/work/settle';
 
 /** How one diagnosis stands; "tooLate" is one that the check-up no longer waited for. */
 export type StepState =
@@ -29,10 +30,6 @@ export interface Patience {
 }
 
 export const defaultPatience: Patience = { step: 60_000, looks: 10, between: 1000 };
-
-function pause(milliseconds: number): Promise<void> {
-    return new Promise((resolve) => setTimeout(resolve, milliseconds));
-}
 
 /** Null when the answer takes longer than that; it is then no longer listened to. */
 async function within<Value>(work: Promise<Value>, milliseconds: number): Promise<Value | null> {
