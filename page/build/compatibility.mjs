@@ -57,7 +57,7 @@ const absentValues = [
 ];
 
 /**
- * Vue wraps the newer array methods of reactive arrays; it never calls them by itself, so the
+ * Vue wraps the newer array methods of reactive arrays but never calls them itself, so the
  * page is safe as long as its own code does not.
  */
 const tolerated = { foundation: ['toSorted() and its kin'] };

@@ -2,7 +2,7 @@ import type { Decoder } from './decode';
 import { type Outcome, UnreadableAnswer } from './outcome';
 import type { CommandName, Envelope, Host } from './wire';
 
-/** Sends commands to the host, if there is one, and sorts what comes back. */
+/** Sends commands to the host, if any, and turns answers into outcomes. */
 export class Caller {
     constructor(private readonly host: () => Host | undefined) {}
 

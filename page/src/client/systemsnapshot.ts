@@ -33,7 +33,7 @@ const styleWords = new RegExp(
 
 /**
  * A font line holds the family, padded to 40 bytes, and the style. A family that fills the column
- * touches its style, which is then told by its usual words.
+ * touches its style, which is then recognised by its usual words.
  */
 export function font(line: string): Font {
     const bytes = new TextEncoder().encode(line);

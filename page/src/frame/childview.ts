@@ -2,7 +2,7 @@ import { onBeforeUnmount, onMounted } from 'vue';
 import type { ViewType } from '@/client';
 import { useClient } from './view';
 
-/** What a view in the child window does at its keys, and when it is to close. */
+/** What the keys of a view in the child window do, and whether it may close. */
 export interface ViewActions {
     runAgain?: () => void;
     filter?: () => void;
@@ -11,8 +11,8 @@ export interface ViewActions {
 }
 
 /**
- * Closing a child view, and its keys: F5 runs again, Escape closes, Ctrl+F filters. The type is
- * asked for when the view closes, if only then it is known.
+ * Closes a child view, and handles its keys: F5 runs again, Escape closes, Ctrl+F filters. The
+ * type can be a function if it is only known when the view closes.
  */
 export function useChildView(
     type: ViewType | (() => ViewType),

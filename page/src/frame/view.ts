@@ -29,7 +29,7 @@ export const useClient = (): Client => need(clientKey);
 export const usePreferences = (): Preferences => need(preferencesKey);
 
 /**
- * Mounts a view in the place of the page's outline, which is seen first. `name` is the view's
+ * Mounts a view over the page's outline, which is painted first. `name` is the view's
  * folder.
  */
 export function startView(view: Component, name: string): void {

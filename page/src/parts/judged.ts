@@ -1,2 +1,2 @@
-/** How something was found: in order, only worth knowing, worth a look, or broken. */
+/** A verdict: fine, for information, worth a look, or broken. */
 export type Judged = 'good' | 'plain' | 'warning' | 'bad';

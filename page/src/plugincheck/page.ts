@@ -1,6 +1,6 @@
 /**
  * The plug-in check opens in the user's own browser, old ones included, and without a host: it
- * stands alone in one file and uses nothing that a browser with plug-ins might lack.
+ * is a single file and uses nothing that a browser with plug-ins might lack.
  */
 import { isSuitePlugIn, judgePlugIns, listedPlugIns, visibleText, type PlugIn } from './judge';
 

@@ -1,4 +1,4 @@
-/** Finds texts that hold every word of a query, whatever the case. */
+/** Matches texts that contain every word of a query, ignoring case. */
 export function matcher(query: string): (...texts: string[]) => boolean {
     const words = query
         .toLocaleLowerCase()

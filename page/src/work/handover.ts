@@ -6,7 +6,7 @@ import { useClient } from '../frame/view';
 export const feedbackOrigins = ['layout', 'print', 'missingfonts', 'crash'] as const;
 export type FeedbackOriginName = (typeof feedbackOrigins)[number];
 
-/** Goes on to the feedback view, which is told where the user comes from. */
+/** Opens the feedback view, which learns from which view the user comes. */
 export function useHandOver(
     origin: FeedbackOriginName,
     message: Ref<string>,

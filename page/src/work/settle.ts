@@ -3,13 +3,13 @@ import type { Outcome } from '@/client';
 export interface Settling<Value> {
     /** Whether a reading shows what the repair is for. */
     reached: (value: Value) => boolean;
-    /** Gets each reading as it comes. */
+    /** Receives each reading. */
     show: (value: Value) => void;
     /** Milliseconds between two readings. */
     interval: number;
-    /** After so many equal readings nothing more is expected. */
+    /** After so many equal readings no more change is expected. */
     stillReadings: number;
-    /** After so many readings the last one counts, whatever it says. */
+    /** After so many readings the last one decides. */
     mostReadings: number;
     wait?: (milliseconds: number) => Promise<void>;
 }
@@ -18,9 +18,8 @@ export const pause = (milliseconds: number): Promise<void> =>
     new Promise((resolve) => setTimeout(resolve, milliseconds));
 
 /**
- * Reads until a repair that runs on after its answer has come to rest; answers whether it then
- * had its effect. What it wanted has to be seen twice, because a repair may remove first and put
- * back after.
+ * Reads until a repair that continues after its answer has settled; the outcome is whether it
+ * worked. That must be seen twice, because a repair may first remove and then restore.
  */
 export async function readUntilSettled<Value>(
     read: () => Promise<Outcome<Value>>,

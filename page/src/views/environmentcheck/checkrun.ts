@@ -50,13 +50,13 @@ export function useCheckRun(client: Pick<Client, 'startCheck'>) {
             refusal.value = outcome;
             end();
         },
-        /** Takes a finding; says whether it is the one that was waited for. */
+        /** Takes a finding; true if it is the one that was waited for. */
         receive(finding: CheckFinding): boolean {
             if (!request.value || !answers(finding, request.value)) return false;
             end();
             return true;
         },
-        /** Waits no longer; what the check finds all the same is kept by the library. */
+        /** Stops waiting; the library still keeps the check's result. */
         giveUp: end,
     };
 }

@@ -6,7 +6,7 @@ import { visibleText } from '@/parts/visibletext';
 export const components = ['vyr', 'tbl', 'shw'] as const;
 export type Component = (typeof components)[number];
 
-/** What the check tool can look into. */
+/** The checks that the check tool knows. */
 export const checks = [
     'libraries',
     'fonts',
@@ -43,7 +43,7 @@ export function requestOf(
     return check === '' ? null : { check, component, argument: argument.trim() };
 }
 
-/** Whether a finding answers the request: a later window may get the answer of an earlier one. */
+/** Whether a finding answers the request: a window may get the answer of an earlier one. */
 export function answers({ check, component }: CheckFinding, request: CheckRequest): boolean {
     return check === request.check && component === request.component;
 }
@@ -60,7 +60,7 @@ export function componentName(component: string, t: Translate): string {
         : visibleText(component);
 }
 
-/** The findings with `added` in the place of an earlier one for the same check and component. */
+/** The findings with `added` first, replacing an earlier one of the same check and component. */
 export function withFinding(findings: CheckFinding[], added: CheckFinding): CheckFinding[] {
     return [
         added,

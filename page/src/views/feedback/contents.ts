@@ -9,8 +9,8 @@ const settingFiles = ['Office.conf', 'ome.ini', 'feature.dat', 'product.dat', 's
 const reserved = ['describe.txt', 'sysinfo.txt', ...settingFiles];
 
 /**
- * The list of files is parted by ";" and by blanks on its way into the archive, so a path that
- * holds one falls apart; and all files lie in one folder there.
+ * The list of files is split at ";" and at spaces on its way into the archive, so a path must not
+ * contain them. All files are in one folder there.
  */
 export function fileProblem(path: string, earlier: string[]): FileProblem | null {
     if (path.includes(';')) return 'semicolon';

@@ -93,7 +93,7 @@ const findSetting: Step = {
     ],
 };
 
-/** The exact steps that mend what the code stands for, in order. */
+/** The steps that fix the problem of that code, in order. */
 export function stepsFor(code: AnswerCode | null, situation: Situation): Step[] {
     switch (code) {
         case 'ERR_OK':

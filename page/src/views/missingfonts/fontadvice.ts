@@ -57,7 +57,7 @@ const table: [names: string, packageName: string, face: string, closeness: Close
     ['caladea', 'fonts-crosextra-caladea', 'Caladea', 'same'],
 ];
 
-/** Families of which a package holds every face under its own name. */
+/** Families of which a package contains every face under its own name. */
 const families: [prefix: RegExp, packageName: string][] = [
     [/^liberation (sans|serif|mono)/, 'fonts-liberation'],
     [/^dejavu .*(condensed|light)/, 'fonts-dejavu-extra'],

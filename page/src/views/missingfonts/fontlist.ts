@@ -1,6 +1,6 @@
 /**
- * The names in the suite's list of missing fonts. Its form is the suite's own: names stand apart
- * by ";", or by "," when there is none, or by line ends.
+ * The names in the suite's list of missing fonts, which are separated by ";" or, without one, by
+ * ",", and by line ends.
  */
 export function fontNames(list: string): string[] {
     const separator = list.includes(';') ? /[;\r\n]+/ : /[,，\r\n]+/;

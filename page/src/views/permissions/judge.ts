@@ -20,7 +20,7 @@ export type VerdictName =
 export interface Verdict {
     name: VerdictName;
     state: Judged;
-    /** Run in a terminal, they mend it; empty when there is nothing to mend. */
+    /** Terminal commands that fix it; empty when there is nothing to fix. */
     commands: string[];
 }
 
@@ -36,14 +36,14 @@ export interface AllRights {
     others: Rights;
 }
 
-/** The paths that the library lists by itself; of added files only the name is known. */
+/** The paths that the library always lists; of added files only the name is known. */
 const knownPaths: Record<string, { path: string; directory: boolean }> = {
     'Office.conf': { path: '~/.config/Orvane/Office.conf', directory: false },
     '.config': { path: '~/.config', directory: true },
     Orvane: { path: '~/.config/Orvane', directory: true },
 };
 
-/** Where a listed name lies; null for an added file. */
+/** The path of a listed name; null for an added file. */
 export function knownPath(name: string): string | null {
     return Object.prototype.hasOwnProperty.call(knownPaths, name) ? knownPaths[name]!.path : null;
 }
@@ -101,7 +101,7 @@ function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
         : { name, state: 'bad', commands };
 }
 
-/** Whether the suite of `user` can read and change the path, and what mends it if not. */
+/** Whether the suite of `user` can read and change the path, and the fix if not. */
 export function judge(file: FilePermissions, user: string | null): Verdict {
     if (!file.exists) return { name: 'missing', state: 'plain', commands: [] };
     const rights = rightsOf(file.permissions);
@@ -117,7 +117,7 @@ export function judge(file: FilePermissions, user: string | null): Verdict {
 
 const urgency: Judged[] = ['bad', 'warning', 'plain', 'good'];
 
-/** The files with what needs mending first, otherwise in their order. */
+/** The files, those that need a fix first, otherwise in their order. */
 export function byUrgency(files: FilePermissions[], user: string | null): FilePermissions[] {
     const rank = (file: FilePermissions): number => urgency.indexOf(judge(file, user).state);
     return [...files].sort((first, second) => rank(first) - rank(second));

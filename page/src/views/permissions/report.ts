@@ -12,7 +12,7 @@ function granted({ read, write, execute }: Rights, t: Translate): string {
     return words.join(t('permissions.rights.and')) || t('permissions.rights.nothing');
 }
 
-/** "110-100-100" in words; empty when it is none such. */
+/** "110-100-100" in words; empty for anything else. */
 export function rightsText(digits: string, t: Translate): string {
     const rights = rightsOf(digits);
     if (!rights) return '';

@@ -66,7 +66,7 @@ export interface RequestPreview {
     body: string;
 }
 
-/** The request as the library will send it, apart from what the network adds by itself. */
+/** The request as the library will send it, without the headers that the network adds. */
 export function requestPreview(request: ServerRequest): RequestPreview {
     const kind = requestKind(request.functionName);
     const headers: NamedValues = [];

@@ -20,7 +20,7 @@ export const shortcutFiles = Object.keys(known) as ShortcutFile[];
 /** One shortcut for each application, or one for all of them. */
 export type ShortcutSet = 'separate' | 'integrated';
 
-/** What each set is pointless without; the rest depends on what is installed. */
+/** The shortcuts that each set must have; the rest depends on what is installed. */
 const needed: Record<ShortcutSet, ShortcutFile[]> = {
     separate: ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'],
     integrated: ['vyr-office-tessaly.desktop'],
@@ -35,7 +35,7 @@ export function missingFrom(set: ShortcutSet, { files }: DesktopShortcuts): Shor
     return needed[set].filter((file) => !files.includes(file));
 }
 
-/** What is there of the other set. */
+/** The shortcuts of the other set that are there. */
 export function strangersTo(set: ShortcutSet, { files }: DesktopShortcuts): ShortcutFile[] {
     const other = set === 'separate' ? 'integrated' : 'separate';
     return needed[other].filter((file) => files.includes(file));

@@ -38,7 +38,7 @@ export function isSecret(name: string, value: string): boolean {
     return value !== '' && (secretName.test(name) || urlWithPassword.test(value));
 }
 
-/** Equal processors are told once, with their number. */
+/** Equal processors are listed once, with their number. */
 function countedProcessors(processors: string[]): string[] {
     const counts = new Map<string, number>();
     for (const name of processors) counts.set(name, (counts.get(name) ?? 0) + 1);
@@ -97,7 +97,7 @@ export function sectionsOf(snapshot: SystemSnapshot, t: Translate): Sections {
     };
 }
 
-/** What stands for a hidden value, also in copied text. */
+/** Shown instead of a hidden value, also in copied text. */
 export const hiddenMark = '••••••••';
 
 export function shownValue(row: Row, revealed: ReadonlySet<string>): string {

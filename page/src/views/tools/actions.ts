@@ -21,7 +21,7 @@ export interface ActionGroup {
     actions: Action[];
 }
 
-/** Each is told to start; none reports whether it did. */
+/** Actions are only started; none reports whether it worked. */
 export const actionGroups: ActionGroup[] = [
     {
         name: 'preload',

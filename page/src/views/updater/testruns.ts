@@ -3,7 +3,7 @@ import type { Client, Outcome } from '@/client';
 export const testRuns = ['check', 'daily', 'install', 'uninstall'] as const;
 export type TestRun = (typeof testRuns)[number];
 
-/** The updater runs on by itself; only its log tells what comes of it. */
+/** The updater keeps running on its own; only its log shows the result. */
 export function startTestRun(client: Client, run: TestRun): Promise<Outcome<void>> {
     switch (run) {
         case 'check':

@@ -8,7 +8,7 @@ import { startTestRun, type TestRun } from './testruns';
 export function useUpdater(client: Client) {
     const { t } = useTexts();
     const installed = ref<boolean | null>(null);
-    /** Null when there is none. */
+    /** Null when it cannot be read. */
     const configuration = shallowRef<Record<string, string> | null>(null);
     const log = ref<string | null>(null);
     const { message, problem, running, slow, run, fail } = useTurns<'busy'>();

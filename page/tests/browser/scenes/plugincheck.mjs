@@ -1,6 +1,6 @@
 const page = 'vyrNpEnvCheck.html';
 
-/** Puts other plug-ins in the place of the browser's, and checks again. */
+/** Replaces the browser's plug-ins, and checks again. */
 const withPlugIns = (list) => async (view) => {
     await view.evaluate((plugIns) => {
         Object.defineProperty(navigator, 'plugins', { value: plugIns, configurable: true });

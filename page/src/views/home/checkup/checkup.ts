@@ -12,13 +12,13 @@ import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignore
 import { diagnoses, repairs } from './steps';
 import { pause } from '@/work/settle';
 
-/** How one diagnosis stands; "tooLate" is one that the check-up no longer waited for. */
+/** The state of one diagnosis; "tooLate": the check-up stopped waiting for it. */
 export type StepState =
     | { state: 'waiting' | 'running' | 'tooLate' }
     | { state: 'failed'; failure: Failure }
     | { state: 'done'; result: StepResult };
 
-/** What came of a repair; "unchanged": checked again, and the same is still found. */
+/** The result of a repair; "unchanged": checked again, and the problem is still there. */
 export type RepairState = 'running' | 'repaired' | 'unchanged' | Failure;
 
 export interface Patience {
@@ -31,7 +31,7 @@ export interface Patience {
 
 export const defaultPatience: Patience = { step: 60_000, looks: 10, between: 1000 };
 
-/** Null when the answer takes longer than that; it is then no longer listened to. */
+/** Null when the answer takes longer; it is then ignored. */
 async function within<Value>(work: Promise<Value>, milliseconds: number): Promise<Value | null> {
     let timer: ReturnType<typeof setTimeout> | undefined;
     const late = new Promise<null>((resolve) => {
@@ -83,7 +83,7 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
         const state = stateOf(await within(diagnoses[name](client), patience.step));
         steps.set(name, state);
         if (state.state === 'done') {
-            // What has come back is not repaired.
+            // A problem that is back was not repaired.
             state.result.findings.forEach(({ kind }) => {
                 if (repaired.get(kind) === 'repaired') repaired.delete(kind);
             });
@@ -116,8 +116,8 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
     }
 
     /**
-     * The fault has to be away twice, and none in its place: a repair may remove first and put
-     * back after.
+     * The problem must be gone twice, with no other in its place: a repair may first remove and
+     * then restore.
      */
     async function settled({ step, kind }: Finding): Promise<RepairState> {
         const others = kindsOf(steps.get(step)).filter((known) => known !== kind);
@@ -133,7 +133,7 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
         return away > 0 ? 'repaired' : 'unchanged';
     }
 
-    /** Repairs and looks again until what was found is gone, or does not go. */
+    /** Repairs and checks again until the problem is gone or stays. */
     async function repair(finding: Finding, name: RepairName): Promise<void> {
         if (running.value || [...repaired.values()].includes('running')) return;
         repaired.set(finding.kind, 'running');

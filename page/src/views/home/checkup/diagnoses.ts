@@ -98,7 +98,7 @@ export function diagnoseShortcuts(shortcuts: DesktopShortcuts): StepResult {
               ];
     return {
         note: sentence('shortcuts'),
-        // One repair mends both, so that the missing ones say it all.
+        // One repair fixes both, so it is enough to report the missing ones.
         findings:
             missing.length > 0
                 ? finding('shortcutsMissing', missing)

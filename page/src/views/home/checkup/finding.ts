@@ -12,7 +12,7 @@ export const stepNames = [
 ] as const;
 export type StepName = (typeof stepNames)[number];
 
-/** What can be mended from here, without another view. */
+/** The repairs that can be started from here, without another view. */
 export type RepairName =
     | 'repairAssociations'
     | 'restoreSeparate'
@@ -29,13 +29,13 @@ export interface Sentence {
 export interface Finding {
     step: StepName;
     kind: string;
-    /** What exactly was found; the same again has the same, and can be ignored by it. */
+    /** What exactly was found; part of the id by which it can be ignored. */
     detail: string;
     state: Exclude<Judged, 'good'>;
     values: Record<string, string | number>;
-    /** The view that tells more and mends it. */
+    /** The view that shows more and fixes it. */
     view: string;
-    /** What mends it at once. */
+    /** The repair that fixes it directly. */
     repair?: RepairName;
 }
 
@@ -45,7 +45,7 @@ export interface StepResult {
     findings: Finding[];
 }
 
-/** Names a finding for as long as the same is found. */
+/** Identifies a finding; the same problem has the same id. */
 export function findingId({ step, kind, detail }: Finding): string {
     return [step, kind, detail].join(':');
 }

@@ -1,4 +1,4 @@
-/** The findings that the user does not want to hear of again, by their names. */
+/** The findings that the user ignores, by their ids. */
 
 export const ignoredKey = 'assistant.ignoredFindings';
 
