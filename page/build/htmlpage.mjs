@@ -27,8 +27,8 @@ function contentPolicy(inlineStyle, inlineScript) {
 }
 
 /**
- * The HTML of one view. Title bar and outline stand in the file itself, so that they are
- * painted before any script file has been read; the view then mounts in their place.
+ * The HTML of one view. Title bar and outline are in the file itself, so that they are painted
+ * before any script file is read; the view then replaces them.
  */
 export function htmlPage({ titles, criticalStyle, bootScript, outline, scripts, styles }) {
     const title = Object.entries(titles)

@@ -10,8 +10,8 @@ const source = fileURLToPath(new URL('../src', import.meta.url));
 const target = 'es2015';
 
 /**
- * The plug-in check as one file: some browsers take no other file of a directory for the page's
- * own, so that its style and script stand in it, allowed by their hashes.
+ * The plug-in check as one file: for some browsers, no other file of a directory has the same
+ * origin. Style and script are therefore in it, allowed by their hashes.
  */
 export async function pluginCheckPage() {
     const pluginTexts = await textsIn('plugincheck');

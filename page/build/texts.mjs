@@ -3,7 +3,7 @@ import { readdir, readFile } from 'node:fs/promises';
 const languages = ['en', 'zh-CN'];
 const source = new URL('../src/', import.meta.url);
 
-/** The texts that stand in a folder of the source, by language. */
+/** The texts of a folder of the source, by language. */
 export async function textsIn(folder) {
     const entries = languages.map(async (language) => {
         const file = new URL(`${folder}/texts.${language}.json`, source);

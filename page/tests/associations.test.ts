@@ -51,7 +51,7 @@ describe('the associations', () => {
         expect(groups[0]!.rows.map(programName)).toEqual(['writer', 'other']);
     });
 
-    it('count a type that only one listing has as one that needs repair', () => {
+    it('count a type that only one listing has as one that needs a fix', () => {
         const [writer] = associationGroups(listing(one('.doc', 'a', true)), listing());
         expect(isGood(writer!.rows[0]!)).toBe(false);
     });
@@ -74,7 +74,7 @@ describe('the associations', () => {
         ).toBe('== writer ==\n.doc\n.rtf');
     });
 
-    it('are read one listing after the other, the odd spelling of one entry mended', async () => {
+    it('are read one listing after the other, the odd spelling of one entry corrected', async () => {
         const { client, sent } = scriptedClient({
             getassomime: { result: [{ '.doc': 'application/vyr-office|true' }, {}, {}] },
             getassoopen: { result: [{ '.doc': 'vyr-office-vyr.dekstop|true' }, {}, {}] },

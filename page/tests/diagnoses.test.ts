@@ -132,7 +132,7 @@ describe('file associations', () => {
 });
 
 describe('desktop shortcuts', () => {
-    it('in place are none to mend', () => {
+    it('in place need no fix', () => {
         expect(diagnoseShortcuts(shortcuts(separate)).findings).toEqual([]);
         expect(diagnoseShortcuts(shortcuts(['vyr-office-tessaly.desktop'], true)).findings).toEqual(
             [],

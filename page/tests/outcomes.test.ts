@@ -94,7 +94,7 @@ describe('tables', () => {
         });
     });
 
-    it('of associations mend the one misspelt entry and part value from state', async () => {
+    it('of associations correct the one misspelt entry and separate value and state', async () => {
         const result = [
             { '.docx': 'vyr-office-vyr.dekstop|true', '.rtf': '|false' },
             { '.pptx': 'vyr-office-shw.desktop|true' },

@@ -116,14 +116,14 @@ describe('permissions', () => {
         expect(rightsOf('')).toBeNull();
     });
 
-    it('are told in words', () => {
+    it('are given in words', () => {
         expect(rightsText('100-000-001', t)).toContain('permissions.rights.nothing');
         expect(rightsText('?', t)).toBe('');
     });
 });
 
 describe('the list', () => {
-    it('has what needs mending first', () => {
+    it('has what needs a fix first', () => {
         const files = [
             file({ name: 'a' }),
             file({ name: 'b', owner: 'root' }),

@@ -39,7 +39,7 @@ describe('the view of crash dumps', () => {
             expect(commands.filter((name) => name === 'router')).toEqual(['router']);
         }));
 
-    it('deletes nothing before it was confirmed, and Escape only takes the question back', () =>
+    it('deletes nothing before it is confirmed, and Escape only withdraws the question', () =>
         play(named('crash-asked'), async (view) => {
             await view.keyboard.press('Escape');
             await view.locator('.ask-once-start').waitFor();
@@ -145,7 +145,7 @@ describe('the view of processes', () => {
 });
 
 describe('the check-up', () => {
-    it('opens the view that mends a finding, and looks again when that has closed', () =>
+    it('opens the view that fixes a finding, and checks again when that has closed', () =>
         play(named('home-findings'), async (view) => {
             await view.locator('button', { named: 'Open “Input method”' }).click();
             await sent(view, 'router');
