@@ -161,7 +161,7 @@ export const scenes = [
         page,
         answers: { ...answers, getlogfile: { late: true, ...log } },
         shows: 'Please wait.',
-        later: 'Updated.',
+        later: 'Refreshed.',
     },
     {
         name: 'updater-never',
