@@ -89,7 +89,7 @@ export const scenes = [
     },
     { name: 'home-without-host', page, withoutHost: true, shows: 'ordinary browser' },
     { name: 'home-well', page, answers: well, act: check, shows: 'Everything is fine' },
-    { name: 'home-findings', page, answers: ill, act: check, shows: '7 things to look at' },
+    { name: 'home-findings', page, answers: ill, act: check, shows: '7 things need attention' },
     {
         name: 'home-repaired',
         page,
