@@ -4,6 +4,7 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
+import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
 import { viewFigures } from './views.mjs';
@@ -21,6 +22,9 @@ const programs = {
     html: `${htmlDirectory}/index.html`,
     bareApplication: `${root}build/benchmarks/bare_application`,
     bareView: `${root}build/benchmarks/bare_view`,
+    plugin: `${office}/addons/vyrassistanttool/libofficeassistant.so`,
+    emptyPlugin: `${root}build/benchmarks/libempty_plugin.so`,
+    loadPlugin: `${root}build/benchmarks/load_plugin`,
 };
 
 function line({ name, unit, goal, ours, peer, ratio }) {
@@ -31,6 +35,7 @@ function line({ name, unit, goal, ours, peer, ratio }) {
 
 const figures = [];
 for (const measure of [
+    loadingFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,

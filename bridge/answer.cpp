@@ -7,8 +7,15 @@
 
 namespace OfficeAssiant {
 
-const QString resultSuccess = QStringLiteral("success");
-const QString resultError = QStringLiteral("error");
+QString resultSuccess()
+{
+    return QStringLiteral("success");
+}
+
+QString resultError()
+{
+    return QStringLiteral("error");
+}
 
 QString textArgument(const KxWebViewJSContext &context, const QString &name)
 {

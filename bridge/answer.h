@@ -8,9 +8,11 @@ class KxWebViewJSContext;
 
 namespace OfficeAssiant {
 
-/// The envelope's words for a command that only acts, and for one that failed.
-extern const QString resultSuccess;
-extern const QString resultError;
+/// The result of a command that only acts.
+QString resultSuccess();
+
+/// The result of a command that failed.
+QString resultError();
 
 /// The argument @p name of a call as text; an absent one reads as an empty text.
 QString textArgument(const KxWebViewJSContext &context, const QString &name);

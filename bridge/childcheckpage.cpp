@@ -10,7 +10,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString findingsCallback = QStringLiteral("returnvyrenvcheck");
+constexpr char findingsCallback[] = "returnvyrenvcheck";
 
 } // namespace
 
@@ -25,7 +25,7 @@ void ChildCheckPage::show(const QJsonObject &findings)
 {
     m_manager.withChildPageBridge([&findings](KVyrAssistantToolAPI &bridge) {
         // Unlike every other later answer, this one has no call name.
-        publishAnswer(bridge, findingsCallback, findings, QString());
+        publishAnswer(bridge, QLatin1String(findingsCallback), findings, QString());
     });
 }
 

@@ -16,7 +16,7 @@ void answerListing(KxWebViewJSContext &context, const AssociationListing &listin
         // No "result" at all: the page tells this from a listing that failed.
         break;
     case AssociationListing::NotStarted:
-        setResult(context, resultError);
+        setResult(context, resultError());
         break;
     case AssociationListing::Listed:
         setResult(context, listing.applications);
@@ -42,13 +42,13 @@ void KVyrAssistantToolAPI::getdesktopiconfile(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::fixfouricon(KxWebViewJSContext &context)
 {
     KToolManager::instance().desktopHelp.restoreSeparateShortcuts();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::fixoneicon(KxWebViewJSContext &context)
 {
     KToolManager::instance().desktopHelp.restoreIntegratedShortcut();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::getassoopen(KxWebViewJSContext &context)
@@ -64,5 +64,5 @@ void KVyrAssistantToolAPI::getassomime(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::fileassorepair(KxWebViewJSContext &context)
 {
     KToolManager::instance().desktopHelp.repairAssociations();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }

@@ -11,17 +11,10 @@
 #include "bridge/kvyrassistanttoolapi.h"
 #include "document/fontcomparison.h"
 #include "document/printeddocument.h"
+#include "document/suiteapplication.h"
 #include "host/krt.h"
 
 using namespace OfficeAssiant;
-
-namespace {
-
-/// The same as spreadsheetPatterns, in the order in which this dialog has always shown them.
-const QString printedSpreadsheetPatterns =
-    QStringLiteral("*.tbl *.tbt *.xls *.xlt *.xlsx *.xlsm *.xltx *.xltm *.xlsb");
-
-} // namespace
 
 void KVyrAssistantToolAPI::comparefont(KxWebViewJSContext &context)
 {
@@ -29,7 +22,7 @@ void KVyrAssistantToolAPI::comparefont(KxWebViewJSContext &context)
     if (const auto fonts = missingFonts(document))
         setResult(context, QJsonObject{{QStringLiteral("MissFonts"), toBase64(*fonts)}});
     else
-        setResult(context, resultError);
+        setResult(context, resultError());
 }
 
 void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
@@ -37,13 +30,13 @@ void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
     // The page may be closed while the dialog is open.
     const QPointer<KVyrAssistantToolAPI> alive(this);
     const QString filters =
-        joinedFilters({filterEntry(tr("VYR/Word Files"), writerPatterns),
-                       filterEntry(tr("TBL/Excel Files"), spreadsheetPatterns),
-                       filterEntry(tr("SHW/PowerPoint Files"), presentationPatterns)});
+        joinedFilters({filterEntry(tr("VYR/Word Files"), patternsOf(writer())),
+                       filterEntry(tr("TBL/Excel Files"), reorderedSpreadsheetPatterns()),
+                       filterEntry(tr("SHW/PowerPoint Files"), patternsOf(presentation()))});
     const QString path =
         QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters);
     if (path.isEmpty()) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     if (alive)
@@ -54,14 +47,14 @@ void KVyrAssistantToolAPI::chooselayouterrorfile(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::openlaytouerrorfile(KxWebViewJSContext &context)
 {
     if (m_layoutProblemFile.isEmpty() || !QFile::exists(m_layoutProblemFile)) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     // The page gets no "result" for a file that must not be opened.
     if (!krt::ksafe::KProcess::checkLocalFileSafe(m_layoutProblemFile))
         return;
     QDesktopServices::openUrl(QUrl::fromLocalFile(m_layoutProblemFile));
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
@@ -69,15 +62,15 @@ void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
     // The page may be closed while the dialog is open.
     const QPointer<KVyrAssistantToolAPI> alive(this);
     // These labels stay as they are in every language.
-    const QString filters =
-        joinedFilters({filterEntry(QStringLiteral("VYR/Word Files"), writerPatterns),
-                       filterEntry(QStringLiteral("TBL/Excel Files"), printedSpreadsheetPatterns),
-                       filterEntry(QStringLiteral("SHW/PowerPoint Files"), presentationPatterns)});
+    const QString filters = joinedFilters(
+        {filterEntry(QStringLiteral("VYR/Word Files"), patternsOf(writer())),
+         filterEntry(QStringLiteral("TBL/Excel Files"), patternsOf(spreadsheet())),
+         filterEntry(QStringLiteral("SHW/PowerPoint Files"), patternsOf(presentation()))});
     const QString path =
         QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters);
     const QString pdf = path.isEmpty() ? QString() : printToPdf(path);
     if (pdf.isEmpty()) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     if (alive)

@@ -1,13 +1,18 @@
 #include "bridge/documentfilters.h"
 
+#include "document/suiteapplication.h"
+
 namespace OfficeAssiant {
 
-const QString writerPatterns =
-    QStringLiteral("*.vyr *.vyt *.doc *.dot *.docx *.dotx *.docm *.dotm");
-const QString presentationPatterns =
-    QStringLiteral("*.shd *.sht *.ppt *.pps *.pot *.pptx *.ppsx *.potx");
-const QString spreadsheetPatterns =
-    QStringLiteral("*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb");
+QString patternsOf(const SuiteApplication &application)
+{
+    return QLatin1String("*.") + application.suffixes.join(QLatin1String(" *."));
+}
+
+QString reorderedSpreadsheetPatterns()
+{
+    return QStringLiteral("*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb");
+}
 
 QString filterEntry(const QString &label, const QString &patterns)
 {

@@ -5,10 +5,13 @@
 
 namespace OfficeAssiant {
 
-/// The suite's documents in file dialogs.
-extern const QString writerPatterns;
-extern const QString presentationPatterns;
-extern const QString spreadsheetPatterns;
+struct SuiteApplication;
+
+/// The documents of @p application as patterns of a file dialog.
+QString patternsOf(const SuiteApplication &application);
+
+/// patternsOf(spreadsheet()) in another order, which two of the three dialogs have always shown.
+QString reorderedSpreadsheetPatterns();
 
 /// A file dialog's filter entry: no blank stands between label and patterns.
 QString filterEntry(const QString &label, const QString &patterns);

@@ -9,7 +9,7 @@ using namespace OfficeAssiant;
 namespace {
 
 /// The page's function of that name shows the dumps anew.
-const QString freshDumpCallback = QStringLiteral("freshcrshpageCallBack");
+constexpr char freshDumpCallback[] = "freshcrshpageCallBack";
 
 } // namespace
 
@@ -25,7 +25,7 @@ void KVyrAssistantToolAPI::startDump(KxWebViewJSContext &context)
     KDumpHelp &dumps = KToolManager::instance().dumpHelp;
     dumps.startWatching();
     dumps.setDumpSaving(true);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::stopDump(KxWebViewJSContext &context)
@@ -33,16 +33,16 @@ void KVyrAssistantToolAPI::stopDump(KxWebViewJSContext &context)
     KDumpHelp &dumps = KToolManager::instance().dumpHelp;
     dumps.stopWatching();
     dumps.setDumpSaving(false);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::cleardumpdir(KxWebViewJSContext &context)
 {
     KToolManager::instance().dumpHelp.clearDumpDirectory();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::ondumpfileready()
 {
-    publishAnswer(*this, freshDumpCallback, resultSuccess);
+    publishAnswer(*this, QLatin1String(freshDumpCallback), resultSuccess());
 }

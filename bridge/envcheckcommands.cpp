@@ -10,8 +10,8 @@ using namespace OfficeAssiant;
 
 namespace {
 
-const QString pluginCheckPage =
-    QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/html/vyrNpEnvCheck.html");
+constexpr char pluginCheckPage[] =
+    "/addons/vyrassistanttool/officeassistant/resource/html/vyrNpEnvCheck.html";
 
 } // namespace
 
@@ -20,19 +20,19 @@ void KVyrAssistantToolAPI::vyrenvcheck(KxWebViewJSContext &context)
     KToolManager::instance().envCheckThread.check({textArgument(context, QStringLiteral("type")),
                                                    textArgument(context, QStringLiteral("app")),
                                                    textArgument(context, QStringLiteral("arg"))});
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::getvyrenvcheckedresult(KxWebViewJSContext &context)
 {
     const QJsonObject results = KToolManager::instance().envCheckThread.keptResults();
-    setResult(context, results.isEmpty() ? QJsonValue(resultError) : QJsonValue(results));
+    setResult(context, results.isEmpty() ? QJsonValue(resultError()) : QJsonValue(results));
 }
 
 void KVyrAssistantToolAPI::runfirefoxplugin(KxWebViewJSContext &context)
 {
     // In the user's own browser: the check is about that browser's plug-in.
-    QDesktopServices::openUrl(
-        QUrl::fromLocalFile(QCoreApplication::applicationDirPath() + pluginCheckPage));
-    setResult(context, resultSuccess);
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QCoreApplication::applicationDirPath() +
+                                                  QLatin1String(pluginCheckPage)));
+    setResult(context, resultSuccess());
 }

@@ -5,6 +5,7 @@
 #include "bridge/documentfilters.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "document/suiteapplication.h"
 #include "feedback/feedbackarchive.h"
 
 using namespace OfficeAssiant;
@@ -14,7 +15,7 @@ namespace {
 void answerChoice(KxWebViewJSContext &context, const QString &path)
 {
     if (path.isEmpty())
-        setResult(context, resultError);
+        setResult(context, resultError());
     else
         setBase64Result(context, path);
 }
@@ -39,10 +40,10 @@ FeedbackRequest requestOf(const KxWebViewJSContext &context, const QString &arch
 
 void KVyrAssistantToolAPI::choosesamplefile(KxWebViewJSContext &context)
 {
-    const QString filters =
-        joinedFilters({filterEntry(QStringLiteral("VYR/Word Files"), writerPatterns),
-                       filterEntry(QStringLiteral("SHW/PowerPoint Files"), presentationPatterns),
-                       filterEntry(QStringLiteral("TBL/Excel Files"), spreadsheetPatterns)});
+    const QString filters = joinedFilters(
+        {filterEntry(QStringLiteral("VYR/Word Files"), patternsOf(writer())),
+         filterEntry(QStringLiteral("SHW/PowerPoint Files"), patternsOf(presentation())),
+         filterEntry(QStringLiteral("TBL/Excel Files"), reorderedSpreadsheetPatterns())});
     answerChoice(context,
                  QFileDialog::getOpenFileName(nullptr, tr("Open File"), QDir::homePath(), filters));
 }

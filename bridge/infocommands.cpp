@@ -27,12 +27,12 @@ void KVyrAssistantToolAPI::exportsysinfo(KxWebViewJSContext &context)
 {
     const QString path = QFileDialog::getSaveFileName(nullptr, tr("Save File"), tr("systeminfo"));
     if (path.isEmpty()) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     KToolManager::instance().infoHelp.writeSysInfoReport(path, ReportSections());
     if (openIfSafe(path))
-        setResult(context, resultSuccess);
+        setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::exportoftenfileperm(KxWebViewJSContext &context)
@@ -42,14 +42,14 @@ void KVyrAssistantToolAPI::exportoftenfileperm(KxWebViewJSContext &context)
     // The listing may still be under way when it is opened.
     if (!output.isEmpty() && KToolManager::instance().infoHelp.exportOftenFilePermissions(output))
         openIfSafe(output);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::exportspecialfileperm(KxWebViewJSContext &context)
 {
     const QString file = QFileDialog::getOpenFileName(nullptr, tr("Open File"));
     if (file.isEmpty()) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     const QString output =
@@ -57,7 +57,7 @@ void KVyrAssistantToolAPI::exportspecialfileperm(KxWebViewJSContext &context)
     if (!output.isEmpty() &&
         KToolManager::instance().infoHelp.exportSpecialFilePermissions(output, file))
         openIfSafe(output);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::getcpuinfo(KxWebViewJSContext &context)

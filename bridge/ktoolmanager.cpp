@@ -10,9 +10,9 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString updaterDirectory = QStringLiteral("/opt/orvane/vtool/");
-const QString screenGrabPath =
-    QStringLiteral("/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so");
+constexpr char updaterDirectory[] = "/opt/orvane/vtool/";
+constexpr char screenGrabPath[] =
+    "/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so";
 constexpr char screenGrabSymbol[] = "screenShot";
 
 void removeStagedScripts()
@@ -34,9 +34,9 @@ KToolManager &KToolManager::instance()
 }
 
 KToolManager::KToolManager()
-    : updateHelp(updaterDirectory),
-      m_screenGrabLibrary(
-          new QLibrary(krt::dirs::frameworks(QString(), nullptr) + screenGrabPath, this))
+    : updateHelp(QLatin1String(updaterDirectory)),
+      m_screenGrabLibrary(new QLibrary(
+          krt::dirs::frameworks(QString(), nullptr) + QLatin1String(screenGrabPath), this))
 {
     if (m_screenGrabLibrary->load())
         m_screenGrab = reinterpret_cast<ScreenGrab>(m_screenGrabLibrary->resolve(screenGrabSymbol));

@@ -19,9 +19,9 @@ namespace {
 /// How long a minimised window takes to be gone from the screen.
 constexpr int minimiseMs = 300;
 
-const QString preloadLauncher = QStringLiteral("quickstartoffice");
-const QString screenRecorder = QStringLiteral("/addons/vyrassistanttool/screencap/screencap");
-const QString editingTool = QStringLiteral("/eptools");
+constexpr char preloadLauncher[] = "quickstartoffice";
+constexpr char screenRecorder[] = "/addons/vyrassistanttool/screencap/screencap";
+constexpr char editingTool[] = "/eptools";
 
 void start(const QString &program, const QStringList &arguments)
 {
@@ -37,14 +37,14 @@ QString inResources(const QString &path)
 
 void KVyrAssistantToolAPI::stoppreload(KxWebViewJSContext &context)
 {
-    start(preloadLauncher, {QStringLiteral("stop"), QStringLiteral("false")});
-    setResult(context, resultSuccess);
+    start(QLatin1String(preloadLauncher), {QStringLiteral("stop"), QStringLiteral("false")});
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::restartpreload(KxWebViewJSContext &context)
 {
-    start(preloadLauncher, {QStringLiteral("restart"), QStringLiteral("false")});
-    setResult(context, resultSuccess);
+    start(QLatin1String(preloadLauncher), {QStringLiteral("restart"), QStringLiteral("false")});
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::screenshots(KxWebViewJSContext &context)
@@ -57,33 +57,33 @@ void KVyrAssistantToolAPI::screenshots(KxWebViewJSContext &context)
     loop.exec();
     if (const auto grab = KToolManager::instance().screenGrab())
         grab();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
     if (alive)
         emit sigShowNormal();
 }
 
 void KVyrAssistantToolAPI::recordscreen(KxWebViewJSContext &context)
 {
-    start(inResources(screenRecorder), {});
-    setResult(context, resultSuccess);
+    start(inResources(QLatin1String(screenRecorder)), {});
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::contentreplace(KxWebViewJSContext &context)
 {
-    start(inResources(editingTool), {QStringLiteral("-replacefile")});
-    setResult(context, resultSuccess);
+    start(inResources(QLatin1String(editingTool)), {QStringLiteral("-replacefile")});
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::apilog(KxWebViewJSContext &context)
 {
-    start(inResources(editingTool), {QStringLiteral("-apilog")});
-    setResult(context, resultSuccess);
+    start(inResources(QLatin1String(editingTool)), {QStringLiteral("-apilog")});
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::copytoclipboard(KxWebViewJSContext &context)
 {
     QGuiApplication::clipboard()->setText(textArgument(context, QStringLiteral("verification")));
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::addconfigfile(KxWebViewJSContext &context)
@@ -91,11 +91,11 @@ void KVyrAssistantToolAPI::addconfigfile(KxWebViewJSContext &context)
     const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"));
     const QFileInfo file(path);
     if (path.isEmpty() || !file.exists()) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     KToolManager::instance().infoHelp.addOftenFile(file.fileName(), path);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::feedbacktovyr(KxWebViewJSContext &context)

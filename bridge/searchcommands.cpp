@@ -16,7 +16,7 @@ void KVyrAssistantToolAPI::opensearchfile(KxWebViewJSContext &context)
     if (!krt::ksafe::KProcess::checkLocalFileSafe(file))
         return;
     QDesktopServices::openUrl(QUrl::fromLocalFile(file));
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::startsearchfile(KxWebViewJSContext &context)
@@ -40,5 +40,5 @@ void KVyrAssistantToolAPI::onsearchfileresult(const QString &path, const QString
 
 void KVyrAssistantToolAPI::onsearchfinished()
 {
-    publishAnswer(*this, QStringLiteral("searchfilefinish"), resultSuccess);
+    publishAnswer(*this, QStringLiteral("searchfilefinish"), resultSuccess());
 }

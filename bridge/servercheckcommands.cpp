@@ -7,7 +7,7 @@ using namespace OfficeAssiant;
 namespace {
 
 /// Spelt so for the page, which compares it.
-const QString parameterError = QStringLiteral("parame error");
+constexpr char parameterError[] = "parame error";
 
 } // namespace
 
@@ -18,13 +18,13 @@ void KVyrAssistantToolAPI::openremoveurlcheck(KxWebViewJSContext &context)
                           textArgument(context, QStringLiteral("reqheader")),
                           textArgument(context, QStringLiteral("reqtable"))};
     if (test.url.isEmpty() || test.functionName.isEmpty()) {
-        setResult(context, parameterError);
+        setResult(context, QLatin1String(parameterError));
         return;
     }
     // The page may be closed before this returns; nothing of this object is used after it.
     QString status;
     if (testDocumentServer(test, &status))
-        setResult(context, resultSuccess);
+        setResult(context, resultSuccess());
     else
         setBase64Result(context, status);
 }

@@ -11,7 +11,7 @@ void KVyrAssistantToolAPI::getlogfile(KxWebViewJSContext &context)
     if (log)
         setBase64Result(context, *log);
     else
-        setResult(context, resultError);
+        setResult(context, resultError());
 }
 
 void KVyrAssistantToolAPI::getupdatesupport(KxWebViewJSContext &context)
@@ -22,31 +22,31 @@ void KVyrAssistantToolAPI::getupdatesupport(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::getupdateconfig(KxWebViewJSContext &context)
 {
     const auto config = KToolManager::instance().updateHelp.readConfig();
-    setResult(context, config ? QJsonValue(*config) : QJsonValue(resultError));
+    setResult(context, config ? QJsonValue(*config) : QJsonValue(resultError()));
 }
 
 void KVyrAssistantToolAPI::testupdate(KxWebViewJSContext &context)
 {
     KToolManager::instance().updateHelp.startManualCheck();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::clearlogfile(KxWebViewJSContext &context)
 {
     KToolManager::instance().updateHelp.clearLogDirectory();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::testdailyreport(KxWebViewJSContext &context)
 {
     KToolManager::instance().updateHelp.startDailyReport();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::testuninstallreport(KxWebViewJSContext &context)
 {
     KToolManager::instance().updateHelp.startUninstallReport();
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::testinstallreport(KxWebViewJSContext &)
@@ -59,9 +59,9 @@ void KVyrAssistantToolAPI::changeupdateconfig(KxWebViewJSContext &context)
 {
     const auto change = parseConfigChange(textArgument(context, QStringLiteral("keyvalue")));
     if (!change) {
-        setResult(context, resultError);
+        setResult(context, resultError());
         return;
     }
     KToolManager::instance().updateHelp.setConfigValue(change->key, change->value);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }

@@ -6,9 +6,9 @@ using namespace OfficeAssiant;
 
 namespace {
 
-const QString searchView = QStringLiteral("searchfile");
-const QString crashView = QStringLiteral("crash");
-const QString environmentCheckView = QStringLiteral("vyrrunningcheck");
+constexpr char searchView[] = "searchfile";
+constexpr char crashView[] = "crash";
+constexpr char environmentCheckView[] = "vyrrunningcheck";
 
 } // namespace
 
@@ -39,13 +39,13 @@ void KVyrAssistantToolAPI::router(KxWebViewJSContext &context)
     auto &manager = KToolManager::instance();
 
     notifyHiddenTip(QStringLiteral("show"));
-    if (type == searchView)
+    if (type == QLatin1String(searchView))
         manager.fsSearch.RunEverythingDaemon();
-    else if (type == crashView && manager.dumpHelp.isDumpSavingEnabled())
+    else if (type == QLatin1String(crashView) && manager.dumpHelp.isDumpSavingEnabled())
         manager.dumpHelp.startWatching();
     emit sigChangeHtmlPage(page);
     emit sigShowChildWindow(page);
-    setResult(context, resultSuccess);
+    setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
@@ -57,9 +57,9 @@ void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
     if (KVyrAssistantToolAPI *mainPage = manager.mainPageBridge())
         mainPage->notifyHiddenTip(QStringLiteral("hide"));
     const QString type = textArgument(context, QStringLiteral("type"));
-    if (type == crashView)
+    if (type == QLatin1String(crashView))
         manager.dumpHelp.stopWatching();
-    else if (type == environmentCheckView)
+    else if (type == QLatin1String(environmentCheckView))
         manager.envCheckThread.requestStop();
     emit sigCloseChildWindow();
 }

@@ -5,32 +5,40 @@
 #include <QVariantMap>
 #include <QVector>
 
+#include <algorithm>
 #include <array>
 
 namespace OfficeAssiant {
 
 namespace {
 
-const QStringList applicationTags{QStringLiteral("vyr"), QStringLiteral("shw"),
-                                  QStringLiteral("tbl")};
-const QChar fieldSeparator = QLatin1Char('|');
+/// In the order in which the page gets the applications.
+constexpr std::array<const char *, 3> applicationTags{"vyr", "shw", "tbl"};
+constexpr QLatin1Char fieldSeparator('|');
 constexpr int fieldCount = 4;
+
+std::size_t applicationOf(const QStringRef &tag)
+{
+    const auto isTag = [&tag](const char *known) { return tag == QLatin1String(known); };
+    const auto found = std::find_if(applicationTags.begin(), applicationTags.end(), isTag);
+    return static_cast<std::size_t>(found - applicationTags.begin());
+}
 
 } // namespace
 
 QJsonArray associationsOf(const QString &scriptOutput)
 {
     // Maps and not JSON objects: these stay quick however many suffixes somebody prints.
-    std::array<QVariantMap, 3> applications;
+    std::array<QVariantMap, applicationTags.size()> applications;
     const QVector<QStringRef> lines = scriptOutput.splitRef(QLatin1Char('\n'));
     for (const QStringRef &line : lines) {
         if (line.count(fieldSeparator) != fieldCount - 1)
             continue;
         const QVector<QStringRef> fields = line.split(fieldSeparator);
-        const int application = applicationTags.indexOf(fields[0].toString());
-        if (application >= 0)
-            applications[static_cast<std::size_t>(application)].insert(
-                fields[1].toString(), fields[2].toString() + fieldSeparator + fields[3]);
+        const std::size_t application = applicationOf(fields[0]);
+        if (application < applications.size())
+            applications[application].insert(fields[1].toString(),
+                                             fields[2].toString() + fieldSeparator + fields[3]);
     }
     QJsonArray objects;
     for (const QVariantMap &application : applications)

@@ -14,35 +14,34 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString listShortcutsScript = QStringLiteral("getdesktopfile.sh");
-const QString restoreShortcutsScript = QStringLiteral("recovericon.sh");
-const QString listTypesScript = QStringLiteral("getmimeinfo.sh");
-const QString listApplicationsScript = QStringLiteral("getopeninfo.sh");
-const QString repairScript = QStringLiteral("repairasso.sh");
+constexpr char listShortcutsScript[] = "getdesktopfile.sh";
+constexpr char restoreShortcutsScript[] = "recovericon.sh";
+constexpr char listTypesScript[] = "getmimeinfo.sh";
+constexpr char listApplicationsScript[] = "getopeninfo.sh";
+constexpr char repairScript[] = "repairasso.sh";
 
 /// The words that the restoring script knows.
-const QString separateShortcuts = QStringLiteral("other");
-const QString integratedShortcut = QStringLiteral("fusion");
+constexpr char separateShortcuts[] = "other";
+constexpr char integratedShortcut[] = "fusion";
 
-const QString settingsOrganization = QStringLiteral("Orvane");
-const QString settingsApplication = QStringLiteral("Office");
-const QString componentModeKey =
-    QStringLiteral("6.0/vyroffice/Application Settings/AppComponentMode");
-const QString separateMode = QStringLiteral("helio_independ");
+constexpr char settingsOrganization[] = "Orvane";
+constexpr char settingsApplication[] = "Office";
+constexpr char componentModeKey[] = "6.0/vyroffice/Application Settings/AppComponentMode";
+constexpr char separateMode[] = "helio_independ";
 
-const QString sampleDocuments = QStringLiteral("/asso_template");
-const QString typePackageResource = QStringLiteral(":/config/Override.xml");
-const QString typePackage = QStringLiteral("Override.xml");
-const QString userTypePackages = QStringLiteral(".local/share/mime/packages");
+constexpr char sampleDocuments[] = "/asso_template";
+constexpr char typePackageResource[] = ":/config/Override.xml";
+constexpr char typePackage[] = "Override.xml";
+constexpr char userTypePackages[] = ".local/share/mime/packages";
 
 QString sampleDirectory()
 {
-    return QCoreApplication::applicationDirPath() + sampleDocuments;
+    return QCoreApplication::applicationDirPath() + QLatin1String(sampleDocuments);
 }
 
 void restoreShortcuts(const QString &which)
 {
-    const QString script = stagedScript(restoreShortcutsScript);
+    const QString script = stagedScript(QLatin1String(restoreShortcutsScript));
     if (script.isEmpty())
         return;
     const QString installPath = QCoreApplication::applicationDirPath() + QStringLiteral("/..");
@@ -69,7 +68,7 @@ KDesktopHelp::~KDesktopHelp() = default;
 
 QStringList KDesktopHelp::desktopFiles() const
 {
-    const QString script = stagedScript(listShortcutsScript);
+    const QString script = stagedScript(QLatin1String(listShortcutsScript));
     if (script.isEmpty())
         return {QString()};
     return runCommand(script).split(QLatin1Char('\n'));
@@ -77,37 +76,38 @@ QStringList KDesktopHelp::desktopFiles() const
 
 QString KDesktopHelp::componentMode() const
 {
-    const QSettings settings(settingsOrganization, settingsApplication);
-    const QString mode = settings.value(componentModeKey).toString();
-    return mode.isEmpty() ? separateMode : mode;
+    const QSettings settings{QLatin1String(settingsOrganization),
+                             QLatin1String(settingsApplication)};
+    const QString mode = settings.value(QLatin1String(componentModeKey)).toString();
+    return mode.isEmpty() ? QLatin1String(separateMode) : mode;
 }
 
 void KDesktopHelp::restoreSeparateShortcuts() const
 {
-    restoreShortcuts(separateShortcuts);
+    restoreShortcuts(QLatin1String(separateShortcuts));
 }
 
 void KDesktopHelp::restoreIntegratedShortcut() const
 {
-    restoreShortcuts(integratedShortcut);
+    restoreShortcuts(QLatin1String(integratedShortcut));
 }
 
 AssociationListing KDesktopHelp::mimeTypes() const
 {
-    return listAssociations(listTypesScript);
+    return listAssociations(QLatin1String(listTypesScript));
 }
 
 AssociationListing KDesktopHelp::defaultApplications() const
 {
-    return listAssociations(listApplicationsScript);
+    return listAssociations(QLatin1String(listApplicationsScript));
 }
 
 void KDesktopHelp::repairAssociations() const
 {
     // The desktop's own watcher reads the package in; the page lists again to see what came of it.
-    stageResource(typePackageResource, typePackage,
-                  QDir::homePath() + QDir::separator() + userTypePackages);
-    const QString script = stagedScript(repairScript);
+    stageResource(QLatin1String(typePackageResource), QLatin1String(typePackage),
+                  QDir::homePath() + QDir::separator() + QLatin1String(userTypePackages));
+    const QString script = stagedScript(QLatin1String(repairScript));
     if (!script.isEmpty())
         krt::ksafe::KProcess::StartDetach(script, {sampleDirectory()}, QString(), nullptr);
 }

@@ -13,9 +13,9 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString extractScript = QStringLiteral("extractfont.sh");
-const QString shell = QStringLiteral("bash");
-const QString missingFontKey = QStringLiteral("vyrtool/MissFonts");
+constexpr char extractScript[] = "extractfont.sh";
+constexpr char shell[] = "bash";
+constexpr char missingFontKey[] = "vyrtool/MissFonts";
 
 } // namespace
 
@@ -26,22 +26,23 @@ QString decodedDocumentPath(const QString &argument)
 
 std::optional<QString> missingFonts(const QString &document)
 {
-    const QString script = stagedScript(extractScript);
+    const QString script = stagedScript(QLatin1String(extractScript));
     if (script.isEmpty())
         return std::nullopt;
-    const SuiteApplication *application = applicationFor(document);
+    const std::optional<SuiteApplication> application = applicationFor(document);
     if (!application)
         return std::nullopt;
     const QString answerFile =
         krt::dirs::orvaneHome() + QStringLiteral("/tmp/") + application->missingFontFile;
     QFile::remove(answerFile);
     krt::ksafe::KProcess::Execute(
-        shell, {script, QCoreApplication::applicationDirPath(), application->executable, document});
+        QLatin1String(shell),
+        {script, QCoreApplication::applicationDirPath(), application->executable, document});
     // Not the exit status: a suite that complains may have answered all the same.
     if (!QFile::exists(answerFile))
         return std::nullopt;
     const QSettings answer(answerFile, QSettings::IniFormat);
-    return decodedIniText(answer.value(missingFontKey));
+    return decodedIniText(answer.value(QLatin1String(missingFontKey)));
 }
 
 } // namespace OfficeAssiant

@@ -10,30 +10,32 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString checkTool = QStringLiteral("/vyrEnvCheckTool");
-const QString printMode = QStringLiteral("print");
-const QString pdfPath = QStringLiteral("%1/tmp/%2.pdf");
-const QString shell = QStringLiteral("/bin/bash");
+constexpr char checkTool[] = "/vyrEnvCheckTool";
+constexpr char printMode[] = "print";
+constexpr char pdfPath[] = "%1/tmp/%2.pdf";
+constexpr char shell[] = "/bin/bash";
 /// A shell script, which bash finds in PATH.
-const QString opener = QStringLiteral("xdg-open");
+constexpr char opener[] = "xdg-open";
 
 } // namespace
 
 QString printToPdf(const QString &document)
 {
-    const SuiteApplication *application = applicationFor(document);
+    const std::optional<SuiteApplication> application = applicationFor(document);
     if (!application)
         return {};
-    krt::ksafe::KProcess::Execute(QCoreApplication::applicationDirPath() + checkTool,
-                                  {printMode, application->executable, document});
+    krt::ksafe::KProcess::Execute(QCoreApplication::applicationDirPath() + QLatin1String(checkTool),
+                                  {QLatin1String(printMode), application->executable, document});
     // The tool names the PDF after the part before the first dot.
-    const QString pdf = pdfPath.arg(krt::dirs::orvaneHome(), QFileInfo(document).baseName());
+    const QString pdf =
+        QLatin1String(pdfPath).arg(krt::dirs::orvaneHome(), QFileInfo(document).baseName());
     return QFileInfo::exists(pdf) ? pdf : QString();
 }
 
 void showPdf(const QString &pdf)
 {
-    krt::ksafe::KProcess::StartDetach(shell, {opener, pdf}, QString(), nullptr);
+    krt::ksafe::KProcess::StartDetach(QLatin1String(shell), {QLatin1String(opener), pdf}, QString(),
+                                      nullptr);
 }
 
 } // namespace OfficeAssiant

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 namespace OfficeAssiant {
 
@@ -8,12 +11,15 @@ namespace OfficeAssiant {
 struct SuiteApplication
 {
     QString executable;      ///< file name in the application directory
-    QString missingFontFile; ///< where it writes down what fonts a document lacks
-    QString suffixes;        ///< of its documents, parted by ";"
+    QString missingFontFile; ///< in the suite's temporary directory: the fonts a document lacks
+    QStringList suffixes;    ///< of its documents
 };
 
-/// The component that opens a file of that name, by its suffix in any case; null when there is
-/// none.
-const SuiteApplication *applicationFor(const QString &path);
+SuiteApplication writer();
+SuiteApplication spreadsheet();
+SuiteApplication presentation();
+
+/// The component that opens a file of that name, by its suffix in any case.
+std::optional<SuiteApplication> applicationFor(const QString &path);
 
 } // namespace OfficeAssiant

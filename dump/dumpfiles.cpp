@@ -9,9 +9,9 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString dumpsBelowSuiteHome = QStringLiteral("/tmp/dump");
+constexpr char dumpsBelowSuiteHome[] = "/tmp/dump";
 /// The last dot stands for any character, as in the suite's own list of dumps.
-const QString dumpNames = QStringLiteral("(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp");
+constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
 constexpr qint32 freshnessSeconds = 1800;
 
 /// Whether @p file is to be preferred: the newer one, or of two of the same time the first by name.
@@ -25,12 +25,12 @@ bool isNewer(const QFileInfo &file, const QFileInfo &other)
 
 QString dumpDirectory()
 {
-    return krt::dirs::orvaneHome() + dumpsBelowSuiteHome;
+    return krt::dirs::orvaneHome() + QLatin1String(dumpsBelowSuiteHome);
 }
 
 QRegExp dumpFilePattern()
 {
-    return QRegExp(dumpNames);
+    return QRegExp(QLatin1String(dumpNames));
 }
 
 QString newestDumpPath()

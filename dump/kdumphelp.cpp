@@ -11,10 +11,10 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString settingsOrganization = QStringLiteral("Orvane");
-const QString settingsApplication = QStringLiteral("Office");
+constexpr char settingsOrganization[] = "Orvane";
+constexpr char settingsApplication[] = "Office";
 /// The suite itself reads this key.
-const QString saveDumpKey = QStringLiteral("6.0/common/CrashDump/SaveDump");
+constexpr char saveDumpKey[] = "6.0/common/CrashDump/SaveDump";
 
 QDateTime creationTime(const QString &path)
 {
@@ -34,14 +34,15 @@ KDumpHelp::~KDumpHelp() = default;
 
 bool KDumpHelp::isDumpSavingEnabled() const
 {
-    const QSettings settings(settingsOrganization, settingsApplication);
-    return settings.value(saveDumpKey, true).toBool();
+    const QSettings settings{QLatin1String(settingsOrganization),
+                             QLatin1String(settingsApplication)};
+    return settings.value(QLatin1String(saveDumpKey), true).toBool();
 }
 
 void KDumpHelp::setDumpSaving(bool enabled)
 {
-    QSettings settings(settingsOrganization, settingsApplication);
-    settings.setValue(saveDumpKey, enabled);
+    QSettings settings{QLatin1String(settingsOrganization), QLatin1String(settingsApplication)};
+    settings.setValue(QLatin1String(saveDumpKey), enabled);
 }
 
 void KDumpHelp::startWatching()

@@ -9,16 +9,16 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString answerFile = QStringLiteral("/tmp/vyrEnv.ini");
-const QString answerGroup = QStringLiteral("vyrEnv");
+constexpr char answerFile[] = "/tmp/vyrEnv.ini";
+constexpr char answerGroup[] = "vyrEnv";
 
 } // namespace
 
 QString checkToolAnswer(const EnvironmentCheck &check)
 {
-    QSettings answers(krt::dirs::orvaneHome() + answerFile, QSettings::IniFormat);
+    QSettings answers(krt::dirs::orvaneHome() + QLatin1String(answerFile), QSettings::IniFormat);
     answers.setIniCodec("UTF-8");
-    answers.beginGroup(answerGroup);
+    answers.beginGroup(QLatin1String(answerGroup));
     // The tool names the component first; the page, and so the kept results, the check.
     const QByteArray value = answers.value(check.app + QLatin1Char('-') + check.type).toByteArray();
     return value.isNull() ? QString() : QString::fromUtf8(value.constData());

@@ -10,7 +10,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString checkTool = QStringLiteral("/vyrEnvCheckTool");
+constexpr char checkTool[] = "/vyrEnvCheckTool";
 
 QJsonObject findings(const EnvironmentCheck &check, const QString &value)
 {
@@ -37,7 +37,7 @@ void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)
     requestStop();
     // Also where the check is over and only the thread is not: it could not be started again.
     wait();
-    m_toolPath = QCoreApplication::applicationDirPath() + checkTool;
+    m_toolPath = QCoreApplication::applicationDirPath() + QLatin1String(checkTool);
     m_check = wanted;
     m_stopRequested = false;
     // Set here and not by the thread, so that a stop right after this call is not lost.

@@ -13,9 +13,9 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString archiveScript = QStringLiteral("archivepackage.sh");
-const QString reportName = QStringLiteral("/sysinfo.txt");
-const QChar listSeparator = QLatin1Char(';');
+constexpr char archiveScript[] = "archivepackage.sh";
+constexpr char reportName[] = "/sysinfo.txt";
+constexpr QLatin1Char listSeparator(';');
 /// The kernel starts no program with a longer argument (MAX_ARG_STRLEN, with its zero byte).
 constexpr int longestArgument = 128 * 1024 - 1;
 
@@ -98,10 +98,10 @@ QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritte
 
 void startArchive(const FeedbackRequest &request, KInfoHelp &info)
 {
-    const QString script = stagedScript(archiveScript);
+    const QString script = stagedScript(QLatin1String(archiveScript));
     const bool isReportWritten = makeWorkDirectory() && request.withSystemReport;
     if (isReportWritten)
-        info.writeSysInfoReport(workDirectory() + reportName, ReportSections());
+        info.writeSysInfoReport(workDirectory() + QLatin1String(reportName), ReportSections());
     krt::ksafe::KProcess::StartDetach(script, archiveArguments(request, isReportWritten), QString(),
                                       nullptr);
 }

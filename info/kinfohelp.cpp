@@ -16,12 +16,12 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString applicationsDirectory = QStringLiteral("/usr/share/applications/");
-const QString cpuCommand = QStringLiteral("cat /proc/cpuinfo | grep name | cut -f2 -d:");
+constexpr char applicationsDirectory[] = "/usr/share/applications/";
+constexpr char cpuCommand[] = "cat /proc/cpuinfo | grep name | cut -f2 -d:";
 /// The line feed is part of the format that fc-list gets.
-const QString fontCommand = QStringLiteral("fc-list -f \"%-40{family[0]}%{style} \n\"");
-const QString envCommand = QStringLiteral("env");
-const QChar listSeparator = QLatin1Char('|');
+constexpr char fontCommand[] = "fc-list -f \"%-40{family[0]}%{style} \n\"";
+constexpr char envCommand[] = "env";
+constexpr QLatin1Char listSeparator('|');
 
 QString joined(const QStringList &lines)
 {
@@ -105,13 +105,13 @@ QStringList KInfoHelp::getBrowserInfo()
 
 QStringList KInfoHelp::getCpuInfo()
 {
-    m_cpuInfo = runCommand(cpuCommand);
+    m_cpuInfo = runCommand(QLatin1String(cpuCommand));
     return m_cpuInfo.split(QLatin1Char('\n'));
 }
 
 QStringList KInfoHelp::getFontInfo()
 {
-    m_fontInfo = runCommand(fontCommand);
+    m_fontInfo = runCommand(QLatin1String(fontCommand));
     QStringList faces = m_fontInfo.split(QLatin1Char('\n'));
     faces.sort(Qt::CaseSensitive);
     return faces;
@@ -119,13 +119,13 @@ QStringList KInfoHelp::getFontInfo()
 
 QStringList KInfoHelp::getEnvInfo()
 {
-    m_envInfo = runCommand(envCommand);
+    m_envInfo = runCommand(QLatin1String(envCommand));
     return m_envInfo.split(QLatin1Char('\n'));
 }
 
 QStringList KInfoHelp::getOtherOfficeInfo() const
 {
-    return otherOfficeSuites(applicationsDirectory);
+    return otherOfficeSuites(QLatin1String(applicationsDirectory));
 }
 
 QString KInfoHelp::getVersionInfo() const

@@ -9,16 +9,16 @@ namespace OfficeAssiant {
 namespace {
 
 /// The columns of procps: 9 is the processor's share, 10 the memory's.
-const QString processesCommand =
-    QStringLiteral(" top -n 1 -b | sed -n '8,$p' | sort -rn -k%1 | head  -n 10 | awk -F\" \" "
-                   "'{print $1 \" \" $2 \" \" $10 \" \" $9 \" \" $12 \" \" $13 \" \" $14}'");
-const QString memoryCommand =
-    QStringLiteral("free | sed -n '2,2p' | awk -F\" \" '{print $2 \" \" $3}'");
+constexpr char processesCommand[] =
+    " top -n 1 -b | sed -n '8,$p' | sort -rn -k%1 | head  -n 10 | awk -F\" \" "
+    "'{print $1 \" \" $2 \" \" $10 \" \" $9 \" \" $12 \" \" $13 \" \" $14}'";
+constexpr char memoryCommand[] = "free | sed -n '2,2p' | awk -F\" \" '{print $2 \" \" $3}'";
 constexpr int significantDigits = 6;
 
 QJsonArray heaviestProcesses(const QString &sortColumn)
 {
-    const QStringList lines = runCommand(processesCommand.arg(sortColumn)).split(QLatin1Char('\n'));
+    const QStringList lines =
+        runCommand(QLatin1String(processesCommand).arg(sortColumn)).split(QLatin1Char('\n'));
     QJsonObject numbered;
     for (const QString &line : lines)
         numbered.insert(QString::number(numbered.size() + 1), line);
@@ -44,7 +44,7 @@ QJsonArray heaviestProcessesByMemory()
 
 QJsonObject memoryUse()
 {
-    return memoryUseOf(runCommand(memoryCommand));
+    return memoryUseOf(runCommand(QLatin1String(memoryCommand)));
 }
 
 QJsonObject memoryUseOf(const QString &figures)

@@ -9,11 +9,10 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString nameFilter = QStringLiteral("*%1*.desktop");
-const QStringList suiteNames{QStringLiteral("yozo"), QStringLiteral("libreoffice"),
-                             QStringLiteral("free18")};
+constexpr char nameFilter[] = "*%1*.desktop";
+constexpr const char *suiteNames[] = {"yozo", "libreoffice", "free18"};
 /// The database program opens no documents.
-const QString leftOutPrefix = QStringLiteral("libreoffice-base");
+constexpr char leftOutPrefix[] = "libreoffice-base";
 constexpr int nameColumns = 10;
 
 QString describe(const QString &directory, const QString &fileName)
@@ -33,12 +32,12 @@ QString describe(const QString &directory, const QString &fileName)
 QStringList otherOfficeSuites(const QString &directory)
 {
     QStringList filters;
-    for (const QString &name : suiteNames)
-        filters.append(nameFilter.arg(name));
+    for (const char *name : suiteNames)
+        filters.append(QLatin1String(nameFilter).arg(QLatin1String(name)));
     const QStringList files = QDir(directory).entryList(filters, QDir::Files, QDir::Unsorted);
     QStringList lines;
     for (const QString &file : files) {
-        if (!file.startsWith(leftOutPrefix))
+        if (!file.startsWith(QLatin1String(leftOutPrefix)))
             lines.append(describe(directory, file));
     }
     return lines;

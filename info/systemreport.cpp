@@ -10,7 +10,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QLatin1String lineEnd("\r\n");
+constexpr char lineEnd[] = "\r\n";
 
 QString marker(const char *section, const char *edge)
 {
@@ -31,7 +31,7 @@ void writeLines(QTextStream &stream, const QStringList &lines)
 {
     for (const QString &line : lines) {
         if (!line.isEmpty())
-            stream << line << lineEnd;
+            stream << line << QLatin1String(lineEnd);
     }
 }
 
@@ -57,7 +57,7 @@ void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &se
     if (sections.kernel) {
         if (m_kernelInfo.isEmpty())
             getKernelInfo();
-        writeSection(stream, "kernel", [&] { stream << m_kernelInfo << lineEnd; });
+        writeSection(stream, "kernel", [&] { stream << m_kernelInfo << QLatin1String(lineEnd); });
     }
     if (sections.browser) {
         if (m_browserInfo.isEmpty())
@@ -70,7 +70,7 @@ void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &se
         writeSection(stream, "cpu", [&] {
             writeLines(stream, m_cpuInfo);
             // Readers of the report expect the processors a second time, as they were printed.
-            stream << m_cpuInfo << lineEnd;
+            stream << m_cpuInfo << QLatin1String(lineEnd);
         });
     }
     if (sections.font) {
@@ -81,7 +81,7 @@ void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &se
     if (sections.user) {
         if (m_userInfo.isEmpty())
             m_userInfo = loginName();
-        writeSection(stream, "user", [&] { stream << m_userInfo << lineEnd; });
+        writeSection(stream, "user", [&] { stream << m_userInfo << QLatin1String(lineEnd); });
     }
     if (sections.env) {
         if (m_envInfo.isEmpty())

@@ -5,10 +5,10 @@
 
 namespace {
 
-const QString busDirectory = QStringLiteral("/ibus/bus/");
+constexpr char busDirectory[] = "/ibus/bus/";
 /// Of displays of other hosts, too: what stands before the colon of DISPLAY never counts.
-const QString displayHost = QStringLiteral("unix");
-const QByteArray waylandSession = QByteArrayLiteral("wayland");
+constexpr char displayHost[] = "unix";
+constexpr char waylandSession[] = "wayland";
 
 QString machineId(const QString &file)
 {
@@ -35,8 +35,8 @@ QByteArray x11DisplayNumber()
 QString ibusBusAddressFile(const QString &machineIdFile)
 {
     const QString base = QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
-                         busDirectory + machineId(machineIdFile) + QLatin1Char('-') + displayHost +
-                         QLatin1Char('-');
+                         QLatin1String(busDirectory) + machineId(machineIdFile) + QLatin1Char('-') +
+                         QLatin1String(displayHost) + QLatin1Char('-');
     if (qgetenv("XDG_SESSION_TYPE") == waylandSession) {
         QString candidate = base + QString::fromLocal8Bit(qgetenv("WAYLAND_DISPLAY"));
         if (QFile::exists(candidate))

@@ -15,11 +15,11 @@
 
 namespace {
 
-const QString historyTimeFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss ddd");
-const QString fcitxName = QStringLiteral("fcitx");
-const QString fcitx5Process = QStringLiteral("fcitx5");
-const QString ibusName = QStringLiteral("ibus");
-const QString ibusProcess = QStringLiteral("ibus-daemon");
+constexpr char historyTimeFormat[] = "yyyy-MM-dd hh:mm:ss ddd";
+constexpr char fcitxName[] = "fcitx";
+constexpr char fcitx5Process[] = "fcitx5";
+constexpr char ibusName[] = "ibus";
+constexpr char ibusProcess[] = "ibus-daemon";
 constexpr qint64 noProcess = -1;
 
 InputSystem completed(InputSystem system)
@@ -52,7 +52,8 @@ InputChecker::~InputChecker() = default;
 
 QString InputChecker::check()
 {
-    const QString time = QLocale().toString(QDateTime::currentDateTime(), historyTimeFormat);
+    const QString time =
+        QLocale().toString(QDateTime::currentDateTime(), QLatin1String(historyTimeFormat));
     QString found = message(diagnose());
     m_checkHistory.append({time, found});
     return found;
@@ -104,24 +105,24 @@ InputCheckError InputChecker::diagnose() const
     const QString inputMethod = qtInputMethod();
     if (!m_system.pluginKeys().contains(inputMethod))
         return ERR_LOADPLUGIN_FAILED;
-    if (inputMethod == fcitxName)
+    if (inputMethod == QLatin1String(fcitxName))
         return diagnoseFcitx();
-    if (inputMethod == ibusName)
+    if (inputMethod == QLatin1String(ibusName))
         return diagnoseIbus();
     return ERR_OK;
 }
 
 InputCheckError InputChecker::diagnoseFcitx() const
 {
-    if (isRunning(fcitxName) || isRunning(fcitx5Process))
+    if (isRunning(QLatin1String(fcitxName)) || isRunning(QLatin1String(fcitx5Process)))
         return ERR_OK;
-    return notRunningError(fcitxName);
+    return notRunningError(QLatin1String(fcitxName));
 }
 
 InputCheckError InputChecker::diagnoseIbus() const
 {
-    if (!isRunning(ibusProcess))
-        return notRunningError(ibusName);
+    if (!isRunning(QLatin1String(ibusProcess)))
+        return notRunningError(QLatin1String(ibusName));
     const QString addressFile = ibusBusAddressFile(m_system.machineIdFile);
     qDebug().noquote() << addressFile;
     return QFile::exists(addressFile) ? ERR_OK : ERR_NOT_FIND_BUSCONFIG;

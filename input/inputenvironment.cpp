@@ -6,8 +6,8 @@ namespace {
 
 // The name reaches into the value on purpose: XMODIFIERS can say other things than "@im=…", and
 // only an input method at its very beginning counts.
-const QByteArray xModifiersName = QByteArrayLiteral("XMODIFIERS=@im");
-const QByteArray qtModuleName = QByteArrayLiteral("QT_IM_MODULE");
+constexpr char xModifiersName[] = "XMODIFIERS=@im";
+constexpr char qtModuleName[] = "QT_IM_MODULE";
 
 QString lowerCaseName(const QByteArray &variable)
 {

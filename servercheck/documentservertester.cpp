@@ -24,7 +24,7 @@ constexpr int longestBody = 64 * 1024 * 1024;
 /// no page waits for that many, and one that is gone wild must not use up the host's.
 constexpr int mostWaitingTests = 64;
 
-const QString noAnswer = QStringLiteral("0:");
+constexpr char noAnswer[] = "0:";
 
 int waitingTests = 0;
 
@@ -89,7 +89,7 @@ ServerAnswer waitForAnswer(QNetworkReply *reply)
 bool testDocumentServer(const ServerTest &test, QString *status)
 {
     if (waitingTests >= mostWaitingTests) {
-        *status = noAnswer;
+        *status = QLatin1String(noAnswer);
         return false;
     }
     const QScopedValueRollback<int> counted(waitingTests, waitingTests + 1);
@@ -98,7 +98,7 @@ bool testDocumentServer(const ServerTest &test, QString *status)
     ServerAnswer answer;
     for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
         if (isLocalButNoFile(url)) {
-            *status = noAnswer;
+            *status = QLatin1String(noAnswer);
             return false;
         }
         answer = waitForAnswer(send(&manager, makeTestRequest(test, url)).get());

@@ -6,19 +6,15 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QChar partSeparator = QLatin1Char(';');
-const QChar nameSeparator = QLatin1Char(':');
-const QString fileNameField = QStringLiteral("fileName");
-const QString defaultFileName = QStringLiteral("test.txt");
-const QByteArray boundary =
-    QByteArrayLiteral("---------------------------1456992029567962774924545351");
-const QByteArray lineEnd = QByteArrayLiteral("\r\n");
-const QByteArray boundaryLine = "--" + boundary + lineEnd;
-const QByteArray closingLine = "--" + boundary + "--" + lineEnd;
-const QString fieldDisposition = QStringLiteral("Content-Disposition: form-data; name=\"%1\"");
-const QString fileDisposition =
-    QStringLiteral("Content-Disposition: form-data; name=\"file\"; filename=\"%1\"");
-const QByteArray fileType = QByteArrayLiteral("Content-Type: application/octet-stream");
+constexpr QLatin1Char partSeparator(';');
+constexpr QLatin1Char nameSeparator(':');
+constexpr char fileNameField[] = "fileName";
+constexpr char defaultFileName[] = "test.txt";
+constexpr char boundary[] = "---------------------------1456992029567962774924545351";
+constexpr char lineEnd[] = "\r\n";
+constexpr char fieldDisposition[] = "Content-Disposition: form-data; name=\"%1\"";
+constexpr char fileDisposition[] = "Content-Disposition: form-data; name=\"file\"; filename=\"%1\"";
+constexpr char fileType[] = "Content-Type: application/octet-stream";
 
 } // namespace
 
@@ -40,29 +36,32 @@ QMap<QString, QString> formFields(const QString &list)
     const auto pairs = parseNameValueList(list);
     for (const auto &pair : pairs)
         fields.insert(pair.first, pair.second);
-    if (!fields.contains(fileNameField))
-        fields.insert(fileNameField, defaultFileName);
+    if (!fields.contains(QLatin1String(fileNameField)))
+        fields.insert(QLatin1String(fileNameField), QLatin1String(defaultFileName));
     return fields;
 }
 
 QString formDataContentType()
 {
-    return QStringLiteral("multipart/form-data; boundary=") + QString::fromLatin1(boundary);
+    return QLatin1String("multipart/form-data; boundary=") + QLatin1String(boundary);
 }
 
 QByteArray formDataBody(const QMap<QString, QString> &fields, const QByteArray &fileContent)
 {
+    const QByteArray boundaryLine = QByteArray("--") + boundary + lineEnd;
     QByteArray body;
     for (auto field = fields.begin(); field != fields.end(); ++field) {
         body += boundaryLine;
-        body += fieldDisposition.arg(field.key()).toUtf8() + lineEnd + lineEnd;
+        body += QLatin1String(fieldDisposition).arg(field.key()).toUtf8() + lineEnd + lineEnd;
         body += field.value().toUtf8() + lineEnd;
     }
     body += boundaryLine;
-    body += fileDisposition.arg(fields.value(fileNameField)).toUtf8() + lineEnd;
-    body += fileType + lineEnd + lineEnd;
+    body +=
+        QLatin1String(fileDisposition).arg(fields.value(QLatin1String(fileNameField))).toUtf8() +
+        lineEnd;
+    body += QByteArray(fileType) + lineEnd + lineEnd;
     body += fileContent + lineEnd;
-    body += closingLine;
+    body += QByteArray("--") + boundary + "--" + lineEnd;
     return body;
 }
 

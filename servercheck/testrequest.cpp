@@ -10,12 +10,12 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QByteArray testContent = QByteArrayLiteral("test Data");
-const QByteArray digestHeader = QByteArrayLiteral("md5sum");
-const QByteArray fileNameHeader = QByteArrayLiteral("filename");
-const QByteArray plainFileName = QByteArrayLiteral("test.txt");
-const QString plainContentType = QStringLiteral("application/octet-stream");
-const QString secureScheme = QStringLiteral("https");
+constexpr char testContent[] = "test Data";
+constexpr char digestHeader[] = "md5sum";
+constexpr char fileNameHeader[] = "filename";
+constexpr char plainFileName[] = "test.txt";
+constexpr char plainContentType[] = "application/octet-stream";
+constexpr char secureScheme[] = "https";
 
 bool isSaveFunction(const QString &name)
 {
@@ -66,7 +66,7 @@ TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
 {
     TestRequest made{requestKind(test.functionName), QNetworkRequest(url), QByteArray()};
     QNetworkRequest *request = &made.request;
-    if (url.scheme().compare(secureScheme, Qt::CaseInsensitive) == 0)
+    if (url.scheme().compare(QLatin1String(secureScheme), Qt::CaseInsensitive) == 0)
         acceptAnyCertificate(request);
 
     // What is set later wins: the user's headers over file name and digest, but not over type and
@@ -77,7 +77,7 @@ TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
         break;
     case RequestKind::PlainPost:
         made.body = testContent;
-        request->setHeader(QNetworkRequest::ContentTypeHeader, plainContentType);
+        request->setHeader(QNetworkRequest::ContentTypeHeader, QLatin1String(plainContentType));
         request->setRawHeader(fileNameHeader, plainFileName);
         setDigest(request);
         setHeaders(request, test.headerList);

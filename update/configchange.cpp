@@ -6,7 +6,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QChar keyValueSeparator = QLatin1Char('$');
+constexpr QLatin1Char keyValueSeparator('$');
 
 } // namespace
 

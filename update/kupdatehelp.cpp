@@ -13,17 +13,17 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString updaterName = QStringLiteral("vyrupdate");
-const QString logName = QStringLiteral("/vyrupdate.log");
-const QString configGroup = QStringLiteral("update");
-const QString manualCheckOption = QStringLiteral("/from:manual");
+constexpr char updaterName[] = "vyrupdate";
+constexpr char logName[] = "/vyrupdate.log";
+constexpr char configGroup[] = "update";
+constexpr char manualCheckOption[] = "/from:manual";
 /// As at the suite's start, which is when the updater thinks of its daily report.
-const QString suiteStartOption = QStringLiteral("/from:lumstart");
-const QString uninstallReportOption = QStringLiteral("/senduninstallinfo:true");
-const QString installReportOption = QStringLiteral("/sendinstallinfo:true");
-const QString lastReportKey = QStringLiteral("usagecollected");
+constexpr char suiteStartOption[] = "/from:lumstart";
+constexpr char uninstallReportOption[] = "/senduninstallinfo:true";
+constexpr char installReportOption[] = "/sendinstallinfo:true";
+constexpr char lastReportKey[] = "usagecollected";
 /// Long enough ago for a report to be due; whoever reads the configuration knows this very date.
-const QString longAgo = QStringLiteral("2018-11-14 15:10:19");
+constexpr char longAgo[] = "2018-11-14 15:10:19";
 
 /// The updater's configuration, ready for the keys of its update group.
 class UpdateSettings : public QSettings
@@ -35,7 +35,7 @@ public:
         // is written in place. Elsewhere never, for a full disk would leave nothing of it.
         const QFileInfo directory(QFileInfo(QFileInfo(file).canonicalFilePath()).path());
         setAtomicSyncRequired(directory.isWritable());
-        beginGroup(configGroup);
+        beginGroup(QLatin1String(configGroup));
     }
 };
 
@@ -75,7 +75,7 @@ void KUpdateHelp::setConfigValue(const QString &key, const QString &value) const
 
 std::optional<QString> KUpdateHelp::readLog() const
 {
-    return readLogText(m_logDirectory + logName);
+    return readLogText(m_logDirectory + QLatin1String(logName));
 }
 
 void KUpdateHelp::clearLogDirectory() const
@@ -88,7 +88,7 @@ void KUpdateHelp::clearLogDirectory() const
 
 void KUpdateHelp::startManualCheck() const
 {
-    launch(manualCheckOption);
+    launch(QLatin1String(manualCheckOption));
 }
 
 void KUpdateHelp::startDailyReport() const
@@ -96,24 +96,24 @@ void KUpdateHelp::startDailyReport() const
     if (!QFile::exists(configFile()))
         return;
     UpdateSettings settings(configFile());
-    settings.setValue(lastReportKey, longAgo);
+    settings.setValue(QLatin1String(lastReportKey), QLatin1String(longAgo));
     // The date reaches the file when the settings go, after the launch.
-    launch(suiteStartOption);
+    launch(QLatin1String(suiteStartOption));
 }
 
 void KUpdateHelp::startUninstallReport() const
 {
-    launch(uninstallReportOption);
+    launch(QLatin1String(uninstallReportOption));
 }
 
 void KUpdateHelp::startInstallReport() const
 {
-    launch(installReportOption);
+    launch(QLatin1String(installReportOption));
 }
 
 QString KUpdateHelp::updater() const
 {
-    return m_updaterDirectory + updaterName;
+    return m_updaterDirectory + QLatin1String(updaterName);
 }
 
 QString KUpdateHelp::configFile() const

@@ -11,9 +11,8 @@ namespace OfficeAssiant {
 
 namespace {
 
-const QString embeddedScript = QStringLiteral(":/config/%1");
-const QString installedScripts =
-    QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/config/");
+constexpr char embeddedScript[] = ":/config/%1";
+constexpr char installedScripts[] = "/addons/vyrassistanttool/officeassistant/resource/config/";
 
 constexpr QFile::Permissions runnableByGroup = QFile::ReadOwner | QFile::ExeOwner |
                                                QFile::ReadUser | QFile::ExeUser | QFile::ReadGroup |
@@ -40,10 +39,11 @@ QString scriptStagingDirectory()
 
 QString stagedScript(const QString &name)
 {
-    QString installed = QCoreApplication::applicationDirPath() + installedScripts + name;
+    QString installed =
+        QCoreApplication::applicationDirPath() + QLatin1String(installedScripts) + name;
     if (QFileInfo::exists(installed))
         return installed;
-    return stageResource(embeddedScript.arg(name), name, QString());
+    return stageResource(QLatin1String(embeddedScript).arg(name), name, QString());
 }
 
 QString stageResource(const QString &resource, const QString &name, const QString &targetDirectory)

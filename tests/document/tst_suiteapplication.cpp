@@ -12,7 +12,7 @@ class SuiteApplicationTest : public QObject
 private:
     static QString executableFor(const QString &path)
     {
-        const auto *application = applicationFor(path);
+        const auto application = applicationFor(path);
         return application ? application->executable : QString();
     }
 
@@ -36,7 +36,7 @@ private slots:
         QFETCH(const QString, missingFontFile);
         QFETCH(const QString, suffixes);
         for (const QString &suffix : suffixes.split(QLatin1Char(' '))) {
-            const auto *application = applicationFor(QStringLiteral("/home/user/a.") + suffix);
+            const auto application = applicationFor(QStringLiteral("/home/user/a.") + suffix);
             QVERIFY2(application, qPrintable(suffix));
             QCOMPARE(application->executable, executable);
             QCOMPARE(application->missingFontFile, missingFontFile);

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <dlfcn.h>
@@ -61,6 +62,24 @@ bool isKnownToTheLinker()
     return handle;
 }
 
+/// The functions of the built library that initialise its globals, by source file. Those of the
+/// sanitizers have a priority of five digits in their names.
+QStringList initialisers()
+{
+    QProcess nm;
+    nm.start(QStringLiteral("nm"), {QLatin1String(libraryPath)});
+    if (!nm.waitForFinished(testsupport::longestWaitMs) || nm.exitCode() != 0)
+        qFatal("nm cannot read %s", libraryPath);
+    static const QRegularExpression symbol(
+        QStringLiteral("^\\S+ t _GLOBAL__sub_I_(?!\\d{5}_)(\\S+\\.cpp)$"),
+        QRegularExpression::MultilineOption);
+    QStringList files;
+    auto matches = symbol.globalMatch(QString::fromLatin1(nm.readAllStandardOutput()));
+    while (matches.hasNext())
+        files.append(matches.next().captured(1));
+    return files;
+}
+
 QString writeStaged(const QString &name)
 {
     return PrivateHome::current().writeFile(
@@ -103,6 +122,12 @@ private slots:
             QCOMPARE(embeddedScripts().size(), 12);
         }
         VERIFY_NOT_LOADED();
+    }
+
+    void loadingInitialisesOnlyTheItemAndTheScripts()
+    {
+        QCOMPARE(initialisers(), QStringList({QStringLiteral("qrc_config.cpp"),
+                                              QStringLiteral("registration.cpp")}));
     }
 
     void theLibraryCanBeUnloadedAfterAPageHasWorked_data()
