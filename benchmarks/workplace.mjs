@@ -1,15 +1,14 @@
 // A private home and a copy of the suite in which commands are measured.
 
-import { cpSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { cpSync, mkdirSync, mkdtempSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
-import { suffixesOf } from '../tests/support/documenttypes.mjs';
 import { secondsOf } from './processes.mjs';
 import { TimedSession } from './timedsession.mjs';
 
-/** The embedded scripts. */
-export const scripts = new URL('../plugin/config/', import.meta.url).pathname;
+/** The embedded scripts as the build puts them together. */
+export const scripts = new URL('../build/plugin/config/', import.meta.url).pathname;
 
-/** A home, and a copy of the suite with a sample of every document type. */
+/** A home and a copy of the suite tree with a sample of every document kind. */
 export class Workplace {
     constructor(suite) {
         this.directory = mkdtempSync(`${tmpdir()}/commands-`);
@@ -17,10 +16,9 @@ export class Workplace {
         this.office = `${this.directory}/suite/office`;
         mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
         cpSync(suite, `${this.directory}/suite`, { recursive: true });
-        mkdirSync(`${this.office}/asso_template`, { recursive: true });
-        for (const suffix of Object.values(suffixesOf).flat())
-            writeFileSync(`${this.office}/asso_template/vyr.${suffix}`, 'sample');
-        // The scripts expect the desktop below /home/$USER.
+        for (const name of readdirSync(`${this.office}/asso_template`))
+            writeFileSync(`${this.office}/asso_template/${name}`, 'sample');
+        // The scripts look for the desktop below /home/$USER.
         this.env = {
             ...process.env,
             HOME: this.home,

@@ -7,5 +7,5 @@ export const REPOSITORY = path.resolve(path.dirname(fileURLToPath(import.meta.ur
 /** The runnable tree under test; SUITE_DIR names another build's. */
 export const SUITE = path.resolve(process.env.SUITE_DIR ?? path.join(REPOSITORY, 'build/suite'));
 
-/** The embedded scripts. */
-export const SCRIPTS = path.join(REPOSITORY, 'plugin/config');
+/** The embedded scripts as the build puts them together. */
+export const SCRIPTS = path.join(REPOSITORY, 'build/plugin/config');

@@ -81,7 +81,7 @@ private slots:
             const QResource resource(QStringLiteral(":/config/") + name);
             QCOMPARE(resource.compressionAlgorithm(), QResource::NoCompression);
             QCOMPARE(readFile(QStringLiteral(":/config/") + name),
-                     readFile(QStringLiteral(TEST_DATA_DIR "/../plugin/config/") + name));
+                     readFile(QStringLiteral(SUITE_OFFICE_DIR "/../../plugin/config/") + name));
         }
     }
 

@@ -1,6 +1,4 @@
-#!/bin/bash
-# Prints the path of the user's desktop folder.
-
+# Sets user, home and desktop, the desktop folder below home, which is made if it is missing.
 user=$USER
 if [ "$user" = "root" ]; then
     home=/root
@@ -25,5 +23,3 @@ fi
 if [ ! -d "$home/$desktop" ]; then
     mkdir -p "$home/$desktop"
 fi
-
-printf '%s\n' "$home/$desktop"
