@@ -1,19 +1,11 @@
-#include <QCoreApplication>
 #include <QDesktopServices>
-#include <QUrl>
 
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "bridge/pagefile.h"
 
 using namespace OfficeAssiant;
-
-namespace {
-
-constexpr char pluginCheckPage[] =
-    "/addons/vyrassistanttool/officeassistant/resource/html/vyrNpEnvCheck.html";
-
-} // namespace
 
 void KVyrAssistantToolAPI::vyrenvcheck(KxWebViewJSContext &context)
 {
@@ -32,7 +24,6 @@ void KVyrAssistantToolAPI::getvyrenvcheckedresult(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::runfirefoxplugin(KxWebViewJSContext &context)
 {
     // In the user's own browser: the check is about that browser's plug-in.
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QCoreApplication::applicationDirPath() +
-                                                  QLatin1String(pluginCheckPage)));
+    QDesktopServices::openUrl(pageFile(QStringLiteral("vyrNpEnvCheck.html")));
     setResult(context, resultSuccess());
 }

@@ -22,9 +22,8 @@ void KVyrAssistantToolAPI::openremoveurlcheck(KxWebViewJSContext &context)
         return;
     }
     // The page may be closed before this returns; nothing of this object is used after it.
-    QString status;
-    if (testDocumentServer(test, &status))
-        setResult(context, resultSuccess());
+    if (const auto failure = testDocumentServer(test))
+        setBase64Result(context, *failure);
     else
-        setBase64Result(context, status);
+        setResult(context, resultSuccess());
 }

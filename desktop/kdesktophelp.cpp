@@ -2,13 +2,13 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QSettings>
 
 #include <optional>
 
 #include "host/krt.h"
 #include "info/runcommand.h"
 #include "plugin/config/scriptstaging.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
@@ -24,8 +24,6 @@ constexpr char repairScript[] = "repairasso.sh";
 constexpr char separateShortcuts[] = "other";
 constexpr char integratedShortcut[] = "fusion";
 
-constexpr char settingsOrganization[] = "Orvane";
-constexpr char settingsApplication[] = "Office";
 constexpr char componentModeKey[] = "6.0/vyroffice/Application Settings/AppComponentMode";
 constexpr char separateMode[] = "helio_independ";
 
@@ -76,8 +74,7 @@ QStringList KDesktopHelp::desktopFiles() const
 
 QString KDesktopHelp::componentMode() const
 {
-    const QSettings settings{QLatin1String(settingsOrganization),
-                             QLatin1String(settingsApplication)};
+    const SuiteSettings settings;
     const QString mode = settings.value(QLatin1String(componentModeKey)).toString();
     return mode.isEmpty() ? QLatin1String(separateMode) : mode;
 }

@@ -8,6 +8,7 @@
 #include "host/krt.h"
 #include "info/initext.h"
 #include "plugin/config/scriptstaging.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
@@ -33,7 +34,7 @@ std::optional<QString> missingFonts(const QString &document)
     if (!application)
         return std::nullopt;
     const QString answerFile =
-        krt::dirs::orvaneHome() + QStringLiteral("/tmp/") + application->missingFontFile;
+        suiteTemporaryDirectory() + QLatin1Char('/') + application->missingFontFile;
     QFile::remove(answerFile);
     krt::ksafe::KProcess::Execute(
         QLatin1String(shell),

@@ -1,18 +1,17 @@
 #include "document/printeddocument.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 
 #include "document/suiteapplication.h"
 #include "host/krt.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
 
-constexpr char checkTool[] = "/vyrEnvCheckTool";
 constexpr char printMode[] = "print";
-constexpr char pdfPath[] = "%1/tmp/%2.pdf";
+constexpr char pdfPath[] = "%1/%2.pdf";
 constexpr char shell[] = "/bin/bash";
 /// A shell script, which bash finds in PATH.
 constexpr char opener[] = "xdg-open";
@@ -24,11 +23,11 @@ QString printToPdf(const QString &document)
     const std::optional<SuiteApplication> application = applicationFor(document);
     if (!application)
         return {};
-    krt::ksafe::KProcess::Execute(QCoreApplication::applicationDirPath() + QLatin1String(checkTool),
+    krt::ksafe::KProcess::Execute(checkToolPath(),
                                   {QLatin1String(printMode), application->executable, document});
     // The tool names the PDF after the part before the first dot.
     const QString pdf =
-        QLatin1String(pdfPath).arg(krt::dirs::orvaneHome(), QFileInfo(document).baseName());
+        QLatin1String(pdfPath).arg(suiteTemporaryDirectory(), QFileInfo(document).baseName());
     return QFileInfo::exists(pdf) ? pdf : QString();
 }
 

@@ -3,13 +3,12 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
-#include "host/krt.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
 
-constexpr char dumpsBelowSuiteHome[] = "/tmp/dump";
 /// The last dot stands for any character, as in the suite's own list of dumps.
 constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
 constexpr qint32 freshnessSeconds = 1800;
@@ -25,7 +24,7 @@ bool isNewer(const QFileInfo &file, const QFileInfo &other)
 
 QString dumpDirectory()
 {
-    return krt::dirs::orvaneHome() + QLatin1String(dumpsBelowSuiteHome);
+    return suiteTemporaryDirectory() + QLatin1String("/dump");
 }
 
 QRegExp dumpFilePattern()

@@ -3,16 +3,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
-#include <QSettings>
 
 #include "dump/dumpfiles.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
 
-constexpr char settingsOrganization[] = "Orvane";
-constexpr char settingsApplication[] = "Office";
 /// The suite itself reads this key.
 constexpr char saveDumpKey[] = "6.0/common/CrashDump/SaveDump";
 
@@ -34,14 +32,13 @@ KDumpHelp::~KDumpHelp() = default;
 
 bool KDumpHelp::isDumpSavingEnabled() const
 {
-    const QSettings settings{QLatin1String(settingsOrganization),
-                             QLatin1String(settingsApplication)};
+    const SuiteSettings settings;
     return settings.value(QLatin1String(saveDumpKey), true).toBool();
 }
 
 void KDumpHelp::setDumpSaving(bool enabled)
 {
-    QSettings settings{QLatin1String(settingsOrganization), QLatin1String(settingsApplication)};
+    SuiteSettings settings;
     settings.setValue(QLatin1String(saveDumpKey), enabled);
 }
 

@@ -3,20 +3,20 @@
 #include <QSettings>
 
 #include "envcheck/environmentcheck.h"
-#include "host/krt.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
 
-constexpr char answerFile[] = "/tmp/vyrEnv.ini";
+constexpr char answerFile[] = "/vyrEnv.ini";
 constexpr char answerGroup[] = "vyrEnv";
 
 } // namespace
 
 QString checkToolAnswer(const EnvironmentCheck &check)
 {
-    QSettings answers(krt::dirs::orvaneHome() + QLatin1String(answerFile), QSettings::IniFormat);
+    QSettings answers(suiteTemporaryDirectory() + QLatin1String(answerFile), QSettings::IniFormat);
     answers.setIniCodec("UTF-8");
     answers.beginGroup(QLatin1String(answerGroup));
     // The tool names the component first; the page, and so the kept results, the check.

@@ -1,16 +1,13 @@
 #include "envcheck/vyrenvcheckthread.h"
 
-#include <QCoreApplication>
-
 #include "envcheck/checkpage.h"
 #include "envcheck/checktoolanswer.h"
 #include "host/krt.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
-
-constexpr char checkTool[] = "/vyrEnvCheckTool";
 
 QJsonObject findings(const EnvironmentCheck &check, const QString &value)
 {
@@ -37,7 +34,7 @@ void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)
     requestStop();
     // Also where the check is over and only the thread is not: it could not be started again.
     wait();
-    m_toolPath = QCoreApplication::applicationDirPath() + QLatin1String(checkTool);
+    m_toolPath = checkToolPath();
     m_check = wanted;
     m_stopRequested = false;
     // Set here and not by the thread, so that a stop right after this call is not lost.

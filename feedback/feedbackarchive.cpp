@@ -8,6 +8,7 @@
 #include "host/krt.h"
 #include "info/kinfohelp.h"
 #include "plugin/config/scriptstaging.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
@@ -70,17 +71,6 @@ QString dumpList()
     return list;
 }
 
-QString workDirectory()
-{
-    return krt::dirs::orvaneHome() + QStringLiteral("/tmp");
-}
-
-/// One level: a suite directory that is missing altogether is not made up.
-bool makeWorkDirectory()
-{
-    return QDir(workDirectory()).exists() || QDir().mkdir(workDirectory());
-}
-
 } // namespace
 
 QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritten)
@@ -99,9 +89,10 @@ QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritte
 void startArchive(const FeedbackRequest &request, KInfoHelp &info)
 {
     const QString script = stagedScript(QLatin1String(archiveScript));
-    const bool isReportWritten = makeWorkDirectory() && request.withSystemReport;
+    const bool isReportWritten = makeSuiteTemporaryDirectory() && request.withSystemReport;
     if (isReportWritten)
-        info.writeSysInfoReport(workDirectory() + QLatin1String(reportName), ReportSections());
+        info.writeSysInfoReport(suiteTemporaryDirectory() + QLatin1String(reportName),
+                                ReportSections());
     krt::ksafe::KProcess::StartDetach(script, archiveArguments(request, isReportWritten), QString(),
                                       nullptr);
 }

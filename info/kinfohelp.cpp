@@ -42,16 +42,17 @@ QString permissionText(QFile::Permissions permissions)
            digits(QFile::ReadOther, QFile::WriteOther, QFile::ExeOther);
 }
 
-void lookAt(FilePermEntry *entry)
+FilePermEntry lookedUp(const QString &name, const QString &path)
 {
-    *entry = FilePermEntry{entry->name, entry->path, {}, {}, {}, {}};
-    const QFileInfo file(entry->path);
+    const QFileInfo file(path);
     if (!file.exists())
-        return;
-    entry->owner = file.owner();
-    entry->group = file.group();
-    entry->permissions = permissionText(file.permissions());
-    entry->modified = file.lastModified().toString(QStringLiteral("hh:mm:ss"));
+        return {name, path, {}, {}, {}, {}};
+    return {name,
+            path,
+            file.owner(),
+            file.group(),
+            permissionText(file.permissions()),
+            file.lastModified().toString(QStringLiteral("hh:mm:ss"))};
 }
 
 /// The paths stand unquoted in the command: a blank splits one in two.
@@ -160,7 +161,7 @@ QJsonObject KInfoHelp::extractFileInfo()
 {
     QJsonObject details;
     for (FilePermEntry &entry : m_oftenFiles) {
-        lookAt(&entry);
+        entry = lookedUp(entry.name, entry.path);
         details.insert(entry.name,
                        joined({entry.owner, entry.group, entry.permissions, entry.modified}));
     }

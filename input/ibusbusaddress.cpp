@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QStandardPaths>
 
+namespace OfficeAssiant {
+
 namespace {
 
 constexpr char busDirectory[] = "/ibus/bus/";
@@ -44,3 +46,5 @@ QString ibusBusAddressFile(const QString &machineIdFile)
     }
     return base + QString::fromLocal8Bit(x11DisplayNumber());
 }
+
+} // namespace OfficeAssiant

@@ -13,6 +13,8 @@
 #include "input/ibusbusaddress.h"
 #include "input/inputenvironment.h"
 
+using namespace OfficeAssiant;
+
 namespace {
 
 constexpr char historyTimeFormat[] = "yyyy-MM-dd hh:mm:ss ddd";

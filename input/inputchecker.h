@@ -22,13 +22,15 @@ enum InputCheckError {
 };
 
 /// Finds out why typing through an input method might fail in the suite.
+///
+/// Global, unlike the other helpers: the name is also the context of its translations.
 class InputChecker : public QObject
 {
     Q_OBJECT
 
 public:
     explicit InputChecker(QObject *parent = nullptr);
-    explicit InputChecker(const InputSystem &system, QObject *parent = nullptr);
+    explicit InputChecker(const OfficeAssiant::InputSystem &system, QObject *parent = nullptr);
     ~InputChecker() override;
 
     /// Runs the diagnosis and gives its message: the name of a code, or its translation. The
@@ -51,6 +53,6 @@ private:
     InputCheckError diagnoseIbus() const;
     bool isRunning(const QString &name) const;
 
-    InputSystem m_system;
+    OfficeAssiant::InputSystem m_system;
     QVector<QPair<QString, QString>> m_checkHistory;
 };

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+namespace OfficeAssiant {
+
 namespace {
 
 // The name reaches into the value on purpose: XMODIFIERS can say other things than "@im=…", and
@@ -35,3 +37,5 @@ QString qtInputMethod()
 {
     return lowerCaseName(qtModuleName);
 }
+
+} // namespace OfficeAssiant

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace OfficeAssiant {
+
 /// The value that getenv(3) of glibc gives for @p name, also where the name holds a "=": that of
 /// the first entry of the environment that starts with the name and a "=". Other C libraries
 /// refuse such a name. Empty when there is no such entry.
@@ -13,3 +15,5 @@ QString xModifiersInputMethod();
 
 /// The input method that QT_IM_MODULE names, in lower case.
 QString qtInputMethod();
+
+} // namespace OfficeAssiant

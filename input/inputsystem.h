@@ -5,6 +5,8 @@
 
 #include <functional>
 
+namespace OfficeAssiant {
+
 /// What the input checker looks at apart from the environment; a test puts its own in place.
 struct InputSystem
 {
@@ -18,3 +20,5 @@ struct InputSystem
     /// Qt finds.
     std::function<QStringList()> pluginKeys;
 };
+
+} // namespace OfficeAssiant

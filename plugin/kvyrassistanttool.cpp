@@ -1,11 +1,11 @@
 #include "plugin/kvyrassistanttool.h"
 
-#include <QCoreApplication>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
+#include "bridge/pagefile.h"
 #include "host/klitelinuxshadowborder.h"
 
 KVyrAssistantTool::KVyrAssistantTool(QWidget *parent) : KHelioPluginWidget(parent)
@@ -105,10 +105,7 @@ void KVyrAssistantTool::onChangeChildHtmlPage(const QString &page)
 
 QString KVyrAssistantTool::startupUrl() const
 {
-    return QUrl::fromLocalFile(
-               QCoreApplication::applicationDirPath() +
-               QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/html/") + m_page)
-        .toString();
+    return OfficeAssiant::pageFile(m_page).toString();
 }
 
 void KVyrAssistantTool::fitToParent()

@@ -2,17 +2,19 @@
 
 #include <QString>
 
+#include <optional>
+
 #include "servercheck/servertest.h"
 
 namespace OfficeAssiant {
 
 /// Sends the test request to the document server, follows its redirects and waits for the answer.
-/// True for an answer without a network error; else @p status is set to the HTTP status (0 when
-/// there is none), a colon and the server's text.
+/// Gives nothing for an answer without a network error, else the HTTP status (0 if there is none),
+/// a colon and the server's text.
 ///
-/// Events are processed meanwhile and there is no limit of time: other commands may run, this
-/// function may be called again, and the caller may be gone when it returns. Only the end of the
-/// application breaks the test off.
-bool testDocumentServer(const ServerTest &test, QString *status);
+/// Waits without a time limit and processes events meanwhile: other commands may run, this function
+/// may be called again, and the caller may be destroyed before it returns. Only the end of the
+/// application stops the test.
+std::optional<QString> testDocumentServer(const ServerTest &test);
 
 } // namespace OfficeAssiant

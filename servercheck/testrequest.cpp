@@ -32,25 +32,25 @@ bool isFormDataFunction(const QString &name)
     return names.contains(name);
 }
 
-void acceptAnyCertificate(QNetworkRequest *request)
+void acceptAnyCertificate(QNetworkRequest &request)
 {
-    QSslConfiguration configuration = request->sslConfiguration();
+    QSslConfiguration configuration = request.sslConfiguration();
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
     configuration.setProtocol(QSsl::AnyProtocol);
-    request->setSslConfiguration(configuration);
+    request.setSslConfiguration(configuration);
 }
 
-void setDigest(QNetworkRequest *request)
+void setDigest(QNetworkRequest &request)
 {
-    request->setRawHeader(digestHeader,
-                          QCryptographicHash::hash(testContent, QCryptographicHash::Md5).toHex());
+    request.setRawHeader(digestHeader,
+                         QCryptographicHash::hash(testContent, QCryptographicHash::Md5).toHex());
 }
 
-void setHeaders(QNetworkRequest *request, const QString &headerList)
+void setHeaders(QNetworkRequest &request, const QString &headerList)
 {
     const auto headers = parseNameValueList(headerList);
     for (const auto &header : headers)
-        request->setRawHeader(header.first.toUtf8(), header.second.toUtf8());
+        request.setRawHeader(header.first.toUtf8(), header.second.toUtf8());
 }
 
 } // namespace
@@ -65,7 +65,7 @@ RequestKind requestKind(const QString &functionName)
 TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
 {
     TestRequest made{requestKind(test.functionName), QNetworkRequest(url), QByteArray()};
-    QNetworkRequest *request = &made.request;
+    QNetworkRequest &request = made.request;
     if (url.scheme().compare(QLatin1String(secureScheme), Qt::CaseInsensitive) == 0)
         acceptAnyCertificate(request);
 
@@ -77,8 +77,8 @@ TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
         break;
     case RequestKind::PlainPost:
         made.body = testContent;
-        request->setHeader(QNetworkRequest::ContentTypeHeader, QLatin1String(plainContentType));
-        request->setRawHeader(fileNameHeader, plainFileName);
+        request.setHeader(QNetworkRequest::ContentTypeHeader, QLatin1String(plainContentType));
+        request.setRawHeader(fileNameHeader, plainFileName);
         setDigest(request);
         setHeaders(request, test.headerList);
         break;
@@ -86,8 +86,8 @@ TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
         made.body = formDataBody(formFields(test.formFieldList), testContent);
         setDigest(request);
         setHeaders(request, test.headerList);
-        request->setHeader(QNetworkRequest::ContentTypeHeader, formDataContentType());
-        request->setHeader(QNetworkRequest::ContentLengthHeader, made.body.size());
+        request.setHeader(QNetworkRequest::ContentTypeHeader, formDataContentType());
+        request.setHeader(QNetworkRequest::ContentLengthHeader, made.body.size());
         break;
     }
     return made;

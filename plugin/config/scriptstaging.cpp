@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "host/krt.h"
+#include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
@@ -17,18 +17,6 @@ constexpr char installedScripts[] = "/addons/vyrassistanttool/officeassistant/re
 constexpr QFile::Permissions runnableByGroup = QFile::ReadOwner | QFile::ExeOwner |
                                                QFile::ReadUser | QFile::ExeUser | QFile::ReadGroup |
                                                QFile::ExeGroup;
-
-QString suiteTemporaryDirectory()
-{
-    return krt::dirs::orvaneHome() + QStringLiteral("/tmp");
-}
-
-/// One level each: a suite directory that is missing altogether is not made up.
-void makeStagingDirectory()
-{
-    QDir().mkdir(suiteTemporaryDirectory());
-    QDir().mkdir(scriptStagingDirectory());
-}
 
 } // namespace
 
@@ -53,7 +41,8 @@ QString stageResource(const QString &resource, const QString &name, const QStrin
     QString directory = targetDirectory;
     if (directory.isEmpty()) {
         directory = scriptStagingDirectory();
-        makeStagingDirectory();
+        makeSuiteTemporaryDirectory();
+        QDir().mkdir(directory);
     }
     const QString target = QStringLiteral("%1/%2").arg(directory, name);
     // A copy of an earlier run is used as it is.

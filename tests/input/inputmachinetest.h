@@ -83,7 +83,7 @@ protected:
 
     const QString machineIdText = QStringLiteral("0123456789abcdef0123456789abcdef");
     std::unique_ptr<QTemporaryDir> m_machine;
-    InputSystem m_system;
+    OfficeAssiant::InputSystem m_system;
     QStringList m_plugins;
 
 private:

@@ -8,6 +8,8 @@
 #include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
+using OfficeAssiant::environmentValue;
+
 namespace {
 
 /// Translates whatever belongs to the input checker.

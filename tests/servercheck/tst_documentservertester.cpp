@@ -23,9 +23,7 @@ const QString succeeded = QStringLiteral("success");
 QString tryServer(const QString &url, const QString &functionName = open,
                   const QString &headers = QString())
 {
-    QString status;
-    return testDocumentServer({url, functionName, headers, QString()}, &status) ? succeeded
-                                                                                : status;
+    return testDocumentServer({url, functionName, headers, QString()}).value_or(succeeded);
 }
 
 QByteArray redirect(const QByteArray &target)

@@ -59,9 +59,8 @@ private:
 
 QString tryServer(const SilentServer &server)
 {
-    QString status;
     const ServerTest test{server.url(), QStringLiteral("saveURL"), QString(), QString()};
-    return testDocumentServer(test, &status) ? succeeded : status;
+    return testDocumentServer(test).value_or(succeeded);
 }
 
 } // namespace
