@@ -20,7 +20,7 @@ QString textArgument(const KxWebViewJSContext &context, const QString &name);
 /// The argument @p name of a call as a truth value; an absent one is false.
 bool boolArgument(const KxWebViewJSContext &context, const QString &name);
 
-/// Answers a command: sets "result".
+/// Sets the "result" of a command's answer.
 void setResult(KxWebViewJSContext &context, const QJsonValue &result);
 
 /// Answers @p text as the base64 of its UTF-8 bytes, as the page expects file names and paths.
@@ -29,8 +29,8 @@ void setBase64Result(KxWebViewJSContext &context, const QString &text);
 /// The base64 encoding of the UTF-8 bytes of @p text.
 QString toBase64(const QString &text);
 
-/// Sends "result" to the page's function @p callback, later than and apart from any command.
-/// @p callName is the name that the fresh call context carries.
+/// Calls the page's function @p callback with a "result", independently of any command.
+/// @p callName is the name in the new call context.
 void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result,
                    const QString &callName = QStringLiteral("callback"));
 

@@ -24,7 +24,7 @@ bool ChildCheckPage::isOpen()
 void ChildCheckPage::show(const QJsonObject &findings)
 {
     m_manager.withChildPageBridge([&findings](KVyrAssistantToolAPI &bridge) {
-        // Unlike every other later answer, this one has no call name.
+        // The page expects no call name here, unlike with every other later answer.
         publishAnswer(bridge, QLatin1String(findingsCallback), findings, QString());
     });
 }

@@ -6,7 +6,7 @@ namespace OfficeAssiant {
 
 class KToolManager;
 
-/// The child page as the receiver of environment checks: only its view shows them.
+/// The child page as the receiver of check findings: only a child view shows them.
 class ChildCheckPage : public CheckPage
 {
 public:

@@ -13,7 +13,7 @@ void answerListing(KxWebViewJSContext &context, const AssociationListing &listin
 {
     switch (listing.outcome) {
     case AssociationListing::NoScript:
-        // No "result" at all: the page tells this from a listing that failed.
+        // No "result": the page distinguishes this from a failed listing.
         break;
     case AssociationListing::NotStarted:
         setResult(context, resultError());

@@ -50,7 +50,7 @@ void KVyrAssistantToolAPI::openlaytouerrorfile(KxWebViewJSContext &context)
         setResult(context, resultError());
         return;
     }
-    // The page gets no "result" for a file that must not be opened.
+    // A file that must not be opened gives no "result".
     if (!krt::ksafe::KProcess::checkLocalFileSafe(m_layoutProblemFile))
         return;
     QDesktopServices::openUrl(QUrl::fromLocalFile(m_layoutProblemFile));
@@ -61,7 +61,7 @@ void KVyrAssistantToolAPI::openprinterrorfile(KxWebViewJSContext &context)
 {
     // The page may be closed while the dialog is open.
     const QPointer<KVyrAssistantToolAPI> alive(this);
-    // These labels stay as they are in every language.
+    // These labels are not translated.
     const QString filters = joinedFilters(
         {filterEntry(QStringLiteral("VYR/Word Files"), patternsOf(writer())),
          filterEntry(QStringLiteral("TBL/Excel Files"), patternsOf(spreadsheet())),

@@ -16,7 +16,7 @@ QString reorderedSpreadsheetPatterns();
 /// A file dialog's filter entry: no blank stands between label and patterns.
 QString filterEntry(const QString &label, const QString &patterns);
 
-/// Entries in the order in which the dialog offers them.
+/// A file dialog's filter of these entries.
 QString joinedFilters(const QStringList &entries);
 
 } // namespace OfficeAssiant

@@ -8,7 +8,7 @@ using namespace OfficeAssiant;
 
 namespace {
 
-/// The page's function of that name shows the dumps anew.
+/// The page's function that refreshes the list of dumps.
 constexpr char freshDumpCallback[] = "freshcrshpageCallBack";
 
 } // namespace

@@ -28,8 +28,7 @@ FeedbackRequest requestOf(const KxWebViewJSContext &context, const QString &arch
     request.description = textArgument(context, QStringLiteral("archiveDescribe"));
     for (const char *name : {"archiveSample", "archiveAttach1", "archiveAttach2", "archiveAttach3"})
         request.files.append(textArgument(context, QLatin1String(name)));
-    // Any text asks for the report, the word "false" too; the page sends none when it is not
-    // wanted.
+    // Any text asks for the report, even "false"; the page leaves the argument out otherwise.
     request.withSystemReport = !textArgument(context, QStringLiteral("archiveSysInfo")).isEmpty();
     request.withSuiteSettings = boolArgument(context, QStringLiteral("archiveVyrInfo"));
     request.withDumps = boolArgument(context, QStringLiteral("archiveDumpInfo"));

@@ -12,7 +12,7 @@ using namespace OfficeAssiant;
 
 namespace {
 
-/// Opens a file that was just written. False when it must not be opened.
+/// Opens a file that was just written. False if it must not be opened.
 bool openIfSafe(const QString &path)
 {
     if (!krt::ksafe::KProcess::checkLocalFileSafe(path))
@@ -39,7 +39,7 @@ void KVyrAssistantToolAPI::exportoftenfileperm(KxWebViewJSContext &context)
 {
     const QString output =
         QFileDialog::getSaveFileName(nullptr, tr("Save File"), tr("filepermissions"));
-    // The listing may still be under way when it is opened.
+    // The listing may still be running when it is opened.
     if (!output.isEmpty() && KToolManager::instance().infoHelp.exportOftenFilePermissions(output))
         openIfSafe(output);
     setResult(context, resultSuccess());

@@ -29,22 +29,22 @@ public:
 
     static KToolManager &instance();
 
-    /// The bridge of the latest page of type "main"; null before there is one.
+    /// The bridge of the latest page of type "main"; null if there is none.
     KVyrAssistantToolAPI *mainPageBridge() const;
     void setMainPageBridge(KVyrAssistantToolAPI *bridge);
 
-    /// The bridge of the latest page of type "child"; null before there is one.
+    /// The bridge of the latest page of type "child"; null if there is none.
     KVyrAssistantToolAPI *childPageBridge() const;
     void setChildPageBridge(KVyrAssistantToolAPI *bridge);
 
-    /// Runs @p use with the child page's bridge, which stays until it returns; nothing happens when
-    /// there is no child page. May be called from any thread.
+    /// Runs @p use with the child page's bridge, which is not destroyed before it returns. Does
+    /// nothing without a child page. May be called from any thread.
     void withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
 
-    /// To be called by a bridge that is being destroyed.
+    /// Called by a bridge that is being destroyed.
     void forgetBridge(const KVyrAssistantToolAPI *bridge);
 
-    /// Takes a screenshot with the suite's own library; null where that is missing.
+    /// Takes a screenshot with the suite's own library; null if it is not installed.
     ScreenGrab screenGrab() const;
 
 private:

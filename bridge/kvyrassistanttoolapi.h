@@ -11,7 +11,7 @@ class KxWebViewJSContext;
 ///
 /// Every slot that takes a KxWebViewJSContext& is a command of that name; pages rely on the names,
 /// misspelt ones included. A command reads its arguments, calls a helper and writes its answer;
-/// docs/commands.md describes each. The commands stand in files by subject, *commands.cpp.
+/// docs/commands.md describes each. They are implemented by subject in *commands.cpp.
 class KVyrAssistantToolAPI : public KxWebViewAsynJSObject
 {
     Q_OBJECT

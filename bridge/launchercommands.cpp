@@ -16,7 +16,7 @@ using namespace OfficeAssiant;
 
 namespace {
 
-/// How long a minimised window takes to be gone from the screen.
+/// How long a minimised window takes to disappear from the screen.
 constexpr int minimiseMs = 300;
 
 constexpr char preloadLauncher[] = "quickstartoffice";

@@ -33,7 +33,7 @@ void KVyrAssistantToolAPI::onsearchfileresult(const QString &path, const QString
     if (path.isEmpty())
         return;
     const QFileInfo file(path);
-    // Both parts are encoded, so that any file name can travel as a key.
+    // Both parts are encoded so that any file name can be a key.
     const QJsonObject hit{{toBase64(file.fileName()), toBase64(file.absolutePath())}};
     publishAnswer(*this, QStringLiteral("startsearchfileCallBack"), hit);
 }

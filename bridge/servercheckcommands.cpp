@@ -6,7 +6,7 @@ using namespace OfficeAssiant;
 
 namespace {
 
-/// Spelt so for the page, which compares it.
+/// The page compares this spelling.
 constexpr char parameterError[] = "parame error";
 
 } // namespace
@@ -21,7 +21,7 @@ void KVyrAssistantToolAPI::openremoveurlcheck(KxWebViewJSContext &context)
         setResult(context, QLatin1String(parameterError));
         return;
     }
-    // The page may be closed before this returns; nothing of this object is used after it.
+    // The page may be closed before this returns; this object must not be used afterwards.
     if (const auto failure = testDocumentServer(test))
         setBase64Result(context, *failure);
     else

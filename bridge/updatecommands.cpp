@@ -51,7 +51,7 @@ void KVyrAssistantToolAPI::testuninstallreport(KxWebViewJSContext &context)
 
 void KVyrAssistantToolAPI::testinstallreport(KxWebViewJSContext &)
 {
-    // The page waits for no result here, unlike after testuninstallreport.
+    // No result: unlike with testuninstallreport, the page does not wait for one.
     KToolManager::instance().updateHelp.startInstallReport();
 }
 

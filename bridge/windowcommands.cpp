@@ -53,7 +53,7 @@ void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
     auto &manager = KToolManager::instance();
     m_collectionPage.clear();
     manager.fsSearch.StopSearch();
-    // Whichever page closes its view, it is the main page that shows the tip.
+    // The main page shows the tip, whichever page closes its view.
     if (KVyrAssistantToolAPI *mainPage = manager.mainPageBridge())
         mainPage->notifyHiddenTip(QStringLiteral("hide"));
     const QString type = textArgument(context, QStringLiteral("type"));

@@ -28,7 +28,7 @@ std::size_t applicationOf(const QStringRef &tag)
 
 QJsonArray associationsOf(const QString &scriptOutput)
 {
-    // Maps and not JSON objects: these stay quick however many suffixes somebody prints.
+    // Maps: JSON objects get slow with very many suffixes.
     std::array<QVariantMap, applicationTags.size()> applications;
     const QVector<QStringRef> lines = scriptOutput.splitRef(QLatin1Char('\n'));
     for (const QStringRef &line : lines) {

@@ -5,23 +5,22 @@
 
 namespace OfficeAssiant {
 
-/// What the desktop was found to do with the suite's documents.
+/// How the desktop treats the suite's documents.
 struct AssociationListing
 {
     enum Outcome {
-        NoScript,   ///< the script that asks the desktop cannot be had
-        NotStarted, ///< no shell could be started for it
+        NoScript,   ///< the script that asks the desktop is not available
+        NotStarted, ///< its shell could not be started
         Listed,
     };
 
     Outcome outcome = NoScript;
-    /// Of the writer, the presentation and the spreadsheet component, in this order: an object
-    /// "suffix" → "finding|true or false".
+    /// An object "suffix" → "finding|true or false" each for writer, presentation and spreadsheet.
     QJsonArray applications;
 };
 
-/// The three objects for what a listing script printed: lines "tag|suffix|finding|flag" with the
-/// tag "vyr", "shw" or "tbl". Any other line is skipped; of two for one suffix the later counts.
+/// Parses what a listing script printed into the three objects: lines "tag|suffix|finding|flag"
+/// with the tag "vyr", "shw" or "tbl". Skips other lines; the last line for a suffix counts.
 QJsonArray associationsOf(const QString &scriptOutput);
 
 } // namespace OfficeAssiant

@@ -20,7 +20,7 @@ constexpr char listTypesScript[] = "getmimeinfo.sh";
 constexpr char listApplicationsScript[] = "getopeninfo.sh";
 constexpr char repairScript[] = "repairasso.sh";
 
-/// The words that the restoring script knows.
+/// The modes of the restoring script.
 constexpr char separateShortcuts[] = "other";
 constexpr char integratedShortcut[] = "fusion";
 
@@ -101,7 +101,7 @@ AssociationListing KDesktopHelp::defaultApplications() const
 
 void KDesktopHelp::repairAssociations() const
 {
-    // The desktop's own watcher reads the package in; the page lists again to see what came of it.
+    // The desktop watches the directory and reads the package; the page then lists again.
     stageResource(QLatin1String(typePackageResource), QLatin1String(typePackage),
                   QDir::homePath() + QDir::separator() + QLatin1String(userTypePackages));
     const QString script = stagedScript(QLatin1String(repairScript));

@@ -39,7 +39,7 @@ std::optional<QString> missingFonts(const QString &document)
     krt::ksafe::KProcess::Execute(
         QLatin1String(shell),
         {script, QCoreApplication::applicationDirPath(), application->executable, document});
-    // Not the exit status: a suite that complains may have answered all the same.
+    // The exit status is ignored: the suite may have answered before it failed.
     if (!QFile::exists(answerFile))
         return std::nullopt;
     const QSettings answer(answerFile, QSettings::IniFormat);

@@ -13,7 +13,7 @@ namespace {
 constexpr char printMode[] = "print";
 constexpr char pdfPath[] = "%1/%2.pdf";
 constexpr char shell[] = "/bin/bash";
-/// A shell script, which bash finds in PATH.
+/// A shell script that bash finds in PATH.
 constexpr char opener[] = "xdg-open";
 
 } // namespace
@@ -25,7 +25,7 @@ QString printToPdf(const QString &document)
         return {};
     krt::ksafe::KProcess::Execute(checkToolPath(),
                                   {QLatin1String(printMode), application->executable, document});
-    // The tool names the PDF after the part before the first dot.
+    // The tool names the PDF after the part of the file name before the first dot.
     const QString pdf =
         QLatin1String(pdfPath).arg(suiteTemporaryDirectory(), QFileInfo(document).baseName());
     return QFileInfo::exists(pdf) ? pdf : QString();

@@ -4,9 +4,8 @@
 
 namespace OfficeAssiant {
 
-/// Lets the suite print a document to a PDF file, waits for it without a limit, and gives the
-/// PDF's path. Null when no component opens such a document or there is no PDF; one that was left
-/// from an earlier print counts.
+/// Lets the suite print a document to a PDF file, waits without a time limit, and returns the PDF's
+/// path. Empty if no component opens such a document or there is no PDF, not even an earlier one.
 QString printToPdf(const QString &document);
 
 /// Starts the desktop's viewer for a PDF.

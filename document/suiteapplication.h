@@ -19,7 +19,7 @@ SuiteApplication writer();
 SuiteApplication spreadsheet();
 SuiteApplication presentation();
 
-/// The component that opens a file of that name, by its suffix in any case.
+/// The component that opens a file of that name, by its suffix regardless of case.
 std::optional<SuiteApplication> applicationFor(const QString &path);
 
 } // namespace OfficeAssiant

@@ -9,11 +9,11 @@ namespace OfficeAssiant {
 
 namespace {
 
-/// The last dot stands for any character, as in the suite's own list of dumps.
+/// The last dot matches any character, as in the suite's own list of dumps.
 constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
 constexpr qint32 freshnessSeconds = 1800;
 
-/// Whether @p file is to be preferred: the newer one, or of two of the same time the first by name.
+/// Newer by time, or of the same time and first by name.
 bool isNewer(const QFileInfo &file, const QFileInfo &other)
 {
     const qint64 lead = other.lastModified().msecsTo(file.lastModified());
@@ -36,8 +36,8 @@ QString newestDumpPath()
 {
     const QString directory = dumpDirectory();
     const QRegExp pattern = dumpFilePattern();
-    // One pass that looks at the name first: the directory may hold very many files, and the
-    // caller may be asked again for each that is added.
+    // One pass, names first: the directory may hold very many files, and each new one may lead to
+    // another call.
     QDirIterator files(directory, QDir::Files);
     QFileInfo newest;
     while (files.hasNext()) {
@@ -55,8 +55,8 @@ QString newestDumpPath()
 
 bool hasRecentStamp(const QDateTime &created, const QDateTime &now)
 {
-    // The distance is counted towards the stamp, so that the past is negative, and as 32 bits:
-    // the crash view offers old dumps too. An unknown stamp counts as now.
+    // The past is negative, so old dumps count, too: the crash view offers them. The difference has
+    // 32 bits, as ever. An unknown time counts as now.
     return static_cast<qint32>(now.secsTo(created)) < freshnessSeconds;
 }
 

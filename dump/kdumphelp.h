@@ -7,7 +7,7 @@ class QFileSystemWatcher;
 
 namespace OfficeAssiant {
 
-/// Keeps watch over the suite's crash dumps.
+/// Watches, clears and configures the suite's crash dumps.
 class KDumpHelp : public QObject
 {
     Q_OBJECT
@@ -16,19 +16,18 @@ public:
     explicit KDumpHelp(QObject *parent = nullptr);
     ~KDumpHelp() override;
 
-    /// Whether the suite keeps crash dumps, as its settings say now; it does when they say nothing.
+    /// Whether the suite's settings tell it to keep crash dumps; true if they do not say.
     bool isDumpSavingEnabled() const;
     void setDumpSaving(bool enabled);
 
-    /// Makes the dump directory if it is missing and watches it.
+    /// Watches the dump directory, which is made if it is missing.
     void startWatching();
     void stopWatching();
 
     /// Whether there is a dump to send: hasRecentStamp() of the newest one.
     bool hasRecentDump() const;
 
-    /// Removes the plain files of the dump directory, whatever their names are. What cannot be
-    /// removed stays.
+    /// Removes all plain files in the dump directory. Files that cannot be removed stay.
     void clearDumpDirectory();
 
 signals:

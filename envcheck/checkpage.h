@@ -13,8 +13,8 @@ public:
     /// Whether there is such a page now. Called from the checking thread.
     virtual bool isOpen() = 0;
 
-    /// Hands a check's findings to the page; lost when it has gone meanwhile. Called from the
-    /// checking thread.
+    /// Passes a check's findings to the page; they are lost if it has closed meanwhile. Called from
+    /// the checking thread.
     virtual void show(const QJsonObject &findings) = 0;
 
 protected:

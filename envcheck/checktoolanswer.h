@@ -6,7 +6,7 @@ namespace OfficeAssiant {
 
 struct EnvironmentCheck;
 
-/// What the check tool has left in its answer file for that check; null when there is nothing.
+/// What the check tool wrote to its answer file for that check; empty if there is nothing.
 QString checkToolAnswer(const EnvironmentCheck &check);
 
 } // namespace OfficeAssiant

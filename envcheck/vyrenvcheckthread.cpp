@@ -32,12 +32,12 @@ VyrEnvCheckThread::~VyrEnvCheckThread()
 void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)
 {
     requestStop();
-    // Also where the check is over and only the thread is not: it could not be started again.
+    // Needed even if the check is over: a thread that is still ending cannot be started again.
     wait();
     m_toolPath = checkToolPath();
     m_check = wanted;
     m_stopRequested = false;
-    // Set here and not by the thread, so that a stop right after this call is not lost.
+    // Set here, not by the thread: a stop request right after this call must not be lost.
     m_isRunning = true;
     start(QThread::InheritPriority);
 }
@@ -68,7 +68,7 @@ void VyrEnvCheckThread::checkOnce()
     krt::ksafe::KProcess::Execute(m_toolPath, {m_check.type, m_check.app, m_check.argument});
     if (m_stopRequested)
         return;
-    // Whatever became of the tool: what its answer file says counts.
+    // Only the answer file counts, not how the tool ended.
     const QString value = checkToolAnswer(m_check);
     if (!m_page.isOpen())
         return;

@@ -13,24 +13,24 @@ namespace OfficeAssiant {
 
 class CheckPage;
 
-/// Runs the suite's environment check tool, one check at a time, and hands its findings to the
+/// Runs the suite's environment check tool, one check at a time, and shows its findings on the
 /// page.
 class VyrEnvCheckThread : public QThread
 {
     Q_OBJECT
 
 public:
-    /// @p page has to live as long as the thread.
+    /// @p page must outlive the thread.
     explicit VyrEnvCheckThread(CheckPage &page, QObject *parent = nullptr);
 
-    /// Waits for a running check, whose findings are dropped.
+    /// Waits for a running check and drops its findings.
     ~VyrEnvCheckThread() override;
 
-    /// Starts a check. One that still runs is waited for, without a limit, and its findings are
-    /// dropped.
+    /// Starts a check. First waits without a time limit for one that is still running, whose
+    /// findings are dropped.
     void check(const EnvironmentCheck &wanted);
 
-    /// Asks a running check to drop its findings; nothing happens when none runs.
+    /// Asks a running check, if any, to drop its findings.
     void requestStop();
 
     /// What the checks so far have found, "type-app" → text; each check replaces an earlier one

@@ -17,7 +17,7 @@ namespace {
 constexpr char archiveScript[] = "archivepackage.sh";
 constexpr char reportName[] = "/sysinfo.txt";
 constexpr QLatin1Char listSeparator(';');
-/// The kernel starts no program with a longer argument (MAX_ARG_STRLEN, with its zero byte).
+/// The kernel refuses longer arguments (MAX_ARG_STRLEN includes the zero byte).
 constexpr int longestArgument = 128 * 1024 - 1;
 
 QString flagWord(bool flag)
@@ -35,8 +35,7 @@ QString fileList(const QStringList &files)
     return list;
 }
 
-/// As much of the beginning of @p text as one argument holds: with more of it there would be no
-/// archive at all.
+/// The beginning of @p text that fits in one argument; a longer argument would prevent the archive.
 QString fittingArgument(QString text)
 {
     constexpr int mostBytesOfOneCharacter = 4;
@@ -50,8 +49,8 @@ QString fittingArgument(QString text)
     }
 }
 
-/// The dumps, and what a crash left beside them: their names need to match in part only. Of too
-/// many for one argument the first ones, since otherwise there would be no archive at all.
+/// The dumps and other files of a crash: a name has to match in part only. Ends before the list
+/// gets too long for one argument, which would prevent the archive.
 QString dumpList()
 {
     const QString directory = dumpDirectory();

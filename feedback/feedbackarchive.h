@@ -10,19 +10,19 @@ class KInfoHelp;
 /// What the user wants to send.
 struct FeedbackRequest
 {
-    QString archivePath; ///< as chosen; the archive's suffix is added to it
+    QString archivePath; ///< as chosen; the archive's suffix is appended
     QString type;
-    QString description; ///< cut off where the script cannot be given all of it
-    QStringList files;   ///< sample and attachments; empty ones are left out
+    QString description; ///< truncated to what fits in one argument
+    QStringList files;   ///< sample and attachments; empty entries are skipped
     bool withSystemReport = false;
     bool withSuiteSettings = false;
     bool withDumps = false;
 };
 
-/// The archiving script's arguments. @p isReportWritten says whether the system report is there.
+/// The archiving script's arguments. @p isReportWritten: whether there is a system report.
 QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritten);
 
-/// Starts to build the archive, after writing the system report with @p info where it is wanted.
+/// Writes the system report with @p info if it is wanted, then starts to build the archive.
 void startArchive(const FeedbackRequest &request, KInfoHelp &info);
 
 } // namespace OfficeAssiant

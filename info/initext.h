@@ -5,9 +5,9 @@
 
 namespace OfficeAssiant {
 
-/// The text of a value that QSettings read from an INI file that another program wrote, up to its
-/// first NUL. Without a codec QSettings makes one character of every raw byte; where those bytes
-/// are text in the locale's encoding, they are decoded as such.
+/// The text, up to its first NUL, of a value that QSettings read from another program's INI file.
+/// Without a codec QSettings turns every raw byte into a character; if these bytes are valid text
+/// in the locale's encoding, they are decoded as such.
 QString decodedIniText(const QVariant &value);
 
 } // namespace OfficeAssiant

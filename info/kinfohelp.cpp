@@ -55,7 +55,7 @@ FilePermEntry lookedUp(const QString &name, const QString &path)
             file.lastModified().toString(QStringLiteral("hh:mm:ss"))};
 }
 
-/// The paths stand unquoted in the command: a blank splits one in two.
+/// The command has the paths unquoted: a blank splits one in two.
 bool startListing(const QString &output, const QStringList &paths, QObject *owner)
 {
     const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
@@ -98,7 +98,7 @@ QStringList KInfoHelp::getBrowserInfo()
     std::optional<QByteArray> output = readCommandOutput(QStringLiteral("bash ") + script);
     if (!output)
         return {};
-    // The end-of-file value, read like a character, is part of what the page gets.
+    // The page expects the end-of-file value, read like a character, as the last one.
     output->append('\xff');
     m_browserInfo = QString::fromLocal8Bit(output->constData());
     return m_browserInfo.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -145,7 +145,7 @@ QString KInfoHelp::getVersionInfo() const
 
 QJsonObject KInfoHelp::environmentSnapshot()
 {
-    // The probes run in this order, whatever the order of the keys is.
+    // The probes run in this order, not in that of the keys.
     QJsonObject snapshot;
     snapshot.insert(QStringLiteral("sysinfo"), getKernelInfo());
     snapshot.insert(QStringLiteral("vyrinfo"), getVersionInfo());

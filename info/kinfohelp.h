@@ -10,9 +10,9 @@
 
 namespace OfficeAssiant {
 
-/// Finds out what the machine is: the probes behind the system information report, the snapshot
-/// for the page and the details of often-used paths. Everything runs on the calling thread and
-/// again at each call; a probe that fails gives empty text.
+/// Probes the machine for the system information report, the snapshot for the page and the details
+/// of often-used paths. Every call runs its probes again, on the calling thread; a probe that fails
+/// gives empty text.
 class KInfoHelp : public QObject
 {
     Q_OBJECT
@@ -40,9 +40,8 @@ public:
     /// A line for each desktop entry of another office suite: name, localized name, command.
     QStringList getOtherOfficeInfo() const;
 
-    /// Appends a report with the chosen sections to the file @p path. A probe whose result is
-    /// known from an earlier run is not run again, except for the other office suites. Nothing
-    /// happens when the file cannot be opened.
+    /// Appends a report with the chosen sections to the file @p path. Results of earlier probes are
+    /// used again, except for the other office suites. Does nothing if the file cannot be opened.
     void writeSysInfoReport(const QString &path, const ReportSections &sections);
 
     /// The suite's version, "Version:a.b.c.d", from its setup configuration.
@@ -56,12 +55,12 @@ public:
     /// joined with "|".
     QJsonObject extractFileInfo();
 
-    /// The paths whose permissions are listed; the list starts with the suite's settings.
+    /// The paths whose permissions are listed, the suite's settings first.
     const QVector<FilePermEntry> &oftenFiles() const;
     void addOftenFile(const QString &name, const QString &path);
 
-    /// Starts to append a listing (ls -dl) of the often-used paths to the file @p output. False
-    /// when the script that does so cannot be had.
+    /// Starts to append a listing (ls -dl) of the often-used paths to the file @p output. False if
+    /// the script for it is not available.
     bool exportOftenFilePermissions(const QString &output);
 
     /// The same for the one path @p file.

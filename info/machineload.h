@@ -5,7 +5,7 @@
 
 namespace OfficeAssiant {
 
-/// The ten processes that use the most processor time, as the page's tables want them: one object
+/// The ten processes that use the most processor time, in the form of the page's tables: one object
 /// whose members "1", "2", … are the lines "pid user memory% cpu% command" of top(1).
 QJsonArray heaviestProcessesByCpu();
 

@@ -14,7 +14,7 @@ namespace OfficeAssiant {
 
 namespace {
 
-/// Close-on-exec keeps our end of the pipe from programs that other threads start meanwhile.
+/// Close-on-exec: programs that other threads start meanwhile must not inherit our end of the pipe.
 constexpr char readMode[] = "re";
 
 std::FILE *openPipe(const QString &command)
@@ -22,7 +22,7 @@ std::FILE *openPipe(const QString &command)
     return ::popen(command.toLocal8Bit().constData(), readMode);
 }
 
-/// To the end also where the host handles a signal meanwhile.
+/// Goes on reading after a signal that the host handles.
 QByteArray readToEnd(std::FILE *stream)
 {
     QByteArray output;
@@ -46,7 +46,7 @@ QString runCommand(const QString &command)
         return {};
     const QByteArray bytes = readToEnd(stream);
     ::pclose(stream);
-    // Decoded as a whole, NUL bytes included: a character may lie across two reads.
+    // Decoded as a whole, NUL bytes included: a character may be split between two reads.
     QString output = QString::fromLocal8Bit(bytes.constData(), bytes.size());
     if (output.endsWith(QLatin1Char('\n')))
         output.chop(1);
@@ -77,8 +77,8 @@ void startCommand(const QString &command, QObject *owner)
     std::FILE *stream = openPipe(command);
     if (!stream)
         return;
-    // Somebody has to collect the child and the descriptor, but nobody waits for them. A thread
-    // would still run when the plug-in is unloaded; the notifier goes with its owner.
+    // Collects child and descriptor when the command ends. A thread could outlive the plug-in; the
+    // notifier is destroyed with its owner.
     const int descriptor = ::fileno(stream);
     auto *ending = new QSocketNotifier(descriptor, QSocketNotifier::Read, owner);
     QObject::connect(ending, &QSocketNotifier::activated, ending, [ending, stream, descriptor] {

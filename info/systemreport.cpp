@@ -69,7 +69,7 @@ void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &se
             getCpuInfo();
         writeSection(stream, "cpu", [&] {
             writeLines(stream, m_cpuInfo);
-            // Readers of the report expect the processors a second time, as they were printed.
+            // Readers of the report expect the processors twice, the second time as printed.
             stream << m_cpuInfo << QLatin1String(lineEnd);
         });
     }

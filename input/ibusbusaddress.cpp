@@ -8,7 +8,7 @@ namespace OfficeAssiant {
 namespace {
 
 constexpr char busDirectory[] = "/ibus/bus/";
-/// Of displays of other hosts, too: what stands before the colon of DISPLAY never counts.
+/// Used for displays of other hosts, too: the host part of DISPLAY is ignored.
 constexpr char displayHost[] = "unix";
 constexpr char waylandSession[] = "wayland";
 

@@ -9,11 +9,11 @@
 /// What the input checker can find; the numbers are fixed.
 enum InputCheckError {
     ERR_OK = 0,
-    /// The message of every number that is not listed here; no check gives it.
+    /// Its message stands for every unlisted number; no check returns it.
     ERR_OTHER = 1,
     /// Qt has no plug-in for the input method that QT_IM_MODULE names.
     ERR_LOADPLUGIN_FAILED = 2,
-    /// The input method's daemon does not run, though the environment names it throughout.
+    /// The daemon does not run, and XMODIFIERS and QT_IM_MODULE agree.
     ERR_NOT_RUNNING = 3,
     /// ibus runs, but the file with its bus address is missing.
     ERR_NOT_FIND_BUSCONFIG = 4,
@@ -33,12 +33,12 @@ public:
     explicit InputChecker(const OfficeAssiant::InputSystem &system, QObject *parent = nullptr);
     ~InputChecker() override;
 
-    /// Runs the diagnosis and gives its message: the name of a code, or its translation. The
-    /// check is added to the history.
+    /// Runs the diagnosis, adds it to the history and returns its message: the name of a code, or
+    /// its translation.
     QString check();
 
-    /// The process id of the first process whose executable's file has that name, or -1. Only
-    /// processes whose executable this user may see are found.
+    /// The id of the first process whose executable has that file name, or -1. Finds only processes
+    /// whose executable this user may see.
     qint64 findProcessByName(const QString &name) const;
 
     /// The message of a code.

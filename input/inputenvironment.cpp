@@ -6,8 +6,8 @@ namespace OfficeAssiant {
 
 namespace {
 
-// The name reaches into the value on purpose: XMODIFIERS can say other things than "@im=…", and
-// only an input method at its very beginning counts.
+// The name includes the beginning of the value: XMODIFIERS can hold more than "@im=…", and only an
+// input method at the very beginning counts.
 constexpr char xModifiersName[] = "XMODIFIERS=@im";
 constexpr char qtModuleName[] = "QT_IM_MODULE";
 

@@ -5,9 +5,9 @@
 
 namespace OfficeAssiant {
 
-/// The value that getenv(3) of glibc gives for @p name, also where the name holds a "=": that of
-/// the first entry of the environment that starts with the name and a "=". Other C libraries
-/// refuse such a name. Empty when there is no such entry.
+/// The value of the first entry in the environment that starts with @p name and a "=", as glibc's
+/// getenv(3) finds it. The name itself may contain a "=", which other C libraries refuse. Empty if
+/// there is no such entry.
 QByteArray environmentValue(const QByteArray &name);
 
 /// The input method that XMODIFIERS names, in lower case: what follows "@im=" at its beginning.

@@ -7,7 +7,7 @@
 
 namespace OfficeAssiant {
 
-/// What the input checker looks at apart from the environment; a test puts its own in place.
+/// What the input checker reads besides the environment; tests replace it.
 struct InputSystem
 {
     /// The kernel's directory of processes, with a trailing slash.
@@ -16,7 +16,7 @@ struct InputSystem
     /// The file with the machine's id (machine-id(5)).
     QString machineIdFile = QStringLiteral("/etc/machine-id");
 
-    /// The names by which QT_IM_MODULE can choose an input-context plug-in; empty for those that
+    /// Lists the names by which QT_IM_MODULE can choose an input-context plug-in. Unset: those that
     /// Qt finds.
     std::function<QStringList()> pluginKeys;
 };

@@ -10,7 +10,7 @@
 
 KVyrAssistantTool::KVyrAssistantTool(QWidget *parent) : KHelioPluginWidget(parent)
 {
-    // For connections of the shell's that are queued or made by signature.
+    // The shell may connect by signature or queued.
     qRegisterMetaType<KHelioBrowserWidgetBase *>();
     qRegisterMetaType<KxWebViewContainer *>();
     if (parent) {

@@ -9,13 +9,14 @@ class KVyrAssistantToolAPI;
 /// The assistant's page: a browser that shows the local HTML application, and the script bridge
 /// that the application calls.
 ///
-/// The shell connects to the signals by their signatures; their order is part of the border.
+/// The shell connects to the signals by signature. They are declared here and in the bridge because
+/// the interface fixes both classes, the order of the signals included.
 class KVyrAssistantTool : public KHelioPluginWidget
 {
     Q_OBJECT
 
 public:
-    /// A page on @p parent, whose properties "widgettype" and "htmlpath" say which one.
+    /// Makes the page that the properties "widgettype" and "htmlpath" of @p parent describe.
     explicit KVyrAssistantTool(QWidget *parent);
     ~KVyrAssistantTool() override;
 

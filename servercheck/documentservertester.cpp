@@ -14,14 +14,13 @@ namespace OfficeAssiant {
 
 namespace {
 
-/// No honest server sends anybody around that often. One that redirects in a circle would keep
-/// the page waiting until the application ends.
+/// Stops a redirect circle, which would keep the page waiting until the application ends.
 constexpr int mostRedirects = 200;
-/// An answer may be a whole document, or have no end; what is beyond this is thrown away.
+/// An answer may be a whole document, or endless; the rest is discarded.
 constexpr int longestBody = 64 * 1024 * 1024;
 
-/// Each test that waits inside another one has a thread, connections and a stretch of the stack;
-/// no page waits for that many, and one that is gone wild must not use up the host's.
+/// Each test that waits inside another one costs a thread, connections and stack. A page that has
+/// gone wild must not exhaust the host.
 constexpr int mostWaitingTests = 64;
 
 constexpr char noAnswer[] = "0:";
@@ -31,16 +30,16 @@ int waitingTests = 0;
 struct ServerAnswer
 {
     bool isError = false;
-    /// The application ends before the answer is complete.
+    /// The application ended before the answer was complete.
     bool isBrokenOff = false;
     int httpStatus = 0;
     QByteArray body;
-    /// Where the server wants the request sent instead; not valid when it does not.
+    /// Where the server redirects the request to; invalid if it does not.
     QUrl redirectTarget;
 };
 
-/// A pipe, a device or nothing at all in place of a server: to open or read it may never end, and a
-/// server may redirect to it.
+/// A pipe, a device or nothing at all: opening or reading it may block forever, and a server may
+/// redirect to it.
 bool isLocalButNoFile(const QUrl &url)
 {
     return url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile();
@@ -61,7 +60,7 @@ ServerAnswer waitForAnswer(QNetworkReply &reply)
         const qint64 room = longestBody - answer.body.size();
         answer.body += reply.read(qMin(reply.bytesAvailable(), room));
     };
-    // The loop sleeps until there is something to do, and it ends with the application.
+    // The loop ends with the application.
     QEventLoop loop;
     QObject::connect(&reply, &QNetworkReply::readyRead, &loop, [&reply, read] {
         read();
@@ -69,7 +68,7 @@ ServerAnswer waitForAnswer(QNetworkReply &reply)
     });
     QObject::connect(&reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     if (!reply.isFinished()) {
-        // A nested loop leaves what was posted before it alone until something wakes it.
+        // A nested loop does not handle earlier posted events until something wakes it.
         loop.wakeUp();
         loop.exec();
     }
@@ -100,7 +99,7 @@ std::optional<QString> testDocumentServer(const ServerTest &test)
         answer = waitForAnswer(*send(manager, makeTestRequest(test, url)));
         if (answer.isBrokenOff || !answer.redirectTarget.isValid())
             break;
-        // Taken as it is, as the suite takes it: a target that is not a whole URL leads nowhere.
+        // Like the suite, does not resolve relative targets: they lead nowhere.
         url = answer.redirectTarget;
     }
     const bool isCircle = !answer.isBrokenOff && answer.redirectTarget.isValid();

@@ -4,11 +4,11 @@
 
 namespace OfficeAssiant {
 
-/// What a user wants to try on a document server, as typed.
+/// A test of a document server as the user typed it.
 struct ServerTest
 {
     QString url;
-    /// The interface function that the suite would call; it decides the kind of request.
+    /// The interface function that the suite would call; decides the kind of request.
     QString functionName;
     /// Extra request headers, "name:value;name:value".
     QString headerList;

@@ -69,8 +69,8 @@ TestRequest makeTestRequest(const ServerTest &test, const QUrl &url)
     if (url.scheme().compare(QLatin1String(secureScheme), Qt::CaseInsensitive) == 0)
         acceptAnyCertificate(request);
 
-    // What is set later wins: the user's headers over file name and digest, but not over type and
-    // length of a multipart body, which could not be read otherwise.
+    // The last setting wins: the user's headers override file name and digest, but not type and
+    // length of a multipart body, without which it could not be read.
     switch (made.kind) {
     case RequestKind::Get:
         setHeaders(request, test.headerList);

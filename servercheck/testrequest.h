@@ -9,11 +9,11 @@
 namespace OfficeAssiant {
 
 enum class RequestKind {
-    /// For a function that opens a document; without cookies.
+    /// For functions that open a document; without cookies.
     Get,
-    /// For a save function that sends the bare document.
+    /// For save functions that send the bare document.
     PlainPost,
-    /// For a save function that sends the document as form data.
+    /// For save functions that send the document as form data.
     MultipartPost
 };
 
@@ -29,8 +29,8 @@ struct TestRequest
 /// The kind of request that the suite sends for an interface function.
 RequestKind requestKind(const QString &functionName);
 
-/// Builds the request of @p test to @p url. Certificates are not checked: the document servers
-/// that users connect to often have none that this machine knows.
+/// Builds the request of @p test to @p url. Does not verify certificates: users' document servers
+/// often have one that this machine does not know.
 TestRequest makeTestRequest(const ServerTest &test, const QUrl &url);
 
 } // namespace OfficeAssiant

@@ -13,7 +13,7 @@ struct ConfigChange
     QString value;
 };
 
-/// Reads "key$value"; nothing unless there is exactly one dollar sign.
+/// Parses "key$value"; nothing unless there is exactly one dollar sign.
 std::optional<ConfigChange> parseConfigChange(const QString &keyValue);
 
 } // namespace OfficeAssiant

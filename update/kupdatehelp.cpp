@@ -17,12 +17,12 @@ constexpr char updaterName[] = "vyrupdate";
 constexpr char logName[] = "/vyrupdate.log";
 constexpr char configGroup[] = "update";
 constexpr char manualCheckOption[] = "/from:manual";
-/// As at the suite's start, which is when the updater thinks of its daily report.
+/// As at the suite's start, when the updater checks whether its daily report is due.
 constexpr char suiteStartOption[] = "/from:lumstart";
 constexpr char uninstallReportOption[] = "/senduninstallinfo:true";
 constexpr char installReportOption[] = "/sendinstallinfo:true";
 constexpr char lastReportKey[] = "usagecollected";
-/// Long enough ago for a report to be due; whoever reads the configuration knows this very date.
+/// Long enough ago for a report to be due; readers of the configuration know this exact date.
 constexpr char longAgo[] = "2018-11-14 15:10:19";
 
 /// The updater's configuration, ready for the keys of its update group.
@@ -31,8 +31,8 @@ class UpdateSettings : public QSettings
 public:
     explicit UpdateSettings(const QString &file) : QSettings(file, QSettings::IniFormat)
     {
-        // The file may be the user's while the directory, being the installation's, is not: then it
-        // is written in place. Elsewhere never, for a full disk would leave nothing of it.
+        // Written in place only if the directory is not writable, as in an installation where the
+        // user owns just the file: on a full disk, writing in place would destroy the content.
         const QFileInfo directory(QFileInfo(QFileInfo(file).canonicalFilePath()).path());
         setAtomicSyncRequired(directory.isWritable());
         beginGroup(QLatin1String(configGroup));
@@ -61,7 +61,7 @@ std::optional<QJsonObject> KUpdateHelp::readConfig() const
     const UpdateSettings settings(configFile());
     QJsonObject values;
     const QStringList keys = settings.childKeys();
-    // A value with commas is a list to QSettings, and a list has no text: it shows as empty.
+    // QSettings reads a value with commas as a list, which has no text and shows as empty.
     for (const QString &key : keys)
         values.insert(key, settings.value(key).toString());
     return values;
@@ -97,7 +97,7 @@ void KUpdateHelp::startDailyReport() const
         return;
     UpdateSettings settings(configFile());
     settings.setValue(QLatin1String(lastReportKey), QLatin1String(longAgo));
-    // The date reaches the file when the settings go, after the launch.
+    // The date is written when the settings are destroyed, after the launch.
     launch(QLatin1String(suiteStartOption));
 }
 

@@ -9,10 +9,10 @@
 
 namespace OfficeAssiant {
 
-/// Looks after the updater: its configuration, its log and its test runs.
+/// The updater's configuration, log and test runs.
 ///
-/// A launch is detached and nobody hears of its failure; a missing updater shows in
-/// isUpdateSupported() alone.
+/// Launches are detached and their failures are not reported; only isUpdateSupported() tells
+/// whether the updater is missing.
 class KUpdateHelp : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     /// Whether both the updater and its configuration file are there.
     bool isUpdateSupported() const;
 
-    /// The keys of the configuration's update group with their values as texts; nothing when
+    /// The keys of the configuration's update group with their values as texts; nothing if
     /// there is no configuration file.
     std::optional<QJsonObject> readConfig() const;
 
@@ -35,17 +35,17 @@ public:
     /// configuration file.
     void setConfigValue(const QString &key, const QString &value) const;
 
-    /// The updater's log as UTF-8, with line feeds as line ends, up to its first zero byte;
-    /// nothing when it cannot be read, or is more than an answer can carry.
+    /// The updater's log, read as UTF-8 up to its first zero byte, with line feeds as line ends.
+    /// Nothing if it cannot be read or does not fit in an answer.
     std::optional<QString> readLog() const;
 
-    /// Removes the files of the log directory, those of other programs included.
+    /// Removes all files in the log directory, other programs' included.
     void clearLogDirectory() const;
 
-    /// Lets the updater look for updates as if the user had asked for it.
+    /// Makes the updater look for updates as if the user had asked for it.
     void startManualCheck() const;
 
-    /// Lets the updater send its daily usage report, whenever it sent the last one.
+    /// Makes the updater send its daily usage report, even if one was sent today.
     void startDailyReport() const;
 
     void startUninstallReport() const;

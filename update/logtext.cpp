@@ -11,7 +11,7 @@ namespace {
 
 constexpr qint64 pieceSize = qint64(64) * 1024;
 
-/// Opening a pipe that nobody writes to would never end.
+/// Opening a pipe that nobody writes to would block forever.
 bool isPipe(const QString &path)
 {
     struct stat status = {};

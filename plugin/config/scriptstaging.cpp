@@ -45,7 +45,7 @@ QString stageResource(const QString &resource, const QString &name, const QStrin
         QDir().mkdir(directory);
     }
     const QString target = QStringLiteral("%1/%2").arg(directory, name);
-    // A copy of an earlier run is used as it is.
+    // A copy from an earlier run is used unchanged.
     if (!QFile::exists(target) && !QFile::copy(resource, target))
         return {};
     return QFile::setPermissions(target, runnableByGroup) ? target : QString();

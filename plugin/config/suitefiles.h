@@ -5,12 +5,11 @@
 
 namespace OfficeAssiant {
 
-/// The directory through which suite and assistant exchange files. Nobody promises that it is
-/// there.
+/// The directory in which suite and assistant exchange files. It may not exist.
 QString suiteTemporaryDirectory();
 
-/// Makes suiteTemporaryDirectory() unless it is there, and nothing above it: a suite directory that
-/// is missing altogether stays missing. False when there is no such directory then.
+/// Makes suiteTemporaryDirectory() unless it exists, but not its parent: a missing suite directory
+/// stays missing. False if there is no such directory afterwards.
 bool makeSuiteTemporaryDirectory();
 
 /// The suite's environment check tool, which also prints documents.

@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Writes a word to the file named by FAKE_SCREEN_GRAB, so that a test sees that it was called.
+/// Writes a word to the file named by FAKE_SCREEN_GRAB: proof that it was called.
 extern "C" __attribute__((visibility("default"))) void screenShot()
 {
     const char *path = std::getenv("FAKE_SCREEN_GRAB");

@@ -10,7 +10,7 @@
 #include "host/kxwebviewjsapihandler.h"
 #include "host/kxwebviewjscontext.h"
 
-/// A script object with commands of the test's own.
+/// A script object with the test's own commands.
 class ProbeObject : public KxWebViewAsynJSObject
 {
     Q_OBJECT

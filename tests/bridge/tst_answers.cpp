@@ -15,7 +15,7 @@ using testsupport::RecordingContainer;
 
 namespace {
 
-/// Notes on which thread the page's functions are called.
+/// Records on which thread the page's functions are called.
 class ThreadNotingContainer : public RecordingContainer
 {
 public:

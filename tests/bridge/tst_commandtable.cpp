@@ -12,7 +12,7 @@ using testsupport::RecordingContainer;
 
 namespace {
 
-/// As pages rely on them, misspelt ones included.
+/// Pages rely on these names, misspelt ones included.
 const QStringList commandNames{QStringLiteral("mousePress"),
                                QStringLiteral("mouseRelease"),
                                QStringLiteral("closemainwindow"),
@@ -78,7 +78,7 @@ QByteArray signatureOf(const QMetaMethod &method)
 
 } // namespace
 
-/// Which of the bridge's methods are there, in which order, and which a page reaches.
+/// The bridge's methods, their order, and which of them a page can call.
 class CommandTableTest : public QObject
 {
     Q_OBJECT

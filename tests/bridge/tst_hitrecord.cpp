@@ -116,7 +116,7 @@ private slots:
     {
         testsupport::RecordingShell shell;
         QCOMPARE(shell.call(QStringLiteral("startsearchfile")), QJsonObject());
-        // One beside the pages' search tells how long a search takes.
+        // A separate search shows how long one takes.
         KFsSearch other;
         QSignalSpy ended(&other, &KFsSearch::searchFinished);
         other.DoSearchFileName(QStringLiteral("nothing-has-this-name"), QString(), false);

@@ -64,7 +64,7 @@ private slots:
         const testsupport::FakePrograms programs;
         programs.hideOthers();
         RecordingShell shell;
-        // It is a success although there is no such program.
+        // Succeeds although there is no such program.
         QCOMPARE(shell.call(command), success);
         QCOMPARE(shell.events().size(), 1);
         const QJsonObject started = shell.events().first();
@@ -106,7 +106,7 @@ private slots:
         KToolManager &manager = KToolManager::instance();
         QVERIFY(!manager.screenGrab());
         QVERIFY(manager.infoHelp.oftenFiles().size() >= 3);
-        // One command for each helper, none of which changes anything.
+        // One harmless command for each helper.
         for (const char *command :
              {"stratextractfileinfo", "getDumpState", "getupdatesupport", "inputcheck",
               "getvyrenvcheckedresult", "getdesktopiconfile", "startsearchfile"})

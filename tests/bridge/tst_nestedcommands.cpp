@@ -13,11 +13,10 @@ namespace {
 
 const QString nesting[] = {QStringLiteral("screenshots"), QStringLiteral("openremoveurlcheck")};
 
-/// Says that this program runs in a private root, where every place of the machine is the test's.
+/// Set if this program runs in a private root, where it may change everything.
 const char privateRootVariable[] = "ASSISTANT_TEST_IN_PRIVATE_ROOT";
 
-/// What these delete, write or start has its fixed place on the machine, so they run in a private
-/// root only.
+/// Commands that delete, write or start something at a fixed path: run only in a private root.
 const QStringList commandsWithFixedPlaces{
     QStringLiteral("clearlogfile"),      QStringLiteral("testupdate"),
     QStringLiteral("testdailyreport"),   QStringLiteral("testuninstallreport"),
@@ -37,7 +36,7 @@ QStringList commandNames()
     return names;
 }
 
-/// Takes connections and does not answer, so that whoever tests it waits.
+/// Accepts connections but never answers, so that a test of it keeps waiting.
 class SilentServer : public QTcpServer
 {
 public:
@@ -53,7 +52,7 @@ public:
 
 } // namespace
 
-/// Commands that arrive while another one waits in an event loop of its own.
+/// Commands that arrive while another one waits in a nested event loop.
 class NestedCommandsTest : public QObject
 {
     Q_OBJECT
@@ -79,7 +78,7 @@ private slots:
     {
         QFETCH(QString, outer);
         QFETCH(QString, inner);
-        // Nothing of the machine runs, whatever a command starts.
+        // Hides the machine's programs from the commands.
         const testsupport::FakePrograms programs;
         programs.hideOthers();
         const QString kept =
@@ -98,7 +97,7 @@ private slots:
         outerIsAnswered = true;
         QVERIFY(innerRanInside);
         QVERIFY(!innerAnswer.contains(QStringLiteral("never")));
-        // "error" beside "result" would be the refusal of an unknown or a failed command.
+        // An "error" member would mean that the command was refused.
         QVERIFY(!innerAnswer.contains(QStringLiteral("error")));
         const QString expected = outer == nesting[0]
                                      ? QStringLiteral("success")

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A handler that answers for a command in place of a slot.
+/// A handler that serves a command instead of a slot.
 class FixedAnswer : public KxWebViewJSApiHandler
 {
 public:
@@ -16,7 +16,7 @@ public:
 
 } // namespace
 
-/// Which commands a page can call, and what it gets for a call.
+/// Which commands a page can call, and how a call is answered.
 class PageCallsTest : public PageCallTest
 {
     Q_OBJECT

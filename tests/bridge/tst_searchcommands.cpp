@@ -26,7 +26,7 @@ QJsonObject keyword(const QString &text)
 
 } // namespace
 
-/// Which search a command starts or stops, and which pages hear of it.
+/// Which search a command starts or stops, and which pages are told.
 class SearchCommandsTest : public QObject
 {
     Q_OBJECT

@@ -1,7 +1,7 @@
 #include "tests/bridge/pagecalltest.h"
 #include "tests/support/shell/headlesstest.h"
 
-/// What a page gets for a call that cannot be read.
+/// How an unreadable call is answered.
 class UnreadableCallsTest : public PageCallTest
 {
     Q_OBJECT

@@ -5,7 +5,7 @@
 
 using OfficeAssiant::associationsOf;
 
-/// Reading what the listing scripts print.
+/// Parsing the output of the listing scripts.
 class AssociationListingTest : public QObject
 {
     Q_OBJECT

@@ -15,7 +15,7 @@ using testsupport::RecordingShell;
 using testsupport::StagedScripts;
 using testsupport::SuiteProgram;
 
-/// The fonts that a document lacks, told by the suite.
+/// A document's missing fonts, as the suite lists them.
 class FontComparisonTest : public QObject
 {
     Q_OBJECT

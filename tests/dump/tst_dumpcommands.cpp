@@ -15,8 +15,7 @@ using testsupport::RecordingShell;
 
 namespace {
 
-/// A watch of the dump directory. What was watching it before has been told of a change by the time
-/// this one has.
+/// Watches the dump directory. Earlier watchers are notified of a change before this one.
 class WatchOfOurOwn
 {
 public:

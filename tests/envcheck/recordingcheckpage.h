@@ -9,7 +9,7 @@
 
 #include "envcheck/checkpage.h"
 
-/// A page that writes down what it is shown.
+/// A page that records what it is shown.
 class RecordingCheckPage : public OfficeAssiant::CheckPage
 {
 public:

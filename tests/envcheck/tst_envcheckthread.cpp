@@ -21,7 +21,7 @@ namespace {
 
 const QString toolName = QStringLiteral("vyrEnvCheckTool");
 
-/// Whether a thread of this program sleeps; one that only has no processor does not.
+/// Whether a thread of this program sleeps, as opposed to being runnable without a processor.
 bool isAsleep(pid_t thread)
 {
     const QByteArray status =
@@ -29,7 +29,7 @@ bool isAsleep(pid_t thread)
     return status.mid(status.lastIndexOf(')') + 2).startsWith('S');
 }
 
-/// Returns when a thread waits for something: it sleeps whenever one looks.
+/// Returns once a thread waits for something: it is asleep at each of several looks.
 void waitUntilWaiting(pid_t thread)
 {
     const QDeadlineTimer deadline(longestWaitMs);
@@ -57,7 +57,7 @@ private:
         return {QString::fromUtf8(type), QString::fromUtf8(app), QString::fromUtf8(argument)};
     }
 
-    /// A tool that tells when it runs and goes on until release().
+    /// A tool that reports its start and runs until release().
     static QByteArray heldTool()
     {
         return "touch \"$HOME/runs\"\nwhile [ ! -e \"$HOME/go\" ]; do sleep 0.02; done";
@@ -261,7 +261,7 @@ private slots:
         VyrEnvCheckThread thread(page);
         for (int round = 0; round < 50; ++round) {
             thread.check(check("t", "vyr"));
-            // The next one comes while the thread of this one is just ending.
+            // The next check arrives while this one's thread is ending.
             while (page.shown().size() <= round && thread.isRunning())
                 QThread::yieldCurrentThread();
         }

@@ -21,7 +21,7 @@ const QJsonObject error{{QStringLiteral("result"), QStringLiteral("error")}};
 
 } // namespace
 
-/// The commands that write a report or a listing where the user wants it.
+/// The commands that write a report or a listing to a file of the user's choice.
 class InfoExportsTest : public QObject
 {
     Q_OBJECT
@@ -124,7 +124,7 @@ private slots:
         PrivateHome::current().writeFile(QStringLiteral("listed"), "x");
         const QString listed = PrivateHome::current().path() + QStringLiteral("/listed");
         RecordingShell shell;
-        // The first word is written to, the second one is listed as a path.
+        // The first word is the output file, the second one a listed path.
         QCOMPARE(
             shell.call(QStringLiteral("exportspecialfileperm"), {}, {listed, path("first second")}),
             success);
@@ -204,7 +204,7 @@ private:
         return files;
     }
 
-    /// The last word of each line of the listing @p name; none while it is not there.
+    /// The last word of each line of the listing @p name; nothing until the file exists.
     QStringList listedPaths(const char *name) const
     {
         QStringList paths;

@@ -11,13 +11,13 @@ bool unameFails = false;
 
 } // namespace
 
-/// Stands before the C library's, which practically never fails.
+/// Replaces the C library's function, which practically never fails.
 extern "C" __attribute__((visibility("default"))) int uname(utsname *names) noexcept
 {
     return unameFails ? -1 : static_cast<int>(::syscall(SYS_uname, names));
 }
 
-/// The kernel probe where the system does not tell.
+/// The kernel probe when uname() fails.
 class KernelProbeTest : public QObject
 {
     Q_OBJECT

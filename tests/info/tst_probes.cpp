@@ -15,7 +15,7 @@ using testsupport::FakePrograms;
 
 namespace {
 
-/// How the end-of-file value reads that follows the browsers' versions.
+/// The end-of-file value after the browsers' versions, as text.
 const QString strayCharacter = QString(QChar(QChar::ReplacementCharacter));
 
 } // namespace
@@ -206,7 +206,7 @@ private slots:
     }
 
 private:
-    /// Makes the real program @p name one of the fakes, so that it stays when others are hidden.
+    /// Adds the real program @p name to the fakes, so that it stays visible when others are hidden.
     static void linkReal(const FakePrograms &programs, const QString &name)
     {
         const QString real = QStandardPaths::findExecutable(name);

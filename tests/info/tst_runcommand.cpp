@@ -125,7 +125,7 @@ private slots:
         struct sigaction before = {};
         hosts.sa_handler = ignoreSignal; // without SA_RESTART
         QCOMPARE(::sigaction(SIGUSR1, &hosts, &before), 0);
-        // Each signal is sent when all that was printed before it has been read.
+        // Each signal is sent after the earlier output has been read.
         const QString command =
             QStringLiteral("for i in 1 2 3; do printf $i; sleep 0.1; kill -USR1 %1; done; echo 4")
                 .arg(::getpid());
@@ -176,7 +176,7 @@ private slots:
         struct sigaction before = {};
         ignored.sa_handler = SIG_IGN;
         QCOMPARE(::sigaction(SIGCHLD, &ignored, &before), 0);
-        // The mask of ignored signals is inherited: bit 17 of it is SIGCHLD.
+        // Bit 17 of the inherited mask of ignored signals is SIGCHLD.
         const auto output = readCommandOutput(QStringLiteral("grep SigIgn /proc/self/status"));
         ::sigaction(SIGCHLD, &before, nullptr);
         QVERIFY(output);

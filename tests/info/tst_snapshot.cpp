@@ -51,7 +51,7 @@ QString ownerAndGroup()
 
 } // namespace
 
-/// The machine in one object, and the details of often-used paths.
+/// The snapshot of the machine, and the details of often-used paths.
 class SnapshotTest : public QObject
 {
     Q_OBJECT

@@ -57,7 +57,7 @@ const QByteArray envSection = "************env-begin***********\r\n"
                               "B=2\r\nA=1\r\n"
                               "************env-end***********\r\n";
 
-/// The other suites are read from the real system: their lines as the probe gives them.
+/// The probe's lines: the other suites are those of the real system.
 QByteArray otherOfficeSection()
 {
     QByteArray content;
@@ -67,7 +67,7 @@ QByteArray otherOfficeSection()
     return section("otheroffice", content);
 }
 
-/// Stands in for every tool that the report asks.
+/// Fakes every tool that the report runs.
 class FakeTools : public FakePrograms
 {
 public:
@@ -168,7 +168,7 @@ private slots:
         tools.add(QStringLiteral("env"), "echo CHANGED=1");
         info.writeSysInfoReport(path(), envOnly);
         QCOMPARE(readFile(path()), envSection + envSection);
-        // A probe that somebody else ran meanwhile counts.
+        // The result of a probe run in between is used.
         info.getEnvInfo();
         info.writeSysInfoReport(path(), envOnly);
         QCOMPARE(readFile(path()), envSection + envSection + section("env", "CHANGED=1\r\n"));

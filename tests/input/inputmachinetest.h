@@ -13,8 +13,8 @@
 #include "input/inputchecker.h"
 #include "input/inputenvironment.h"
 
-/// A machine of the test's own making: processes, plug-ins, environment, files, and what the
-/// checker writes to the debug log.
+/// A fake machine (processes, plug-ins, environment, files) that also collects the checker's debug
+/// messages.
 class InputMachineTest : public QObject
 {
 protected:

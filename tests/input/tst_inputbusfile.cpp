@@ -1,7 +1,7 @@
 #include "tests/input/inputmachinetest.h"
 #include "tests/support/shell/headlesstest.h"
 
-/// Where the checker looks for the address file of a running ibus.
+/// Where the checker expects the address file of a running ibus.
 class InputBusFileTest : public InputMachineTest
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ using OfficeAssiant::environmentValue;
 
 namespace {
 
-/// Translates whatever belongs to the input checker.
+/// Translates the input checker's messages.
 class InputTranslator : public QTranslator
 {
 public:
@@ -27,7 +27,7 @@ public:
 
 } // namespace
 
-/// Which finding the diagnosis comes to, and what becomes of it.
+/// The result of the diagnosis, its message and its history.
 class InputCheckerTest : public InputMachineTest
 {
     Q_OBJECT
@@ -155,7 +155,7 @@ private slots:
 
     void aRealProcessIsFoundByTheNameOfItsExecutable()
     {
-        // A name that no other process of the machine has.
+        // No other process on the machine has this name.
         const QString name = QStringLiteral("sleeper-%1").arg(::getpid());
         const QString program = m_machine->filePath(name);
         QVERIFY(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("sleep")), program));

@@ -20,7 +20,7 @@ QString urlOf(const QString &page)
            QStringLiteral("/addons/vyrassistanttool/officeassistant/resource/html/") + page;
 }
 
-/// A page on a window of its own.
+/// A page in its own window.
 struct Page
 {
     explicit Page(const QVariantMap &properties = {})

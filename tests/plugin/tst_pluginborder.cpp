@@ -151,7 +151,7 @@ private slots:
             QVERIFY(browser->container.calls.size() >= 3);
         }
         VERIFY_NOT_LOADED();
-        // Nothing that was left behind points into the library.
+        // Nothing left behind points into the library.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }

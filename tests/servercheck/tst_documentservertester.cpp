@@ -19,7 +19,7 @@ const QString plainSave = QStringLiteral("saveURL");
 const QString formSave = QStringLiteral("saveURL_FormData");
 const QString succeeded = QStringLiteral("success");
 
-/// "success", or the status text.
+/// "success", or the failure.
 QString tryServer(const QString &url, const QString &functionName = open,
                   const QString &headers = QString())
 {

@@ -40,8 +40,7 @@ QString queuedCall(const QString &command, const QString &callback, const QJsonO
     return QString::fromUtf8(QJsonDocument(call).toJson());
 }
 
-/// Accepts connections and never answers. close() drops them, and takes no new one when the client
-/// tries again.
+/// Accepts connections and never answers. close() drops them and refuses the client's retries.
 class SilentServer : public QTcpServer
 {
 public:
@@ -65,7 +64,7 @@ QString tryServer(const SilentServer &server)
 
 } // namespace
 
-/// What happens in the process while a document server does not answer.
+/// The rest of the process while a document server does not answer.
 class WaitingServerTest : public QObject
 {
     Q_OBJECT
@@ -78,7 +77,7 @@ private slots:
         const QSignalSpy turns(QCoreApplication::eventDispatcher(),
                                &QAbstractEventDispatcher::awake);
         QCOMPARE(tryServer(server), withoutStatus);
-        // One that does not sleep turns some hundred thousand times.
+        // A busy loop would turn some hundred thousand times.
         QVERIFY2(turns.count() < 1000, qPrintable(QString::number(turns.count())));
     }
 

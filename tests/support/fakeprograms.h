@@ -6,7 +6,7 @@
 
 namespace testsupport {
 
-/// Programs of the test's own, found before all others for as long as this object lives.
+/// Fake programs, first in PATH while this object lives.
 class FakePrograms
 {
 public:
@@ -16,7 +16,7 @@ public:
     /// Adds the program @p name: a shell script with @p body. Gives its path.
     QString add(const QString &name, const QByteArray &body) const;
 
-    /// Takes a fake away again, so that the program that it stood for is found.
+    /// Removes a fake, so that the real program is found again.
     void remove(const QString &name) const;
 
     /// Hides every program that is not a fake.

@@ -2,8 +2,8 @@
 
 namespace testsupport {
 
-/// A pipe that every process started after it holds open, whoever starts it: it tells when they are
-/// all gone, however slow the machine is.
+/// A pipe that all processes started after it inherit: its end of file tells when they have all
+/// ended.
 class Lifeline
 {
 public:
@@ -13,14 +13,14 @@ public:
     Lifeline(const Lifeline &) = delete;
     Lifeline &operator=(const Lifeline &) = delete;
 
-    /// The end that the processes hold, to write to.
+    /// The processes' end of the pipe, to write to.
     int descriptor() const { return m_held; }
 
-    /// Whether one of them has written something, or does within the longest wait.
+    /// Waits until a process has written something; false if none did in time.
     bool hasSign();
 
-    /// Whether all of them have ended, or do within the longest wait. From here on the processes
-    /// that are started no longer count.
+    /// Waits until all processes have ended; false if some did not in time. Processes started after
+    /// this call do not count.
     bool areAllGone();
 
 private:

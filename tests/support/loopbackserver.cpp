@@ -9,7 +9,7 @@ namespace testsupport {
 
 namespace {
 
-/// The request when all of it has come.
+/// The request, once it is complete.
 std::optional<WireRequest> parseRequest(const QByteArray &received)
 {
     const int headEnd = received.indexOf("\r\n\r\n");

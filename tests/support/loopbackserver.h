@@ -14,17 +14,17 @@ struct WireRequest
 {
     /// The first line, without its end.
     QByteArray line;
-    /// Names in lower case; one entry a header line, in their order.
+    /// One entry for each header line, in order; names in lower case.
     QList<QPair<QByteArray, QByteArray>> headers;
     QByteArray body;
 
-    /// The value of the one header of that name; null when there is none, and the program fails
-    /// when there are several.
+    /// The value of the header of that name; null if there is none. Aborts the program if there are
+    /// several.
     QByteArray header(const QByteArray &name) const;
 };
 
-/// An HTTP server on the loopback interface that answers with raw bytes and writes down what it
-/// is asked. It lives in the event loop of the test.
+/// An HTTP server on the loopback interface that answers with raw bytes and records its requests.
+/// Runs in the test's event loop.
 class LoopbackServer
 {
 public:

@@ -6,7 +6,7 @@
 
 namespace testsupport {
 
-/// Lets this process open no further file for as long as this object lives.
+/// While this object lives, this process cannot open another file.
 class NoMoreDescriptors
 {
 public:

@@ -2,8 +2,7 @@
 
 namespace testsupport {
 
-/// How long a condition may take to come true: far more than it needs, since the machine may be
-/// busy with something else.
+/// The time limit for a condition to become true: generous, since the machine may be busy.
 constexpr int longestWaitMs = 60000;
 
 } // namespace testsupport

@@ -10,7 +10,7 @@ namespace {
 
 PrivateHome *currentHome = nullptr;
 
-/// What would lead away from the private home or change what a probe finds.
+/// Variables that point outside the private home or change a probe's result.
 void cleanEnvironment()
 {
     for (const char *variable :

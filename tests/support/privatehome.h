@@ -6,8 +6,8 @@
 
 namespace testsupport {
 
-/// A home directory of the test's own. Made before the application object, since Qt remembers
-/// where a user's settings are; nothing of the real home is read or written from then on.
+/// A private home directory: the real one is neither read nor written. Create it before the
+/// application object, since Qt caches the location of the user's settings.
 class PrivateHome
 {
 public:
@@ -20,7 +20,7 @@ public:
     /// The suite's directory in it (krt::dirs::orvaneHome()), which is made.
     QString suiteHome() const;
 
-    /// Writes a file below the home directory, whose directories are made; gives its path.
+    /// Writes a file below the home directory, making its directories; returns its path.
     QString writeFile(const QString &name, const QByteArray &content) const;
 
     /// The home of the running test program.
@@ -30,7 +30,7 @@ private:
     QTemporaryDir m_directory;
 };
 
-/// The content of a file; fails the program when it cannot be read.
+/// The content of a file; aborts the program if it cannot be read.
 QByteArray readFile(const QString &path);
 
 } // namespace testsupport

@@ -7,8 +7,8 @@
 
 namespace testsupport {
 
-/// A program of the suite, in the application directory for as long as this object lives. It
-/// writes down each call before it does what the test wants.
+/// A fake program of the suite, in the application directory while this object lives. Records each
+/// call, then runs the test's script.
 class SuiteProgram
 {
 public:

@@ -4,8 +4,8 @@
 
 namespace testsupport {
 
-/// Whether @p check holds in a process that has to heed permissions even when root runs the tests.
-/// What the check does to files stays; what it does to objects does not.
+/// Whether @p check holds in a process without root's privileges, even if root runs the tests. Runs
+/// in a forked child: file changes persist, in-memory changes do not.
 bool holdsUnprivileged(const std::function<bool()> &check);
 
 } // namespace testsupport

@@ -16,7 +16,7 @@
 
 using OfficeAssiant::KUpdateHelp;
 
-/// The updater's configuration, log and launches, in directories of the test's own.
+/// The updater's configuration, log and launches, in private directories.
 class UpdateHelpTest : public QObject
 {
     Q_OBJECT

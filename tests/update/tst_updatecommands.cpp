@@ -4,8 +4,8 @@
 #include "tests/support/shell/headlesstest.h"
 #include "tests/support/shell/recordingshell.h"
 
-/// The updater commands as a page calls them, apart from those that launch the updater: that is
-/// the machine's own here.
+/// The updater commands as a page calls them, except those that launch the updater, which would be
+/// the machine's own.
 class UpdateCommandsTest : public QObject
 {
     Q_OBJECT

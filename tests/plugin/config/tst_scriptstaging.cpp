@@ -14,7 +14,7 @@ namespace {
 
 const QString script = QStringLiteral("getfileinfo.sh");
 
-/// Not the type package, which a shell may register in the same place.
+/// Without the type package, which a shell may register under the same prefix.
 QStringList embeddedScripts()
 {
     return QDir(QStringLiteral(":/config"), QStringLiteral("*.sh"), QDir::Name).entryList();
@@ -51,7 +51,7 @@ void writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-/// Turning a script's name into the path of a runnable file.
+/// From a script's name to the path of a runnable file.
 class ScriptStagingTest : public QObject
 {
     Q_OBJECT
@@ -147,7 +147,7 @@ private slots:
     void aStagedFileHasMode0550()
     {
         QCOMPARE(modeOf(stagedScript(script)), mode_t(0550));
-        // Still so when it is asked for again.
+        // Asking again gives the same.
         QCOMPARE(modeOf(stagedScript(script)), mode_t(0550));
     }
 

@@ -8,16 +8,16 @@
 
 namespace testsupport {
 
-/// A browser that writes down what it is told and does nothing by itself.
+/// A browser that only records how it is called.
 class RecordingBrowser : public KHelioBrowserWidgetBase
 {
     Q_OBJECT
 
 public:
-    /// Makes the browsers of all pages that are made from now on recording ones.
+    /// Gives recording browsers to all pages made from now on.
     static void install();
 
-    /// Leaves the pages that are made from now on without a browser.
+    /// Gives no browser to pages made from now on.
     static void installNone();
 
     /// The browser that was made last.

@@ -8,7 +8,7 @@
 
 namespace testsupport {
 
-/// A web view that writes down how the page's functions are called.
+/// A web view that records calls of the page's functions.
 class RecordingContainer : public KxWebViewContainer
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
         QString json;
         bool base64 = false;
 
-        /// The answer, whichever way it was sent.
+        /// The answer, decoded if it was sent as base64.
         QJsonObject answer() const;
     };
 

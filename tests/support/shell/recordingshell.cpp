@@ -17,7 +17,7 @@ namespace {
 
 void registerPage()
 {
-    // A look first: a registry that is made before the item is still there when the item goes.
+    // Creates the registry first, so that it outlives the item.
     KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage);
     static KHelioPluginWidgetFactoryItem<KVyrAssistantTool> item(
         KHelioPluginWidget::OfficeAssistantPage);

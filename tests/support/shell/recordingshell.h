@@ -7,7 +7,7 @@
 
 namespace testsupport {
 
-/// The pages of the plug-in that is linked into the test, with all that happens written down.
+/// Runs the pages of the plug-in that is linked into the test and records all events.
 class RecordingShell
 {
 public:
@@ -26,8 +26,8 @@ public:
     /// The events of that type so far, in order.
     QList<QJsonObject> events(const QString &type) const;
 
-    /// Processes events until an event of that type, and callback if one is named, has come since
-    /// the last call of forget(); null object when none came in time.
+    /// Waits for an event of that type, and of that callback if one is named, since the last call
+    /// of forget(). An empty object if none came in time.
     QJsonObject waitFor(const QString &type, const QString &callback = QString());
 
     void forget();

@@ -5,15 +5,15 @@
 
 namespace testsupport {
 
-/// Scripts of the test's own in the staging directory of its private home: a copy that lies there
-/// is used as it is, so these run in place of the embedded ones for as long as this object lives.
+/// Replaces embedded scripts while this object lives: puts the test's scripts into the staging
+/// directory, where an existing copy is used unchanged.
 class StagedScripts
 {
 public:
     StagedScripts();
     ~StagedScripts();
 
-    /// Puts @p body, a bash script, in place of the embedded script @p name.
+    /// Replaces the embedded script @p name with the bash script @p body.
     void replace(const QString &name, const QByteArray &body) const;
 
     /// Makes every staging fail.
