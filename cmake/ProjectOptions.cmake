@@ -31,3 +31,10 @@ if(ASSISTANT_SANITIZE)
 else()
     target_link_options(project_options INTERFACE -Wl,--no-undefined)
 endif()
+
+# export_map(LIBRARY FILE): LIBRARY offers only what the version script FILE lists.
+function(export_map library file)
+    set(map ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    target_link_options(${library} PRIVATE -Wl,--version-script=${map})
+    set_target_properties(${library} PROPERTIES LINK_DEPENDS ${map})
+endfunction()

@@ -40,7 +40,7 @@ void startRefreshes()
 
 } // namespace
 
-class KFsSearch::Private
+class Q_DECL_HIDDEN KFsSearch::Private
 {
 public:
     explicit Private(KFsSearch *search);
