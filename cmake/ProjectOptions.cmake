@@ -28,8 +28,15 @@ if(ASSISTANT_SANITIZE)
     target_compile_options(project_options INTERFACE
         -fsanitize=${ASSISTANT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(project_options INTERFACE -fsanitize=${ASSISTANT_SANITIZE})
+    if(ASSISTANT_FUZZ)
+        target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+    endif()
 else()
     target_link_options(project_options INTERFACE -Wl,--no-undefined)
+endif()
+if(ASSISTANT_COVERAGE)
+    target_compile_options(project_options INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(project_options INTERFACE --coverage)
 endif()
 
 # export_map(LIBRARY FILE): LIBRARY offers only what the version script FILE lists.

@@ -5,12 +5,33 @@ set(SUITE_OFFICE_DIR ${SUITE_DIR}/office)
 set(SUITE_ADDON_DIR ${SUITE_OFFICE_DIR}/addons/vyrassistanttool)
 set(SUITE_HTML_DIR ${SUITE_ADDON_DIR}/officeassistant/resource/html)
 
-# suite_place(TARGET DIRECTORY RPATH): builds TARGET right into the tree.
-function(suite_place target directory rpath)
+# Where the tree is installed, below the prefix.
+set(SUITE_DESTINATION lib/office-assistant)
+
+# Everything that runs, without the tests: what ./run needs.
+add_custom_target(suite)
+
+# suite_destination(RESULT DIRECTORY): where a directory of the tree is installed.
+function(suite_destination result directory)
+    cmake_path(RELATIVE_PATH directory BASE_DIRECTORY ${SUITE_DIR})
+    set(${result} ${SUITE_DESTINATION}/${directory} PARENT_SCOPE)
+endfunction()
+
+# suite_place(TARGET DIRECTORY RPATH COMPONENT): builds TARGET right into the tree and installs it from
+# there.
+function(suite_place target directory rpath component)
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${directory}
         RUNTIME_OUTPUT_DIRECTORY ${directory}
-        BUILD_RPATH "${rpath}"
         INSTALL_RPATH "${rpath}"
         BUILD_WITH_INSTALL_RPATH ON)
+    suite_destination(destination ${directory})
+    install(TARGETS ${target} DESTINATION ${destination} COMPONENT ${component})
+    add_dependencies(suite ${target})
+endfunction()
+
+# suite_files(COMPONENT DIRECTORY FILES…): installs what is written into the tree otherwise.
+function(suite_files component directory)
+    suite_destination(destination ${directory})
+    install(FILES ${ARGN} DESTINATION ${destination} COMPONENT ${component})
 endfunction()

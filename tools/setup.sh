@@ -49,12 +49,19 @@ install_packages() {
 }
 
 # build PRESET TARGET...
+# `default` and `dev` share a directory, so that ./run has nothing to build after ./test. `default` takes
+# it as it is; `dev` makes warnings fatal where they are not.
 build() {
     local preset=$1
     shift
-    local directory=build
-    [ "$preset" = default ] || directory=build-$preset
-    [ -f "$directory/build.ninja" ] || cmake --preset "$preset" >&2
+    case $preset in
+        default) [ -f build/build.ninja ] || cmake --preset default >&2 ;;
+        dev)
+            grep --quiet '^ASSISTANT_WERROR:BOOL=TRUE$' build/CMakeCache.txt 2> /dev/null \
+                || cmake --preset dev >&2
+            ;;
+        *) [ -f "build-$preset/build.ninja" ] || cmake --preset "$preset" >&2 ;;
+    esac
     cmake --build --preset "$preset" ${1:+--target "$@"} >&2
 }
 
