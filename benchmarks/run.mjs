@@ -20,11 +20,11 @@ const programs = {
     shell: `${office}/helio-shell`,
     htmlDirectory,
     html: `${htmlDirectory}/index.html`,
-    bareApplication: `${root}build/benchmarks/bare_application`,
-    bareView: `${root}build/benchmarks/bare_view`,
+    bareApplication: `${root}build/benchmarks/peers/bare_application`,
+    bareView: `${root}build/benchmarks/peers/bare_view`,
     plugin: `${office}/addons/vyrassistanttool/libofficeassistant.so`,
-    emptyPlugin: `${root}build/benchmarks/libempty_plugin.so`,
-    loadPlugin: `${root}build/benchmarks/load_plugin`,
+    emptyPlugin: `${root}build/benchmarks/peers/libempty_plugin.so`,
+    loadPlugin: `${root}build/benchmarks/peers/load_plugin`,
 };
 
 function line({ name, unit, goal, ours, peer, ratio }) {

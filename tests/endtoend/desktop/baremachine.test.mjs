@@ -1,11 +1,11 @@
 import fs from 'node:fs';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { runCommand } from '../../assistantctl.mjs';
-import { base64 } from '../../base64.mjs';
-import { installEntries, suiteEntries } from '../../desktop/suiteentries.mjs';
-import { SandboxRoot } from '../../sandboxroot.mjs';
-import { ENTRIES, SAMPLES, typeOf } from './desktoptools.mjs';
+import { runCommand } from '../assistantctl.mjs';
+import { base64 } from '../base64.mjs';
+import { installEntries, suiteEntries } from './suiteentries.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+import { ENTRIES, SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
 
 const MIME = '/home/user/.local/share/mime';
 const FOLDER = '/suite/office/asso_template';
