@@ -6,10 +6,12 @@ import { build as buildScript, transform } from 'esbuild';
 import { bundle } from './bundle.mjs';
 import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
 import { htmlPage } from './htmlpage.mjs';
+import { collectNotices } from './notices.mjs';
 import { pluginCheckPage } from './plugincheck.mjs';
 import { catalogues, textsIn, textsOfViews, textsScript } from './texts.mjs';
 
 const source = fileURLToPath(new URL('../src', import.meta.url));
+const licence = fileURLToPath(new URL('../../LICENSES/MIT.txt', import.meta.url));
 
 /** Scripts that all views share, in loading order, with what they provide to later ones. */
 const shared = [
@@ -20,6 +22,9 @@ const shared = [
     },
     { name: 'elements', globalName: 'PageElements', provides: { '@/elements': 'PageElements' } },
 ];
+
+/** Scripts that only one view needs, before its own. */
+const extraScripts = { about: ['notices.js'] };
 
 /** The home page is the one that the host opens first; every other view is named as its folder. */
 function pageFile(view) {
@@ -73,8 +78,18 @@ function offeredBy(modules) {
     return modules.flatMap((module) => tool.exec(module)?.[1] ?? []);
 }
 
+/**
+ * The file with all licence notices, and the script that shows it: a local page can read another file
+ * in no other way.
+ */
+async function addNotices(files, modules, version) {
+    const notices = await collectNotices(licence, modules);
+    files.set('notices.txt', notices);
+    files.set('notices.js', `window.about=${JSON.stringify({ version, notices })};\n`);
+}
+
 /** All files of the page, by name. */
-async function buildFiles() {
+async function buildFiles(version) {
     const files = new Map();
     const addBundle = ({ name, script, style }) => {
         files.set(`${name}.js`, script);
@@ -82,6 +97,7 @@ async function buildFiles() {
     };
     const { bundles, globals } = await bundleShared();
     bundles.forEach(addBundle);
+    const modules = bundles.flatMap((shared) => shared.modules);
     const head = await headPieces();
     const frame = await textsIn('frame');
     const views = await textsOfViews();
@@ -90,6 +106,7 @@ async function buildFiles() {
         const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
         const texts = textsScript(catalogues(frame, views, view, offeredBy(own.modules)));
         addBundle({ ...own, script: texts + own.script });
+        modules.push(...own.modules);
         const used = bundles.filter(({ provides }) =>
             Object.keys(provides).some((module) => own.imports.includes(module)),
         );
@@ -99,7 +116,7 @@ async function buildFiles() {
             htmlPage({
                 ...head,
                 titles: titlesOf(views[view], view),
-                scripts: parts.map(({ name }) => `${name}.js`),
+                scripts: [...(extraScripts[view] ?? []), ...parts.map(({ name }) => `${name}.js`)],
                 styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
             }),
         );
@@ -115,6 +132,7 @@ async function buildFiles() {
             styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }),
     );
+    await addNotices(files, modules, version);
     // The library hands this very name to the user's browser.
     files.set('vyrNpEnvCheck.html', await pluginCheckPage());
     return files;
@@ -151,11 +169,17 @@ async function writeFiles(files, directory) {
     for (const [name, content] of files) await writeFile(join(directory, name), content);
 }
 
-const { values } = parseArgs({ options: { outDir: { type: 'string', default: 'dist' } } });
+const { values } = parseArgs({
+    options: {
+        outDir: { type: 'string', default: 'dist' },
+        /** What the About view says. */
+        version: { type: 'string', default: 'development' },
+    },
+});
 const directory = resolve(values.outDir);
 try {
     await checkDirectory(directory);
-    const files = await buildFiles();
+    const files = await buildFiles(values.version);
     checkFiles(files);
     await writeFiles(files, directory);
     for (const [name, content] of files) {

@@ -1,0 +1,4 @@
+import { startView } from '@/frame/view';
+import AboutView from './AboutView.vue';
+
+startView(AboutView, 'about');

@@ -1,0 +1,3 @@
+const page = 'about.html';
+
+export const scenes = [{ name: 'about', page, shows: 'vue-i18n' }];
