@@ -1,7 +1,7 @@
 import { waitFor } from 'browser-driver';
 
-const PROGRAM = '/suite/office/assistantctl';
-const TIMEOUT = 90_000;
+const program = '/suite/office/assistantctl';
+const timeout = 90_000;
 
 /** The events in assistantctl's output, one JSON object per line; throws on anything else. */
 export function parseEvents(output) {
@@ -33,7 +33,7 @@ function commandLineOptions({ page, choose = [], wait, until, open, trace, prett
 
 /** Runs assistantctl with a raw argument list: {status, stdout, stderr}. */
 export async function runAssistant(root, args, options = {}) {
-    return root.run([PROGRAM, ...args], { timeoutMs: TIMEOUT, ...options });
+    return root.run([program, ...args], { timeoutMs: timeout, ...options });
 }
 
 /**
@@ -42,13 +42,13 @@ export async function runAssistant(root, args, options = {}) {
  * options are those of the program by name (choose is a list) and env, directory, timeoutMs.
  */
 export async function runCommand(root, command, args = {}, options = {}) {
-    const { env, directory, timeoutMs = TIMEOUT, ...programOptions } = options;
+    const { env, directory, timeoutMs = timeout, ...programOptions } = options;
     const words = [
         ...commandLineOptions(programOptions),
         command,
         ...Object.entries(args).map(commandLineArgument),
     ];
-    const end = await root.run([PROGRAM, ...words], { env, directory, timeoutMs });
+    const end = await root.run([program, ...words], { env, directory, timeoutMs });
     const events = programOptions.pretty ? [] : parseEvents(end.stdout);
     return {
         status: end.status,
@@ -87,7 +87,7 @@ export class Session {
     }
 
     constructor(root, trace, options) {
-        const words = [PROGRAM, '--session', ...(trace ? ['--trace'] : [])];
+        const words = [program, '--session', ...(trace ? ['--trace'] : [])];
         this.#process = root.spawn(words, options);
         this.#process.onStdout((chunk) => this.#take(chunk));
     }
@@ -96,7 +96,7 @@ export class Session {
      * Sends a command and waits for its answer event, or for the error event of the same id.
      * request: {command, args, page, choose}.
      */
-    async send(request, { timeoutMs = TIMEOUT } = {}) {
+    async send(request, { timeoutMs = timeout } = {}) {
         const id = request.id ?? this.#nextId++;
         await this.sendLine(JSON.stringify({ id, ...request }));
         const belongs = (event) => ['answer', 'error'].includes(event.type) && event.id === id;
@@ -113,13 +113,13 @@ export class Session {
     }
 
     /** The next later answer of that callback name that no earlier call has returned. */
-    async callback(name, { timeoutMs = TIMEOUT } = {}) {
+    async callback(name, { timeoutMs = timeout } = {}) {
         const belongs = (event) => event.type === 'callback' && event.callback === name;
         return this.#claim(belongs, `the callback ${name}`, timeoutMs);
     }
 
     /** The next error event that no earlier call has returned. */
-    async error({ timeoutMs = TIMEOUT } = {}) {
+    async error({ timeoutMs = timeout } = {}) {
         return this.#claim((event) => event.type === 'error', 'an error event', timeoutMs);
     }
 
@@ -129,7 +129,7 @@ export class Session {
         return this.#claim(
             ({ type }) => type === 'waited',
             'the end of a wait',
-            milliseconds + TIMEOUT,
+            milliseconds + timeout,
         );
     }
 
@@ -139,7 +139,7 @@ export class Session {
         return this.#claim(
             ({ type }) => type === 'waited',
             `the end of a wait for ${callback}`,
-            milliseconds + TIMEOUT,
+            milliseconds + timeout,
         );
     }
 
@@ -149,7 +149,7 @@ export class Session {
     }
 
     /** Ends the input and waits for the program's end: {status, events, stderr}. */
-    async close({ timeoutMs = TIMEOUT } = {}) {
+    async close({ timeoutMs = timeout } = {}) {
         this.#process.endInput();
         const end = await this.#process.waitForExit(timeoutMs);
         this.#throwFault();

@@ -3,7 +3,7 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { parseEvents, runCommand, Session } from './assistantctl.mjs';
 import { SandboxRoot } from './sandboxroot.mjs';
 
-const ECHO = `#!/usr/bin/python3
+const echo = `#!/usr/bin/python3
 import json, sys
 for line in sys.stdin:
     try:
@@ -66,7 +66,7 @@ test('the driver passes options and arguments as the command line wants them', a
 });
 
 test('a session matches answers, callbacks and errors to their requests', async () => {
-    await standInProgram(ECHO);
+    await standInProgram(echo);
     const session = Session.start(root);
     expect((await session.send({ command: 'one', args: {} })).result.command).toBe('one');
     await session.sendLine('{');

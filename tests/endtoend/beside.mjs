@@ -1,8 +1,8 @@
-const LAUNCHER = '/tmp/beside.sh';
-const LOG = '/tmp/beside.log';
+const launcher = '/tmp/beside.sh';
+const logFile = '/tmp/beside.log';
 
 /** Shell lines that start an X display and a session bus, and wait until both answer. */
-export const DISPLAY_AND_BUS = `
+export const displayAndBus = `
 export DISPLAY=:7 DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
 Xvfb :7 -nolisten tcp -noreset &
 await xprop -root
@@ -18,7 +18,7 @@ await dbus-send --session --dest=org.freedesktop.DBus --print-reply / \
  */
 export async function beside(root, script) {
     await root.writeFile(
-        LAUNCHER,
+        launcher,
         `#!/bin/bash
 # Waits until the condition (a command) holds, for a minute at most.
 await() {
@@ -31,13 +31,13 @@ await() {
         sleep 0.05
     done
 }
-exec 3>&1 4>&2 >> ${LOG} 2>&1 5<&0 < /dev/null
+exec 3>&1 4>&2 >> ${logFile} 2>&1 5<&0 < /dev/null
 ${script}
 exec >&3 2>&4 <&5 3>&- 4>&- 5<&-
 "$@"
 `,
     );
-    const launched = (command) => ['bash', LAUNCHER, ...command];
+    const launched = (command) => ['bash', launcher, ...command];
     return {
         run: (command, options) => root.run(launched(command), options),
         spawn: (command, options) => root.spawn(launched(command), options),
@@ -46,5 +46,5 @@ exec >&3 2>&4 <&5 3>&- 4>&- 5<&-
 
 /** What those programs have printed so far. */
 export function besideLog(root) {
-    return root.readFile(LOG);
+    return root.readFile(logFile);
 }

@@ -2,10 +2,12 @@ import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 /** Top of the source tree. */
-export const REPOSITORY = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
+export const repository = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
 
 /** The runnable tree under test; SUITE_DIR names another build's. */
-export const SUITE = path.resolve(process.env.SUITE_DIR ?? path.join(REPOSITORY, 'build/suite'));
+export const suiteDirectory = path.resolve(
+    process.env.SUITE_DIR ?? path.join(repository, 'build/suite'),
+);
 
 /** The embedded scripts as the build puts them together. */
-export const SCRIPTS = path.join(REPOSITORY, 'build/plugin/config');
+export const scriptsDirectory = path.join(repository, 'build/plugin/config');

@@ -2,7 +2,7 @@ import fs from 'node:fs';
 import path from 'node:path';
 
 /** Suite files of this size or more are bound read-only instead of copied. */
-const COPY_LIMIT = 64 * 1024;
+const copyLimit = 64 * 1024;
 
 /** Arguments that show the system's own directories read-only, without any of its users' files. */
 export function systemMounts() {
@@ -42,7 +42,7 @@ export function copySuite(source, target) {
         if (stat.isDirectory()) {
             fs.mkdirSync(to, { recursive: true });
             for (const name of fs.readdirSync(from)) copy(path.join(relative, name));
-        } else if (stat.size >= COPY_LIMIT) {
+        } else if (stat.size >= copyLimit) {
             fs.writeFileSync(to, '');
             large.set(relative, fs.realpathSync(from));
         } else {

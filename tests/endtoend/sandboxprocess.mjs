@@ -1,7 +1,7 @@
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 
-const OUTPUT_LIMIT = 256 * 1024 * 1024;
+const outputLimit = 256 * 1024 * 1024;
 
 /** The process may have just ended by itself. */
 function killIfThere(pid) {
@@ -104,7 +104,7 @@ export class SandboxProcess {
         }
         if (this.#spawnError) throw this.#spawnError;
         if (this.#overflow)
-            throw new Error(`${this.#description} printed more than ${OUTPUT_LIMIT} bytes`);
+            throw new Error(`${this.#description} printed more than ${outputLimit} bytes`);
         return { ...end, stdout: this.stdout, stdoutBytes: this.stdoutBytes, stderr: this.stderr };
     }
 
@@ -128,7 +128,7 @@ export class SandboxProcess {
 
     #collect(name, chunk) {
         this.#size += chunk.length;
-        if (this.#size > OUTPUT_LIMIT) {
+        if (this.#size > outputLimit) {
             if (!this.#overflow) this.kill();
             this.#overflow = true;
             return;

@@ -2,17 +2,17 @@ import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
 
-import { SCRIPTS, SUITE } from './paths.mjs';
+import { scriptsDirectory, suiteDirectory } from './paths.mjs';
 import { copySuite, directoryWithout, removeTree, systemMounts } from './sandboxmounts.mjs';
 import { SandboxProcess } from './sandboxprocess.mjs';
 
-const DEFAULT_TIMEOUT = 90_000;
-const PATH = '/fakes:/usr/bin:/usr/sbin:/bin:/sbin';
-const HIDABLE = '/usr/bin';
-const PASSED_ON = ['ASAN_OPTIONS', 'LSAN_OPTIONS', 'TSAN_OPTIONS', 'UBSAN_OPTIONS'];
+const defaultTimeout = 90_000;
+const searchPath = '/fakes:/usr/bin:/usr/sbin:/bin:/sbin';
+const hidableDirectory = '/usr/bin';
+const passedOn = ['ASAN_OPTIONS', 'LSAN_OPTIONS', 'TSAN_OPTIONS', 'UBSAN_OPTIONS'];
 
 /** Private directories: the path in the sandbox, and the name on the host. */
-const PRIVATE_DIRECTORIES = {
+const privateDirectories = {
     '/home': 'home',
     '/root': 'root',
     '/tmp': 'tmp',
@@ -60,7 +60,7 @@ export class SandboxRoot {
     constructor(user, env) {
         this.#user = user;
         this.#directory = fs.mkdtempSync(path.join(os.tmpdir(), 'sandboxroot-'));
-        for (const [seen, name] of Object.entries(PRIVATE_DIRECTORIES)) {
+        for (const [seen, name] of Object.entries(privateDirectories)) {
             const host = path.join(this.#directory, name);
             fs.mkdirSync(host);
             this.#mountPoints.set(seen, host);
@@ -73,13 +73,13 @@ export class SandboxRoot {
             USER: user,
             LOGNAME: user,
             SHELL: '/bin/bash',
-            PATH,
+            PATH: searchPath,
             LANG: 'C.UTF-8',
             TZ: 'UTC',
             XDG_RUNTIME_DIR: runtime,
             ...env,
         };
-        for (const name of PASSED_ON) {
+        for (const name of passedOn) {
             if (process.env[name]) this.#environment[name] = process.env[name];
         }
         this.#writeAccounts();
@@ -180,7 +180,7 @@ exit ${status}
     }
 
     /** Runs a command to its end: {status, signal, stdout, stdoutBytes, stderr}. */
-    async run(command, { input = '', timeoutMs = DEFAULT_TIMEOUT, ...options } = {}) {
+    async run(command, { input = '', timeoutMs = defaultTimeout, ...options } = {}) {
         const started = this.spawn(command, options);
         started.endInput(input);
         try {
@@ -234,7 +234,7 @@ exit ${status}
         for (const name of ['passwd', 'group'])
             args.push('--ro-bind', path.join(this.#directory, name), `/etc/${name}`);
         for (const [seen, host] of this.#mountPoints) args.push('--bind', host, seen);
-        args.push('--ro-bind', SCRIPTS, '/scripts', ...this.#extraMounts);
+        args.push('--ro-bind', scriptsDirectory, '/scripts', ...this.#extraMounts);
         for (const [inside, host] of this.#boundFiles) args.push('--ro-bind', host, inside);
         args.push('--remount-ro', '/', '--chdir', directory, '--clearenv');
         for (const [name, value] of Object.entries({ ...this.#environment, ...env })) {
@@ -245,24 +245,26 @@ exit ${status}
 
     #hidePrograms(hide) {
         for (const program of hide) {
-            if (path.posix.dirname(program) !== HIDABLE)
-                throw new Error(`only programs of ${HIDABLE} can be hidden, not ${program}`);
+            if (path.posix.dirname(program) !== hidableDirectory)
+                throw new Error(
+                    `only programs of ${hidableDirectory} can be hidden, not ${program}`,
+                );
         }
         const installed = hide.filter((program) => fs.existsSync(program));
         if (installed.length === 0) return;
         const names = installed.map((program) => path.posix.basename(program));
         const links = path.join(this.#directory, 'programs');
-        directoryWithout(HIDABLE, names, '/systemprograms', links);
-        this.#extraMounts.push('--ro-bind', HIDABLE, '/systemprograms');
-        this.#extraMounts.push('--ro-bind', links, HIDABLE);
+        directoryWithout(hidableDirectory, names, '/systemprograms', links);
+        this.#extraMounts.push('--ro-bind', hidableDirectory, '/systemprograms');
+        this.#extraMounts.push('--ro-bind', links, hidableDirectory);
     }
 
     #addSuite() {
-        if (!fs.existsSync(SUITE))
-            throw new Error(`${SUITE} does not exist: build first, or set SUITE_DIR`);
+        if (!fs.existsSync(suiteDirectory))
+            throw new Error(`${suiteDirectory} does not exist: build first, or set SUITE_DIR`);
         const host = path.join(this.#directory, 'suite');
         this.#mountPoints.set('/suite', host);
-        for (const [relative, file] of copySuite(SUITE, host))
+        for (const [relative, file] of copySuite(suiteDirectory, host))
             this.#boundFiles.set(path.posix.join('/suite', relative), file);
     }
 

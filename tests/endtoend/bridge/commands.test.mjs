@@ -2,28 +2,28 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { afterAll, beforeAll, describe, expect, test } from 'vitest';
 
-import { COMMANDS } from '../helio/ctl/commandtable.mjs';
+import { commands } from '../helio/ctl/commandtable.mjs';
 import { installEntries } from '../desktop/suiteentries.mjs';
-import { REPOSITORY } from '../paths.mjs';
+import { repository } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { CONFIG, installUpdater, LOG } from '../update/updater.mjs';
-import { STEPS } from './steps.mjs';
+import { configFile, installUpdater, logFile } from '../update/updater.mjs';
+import { steps } from './steps.mjs';
 
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const OFFICE = '/suite/office';
-const LONGEST_RUN = 600_000;
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const office = '/suite/office';
+const longestRun = 600_000;
 
 const recorder = (name) => `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
 `;
 /** Fake suite programs: each writes the files that the real one would. */
-const PROGRAMS = {
-    vyr: `#!/bin/bash\nprintf '[vyrtool]\\nMissFonts=Arial\\n' > ${WORK}/vyrmissfonts.ini\n`,
+const programs = {
+    vyr: `#!/bin/bash\nprintf '[vyrtool]\\nMissFonts=Arial\\n' > ${workDirectory}/vyrmissfonts.ini\n`,
     vyrEnvCheckTool: `#!/bin/bash
 if [ "$1" = print ]; then
-    echo '%PDF-1.7' > ${WORK}/report.pdf
+    echo '%PDF-1.7' > ${workDirectory}/report.pdf
 else
-    printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${WORK}/vyrEnv.ini
+    printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${workDirectory}/vyrEnv.ini
 fi
 `,
     eptools: recorder('eptools'),
@@ -35,14 +35,14 @@ let run;
 let outcomes;
 
 async function installSuite() {
-    for (const [name, script] of Object.entries(PROGRAMS)) {
-        await root.run(['rm', '-f', `${OFFICE}/${name}`]);
-        await root.writeFile(`${OFFICE}/${name}`, script, { mode: 0o755 });
+    for (const [name, script] of Object.entries(programs)) {
+        await root.run(['rm', '-f', `${office}/${name}`]);
+        await root.writeFile(`${office}/${name}`, script, { mode: 0o755 });
     }
     await installEntries(root);
     await installUpdater(root);
-    await root.writeFile(CONFIG, '[update]\nchannel=beta\n');
-    await root.writeFile(LOG, 'checked\n');
+    await root.writeFile(configFile, '[update]\nchannel=beta\n');
+    await root.writeFile(logFile, 'checked\n');
 }
 
 async function fillHome() {
@@ -63,14 +63,14 @@ beforeAll(async () => {
     await fillHome();
     root.bind(fs.realpathSync(process.execPath), '/repository/node');
     for (const name of ['node_modules', 'tests/browser', 'tests/endtoend'])
-        root.bind(path.join(REPOSITORY, name), `/repository/${name}`);
+        root.bind(path.join(repository, name), `/repository/${name}`);
     run = await root.run(
         [
             '/repository/node',
             '/repository/tests/endtoend/bridge/insidesandbox.mjs',
-            JSON.stringify(STEPS),
+            JSON.stringify(steps),
         ],
-        { timeoutMs: LONGEST_RUN },
+        { timeoutMs: longestRun },
     );
     outcomes = new Map(
         run.stdout
@@ -79,13 +79,13 @@ beforeAll(async () => {
             .map((line) => JSON.parse(line))
             .map((outcome) => [outcome.command, outcome]),
     );
-}, LONGEST_RUN);
+}, longestRun);
 
 afterAll(async () => root.dispose());
 
 test('every command is sent once', () => {
-    expect(STEPS.map(({ command }) => command).sort()).toEqual([...COMMANDS].sort());
-    expect(COMMANDS).toHaveLength(57);
+    expect(steps.map(({ command }) => command).sort()).toEqual([...commands].sort());
+    expect(commands).toHaveLength(57);
 });
 
 test('no script of a page reports an error', () => {
@@ -93,7 +93,7 @@ test('no script of a page reports an error', () => {
 });
 
 describe('a page of the window reaches', () => {
-    test.each(STEPS)('$command', ({ command, answer, callback, ends }) => {
+    test.each(steps)('$command', ({ command, answer, callback, ends }) => {
         const outcome = outcomes.get(command);
         expect(outcome?.error, run.stderr).toBeUndefined();
         if (ends) {

@@ -9,18 +9,18 @@ import { waitFor } from 'browser-driver';
 import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
 
-const CALLBACKS = [
+const callbacks = [
     'hiddentipCallBack',
     'startsearchfileCallBack',
     'searchfilefinish',
     'freshcrshpageCallBack',
     'returnvyrenvcheck',
 ];
-const HOME = 'index.html';
-const PATIENCE = { timeoutMs: 90_000 };
+const homeView = 'index.html';
+const patience = { timeoutMs: 90_000 };
 
 /** Records every call of the page's callbacks; its own functions still run. */
-const listen = `void ${JSON.stringify(CALLBACKS)}.forEach((name) => {
+const listen = `void ${JSON.stringify(callbacks)}.forEach((name) => {
     const own = window[name];
     window[name] = (envelope) => {
         (window.told = window.told || []).push({ callback: name, ...envelope });
@@ -35,11 +35,11 @@ async function bringAbout({ write, file, gone }) {
         const [name, text] = file;
         await waitFor(() => fs.existsSync(name) && fs.readFileSync(name, 'utf8').includes(text), {
             what: `${text} in ${name}`,
-            ...PATIENCE,
+            ...patience,
         });
     }
     if (gone)
-        await waitFor(() => !fs.existsSync(gone), { what: `the end of ${gone}`, ...PATIENCE });
+        await waitFor(() => !fs.existsSync(gone), { what: `the end of ${gone}`, ...patience });
 }
 
 class Pages {
@@ -63,7 +63,7 @@ class Pages {
     }
 
     /** Sends one command and waits for its effects; gives {envelope, told}. */
-    async send({ page: name = HOME, command, args = {}, choose = [], callback, ends, ...effects }) {
+    async send({ page: name = homeView, command, args = {}, choose = [], callback, ends, ...effects }) {
         const page = await this.#page(name);
         const listener = await this.#page(callback?.page ?? name);
         await listener.evaluate('void (window.told = [])');
@@ -77,7 +77,7 @@ class Pages {
         await bringAbout(effects);
         if (callback) {
             const name = JSON.stringify(callback.name);
-            await listener.until(`told.some((one) => one.callback === ${name})`, PATIENCE);
+            await listener.until(`told.some((one) => one.callback === ${name})`, patience);
         }
         return { envelope, told: await listener.evaluate('told') };
     }

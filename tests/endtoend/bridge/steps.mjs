@@ -1,13 +1,13 @@
 // Every command as a page sends it, with the expected answer and effects.
 
 import { base64 } from '../base64.mjs';
-import { CONFIG, LOG } from '../update/updater.mjs';
+import { configFile, logFile } from '../update/updater.mjs';
 
-const HOME = '/home/user';
-const WORK = `${HOME}/.local/share/Orvane/tmp`;
-const REPORT = `${HOME}/report.docx`;
-const VIEW = 'environmentcheck.html';
-const CALLS = '/fakecalls';
+const home = '/home/user';
+const workDirectory = `${home}/.local/share/Orvane/tmp`;
+const report = `${home}/report.docx`;
+const view = 'environmentcheck.html';
+const calls = '/fakecalls';
 
 const open = (path) => ['Open File', path];
 const save = (path) => ['Save File', path];
@@ -29,35 +29,35 @@ const checkFinding = { result: { value: base64('ok'), cmd: 'fonts', app: 'vyr' }
  * test of its result, `file` a file and a text that it must get, `gone` a file that must disappear,
  * `callback` the page's function that must be called, with the page if it is another one.
  */
-export const STEPS = [
+export const steps = [
     { command: 'mousePress', answer: nothing },
     { command: 'mouseRelease', answer: nothing },
-    { command: 'stoppreload', answer: success, file: [`${CALLS}/quickstartoffice`, 'stop'] },
-    { command: 'restartpreload', answer: success, file: [`${CALLS}/quickstartoffice`, 'restart'] },
+    { command: 'stoppreload', answer: success, file: [`${calls}/quickstartoffice`, 'stop'] },
+    { command: 'restartpreload', answer: success, file: [`${calls}/quickstartoffice`, 'restart'] },
     { command: 'screenshots', answer: success },
-    { command: 'recordscreen', answer: success, file: [`${CALLS}/screencap`, '0'] },
-    { command: 'contentreplace', answer: success, file: [`${CALLS}/eptools`, '-replacefile'] },
-    { command: 'apilog', answer: success, file: [`${CALLS}/eptools`, '-apilog'] },
+    { command: 'recordscreen', answer: success, file: [`${calls}/screencap`, '0'] },
+    { command: 'contentreplace', answer: success, file: [`${calls}/eptools`, '-replacefile'] },
+    { command: 'apilog', answer: success, file: [`${calls}/eptools`, '-apilog'] },
     {
         command: 'exportsysinfo',
-        choose: [save(`${HOME}/system`)],
+        choose: [save(`${home}/system`)],
         answer: success,
-        file: [`${HOME}/system`, 'Linux'],
+        file: [`${home}/system`, 'Linux'],
     },
     {
         command: 'exportoftenfileperm',
-        choose: [save(`${HOME}/often`)],
+        choose: [save(`${home}/often`)],
         answer: success,
-        file: [`${HOME}/often`, 'Office.conf'],
+        file: [`${home}/often`, 'Office.conf'],
     },
     {
         command: 'exportspecialfileperm',
-        choose: [open(REPORT), save(`${HOME}/special`)],
+        choose: [open(report), save(`${home}/special`)],
         answer: success,
-        file: [`${HOME}/special`, REPORT],
+        file: [`${home}/special`, report],
     },
     { command: 'stratcheckenv', answer: isObject('sysinfo', 'fontinfo', 'envInfo') },
-    { command: 'addconfigfile', choose: [open(REPORT)], answer: success },
+    { command: 'addconfigfile', choose: [open(report)], answer: success },
     { command: 'stratextractfileinfo', answer: isObject('report.docx') },
     { command: 'getcpuinfo', answer: tenProcesses },
     { command: 'getmemoryinfo', answer: tenProcesses },
@@ -69,15 +69,15 @@ export const STEPS = [
     {
         command: 'startDump',
         answer: success,
-        write: `${WORK}/dump/vyr_1.dmp`,
+        write: `${workDirectory}/dump/vyr_1.dmp`,
         callback: { name: 'freshcrshpageCallBack', told: success },
     },
     {
         command: 'stopDump',
         answer: success,
-        file: [`${HOME}/.config/Orvane/Office.conf`, '=false'],
+        file: [`${home}/.config/Orvane/Office.conf`, '=false'],
     },
-    { command: 'cleardumpdir', answer: success, gone: `${WORK}/dump/vyr_1.dmp` },
+    { command: 'cleardumpdir', answer: success, gone: `${workDirectory}/dump/vyr_1.dmp` },
 
     { command: 'getlogfile', answer: { result: base64('checked\n') } },
     { command: 'getupdatesupport', answer: { result: true } },
@@ -86,7 +86,7 @@ export const STEPS = [
         command: 'changeupdateconfig',
         args: { keyvalue: 'channel$stable' },
         answer: success,
-        file: [CONFIG, 'channel=stable'],
+        file: [configFile, 'channel=stable'],
     },
     { command: 'testupdate', answer: success, file: updaterCall('/from:manual') },
     { command: 'testdailyreport', answer: success, file: updaterCall('/from:lumstart') },
@@ -96,61 +96,61 @@ export const STEPS = [
         answer: success,
         file: updaterCall('/senduninstallinfo:true'),
     },
-    { command: 'clearlogfile', answer: success, gone: LOG },
+    { command: 'clearlogfile', answer: success, gone: logFile },
 
     { command: 'getdesktopiconfile', answer: isObject('icon', 'mode', 'docket') },
     {
         command: 'fixfouricon',
         answer: success,
-        file: [`${HOME}/Desktop/vyr-office-vyr.desktop`, 'Desktop Entry'],
+        file: [`${home}/Desktop/vyr-office-vyr.desktop`, 'Desktop Entry'],
     },
     {
         command: 'fixoneicon',
         answer: success,
-        file: [`${HOME}/Desktop/vyr-office-tessaly.desktop`, 'Desktop Entry'],
+        file: [`${home}/Desktop/vyr-office-tessaly.desktop`, 'Desktop Entry'],
     },
     { command: 'getassomime', answer: threeApplications },
     { command: 'getassoopen', answer: threeApplications },
     {
         command: 'fileassorepair',
         answer: success,
-        file: [`${HOME}/.local/share/mime/packages/Override.xml`, 'application/vyr-office.docx'],
+        file: [`${home}/.local/share/mime/packages/Override.xml`, 'application/vyr-office.docx'],
     },
 
     {
         command: 'comparefont',
-        args: { filepath: base64(REPORT) },
+        args: { filepath: base64(report) },
         answer: { result: { MissFonts: base64('Arial') } },
     },
     {
         command: 'chooselayouterrorfile',
-        choose: [open(REPORT)],
-        answer: { result: base64(REPORT) },
+        choose: [open(report)],
+        answer: { result: base64(report) },
     },
-    { command: 'openlaytouerrorfile', answer: success, file: [`${CALLS}/xdg-open`, 'report.docx'] },
+    { command: 'openlaytouerrorfile', answer: success, file: [`${calls}/xdg-open`, 'report.docx'] },
     {
         command: 'openprinterrorfile',
-        choose: [open(REPORT)],
-        answer: { result: base64(REPORT) },
-        file: [`${CALLS}/xdg-open`, 'report.pdf'],
+        choose: [open(report)],
+        answer: { result: base64(report) },
+        file: [`${calls}/xdg-open`, 'report.pdf'],
     },
     {
         command: 'openremoveurlcheck',
         answer: success,
-        file: [`${CALLS}/server`, '/open'],
+        file: [`${calls}/server`, '/open'],
         args: { urlpath: 'http://127.0.0.1:8080/open', funcname: 'OpenDocumentFromServer' },
     },
 
     { command: 'feedbacktovyr', args: { infopage: 'layout' }, answer: nothing },
-    { command: 'getcollectionpage', answer: { result: { page: 'layout', file: REPORT } } },
-    { command: 'choosesamplefile', choose: [open(REPORT)], answer: { result: base64(REPORT) } },
-    { command: 'chooseattachment', choose: [open(REPORT)], answer: { result: base64(REPORT) } },
+    { command: 'getcollectionpage', answer: { result: { page: 'layout', file: report } } },
+    { command: 'choosesamplefile', choose: [open(report)], answer: { result: base64(report) } },
+    { command: 'chooseattachment', choose: [open(report)], answer: { result: base64(report) } },
     {
         command: 'archivepackage',
-        choose: [save(`${HOME}/feedback`)],
-        args: { archiveType: 'layout', archiveDescribe: 'wrong', archiveSample: REPORT },
-        answer: { result: base64(`${HOME}/feedback`) },
-        file: [`${CALLS}/xdg-open`, 'feedback.tar.gz'],
+        choose: [save(`${home}/feedback`)],
+        args: { archiveType: 'layout', archiveDescribe: 'wrong', archiveSample: report },
+        answer: { result: base64(`${home}/feedback`) },
+        file: [`${calls}/xdg-open`, 'feedback.tar.gz'],
     },
 
     {
@@ -162,40 +162,40 @@ export const STEPS = [
             told: success,
             before: {
                 callback: 'startsearchfileCallBack',
-                result: { [base64('report.docx')]: base64(HOME) },
+                result: { [base64('report.docx')]: base64(home) },
             },
         },
     },
     {
         command: 'opensearchfile',
-        args: { file: `${HOME}/often` },
+        args: { file: `${home}/often` },
         answer: success,
-        file: [`${CALLS}/xdg-open`, `${HOME}/often`],
+        file: [`${calls}/xdg-open`, `${home}/often`],
     },
 
     {
         command: 'router',
-        args: { page: VIEW, type: 'vyrrunningcheck' },
+        args: { page: view, type: 'vyrrunningcheck' },
         answer: success,
         callback: { name: 'hiddentipCallBack', told: { result: 'show' } },
     },
     {
         command: 'vyrenvcheck',
-        page: VIEW,
+        page: view,
         args: { type: 'fonts', app: 'vyr', arg: '' },
         answer: success,
         callback: { name: 'returnvyrenvcheck', told: checkFinding },
     },
-    { command: 'getvyrenvcheckedresult', page: VIEW, answer: isObject('fonts-vyr') },
+    { command: 'getvyrenvcheckedresult', page: view, answer: isObject('fonts-vyr') },
     {
         command: 'runfirefoxplugin',
-        page: VIEW,
+        page: view,
         answer: success,
-        file: [`${CALLS}/xdg-open`, 'vyrNpEnvCheck.html'],
+        file: [`${calls}/xdg-open`, 'vyrNpEnvCheck.html'],
     },
     {
         command: 'closechildwindow',
-        page: VIEW,
+        page: view,
         args: { type: 'vyrrunningcheck' },
         answer: nothing,
         callback: { name: 'hiddentipCallBack', page: 'index.html', told: { result: 'hide' } },

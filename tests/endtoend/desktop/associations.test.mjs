@@ -2,13 +2,13 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { ENTRIES, INTEGRATED, SAMPLES, setMode, typeOf } from '../plugin/config/desktoptools.mjs';
-import { SUFFIXES } from '../plugin/config/scriptrunner.mjs';
+import { entries, integrated, samples, setMode, typeOf } from '../plugin/config/desktoptools.mjs';
+import { suffixesOfTag } from '../plugin/config/scriptrunner.mjs';
 import { installEntries } from './suiteentries.mjs';
 
-const MIME = '/home/user/.local/share/mime';
-const PACKAGE = `${MIME}/packages/Override.xml`;
-const TAGS = ['vyr', 'shw', 'tbl'];
+const mimeDirectory = '/home/user/.local/share/mime';
+const mimePackage = `${mimeDirectory}/packages/Override.xml`;
+const tags = ['vyr', 'shw', 'tbl'];
 
 let root;
 
@@ -32,13 +32,13 @@ afterEach(async () => {
 const list = async (command, options) =>
     (await runCommand(root, command, {}, options)).answer.result;
 const repair = (options) => runCommand(root, 'fileassorepair', {}, options);
-/** Updates the MIME database, as a desktop does when a package is added. */
-const updateDatabase = () => root.run(['update-mime-database', MIME]);
-const shown = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
+/** Updates the mimeDirectory database, as a desktop does when a package is added. */
+const updateDatabase = () => root.run(['update-mime-database', mimeDirectory]);
+const shown = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : entries[tag]);
 /** The answer in which every suffix has value(tag, suffix). */
 const everySuffix = (value) =>
-    TAGS.map((tag) =>
-        Object.fromEntries(SUFFIXES[tag].map((suffix) => [suffix, value(tag, suffix)])),
+    tags.map((tag) =>
+        Object.fromEntries(suffixesOfTag[tag].map((suffix) => [suffix, value(tag, suffix)])),
     );
 
 describe('a repair with the real desktop tools', () => {
@@ -55,7 +55,7 @@ describe('a repair with the real desktop tools', () => {
     });
 
     test('it installs the types, and with the desktop’s update every suffix has the suite’s', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         const end = await repair({ trace: true });
         expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
         expect(end.events[0]).toMatchObject({
@@ -64,7 +64,7 @@ describe('a repair with the real desktop tools', () => {
             arguments: ['/suite/office/asso_template'],
             workingDirectory: '',
         });
-        expect((await root.stat(PACKAGE)).mode & 0o777).toBe(0o550);
+        expect((await root.stat(mimePackage)).mode & 0o777).toBe(0o550);
         expect((await updateDatabase()).status).toBe(0);
         expect(await list('getassomime')).toEqual(
             everySuffix((_, suffix) => `${typeOf(suffix)}|true`),
@@ -72,7 +72,7 @@ describe('a repair with the real desktop tools', () => {
     });
 
     test('it makes the suite open what the desktop knew before and after its update', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await repair();
         expect((await list('getassoopen'))[0]['.docx']).toBe('vyr-office-vyr.dekstop|true');
         await updateDatabase();
@@ -81,27 +81,27 @@ describe('a repair with the real desktop tools', () => {
     });
 
     test('after the update, a repair gives every suffix to its own component', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await repair();
         await updateDatabase();
         await repair();
         expect(await list('getassoopen')).toEqual(everySuffix((tag) => `${shown(tag)}|true`));
         const defaults = await root.readFile('/home/user/.config/mimeapps.list');
-        for (const { tag, suffix } of SAMPLES)
-            expect(defaults).toContain(`${typeOf(suffix)}=${ENTRIES[tag]};`);
+        for (const { tag, suffix } of samples)
+            expect(defaults).toContain(`${typeOf(suffix)}=${entries[tag]};`);
     });
 
     test('in integrated mode every suffix goes to the one entry', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await setMode(root, 'helio_fushion');
         await repair();
         await updateDatabase();
         await repair();
-        expect(await list('getassoopen')).toEqual(everySuffix(() => `${INTEGRATED}|true`));
+        expect(await list('getassoopen')).toEqual(everySuffix(() => `${integrated}|true`));
     });
 
     test('another program’s claim is taken back', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await repair();
         await updateDatabase();
         await root.run(['gio', 'mime', typeOf('.xlsx'), 'other.desktop']);
@@ -111,7 +111,7 @@ describe('a repair with the real desktop tools', () => {
     });
 
     test('files whose content fits better keep their type', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await repair();
         await updateDatabase();
         await root.writeFile('/home/user/graph.dot', 'digraph { a -> b }\n');
@@ -130,14 +130,14 @@ describe('a repair with the real desktop tools', () => {
 describe('a repair', () => {
     test('without a folder of user packages installs no types and answers success', async () => {
         expect((await repair()).answer.result).toBe('success');
-        expect(await root.exists(MIME)).toBe(false);
+        expect(await root.exists(mimeDirectory)).toBe(false);
         expect((await list('getassoopen'))[0]['.docx']).toBe('vyr-office-vyr.dekstop|true');
     });
 
     test('leaves a package that is there', async () => {
-        await root.writeFile(PACKAGE, 'the user’s own');
+        await root.writeFile(mimePackage, 'the user’s own');
         await repair();
-        expect(await root.readFile(PACKAGE)).toBe('the user’s own');
+        expect(await root.readFile(mimePackage)).toBe('the user’s own');
     });
 
     test('without a staging directory answers success and starts nothing', async () => {
@@ -154,14 +154,14 @@ describe('a repair', () => {
     });
 
     test('on a full disk answers success', async () => {
-        root.smallDisk(MIME, 16 * 1024);
+        root.smallDisk(mimeDirectory, 16 * 1024);
         const end = await root.run([
             'bash',
             '-c',
             `
-            mkdir ${MIME}/packages
-            head -c 1000000 /dev/zero > ${MIME}/filling 2> /dev/null
-            /suite/office/assistantctl fileassorepair; ls ${MIME}/packages`,
+            mkdir ${mimeDirectory}/packages
+            head -c 1000000 /dev/zero > ${mimeDirectory}/filling 2> /dev/null
+            /suite/office/assistantctl fileassorepair; ls ${mimeDirectory}/packages`,
         ]);
         expect(end.stdout).toContain('"result":"success"');
         expect(end.stdout).not.toContain('Override.xml');
@@ -199,7 +199,7 @@ describe('a listing', () => {
     });
 
     test('finds the user’s own types wherever XDG_DATA_HOME points', async () => {
-        await root.makeDirectory(`${MIME}/packages`);
+        await root.makeDirectory(`${mimeDirectory}/packages`);
         await repair();
         await updateDatabase();
         const types = await list('getassomime', { env: { XDG_DATA_HOME: '/nowhere' } });

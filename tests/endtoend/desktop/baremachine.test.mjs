@@ -5,11 +5,11 @@ import { runCommand } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { installEntries, suiteEntries } from './suiteentries.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { ENTRIES, SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
+import { entries, samples, typeOf } from '../plugin/config/desktoptools.mjs';
 
-const MIME = '/home/user/.local/share/mime';
-const FOLDER = '/suite/office/asso_template';
-const FONTS = '/home/user/fonts.conf';
+const mimeDirectory = '/home/user/.local/share/mime';
+const folder = '/suite/office/asso_template';
+const fontsFile = '/home/user/fonts.conf';
 
 /** Nine scripts on a machine with nothing installed but this project and its data. */
 let root;
@@ -31,10 +31,10 @@ const values = (applications) => applications.flatMap((application) => Object.va
 const flags = (applications) => values(applications).map((value) => value.split('|')[1]);
 
 async function repair() {
-    await root.makeDirectory(`${MIME}/packages`);
+    await root.makeDirectory(`${mimeDirectory}/packages`);
     await answer('fileassorepair');
     // A desktop does this by itself when a package of types is added.
-    await root.run(['update-mime-database', MIME]);
+    await root.run(['update-mime-database', mimeDirectory]);
 }
 
 describe('file associations', () => {
@@ -51,7 +51,7 @@ describe('file associations', () => {
         await repair();
         const types = await answer('getassomime');
         expect(values(types).sort()).toEqual(
-            SAMPLES.map(({ suffix }) => `${typeOf(suffix)}|true`).sort(),
+            samples.map(({ suffix }) => `${typeOf(suffix)}|true`).sort(),
         );
         expect(new Set(flags(await answer('getassoopen')))).toEqual(new Set(['false']));
     });
@@ -88,7 +88,7 @@ MimeType=application/vnd.openxmlformats-officedocument.wordprocessingml.document
         await repair();
         expect(new Set(flags(await answer('getassoopen')))).toEqual(new Set(['true']));
         const { stdout } = await root.run(['gio', 'mime', typeOf('.xlsx')]);
-        expect(stdout).toContain(ENTRIES.tbl);
+        expect(stdout).toContain(entries.tbl);
     });
 });
 
@@ -102,12 +102,12 @@ test('shortcuts go to the desktop in either set', async () => {
 });
 
 test('a sample’s details and permissions are listed', async () => {
-    await answer('addconfigfile', {}, { choose: [`${FOLDER}/vyr.docx`] });
+    await answer('addconfigfile', {}, { choose: [`${folder}/vyr.docx`] });
     await runCommand(
         root,
         'exportspecialfileperm',
         {},
-        { choose: [`${FOLDER}/vyr.docx`, '/home/user/permissions.txt'] },
+        { choose: [`${folder}/vyr.docx`, '/home/user/permissions.txt'] },
     );
     expect(await root.readFile('/home/user/permissions.txt')).toMatch(
         /^-rw.* user user .*vyr\.docx$/m,
@@ -122,7 +122,7 @@ test('the installed browsers are listed with their versions', async () => {
 describe('missing fonts', () => {
     beforeEach(() =>
         root.writeFile(
-            FONTS,
+            fontsFile,
             `<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
 <fontconfig><cachedir>/tmp/fontcache</cachedir></fontconfig>
@@ -130,23 +130,23 @@ describe('missing fonts', () => {
         ),
     );
 
-    const TWO = 'DejaVu Sans;Noto Sans CJK SC';
+    const twoFonts = 'DejaVu Sans;Noto Sans CJK SC';
     test.each([
-        ['.docx', TWO],
-        ['.docm', TWO],
-        ['.dotx', TWO],
-        ['.doc', TWO],
-        ['.dot', TWO],
-        ['.pptx', TWO],
-        ['.ppsx', TWO],
+        ['.docx', twoFonts],
+        ['.docm', twoFonts],
+        ['.dotx', twoFonts],
+        ['.doc', twoFonts],
+        ['.dot', twoFonts],
+        ['.pptx', twoFonts],
+        ['.ppsx', twoFonts],
         ['.ppt', 'DejaVu Sans'],
         ['.xlsx', 'DejaVu Sans'],
         ['.xls', 'DejaVu Sans'],
     ])('of the sample %s are %s on a machine without fonts', async (suffix, fonts) => {
         const { MissFonts } = await answer(
             'comparefont',
-            { filepath: base64(`${FOLDER}/vyr${suffix}`) },
-            { env: { FONTCONFIG_FILE: FONTS } },
+            { filepath: base64(`${folder}/vyr${suffix}`) },
+            { env: { FONTCONFIG_FILE: fontsFile } },
         );
         expect(
             Buffer.from(MissFonts, 'base64')
@@ -158,7 +158,7 @@ describe('missing fonts', () => {
 
     test('of a sample are none on a machine that has them', async () => {
         const { MissFonts } = await answer('comparefont', {
-            filepath: base64(`${FOLDER}/vyr.docx`),
+            filepath: base64(`${folder}/vyr.docx`),
         });
         expect(MissFonts).toBe('');
     });
@@ -171,7 +171,7 @@ test('a feedback archive holds a sample, the report and the suite’s version', 
         {
             archiveType: 'other',
             archiveDescribe: 'all of it',
-            archiveSample: `${FOLDER}/vyr.shd`,
+            archiveSample: `${folder}/vyr.shd`,
             archiveSysInfo: 'true',
             archiveVyrInfo: true,
         },
@@ -183,7 +183,7 @@ test('a feedback archive holds a sample, the report and the suite’s version', 
         expect(listed.stdout).toContain(`/${name}\n`);
     const target = '/home/user/.local/share/Orvane/tmp/archive/vyr.shd';
     const packed = await root.run(['tar', '-xzOf', '/home/user/feedback.tar.gz', target.slice(1)]);
-    expect(packed.stdoutBytes.equals(fs.readFileSync(root.hostPath(`${FOLDER}/vyr.shd`)))).toBe(
+    expect(packed.stdoutBytes.equals(fs.readFileSync(root.hostPath(`${folder}/vyr.shd`)))).toBe(
         true,
     );
 });

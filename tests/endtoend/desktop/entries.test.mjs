@@ -3,13 +3,13 @@ import path from 'node:path';
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
+import { samples, typeOf } from '../plugin/config/desktoptools.mjs';
 import { suiteEntries } from './suiteentries.mjs';
 
-const NAMES = ['board', 'chart', 'docket', 'fixed', 'pdf', 'shw', 'tbl', 'tessaly', 'vyr'];
-const DESKTOP = '/home/user/Desktop';
+const entryNames = ['board', 'chart', 'docket', 'fixed', 'pdf', 'shw', 'tbl', 'tessaly', 'vyr'];
+const desktop = '/home/user/Desktop';
 
 let root;
 
@@ -22,8 +22,8 @@ afterEach(async () => root.dispose());
 const valueOf = (entry, key) => entry.match(new RegExp(`^${key}=(.*)$`, 'm'))?.[1];
 
 test('there are nine, which a validator accepts without warnings', async () => {
-    expect(Object.keys(suiteEntries())).toEqual(NAMES.map((name) => `vyr-office-${name}.desktop`));
-    for (const name of NAMES) {
+    expect(Object.keys(suiteEntries())).toEqual(entryNames.map((name) => `vyr-office-${name}.desktop`));
+    for (const name of entryNames) {
         const end = await root.run([
             'desktop-file-validate',
             `/suite/desktops/vyr-office-${name}.desktop`,
@@ -34,14 +34,14 @@ test('there are nine, which a validator accepts without warnings', async () => {
 
 test('each has names in both languages, an icon and a program that exist', () => {
     const names = new Set();
-    for (const [file, entry] of Object.entries(suiteEntries(SUITE))) {
+    for (const [file, entry] of Object.entries(suiteEntries(suiteDirectory))) {
         expect(valueOf(entry, 'Name'), file).toMatch(/^[A-Z]/);
         expect(valueOf(entry, 'Name\\[zh_CN\\]'), file).toMatch(/\p{Script=Han}|^Docket$/u);
         names.add(valueOf(entry, 'Name'));
         expect(fs.existsSync(valueOf(entry, 'Icon')), file).toBe(true);
         fs.accessSync(valueOf(entry, 'TryExec'), fs.constants.X_OK);
         expect(valueOf(entry, 'Exec')).toBe(
-            `"${path.join(SUITE, 'office/opencomponent')}" ${valueOf(entry, 'Exec')
+            `"${path.join(suiteDirectory, 'office/opencomponent')}" ${valueOf(entry, 'Exec')
                 .split(' ')
                 .at(-2)} %F`,
         );
@@ -58,41 +58,44 @@ test('those of writer, spreadsheets and presentations open the suite’s types',
             .sort();
     for (const tag of ['vyr', 'tbl', 'shw'])
         expect(typesOf(tag)).toEqual(
-            SAMPLES.filter((sample) => sample.tag === tag)
+            samples
+                .filter((sample) => sample.tag === tag)
                 .map(({ suffix }) => typeOf(suffix))
                 .sort(),
         );
-    expect(typesOf('tessaly')).toEqual(SAMPLES.map(({ suffix }) => typeOf(suffix)).sort());
+    expect(typesOf('tessaly')).toEqual(samples.map(({ suffix }) => typeOf(suffix)).sort());
     expect(typesOf('pdf')).toEqual([]);
 });
 
-const OPENED = '/tmp/opened';
+const opened = '/tmp/opened';
 /** Programs that gio starts end with the sandbox, so this keeps it open until they are done. */
-const LAUNCH = `gio launch "$@" && until [ -e ${OPENED} ]; do sleep 0.05; done`;
+const launch = `gio launch "$@" && until [ -e ${opened} ]; do sleep 0.05; done`;
 
 /** Starts a restored shortcut as the desktop does when it is clicked. */
 async function click(name, ...documents) {
-    await root.makeDirectory(DESKTOP);
+    await root.makeDirectory(desktop);
     await runCommand(root, 'fixfouricon');
-    const shortcut = `${DESKTOP}/vyr-office-${name}.desktop`;
-    await root.writeFile(shortcut, (await root.readFile(shortcut)).replaceAll(SUITE, '/suite'), {
-        mode: 0o755,
-    });
-    return root.run(['bash', '-c', LAUNCH, 'launch', shortcut, ...documents]);
+    const shortcut = `${desktop}/vyr-office-${name}.desktop`;
+    await root.writeFile(
+        shortcut,
+        (await root.readFile(shortcut)).replaceAll(suiteDirectory, '/suite'),
+        { mode: 0o755 },
+    );
+    return root.run(['bash', '-c', launch, 'launch', shortcut, ...documents]);
 }
 
 test('a shortcut starts the suite’s program with the documents', async () => {
     await root.writeFile(
         '/opt/orvane/office/tbl',
         `#!/bin/bash
-printf '%s\\n' "$@" > ${OPENED}.new
-mv ${OPENED}.new ${OPENED}
+printf '%s\\n' "$@" > ${opened}.new
+mv ${opened}.new ${opened}
 `,
         { mode: 0o755 },
     );
     await root.writeFile('/home/user/my sheet.xlsx', '');
     await click('tbl', '/home/user/my sheet.xlsx');
-    expect(await root.readFile(OPENED)).toBe('/home/user/my sheet.xlsx\n');
+    expect(await root.readFile(opened)).toBe('/home/user/my sheet.xlsx\n');
 });
 
 test('without the suite a shortcut says what is missing and what to do', async () => {

@@ -4,17 +4,17 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { SAMPLES, typeOf } from '../plugin/config/desktoptools.mjs';
-import { SUFFIXES } from '../plugin/config/scriptrunner.mjs';
+import { samples, typeOf } from '../plugin/config/desktoptools.mjs';
+import { suffixesOfTag } from '../plugin/config/scriptrunner.mjs';
 
-const MIME = '/home/user/.local/share/mime';
-const FOLDER = '/suite/office/asso_template';
-const OPEN_XML = 'application/vnd.openxmlformats-officedocument';
-const TEXT = '用于检查文件类型和默认应用程序的示例文档。';
+const mimeDirectory = '/home/user/.local/share/mime';
+const folder = '/suite/office/asso_template';
+const openXml = 'application/vnd.openxmlformats-officedocument';
+const sampleText = '用于检查文件类型和默认应用程序的示例文档。';
 const hasOfficeSuite = fs.existsSync('/usr/bin/soffice');
 
 /** The type by content alone, which cannot tell macro documents and templates of Open XML apart. */
-const CONTENT = {
+const content = {
     '.doc': 'application/msword',
     '.dot': 'application/msword',
     '.xls': 'application/vnd.ms-excel',
@@ -24,7 +24,7 @@ const CONTENT = {
     '.pot': 'application/vnd.ms-powerpoint',
     '.rtf': 'text/rtf',
 };
-const FAMILIES = {
+const families = {
     doc: 'wordprocessingml.document',
     dot: 'wordprocessingml.document',
     xls: 'spreadsheetml.sheet',
@@ -35,8 +35,8 @@ const FAMILIES = {
 };
 
 function contentType(suffix) {
-    const family = FAMILIES[suffix.slice(1, 4)];
-    return CONTENT[suffix] ?? (family ? `${OPEN_XML}.${family}` : 'application/zip');
+    const family = families[suffix.slice(1, 4)];
+    return content[suffix] ?? (family ? `${openXml}.${family}` : 'application/zip');
 }
 
 let root;
@@ -60,9 +60,9 @@ async function desktopTypes(files) {
 }
 
 async function repairTypes() {
-    await root.makeDirectory(`${MIME}/packages`);
+    await root.makeDirectory(`${mimeDirectory}/packages`);
     await runCommand(root, 'fileassorepair');
-    await output(['update-mime-database', MIME]);
+    await output(['update-mime-database', mimeDirectory]);
 }
 
 /** Converts the files to a plain-text format; gives the texts by file name. */
@@ -92,24 +92,24 @@ async function convert(files, format, target = '/tmp/converted') {
 
 describe('the sample documents', () => {
     test('are what their suffixes say', async () => {
-        const files = SAMPLES.map(({ suffix }) => `${FOLDER}/vyr${suffix}`);
+        const files = samples.map(({ suffix }) => `${folder}/vyr${suffix}`);
         const found = (await output(['file', '--brief', '--mime-type', ...files])).split('\n');
-        SAMPLES.forEach(({ suffix }, at) => expect(found[at], suffix).toBe(contentType(suffix)));
-        expect((await root.list(FOLDER)).length).toBe(SAMPLES.length);
+        samples.forEach(({ suffix }, at) => expect(found[at], suffix).toBe(contentType(suffix)));
+        expect((await root.list(folder)).length).toBe(samples.length);
     });
 
     test('have none of the suite’s types before the repair, and each its own after it', async () => {
-        const files = SAMPLES.map(({ suffix }) => `${FOLDER}/vyr${suffix}`);
+        const files = samples.map(({ suffix }) => `${folder}/vyr${suffix}`);
         for (const type of await desktopTypes(files)) expect(type).not.toContain('vyr-office');
         await repairTypes();
-        const expected = SAMPLES.map(({ suffix }) => typeOf(suffix));
+        const expected = samples.map(({ suffix }) => typeOf(suffix));
         expect(await desktopTypes(files)).toEqual(expected);
         // On such a desktop xdg-mime passes the question on to GIO.
         const env = { XDG_CURRENT_DESKTOP: 'GNOME' };
         for (const suffix of ['.dot', '.pot', '.vyr', '.rtf'])
             expect(
                 (
-                    await output(['xdg-mime', 'query', 'filetype', `${FOLDER}/vyr${suffix}`], {
+                    await output(['xdg-mime', 'query', 'filetype', `${folder}/vyr${suffix}`], {
                         env,
                     })
                 ).trim(),
@@ -121,7 +121,7 @@ describe('the sample documents', () => {
         async () => {
             const formats = { vyr: 'fodt', tbl: 'fods', shw: 'fodp' };
             for (const [tag, format] of Object.entries(formats)) {
-                const suffixes = SUFFIXES[tag].filter(
+                const suffixes = suffixesOfTag[tag].filter(
                     (suffix) => contentType(suffix) !== 'application/zip',
                 );
                 const files = [];
@@ -129,7 +129,7 @@ describe('the sample documents', () => {
                     files.push(`/tmp/${tag}${suffix.slice(1)}${suffix}`);
                     await root.writeFile(
                         files.at(-1),
-                        await root.readFile(`${FOLDER}/vyr${suffix}`, null),
+                        await root.readFile(`${folder}/vyr${suffix}`, null),
                     );
                 }
                 const texts = await convert(files, format, `/tmp/${tag}`);
@@ -137,7 +137,7 @@ describe('the sample documents', () => {
                     suffixes.map((suffix) => `${tag}${suffix.slice(1)}.${format}`).sort(),
                 );
                 for (const [name, text] of Object.entries(texts))
-                    expect(text.includes(TEXT), name).toBe(true);
+                    expect(text.includes(sampleText), name).toBe(true);
             }
         },
         600_000,
@@ -145,7 +145,7 @@ describe('the sample documents', () => {
 });
 
 describe('documents of other writers', () => {
-    const WRITTEN = {
+    const written = {
         docx: ['docx', 'doc', 'dotx', 'dot', 'rtf'],
         xlsx: ['xlsx', 'xls', 'xltx', 'xlt', 'xlsm'],
         pptx: ['pptx', 'ppt', 'potx', 'pot', 'pps', 'pptm'],
@@ -155,9 +155,9 @@ describe('documents of other writers', () => {
         'of an office suite are the suite’s after the repair',
         async () => {
             await repairTypes();
-            for (const [source, formats] of Object.entries(WRITTEN)) {
+            for (const [source, formats] of Object.entries(written)) {
                 for (const format of formats) {
-                    await convert([`${FOLDER}/vyr.${source}`], format, '/tmp/written');
+                    await convert([`${folder}/vyr.${source}`], format, '/tmp/written');
                     expect(await desktopTypes([`/tmp/written/vyr.${format}`])).toEqual([
                         typeOf(`.${format}`),
                     ]);
@@ -187,11 +187,11 @@ document.save('/tmp/REPORT.DOCX')`,
 });
 
 test('the own formats name their type and hold their text', async () => {
-    const { stdout } = await root.run(['unzip', '-p', `${FOLDER}/vyr.shtx`, 'mimetype']);
+    const { stdout } = await root.run(['unzip', '-p', `${folder}/vyr.shtx`, 'mimetype']);
     expect(stdout).toBe('application/vyr-office.shtx');
-    expect(await output(['unzip', '-p', `${FOLDER}/vyr.shtx`, 'content.xml'])).toContain(TEXT);
+    expect(await output(['unzip', '-p', `${folder}/vyr.shtx`, 'content.xml'])).toContain(sampleText);
     // The type must be at a fixed place near the start, where type detection looks for it.
-    const start = fs.readFileSync(root.hostPath(path.join(FOLDER, 'vyr.vyr'))).subarray(30, 60);
+    const start = fs.readFileSync(root.hostPath(path.join(folder, 'vyr.vyr'))).subarray(30, 60);
     expect(start.toString()).toBe('mimetypeapplication/vyr-office');
 });
 

@@ -1,12 +1,12 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { suiteEntries } from './suiteentries.mjs';
 
-const INTEGRATED = 'vyr-office-tessaly.desktop';
-const SEPARATE = [
+const integrated = 'vyr-office-tessaly.desktop';
+const separate = [
     'vyr-office-board.desktop',
     'vyr-office-chart.desktop',
     'vyr-office-docket.desktop',
@@ -16,14 +16,14 @@ const SEPARATE = [
     'vyr-office-tbl.desktop',
     'vyr-office-vyr.desktop',
 ];
-const STAGED = '/home/user/.local/share/Orvane/tmp/officeassis_script';
-const DESKTOP = '/home/user/Desktop';
+const staged = '/home/user/.local/share/Orvane/tmp/officeassis_script';
+const desktop = '/home/user/Desktop';
 
 let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
-    await root.makeDirectory(DESKTOP);
+    await root.makeDirectory(desktop);
 });
 
 afterEach(async () => root.dispose());
@@ -51,7 +51,7 @@ describe('getdesktopiconfile', () => {
 
     test('lists the suite’s shortcuts joined with a bar', async () => {
         for (const name of ['vyr-office-vyr.desktop', 'vyr-office-x desktop', 'other.desktop'])
-            await root.writeFile(`${DESKTOP}/${name}`, '');
+            await root.writeFile(`${desktop}/${name}`, '');
         expect((await stateNow()).icon.split('|').sort()).toEqual([
             'vyr-office-vyr.desktop',
             'vyr-office-x desktop',
@@ -108,7 +108,7 @@ describe('getdesktopiconfile', () => {
 
     test('fifty megabytes of shortcuts are passed on', async () => {
         await root.writeFile(
-            `${STAGED}/getdesktopfile.sh`,
+            `${staged}/getdesktopfile.sh`,
             '#!/bin/bash\nyes vyr-office-vyr.desktop | head -c 52428800\n',
         );
         const { icon } = await stateNow();
@@ -119,37 +119,39 @@ describe('getdesktopiconfile', () => {
 
 describe('restoring', () => {
     test('fixfouricon puts eight shortcuts back', async () => {
-        await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old');
-        await root.writeFile(`${DESKTOP}/mine.desktop`, 'mine');
+        await root.writeFile(`${desktop}/${integrated}`, 'old');
+        await root.writeFile(`${desktop}/mine.desktop`, 'mine');
         const end = await runCommand(root, 'fixfouricon', {}, { trace: true });
         expect(end).toMatchObject({ status: 0, answer: { result: 'success' } });
         expect(end.events[0]).toEqual({
             type: 'started',
-            program: `${STAGED}/recovericon.sh`,
+            program: `${staged}/recovericon.sh`,
             arguments: ['other', '/suite/office/..'],
             workingDirectory: '',
             detached: true,
         });
-        expect(await root.list(DESKTOP)).toEqual(['mine.desktop', ...SEPARATE]);
-        expect((await root.stat(`${DESKTOP}/${SEPARATE[0]}`)).mode & 0o111).toBe(0o111);
-        for (const name of SEPARATE)
-            expect(await root.readFile(`${DESKTOP}/${name}`)).toBe(suiteEntries(SUITE)[name]);
+        expect(await root.list(desktop)).toEqual(['mine.desktop', ...separate]);
+        expect((await root.stat(`${desktop}/${separate[0]}`)).mode & 0o111).toBe(0o111);
+        for (const name of separate)
+            expect(await root.readFile(`${desktop}/${name}`)).toBe(
+                suiteEntries(suiteDirectory)[name],
+            );
     });
 
     test('fixoneicon puts the integrated shortcut back', async () => {
-        await root.writeFile(`${DESKTOP}/${SEPARATE[7]}`, 'old');
+        await root.writeFile(`${desktop}/${separate[7]}`, 'old');
         const end = await runCommand(root, 'fixoneicon', {}, { trace: true });
         expect(end.events[0].arguments).toEqual(['fusion', '/suite/office/..']);
-        expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
+        expect(await root.list(desktop)).toEqual([integrated]);
     });
 
     test('without a folder of desktop entries nothing is removed or copied', async () => {
         await root.remove('/suite/desktops');
-        await root.writeFile(`${DESKTOP}/${SEPARATE[7]}`, 'old');
+        await root.writeFile(`${desktop}/${separate[7]}`, 'old');
         for (const command of ['fixoneicon', 'fixfouricon'])
             expect((await runCommand(root, command)).answer.result).toBe('success');
-        expect(await root.list(DESKTOP)).toEqual([SEPARATE[7]]);
-        expect(await root.readFile(`${DESKTOP}/${SEPARATE[7]}`)).toBe('old');
+        expect(await root.list(desktop)).toEqual([separate[7]]);
+        expect(await root.readFile(`${desktop}/${separate[7]}`)).toBe('old');
     });
 
     test('answers success where the script cannot be staged', async () => {
@@ -164,11 +166,11 @@ describe('restoring', () => {
                 { type: 'answer', id: null, page: 'main', command, result: 'success' },
             ]);
         }
-        expect(await root.list(DESKTOP)).toEqual([]);
+        expect(await root.list(desktop)).toEqual([]);
     });
 
     test('on a full disk leaves the program alive', async () => {
-        root.smallDisk(DESKTOP, 16 * 1024);
+        root.smallDisk(desktop, 16 * 1024);
         const end = await root.run([
             'bash',
             '-c',

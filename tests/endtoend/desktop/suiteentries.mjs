@@ -1,11 +1,11 @@
 import fs from 'node:fs';
 import path from 'node:path';
 
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 
 /** The runnable tree's desktop entries: {file name: text}, naming a suite at that place. */
 export function suiteEntries(place = '/suite') {
-    const directory = path.join(SUITE, 'desktops');
+    const directory = path.join(suiteDirectory, 'desktops');
     const names = fs
         .readdirSync(directory)
         .filter((name) => name.endsWith('.desktop'))
@@ -13,7 +13,7 @@ export function suiteEntries(place = '/suite') {
     return Object.fromEntries(
         names.map((name) => [
             name,
-            fs.readFileSync(path.join(directory, name), 'utf8').replaceAll(SUITE, place),
+            fs.readFileSync(path.join(directory, name), 'utf8').replaceAll(suiteDirectory, place),
         ]),
     );
 }

@@ -7,8 +7,8 @@ import { runCommand, Session } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const STAGED = `${WORK}/officeassis_script/extractfont.sh`;
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const staged = `${workDirectory}/officeassis_script/extractfont.sh`;
 
 let root;
 
@@ -32,7 +32,7 @@ async function installComponent(name, line, { before = '', after = '' } = {}) {
         `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/${name}
 ${before}
-printf '[vyrtool]\\n%s\\n' '${line}' > ${WORK}/${name}missfonts.ini
+printf '[vyrtool]\\n%s\\n' '${line}' > ${workDirectory}/${name}missfonts.ini
 ${after}
 `,
         { mode: 0o755 },
@@ -60,12 +60,12 @@ describe('comparefont', () => {
         expect(end.events[0]).toEqual({
             type: 'started',
             program: 'bash',
-            arguments: [STAGED, '/suite/office', component, path],
+            arguments: [staged, '/suite/office', component, path],
             workingDirectory: '',
             detached: false,
         });
         expect(await root.callsOf(component)).toEqual([['-savemissfont', path]]);
-        expect(await root.exists(`${WORK}/${component}missfonts.ini`)).toBe(true);
+        expect(await root.exists(`${workDirectory}/${component}missfonts.ini`)).toBe(true);
     });
 
     test('report.DOCX is a writer’s document', async () => {
@@ -81,9 +81,9 @@ describe('comparefont', () => {
     });
 
     test('an old list of an earlier run is deleted and not reported', async () => {
-        await root.writeFile(`${WORK}/vyrmissfonts.ini`, '[vyrtool]\nMissFonts=old\n');
+        await root.writeFile(`${workDirectory}/vyrmissfonts.ini`, '[vyrtool]\nMissFonts=old\n');
         expect(await answered(await writeDocument('a.docx'))).toBe('error');
-        expect(await root.exists(`${WORK}/vyrmissfonts.ini`)).toBe(false);
+        expect(await root.exists(`${workDirectory}/vyrmissfonts.ini`)).toBe(false);
     });
 
     test('an answer without the key is an empty text', async () => {
@@ -155,7 +155,7 @@ describe('comparefont', () => {
 
     test('an answer of garbage is an empty text', async () => {
         await installComponent('vyr', '', {
-            after: `head -c 300000 /dev/urandom > ${WORK}/vyrmissfonts.ini`,
+            after: `head -c 300000 /dev/urandom > ${workDirectory}/vyrmissfonts.ini`,
         });
         expect(await answered(await writeDocument('a.docx'))).toEqual({ MissFonts: '' });
     });
@@ -170,13 +170,13 @@ describe('comparefont', () => {
     test('on a full disk the suite cannot answer, which is an error', async () => {
         await installComponent('vyr', 'MissFonts=Arial');
         const path = await writeDocument('a.docx');
-        root.smallDisk(WORK, 64 * 1024);
+        root.smallDisk(workDirectory, 64 * 1024);
         const end = await root.run([
             'bash',
             '-c',
             `
             /suite/office/assistantctl comparefont filepath=${base64(path)}
-            head -c 1000000 /dev/zero > ${WORK}/filling 2> /dev/null
+            head -c 1000000 /dev/zero > ${workDirectory}/filling 2> /dev/null
             /suite/office/assistantctl comparefont filepath=${base64(path)}`,
         ]);
         const results = end.stdout

@@ -5,9 +5,9 @@ import { openDialog, runCommand, Session } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const TOOL = '/suite/office/vyrEnvCheckTool';
-const FILTERS = {
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const toolPath = '/suite/office/vyrEnvCheckTool';
+const filters = {
     writer: 'VYR/Word Files(*.vyr *.vyt *.doc *.dot *.docx *.dotx *.docm *.dotm)',
     presentation: 'SHW/PowerPoint Files(*.shd *.sht *.ppt *.pps *.pot *.pptx *.ppsx *.potx)',
 };
@@ -29,12 +29,12 @@ async function writeDocument(name, content = 'a document') {
 /** A check tool that records its arguments and prints to this PDF. */
 function installTool(pdf, { before = '' } = {}) {
     return root.writeFile(
-        TOOL,
+        toolPath,
         `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/vyrEnvCheckTool
 ${before}
-mkdir -p ${WORK}
-echo '%PDF-1.7' > '${WORK}/${pdf}'
+mkdir -p ${workDirectory}
+echo '%PDF-1.7' > '${workDirectory}/${pdf}'
 `,
         { mode: 0o755 },
     );
@@ -51,9 +51,9 @@ describe('a layout problem', () => {
         expect((await choose(session, path)).result).toBe(base64(path));
         expect(session.traced('dialog')).toEqual([
             openDialog(path, [
-                FILTERS.writer,
+                filters.writer,
                 'TBL/Excel Files(*.tbl *.tbt *.xls *.xlsx *.xlt *.xlsm *.xltx *.xltm *.xlsb)',
-                FILTERS.presentation,
+                filters.presentation,
             ]),
         ]);
         expect((await open(session)).result).toBe('success');
@@ -107,9 +107,9 @@ describe('a print problem', () => {
         expect(end).toMatchObject({ status: 0, answer: { result: base64(path) } });
         const [dialog, printed, shown] = end.events;
         expect(dialog.filters).toEqual([
-            FILTERS.writer,
+            filters.writer,
             'TBL/Excel Files(*.tbl *.tbt *.xls *.xlt *.xlsx *.xlsm *.xltx *.xltm *.xlsb)',
-            FILTERS.presentation,
+            filters.presentation,
         ]);
         expect(dialog).toMatchObject({
             mode: 'open',
@@ -118,7 +118,7 @@ describe('a print problem', () => {
         });
         expect(printed).toEqual({
             type: 'started',
-            program: TOOL,
+            program: toolPath,
             arguments: ['print', 'vyr', path],
             workingDirectory: '',
             detached: false,
@@ -126,7 +126,7 @@ describe('a print problem', () => {
         expect(shown).toEqual({
             type: 'started',
             program: '/bin/bash',
-            arguments: ['xdg-open', `${WORK}/report.pdf`],
+            arguments: ['xdg-open', `${workDirectory}/report.pdf`],
             workingDirectory: '',
             detached: true,
         });
@@ -141,7 +141,7 @@ describe('a print problem', () => {
         await waitFor(async () => (await root.callsOf('xdg-open')).length > 0, {
             what: 'the viewer',
         });
-        expect(await root.callsOf('xdg-open')).toEqual([[`${WORK}/a.pdf`]]);
+        expect(await root.callsOf('xdg-open')).toEqual([[`${workDirectory}/a.pdf`]]);
         await session.close();
     });
 
@@ -174,14 +174,14 @@ describe('a print problem', () => {
     });
 
     test('an existing PDF counts even if the tool fails', async () => {
-        await root.writeFile(`${WORK}/a.pdf`, '%PDF');
+        await root.writeFile(`${workDirectory}/a.pdf`, '%PDF');
         const path = await writeDocument('a.pptx');
         for (const before of ['exit 3', 'kill -SEGV $$']) {
             await installTool('a.pdf', { before });
             const end = await runCommand(root, 'openprinterrorfile', {}, { choose: [path] });
             expect(end.answer.result).toBe(base64(path));
         }
-        await root.remove(TOOL);
+        await root.remove(toolPath);
         const end = await runCommand(root, 'openprinterrorfile', {}, { choose: [path] });
         expect(end.answer.result).toBe(base64(path));
     });

@@ -5,11 +5,11 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 import { runCommand, Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const DUMPS = '/home/user/.local/share/Orvane/tmp/dump';
-const SETTINGS = '/home/user/.config/Orvane/Office.conf';
-const CALLBACK = 'freshcrshpageCallBack';
+const dumpDirectory = '/home/user/.local/share/Orvane/tmp/dump';
+const settingsFile = '/home/user/.config/Orvane/Office.conf';
+const freshCallback = 'freshcrshpageCallBack';
 /** Long enough for a watch to report; the tests that expect a callback confirm that. */
-const QUIET = 600;
+const quiet = 600;
 
 let root;
 
@@ -20,12 +20,12 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 const stateNow = async () => (await runCommand(root, 'getDumpState')).answer.result;
-const dump = (name) => root.writeFile(`${DUMPS}/${name}`, 'a dump');
-const told = (session) => session.events.filter(({ callback }) => callback === CALLBACK);
+const dump = (name) => root.writeFile(`${dumpDirectory}/${name}`, 'a dump');
+const told = (session) => session.events.filter(({ callback }) => callback === freshCallback);
 
 describe('getDumpState', () => {
     test('an empty dump directory gives no feedback, one dump does', async () => {
-        await root.makeDirectory(DUMPS);
+        await root.makeDirectory(dumpDirectory);
         expect(await stateNow()).toEqual({ enable: true, feedback: false });
         await dump('vyr_12.dmp');
         expect(await stateNow()).toEqual({ enable: true, feedback: true });
@@ -53,45 +53,45 @@ describe('getDumpState', () => {
 
     test('an old dump counts too', async () => {
         await dump('vyr_1.dmp');
-        await root.run(['touch', '-d', '1999-01-01', `${DUMPS}/vyr_1.dmp`]);
+        await root.run(['touch', '-d', '1999-01-01', `${dumpDirectory}/vyr_1.dmp`]);
         expect((await stateNow()).feedback).toBe(true);
     });
 
     test('without SaveDump stored dumps are kept', async () => {
-        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\Other=1\n');
+        await root.writeFile(settingsFile, '[6.0]\ncommon\\CrashDump\\Other=1\n');
         expect((await stateNow()).enable).toBe(true);
     });
 
     test('the stored settings of the suite are read', async () => {
-        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+        await root.writeFile(settingsFile, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
         expect((await stateNow()).enable).toBe(false);
     });
 
     test('a dump that this user may not read does not count', async () => {
         await dump('vyr_1.dmp');
-        await root.run(['chmod', '000', `${DUMPS}/vyr_1.dmp`]);
+        await root.run(['chmod', '000', `${dumpDirectory}/vyr_1.dmp`]);
         expect((await stateNow()).feedback).toBe(false);
     });
 
     test('a dump directory that is a file or unreadable has no dumps', async () => {
-        await root.writeFile(DUMPS, 'in the way');
+        await root.writeFile(dumpDirectory, 'in the way');
         expect((await stateNow()).feedback).toBe(false);
-        await root.remove(DUMPS);
+        await root.remove(dumpDirectory);
         await dump('vyr_1.dmp');
-        await root.run(['chmod', '000', DUMPS]);
+        await root.run(['chmod', '000', dumpDirectory]);
         expect((await stateNow()).feedback).toBe(false);
-        await root.run(['chmod', '700', DUMPS]);
+        await root.run(['chmod', '700', dumpDirectory]);
     });
 });
 
 describe('startDump and stopDump', () => {
     test('make the directory, store the switch and leave the rest of the settings', async () => {
-        await root.writeFile(SETTINGS, '[6.0]\ncommon\\kept=yes\n\n[other]\nkept=too\n');
+        await root.writeFile(settingsFile, '[6.0]\ncommon\\kept=yes\n\n[other]\nkept=too\n');
         expect((await runCommand(root, 'startDump')).answer.result).toBe('success');
-        expect((await root.stat(DUMPS)).isDirectory()).toBe(true);
-        expect(await root.readFile(SETTINGS)).toContain('common\\CrashDump\\SaveDump=true\n');
+        expect((await root.stat(dumpDirectory)).isDirectory()).toBe(true);
+        expect(await root.readFile(settingsFile)).toContain('common\\CrashDump\\SaveDump=true\n');
         expect((await runCommand(root, 'stopDump')).answer.result).toBe('success');
-        const settings = await root.readFile(SETTINGS);
+        const settings = await root.readFile(settingsFile);
         expect(settings).toContain('common\\CrashDump\\SaveDump=false\n');
         expect(settings).toContain('common\\kept=yes\n');
         expect(settings).toContain('[other]\nkept=too\n');
@@ -102,7 +102,7 @@ describe('startDump and stopDump', () => {
         await session.send({ command: 'startDump' });
         await session.send({ command: 'stopDump' });
         await dump('vyr_1.dmp');
-        await session.wait(QUIET);
+        await session.wait(quiet);
         expect(told(session)).toEqual([]);
         await session.close();
     });
@@ -140,21 +140,21 @@ describe('cleardumpdir', () => {
         await dump('readme.txt');
         await dump('sub/vyr_2.dmp');
         expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
-        expect(await root.list(DUMPS)).toEqual(['sub']);
-        expect(await root.list(`${DUMPS}/sub`)).toEqual(['vyr_2.dmp']);
+        expect(await root.list(dumpDirectory)).toEqual(['sub']);
+        expect(await root.list(`${dumpDirectory}/sub`)).toEqual(['vyr_2.dmp']);
     });
 
     test('succeeds without a dump directory', async () => {
         expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
-        expect(await root.exists(DUMPS)).toBe(false);
+        expect(await root.exists(dumpDirectory)).toBe(false);
     });
 
     test('goes on after a file that cannot be removed', async () => {
         await dump('vyr_1.dmp');
-        await root.run(['chmod', '500', DUMPS]);
+        await root.run(['chmod', '500', dumpDirectory]);
         expect((await runCommand(root, 'cleardumpdir')).answer.result).toBe('success');
-        expect(await root.list(DUMPS)).toEqual(['vyr_1.dmp']);
-        await root.run(['chmod', '700', DUMPS]);
+        expect(await root.list(dumpDirectory)).toEqual(['vyr_1.dmp']);
+        await root.run(['chmod', '700', dumpDirectory]);
     });
 });
 
@@ -163,13 +163,16 @@ describe('the watch', () => {
         const session = Session.start(root);
         await session.send({ command: 'getDumpState', page: 'child' });
         await session.send({ command: 'startDump' });
-        await root.run(['bash', '-c', `echo dump > ${DUMPS}/shw_99.dmp`]);
-        const calls = [await session.callback(CALLBACK), await session.callback(CALLBACK)];
+        await root.run(['bash', '-c', `echo dump > ${dumpDirectory}/shw_99.dmp`]);
+        const calls = [
+            await session.callback(freshCallback),
+            await session.callback(freshCallback),
+        ];
         expect(calls).toEqual(
             ['main', 'child'].map((page) => ({
                 type: 'callback',
                 page,
-                callback: CALLBACK,
+                callback: freshCallback,
                 result: 'success',
             })),
         );
@@ -180,24 +183,24 @@ describe('the watch', () => {
         const session = Session.start(root);
         await session.send({ command: 'router', args: { page: 'crash.html', type: 'crash' } });
         await dump('vyr_1.dmp');
-        await session.callback(CALLBACK);
+        await session.callback(freshCallback);
         await session.send({ command: 'closechildwindow', args: { type: 'crash' } });
         // May have been under way when the watch ended.
         await session.wait(0);
         const before = told(session).length;
         await dump('vyr_2.dmp');
-        await session.wait(QUIET);
+        await session.wait(quiet);
         expect(told(session)).toHaveLength(before);
         await session.close();
     });
 
     test('does not start with the crash view while dumps are not kept', async () => {
-        await root.writeFile(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+        await root.writeFile(settingsFile, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
         const session = Session.start(root);
         await session.send({ command: 'router', args: { page: 'crash.html', type: 'crash' } });
-        expect(await root.exists(DUMPS)).toBe(false);
+        expect(await root.exists(dumpDirectory)).toBe(false);
         await dump('vyr_1.dmp');
-        await session.wait(QUIET);
+        await session.wait(quiet);
         expect(told(session)).toEqual([]);
         await session.close();
     });
@@ -207,12 +210,12 @@ describe('the watch', () => {
         await dump('vyr_2.dmp');
         const session = Session.start(root);
         await session.send({ command: 'startDump' });
-        await root.remove(`${DUMPS}/vyr_1.dmp`);
-        await session.callback(CALLBACK);
-        await session.wait(QUIET);
+        await root.remove(`${dumpDirectory}/vyr_1.dmp`);
+        await session.callback(freshCallback);
+        await session.wait(quiet);
         const before = told(session).length;
-        await root.remove(`${DUMPS}/vyr_2.dmp`);
-        await session.wait(QUIET);
+        await root.remove(`${dumpDirectory}/vyr_2.dmp`);
+        await session.wait(quiet);
         expect(told(session)).toHaveLength(before);
         await session.close();
     });
@@ -220,18 +223,18 @@ describe('the watch', () => {
     test('survives the removal of its directory, and startDump resumes it', async () => {
         const session = Session.start(root);
         await session.send({ command: 'startDump' });
-        await root.remove(DUMPS);
+        await root.remove(dumpDirectory);
         await session.send({ command: 'startDump' });
         await dump('vyr_1.dmp');
-        await session.callback(CALLBACK);
+        await session.callback(freshCallback);
         await session.close();
     });
 });
 
 test('a hundred thousand dumps are shown, watched and cleared', async () => {
-    await root.makeDirectory(DUMPS);
+    await root.makeDirectory(dumpDirectory);
     const made = await root.run(
-        ['bash', '-c', `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
+        ['bash', '-c', `cd ${dumpDirectory} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
         { timeoutMs: 120_000 },
     );
     expect(made.status).toBe(0);
@@ -242,8 +245,8 @@ test('a hundred thousand dumps are shown, watched and cleared', async () => {
         await dump(`tbl_${number}.dmp`);
         await pause(5);
     }
-    await session.callback(CALLBACK);
+    await session.callback(freshCallback);
     expect((await session.send({ command: 'cleardumpdir' })).result).toBe('success');
-    expect(await root.list(DUMPS)).toEqual([]);
+    expect(await root.list(dumpDirectory)).toEqual([]);
     expect((await session.close()).status).toBe(0);
 });

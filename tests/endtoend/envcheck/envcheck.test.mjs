@@ -7,18 +7,18 @@ import { runCommand, Session } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const TOOL = '/suite/office/vyrEnvCheckTool';
-const ANSWERS = '/home/user/.local/share/Orvane/tmp/vyrEnv.ini';
-const CALLBACK = 'returnvyrenvcheck';
+const toolPath = '/suite/office/vyrEnvCheckTool';
+const answers = '/home/user/.local/share/Orvane/tmp/vyrEnv.ini';
+const endCallback = 'returnvyrenvcheck';
 
 /** Records its arguments and writes the answer "ok TYPE" for its component. */
-const TOOL_SCRIPT = `#!/bin/bash
+const toolScript = `#!/bin/bash
 printf '%s\\0' "$#" "$@" >> /fakecalls/vyrEnvCheckTool
 mkdir -p ~/.local/share/Orvane/tmp
-printf '[vyrEnv]\\n%s-%s=ok %s\\n' "$2" "$1" "$1" > ${ANSWERS}
+printf '[vyrEnv]\\n%s-%s=ok %s\\n' "$2" "$1" "$1" > ${answers}
 `;
 /** Runs until the test lets it end. */
-const HELD = `touch ~/runs
+const heldTool = `touch ~/runs
 while [ ! -e ~/go ]; do sleep 0.02; done
 `;
 
@@ -26,12 +26,12 @@ let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create({ suite: true });
-    await root.writeFile(TOOL, TOOL_SCRIPT, { mode: 0o755 });
+    await root.writeFile(toolPath, toolScript, { mode: 0o755 });
 });
 
 afterEach(async () => root.dispose());
 
-const check = (args) => runCommand(root, 'vyrenvcheck', args, { page: 'child', until: CALLBACK });
+const check = (args) => runCommand(root, 'vyrenvcheck', args, { page: 'child', until: endCallback });
 const held = () => waitFor(() => root.exists('/home/user/runs'), { what: 'the tool' });
 const release = () => root.writeFile('/home/user/go', '');
 
@@ -43,7 +43,7 @@ describe('one check', () => {
             {
                 type: 'callback',
                 page: 'child',
-                callback: CALLBACK,
+                callback: endCallback,
                 result: { value: base64('ok t'), cmd: 't', app: 'vyr' },
             },
         ]);
@@ -58,21 +58,21 @@ describe('one check', () => {
     });
 
     test('a stored ok reaches the page as its base64', async () => {
-        await root.writeFile(TOOL, '#!/bin/bash\n', { mode: 0o755 });
-        await root.writeFile(ANSWERS, '[vyrEnv]\nvyr-t=ok\n');
+        await root.writeFile(toolPath, '#!/bin/bash\n', { mode: 0o755 });
+        await root.writeFile(answers, '[vyrEnv]\nvyr-t=ok\n');
         const end = await check({ type: 't', app: 'vyr' });
         expect(end.events.at(-1).result).toEqual({ value: 'b2s=', cmd: 't', app: 'vyr' });
     });
 
     test.each([
         ['is missing', null],
-        ['cannot be run', { script: TOOL_SCRIPT, mode: 0o644 }],
+        ['cannot be run', { script: toolScript, mode: 0o644 }],
         ['fails', { script: '#!/bin/bash\nexit 9\n', mode: 0o755 }],
         ['crashes', { script: '#!/bin/bash\nkill -SEGV $$\n', mode: 0o755 }],
     ])('a tool that %s gives what an earlier run left', async (_, tool) => {
-        await root.remove(TOOL);
-        if (tool) await root.writeFile(TOOL, tool.script, { mode: tool.mode });
-        await root.writeFile(ANSWERS, '[vyrEnv]\nvyr-t=earlier\n');
+        await root.remove(toolPath);
+        if (tool) await root.writeFile(toolPath, tool.script, { mode: tool.mode });
+        await root.writeFile(answers, '[vyrEnv]\nvyr-t=earlier\n');
         const end = await check({ type: 't', app: 'vyr' });
         expect(end.events.at(-1).result.value).toBe(base64('earlier'));
     });
@@ -84,19 +84,19 @@ describe('one check', () => {
         ['is garbage', 'head -c 200000 /dev/urandom >'],
     ])('an answer file that %s gives an empty value', async (_, command) => {
         await root.writeFile(
-            TOOL,
-            `#!/bin/bash\nmkdir -p ~/.local/share/Orvane/tmp\n${command} ${ANSWERS}\n`,
+            toolPath,
+            `#!/bin/bash\nmkdir -p ~/.local/share/Orvane/tmp\n${command} ${answers}\n`,
             { mode: 0o755 },
         );
         const end = await check({ type: 't', app: 'vyr' });
         expect(end.events.at(-1)).toMatchObject({
-            callback: CALLBACK,
+            callback: endCallback,
             result: { value: '', cmd: 't', app: 'vyr' },
         });
     });
 
     test('fifty megabytes that the tool prints stay out of the way', async () => {
-        await root.writeFile(TOOL, `${TOOL_SCRIPT}yes | head -c 52428800\n`, { mode: 0o755 });
+        await root.writeFile(toolPath, `${toolScript}yes | head -c 52428800\n`, { mode: 0o755 });
         expect((await check({ type: 't', app: 'vyr' })).events.at(-1).result.value).toBe(
             base64('ok t'),
         );
@@ -125,14 +125,14 @@ describe('getvyrenvcheckedresult', () => {
         const session = Session.start(root);
         const one = async (args) => {
             await session.send({ command: 'vyrenvcheck', page: 'child', args });
-            await session.callback(CALLBACK);
+            await session.callback(endCallback);
         };
         await one({ type: 't', app: 'vyr' });
         await one({ type: 'u', app: 'vyr' });
         const kept = async () => (await session.send({ command: 'getvyrenvcheckedresult' })).result;
         expect(await kept()).toEqual({ 't-vyr': 'ok t', 'u-vyr': 'ok u' });
-        await root.writeFile(TOOL, '#!/bin/bash\n', { mode: 0o755 });
-        await root.writeFile(ANSWERS, '[vyrEnv]\nvyr-t=another\n');
+        await root.writeFile(toolPath, '#!/bin/bash\n', { mode: 0o755 });
+        await root.writeFile(answers, '[vyrEnv]\nvyr-t=another\n');
         await one({ type: 't', app: 'vyr' });
         expect(await kept()).toEqual({ 't-vyr': 'another', 'u-vyr': 'ok u' });
         await session.close();
@@ -145,7 +145,7 @@ describe('getvyrenvcheckedresult', () => {
             page: 'child',
             args: { type: '字', app: 'vyr' },
         });
-        expect((await session.callback(CALLBACK)).result.cmd).toBe('字');
+        expect((await session.callback(endCallback)).result.cmd).toBe('字');
         const { result } = await session.send({ command: 'getvyrenvcheckedresult' });
         expect(Object.keys(result)).toEqual([`${Buffer.from('字').toString('latin1')}-vyr`]);
         await session.close();
@@ -154,11 +154,11 @@ describe('getvyrenvcheckedresult', () => {
 
 describe('a check that is under way', () => {
     beforeEach(async () => {
-        const script = TOOL_SCRIPT.replace(
+        const script = toolScript.replace(
             '\nmkdir',
-            `\nif [ "$1" = slow ]; then\n${HELD}fi\nmkdir`,
+            `\nif [ "$1" = slow ]; then\n${heldTool}fi\nmkdir`,
         );
-        await root.writeFile(TOOL, script, { mode: 0o755 });
+        await root.writeFile(toolPath, script, { mode: 0o755 });
     });
 
     test('is waited for by the next one and never told', async () => {
@@ -175,11 +175,11 @@ describe('a check that is under way', () => {
         expect(session.events.filter(({ type }) => type === 'answer')).toHaveLength(1);
         await release();
         expect((await second).result).toBe('success');
-        expect((await session.callback(CALLBACK)).result.cmd).toBe('quick');
+        expect((await session.callback(endCallback)).result.cmd).toBe('quick');
         const kept = await session.send({ command: 'getvyrenvcheckedresult' });
         expect(kept.result).toEqual({ 'quick-vyr': 'ok quick' });
         await session.close();
-        expect(session.events.filter(({ callback }) => callback === CALLBACK)).toHaveLength(1);
+        expect(session.events.filter(({ callback }) => callback === endCallback)).toHaveLength(1);
     });
 
     test('is dropped, without a wait, when its view closes', async () => {
@@ -195,8 +195,8 @@ describe('a check that is under way', () => {
         expect((await session.send({ command: 'getvyrenvcheckedresult' })).result).toBe('error');
         await release();
         await session.send({ command: 'vyrenvcheck', page, args: { type: 'quick', app: 'vyr' } });
-        await session.callback(CALLBACK);
-        const told = session.events.filter(({ callback }) => callback === CALLBACK);
+        await session.callback(endCallback);
+        const told = session.events.filter(({ callback }) => callback === endCallback);
         expect(told.map(({ result }) => result.cmd)).toEqual(['quick']);
         await session.close();
     });
@@ -211,7 +211,7 @@ describe('a check that is under way', () => {
         await held();
         expect((await session.send({ command: 'getDumpState' })).result.enable).toBe(true);
         await release();
-        expect((await session.callback(CALLBACK)).result.cmd).toBe('slow');
+        expect((await session.callback(endCallback)).result.cmd).toBe('slow');
         await session.close();
     });
 
@@ -229,12 +229,12 @@ describe('a check that is under way', () => {
 });
 
 test('a check that nobody waits for is completed before the program ends', async () => {
-    await root.writeFile(TOOL, `${TOOL_SCRIPT}sleep 0.5\ntouch ~/ended\n`, { mode: 0o755 });
+    await root.writeFile(toolPath, `${toolScript}sleep 0.5\ntouch ~/ended\n`, { mode: 0o755 });
     const end = await runCommand(root, 'vyrenvcheck', { type: 't', app: 'vyr' }, { trace: true });
     expect(end.events.filter(({ type }) => type === 'started')).toEqual([
         {
             type: 'started',
-            program: TOOL,
+            program: toolPath,
             arguments: ['t', 'vyr', ''],
             workingDirectory: '',
             detached: false,

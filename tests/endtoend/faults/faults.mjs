@@ -1,10 +1,10 @@
 import { parseEvents } from '../assistantctl.mjs';
 
-export const WORK = '/home/user/.local/share/Orvane/tmp';
-export const STAGING = `${WORK}/officeassis_script`;
+export const workDirectory = '/home/user/.local/share/Orvane/tmp';
+export const staging = `${workDirectory}/officeassis_script`;
 
 /** Fills the disk of that directory. */
-const FILL = (directory) =>
+const fill = (directory) =>
     `head -c 10000000 /dev/zero > ${directory}/filling 2> /dev/null || true`;
 
 /**
@@ -16,7 +16,7 @@ export function onSmallDisk(root, directory, bytes, script) {
     return root.run([
         'bash',
         '-c',
-        `fill() { ${FILL(directory)}; }
+        `fill() { ${fill(directory)}; }
 PATH=$PATH:/suite/office
 ${script}`,
     ]);

@@ -1,9 +1,9 @@
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { onSmallDisk, resultIn, STAGING, WORK } from './faults.mjs';
+import { onSmallDisk, resultIn, staging, workDirectory } from './faults.mjs';
 
-const SMALL = 64 * 1024;
+const smallSize = 64 * 1024;
 
 let root;
 
@@ -17,7 +17,7 @@ test('a report on a full disk is answered and leaves the files beside it', async
     const end = await onSmallDisk(
         root,
         '/home/user/out',
-        SMALL,
+        smallSize,
         `
         echo mine > ~/out/kept; fill
         assistantctl --choose ~/out/report exportsysinfo && echo "lived"
@@ -32,7 +32,7 @@ test('an existing report keeps its text when the disk is full', async () => {
     const end = await onSmallDisk(
         root,
         '/home/user/out',
-        SMALL,
+        smallSize,
         `
         echo "an earlier report" > ~/out/report; fill
         assistantctl --choose ~/out/report exportsysinfo
@@ -46,7 +46,7 @@ test('a list of permissions on a full disk keeps what its file held', async () =
     const end = await onSmallDisk(
         root,
         '/home/user/out',
-        SMALL,
+        smallSize,
         `
         echo "an earlier list" > ~/out/list; fill
         assistantctl --choose ~/out/list exportoftenfileperm && echo "lived"
@@ -59,15 +59,15 @@ test('a list of permissions on a full disk keeps what its file held', async () =
 test('scripts that cannot be staged on a full disk are not run half', async () => {
     const end = await onSmallDisk(
         root,
-        WORK,
-        SMALL,
+        workDirectory,
+        smallSize,
         `
-        mkdir ${STAGING}; echo mine > ${WORK}/kept; fill
+        mkdir ${staging}; echo mine > ${workDirectory}/kept; fill
         for command in getassomime getassoopen getdesktopiconfile fixfouricon fileassorepair \\
                 stratcheckenv; do
             assistantctl --trace $command || echo "failed: $command"
         done
-        cat ${WORK}/kept`,
+        cat ${workDirectory}/kept`,
     );
     expect(end.stdout).not.toContain('failed:');
     // The scripts could not be written, so none may have been started.
@@ -83,7 +83,7 @@ test('an archive on a full disk leaves its sources and what lies beside it', asy
     const end = await onSmallDisk(
         root,
         '/home/user/out',
-        SMALL,
+        smallSize,
         `
         echo mine > ~/out/kept
         assistantctl --choose ~/out/report archivepackage archiveSample=$HOME/a.vyr \\
@@ -100,13 +100,13 @@ test('an archive whose work directory is full is answered and its sources stay',
     await root.run(['bash', '-c', 'head -c 300000 /dev/urandom > ~/a.vyr']);
     const end = await onSmallDisk(
         root,
-        WORK,
-        SMALL,
+        workDirectory,
+        smallSize,
         `
-        mkdir ${WORK}/dump; echo dump > ${WORK}/dump/vyr_1.dmp; fill
+        mkdir ${workDirectory}/dump; echo dump > ${workDirectory}/dump/vyr_1.dmp; fill
         assistantctl --choose ~/report archivepackage archiveSample=$HOME/a.vyr \\
             archiveSysInfo=yes archiveDumpInfo:=true && echo "lived"
-        cat ${WORK}/dump/vyr_1.dmp; stat -c %s ~/a.vyr`,
+        cat ${workDirectory}/dump/vyr_1.dmp; stat -c %s ~/a.vyr`,
     );
     expect(resultIn(end.stdout, 'archivepackage')).toBe(
         Buffer.from('/home/user/report').toString('base64'),
@@ -118,7 +118,7 @@ test('the updater’s configuration is not lost on a full disk', async () => {
     const end = await onSmallDisk(
         root,
         '/home/user/out',
-        SMALL,
+        smallSize,
         `
         printf '[update]\\nchannel=beta\\n[other]\\nkept=yes\\n' > ~/out/update.cfg; fill
         HELIO_UPDATE_CFG=~/out/update.cfg assistantctl changeupdateconfig 'keyvalue=a$${'x'.repeat(5000)}'

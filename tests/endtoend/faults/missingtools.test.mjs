@@ -3,7 +3,7 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const TOOLS = [
+const tools = [
     'top',
     'free',
     'fc-list',
@@ -18,14 +18,14 @@ const TOOLS = [
     'env',
     'plocate',
 ].map((name) => `/usr/bin/${name}`);
-const KEPT = '/home/user/kept.docx';
+const kept = '/home/user/kept.docx';
 
 let root;
 let session;
 
 beforeEach(async () => {
-    root = await SandboxRoot.create({ suite: true, hide: TOOLS });
-    await root.writeFile(KEPT, 'mine');
+    root = await SandboxRoot.create({ suite: true, hide: tools });
+    await root.writeFile(kept, 'mine');
     session = Session.start(root);
 });
 
@@ -56,13 +56,13 @@ test('without its tools a report has its sections', async () => {
 
 test('without tar and gzip no archive is built, and the sources stay', async () => {
     const target = '/home/user/feedback';
-    const args = { archiveSample: KEPT, archiveSysInfo: true };
+    const args = { archiveSample: kept, archiveSysInfo: true };
     expect(await resultOf('archivepackage', { choose: [target], args })).toBe(
         Buffer.from(target).toString('base64'),
     );
     expect((await session.close()).status).toBe(0);
     expect(await root.exists(`${target}.tar.gz`)).toBe(false);
-    expect(await root.readFile(KEPT)).toBe('mine');
+    expect(await root.readFile(kept)).toBe('mine');
 });
 
 test('without plocate a search still finds files', async () => {

@@ -2,10 +2,10 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { STAGING } from './faults.mjs';
+import { staging } from './faults.mjs';
 
-const BYTES = 50 * 1024 * 1024;
-const endless = (line) => `#!/bin/bash\nyes '${line}' | head -c ${BYTES}\n`;
+const outputSize = 50 * 1024 * 1024;
+const endless = (line) => `#!/bin/bash\nyes '${line}' | head -c ${outputSize}\n`;
 
 let root;
 
@@ -25,14 +25,14 @@ test.each([
     ['getassomime', 'getmimeinfo.sh'],
     ['getassoopen', 'getopeninfo.sh'],
 ])('%s takes fifty megabytes of findings', async (command, script) => {
-    await root.writeFile(`${STAGING}/${script}`, endless('vyr|.docx|application/x|true'));
+    await root.writeFile(`${staging}/${script}`, endless('vyr|.docx|application/x|true'));
     expect((await answerOf(command)).result).toEqual([{ '.docx': 'application/x|true' }, {}, {}]);
 });
 
 test('fifty megabytes of one line are no finding', async () => {
     await root.writeFile(
-        `${STAGING}/getmimeinfo.sh`,
-        `#!/bin/bash\nhead -c ${BYTES} /dev/zero | tr '\\0' '|'\n`,
+        `${staging}/getmimeinfo.sh`,
+        `#!/bin/bash\nhead -c ${outputSize} /dev/zero | tr '\\0' '|'\n`,
     );
     expect((await answerOf('getassomime')).result).toEqual([{}, {}, {}]);
 });
@@ -40,7 +40,7 @@ test('fifty megabytes of one line are no finding', async () => {
 test('fifty megabytes of fonts are in the snapshot', async () => {
     await root.fake('fc-list', endless('A Font of Some Name'));
     const { fontinfo } = (await answerOf('stratcheckenv')).result;
-    expect(fontinfo.length).toBeGreaterThan(BYTES * 0.9);
+    expect(fontinfo.length).toBeGreaterThan(outputSize * 0.9);
 });
 
 test('fifty megabytes from free and top are figures and ten lines', async () => {

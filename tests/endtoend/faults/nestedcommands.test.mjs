@@ -1,16 +1,16 @@
 import path from 'node:path';
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { CONFIG, LOG, UPDATER } from '../update/updater.mjs';
+import { configFile, logFile, updaterPath } from '../update/updater.mjs';
 
-const BUILD = path.dirname(SUITE);
+const build = path.dirname(suiteDirectory);
 /** The command line waits for each answer before the next command, so this runs a unit test. */
-const PROGRAM = path.join(BUILD, 'tests/tst_nestedcommands/tst_nestedcommands');
-const CALLS = '/tmp/calls';
+const program = path.join(build, 'tests/tst_nestedcommands/tst_nestedcommands');
+const callsFile = '/tmp/calls';
 
-const OPTIONS = {
+const options = {
     testupdate: '/from:manual',
     testdailyreport: '/from:lumstart',
     testuninstallreport: '/senduninstallinfo:true',
@@ -21,11 +21,11 @@ let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create({ env: { ASSISTANT_TEST_IN_PRIVATE_ROOT: '1' } });
-    root.bind(BUILD, BUILD);
-    await root.writeFile(UPDATER, `#!/bin/sh\necho "$*" >> ${CALLS}\n`, { mode: 0o755 });
-    await root.writeFile(CONFIG, '[update]\na=1\n');
-    await root.writeFile(LOG, 'text');
-    await root.writeFile(CALLS, '');
+    root.bind(build, build);
+    await root.writeFile(updaterPath, `#!/bin/sh\necho "$*" >> ${callsFile}\n`, { mode: 0o755 });
+    await root.writeFile(configFile, '[update]\na=1\n');
+    await root.writeFile(logFile, 'text');
+    await root.writeFile(callsFile, '');
 });
 
 afterEach(async () => root.dispose());
@@ -36,24 +36,24 @@ function runInside(outer, commands) {
     );
     // The program does not wait for what it started; that ends with the root.
     const script = `"$@"; status=$?
-        until [ "$(wc -l < ${CALLS})" -ge ${Object.keys(OPTIONS).length} ]; do sleep 0.02; done
+        until [ "$(wc -l < ${callsFile})" -ge ${Object.keys(options).length} ]; do sleep 0.02; done
         exit $status`;
-    return root.run(['bash', '-c', script, 'run', PROGRAM, ...rows]);
+    return root.run(['bash', '-c', script, 'run', program, ...rows]);
 }
 
 test.each(['screenshots', 'openremoveurlcheck'])(
     'commands for log, configuration and updater run while %s waits',
     async (outer) => {
-        const commands = ['clearlogfile', 'changeupdateconfig', ...Object.keys(OPTIONS)];
+        const commands = ['clearlogfile', 'changeupdateconfig', ...Object.keys(options)];
         const end = await runInside(outer, commands);
         expect(end.stdout).toMatch(
             new RegExp(`^Totals: ${commands.length + 2} passed, 0 failed`, 'm'),
         );
         expect(end.status).toBe(0);
-        expect(await root.exists(LOG)).toBe(false);
+        expect(await root.exists(logFile)).toBe(false);
         // In any order: each launch is a separate process.
-        const calls = (await root.readFile(CALLS)).split('\n').filter(Boolean);
-        expect(calls.sort()).toEqual(Object.values(OPTIONS).sort());
-        expect(await root.readFile(CONFIG)).toMatch(/^a=1\n.*usagecollected=/ms);
+        const calls = (await root.readFile(callsFile)).split('\n').filter(Boolean);
+        expect(calls.sort()).toEqual(Object.values(options).sort());
+        expect(await root.readFile(configFile)).toMatch(/^a=1\n.*usagecollected=/ms);
     },
 );

@@ -3,13 +3,13 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { STAGING, WORK } from './faults.mjs';
+import { staging, workDirectory } from './faults.mjs';
 
-const TOOL = `#!/bin/bash
+const toolScript = `#!/bin/bash
 touch ~/running
 while [ ! -e ~/go ]; do sleep 0.02; done
-mkdir -p ${WORK}
-printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${WORK}/vyrEnv.ini
+mkdir -p ${workDirectory}
+printf '[vyrEnv]\\n%s-%s=ok\\n' "$2" "$1" > ${workDirectory}/vyrEnv.ini
 `;
 
 let root;
@@ -21,7 +21,7 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 test('both pages of one process ask in turn while a check is under way', async () => {
-    await root.writeFile('/suite/office/vyrEnvCheckTool', TOOL, { mode: 0o755 });
+    await root.writeFile('/suite/office/vyrEnvCheckTool', toolScript, { mode: 0o755 });
     await root.writeFile('/home/user/kept.docx', 'mine');
     const session = Session.start(root);
     await session.send({ command: 'startDump' });
@@ -55,15 +55,15 @@ test('both pages of one process ask in turn while a check is under way', async (
 });
 
 describe('two processes in one home', () => {
-    const SESSION = `{"command":"getassomime"}
+    const sessionInput = `{"command":"getassomime"}
 {"command":"getdesktopiconfile"}
 {"command":"startDump"}
 {"command":"exportsysinfo","choose":["/tmp/report"]}
 `;
 
     test('start and end at the same time, and each is answered', async () => {
-        await root.writeFile('/home/user/session', SESSION.repeat(3));
-        await root.writeFile(`${WORK}/dump/vyr_1.dmp`, 'a dump');
+        await root.writeFile('/home/user/session', sessionInput.repeat(3));
+        await root.writeFile(`${workDirectory}/dump/vyr_1.dmp`, 'a dump');
         const end = await root.run([
             'bash',
             '-c',
@@ -85,7 +85,7 @@ describe('two processes in one home', () => {
             const report = await root.readFile(`/tmp/report${number}`);
             expect(report.split('kernel-begin')).toHaveLength(4);
         }
-        expect(await root.readFile(`${WORK}/dump/vyr_1.dmp`)).toBe('a dump');
+        expect(await root.readFile(`${workDirectory}/dump/vyr_1.dmp`)).toBe('a dump');
     });
 
     test('one that ends removes the scripts, and the other one stages them again', async () => {
@@ -97,7 +97,7 @@ describe('two processes in one home', () => {
             answered() { echo "$1" >&"\${COPROC[1]}" && IFS= read -r -t 60 line <&"\${COPROC[0]}"; }
             answered '{"command":"getassomime"}' && echo "$line"
             /suite/office/assistantctl getassomime > /dev/null
-            ls ${STAGING} | wc -l
+            ls ${staging} | wc -l
             answered '{"command":"getassomime"}' && echo "$line"`,
         ]);
         const [first, count, second] = end.stdout.split('\n');

@@ -2,11 +2,11 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../assistantctl.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { CONFIG, installUpdater, LOG, UPDATER } from '../update/updater.mjs';
-import { STAGING, WORK } from './faults.mjs';
+import { configFile, installUpdater, logFile, updaterPath } from '../update/updater.mjs';
+import { staging, workDirectory } from './faults.mjs';
 
-const SETTINGS = '/home/user/.config/Orvane/Office.conf';
-const KEPT = 'kept.txt';
+const settingsFile = '/home/user/.config/Orvane/Office.conf';
+const kept = 'kept.txt';
 
 let root;
 
@@ -22,10 +22,10 @@ const resultOf = async (command, args, options) =>
 /** A directory with a file in it that must not be removed. */
 async function putDirectory(place) {
     await root.remove(place).catch(() => {});
-    await root.writeFile(`${place}/${KEPT}`, 'mine');
+    await root.writeFile(`${place}/${kept}`, 'mine');
 }
 
-const isKept = async (place) => (await root.readFile(`${place}/${KEPT}`)) === 'mine';
+const isKept = async (place) => (await root.readFile(`${place}/${kept}`)) === 'mine';
 
 describe('a directory stands in the place of', () => {
     test('the file to save a report, a listing or an archive in', async () => {
@@ -65,21 +65,22 @@ describe('a directory stands in the place of', () => {
     });
 
     test('the suite’s settings', async () => {
-        await putDirectory(SETTINGS);
+        await putDirectory(settingsFile);
         expect(await resultOf('getDumpState')).toEqual({ enable: true, feedback: false });
         expect(await resultOf('stopDump')).toBe('success');
         expect(await resultOf('getdesktopiconfile')).toMatchObject({ mode: 'helio_independ' });
-        expect(await isKept(SETTINGS)).toBe(true);
+        expect(await isKept(settingsFile)).toBe(true);
     });
 
     test('the updater, its configuration and its log', async () => {
-        for (const place of [UPDATER, CONFIG, LOG]) await putDirectory(place);
+        for (const place of [updaterPath, configFile, logFile]) await putDirectory(place);
         expect(await resultOf('getupdateconfig')).toEqual({});
         expect(await resultOf('changeupdateconfig', { keyvalue: 'a$b' })).toBe('success');
         expect(await resultOf('getlogfile')).toBe('error');
         for (const command of ['testupdate', 'testdailyreport', 'clearlogfile'])
             expect(await resultOf(command)).toBe('success');
-        for (const place of [UPDATER, CONFIG, LOG]) expect(await isKept(place)).toBe(true);
+        for (const place of [updaterPath, configFile, logFile])
+            expect(await isKept(place)).toBe(true);
     });
 
     test('every staged script', async () => {
@@ -87,7 +88,7 @@ describe('a directory stands in the place of', () => {
             .split('\n')
             .filter((name) => name.endsWith('.sh'));
         expect(scripts.length).toBeGreaterThan(5);
-        for (const script of scripts) await putDirectory(`${STAGING}/${script}`);
+        for (const script of scripts) await putDirectory(`${staging}/${script}`);
         const session = Session.start(root);
         for (const command of [
             'stratcheckenv',
@@ -101,7 +102,7 @@ describe('a directory stands in the place of', () => {
         ])
             expect((await session.send({ command })).type).toBe('answer');
         expect((await session.close()).status).toBe(0);
-        for (const script of scripts) expect(await isKept(`${STAGING}/${script}`)).toBe(true);
+        for (const script of scripts) expect(await isKept(`${staging}/${script}`)).toBe(true);
     });
 
     test('the check tool and the suite’s component', async () => {
@@ -125,10 +126,10 @@ describe('a directory stands in the place of', () => {
 test('garbage in every INI file is answered and left as it is', async () => {
     await installUpdater(root);
     const places = [
-        SETTINGS,
-        CONFIG,
+        settingsFile,
+        configFile,
         '/suite/office/cfgs/setup.cfg',
-        `${WORK}/vyrEnv.ini`,
+        `${workDirectory}/vyrEnv.ini`,
         '/usr/share/applications/libreoffice-x.desktop',
     ];
     const garbage = Buffer.from(Array.from({ length: 200_000 }, (_, at) => (at * at * 7919) >> 5));

@@ -5,11 +5,11 @@ import { openDialog, runCommand, Session } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const DUMPS = `${WORK}/dump`;
-const TARGET = '/home/user/report';
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const dumpDirectory = `${workDirectory}/dump`;
+const target = '/home/user/report';
 /** Members of the archive carry the archive directory's path. */
-const MEMBERS = 'home/user/.local/share/Orvane/tmp/archive/';
+const memberPrefix = 'home/user/.local/share/Orvane/tmp/archive/';
 
 let root;
 
@@ -22,23 +22,23 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const pack = (args = {}, { choose = [TARGET], ...options } = {}) =>
+const pack = (args = {}, { choose = [target], ...options } = {}) =>
     runCommand(root, 'archivepackage', args, { choose, trace: true, ...options });
 const started = (end) => end.events.find(({ type }) => type === 'started');
 
 /** Names in the archive, without their directory. */
-async function members(archive = `${TARGET}.tar.gz`) {
+async function members(archive = `${target}.tar.gz`) {
     const end = await root.run(['tar', '-tzf', archive]);
     expect(end).toMatchObject({ status: 0, stderr: '' });
     return end.stdout
         .split('\n')
-        .filter((name) => name !== '' && name !== MEMBERS)
-        .map((name) => name.replace(MEMBERS, ''))
+        .filter((name) => name !== '' && name !== memberPrefix)
+        .map((name) => name.replace(memberPrefix, ''))
         .sort();
 }
 
 async function member(name) {
-    const end = await root.run(['tar', '-xzOf', `${TARGET}.tar.gz`, MEMBERS + name]);
+    const end = await root.run(['tar', '-xzOf', `${target}.tar.gz`, memberPrefix + name]);
     expect(end.status).toBe(0);
     return end.stdout;
 }
@@ -92,7 +92,7 @@ describe('choosing files', () => {
 describe('the archive', () => {
     test('/home/user/report becomes /home/user/report.tar.gz and is opened', async () => {
         const end = await pack({ archiveType: 'crash', archiveDescribe: 'it failed' });
-        expect(end).toMatchObject({ status: 0, answer: { result: base64(TARGET) } });
+        expect(end).toMatchObject({ status: 0, answer: { result: base64(target) } });
         expect(end.events[0]).toMatchObject({
             type: 'dialog',
             mode: 'save',
@@ -103,9 +103,9 @@ describe('the archive', () => {
             type: 'started',
             detached: true,
             workingDirectory: '',
-            program: `${WORK}/officeassis_script/archivepackage.sh`,
+            program: `${workDirectory}/officeassis_script/archivepackage.sh`,
             arguments: [
-                TARGET,
+                target,
                 'crash',
                 'it failed',
                 '',
@@ -118,9 +118,9 @@ describe('the archive', () => {
         });
         expect(await members()).toEqual(['describe.txt']);
         expect(await member('describe.txt')).toBe(
-            `name: ${TARGET}\ntype: crash\ndescribe: it failed\n`,
+            `name: ${target}\ntype: crash\ndescribe: it failed\n`,
         );
-        expect(await root.callsOf('xdg-open')).toEqual([[`${TARGET}.tar.gz`]]);
+        expect(await root.callsOf('xdg-open')).toEqual([[`${target}.tar.gz`]]);
     });
 
     test('a description with line breaks is one line of describe.txt', async () => {
@@ -170,7 +170,7 @@ describe('the archive', () => {
     });
 
     test('a report is appended to an earlier one, and packed only on request', async () => {
-        await root.writeFile(`${WORK}/sysinfo.txt`, 'earlier\r\n');
+        await root.writeFile(`${workDirectory}/sysinfo.txt`, 'earlier\r\n');
         await pack();
         expect(await members()).toEqual(['describe.txt']);
         await pack({ archiveSysInfo: 'yes' });
@@ -203,35 +203,39 @@ describe('the archive', () => {
 
     test('vyr_3.dmp and vyr_3.dmp.old are both packed', async () => {
         for (const name of ['vyr_3.dmp', 'vyr_3.dmp.old', 'VYR_1.dmp', 'readme.txt'])
-            await root.writeFile(`${DUMPS}/${name}`, name);
+            await root.writeFile(`${dumpDirectory}/${name}`, name);
         const end = await pack({ archiveDumpInfo: true });
         expect(started(end).arguments[7].split(';').sort()).toEqual([
             '',
-            `${DUMPS}/vyr_3.dmp`,
-            `${DUMPS}/vyr_3.dmp.old`,
+            `${dumpDirectory}/vyr_3.dmp`,
+            `${dumpDirectory}/vyr_3.dmp.old`,
         ]);
         expect(await members()).toEqual(['describe.txt', 'vyr_3.dmp', 'vyr_3.dmp.old']);
     });
 
     test('dumps are not packed unasked, nor where there are none', async () => {
-        await root.writeFile(`${DUMPS}/vyr_3.dmp`, 'x');
+        await root.writeFile(`${dumpDirectory}/vyr_3.dmp`, 'x');
         await pack({ archiveDumpInfo: false });
         expect(await members()).toEqual(['describe.txt']);
-        await root.remove(DUMPS);
+        await root.remove(dumpDirectory);
         await pack({ archiveDumpInfo: true });
         expect(await members()).toEqual(['describe.txt']);
     });
 
     test('more dumps than one argument holds still give an archive', async () => {
-        await root.makeDirectory(DUMPS);
+        await root.makeDirectory(dumpDirectory);
         await root.run(
-            ['bash', '-c', `cd ${DUMPS} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`],
+            [
+                'bash',
+                '-c',
+                `cd ${dumpDirectory} && seq 1 100000 | sed 's/.*/vyr_&.dmp/' | xargs touch`,
+            ],
             { timeoutMs: 120_000 },
         );
         const session = Session.start(root);
         await session.send({
             command: 'archivepackage',
-            choose: [TARGET],
+            choose: [target],
             args: { archiveDumpInfo: true },
         });
         // The script opens the archive last, after copying thousands of files.
@@ -279,16 +283,16 @@ describe('faults', () => {
     });
 
     test('a file in place of the work directory: no report, and the command answers', async () => {
-        await root.writeFile(WORK, 'in the way');
+        await root.writeFile(workDirectory, 'in the way');
         const end = await pack({ archiveSysInfo: 'yes' });
-        expect(end.answer.result).toBe(base64(TARGET));
-        expect(await root.readFile(WORK)).toBe('in the way');
+        expect(end.answer.result).toBe(base64(target));
+        expect(await root.readFile(workDirectory)).toBe('in the way');
     });
 
     test('a directory in place of the report stays', async () => {
-        await root.makeDirectory(`${WORK}/sysinfo.txt`);
+        await root.makeDirectory(`${workDirectory}/sysinfo.txt`);
         const end = await pack({ archiveSysInfo: 'yes' });
-        expect(end.answer.result).toBe(base64(TARGET));
+        expect(end.answer.result).toBe(base64(target));
         expect(await members()).toEqual(['describe.txt']);
     });
 

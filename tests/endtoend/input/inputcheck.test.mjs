@@ -12,7 +12,7 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const WAYLAND = { XDG_SESSION_TYPE: 'wayland', WAYLAND_DISPLAY: 'wayland-0' };
+const wayland = { XDG_SESSION_TYPE: 'wayland', WAYLAND_DISPLAY: 'wayland-0' };
 
 test('an unset module is a missing plug-in', async () => {
     const { result, debug } = await checkInput(root, ['fcitx5'], { XMODIFIERS: '@im=fcitx' });
@@ -87,7 +87,7 @@ test.each([
 
 test('on Wayland the address of the running ibus is that of the Wayland display', async () => {
     const { result, debug } = await checkInput(root, ['ibus'], {
-        ...WAYLAND,
+        ...wayland,
         CHECKED_QT_IM_MODULE: 'ibus',
     });
     expect(result).toBe('ERR_OK');

@@ -1,10 +1,10 @@
 import fs from 'node:fs';
 
 import { runCommand } from '../assistantctl.mjs';
-import { beside, besideLog, DISPLAY_AND_BUS } from '../beside.mjs';
+import { beside, besideLog, displayAndBus } from '../beside.mjs';
 
 /** Scripts that start a daemon and return when it serves. */
-const DAEMONS = {
+const knownDaemons = {
     ibus: `
 ibus-daemon --panel disable --xim &
 await compgen -G "$HOME/.config/ibus/bus/*-unix-\${WAYLAND_DISPLAY:-7}"
@@ -17,17 +17,17 @@ await dbus-send --session --dest=org.freedesktop.DBus --print-reply /org/freedes
 };
 
 /** Variables named CHECKED_… are set without that prefix, for the check only. */
-const CHECKED_ENVIRONMENT = `
+const checkedEnvironment = `
 for checked in "\${!CHECKED_@}"; do
     export "\${checked#CHECKED_}=\${!checked}"
 done
 `;
 
-const MACHINE_ID = fs.readFileSync('/etc/machine-id', 'latin1').split('\n')[0];
+const machineId = fs.readFileSync('/etc/machine-id', 'latin1').split('\n')[0];
 
 /** Where ibus writes its bus address. */
 export function busFile(root, ending) {
-    return `${root.home}/.config/ibus/bus/${MACHINE_ID}${ending}`;
+    return `${root.home}/.config/ibus/bus/${machineId}${ending}`;
 }
 
 /**
@@ -36,7 +36,7 @@ export function busFile(root, ending) {
  */
 export async function checkInput(root, daemons, env) {
     const script =
-        DISPLAY_AND_BUS + daemons.map((name) => DAEMONS[name]).join('') + CHECKED_ENVIRONMENT;
+        displayAndBus + daemons.map((name) => knownDaemons[name]).join('') + checkedEnvironment;
     const end = await runCommand(await beside(root, script), 'inputcheck', {}, { env });
     if (end.status !== 0) throw new Error(`${end.stderr}\n${await besideLog(root)}`);
     return { result: end.answer.result, debug: end.stderr };

@@ -4,14 +4,14 @@ import os from 'node:os';
 import path from 'node:path';
 import { promisify } from 'node:util';
 
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 import { removeTree } from '../sandboxmounts.mjs';
 
-const BUILD = path.dirname(SUITE);
+const build = path.dirname(suiteDirectory);
 
 /** Whether the tree under test can be packaged: SUITE_DIR may name one outside of a build. */
 export const canBuildPackage =
-    process.env.SUITE_DIR === undefined || fs.existsSync(path.join(BUILD, 'CPackConfig.cmake'));
+    process.env.SUITE_DIR === undefined || fs.existsSync(path.join(build, 'CPackConfig.cmake'));
 
 /** What a program prints. The test runner would give up a process that blocks for a minute. */
 async function outputOf(program, args, options) {
@@ -39,7 +39,7 @@ export class DebianPackage {
     }
 
     async #build() {
-        await outputOf('cpack', ['-G', 'DEB', '-B', this.directory], { cwd: BUILD });
+        await outputOf('cpack', ['-G', 'DEB', '-B', this.directory], { cwd: build });
         const [name] = fs.readdirSync(this.directory).filter((entry) => entry.endsWith('.deb'));
         this.file = path.join(this.directory, name);
         await outputOf('dpkg-deb', ['-x', this.file, this.tree]);

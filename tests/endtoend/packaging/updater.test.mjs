@@ -2,13 +2,13 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } from 'vitest';
 
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { canBuildPackage, DebianPackage, installPackage } from './debianpackage.mjs';
 
-const CONFIG = '/opt/orvane/vtool/vyrupdate.cfg';
-const UPDATER = '/opt/orvane/vtool/vyrupdate';
-const LOG = '/var/log/vyrlog/vyrupdate.log';
+const configFile = '/opt/orvane/vtool/vyrupdate.cfg';
+const updaterPath = '/opt/orvane/vtool/vyrupdate';
+const logFile = '/var/log/vyrlog/vyrupdate.log';
 
 /** What apt-cache prints of a package. */
 const policy = (installed, candidate) => `#!/bin/bash
@@ -41,7 +41,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         return JSON.parse(end.stdout).result;
     }
     const logText = async () => Buffer.from(await send('getlogfile'), 'base64').toString();
-    const log = async (line) => expect(await root.readFile(LOG)).toContain(line);
+    const log = async (line) => expect(await root.readFile(logFile)).toContain(line);
 
     test('has the updater at its place, and nothing that others may write', async () => {
         const contents = await debianPackage.contents();
@@ -57,9 +57,9 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
             if (!mode.startsWith('l')) expect(mode, name).toMatch(/^[-d]rw[-x]r-[-x]r-[-x]$/);
         }
         expect(fs.readFileSync(path.join(debianPackage.control, 'conffiles'), 'utf8')).toBe(
-            `${CONFIG}\n`,
+            `${configFile}\n`,
         );
-        expect(fs.existsSync(path.join(SUITE, 'office/vyrupdate'))).toBe(false);
+        expect(fs.existsSync(path.join(suiteDirectory, 'office/vyrupdate'))).toBe(false);
     });
 
     test('its shortcuts name the place of its programs', () => {
@@ -102,7 +102,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
             'bash',
             '-c',
             `/tmp/package/usr/bin/assistantctl ${command}
-            until grep -qsF '${outcome}' ${LOG}; do sleep 0.05; done`,
+            until grep -qsF '${outcome}' ${logFile}; do sleep 0.05; done`,
         ]);
         expect(end).toMatchObject({ status: 0, stderr: '' });
         const text = await logText();
@@ -112,7 +112,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
     test('a newer version is reported with how to install it', async () => {
         await root.fake('apt-cache', policy('1.0.0', '1.1.0'));
-        await root.run([UPDATER, '/from:manual']);
+        await root.run([updaterPath, '/from:manual']);
         await log(
             'the package sources offer 1.1.0; install it with "apt install office-assistant"',
         );
@@ -121,24 +121,24 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
     test('the configuration decides what is asked', async () => {
         await send('changeupdateconfig', 'keyvalue=package$other');
-        await root.run([UPDATER, '/from:manual']);
+        await root.run([updaterPath, '/from:manual']);
         expect(await root.readFile('/tmp/asked')).toBe('policy other\n');
         await send('changeupdateconfig', 'keyvalue=package$--option');
-        await root.run([UPDATER, '/from:manual']);
+        await root.run([updaterPath, '/from:manual']);
         await log('"--option" is no name of a package');
         await send('changeupdateconfig', 'keyvalue=enabled$false');
-        await root.run([UPDATER, '/from:manual']);
+        await root.run([updaterPath, '/from:manual']);
         await log('switched off (enabled=false)');
         expect(await root.readFile('/tmp/asked')).toBe('policy other\n');
     });
 
     test('the log is cleared and starts again', async () => {
-        await root.run([UPDATER, '/sendinstallinfo:true']);
+        await root.run([updaterPath, '/sendinstallinfo:true']);
         expect(await send('clearlogfile')).toBe('success');
         expect(await root.list('/var/log/vyrlog')).toEqual([]);
-        await root.run([UPDATER, '/sendinstallinfo:true']);
-        expect((await root.readFile(LOG)).trim().split('\n')).toHaveLength(2);
-        expect((await root.stat(LOG)).mode & 0o777).toBe(0o666);
+        await root.run([updaterPath, '/sendinstallinfo:true']);
+        expect((await root.readFile(logFile)).trim().split('\n')).toHaveLength(2);
+        expect((await root.stat(logFile)).mode & 0o777).toBe(0o666);
     });
 
     test('a link, pipe or directory in place of the log is not written to', async () => {
@@ -151,9 +151,9 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
             'mkfifo',
             'mkdir',
         ]) {
-            const laid = await root.run(['bash', '-c', `rm -rf ${LOG} && ${trap} ${LOG}`]);
+            const laid = await root.run(['bash', '-c', `rm -rf ${logFile} && ${trap} ${logFile}`]);
             expect(laid.status, trap).toBe(0);
-            const end = await root.run([UPDATER, '/sendinstallinfo:true']);
+            const end = await root.run([updaterPath, '/sendinstallinfo:true']);
             expect(end.status, trap).toBe(1);
             expect(end.stderr, trap).toMatch(/^vyrupdate: cannot write .*vyrupdate\.log: /);
         }
@@ -163,7 +163,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     });
 
     describe('its control scripts', () => {
-        const LOGS = '/var/log/vyrlog';
+        const logDirectory = '/var/log/vyrlog';
         let admin;
 
         beforeEach(async () => {
@@ -187,7 +187,7 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
 
         test('make the log directory everybody’s, with a sticky bit', async () => {
             expect(fs.readFileSync(path.join(debianPackage.control, 'postinst'), 'utf8')).toContain(
-                LOGS,
+                logDirectory,
             );
             expect(await control('postinst', 'umask 077', 'configure')).toMatchObject({
                 status: 0,

@@ -3,12 +3,12 @@ import path from 'node:path';
 
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const TOOL = 'vyrEnvCheckTool';
+const toolName = 'vyrEnvCheckTool';
 /** Records its arguments, waits for the file “go”, and answers for its component. */
-const TOOL_SCRIPT = `#!/bin/bash
+const toolScript = `#!/bin/bash
 printf '%s|' "$@" >> "$HOME/toolcalls"
 for ((tries = 0; tries < 4500; tries++)); do
     [ -e "$HOME/go" ] && break
@@ -17,21 +17,21 @@ done
 mkdir -p "$HOME/.local/share/Orvane/tmp"
 printf '[vyrEnv]\\n%s-%s=libexample is missing\\n' "$2" "$1" > "$HOME/.local/share/Orvane/tmp/vyrEnv.ini"
 `;
-const environment = TEXTS.environmentcheck;
-const input = TEXTS.inputmethod;
+const environment = pageTexts.environmentcheck;
+const input = pageTexts.inputmethod;
 const shared = viewTests();
 
 test('an environment check runs the tool once and shows what it found', async () => {
-    shared.writeInOffice(TOOL, TOOL_SCRIPT, { mode: 0o755 });
+    shared.writeInOffice(toolName, toolScript, { mode: 0o755 });
     const { view } = await shared.open('environmentcheck');
-    await view.shows(environment.none, PATIENCE);
+    await view.shows(environment.none, patience);
     await view.press(environment.components.tbl);
     await view.press(environment.start);
     await shared.fileWith(shared.inHome('toolcalls'), (text) => text !== '');
     await view.until(`[...document.querySelectorAll('button')].find((button) =>
         button.textContent.trim() === ${JSON.stringify(environment.start)}).disabled`);
     shared.writeInHome('go', '');
-    await view.shows('libexample is missing', PATIENCE);
+    await view.shows('libexample is missing', patience);
     await view.shows(`${environment.components.tbl} – ${environment.checks.libraries.name}`);
     expect(await shared.fileWith(shared.inHome('toolcalls'), Boolean)).toBe('libraries|tbl||');
 });
@@ -40,7 +40,7 @@ test('the findings of the project’s own check tool are shown line by line', as
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.checks.dbus.name);
     await view.press(environment.start);
-    await view.shows('✘ One problem was found.', PATIENCE);
+    await view.shows('✘ One problem was found.', patience);
     await view.shows('✘ The session bus at disabled: does not answer:');
     expect(
         await view.evaluate(`[...document.querySelectorAll('.finding-lines p')]
@@ -49,24 +49,24 @@ test('the findings of the project’s own check tool are shown line by line', as
 });
 
 test('an environment check without its tool explains why there is no answer', async () => {
-    fs.rmSync(path.join(shared.suite.office, TOOL));
+    fs.rmSync(path.join(shared.suite.office, toolName));
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.start);
-    await view.shows(environment.noAnswerWhy, PATIENCE);
+    await view.shows(environment.noAnswerWhy, patience);
 });
 
 test('an unset input method is explained with the steps that fix it', async () => {
     const { view } = await shared.open('inputmethod', { env: { XMODIFIERS: '@im=fcitx' } });
-    await view.shows(input.answers.ERR_LOADPLUGIN_FAILED.title, PATIENCE);
+    await view.shows(input.answers.ERR_LOADPLUGIN_FAILED.title, patience);
     await view.shows(input.steps.install);
-    await view.shows('@im=fcitx', PATIENCE);
-    await view.press(TEXTS.common.check);
-    await view.shows(input.checked, PATIENCE);
+    await view.shows('@im=fcitx', patience);
+    await view.press(pageTexts.common.check);
+    await view.shows(input.checked, patience);
 });
 
 test('an input method that needs no program of its own is ready', async () => {
     const { view } = await shared.open('inputmethod', {
         env: { QT_IM_MODULE: 'xim', XMODIFIERS: '@im=fcitx' },
     });
-    await view.shows(input.answers.ERR_OK.title, PATIENCE);
+    await view.shows(input.answers.ERR_OK.title, patience);
 });

@@ -1,9 +1,9 @@
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const veil = TEXTS.home.veil;
+const veil = pageTexts.home.veil;
 const shared = viewTests();
 
 /** Waits until the newer one of the two windows has the keyboard focus. */
@@ -14,22 +14,22 @@ async function focusedView() {
 
 async function expectClosed(home) {
     await shared.display.windowCount(1);
-    await home.hides(veil.title, PATIENCE);
-    await home.shows(TEXTS.home.heading, PATIENCE);
+    await home.hides(veil.title, patience);
+    await home.shows(pageTexts.home.heading, patience);
 }
 
 test('the home page is veiled while a view is open, and closes it from there', async () => {
     const { home } = await shared.open('crash');
     await shared.display.windowCount(2);
-    await home.shows(veil.title, PATIENCE);
-    expect(await home.text()).not.toContain(TEXTS.home.heading);
+    await home.shows(veil.title, patience);
+    expect(await home.text()).not.toContain(pageTexts.home.heading);
     await home.press(veil.close);
     await expectClosed(home);
 });
 
 test('Escape closes a view and takes the veil away', async () => {
     const { home } = await shared.open('permissions');
-    await home.shows(veil.title, PATIENCE);
+    await home.shows(veil.title, patience);
     await focusedView();
     await shared.display.act('key', 'Escape');
     await expectClosed(home);
@@ -37,14 +37,14 @@ test('Escape closes a view and takes the veil away', async () => {
 
 test('the closing button of a view takes the veil away', async () => {
     const { home, view } = await shared.open('tools');
-    await home.shows(veil.title, PATIENCE);
-    await view.press(TEXTS.frame.close);
+    await home.shows(veil.title, patience);
+    await view.press(pageTexts.frame.close);
     await expectClosed(home);
 });
 
 test('a view that the window manager closes takes the veil away', async () => {
     const { home } = await shared.open('crash');
-    await home.shows(veil.title, PATIENCE);
+    await home.shows(veil.title, patience);
     await focusedView();
     await shared.display.act('key', '--clearmodifiers', 'alt+F4');
     await expectClosed(home);

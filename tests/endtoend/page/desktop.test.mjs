@@ -4,35 +4,35 @@ import path from 'node:path';
 import { expect, test } from 'vitest';
 
 import { suiteEntries } from '../desktop/suiteentries.mjs';
-import { ENTRIES, INTEGRATED } from '../plugin/config/desktoptools.mjs';
-import { filled, TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { entries, integrated } from '../plugin/config/desktoptools.mjs';
+import { filled, pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
 /** Reading the associations starts the desktop's tool 78 times. */
-const LONG = { timeoutMs: 240_000 };
+const long = { timeoutMs: 240_000 };
 const shared = viewTests();
 
 const entry = (name) => `[Desktop Entry]\nType=Application\nName=${name}\nExec=true %f\n`;
 
 test('shortcuts are put back on the desktop after a question', async () => {
-    const texts = TEXTS.shortcuts;
+    const texts = pageTexts.shortcuts;
     fs.mkdirSync(shared.inHome('Desktop'));
     fs.writeFileSync(shared.inHome('Desktop', 'own.desktop'), entry('own'));
     const { view } = await shared.open('shortcuts');
-    await view.press(texts.restore.start, PATIENCE);
-    await view.press(TEXTS.common.cancel);
+    await view.press(texts.restore.start, patience);
+    await view.press(pageTexts.common.cancel);
     expect(fs.readdirSync(shared.inHome('Desktop'))).toEqual(['own.desktop']);
 
     await view.press(texts.sets.integrated);
     await view.press(texts.restore.start);
     await view.press(texts.restore.confirm);
     // The view cannot check a home that is deeper than those in /home, and says so.
-    await view.shows(texts.uncheckable, PATIENCE);
-    expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', INTEGRATED]);
+    await view.shows(texts.uncheckable, patience);
+    expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', integrated]);
 });
 
 test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
-    const texts = TEXTS.associations;
+    const texts = pageTexts.associations;
     const allRepaired = filled(texts.repaired, { count: 39 });
     const place = path.join(shared.suite.directory, 'suite');
     for (const [name, text] of Object.entries(suiteEntries(place)))
@@ -40,10 +40,10 @@ test('associations are repaired with the desktop’s tools and listed until they
     const { view } = await shared.open('associations');
     await view.until(
         "document.querySelectorAll('.association-table tbody tr').length === 39",
-        PATIENCE,
+        patience,
     );
     fs.mkdirSync(shared.inHome('.local/share/mime/packages'), { recursive: true });
-    await view.press(texts.repair, PATIENCE);
+    await view.press(texts.repair, patience);
     await view.press(texts.confirm);
     await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'), (text) =>
         text.includes('application/vyr-office.docx'),
@@ -52,13 +52,13 @@ test('associations are repaired with the desktop’s tools and listed until they
     execFileSync('update-mime-database', [shared.inHome('.local/share/mime')], {
         env: { ...process.env, HOME: shared.suite.home },
     });
-    const ended = await view.showsOneOf([allRepaired, texts.notRepaired], LONG);
+    const ended = await view.showsOneOf([allRepaired, texts.notRepaired], long);
     if (ended === texts.notRepaired) {
         // The update came after the repair had already assigned the types.
-        await view.press(texts.repair, LONG);
+        await view.press(texts.repair, long);
         await view.press(texts.confirm);
-        await view.shows(allRepaired, LONG);
+        await view.shows(allRepaired, long);
     }
     const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
-    expect(defaults).toContain(`application/vyr-office.docx=${ENTRIES.vyr}`);
+    expect(defaults).toContain(`application/vyr-office.docx=${entries.vyr}`);
 }, 900_000);

@@ -1,31 +1,31 @@
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const LETTER =
+const letterSource =
     '{\\rtf1\\ansi{\\fonttbl{\\f0 Nowhere Installed Serif;}{\\f1 Calibri;}}' +
     '\\f0 Dear reader \\f1 and so on\\par}';
-const texts = TEXTS.missingfonts;
+const texts = pageTexts.missingfonts;
 const shared = viewTests();
 
 test('the suite’s own program reports the fonts that a document lacks', async () => {
-    const letter = shared.writeInHome('letter.doc', LETTER);
+    const letter = shared.writeInHome('letter.doc', letterSource);
     const { view } = await shared.open('missingfonts');
-    await view.shows(texts.empty, PATIENCE);
-    await view.press(TEXTS.common.chooseDocument);
+    await view.shows(texts.empty, patience);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', letter);
-    await view.shows('Nowhere Installed Serif', PATIENCE);
+    await view.shows('Nowhere Installed Serif', patience);
     const answer = shared.inHome('.local/share/Orvane/tmp/vyrmissfonts.ini');
     expect(await shared.fileWith(answer, Boolean)).toContain('Nowhere Installed Serif');
 });
 
 test('a document whose path contains spaces is checked as well', async () => {
-    const letter = shared.writeInHome('my letter.doc', LETTER);
+    const letter = shared.writeInHome('my letter.doc', letterSource);
     const { view } = await shared.open('missingfonts');
     await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', letter);
-    await view.shows('Nowhere Installed Serif', PATIENCE);
+    await view.shows('Nowhere Installed Serif', patience);
 });
 
 test('a document of another type is refused with a message', async () => {
@@ -33,5 +33,5 @@ test('a document of another type is refused with a message', async () => {
     const { view } = await shared.open('missingfonts');
     await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', picture);
-    await view.shows(texts.wrongType, PATIENCE);
+    await view.shows(texts.wrongType, patience);
 });

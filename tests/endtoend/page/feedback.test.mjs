@@ -1,10 +1,10 @@
 import { expect, test } from 'vitest';
 
 import { archived } from './archive.mjs';
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const texts = TEXTS.feedback;
+const texts = pageTexts.feedback;
 const shared = viewTests();
 
 /** A feedback view with a description entered. */
@@ -27,13 +27,13 @@ test('the archive holds what was chosen, and nothing that was not', async () => 
     shared.writeInHome('.local/share/Orvane/tmp/dump/vyr_17.dmp', 'a dump');
     const view = await described();
     await attach(view, texts.files.chooseSample, sample);
-    await view.shows(texts.added, PATIENCE);
+    await view.shows(texts.added, patience);
     await attach(view, texts.files.attach, picture);
-    await view.shows('picture.png', PATIENCE);
+    await view.shows('picture.png', patience);
     await view.press(texts.extras.systemInformation.title);
     await view.press(texts.build);
     await shared.choose('Save File', shared.inHome('problem'));
-    await view.shows(texts.archive.written, PATIENCE);
+    await view.shows(texts.archive.written, patience);
     await view.shows(shared.inHome('problem.tar.gz'));
 
     const files = await archived(shared.inHome('problem.tar.gz'));
@@ -52,7 +52,7 @@ test('system report and dumps are included on request', async () => {
     await view.press(texts.extras.crashDumps.title);
     await view.press(texts.build);
     await shared.choose('Save File', shared.inHome('whole'));
-    await view.shows(texts.archive.written, PATIENCE);
+    await view.shows(texts.archive.written, patience);
     const files = await archived(shared.inHome('whole.tar.gz'));
     expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
 });
@@ -60,7 +60,7 @@ test('system report and dumps are included on request', async () => {
 test('a file that would be left out is reported before anything is built', async () => {
     const view = await described();
     await attach(view, texts.files.attach, shared.writeInHome('my notes.txt', 'x'));
-    await view.shows(texts.problems.blank, PATIENCE);
+    await view.shows(texts.problems.blank, patience);
 });
 
 test('without a name for the archive nothing is built, and the view says so', async () => {
@@ -68,5 +68,5 @@ test('without a name for the archive nothing is built, and the view says so', as
     await view.press(texts.build);
     await shared.display.focused(await shared.display.dialog('Save File'));
     await shared.display.act('key', 'Escape');
-    await view.shows(texts.notBuilt, PATIENCE);
+    await view.shows(texts.notBuilt, patience);
 });

@@ -1,17 +1,17 @@
 import { expect, test } from 'vitest';
 
-import { filled, TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { filled, pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const texts = TEXTS.home.checkup;
-const SETTINGS = '.config/Orvane/Office.conf';
+const texts = pageTexts.home.checkup;
+const settingsFile = '.config/Orvane/Office.conf';
 const [oneIgnored] = texts.ignoredCount.split(' | ');
 const shared = viewTests();
 
 const finish = (home) =>
     home.until(
         "document.querySelector('.checkup-summary')?.textContent.includes('checked at')",
-        PATIENCE,
+        patience,
     );
 const findings = (home) =>
     home.evaluate(
@@ -20,7 +20,7 @@ const findings = (home) =>
 
 /** A home page after a check-up that found that dumps are not kept. */
 async function checked() {
-    shared.writeInHome(SETTINGS, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+    shared.writeInHome(settingsFile, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
     const home = await shared.home();
     await home.press(texts.start);
     await finish(home);
@@ -46,7 +46,7 @@ test('the check-up runs to its end, and what is ignored is remembered after a re
 test('a finding is repaired on disk and checked again', async () => {
     const home = await checked();
     await home.press(texts.repairs.keepDumps);
-    await shared.fileWith(shared.inHome(SETTINGS), (text) => text.includes('SaveDump=true'));
-    await home.shows(filled(texts.repaired, { what: texts.kinds.dumpsOff }), PATIENCE);
+    await shared.fileWith(shared.inHome(settingsFile), (text) => text.includes('SaveDump=true'));
+    await home.shows(filled(texts.repaired, { what: texts.kinds.dumpsOff }), patience);
     expect(await findings(home)).not.toContain(texts.findings.dumpsOff);
 });

@@ -3,13 +3,13 @@ import path from 'node:path';
 import { expect, test } from 'vitest';
 
 import { archived } from './archive.mjs';
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const { layout, print, feedback } = TEXTS;
-const TOOL = 'vyrEnvCheckTool';
+const { layout, print, feedback } = pageTexts;
+const toolName = 'vyrEnvCheckTool';
 /** Records its arguments and prints to the PDF with the document's name. */
-const PRINTER = `#!/bin/sh
+const printer = `#!/bin/sh
 printf '%s|' "$@" >> "$HOME/toolcalls"
 mkdir -p "$HOME/.local/share/Orvane/tmp"
 name=\${3##*/}
@@ -23,28 +23,28 @@ const opened = (name) =>
 /** Builds the archive in the feedback view that another view opened. */
 async function sendFeedback(category, document) {
     const view = await shared.view('feedback');
-    await view.shows(document, PATIENCE);
+    await view.shows(document, patience);
     expect(
         await view.evaluate("document.querySelector('[name=feedback-category]:checked').value"),
     ).toBe(category);
     await view.fill(feedback.description, 'It looks wrong');
     await view.press(feedback.build);
     await shared.choose('Save File', shared.inHome('problem'));
-    await view.shows(feedback.archive.written, PATIENCE);
+    await view.shows(feedback.archive.written, patience);
     return archived(shared.inHome('problem.tar.gz'));
 }
 
 test('a document with a wrong layout is chosen, opened and passed on to feedback', async () => {
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
-    await view.shows(layout.none, PATIENCE);
-    await view.press(TEXTS.common.chooseDocument);
+    await view.shows(layout.none, patience);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', report);
-    await view.shows(layout.chosen, PATIENCE);
+    await view.shows(layout.chosen, patience);
     await view.press(layout.open);
     await opened('report.docx');
-    await view.shows(layout.opened, PATIENCE);
-    await view.press(TEXTS.common.feedback);
+    await view.shows(layout.opened, patience);
+    await view.press(pageTexts.common.feedback);
     const files = await sendFeedback('layout', 'report.docx');
     expect(files.get('report.docx')).toBe('a report');
     expect(files.get('describe.txt')).toContain('type: layout\n');
@@ -55,20 +55,20 @@ test('a deleted document is reported with a message', async () => {
     const { view } = await shared.open('layout');
     await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', report);
-    await view.shows(layout.chosen, PATIENCE);
+    await view.shows(layout.chosen, patience);
     fs.rmSync(report);
     await view.press(layout.open);
-    await view.shows(layout.gone, PATIENCE);
+    await view.shows(layout.gone, patience);
 });
 
 test('a document is printed to a PDF, which is shown and passed on to feedback', async () => {
-    fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
-    shared.writeInOffice(TOOL, PRINTER, { mode: 0o755 });
+    fs.rmSync(path.join(shared.suite.office, toolName), { force: true });
+    shared.writeInOffice(toolName, printer, { mode: 0o755 });
     const report = shared.writeInHome('report.xlsx', 'a table');
     const { view } = await shared.open('print');
     await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', report);
-    await view.shows(print.printed, PATIENCE);
+    await view.shows(print.printed, patience);
     await opened('report.pdf');
     expect(fs.readFileSync(shared.inHome('toolcalls'), 'utf8')).toBe(`print|tbl|${report}|`);
     await view.press(print.verdicts.wrong);
@@ -79,10 +79,10 @@ test('a document is printed to a PDF, which is shown and passed on to feedback',
 });
 
 test('a suite that prints nothing is reported with what to do', async () => {
-    fs.rmSync(path.join(shared.suite.office, TOOL), { force: true });
-    shared.writeInOffice(TOOL, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
+    fs.rmSync(path.join(shared.suite.office, toolName), { force: true });
+    shared.writeInOffice(toolName, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
     const { view } = await shared.open('print');
     await view.press(TEXTS.common.chooseDocument);
     await shared.choose('Open File', shared.writeInHome('report.docx', 'x'));
-    await view.shows(print.notPrinted, PATIENCE);
+    await view.shows(print.notPrinted, patience);
 });

@@ -3,12 +3,12 @@ import { setTimeout as pause } from 'node:timers/promises';
 import { end } from 'browser-driver';
 import { afterEach, expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const texts = TEXTS.processes;
+const texts = pageTexts.processes;
 /** Longer than the view waits between two readings. */
-const QUIET = 6_500;
+const quiet = 6_500;
 const shared = viewTests();
 let large;
 
@@ -33,15 +33,15 @@ function startLargeProcess() {
 test('both tables fill, and a process that grows large comes into its table', async () => {
     const { view } = await shared.open('processes');
     for (const title of [texts.busiest.title, texts.largest.title])
-        await view.until(`${rowCount(title)} === 10`, PATIENCE);
+        await view.until(`${rowCount(title)} === 10`, patience);
     await view.shows(texts.memory.title);
     const pid = startLargeProcess();
-    await view.shows(` ${pid} `, PATIENCE);
+    await view.shows(` ${pid} `, patience);
 });
 
 test('a paused view reads nothing until it goes on', async () => {
     const { view } = await shared.open('processes');
-    await view.until(`${rowCount(texts.largest.title)} === 10`, PATIENCE);
+    await view.until(`${rowCount(texts.largest.title)} === 10`, patience);
     await view.press(texts.history.table);
     await view.press(texts.history.pause);
     await view.shows(texts.history.paused);
@@ -55,11 +55,11 @@ test('a paused view reads nothing until it goes on', async () => {
             "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)",
         );
     const before = await times();
-    await pause(QUIET);
+    await pause(quiet);
     expect(await times()).toEqual(before);
     await view.press(texts.history.go);
     await view.until(
         `document.querySelectorAll('.history-table tbody th').length > ${before.length}`,
-        PATIENCE,
+        patience,
     );
 });

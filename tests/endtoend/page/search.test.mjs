@@ -2,10 +2,10 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const texts = TEXTS.search;
+const texts = pageTexts.search;
 const shared = viewTests();
 
 async function search(keyword) {
@@ -16,7 +16,7 @@ async function search(keyword) {
     const { view } = await shared.open('search');
     await view.fill(texts.keyword, keyword);
     await view.press(texts.start);
-    await view.shows(texts.finished, PATIENCE);
+    await view.shows(texts.finished, patience);
     return view;
 }
 
@@ -34,14 +34,14 @@ test('files of the home are found by a part of their name, and filtered', async 
 test('a found file is opened by the desktop, and so is its folder', async () => {
     const letter = shared.writeInHome('letters/needle.txt', 'Dear reader');
     const view = await search('needle');
-    await view.select('needle.txt', PATIENCE);
+    await view.select('needle.txt', patience);
     await view.press(texts.open);
     const opened = (path) =>
         shared.fileWith(shared.inHome('opened'), (text) =>
             text.split('\n').some((line) => line === path || line === `file://${path}`),
         );
     await opened(letter);
-    await view.shows(texts.opened, PATIENCE);
+    await view.shows(texts.opened, patience);
     await view.press(texts.openFolder);
     await opened(shared.inHome('letters'));
 });
@@ -49,9 +49,9 @@ test('a found file is opened by the desktop, and so is its folder', async () => 
 test('an executable file is not opened, and the view says so', async () => {
     shared.writeInHome('needle.txt', '#!/bin/sh\ntouch "$HOME/ran"\n', { mode: 0o755 });
     const view = await search('needle');
-    await view.select('needle.txt', PATIENCE);
+    await view.select('needle.txt', patience);
     await view.press(texts.open);
-    await view.shows(texts.unsafe, PATIENCE);
+    await view.shows(texts.unsafe, patience);
     expect(await view.text()).not.toContain(texts.opened);
 });
 
@@ -69,6 +69,6 @@ test('a search without hits says so, and finds a new file a minute later', async
     shared.writeInHome('needle.txt', 'x');
     age();
     await view.press(texts.start);
-    await view.shows('1 found', PATIENCE);
-    await view.shows(texts.finished, PATIENCE);
+    await view.shows('1 found', patience);
+    await view.shows(texts.finished, patience);
 });

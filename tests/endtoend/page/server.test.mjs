@@ -2,10 +2,10 @@ import { once } from 'node:events';
 import http from 'node:http';
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const texts = TEXTS.server;
+const texts = pageTexts.server;
 const shared = viewTests();
 let server;
 let requests;
@@ -44,7 +44,7 @@ async function send(where) {
 
 test('the server sees the request that the view showed, and its answer is judged', async () => {
     const view = await send('/good');
-    await view.shows(texts.meanings.good, PATIENCE);
+    await view.shows(texts.meanings.good, patience);
     expect(requests).toHaveLength(1);
     expect(requests[0]).toMatchObject({
         method: 'GET',
@@ -55,7 +55,7 @@ test('the server sees the request that the view showed, and its answer is judged
 
 test('a refusal is explained, and its body is shown as text, not HTML', async () => {
     const view = await send('/none');
-    await view.shows(texts.meanings.notFound.replace('{status}', '404'), PATIENCE);
+    await view.shows(texts.meanings.notFound.replace('{status}', '404'), patience);
     await view.shows('<b>nothing here</b>');
     expect(await view.evaluate("document.querySelectorAll('.answer-body b').length")).toBe(0);
 });

@@ -3,11 +3,11 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
-const { actions } = TEXTS.tools;
-const RECORDER = `#!/bin/sh
+const { actions } = pageTexts.tools;
+const recorder = `#!/bin/sh
 printf '%s|' "\${0##*/}" "$@" >> "$HOME/started"
 `;
 const shared = viewTests();
@@ -16,7 +16,7 @@ async function openTools() {
     const { view } = await shared.open('tools');
     const start = async (name) => {
         await view.press(actions[name].start, { within: actions[name].title });
-        await view.shows(actions[name].done, PATIENCE);
+        await view.shows(actions[name].done, patience);
     };
     const started = (call) =>
         shared.fileWith(shared.inHome('started'), (text) => text.endsWith(call));
@@ -24,7 +24,7 @@ async function openTools() {
 }
 
 test('preloading is stopped and restarted by its program in PATH', async () => {
-    fs.writeFileSync(path.join(shared.suite.fakes, 'quickstartoffice'), RECORDER, { mode: 0o755 });
+    fs.writeFileSync(path.join(shared.suite.fakes, 'quickstartoffice'), recorder, { mode: 0o755 });
     const { start, started } = await openTools();
     await start('stop');
     await started('quickstartoffice|stop|false|');
@@ -33,8 +33,8 @@ test('preloading is stopped and restarted by its program in PATH', async () => {
 });
 
 test('recorder and editing tools are started from the suite', async () => {
-    shared.writeInOffice('addons/vyrassistanttool/screencap/screencap', RECORDER, { mode: 0o755 });
-    shared.writeInOffice('eptools', RECORDER, { mode: 0o755 });
+    shared.writeInOffice('addons/vyrassistanttool/screencap/screencap', recorder, { mode: 0o755 });
+    shared.writeInOffice('eptools', recorder, { mode: 0o755 });
     const { start, started } = await openTools();
     await start('record');
     await started('screencap|');

@@ -6,11 +6,11 @@ import { afterAll, afterEach, beforeAll, beforeEach } from 'vitest';
 import { ScratchSuite } from '../helio/shell/scratchsuite.mjs';
 import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { VirtualDisplay } from '../helio/shell/virtualdisplay.mjs';
-import { TEXTS } from './texts.mjs';
+import { pageTexts } from './texts.mjs';
 import { ViewPage } from './viewpage.mjs';
 
 /** How long a view and the programs that it runs may take on a busy machine. */
-export const PATIENCE = { timeoutMs: 90_000 };
+export const patience = { timeoutMs: 90_000 };
 
 /** The display that the tests of one file share; every test has a suite and a home of its own. */
 export function viewTests() {
@@ -53,10 +53,10 @@ export function viewTests() {
     /** Opens a view by its tile on the home page: {home, view}. */
     shared.open = async (name, options) => {
         const home = await shared.home(options);
-        await home.shows(TEXTS[name].title);
+        await home.shows(pageTexts[name].title);
         await home.evaluate(`void (window.tile = [...document.querySelectorAll('button.tool')]
             .find((button) => button.querySelector('strong').textContent
-                === ${JSON.stringify(TEXTS[name].title)})
+                === ${JSON.stringify(pageTexts[name].title)})
             .setAttribute('aria-label', 'the tile'))`);
         await home.press('the tile');
         return { home, view: await shared.view(name) };
@@ -65,7 +65,7 @@ export function viewTests() {
     /** The view that is opening in the child window. */
     shared.view = async (name) => {
         const view = await shared.program.page(`${name}.html`, { Kind: ViewPage });
-        await view.shows(TEXTS[name].title);
+        await view.shows(pageTexts[name].title);
         return view;
     };
 
@@ -90,7 +90,7 @@ export function viewTests() {
                 const text = fs.existsSync(file) ? fs.readFileSync(file, 'utf8') : '';
                 return condition(text) && text;
             },
-            { what: `the expected text in ${path.basename(file)}`, ...PATIENCE },
+            { what: `the expected text in ${path.basename(file)}`, ...patience },
         );
     return shared;
 }

@@ -1,7 +1,7 @@
 import { expect, test } from 'vitest';
 
-import { TEXTS } from './texts.mjs';
-import { PATIENCE, viewTests } from './viewtest.mjs';
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
 
 const shared = viewTests();
 
@@ -13,7 +13,7 @@ test('the child window waits out of sight, and its process shows the first view'
     await home.evaluate("void helio.call('router', { page: 'tools.html', type: '' })");
     await shared.display.windowCount(2);
     const view = await shared.view('tools');
-    await view.shows(TEXTS.tools.groups.preload, PATIENCE);
+    await view.shows(pageTexts.tools.groups.preload, patience);
     expect(await waiting.evaluate("location.pathname.split('/').pop()")).toBe('tools.html');
     expect(shared.program.renderers().sort()).toEqual(renderers);
 });

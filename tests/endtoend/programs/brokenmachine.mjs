@@ -1,13 +1,13 @@
 import fs from 'node:fs';
 import path from 'node:path';
 
-import { SUITE } from '../paths.mjs';
+import { suiteDirectory } from '../paths.mjs';
 
-const NO_FONTS = '<fontconfig><dir>/home/user/fonts</dir></fontconfig>';
+const noFonts = '<fontconfig><dir>/home/user/fonts</dir></fontconfig>';
 
 /** Changes the name of a needed library inside the suite's program. */
 function programWithout(library) {
-    const content = fs.readFileSync(path.join(SUITE, 'office/vyr'), 'latin1');
+    const content = fs.readFileSync(path.join(suiteDirectory, 'office/vyr'), 'latin1');
     if (!content.includes(library)) throw new Error(`the program does not need ${library}`);
     return Buffer.from(content.replaceAll(library, library.replace(/\d$/, '9')), 'latin1');
 }
@@ -16,7 +16,7 @@ function programWithout(library) {
  * One fault each: the check that must find it, the damage, the environment, and the beginning of
  * the line that reports it.
  */
-export const FAULTS = [
+export const faults = [
     {
         name: 'a library that is missing',
         check: 'libraries',
@@ -29,7 +29,7 @@ export const FAULTS = [
     {
         name: 'no fonts',
         check: 'fonts',
-        damage: (root) => root.writeFile('/home/user/fonts.conf', NO_FONTS),
+        damage: (root) => root.writeFile('/home/user/fonts.conf', noFonts),
         env: { FONTCONFIG_FILE: '/home/user/fonts.conf' },
         line: '✘ There are no fonts at all: no text can be shown. Install',
     },

@@ -4,36 +4,36 @@ import path from 'node:path';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { runCommand } from '../assistantctl.mjs';
-import { beside, DISPLAY_AND_BUS } from '../beside.mjs';
-import { REPOSITORY } from '../paths.mjs';
+import { beside, displayAndBus } from '../beside.mjs';
+import { repository } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { FAULTS } from './brokenmachine.mjs';
+import { faults } from './brokenmachine.mjs';
 
-const TOOL = '/suite/office/vyrEnvCheckTool';
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const ANSWERS = `${WORK}/vyrEnv.ini`;
-const CALLBACK = 'returnvyrenvcheck';
+const toolPath = '/suite/office/vyrEnvCheckTool';
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const answers = `${workDirectory}/vyrEnv.ini`;
+const endCallback = 'returnvyrenvcheck';
 
 /** The checks that the page offers. */
-const OFFERED = fs
-    .readFileSync(path.join(REPOSITORY, 'page/src/views/environmentcheck/checks.ts'), 'utf8')
+const offered = fs
+    .readFileSync(path.join(repository, 'page/src/views/environmentcheck/checks.ts'), 'utf8')
     .match(/export const checks = \[(.*?)\]/s)[1]
     .match(/\w+/g);
 
-const SERVER = '/server/node';
-const SESSION = `${DISPLAY_AND_BUS}
+const server = '/server/node';
+const sessionScript = `${displayAndBus}
 ibus-daemon --panel disable --xim &
 await dbus-send --session --dest=org.freedesktop.DBus --print-reply /org/freedesktop/DBus \
     org.freedesktop.DBus.GetNameOwner string:org.freedesktop.IBus
 export QT_IM_MODULE=ibus XMODIFIERS=@im=ibus
-${SERVER} /tmp/printservice.mjs 6310 &
+${server} /tmp/printservice.mjs 6310 &
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/6310'
 export CUPS_SERVER=127.0.0.1:6310
 `;
 /** Accepts connections at these addresses and never answers. */
-const SILENT = `
+const silentScript = `
 rm -f /tmp/.X11-unix/X9 /tmp/silentbus
-${SERVER} -e 'for (const place of ["/tmp/.X11-unix/X9", "/tmp/silentbus"])
+${server} -e 'for (const place of ["/tmp/.X11-unix/X9", "/tmp/silentbus"])
     require("net").createServer(() => {}).listen(place);
 require("net").createServer(() => {}).listen(6310, "127.0.0.1");' &
 await test -S /tmp/silentbus
@@ -48,7 +48,7 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const tool = (args, options) => root.run([TOOL, ...args], options);
+const tool = (args, options) => root.run([toolPath, ...args], options);
 const decoded = (base64) => Buffer.from(base64, 'base64').toString();
 
 /** What the page shows for a check. */
@@ -57,7 +57,7 @@ async function shown(type, options = {}) {
         root,
         'vyrenvcheck',
         { type, app: 'vyr' },
-        { page: 'child', until: CALLBACK, ...options },
+        { page: 'child', until: endCallback, ...options },
     );
     const { result } = end.events.find(({ type: kind }) => kind === 'callback');
     expect(result).toMatchObject({ cmd: type, app: 'vyr' });
@@ -65,25 +65,25 @@ async function shown(type, options = {}) {
 }
 
 async function withServers(script) {
-    root.bind(fs.realpathSync(process.execPath), SERVER);
+    root.bind(fs.realpathSync(process.execPath), server);
     await root.makeDirectory('/tmp/.X11-unix');
     await root.writeFile(
         '/tmp/printservice.mjs',
-        fs.readFileSync(path.join(REPOSITORY, 'tests/endtoend/programs/printservice.mjs')),
+        fs.readFileSync(path.join(repository, 'tests/endtoend/programs/printservice.mjs')),
     );
     return beside(root, script);
 }
 
 describe('the command line', () => {
     test('lists the checks that the page offers', async () => {
-        expect(OFFERED).toHaveLength(10);
-        expect((await tool(['--list'])).stdout.trim().split('\n')).toEqual(OFFERED);
+        expect(offered).toHaveLength(10);
+        expect((await tool(['--list'])).stdout.trim().split('\n')).toEqual(offered);
     });
 
     test('explains every check and its argument', async () => {
         const end = await tool(['--help']);
         expect(end.status).toBe(0);
-        for (const check of OFFERED)
+        for (const check of offered)
             expect(end.stdout).toMatch(new RegExp(`^  ${check} .*; ARG: .`, 'm'));
     });
 
@@ -100,7 +100,7 @@ describe('the command line', () => {
         const end = await tool(args);
         expect(end).toMatchObject({ status: 2, stdout: '' });
         expect(end.stderr).toMatch(/^vyrEnvCheckTool: .+\n$/);
-        expect(await root.exists(WORK)).toBe(false);
+        expect(await root.exists(workDirectory)).toBe(false);
     });
 
     test('takes words that look like options for a check when a page sends them', async () => {
@@ -110,38 +110,38 @@ describe('the command line', () => {
 });
 
 describe('each check', () => {
-    test.each(OFFERED)('%s prints what it found and keeps it', async (check) => {
+    test.each(offered)('%s prints what it found and keeps it', async (check) => {
         const end = await tool([check, 'vyr', '']);
         expect(end).toMatchObject({ status: 0, stderr: '' });
         const lines = end.stdout.trimEnd().split('\n');
         expect(lines.length).toBeGreaterThan(1);
         for (const line of lines) expect(line).toMatch(/^[✔⚠✘] \S.*[.”]$/u);
-        const kept = await root.readFile(ANSWERS);
+        const kept = await root.readFile(answers);
         expect(kept).toMatch(new RegExp(`^\\[vyrEnv\\]\\nvyr-${check}=`));
-        expect(await root.list(WORK)).toEqual(['vyrEnv.ini']);
+        expect(await root.list(workDirectory)).toEqual(['vyrEnv.ini']);
     });
 
     test('is kept beside the others', async () => {
-        for (const check of OFFERED) await tool([check, check === 'fonts' ? 'shw' : 'tbl', '']);
-        const keys = (await root.readFile(ANSWERS)).match(/^\w+-\w+(?==)/gm);
+        for (const check of offered) await tool([check, check === 'fonts' ? 'shw' : 'tbl', '']);
+        const keys = (await root.readFile(answers)).match(/^\w+-\w+(?==)/gm);
         expect(keys).toHaveLength(10);
         expect(keys).toContain('shw-fonts');
     });
 
     test('changes nothing but its answer and the font cache', async () => {
-        for (const check of OFFERED) await tool([check, 'vyr', '']);
+        for (const check of offered) await tool([check, 'vyr', '']);
         const left = await root.run(['find', '/home/user', '/tmp', '-type', 'f']);
         const files = left.stdout
             .trim()
             .split('\n')
             .filter((file) => !/fontconfig/.test(file));
-        expect(files).toEqual([ANSWERS]);
+        expect(files).toEqual([answers]);
     });
 });
 
 describe('finds, and tells the page,', () => {
-    test.each(FAULTS)('$name', async ({ check, damage, env, line }) => {
-        await root.makeDirectory(WORK);
+    test.each(faults)('$name', async ({ check, damage, env, line }) => {
+        await root.makeDirectory(workDirectory);
         await damage?.(root);
         const value = await shown(check, { env });
         expect(value.split('\n').filter((each) => each.startsWith(line))).toHaveLength(1);
@@ -153,11 +153,11 @@ describe('finds, and tells the page,', () => {
 });
 
 test('display, bus, input method and printers that work are no problem', async () => {
-    const session = await withServers(SESSION);
+    const session = await withServers(sessionScript);
     const { stdout } = await session.run([
         'bash',
         '-c',
-        `for check in display dbus input printing; do ${TOOL} $check vyr ''; done`,
+        `for check in display dbus input printing; do ${toolPath} $check vyr ''; done`,
     ]);
     expect(stdout).toMatch(/✔ Windows can be opened \(xcb\); the screens are \d+×\d+/);
     expect(stdout).toMatch(/✔ The session bus at unix:path=\/tmp\/bus answers/);
@@ -172,7 +172,7 @@ test('display, bus, input method and printers that work are no problem', async (
 });
 
 test('display, bus and printing service that never answer end the check all the same', async () => {
-    const silent = await withServers(SILENT);
+    const silent = await withServers(silentScript);
     const env = {
         DISPLAY: ':9',
         DBUS_SESSION_BUS_ADDRESS: 'unix:path=/tmp/silentbus',
@@ -183,7 +183,7 @@ test('display, bus and printing service that never answer end the check all the 
             'bash',
             '-c',
             `
-        for check in display dbus printing; do ${TOOL} $check vyr '' & checks+=($!); done
+        for check in display dbus printing; do ${toolPath} $check vyr '' & checks+=($!); done
         wait "\${checks[@]}"`,
         ],
         { env },
@@ -212,7 +212,7 @@ test('a full disk of the suite is reported and keeps the earlier answer', async 
         `cd ~/.local/share/Orvane && mkdir tmp
 printf '[vyrEnv]\\nvyr-space=earlier\\n' > tmp/vyrEnv.ini
 cat /dev/zero > fill 2> /dev/null
-${TOOL} space vyr ''
+${toolPath} space vyr ''
 echo "status $?"
 cat tmp/vyrEnv.ini`,
     ]);
@@ -222,18 +222,18 @@ cat tmp/vyrEnv.ini`,
 });
 
 test('an answer directory that cannot be written is an error and no crash', async () => {
-    await root.makeDirectory(WORK);
-    fs.chmodSync(root.hostPath(WORK), 0o555);
+    await root.makeDirectory(workDirectory);
+    fs.chmodSync(root.hostPath(workDirectory), 0o555);
     const end = await tool(['fonts', 'vyr', '']);
     expect(end.status).toBe(1);
-    expect(end.stderr).toBe(`vyrEnvCheckTool: cannot write into ${WORK}\n`);
+    expect(end.stderr).toBe(`vyrEnvCheckTool: cannot write into ${workDirectory}\n`);
 });
 
 test('many checks at once all keep their answers', async () => {
-    const ends = await Promise.all(OFFERED.map((check) => tool([check, 'vyr', ''])));
-    expect(ends.map(({ status }) => status)).toEqual(OFFERED.map(() => 0));
-    expect((await root.readFile(ANSWERS)).match(/^vyr-\w+(?==)/gm).sort()).toEqual(
-        OFFERED.map((check) => `vyr-${check}`).sort(),
+    const ends = await Promise.all(offered.map((check) => tool([check, 'vyr', ''])));
+    expect(ends.map(({ status }) => status)).toEqual(offered.map(() => 0));
+    expect((await root.readFile(answers)).match(/^vyr-\w+(?==)/gm).sort()).toEqual(
+        offered.map((check) => `vyr-${check}`).sort(),
     );
 });
 

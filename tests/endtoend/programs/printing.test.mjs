@@ -7,25 +7,25 @@ import { base64 } from '../base64.mjs';
 import { beside } from '../beside.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 
-const TOOL = '/suite/office/vyrEnvCheckTool';
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const OFFICE_SUITE = '/usr/lib/libreoffice';
-const PROGRAMS = ['/usr/bin/soffice', '/usr/bin/libreoffice'];
-const hasOfficeSuite = fs.existsSync(`${OFFICE_SUITE}/program/soffice`);
+const toolPath = '/suite/office/vyrEnvCheckTool';
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const officeSuite = '/usr/lib/libreoffice';
+const programs = ['/usr/bin/soffice', '/usr/bin/libreoffice'];
+const hasOfficeSuite = fs.existsSync(`${officeSuite}/program/soffice`);
 
-const SERVER = '/server/node';
+const server = '/server/node';
 /** On its first start a suite writes its profile. */
-const PATIENCE = 200_000;
+const patience = 200_000;
 /** Records each request. */
-const PICTURE_SERVER = `
-${SERVER} -e 'require("http").createServer((request, answer) => {
+const pictureServer = `
+${server} -e 'require("http").createServer((request, answer) => {
     require("fs").appendFileSync("/tmp/asked", request.url + "\\n");
     answer.end();
 }).listen(8090, "127.0.0.1")' &
 await bash -c 'exec 3<> /dev/tcp/127.0.0.1/8090'
 `;
 /** Two pages and a linked picture, as suites write them into files of any suffix. */
-const DOCUMENT = `<html><body><p>Quarterly report</p>
+const documentSource = `<html><body><p>Quarterly report</p>
 <img src="http://127.0.0.1:8090/picture.png">
 <p style="page-break-before: always">second page</p></body></html>
 `;
@@ -35,57 +35,59 @@ let root;
 afterEach(async () => root.dispose());
 
 const print = (program, document, options) =>
-    root.run([TOOL, 'print', program, document], { timeoutMs: PATIENCE, ...options });
+    root.run([toolPath, 'print', program, document], { timeoutMs: patience, ...options });
 const pagesOf = (pdf) => pdf.match(/\/Type\s*\/Page\b/g)?.length;
 
 describe.skipIf(!hasOfficeSuite)('with an office suite', () => {
     beforeEach(async () => {
         root = await SandboxRoot.create({ suite: true });
-        root.bind(fs.realpathSync(process.execPath), SERVER);
+        root.bind(fs.realpathSync(process.execPath), server);
         await root.recordingFake('xdg-open');
     });
 
     test('a print problem is printed by it and shown, and fetches nothing', async () => {
         const path = '/home/user/Quartals bericht.final.DOCX';
-        await root.writeFile(path, DOCUMENT);
-        const prepared = await beside(root, PICTURE_SERVER);
+        await root.writeFile(path, documentSource);
+        const prepared = await beside(root, pictureServer);
         const end = await runCommand(
             prepared,
             'openprinterrorfile',
             {},
-            { choose: [path], trace: true, timeoutMs: PATIENCE },
+            { choose: [path], trace: true, timeoutMs: patience },
         );
         expect(end.answer.result).toBe(base64(path));
         expect(end.events.find(({ detached }) => detached)).toMatchObject({
-            arguments: ['xdg-open', `${WORK}/Quartals bericht.pdf`],
+            arguments: ['xdg-open', `${workDirectory}/Quartals bericht.pdf`],
         });
-        const pdf = await root.readFile(`${WORK}/Quartals bericht.pdf`, 'latin1');
+        const pdf = await root.readFile(`${workDirectory}/Quartals bericht.pdf`, 'latin1');
         expect(pdf).toMatch(/^%PDF-1\.[^]*%%EOF\s*$/);
         expect(pagesOf(pdf)).toBe(2);
         expect(await root.exists('/tmp/asked')).toBe(false);
         expect(await root.list('/home/user')).not.toContainEqual(expect.stringMatching(/lock/));
-        expect((await root.list(WORK)).filter((name) => name.startsWith('print-'))).toEqual([]);
+        expect(
+            (await root.list(workDirectory)).filter((name) => name.startsWith('print-')),
+        ).toEqual([]);
     });
 
     test('what it cannot read leaves no PDF', async () => {
         await root.writeFile('/home/user/a.docx', 'PK\x03\x04 and nothing more');
-        await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
+        await root.writeFile(`${workDirectory}/a.pdf`, '%PDF earlier');
         const end = await print('vyr', '/home/user/a.docx');
         expect(end).toMatchObject({ status: 1, stdout: '' });
         expect(end.stderr).toMatch(
             /^vyrEnvCheckTool: \/home\/user\/a\.docx could not be printed: .+\n$/,
         );
-        expect(await root.list(WORK)).toEqual([]);
+        expect(await root.list(workDirectory)).toEqual([]);
     });
 });
 
 describe('without an office suite', () => {
     beforeEach(async () => {
-        root = await SandboxRoot.create({ suite: true, hide: PROGRAMS });
+        root = await SandboxRoot.create({ suite: true, hide: programs });
         await root.makeDirectory('/home/user/nothing');
-        if (hasOfficeSuite) root.bind(root.hostPath('/home/user/nothing'), OFFICE_SUITE);
-        await root.writeFile('/home/user/a.docx', DOCUMENT);
-        await root.writeFile(`${WORK}/a.pdf`, '%PDF earlier');
+        if (hasOfficeSuite) root.bind(root.hostPath('/home/user/nothing'), officeSuite);
+        await root.writeFile('/home/user/a.docx', documentSource);
+        await root.writeFile(`${workDirectory}/a.pdf`, '%PDF earlier');
     });
 
     test('a print is refused with what to install, and leaves no PDF', async () => {
@@ -94,7 +96,7 @@ describe('without an office suite', () => {
         expect(end.stderr).toMatch(
             /^vyrEnvCheckTool: no office suite that prints .*libreoffice-writer.*\n$/,
         );
-        expect(await root.list(WORK)).toEqual([]);
+        expect(await root.list(workDirectory)).toEqual([]);
     });
 
     test('a print problem is an error, and no earlier PDF is taken for it', async () => {
@@ -112,7 +114,7 @@ describe('without an office suite', () => {
 describe('an office suite of the test’s own', () => {
     beforeEach(async () => {
         root = await SandboxRoot.create({ suite: true });
-        await root.writeFile('/home/user/a.docx', DOCUMENT);
+        await root.writeFile('/home/user/a.docx', documentSource);
     });
 
     test('that hangs ends with the tool, and with all that it has started', async () => {
@@ -128,7 +130,7 @@ wait
         const end = await root.run([
             'bash',
             '-c',
-            `${TOOL} print vyr ~/a.docx &
+            `${toolPath} print vyr ~/a.docx &
 tool=$!
 until [ -e ~/started ]; do sleep 0.02; done
 kill -TERM $tool
@@ -138,7 +140,9 @@ while kill -0 $(cat ~/started) 2> /dev/null; do sleep 0.02; done
 echo gone`,
         ]);
         expect(end.stdout).toBe('status 143\ngone\n');
-        expect((await root.list(WORK)).filter((name) => name.endsWith('.pdf'))).toEqual([]);
+        expect((await root.list(workDirectory)).filter((name) => name.endsWith('.pdf'))).toEqual(
+            [],
+        );
     });
 
     test('that fills the disk leaves no PDF', async () => {
@@ -152,7 +156,7 @@ echo gone`,
         const end = await root.run([
             'bash',
             '-c',
-            `${TOOL} print vyr ~/a.docx; echo "status $?"; find ${WORK} -name '*.pdf'`,
+            `${toolPath} print vyr ~/a.docx; echo "status $?"; find ${workDirectory} -name '*.pdf'`,
         ]);
         expect(end.stdout).toBe('status 1\n');
         expect(end.stderr).toMatch(/^vyrEnvCheckTool: .* could not be printed: .*No space left/);

@@ -3,10 +3,10 @@ import { createServer } from 'node:http';
 // A printing service that speaks the protocol of CUPS's library on the given port. It has two
 // printers: a stopped one and the default one.
 
-const PRINTER = 0x04;
-const END = 0x03;
-const OPERATION = 0x01;
-const TYPES = {
+const printerTag = 0x04;
+const endTag = 0x03;
+const operationTag = 0x01;
+const typeTags = {
     charset: 0x47,
     language: 0x48,
     name: 0x42,
@@ -14,9 +14,9 @@ const TYPES = {
     choice: 0x23,
     boolean: 0x22,
 };
-const IDLE = 3;
-const STOPPED = 5;
-const GET_PRINTERS = 0x4002;
+const idle = 3;
+const stopped = 5;
+const getPrinters = 0x4002;
 
 const byte = (value) => Buffer.from([value]);
 
@@ -37,7 +37,7 @@ function valueBytes(type, value) {
 function attribute(type, name, value) {
     const bytes = valueBytes(type, value);
     return Buffer.concat([
-        byte(TYPES[type]),
+        byte(typeTags[type]),
         short(name.length),
         Buffer.from(name),
         short(bytes.length),
@@ -47,7 +47,7 @@ function attribute(type, name, value) {
 
 function printer(name, state, reason) {
     return Buffer.concat([
-        byte(PRINTER),
+        byte(printerTag),
         attribute('name', 'printer-name', name),
         attribute('choice', 'printer-state', state),
         attribute('keyword', 'printer-state-reasons', reason),
@@ -55,20 +55,20 @@ function printer(name, state, reason) {
     ]);
 }
 
-const OFFICE = printer('office', IDLE, 'none');
-const HALL = printer('hall', STOPPED, 'media-empty-error');
+const officePrinter = printer('office', idle, 'none');
+const hallPrinter = printer('hall', stopped, 'media-empty-error');
 
 function answer(request) {
     const operation = request.readUInt16BE(2);
     return Buffer.concat([
         Buffer.from([2, 0, 0, 0]),
         request.subarray(4, 8),
-        byte(OPERATION),
+        byte(operationTag),
         attribute('charset', 'attributes-charset', 'utf-8'),
         attribute('language', 'attributes-natural-language', 'en'),
-        OFFICE,
-        operation === GET_PRINTERS ? HALL : Buffer.alloc(0),
-        byte(END),
+        officePrinter,
+        operation === getPrinters ? hallPrinter : Buffer.alloc(0),
+        byte(endTag),
     ]);
 }
 

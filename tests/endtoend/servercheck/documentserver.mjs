@@ -6,10 +6,10 @@ import { fileURLToPath } from 'node:url';
 import { runCommand } from '../assistantctl.mjs';
 import { beside, besideLog } from '../beside.mjs';
 
-const HERE = path.dirname(fileURLToPath(import.meta.url));
-const RECORD = '/tmp/server/requests';
+const here = path.dirname(fileURLToPath(import.meta.url));
+const recordFile = '/tmp/server/requests';
 
-const SERVERS = `
+const servers = `
 /server/node /server/uploadserver.mjs &
 nginx -c /tmp/server/nginx.conf -e /tmp/server/error.log &
 for port in 8080 8081 8443; do
@@ -62,8 +62,8 @@ export class DocumentServer {
      * parts}; parts is what busboy found.
      */
     async requests() {
-        if (!(await this.#root.exists(RECORD))) return [];
-        const lines = (await this.#root.readFile(RECORD)).split('\n').slice(0, -1);
+        if (!(await this.#root.exists(recordFile))) return [];
+        const lines = (await this.#root.readFile(recordFile)).split('\n').slice(0, -1);
         return lines.map((line) => {
             const request = JSON.parse(line);
             return { ...request, body: Buffer.from(request.body, 'base64').toString('utf8') };
@@ -75,12 +75,12 @@ export class DocumentServer {
         const streamsearch = packageDirectory('streamsearch', path.join(busboy, 'package.json'));
         // The Node.js that runs the tests, which may not be in the sandbox's PATH.
         this.#root.bind(fs.realpathSync(process.execPath), '/server/node');
-        this.#root.bind(path.join(HERE, 'uploadserver.mjs'), '/server/uploadserver.mjs');
+        this.#root.bind(path.join(here, 'uploadserver.mjs'), '/server/uploadserver.mjs');
         this.#root.bind(busboy, '/server/node_modules/busboy');
         this.#root.bind(streamsearch, '/server/node_modules/streamsearch');
         await this.#root.writeFile(
             '/tmp/server/nginx.conf',
-            fs.readFileSync(path.join(HERE, 'nginx.conf')),
+            fs.readFileSync(path.join(here, 'nginx.conf')),
         );
         const end = await this.#root.run([
             'openssl',
@@ -101,6 +101,6 @@ export class DocumentServer {
             '/tmp/server/certificate.pem',
         ]);
         if (end.status !== 0) throw new Error(end.stderr);
-        this.#beside = await beside(this.#root, SERVERS);
+        this.#beside = await beside(this.#root, servers);
     }
 }

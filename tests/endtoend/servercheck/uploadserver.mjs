@@ -5,8 +5,8 @@ import { setTimeout as pause } from 'node:timers/promises';
 
 import busboy from 'busboy';
 
-const RECORD = '/tmp/server/requests';
-const SLOW_MS = 3000;
+const recordFile = '/tmp/server/requests';
+const slowMs = 3000;
 
 async function bodyOf(request) {
     const chunks = [];
@@ -39,8 +39,8 @@ async function take(request, response) {
     const isForm = headers['content-type']?.startsWith('multipart/form-data');
     const parts = isForm ? await partsOf(headers, body) : null;
     const record = { method, url, headers, body: body.toString('base64'), parts };
-    appendFileSync(RECORD, `${JSON.stringify(record)}\n`);
-    if (url === '/slow') await pause(SLOW_MS);
+    appendFileSync(recordFile, `${JSON.stringify(record)}\n`);
+    if (url === '/slow') await pause(slowMs);
     if (url === '/cut') {
         response.writeHead(200, { 'Content-Length': 1000 });
         response.write('half', () => request.socket.destroy());

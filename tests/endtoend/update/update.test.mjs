@@ -4,7 +4,7 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { runCommand, Session } from '../assistantctl.mjs';
 import { base64 } from '../base64.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { CONFIG, installUpdater, LOG, UPDATER, updaterCall } from './updater.mjs';
+import { configFile, installUpdater, logFile, updaterPath, updaterCall } from './updater.mjs';
 
 let root;
 
@@ -22,9 +22,9 @@ test('an update is supported when both updater and configuration are there', asy
     expect(await resultOf('getupdatesupport')).toBe(false);
     await installUpdater(root);
     expect(await resultOf('getupdatesupport')).toBe(false);
-    await root.writeFile(CONFIG, '');
+    await root.writeFile(configFile, '');
     expect(await resultOf('getupdatesupport')).toBe(true);
-    await root.remove(UPDATER);
+    await root.remove(updaterPath);
     expect(await resultOf('getupdatesupport')).toBe(false);
 });
 
@@ -36,9 +36,12 @@ test('the configuration of another place is used where the host names one', asyn
 });
 
 test('the configuration is an object of texts', async () => {
-    await root.writeFile(CONFIG, 'outside=1\n[update]\nb=two words\na=1\nlist=x, y\nsub\\k=v\n');
+    await root.writeFile(
+        configFile,
+        'outside=1\n[update]\nb=two words\na=1\nlist=x, y\nsub\\k=v\n',
+    );
     expect(await resultOf('getupdateconfig')).toEqual({ a: '1', b: 'two words', list: '' });
-    await root.writeFile(CONFIG, '[other]\na=1\n');
+    await root.writeFile(configFile, '[other]\na=1\n');
     expect(await resultOf('getupdateconfig')).toEqual({});
 });
 
@@ -48,39 +51,39 @@ test.each([
     ['bytes of any kind', Buffer.from(Array.from({ length: 65536 }, (_, i) => (i * 7919) >> 3))],
     ['a line without end', `[update]\na=${'\\'.repeat(1_000_001)}`],
 ])('a configuration of garbage (%s) is survived and can be changed', async (_, content) => {
-    await root.writeFile(CONFIG, content);
+    await root.writeFile(configFile, content);
     expect(typeof (await resultOf('getupdateconfig'))).toBe('object');
     expect(await change('fresh$value')).toBe('success');
     expect(await resultOf('getupdateconfig')).toMatchObject({ fresh: 'value' });
 });
 
 test('an unreadable configuration counts as empty and is kept', async () => {
-    await root.writeFile(CONFIG, '[update]\na=1\n', { mode: 0 });
+    await root.writeFile(configFile, '[update]\na=1\n', { mode: 0 });
     expect(await resultOf('getupdateconfig')).toEqual({});
     expect(await change('a$2')).toBe('success');
-    await root.run(['chmod', '600', CONFIG]);
-    expect(await root.readFile(CONFIG)).toBe('[update]\na=1\n');
+    await root.run(['chmod', '600', configFile]);
+    expect(await root.readFile(configFile)).toBe('[update]\na=1\n');
 });
 
 test('a$b stores b under update/a and leaves the rest', async () => {
-    await root.writeFile(CONFIG, '[other]\nkept=1\n[update]\nold=2\n');
+    await root.writeFile(configFile, '[other]\nkept=1\n[update]\nold=2\n');
     expect(await change('a$b')).toBe('success');
     expect(await resultOf('getupdateconfig')).toEqual({ a: 'b', old: '2' });
-    expect(await root.readFile(CONFIG)).toMatch(/\[other\]\nkept=1\n/);
+    expect(await root.readFile(configFile)).toMatch(/\[other\]\nkept=1\n/);
 });
 
 test('a$ stores an empty value under a', async () => {
-    await root.writeFile(CONFIG, '[update]\na=full\n');
+    await root.writeFile(configFile, '[update]\na=full\n');
     expect(await change('a$')).toBe('success');
     expect(await resultOf('getupdateconfig')).toEqual({ a: '' });
 });
 
 test.each(['ab', 'a$b$c', '', '$$'])('the argument "%s" is an error', async (keyvalue) => {
-    await root.writeFile(CONFIG, '[update]\na=1\n');
+    await root.writeFile(configFile, '[update]\na=1\n');
     const end = await runCommand(root, 'changeupdateconfig', { keyvalue });
     expect(end.answer.result).toBe('error');
     expect(end.status).toBe(1);
-    expect(await root.readFile(CONFIG)).toBe('[update]\na=1\n');
+    expect(await root.readFile(configFile)).toBe('[update]\na=1\n');
 });
 
 test('an absent argument is an error', async () => {
@@ -88,7 +91,7 @@ test('an absent argument is an error', async () => {
 });
 
 test('a user’s file in a read-only directory can be changed', async () => {
-    await root.writeFile(CONFIG, '[update]\na=1\n');
+    await root.writeFile(configFile, '[update]\na=1\n');
     await root.run(['chmod', '500', '/opt/orvane/vtool']);
     expect(await change('a$2')).toBe('success');
     expect(await resultOf('getupdateconfig')).toEqual({ a: '2' });
@@ -107,7 +110,7 @@ test('a missing configuration is an error, unsupported, and starts no daily repo
     expect(changed.result).toBe('success');
     expect(session.traced('started')).toEqual([]);
     await session.close();
-    expect(await root.exists(CONFIG)).toBe(false);
+    expect(await root.exists(configFile)).toBe(false);
     expect(await updaterCall(root)).toBeNull();
 });
 
@@ -118,7 +121,7 @@ test.each([
     ['testinstallreport', '/sendinstallinfo:true', undefined],
 ])('%s launches the updater with %s', async (command, option, result) => {
     await installUpdater(root);
-    await root.writeFile(CONFIG, '');
+    await root.writeFile(configFile, '');
     const session = Session.start(root, { directory: '/tmp' });
     const answer = await session.send({ command });
     expect(answer.result).toBe(result);
@@ -126,7 +129,7 @@ test.each([
     expect(session.traced('started')).toEqual([
         {
             type: 'started',
-            program: UPDATER,
+            program: updaterPath,
             arguments: [option],
             workingDirectory: '',
             detached: true,
@@ -138,7 +141,7 @@ test.each([
 });
 
 test('launching a missing updater reports no error', async () => {
-    await root.writeFile(CONFIG, '');
+    await root.writeFile(configFile, '');
     for (const command of ['testupdate', 'testdailyreport', 'testuninstallreport'])
         expect(await resultOf(command)).toBe('success');
     expect((await runCommand(root, 'testinstallreport')).status).toBe(0);
@@ -146,7 +149,7 @@ test('launching a missing updater reports no error', async () => {
 
 test('the daily report leaves its fixed date in the configuration', async () => {
     await installUpdater(root);
-    await root.writeFile(CONFIG, '[update]\nkept=1\nusagecollected=2026-01-01 00:00:00\n');
+    await root.writeFile(configFile, '[update]\nkept=1\nusagecollected=2026-01-01 00:00:00\n');
     expect(await resultOf('testdailyreport')).toBe('success');
     expect(await resultOf('getupdateconfig')).toEqual({
         kept: '1',
@@ -161,22 +164,22 @@ test.each([
     ['with a zero byte', 'before\0after', 'before'],
     ['with bytes that are no text', Buffer.from([0x61, 0xff, 0x62]), 'a\ufffdb'],
 ])('a log %s is answered as base64', async (_, content, text) => {
-    await root.writeFile(LOG, content);
+    await root.writeFile(logFile, content);
     expect(await resultOf('getlogfile')).toBe(base64(text));
 });
 
 test('a log of 50 MB is answered whole', async () => {
     const text = '2026-01-01 something happened – again\n'.repeat(1_250_000);
-    await root.writeFile(LOG, text);
+    await root.writeFile(logFile, text);
     const result = await resultOf('getlogfile');
     expect(Buffer.from(result, 'base64').equals(Buffer.from(text))).toBe(true);
 });
 
 test.each([
     ['missing', 'true'],
-    ['a directory', `mkdir ${LOG}`],
-    ['not readable', `touch ${LOG}; chmod 0 ${LOG}`],
-    ['a pipe', `mkfifo ${LOG}`],
+    ['a directory', `mkdir ${logFile}`],
+    ['not readable', `touch ${logFile}; chmod 0 ${logFile}`],
+    ['a pipe', `mkfifo ${logFile}`],
 ])('a log that is %s is an error', async (_, script) => {
     await root.run(['bash', '-c', script]);
     const end = await runCommand(root, 'getlogfile');
@@ -198,11 +201,11 @@ test('clearing removes every file of the log directory and nothing else', async 
 });
 
 test('a log directory that cannot be changed or read keeps its files', async () => {
-    await root.writeFile(LOG, 'kept');
+    await root.writeFile(logFile, 'kept');
     for (const mode of ['555', '000']) {
         await root.run(['chmod', mode, '/var/log/vyrlog']);
         expect(await resultOf('clearlogfile')).toBe('success');
     }
     await root.run(['chmod', '700', '/var/log/vyrlog']);
-    expect(await root.readFile(LOG)).toBe('kept');
+    expect(await root.readFile(logFile)).toBe('kept');
 });

@@ -1,16 +1,16 @@
-export const UPDATER = '/opt/orvane/vtool/vyrupdate';
-export const CONFIG = '/opt/orvane/vtool/vyrupdate.cfg';
-export const LOG = '/var/log/vyrlog/vyrupdate.log';
+export const updaterPath = '/opt/orvane/vtool/vyrupdate';
+export const configFile = '/opt/orvane/vtool/vyrupdate.cfg';
+export const logFile = '/var/log/vyrlog/vyrupdate.log';
 
-const CALLS = '/opt/orvane/calls';
+const callsFile = '/opt/orvane/calls';
 
 /** An updater that records its calls. */
 export function installUpdater(root) {
     return root.writeFile(
-        UPDATER,
+        updaterPath,
         `#!/bin/bash
-printf '%s\\n' "$#" "$@" "$PWD" > ${CALLS}.new
-mv ${CALLS}.new ${CALLS}
+printf '%s\\n' "$#" "$@" "$PWD" > ${callsFile}.new
+mv ${callsFile}.new ${callsFile}
 `,
         { mode: 0o755 },
     );
@@ -18,8 +18,8 @@ mv ${CALLS}.new ${CALLS}
 
 /** Waits for the updater's call: {args, directory}. */
 export async function updaterCall(root) {
-    if (!(await root.exists(CALLS))) return null;
-    const [count, ...words] = (await root.readFile(CALLS)).split('\n').slice(0, -1);
-    await root.remove(CALLS);
+    if (!(await root.exists(callsFile))) return null;
+    const [count, ...words] = (await root.readFile(callsFile)).split('\n').slice(0, -1);
+    await root.remove(callsFile);
     return { args: words.slice(0, Number(count)), directory: words[Number(count)] };
 }

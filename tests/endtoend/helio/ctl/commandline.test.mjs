@@ -2,7 +2,7 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { parseEvents, runAssistant, runCommand } from '../../assistantctl.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
-import { COMMANDS } from './commandtable.mjs';
+import { commands } from './commandtable.mjs';
 
 let root;
 
@@ -15,8 +15,8 @@ afterEach(async () => root.dispose());
 test('--commands prints the 57 names in order, one a line', async () => {
     const end = await runAssistant(root, ['--commands']);
     expect(end).toMatchObject({ status: 0, stderr: '' });
-    expect(end.stdout).toBe(COMMANDS.map((name) => `${name}\n`).join(''));
-    expect(COMMANDS).toHaveLength(57);
+    expect(end.stdout).toBe(commands.map((name) => `${name}\n`).join(''));
+    expect(commands).toHaveLength(57);
 });
 
 describe('exit status', () => {

@@ -1,5 +1,5 @@
 /** Every command in the order in which the bridge declares it. */
-export const COMMANDS = [
+export const commands = [
     'mousePress',
     'mouseRelease',
     'closemainwindow',

@@ -8,16 +8,16 @@ import { runCommand, Session } from '../../assistantctl.mjs';
 import { base64 } from '../../base64.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
-const HOME = '/home/user';
-const DATABASES = `${HOME}/.cache/orvane-office-assistant`;
-const HIT = 'startsearchfileCallBack';
-const END = 'searchfilefinish';
+const home = '/home/user';
+const databaseDirectory = `${home}/.cache/orvane-office-assistant`;
+const hitCallback = 'startsearchfileCallBack';
+const endCallback = 'searchfilefinish';
 
 /**
  * A refresh is slow on a busy machine, and a search waits at most 25 seconds for it. So it runs at
  * normal priority here.
  */
-const USUAL_PRIORITY = '#!/bin/sh\nshift 2\nexec "$@"\n';
+const usualPriority = '#!/bin/sh\nshift 2\nexec "$@"\n';
 
 let root;
 
@@ -25,11 +25,11 @@ afterEach(async () => root.dispose());
 
 async function createRoot(options) {
     root = await SandboxRoot.create({ suite: true, ...options });
-    await root.fake('nice', USUAL_PRIORITY);
+    await root.fake('nice', usualPriority);
 }
 
 /** Makes an empty file; name may be bytes. */
-function makeFile(name, directory = HOME) {
+function makeFile(name, directory = home) {
     const host = Buffer.concat([Buffer.from(`${root.hostPath(directory)}/`), Buffer.from(name)]);
     fs.mkdirSync(host.subarray(0, host.lastIndexOf('/')), { recursive: true });
     fs.writeFileSync(host, '');
@@ -39,7 +39,7 @@ function makeFile(name, directory = HOME) {
 function pathsOf(events, page) {
     const decode = (text) => Buffer.from(text, 'base64').toString('utf8');
     return events
-        .filter(({ type, callback }) => type === 'callback' && callback === HIT)
+        .filter(({ type, callback }) => type === 'callback' && callback === hitCallback)
         .filter((event) => page === undefined || event.page === page)
         .map(({ result }) => {
             const members = Object.entries(result);
@@ -51,15 +51,20 @@ function pathsOf(events, page) {
 }
 
 async function search(keyword, options = {}) {
-    const end = await runCommand(root, 'startsearchfile', { keyword }, { until: END, ...options });
+    const end = await runCommand(
+        root,
+        'startsearchfile',
+        { keyword },
+        { until: endCallback, ...options },
+    );
     expect(end.status).toBe(0);
     expect(end.answer).not.toHaveProperty('result');
-    expect(end.events.at(-1)).toMatchObject({ callback: END, result: 'success' });
+    expect(end.events.at(-1)).toMatchObject({ callback: endCallback, result: 'success' });
     return pathsOf(end.events);
 }
 
 async function databases() {
-    const names = (await root.exists(DATABASES)) ? await root.list(DATABASES) : [];
+    const names = (await root.exists(databaseDirectory)) ? await root.list(databaseDirectory) : [];
     return names.filter((name) => name.endsWith('.db'));
 }
 
@@ -75,7 +80,7 @@ async function makeDatabase() {
         what: 'the database',
     });
     await session.send({ command: 'startsearchfile', args: { keyword: 'anything' } });
-    await session.callback(END);
+    await session.callback(endCallback);
     await session.close();
     await age(0);
 }
@@ -83,8 +88,10 @@ async function makeDatabase() {
 /** Makes the last refresh look that many seconds old; from 45 on a search starts another one. */
 async function age(seconds) {
     const time = new Date(Date.now() - seconds * 1000);
-    for (const name of (await root.list(DATABASES)).filter((each) => /\.(db|lock)$/.test(each)))
-        fs.utimesSync(root.hostPath(`${DATABASES}/${name}`), time, time);
+    for (const name of (await root.list(databaseDirectory)).filter((each) =>
+        /\.(db|lock)$/.test(each),
+    ))
+        fs.utimesSync(root.hostPath(`${databaseDirectory}/${name}`), time, time);
 }
 
 describe('with the real plocate', () => {
@@ -98,29 +105,29 @@ describe('with the real plocate', () => {
             root,
             'startsearchfile',
             { keyword: 'a b' },
-            { until: END },
+            { until: endCallback },
         );
-        expect(events.filter(({ callback }) => callback === HIT)).toEqual([
+        expect(events.filter(({ callback }) => callback === hitCallback)).toEqual([
             {
                 type: 'callback',
                 page: 'main',
-                callback: HIT,
-                result: { [base64('a b.txt')]: base64(HOME) },
+                callback: hitCallback,
+                result: { [base64('a b.txt')]: base64(home) },
             },
         ]);
     });
 
     test('a new home is searched without a database, and later with one', async () => {
         makeFile('folder/report.txt');
-        expect(await search('report')).toEqual([`${HOME}/folder/report.txt`]);
+        expect(await search('report')).toEqual([`${home}/folder/report.txt`]);
         expect(await databases()).toEqual([]);
         await makeDatabase();
         makeFile('unlisted-report.txt');
-        expect(await search('REPORT')).toEqual([`${HOME}/folder/report.txt`]);
+        expect(await search('REPORT')).toEqual([`${home}/folder/report.txt`]);
         await age(60);
         expect(await search('report')).toEqual([
-            `${HOME}/folder/report.txt`,
-            `${HOME}/unlisted-report.txt`,
+            `${home}/folder/report.txt`,
+            `${home}/unlisted-report.txt`,
         ]);
     });
 
@@ -146,14 +153,14 @@ describe('with the real plocate', () => {
             for (const keyword of Object.keys(cases)) {
                 const begin = session.events.length;
                 await session.send({ command: 'startsearchfile', args: { keyword } });
-                await session.callback(END);
+                await session.callback(endCallback);
                 paths[keyword] = pathsOf(session.events.slice(begin));
             }
             await session.close();
             return paths;
         };
         const expected = Object.fromEntries(
-            Object.entries(cases).map(([keyword, name]) => [keyword, [`${HOME}/${name}`]]),
+            Object.entries(cases).map(([keyword, name]) => [keyword, [`${home}/${name}`]]),
         );
         expect(await found()).toEqual(expected);
         await makeDatabase();
@@ -162,15 +169,15 @@ describe('with the real plocate', () => {
 
     test('bytes that are not UTF-8 reach the page as replacement characters', async () => {
         makeFile(Buffer.from('bad\xffreport', 'latin1'));
-        expect(await search('report')).toEqual([`${HOME}/bad\ufffdreport`]);
+        expect(await search('report')).toEqual([`${home}/bad\ufffdreport`]);
         await makeDatabase();
-        expect(await search('report')).toEqual([`${HOME}/bad\ufffdreport`]);
+        expect(await search('report')).toEqual([`${home}/bad\ufffdreport`]);
     });
 
     test('bind mounts, version-control folders and /tmp are searched', async () => {
         const mounted = fs.mkdtempSync(path.join(root.hostPath('/tmp'), 'mounted'));
         fs.writeFileSync(path.join(mounted, 'report-mounted'), '');
-        root.bind(mounted, `${HOME}/mount`);
+        root.bind(mounted, `${home}/mount`);
         makeFile('.git/report-git');
         makeFile('report-tmp', '/tmp/own');
         const env = { HELIO_SEARCH_ROOTS: '~,/tmp/own' };
@@ -180,7 +187,7 @@ describe('with the real plocate', () => {
             '/tmp/own/report-tmp',
         ];
         expect(await search('report-', { env })).toEqual(expected);
-        const wait = `until [ "$(ls ${DATABASES}/*.db | wc -l)" = 2 ]; do sleep 0.05; done`;
+        const wait = `until [ "$(ls ${databaseDirectory}/*.db | wc -l)" = 2 ]; do sleep 0.05; done`;
         await root.run(
             [
                 'sh',
@@ -208,10 +215,10 @@ describe('with the real plocate', () => {
     test('what cannot be read is passed over', async () => {
         makeFile('locked/report1');
         makeFile('open/report2');
-        fs.chmodSync(root.hostPath(`${HOME}/locked`), 0);
-        expect(await search('report')).toEqual([`${HOME}/open/report2`]);
+        fs.chmodSync(root.hostPath(`${home}/locked`), 0);
+        expect(await search('report')).toEqual([`${home}/open/report2`]);
         await makeDatabase();
-        expect(await search('report')).toEqual([`${HOME}/open/report2`]);
+        expect(await search('report')).toEqual([`${home}/open/report2`]);
     });
 
     test('a database requested by router is built even if assistantctl has ended', async () => {
@@ -220,17 +227,17 @@ describe('with the real plocate', () => {
             'sh',
             '-c',
             '/suite/office/assistantctl router type=searchfile' +
-                ` && until ls ${DATABASES}/*.db 2> /dev/null; do sleep 0.05; done`,
+                ` && until ls ${databaseDirectory}/*.db 2> /dev/null; do sleep 0.05; done`,
         ]);
         expect(end.status).toBe(0);
-        const names = await root.list(DATABASES);
+        const names = await root.list(databaseDirectory);
         expect(names.map((name) => path.extname(name)).sort()).toEqual(['.db', '.lock', '.log']);
-        expect((await root.stat(DATABASES)).mode & 0o777).toBe(0o700);
+        expect((await root.stat(databaseDirectory)).mode & 0o777).toBe(0o700);
         for (const name of names)
-            expect((await root.stat(`${DATABASES}/${name}`)).mode & 0o777).toBe(0o600);
+            expect((await root.stat(`${databaseDirectory}/${name}`)).mode & 0o777).toBe(0o600);
         await age(0);
         makeFile('report-unlisted');
-        expect(await search('report')).toEqual([`${HOME}/report`]);
+        expect(await search('report')).toEqual([`${home}/report`]);
     });
 
     test('a search that one page starts reaches both pages', async () => {
@@ -238,10 +245,10 @@ describe('with the real plocate', () => {
         const session = Session.start(root);
         await session.send({ command: 'getcollectionpage', page: 'child' });
         await session.send({ command: 'startsearchfile', args: { keyword: 'report' } });
-        const ends = [await session.callback(END), await session.callback(END)];
+        const ends = [await session.callback(endCallback), await session.callback(endCallback)];
         expect(ends.map(({ page }) => page).sort()).toEqual(['child', 'main']);
-        expect(pathsOf(session.events, 'main')).toEqual([`${HOME}/report`]);
-        expect(pathsOf(session.events, 'child')).toEqual([`${HOME}/report`]);
+        expect(pathsOf(session.events, 'main')).toEqual([`${home}/report`]);
+        expect(pathsOf(session.events, 'child')).toEqual([`${home}/report`]);
         await session.close();
     });
 
@@ -249,9 +256,9 @@ describe('with the real plocate', () => {
         makeFile('report.txt');
         const session = Session.start(root);
         const open = async (file) => session.send({ command: 'opensearchfile', args: { file } });
-        expect((await open(`${HOME}/report.txt`)).result).toBe('success');
+        expect((await open(`${home}/report.txt`)).result).toBe('success');
         expect(session.traced('opened')).toEqual([
-            { type: 'opened', url: `file://${HOME}/report.txt` },
+            { type: 'opened', url: `file://${home}/report.txt` },
         ]);
         expect(await open('//server/share/report.txt')).not.toHaveProperty('result');
         expect(await open('')).not.toHaveProperty('result');
@@ -278,7 +285,7 @@ done
             'plocate',
             `#!/bin/sh
 for word do :; done
-printf '%s\\0' ${HOME}/found
+printf '%s\\0' ${home}/found
 case $word in *endless*) exec sleep 1000 ;; esac
 `,
         );
@@ -286,15 +293,15 @@ case $word in *endless*) exec sleep 1000 ;; esac
         await makeDatabase();
         session = Session.start(root);
         await session.send({ command: 'startsearchfile', args: { keyword: 'endless' } });
-        await session.callback(HIT);
+        await session.callback(hitCallback);
     });
 
     /** The search ends reported so far, after one more search has ended. */
     async function endsAfterAnother() {
         await session.send({ command: 'startsearchfile', args: { keyword: 'found' } });
-        await session.callback(END);
+        await session.callback(endCallback);
         const { events } = await session.close();
-        return events.filter(({ callback }) => callback === END).length;
+        return events.filter(({ callback }) => callback === endCallback).length;
     }
 
     test('an empty keyword stops the search and starts none', async () => {
@@ -327,10 +334,10 @@ test('without plocate the directories are looked through', async () => {
     const session = Session.start(root);
     await session.send({ command: 'router', args: { page: 'x', type: 'searchfile' } });
     await session.send({ command: 'startsearchfile', args: { keyword: 'report' } });
-    await session.callback(END);
-    expect(pathsOf(session.events)).toEqual([`${HOME}/folder/report.txt`]);
+    await session.callback(endCallback);
+    expect(pathsOf(session.events)).toEqual([`${home}/folder/report.txt`]);
     await session.close();
-    expect(await root.exists(DATABASES)).toBe(false);
+    expect(await root.exists(databaseDirectory)).toBe(false);
 });
 
 test('a refresh that is killed half way leaves nothing behind', async () => {
@@ -351,9 +358,11 @@ exec sleep 1000
             ' until [ -e /tmp/running ]; do sleep 0.05; done',
     ]);
     await root.remove('/fakes/updatedb');
-    expect(await search('report')).toEqual([`${HOME}/report`]);
+    expect(await search('report')).toEqual([`${home}/report`]);
     await makeDatabase();
     makeFile('report-unlisted');
-    expect(await search('report')).toEqual([`${HOME}/report`]);
-    expect((await root.list(DATABASES)).filter((name) => name.includes('.new'))).toEqual([]);
+    expect(await search('report')).toEqual([`${home}/report`]);
+    expect((await root.list(databaseDirectory)).filter((name) => name.includes('.new'))).toEqual(
+        [],
+    );
 });

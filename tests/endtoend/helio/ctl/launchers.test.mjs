@@ -5,8 +5,8 @@ import { openDialog, runCommand, Session } from '../../assistantctl.mjs';
 import { beside } from '../../beside.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
-const OFFICE = '/suite/office';
-const SCREEN_GRAB = `${OFFICE}/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so`;
+const office = '/suite/office';
+const screenGrab = `${office}/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so`;
 
 let root;
 let session;
@@ -22,9 +22,9 @@ describe('programs', () => {
     test.each([
         ['stoppreload', 'quickstartoffice', ['stop', 'false']],
         ['restartpreload', 'quickstartoffice', ['restart', 'false']],
-        ['recordscreen', `${OFFICE}/addons/vyrassistanttool/screencap/screencap`, []],
-        ['contentreplace', `${OFFICE}/eptools`, ['-replacefile']],
-        ['apilog', `${OFFICE}/eptools`, ['-apilog']],
+        ['recordscreen', `${office}/addons/vyrassistanttool/screencap/screencap`, []],
+        ['contentreplace', `${office}/eptools`, ['-replacefile']],
+        ['apilog', `${office}/eptools`, ['-apilog']],
     ])('%s starts %s detached, whether or not it exists', async (command, program, args) => {
         expect((await session.send({ command })).result).toBe('success');
         expect(session.traced('started')).toEqual([
@@ -46,7 +46,7 @@ describe('screenshots', () => {
 
     test('minimises, restores and answers without the screen-grab library', async () => {
         await session.close();
-        await root.remove(SCREEN_GRAB);
+        await root.remove(screenGrab);
         session = Session.start(root);
         const begin = Date.now();
         const answer = await session.send({ command: 'screenshots' });

@@ -3,7 +3,7 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { runCommand, Session } from '../../assistantctl.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
-const SECTIONS = ['kernel', 'browser', 'cpu', 'font', 'user', 'env', 'otheroffice'];
+const sectionNames = ['kernel', 'browser', 'cpu', 'font', 'user', 'env', 'otheroffice'];
 
 let root;
 
@@ -22,7 +22,7 @@ const marker = (section, edge) => `************${section}-${edge}***********\r\n
 function sectionsOf(report) {
     const sections = {};
     let rest = report;
-    for (const name of SECTIONS) {
+    for (const name of sectionNames) {
         expect(rest.startsWith(marker(name, 'begin'))).toBe(true);
         const end = rest.indexOf(marker(name, 'end'));
         expect(end).toBeGreaterThan(0);

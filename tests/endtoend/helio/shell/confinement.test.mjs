@@ -42,7 +42,7 @@ async function expectStillHome() {
     expect(remote.connections).toBe(0);
 }
 
-const ADDRESSES = [
+const addresses = [
     ['a remote address', () => `http://${remote.place}/`],
     ['a remote address by name', () => 'https://example.invalid/'],
     ['a file outside', () => `file://${outside}`],
@@ -57,15 +57,15 @@ const ADDRESSES = [
     ['the source of a page', () => `view-source:${shared.suite.pageUrl('index.html')}`],
 ];
 
-test.each(ADDRESSES)('the page does not navigate to %s', async (_, address) => {
+test.each(addresses)('the page does not navigate to %s', async (_, address) => {
     await page.evaluate(`void (location.href = ${JSON.stringify(address())})`);
     await expectStillHome();
 });
 
 // The developer tools may view a source; a page may not.
-const PAGE_ADDRESSES = ADDRESSES.filter(([name]) => name !== 'the source of a page');
+const pageAddresses = addresses.filter(([name]) => name !== 'the source of a page');
 
-test.each(PAGE_ADDRESSES)('the developer tools do not lead to %s', async (_, address) => {
+test.each(pageAddresses)('the developer tools do not lead to %s', async (_, address) => {
     await page.tools.Page.navigate({ url: address() }).catch(() => {});
     await expectStillHome();
 });

@@ -16,9 +16,9 @@ async function startWithStagedScript() {
     return program;
 }
 
-const SIGNALS = ['SIGTERM', 'SIGINT', 'SIGHUP'];
+const signals = ['SIGTERM', 'SIGINT', 'SIGHUP'];
 
-test.each(SIGNALS)('%s ends the program cleanly and removes staged scripts', async (name) => {
+test.each(signals)('%s ends the program cleanly and removes staged scripts', async (name) => {
     const program = await startWithStagedScript();
     program.signal(name);
     expect(await program.waitForExit()).toMatchObject({ status: 0, signal: null });

@@ -2,10 +2,10 @@ import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
 
-import { REPOSITORY, SUITE } from '../../paths.mjs';
+import { repository, suiteDirectory } from '../../paths.mjs';
 
-const PAGES = path.join(REPOSITORY, 'tests/endtoend/helio/shell/pages');
-const OPENER = `#!/bin/sh
+const pages = path.join(repository, 'tests/endtoend/helio/shell/pages');
+const opener = `#!/bin/sh
 printf '%s\\n' "$@" >> "$HOME/opened"
 `;
 
@@ -26,15 +26,15 @@ export class ScratchSuite {
         this.pages = path.join(this.addon, 'officeassistant/resource/html');
         this.home = path.join(this.directory, 'home');
         this.fakes = path.join(this.directory, 'fakes');
-        fs.cpSync(SUITE, path.join(this.directory, 'suite'), { recursive: true });
+        fs.cpSync(suiteDirectory, path.join(this.directory, 'suite'), { recursive: true });
         if (!views) {
             fs.rmSync(this.pages, { recursive: true, force: true });
-            fs.cpSync(PAGES, this.pages, { recursive: true });
+            fs.cpSync(pages, this.pages, { recursive: true });
         }
         fs.mkdirSync(this.home);
         fs.mkdirSync(path.join(this.directory, 'run'), { mode: 0o700 });
         fs.mkdirSync(this.fakes);
-        fs.writeFileSync(path.join(this.fakes, 'xdg-open'), OPENER, { mode: 0o755 });
+        fs.writeFileSync(path.join(this.fakes, 'xdg-open'), opener, { mode: 0o755 });
     }
 
     /** The directory of the scripts that the library has copied to run them. */

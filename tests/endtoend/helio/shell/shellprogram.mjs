@@ -4,7 +4,7 @@ import { end, freePort, parentOf, start, waitFor } from 'browser-driver';
 
 import { ShellPage } from './shellpage.mjs';
 
-const LONGEST_END = 90_000;
+const longestEnd = 90_000;
 
 /** As one text: Chromium overwrites its processes' arguments without zeros between them. */
 function commandLineOf(pid) {
@@ -90,7 +90,7 @@ export class ShellProgram {
         ended.then((value) => {
             result = value;
         });
-        await waitFor(() => result, { timeoutMs: LONGEST_END, what: 'the end of helio-shell' });
+        await waitFor(() => result, { timeoutMs: longestEnd, what: 'the end of helio-shell' });
         return { ...result, stdout: this.stdout, stderr: this.stderr };
     }
 

@@ -5,10 +5,10 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { lines, runScript } from './scriptrunner.mjs';
 
-const WORK = '/home/user/.local/share/Orvane/tmp';
-const ARCHIVE = `${WORK}/archive`;
-const RESOURCES = '/opt/orvane/office';
-const LONG_AGO = new Date('2001-02-03T04:05:06Z');
+const workDirectory = '/home/user/.local/share/Orvane/tmp';
+const archive = `${workDirectory}/archive`;
+const resources = '/opt/orvane/office';
+const longAgo = new Date('2001-02-03T04:05:06Z');
 
 let root;
 
@@ -39,29 +39,29 @@ function pack({
         suiteInfo,
         dumpInfo,
         dumps,
-        RESOURCES,
+        resources,
     ]);
 }
 
-const describeFile = () => root.readFile(`${ARCHIVE}/describe.txt`);
+const describeFile = () => root.readFile(`${archive}/describe.txt`);
 
 async function oldFile(inside, content, mode = 0o640) {
     await root.writeFile(inside, content, { mode });
-    fs.utimesSync(root.hostPath(inside), LONG_AGO, LONG_AGO);
+    fs.utimesSync(root.hostPath(inside), longAgo, longAgo);
 }
 
 async function expectCopyKept(name, mode = 0o640) {
-    const stat = await root.stat(`${ARCHIVE}/${name}`);
+    const stat = await root.stat(`${archive}/${name}`);
     expect(stat.mode & 0o777).toBe(mode);
-    expect(stat.mtime).toEqual(LONG_AGO);
+    expect(stat.mtime).toEqual(longAgo);
 }
 
 describe('arguments', () => {
     test.each([0, 1, 8, 10])('%i arguments do nothing and end with 0', async (count) => {
-        await root.writeFile(`${ARCHIVE}/kept`, 'x');
+        await root.writeFile(`${archive}/kept`, 'x');
         const end = await runScript(root, 'archivepackage.sh', Array(count).fill('a'));
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
-        expect(await root.list(ARCHIVE)).toEqual(['kept']);
+        expect(await root.list(archive)).toEqual(['kept']);
         expect(await root.callsOf('xdg-open')).toEqual([]);
     });
 });
@@ -111,7 +111,7 @@ describe('file list', () => {
             'attachfile: /home/user/a.vyr',
             'attachfile: /home/user/b.png',
         ]);
-        expect(await root.readFile(`${ARCHIVE}/a.vyr`)).toBe('sample');
+        expect(await root.readFile(`${archive}/a.vyr`)).toBe('sample');
         await expectCopyKept('a.vyr');
         await expectCopyKept('b.png', 0o444);
     });
@@ -124,7 +124,7 @@ describe('file list', () => {
         const end = await pack({ files: ';/home/user/gone' });
         expect(lines(end.stdout)[1]).toBe('/home/user/gone');
         expect(lines(await describeFile())).toHaveLength(3);
-        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
     test('a folder is not a file', async () => {
@@ -141,7 +141,7 @@ describe('file list', () => {
             '/home/user/a',
             'b.vyr',
         ]);
-        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
     test('a part of a path with a space is used if such a file exists', async () => {
@@ -153,25 +153,25 @@ describe('file list', () => {
     test('empty pieces vanish', async () => {
         await root.writeFile('/home/user/a', '');
         const end = await pack({ files: ';;;/home/user/a;; ;' });
-        expect(lines(end.stdout).slice(1, 3)).toEqual(['/home/user/a', `${ARCHIVE}/`]);
+        expect(lines(end.stdout).slice(1, 3)).toEqual(['/home/user/a', `${archive}/`]);
     });
 
     test('a name with pattern characters means that one file', async () => {
         await root.writeFile('/home/user/a*.txt', 'chosen');
         await root.writeFile('/home/user/ab.txt', 'private');
         await pack({ files: ';/home/user/a*.txt' });
-        expect(await root.list(ARCHIVE)).toEqual(['a*.txt', 'describe.txt']);
+        expect(await root.list(archive)).toEqual(['a*.txt', 'describe.txt']);
     });
 
     test('a name that begins with a hyphen is a file, not an option', async () => {
         await root.writeFile('/home/user/-r', 'x');
         await pack({ files: ';-r' });
-        expect(await root.list(ARCHIVE)).toEqual(['-r', 'describe.txt']);
+        expect(await root.list(archive)).toEqual(['-r', 'describe.txt']);
     });
 });
 
 describe('system information', () => {
-    beforeEach(async () => oldFile(`${WORK}/sysinfo.txt`, 'report'));
+    beforeEach(async () => oldFile(`${workDirectory}/sysinfo.txt`, 'report'));
 
     test('is copied with mode and times and noted when asked for', async () => {
         await pack({ systemInfo: 'true' });
@@ -181,11 +181,11 @@ describe('system information', () => {
 
     test.each(['false', '', 'True', '1', 'true '])('is left out for "%s"', async (flag) => {
         await pack({ systemInfo: flag });
-        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
     test('is not noted when the report is missing', async () => {
-        await root.remove(`${WORK}/sysinfo.txt`);
+        await root.remove(`${workDirectory}/sysinfo.txt`);
         await pack({ systemInfo: 'true' });
         expect(lines(await describeFile())).toHaveLength(3);
     });
@@ -196,7 +196,7 @@ describe('suite information', () => {
 
     beforeEach(async () => {
         await oldFile('/home/user/.config/Orvane/Office.conf', 'settings', 0o666);
-        for (const name of files) await oldFile(`${RESOURCES}/cfgs/${name}`, name, 0o666);
+        for (const name of files) await oldFile(`${resources}/cfgs/${name}`, name, 0o666);
     });
 
     test('notes the files in order, ome.ini as oem.ini', async () => {
@@ -208,7 +208,7 @@ describe('suite information', () => {
             'file:product.dat',
             'file:setup.cfg',
         ]);
-        expect(await root.list(ARCHIVE)).toEqual([
+        expect(await root.list(archive)).toEqual([
             'Office.conf',
             'describe.txt',
             'feature.dat',
@@ -222,7 +222,7 @@ describe('suite information', () => {
         await pack({ suiteInfo: 'true' });
         for (const name of ['Office.conf', 'ome.ini', 'product.dat', 'setup.cfg'])
             await expectCopyKept(name, 0o666);
-        const stat = await root.stat(`${ARCHIVE}/feature.dat`);
+        const stat = await root.stat(`${archive}/feature.dat`);
         expect(stat.mode & 0o777).toBe(0o644);
         expect(stat.mtime.getFullYear()).toBeGreaterThan(2001);
     });
@@ -231,7 +231,7 @@ describe('suite information', () => {
         ['Office.conf', '/home/user/.config/Orvane/Office.conf', 'file:Office.conf'],
         ...files.map((name) => [
             name,
-            `${RESOURCES}/cfgs/${name}`,
+            `${resources}/cfgs/${name}`,
             name === 'ome.ini' ? 'file:oem.ini' : `file:${name}`,
         ]),
     ])('a missing %s is left out alone', async (name, path, line) => {
@@ -244,7 +244,7 @@ describe('suite information', () => {
 
     test('is left out when not asked for', async () => {
         await pack({ suiteInfo: 'TRUE' });
-        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 });
 
@@ -270,7 +270,7 @@ describe('dumps', () => {
     test('are neither printed nor copied when not asked for', async () => {
         const end = await pack({ dumps });
         expect(end.stdout).not.toContain('vyr_3');
-        expect(await root.list(ARCHIVE)).toEqual(['describe.txt']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
     test('that vanished are printed only', async () => {
@@ -286,7 +286,7 @@ describe('archive', () => {
     test('carries the absolute path of its directory without the leading slash', async () => {
         await root.writeFile('/home/user/a.vyr', 'sample');
         await pack({ files: ';/home/user/a.vyr' });
-        const directory = ARCHIVE.slice(1);
+        const directory = archive.slice(1);
         expect(await members('/home/user/report.tar.gz')).toEqual([
             `${directory}/`,
             `${directory}/a.vyr`,
@@ -296,7 +296,7 @@ describe('archive', () => {
 
     test('is listed member by member on standard output', async () => {
         const end = await pack();
-        expect(lines(end.stdout)).toEqual(['', `${ARCHIVE}/`, `${ARCHIVE}/describe.txt`]);
+        expect(lines(end.stdout)).toEqual(['', `${archive}/`, `${archive}/describe.txt`]);
     });
 
     test('is opened with the desktop, by its whole name', async () => {
@@ -306,14 +306,14 @@ describe('archive', () => {
     });
 
     test('replaces what an earlier archive left behind', async () => {
-        await root.writeFile(`${ARCHIVE}/deep/old`, 'x');
+        await root.writeFile(`${archive}/deep/old`, 'x');
         await pack();
         expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
     });
 
     test('is built where a broken link stood', async () => {
-        await root.makeDirectory(WORK);
-        fs.symlinkSync('/nowhere', root.hostPath(ARCHIVE));
+        await root.makeDirectory(workDirectory);
+        fs.symlinkSync('/nowhere', root.hostPath(archive));
         await pack();
         expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
     });

@@ -2,14 +2,14 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import {
-    ENTRIES,
+    entries,
     fakeDesktop,
-    INTEGRATED,
-    SAMPLES,
+    integrated,
+    samples,
     setAllDefaults,
     setDefault,
     setMode,
-    TEMPLATES,
+    templates,
     typeOf,
     writeSamples,
 } from './desktoptools.mjs';
@@ -20,7 +20,7 @@ let root;
 afterEach(async () => root.dispose());
 
 async function list(script, options) {
-    const end = await runScript(root, script, [TEMPLATES], options);
+    const end = await runScript(root, script, [templates], options);
     expect(end.stderr).toBe('');
     return lines(end.stdout);
 }
@@ -30,10 +30,10 @@ const applications = () => list('getopeninfo.sh');
 
 /** The lines of getopeninfo.sh when entryOf(tag) is found for every suffix. */
 const applicationLines = (entryOf, flag) =>
-    SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${entryOf(tag)}|${flag}`);
+    samples.map(({ tag, suffix }) => `${tag}|${suffix}|${entryOf(tag)}|${flag}`);
 
 /** The entries as the listing prints them: the writer's is misspelt. */
-const shownEntry = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
+const shownEntry = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : entries[tag]);
 
 describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
     test.each([[['/opt/orvane/none']], [[]]])('without a folder ends with 1: %j', async (args) => {
@@ -50,8 +50,8 @@ describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
         await writeSamples(root);
         await list(script);
         expect(await root.callsOf('gio')).toEqual(
-            SAMPLES.flatMap(({ suffix }) => [
-                ['info', '-a', 'standard::content-type', `${TEMPLATES}/vyr${suffix}`],
+            samples.flatMap(({ suffix }) => [
+                ['info', '-a', 'standard::content-type', `${templates}/vyr${suffix}`],
                 ['mime', typeOf(suffix)],
             ]),
         );
@@ -64,14 +64,14 @@ describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
         await list(script);
         expect(await root.callsOf('gio')).toEqual([]);
         expect(await root.callsOf('gvfs-info')).toEqual(
-            SAMPLES.map(({ suffix }) => [
+            samples.map(({ suffix }) => [
                 '-a',
                 'standard::content-type',
-                `${TEMPLATES}/vyr${suffix}`,
+                `${templates}/vyr${suffix}`,
             ]),
         );
         expect(await root.callsOf('gvfs-mime')).toEqual(
-            SAMPLES.map(({ suffix }) => ['--query', typeOf(suffix)]),
+            samples.map(({ suffix }) => ['--query', typeOf(suffix)]),
         );
     });
 
@@ -80,15 +80,15 @@ describe.each(['getmimeinfo.sh', 'getopeninfo.sh'])('%s', (script) => {
             hide: ['/usr/bin/gio', '/usr/bin/gvfs-info', '/usr/bin/gvfs-mime'],
         });
         await writeSamples(root);
-        const end = await runScript(root, script, [TEMPLATES]);
+        const end = await runScript(root, script, [templates]);
         expect(lines(end.stdout)).toEqual(applicationLines(() => '', false));
     });
 
     test('without samples every line is empty and false', async () => {
         root = await SandboxRoot.create();
         await fakeDesktop(root, ['gio']);
-        await root.makeDirectory(TEMPLATES);
-        const end = await runScript(root, script, [TEMPLATES]);
+        await root.makeDirectory(templates);
+        const end = await runScript(root, script, [templates]);
         expect(lines(end.stdout)).toEqual(applicationLines(() => '', false));
     });
 });
@@ -102,9 +102,9 @@ describe('types', () => {
     test('of the suite are true, all 39 in order', async () => {
         await writeSamples(root);
         expect(await types()).toEqual(
-            SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
+            samples.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
         );
-        expect(SAMPLES).toHaveLength(39);
+        expect(samples).toHaveLength(39);
     });
 
     test('of others are false', async () => {
@@ -140,24 +140,24 @@ describe('applications', () => {
     });
 
     test('of the suite are true, the writer’s entry misspelt', async () => {
-        await setAllDefaults(root, (tag) => ENTRIES[tag]);
+        await setAllDefaults(root, (tag) => entries[tag]);
         expect(await applications()).toEqual(applicationLines(shownEntry, true));
     });
 
     test('count whichever of the suite’s three it is', async () => {
-        await setAllDefaults(root, () => ENTRIES.tbl);
-        expect(await applications()).toEqual(applicationLines(() => ENTRIES.tbl, true));
+        await setAllDefaults(root, () => entries.tbl);
+        expect(await applications()).toEqual(applicationLines(() => entries.tbl, true));
     });
 
     test('integrated count in integrated mode only', async () => {
-        await setAllDefaults(root, () => INTEGRATED);
-        expect(await applications()).toEqual(applicationLines(() => INTEGRATED, false));
+        await setAllDefaults(root, () => integrated);
+        expect(await applications()).toEqual(applicationLines(() => integrated, false));
         await setMode(root, 'helio_fushion');
-        expect(await applications()).toEqual(applicationLines(() => INTEGRATED, true));
+        expect(await applications()).toEqual(applicationLines(() => integrated, true));
     });
 
     test('separate do not count in integrated mode', async () => {
-        await setAllDefaults(root, (tag) => ENTRIES[tag]);
+        await setAllDefaults(root, (tag) => entries[tag]);
         await setMode(root, 'helio_fushion');
         expect(await applications()).toEqual(applicationLines(shownEntry, false));
     });
@@ -166,15 +166,15 @@ describe('applications', () => {
         'mode "%s" is not the integrated one',
         async (mode) => {
             await setMode(root, mode);
-            await setAllDefaults(root, (tag) => ENTRIES[tag]);
+            await setAllDefaults(root, (tag) => entries[tag]);
             expect(await applications()).toEqual(applicationLines(shownEntry, true));
         },
     );
 
     test('of others repeat the entry of the suffix before, within one list', async () => {
         await setAllDefaults(root, () => 'other.desktop');
-        await setDefault(root, '.ppt', ENTRIES.shw);
-        await setDefault(root, '.rtf', ENTRIES.vyr);
+        await setDefault(root, '.ppt', entries.shw);
+        await setDefault(root, '.rtf', entries.vyr);
         const found = await applications();
         expect(found.slice(0, 3)).toEqual([
             'shw|.pptx||false',
@@ -193,15 +193,15 @@ describe('applications', () => {
     });
 
     test('that appear twice in the answer are used in the fixed order', async () => {
-        await setAllDefaults(root, () => `${INTEGRATED};${ENTRIES.tbl};${ENTRIES.shw}`);
-        expect(await applications()).toEqual(applicationLines(() => ENTRIES.shw, true));
+        await setAllDefaults(root, () => `${integrated};${entries.tbl};${entries.shw}`);
+        expect(await applications()).toEqual(applicationLines(() => entries.shw, true));
     });
 });
 
 describe('repairasso.sh', () => {
-    const repair = (args = [TEMPLATES]) => runScript(root, 'repairasso.sh', args);
+    const repair = (args = [templates]) => runScript(root, 'repairasso.sh', args);
     const expectedSets = (entryOf) =>
-        SAMPLES.map(({ tag, suffix }) => [typeOf(suffix), entryOf(tag)]);
+        samples.map(({ tag, suffix }) => [typeOf(suffix), entryOf(tag)]);
 
     test('without a folder prints nothing and ends with 1', async () => {
         root = await SandboxRoot.create();
@@ -211,8 +211,8 @@ describe('repairasso.sh', () => {
     });
 
     test.each([
-        ['helio_independ', (tag) => ENTRIES[tag]],
-        ['helio_fushion', () => INTEGRATED],
+        ['helio_independ', (tag) => entries[tag]],
+        ['helio_fushion', () => integrated],
     ])('in mode %s sets every default in order', async (mode, entryOf) => {
         root = await SandboxRoot.create();
         await fakeDesktop(root, ['gio']);
@@ -229,7 +229,7 @@ describe('repairasso.sh', () => {
         await writeSamples(root);
         expect((await repair()).stderr).toBe('');
         expect(await root.callsOf('gvfs-mime')).toEqual(
-            expectedSets((tag) => ENTRIES[tag]).map((call) => ['--set', ...call]),
+            expectedSets((tag) => entries[tag]).map((call) => ['--set', ...call]),
         );
     });
 
@@ -237,7 +237,7 @@ describe('repairasso.sh', () => {
         root = await SandboxRoot.create();
         await fakeDesktop(root, ['gio']);
         await writeSamples(root);
-        await root.remove(`${TEMPLATES}/vyr.doc`);
+        await root.remove(`${templates}/vyr.doc`);
         await repair();
         const sets = (await root.callsOf('gio')).filter((call) => call[0] === 'mime');
         expect(sets).toHaveLength(38);

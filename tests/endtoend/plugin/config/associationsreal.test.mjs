@@ -2,12 +2,12 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import {
-    ENTRIES,
+    entries,
     installRealDesktop,
-    INTEGRATED,
-    SAMPLES,
+    integrated,
+    samples,
     setMode,
-    TEMPLATES,
+    templates,
     typeOf,
     writeSamples,
 } from './desktoptools.mjs';
@@ -23,11 +23,11 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 const run = async (script, env) => {
-    const end = await runScript(root, script, [TEMPLATES], { env });
+    const end = await runScript(root, script, [templates], { env });
     expect(end.stderr).toBe('');
     return lines(end.stdout);
 };
-const shownEntry = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : ENTRIES[tag]);
+const shownEntry = (tag) => (tag === 'vyr' ? 'vyr-office-vyr.dekstop' : entries[tag]);
 
 test('the desktop’s own types are not the suite’s', async () => {
     const found = await run('getmimeinfo.sh');
@@ -39,25 +39,25 @@ test('the desktop’s own types are not the suite’s', async () => {
 test('installed types are found, wherever XDG_DATA_HOME points', async () => {
     await installRealDesktop(root);
     expect(await run('getmimeinfo.sh', { XDG_DATA_HOME: '/nowhere' })).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
+        samples.map(({ tag, suffix }) => `${tag}|${suffix}|${typeOf(suffix)}|true`),
     );
 });
 
 test('a repair turns every association into the suite’s', async () => {
     await installRealDesktop(root);
     const setOthers = 'for type; do gio mime "$type" other.desktop; done';
-    const types = SAMPLES.map(({ suffix }) => typeOf(suffix));
+    const types = samples.map(({ suffix }) => typeOf(suffix));
     await root.run(['bash', '-c', setOthers, 'set', ...types]);
     expect((await run('getopeninfo.sh')).every((line) => line.endsWith('||false'))).toBe(true);
 
     await run('repairasso.sh');
     expect(await run('getopeninfo.sh')).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${shownEntry(tag)}|true`),
+        samples.map(({ tag, suffix }) => `${tag}|${suffix}|${shownEntry(tag)}|true`),
     );
 
     await setMode(root, 'helio_fushion');
     await run('repairasso.sh', { XDG_DATA_HOME: '/nowhere' });
     expect(await run('getopeninfo.sh')).toEqual(
-        SAMPLES.map(({ tag, suffix }) => `${tag}|${suffix}|${INTEGRATED}|true`),
+        samples.map(({ tag, suffix }) => `${tag}|${suffix}|${integrated}|true`),
     );
 });

@@ -3,7 +3,7 @@ import { afterEach, describe, expect, test } from 'vitest';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { lines, runScript } from './scriptrunner.mjs';
 
-const SHORTCUT = 'vyr-office-vyr.desktop';
+const shortcut = 'vyr-office-vyr.desktop';
 
 let root;
 
@@ -48,9 +48,9 @@ describe.each(['user', 'root'])('the desktop folder of %s', (user) => {
 
     test('its shortcuts are listed by name', async () => {
         await makeRoot(user);
-        await root.writeFile(`${root.home}/桌面/${SHORTCUT}`, '');
+        await root.writeFile(`${root.home}/桌面/${shortcut}`, '');
         await root.writeFile(`${root.home}/桌面/vyr-office-tbl.desktop`, '');
-        expect(await shortcuts()).toEqual(['vyr-office-tbl.desktop', SHORTCUT]);
+        expect(await shortcuts()).toEqual(['vyr-office-tbl.desktop', shortcut]);
     });
 });
 
@@ -111,7 +111,7 @@ test('the listing takes files and links called vyr-office*desktop, at the top on
 test('a desktop two levels below home gives its own folder’s name', async () => {
     await makeRoot();
     await userDirectories('XDG_DESKTOP_DIR="$HOME/Data/Desk"\n');
-    await root.writeFile(`/home/user/Data/Desk/${SHORTCUT}`, '');
+    await root.writeFile(`/home/user/Data/Desk/${shortcut}`, '');
     await root.writeFile('/home/user/Data/Desk/vyr-office-tbl.desktop', '');
     expect(await shortcuts()).toEqual(['Desk', 'Desk']);
 });
@@ -119,14 +119,14 @@ test('a desktop two levels below home gives its own folder’s name', async () =
 test('root’s listing cuts one column earlier', async () => {
     await makeRoot('root');
     await userDirectories('XDG_DESKTOP_DIR="$HOME/Data/Desk"\n');
-    await root.writeFile(`/root/Data/Desk/${SHORTCUT}`, '');
+    await root.writeFile(`/root/Data/Desk/${shortcut}`, '');
     expect(await shortcuts()).toEqual(['Desk']);
 });
 
 test('a desktop that is the home directory itself gives no name', async () => {
     await makeRoot();
     await userDirectories('XDG_DESKTOP_DIR="$HOME/"\n');
-    await root.writeFile(`/home/user/${SHORTCUT}`, '');
+    await root.writeFile(`/home/user/${shortcut}`, '');
     expect(await shortcuts()).toEqual(['']);
 });
 
@@ -136,14 +136,14 @@ test('the home removed from a path in user-dirs.dirs is the one that USER gives'
         '/home/other/.config/user-dirs.dirs',
         'XDG_DESKTOP_DIR="/home/other/Desk"\n',
     );
-    await root.writeFile(`/home/other/Desk/${SHORTCUT}`, '');
+    await root.writeFile(`/home/other/Desk/${shortcut}`, '');
     const end = await runScript(root, 'getdesktopfile.sh', [], { env: { USER: 'other' } });
-    expect(end.stdout).toBe(`${SHORTCUT}\n`);
+    expect(end.stdout).toBe(`${shortcut}\n`);
 });
 
 test('the user’s name comes from USER, whatever HOME says', async () => {
     await makeRoot();
-    await root.writeFile(`/home/other/Desktop/${SHORTCUT}`, '');
+    await root.writeFile(`/home/other/Desktop/${shortcut}`, '');
     const end = await runScript(root, 'getdesktopfile.sh', [], { env: { USER: 'other' } });
-    expect(end.stdout).toBe(`${SHORTCUT}\n`);
+    expect(end.stdout).toBe(`${shortcut}\n`);
 });

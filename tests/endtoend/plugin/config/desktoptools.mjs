@@ -1,19 +1,19 @@
 import fs from 'node:fs';
 
-import { ALL_SUFFIXES, SUFFIXES } from './scriptrunner.mjs';
+import { allSuffixes, suffixesOfTag } from './scriptrunner.mjs';
 
-export const TEMPLATES = '/opt/orvane/office/asso_template';
+export const templates = '/opt/orvane/office/asso_template';
 
 /** Desktop entry of each application tag. */
-export const ENTRIES = {
+export const entries = {
     shw: 'vyr-office-shw.desktop',
     tbl: 'vyr-office-tbl.desktop',
     vyr: 'vyr-office-vyr.desktop',
 };
-export const INTEGRATED = 'vyr-office-tessaly.desktop';
+export const integrated = 'vyr-office-tessaly.desktop';
 
 /** Application tag and suffix of each sample, in the scripts' order. */
-export const SAMPLES = Object.entries(SUFFIXES).flatMap(([tag, suffixes]) =>
+export const samples = Object.entries(suffixesOfTag).flatMap(([tag, suffixes]) =>
     suffixes.map((suffix) => ({ tag, suffix })),
 );
 
@@ -35,8 +35,8 @@ export async function fakeDesktop(root, tools) {
 
 /** A sample of each suffix; under fakeDesktop its content is its type. */
 export async function writeSamples(root, content = typeOf) {
-    for (const suffix of ALL_SUFFIXES)
-        await root.writeFile(`${TEMPLATES}/vyr${suffix}`, content(suffix));
+    for (const suffix of allSuffixes)
+        await root.writeFile(`${templates}/vyr${suffix}`, content(suffix));
 }
 
 /** Sets the fake desktop's default application of a sample's type. */
@@ -45,20 +45,21 @@ export async function setDefault(root, suffix, entry) {
 }
 
 export async function setAllDefaults(root, entryOf) {
-    for (const { tag, suffix } of SAMPLES) await setDefault(root, suffix, entryOf(tag));
+    for (const { tag, suffix } of samples) await setDefault(root, suffix, entryOf(tag));
 }
 
 /** Registers the suite's types and entries with the real desktop tools of the sandbox. */
 export async function installRealDesktop(root) {
     // Other types claim some of the suffixes too. The desktop prefers the one with the highest
     // weight that fits the content, and the samples are text.
-    const types = ALL_SUFFIXES.map(
+    const types = allSuffixes.map(
         (suffix) => `    <mime-type type="${typeOf(suffix)}">
         <comment>suite document</comment>
         <sub-class-of type="text/plain"/>
         <glob pattern="*${suffix}" weight="90"/>
     </mime-type>\n`,
-    ).join('');
+        )
+        .join('');
     const packageFile = `${root.home}/.local/share/mime/packages/Override.xml`;
     await root.writeFile(
         packageFile,
@@ -69,7 +70,7 @@ ${types}</mime-info>
     );
     const updated = await root.run(['update-mime-database', `${root.home}/.local/share/mime`]);
     if (updated.status !== 0) throw new Error(updated.stderr);
-    for (const entry of [...Object.values(ENTRIES), INTEGRATED, 'other.desktop']) {
+    for (const entry of [...Object.values(entries), integrated, 'other.desktop']) {
         await root.writeFile(
             `/usr/share/applications/${entry}`,
             `[Desktop Entry]\nType=Application\nName=${entry}\nExec=true %f\n`,

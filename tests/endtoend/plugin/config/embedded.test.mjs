@@ -4,7 +4,7 @@ import path from 'node:path';
 
 import { expect, test } from 'vitest';
 
-import { SCRIPTS } from '../../paths.mjs';
+import { scriptNames } from '../../paths.mjs';
 
 const NAMES = [
     'archivepackage.sh',
@@ -22,12 +22,12 @@ const NAMES = [
 ];
 
 const onDisk = fs
-    .readdirSync(SCRIPTS)
+    .readdirSync(scriptNames)
     .filter((name) => name.endsWith('.sh'))
     .sort();
 
 test('the twelve scripts and no other are in the resource list', () => {
-    const list = fs.readFileSync(path.join(SCRIPTS, 'config.qrc'), 'utf8');
+    const list = fs.readFileSync(path.join(scriptNames, 'config.qrc'), 'utf8');
     const named = [...list.matchAll(/<file>(.*)<\/file>/g)].map(([, name]) => name);
     expect(named.sort()).toEqual(NAMES);
     expect(list).toContain('prefix="/config"');
@@ -35,9 +35,9 @@ test('the twelve scripts and no other are in the resource list', () => {
 });
 
 test.each(NAMES)('%s is a bash script', (name) => {
-    expect(fs.readFileSync(path.join(SCRIPTS, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
+    expect(fs.readFileSync(path.join(scriptNames, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
 });
 
 test('shellcheck finds nothing', () => {
-    execFileSync('shellcheck', onDisk, { cwd: SCRIPTS, encoding: 'utf8' });
+    execFileSync('shellcheck', onDisk, { cwd: scriptNames, encoding: 'utf8' });
 });

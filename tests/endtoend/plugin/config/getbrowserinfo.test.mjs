@@ -3,7 +3,7 @@ import { afterEach, expect, test } from 'vitest';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { runScript } from './scriptrunner.mjs';
 
-const BROWSERS = [
+const knownBrowsers = [
     'firefox',
     'google-chrome',
     'chromium-browser',
@@ -11,7 +11,7 @@ const BROWSERS = [
     'browser360-cn',
     'qaxbrowser-safe',
 ];
-const PACKAGES = `Desired=Unknown/Install
+const packages = `Desired=Unknown/Install
 ||/ Name                     Version      Architecture Description
 +++-========================-============-============-===========
 ii  browser360-cn-stable     13.4.1-1     amd64        a browser
@@ -28,7 +28,7 @@ let root;
 afterEach(async () => root.dispose());
 
 async function makeRoot() {
-    root = await SandboxRoot.create({ hide: BROWSERS.map((name) => `/usr/bin/${name}`) });
+    root = await SandboxRoot.create({ hide: knownBrowsers.map((name) => `/usr/bin/${name}`) });
     await root.recordingFake('dpkg', { output: '' });
 }
 
@@ -43,13 +43,13 @@ test('no browser prints nothing, after both looks at the packages', async () => 
 
 test('all browsers are listed in order, each asked once for its version', async () => {
     await makeRoot();
-    for (const name of [...BROWSERS].reverse()) await fakeBrowser(name, `${name} 1.0\n`);
-    expect(await browsers()).toBe(BROWSERS.map((name) => `${name} 1.0\n`).join(''));
-    for (const name of BROWSERS) expect(await root.callsOf(name)).toEqual([['--version']]);
+    for (const name of [...knownBrowsers].reverse()) await fakeBrowser(name, `${name} 1.0\n`);
+    expect(await browsers()).toBe(knownBrowsers.map((name) => `${name} 1.0\n`).join(''));
+    for (const name of knownBrowsers) expect(await root.callsOf(name)).toEqual([['--version']]);
     expect(await root.callsOf('dpkg')).toEqual([]);
 });
 
-test.each(BROWSERS)('%s alone is found', async (name) => {
+test.each(knownBrowsers)('%s alone is found', async (name) => {
     await makeRoot();
     await fakeBrowser(name, `${name} 2.0\n`);
     expect(await browsers()).toBe(`${name} 2.0\n`);
@@ -70,7 +70,7 @@ test('a browser that prints nothing gives an empty line', async () => {
 
 test('without the two programs, installed packages of theirs are printed', async () => {
     await makeRoot();
-    await root.recordingFake('dpkg', { output: PACKAGES });
+    await root.recordingFake('dpkg', { output: packages });
     expect(await browsers()).toBe(
         'browser360-cn-stable 13.4.1-1\nlib360:amd64 2.0\ncom.qianxi.browser 1.2.3\n',
     );
@@ -78,7 +78,7 @@ test('without the two programs, installed packages of theirs are printed', async
 
 test('a program found keeps its packages from being printed, and only its own', async () => {
     await makeRoot();
-    await root.recordingFake('dpkg', { output: PACKAGES });
+    await root.recordingFake('dpkg', { output: packages });
     await fakeBrowser('browser360-cn', '360 13.4\n');
     expect(await browsers()).toBe('360 13.4\ncom.qianxi.browser 1.2.3\n');
 });

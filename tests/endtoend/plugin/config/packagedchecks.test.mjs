@@ -2,21 +2,21 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import {
-    ENTRIES,
+    entries,
     fakeDesktop,
     installRealDesktop,
-    INTEGRATED,
-    SAMPLES,
+    integrated,
+    samples,
     setAllDefaults,
     setDefault,
     setMode,
-    TEMPLATES,
+    templates,
     typeOf,
     writeSamples,
 } from './desktoptools.mjs';
-import { ALL_SUFFIXES, lines, runScript } from './scriptrunner.mjs';
+import { allSuffixes, lines, runScript } from './scriptrunner.mjs';
 
-const SUITE = '/opt/orvane/office';
+const suite = '/opt/orvane/office';
 
 let root;
 
@@ -28,28 +28,28 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 describe('assocheck.sh', () => {
-    const check = (options) => runScript(root, 'assocheck.sh', [TEMPLATES], options);
-    const sampleLine = (suffix) => `${TEMPLATES}/vyr${suffix} ${typeOf(suffix)}`;
+    const check = (options) => runScript(root, 'assocheck.sh', [templates], options);
+    const sampleLine = (suffix) => `${templates}/vyr${suffix} ${typeOf(suffix)}`;
 
     beforeEach(async () => {
         await fakeDesktop(root, ['gio']);
-        await setAllDefaults(root, (tag) => ENTRIES[tag]);
+        await setAllDefaults(root, (tag) => entries[tag]);
     });
 
     test('prints every sample with its type when all is well', async () => {
         const end = await check();
         expect(end).toMatchObject({ status: 0, stderr: '' });
-        expect(lines(end.stdout)).toEqual(ALL_SUFFIXES.map(sampleLine));
+        expect(lines(end.stdout)).toEqual(allSuffixes.map(sampleLine));
     });
 
     test('stops at the first wrong type', async () => {
-        await root.writeFile(`${TEMPLATES}/vyr.pptm`, 'application/zip');
+        await root.writeFile(`${templates}/vyr.pptm`, 'application/zip');
         const end = await check();
         expect(end.status).toBe(1);
         expect(lines(end.stdout)).toEqual([
             sampleLine('.pptx'),
             sampleLine('.ppt'),
-            `${TEMPLATES}/vyr.pptm application/zip`,
+            `${templates}/vyr.pptm application/zip`,
             'needasso',
         ]);
     });
@@ -66,13 +66,13 @@ describe('assocheck.sh', () => {
     test('wants the integrated entry in integrated mode', async () => {
         await setMode(root, 'helio_fushion');
         expect(lines((await check()).stdout)).toEqual([sampleLine('.pptx'), 'needasso']);
-        await setAllDefaults(root, () => INTEGRATED);
+        await setAllDefaults(root, () => integrated);
         expect((await check()).status).toBe(0);
     });
 });
 
 describe('desktopcheck.sh', () => {
-    const check = (options) => runScript(root, 'desktopcheck.sh', [SUITE], options);
+    const check = (options) => runScript(root, 'desktopcheck.sh', [suite], options);
 
     test('wants the user’s MIME file', async () => {
         await root.recordingFake('update-mime-database');
@@ -84,7 +84,7 @@ describe('desktopcheck.sh', () => {
         await root.recordingFake('update-mime-database');
         await fakeDesktop(root, ['gio']);
         await root.writeFile('/home/user/.local/share/mime/packages/Override.xml', '');
-        await setAllDefaults(root, (tag) => ENTRIES[tag]);
+        await setAllDefaults(root, (tag) => entries[tag]);
         expect(await check()).toMatchObject({ status: 0, stdout: '', stderr: '' });
         expect(await root.callsOf('update-mime-database')).toEqual([
             ['/home/user/.local/share/mime'],
@@ -101,7 +101,7 @@ describe('desktopcheck.sh', () => {
         await fakeDesktop(root, ['gio']);
         await root.writeFile('/home/user/.local/share/mime/packages/Override.xml', '');
         await writeSamples(root, () => 'application/zip');
-        await root.writeFile('/tmp/defaults/application/zip', ENTRIES.vyr);
+        await root.writeFile('/tmp/defaults/application/zip', entries.vyr);
         expect((await check()).status).toBe(0);
     });
 
@@ -110,8 +110,8 @@ describe('desktopcheck.sh', () => {
         await root.remove('/home/user/.local/share/mime/globs2');
         expect((await check()).stdout).toBe('repairdesktop\n');
         expect(await root.exists('/home/user/.local/share/mime/globs2')).toBe(true);
-        await runScript(root, 'repairasso.sh', [TEMPLATES]);
+        await runScript(root, 'repairasso.sh', [templates]);
         expect(await check()).toMatchObject({ status: 0, stdout: '' });
-        expect(SAMPLES).toHaveLength(39);
+        expect(samples).toHaveLength(39);
     });
 });

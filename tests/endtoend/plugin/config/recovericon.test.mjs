@@ -3,97 +3,97 @@ import { afterEach, beforeEach, expect, test } from 'vitest';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 import { runScript } from './scriptrunner.mjs';
 
-const INSTALLED = '/opt/orvane/my office';
-const DESKTOP = '/home/user/Desktop';
-const INTEGRATED = 'vyr-office-tessaly.desktop';
+const installed = '/opt/orvane/my office';
+const desktop = '/home/user/Desktop';
+const integrated = 'vyr-office-tessaly.desktop';
 const entries = (...names) => names.map((name) => `vyr-office-${name}.desktop`);
-const SEPARATE = entries('fixed', 'board', 'chart', 'pdf', 'tbl', 'shw', 'vyr', 'docket');
-const REMOVED = entries('vyr', 'shw', 'tbl', 'fixed', 'chart', 'board', 'pdf', 'docket', 'tessaly');
+const separate = entries('fixed', 'board', 'chart', 'pdf', 'tbl', 'shw', 'vyr', 'docket');
+const removed = entries('vyr', 'shw', 'tbl', 'fixed', 'chart', 'board', 'pdf', 'docket', 'tessaly');
 
 let root;
 
 beforeEach(async () => {
     root = await SandboxRoot.create();
-    await root.makeDirectory(DESKTOP);
+    await root.makeDirectory(desktop);
 });
 
 afterEach(async () => root.dispose());
 
-const recover = (mode, path = INSTALLED) => runScript(root, 'recovericon.sh', [mode, path]);
+const recover = (mode, path = installed) => runScript(root, 'recovericon.sh', [mode, path]);
 
-async function install(names = [...SEPARATE, INTEGRATED]) {
-    await root.makeDirectory(`${INSTALLED}/desktops`);
+async function install(names = [...separate, integrated]) {
+    await root.makeDirectory(`${installed}/desktops`);
     for (const name of names)
-        await root.writeFile(`${INSTALLED}/desktops/${name}`, name, { mode: 0o644 });
+        await root.writeFile(`${installed}/desktops/${name}`, name, { mode: 0o644 });
 }
 
 test('mode other restores the eight separate shortcuts', async () => {
     await install();
     expect(await recover('other')).toMatchObject({ status: 0, stdout: '', stderr: '' });
-    expect(await root.list(DESKTOP)).toEqual([...SEPARATE].sort());
-    expect(await root.readFile(`${DESKTOP}/vyr-office-vyr.desktop`)).toBe('vyr-office-vyr.desktop');
+    expect(await root.list(desktop)).toEqual([...separate].sort());
+    expect(await root.readFile(`${desktop}/vyr-office-vyr.desktop`)).toBe('vyr-office-vyr.desktop');
 });
 
 test('mode fusion restores the integrated one alone', async () => {
     await install();
     expect((await recover('fusion')).status).toBe(0);
-    expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
+    expect(await root.list(desktop)).toEqual([integrated]);
 });
 
 test('any other word is like other', async () => {
     await install();
     await recover('Fusion');
-    expect(await root.list(DESKTOP)).toEqual([...SEPARATE].sort());
+    expect(await root.list(desktop)).toEqual([...separate].sort());
 });
 
 test('shortcuts are made executable and given to the user', async () => {
     await install();
     await root.recordingFake('chown');
     await recover('other');
-    expect((await root.stat(`${DESKTOP}/vyr-office-vyr.desktop`)).mode & 0o777).toBe(0o755);
+    expect((await root.stat(`${desktop}/vyr-office-vyr.desktop`)).mode & 0o777).toBe(0o755);
     expect(await root.callsOf('chown')).toEqual(
-        SEPARATE.map((name) => ['user', `${DESKTOP}/${name}`]),
+        separate.map((name) => ['user', `${desktop}/${name}`]),
     );
 });
 
 test('the nine known shortcuts are removed first, in their order, and nothing else', async () => {
     await install([]);
     await root.fake('rm', '#!/bin/bash\necho "${@: -1}" >> /fakecalls/rm\nexec /usr/bin/rm "$@"\n');
-    for (const name of [...REMOVED, 'vyr-office-mine.desktop', 'note.txt'])
-        await root.writeFile(`${DESKTOP}/${name}`, 'old');
+    for (const name of [...removed, 'vyr-office-mine.desktop', 'note.txt'])
+        await root.writeFile(`${desktop}/${name}`, 'old');
     await recover('fusion');
-    expect(await root.list(DESKTOP)).toEqual(['note.txt', 'vyr-office-mine.desktop']);
+    expect(await root.list(desktop)).toEqual(['note.txt', 'vyr-office-mine.desktop']);
     expect(await root.readFile('/fakecalls/rm')).toBe(
-        REMOVED.map((name) => `${DESKTOP}/${name}\n`).join(''),
+        removed.map((name) => `${desktop}/${name}\n`).join(''),
     );
 });
 
 test('a missing source is skipped without a word', async () => {
     await install(['vyr-office-vyr.desktop']);
     expect(await recover('other')).toMatchObject({ status: 0, stderr: '' });
-    expect(await root.list(DESKTOP)).toEqual(['vyr-office-vyr.desktop']);
+    expect(await root.list(desktop)).toEqual(['vyr-office-vyr.desktop']);
 });
 
 test.each(['fusion', 'other'])('without desktops, mode %s removes nothing', async (mode) => {
-    await root.makeDirectory(INSTALLED);
-    await root.writeFile(`${DESKTOP}/vyr-office-vyr.desktop`, 'old');
+    await root.makeDirectory(installed);
+    await root.writeFile(`${desktop}/vyr-office-vyr.desktop`, 'old');
     expect((await recover(mode)).status).toBe(0);
-    expect(await root.list(DESKTOP)).toEqual(['vyr-office-vyr.desktop']);
+    expect(await root.list(desktop)).toEqual(['vyr-office-vyr.desktop']);
 });
 
-test.each([[['', INSTALLED]], [['   ', INSTALLED]], [[]]])(
+test.each([[['', installed]], [['   ', installed]], [[]]])(
     'an empty mode says "exit 1" and ends with it: %j',
     async (args) => {
         await install();
-        await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old');
+        await root.writeFile(`${desktop}/${integrated}`, 'old');
         const end = await runScript(root, 'recovericon.sh', args);
         expect(end).toMatchObject({ status: 1, stdout: 'exit 1\n' });
-        expect(await root.list(DESKTOP)).toEqual([INTEGRATED]);
+        expect(await root.list(desktop)).toEqual([integrated]);
     },
 );
 
 test('the desktop folder is created even if the mode is empty', async () => {
-    await root.remove(DESKTOP);
+    await root.remove(desktop);
     await recover('');
     expect(await root.list('/home/user')).toEqual(['桌面']);
 });
@@ -105,16 +105,16 @@ test('the desktop of user-dirs.dirs is used, however deep', async () => {
         'XDG_DESKTOP_DIR="$HOME/My Data/Desk"\n',
     );
     await recover('fusion');
-    expect(await root.list('/home/user/My Data/Desk')).toEqual([INTEGRATED]);
-    expect(await root.list(DESKTOP)).toEqual([]);
+    expect(await root.list('/home/user/My Data/Desk')).toEqual([integrated]);
+    expect(await root.list(desktop)).toEqual([]);
 });
 
 test('a shortcut that cannot be overwritten is replaced', async () => {
     await install();
     await root.fake('rm', '#!/bin/bash\n');
-    await root.writeFile(`${DESKTOP}/${INTEGRATED}`, 'old', { mode: 0o444 });
+    await root.writeFile(`${desktop}/${integrated}`, 'old', { mode: 0o444 });
     await recover('fusion');
-    expect(await root.readFile(`${DESKTOP}/${INTEGRATED}`)).toBe(INTEGRATED);
+    expect(await root.readFile(`${desktop}/${integrated}`)).toBe(integrated);
 });
 
 test('a shortcut that cannot be copied is skipped, and the status is still 0', async () => {
@@ -132,7 +132,7 @@ test('root’s desktop is below /root', async () => {
     root = await SandboxRoot.create({ user: 'root' });
     await install();
     await recover('fusion');
-    expect(await root.list('/root/桌面')).toEqual([INTEGRATED]);
+    expect(await root.list('/root/桌面')).toEqual([integrated]);
 });
 
 test('the separate shortcuts are copied in their order', async () => {
@@ -142,5 +142,5 @@ test('the separate shortcuts are copied in their order', async () => {
     await root.recordingFake('chown');
     await recover('other');
     const sources = (await root.callsOf('cp')).map((call) => call.at(-2));
-    expect(sources).toEqual(SEPARATE.map((name) => `${INSTALLED}/desktops/${name}`));
+    expect(sources).toEqual(separate.map((name) => `${installed}/desktops/${name}`));
 });

@@ -3,13 +3,13 @@ import { suffixesOf } from '../../../support/documenttypes.mjs';
 const withDot = (suffix) => `.${suffix}`;
 
 /** Every document suffix in the order in which the association scripts report them. */
-export const SUFFIXES = {
+export const suffixesOfTag = {
     shw: suffixesOf.shw.map(withDot),
     tbl: suffixesOf.tbl.map(withDot),
     vyr: suffixesOf.vyr.map(withDot),
 };
 
-export const ALL_SUFFIXES = [...SUFFIXES.shw, ...SUFFIXES.tbl, ...SUFFIXES.vyr];
+export const allSuffixes = [...suffixesOfTag.shw, ...suffixesOfTag.tbl, ...suffixesOfTag.vyr];
 
 /** Runs an embedded script as the library does, with bash. */
 export function runScript(root, name, args = [], options = {}) {
