@@ -43,8 +43,9 @@ function markingViewer(place) {
 async function archiveFigure(place) {
     const sample = `${place.home}/sample.bin`;
     const noise = Buffer.alloc(1 << 20);
-    for (let piece = 0; piece < 200; piece++)
+    for (let piece = 0; piece < 200; piece++) {
         writeFileSync(sample, randomFillSync(noise), { flag: 'a' });
+    }
     const env = markingViewer(place);
     const mark = `${place.directory}/opened`;
     const ours = () =>

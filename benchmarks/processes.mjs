@@ -14,8 +14,9 @@ export async function secondsOf(program, args, options = {}) {
     const child = spawn(program, args, { stdio: 'ignore', timeout: longestRunMs, ...options });
     const [status, signal] = await once(child, 'exit');
     const seconds = Number(process.hrtime.bigint() - begin) / 1e9;
-    if (status !== 0)
+    if (status !== 0) {
         throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
+    }
     return seconds;
 }
 
@@ -29,8 +30,9 @@ export async function peakMemoryOf(program, args, options = {}) {
     let output = '';
     child.stderr.on('data', (data) => (output += data));
     const [status, signal] = await once(child, 'close');
-    if (status !== 0)
+    if (status !== 0) {
         throw new Error(`${program} ${args.join(' ')} ended with ${status ?? signal}`);
+    }
     return Number(output.trim().split('\n').pop()) / 1024;
 }
 
@@ -47,7 +49,7 @@ function processTree(root) {
 }
 
 /** Memory of a process and its descendants in MiB, shared pages divided among their users. */
-export function memoryOf(root) {
+function memoryOf(root) {
     const kibibytes = processTree(root).map((pid) => {
         try {
             return Number(

@@ -49,4 +49,4 @@ for (const measure of [
     }
 }
 mkdirSync(`${root}out`, { recursive: true });
-writeFileSync(`${root}out/bench.json`, JSON.stringify(figures, null, 4) + '\n');
+writeFileSync(`${root}out/bench.json`, `${JSON.stringify(figures, null, 4)}\n`);

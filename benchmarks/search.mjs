@@ -102,8 +102,9 @@ export async function searchFigures({ assistantctl }) {
             'XDG_CONFIG_HOME',
             'XDG_DATA_HOME',
             'HELIO_SEARCH_ROOTS',
-        ])
+        ]) {
             delete env[name];
+        }
         const session = new TimedSession(assistantctl, env);
         try {
             return await measure(session, home);
@@ -119,8 +120,9 @@ if (process.argv[1] === fileURLToPath(import.meta.url)) {
     const office = fileURLToPath(new URL('../build/suite/office', import.meta.url));
     for (const { name, ours, peer, ratio, goal } of await searchFigures({
         assistantctl: `${office}/assistantctl`,
-    }))
+    })) {
         console.log(
             `${name}: ${ratio.toFixed(3)} = ${ours.toPrecision(3)} s / ${peer.toPrecision(3)} s (goal ${goal})`,
         );
+    }
 }

@@ -68,6 +68,7 @@ function streamOnce(shell, env) {
         const { longest, text } = await page.evaluate(streamHits);
         if (!text.includes(`${hitCount.toLocaleString('en')} found`))
             throw new Error(`not all hits have arrived: ${text}`);
+        }
         return longest;
     });
 }

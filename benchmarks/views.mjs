@@ -107,8 +107,9 @@ async function openingFigures(shell) {
         const figures = [];
         for (let index = 0; index < count; index++) {
             const openings = [];
-            for (let round = 0; round < openingRounds; round++)
+            for (let round = 0; round < openingRounds; round++) {
                 openings.push(await opening(shell, env, index));
+            }
             figures.push(
                 bounded(
                     `click until the view ${openings[0].name} is interactive`,

@@ -8,7 +8,7 @@
             return false;
         try {
             return decodeURIComponent(location.pathname).startsWith(settings.pageDirectory);
-        } catch (error) {
+        } catch {
             return false;
         }
     }
@@ -35,18 +35,17 @@
             const callback = answerPrefix + callCount;
             const text = JSON.stringify({ command, callback, args });
             openCalls.set(callback, { resolve, reject });
-            if (wire)
-                send(text);
-            else
-                waitingCalls.push(text);
+            if (wire) send(text);
+            else waitingCalls.push(text);
         });
     }
 
     function settle({ resolve, reject }, envelope) {
-        if (Object.prototype.hasOwnProperty.call(envelope, 'error'))
+        if (Object.prototype.hasOwnProperty.call(envelope, 'error')) {
             reject(new Error(envelope.error));
-        else
+        } else {
             resolve(envelope);
+        }
     }
 
     function textOfBase64(base64) {
@@ -56,8 +55,9 @@
 
     // A page that has to stop something first cancels the event and closes the view itself.
     function closeByUser() {
-        if (window.dispatchEvent(new Event('helioclose', { cancelable: true })))
+        if (window.dispatchEvent(new Event('helioclose', { cancelable: true }))) {
             call('closechildwindow');
+        }
     }
 
     function receive(callback, json, isBase64) {
@@ -68,8 +68,10 @@
             settle(openCall, envelope);
         } else if (callback === settings.closeCallback) {
             closeByUser();
-        } else if (Object.prototype.hasOwnProperty.call(window, callback)
-            && typeof window[callback] === 'function') {
+        } else if (
+            Object.prototype.hasOwnProperty.call(window, callback) &&
+            typeof window[callback] === 'function'
+        ) {
             window[callback](envelope);
         }
     }

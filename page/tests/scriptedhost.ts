@@ -1,7 +1,7 @@
 import { createClient } from '@/client';
 import type { Envelope } from '@/client/wire';
 
-export interface Sent {
+interface Sent {
     command: string;
     args: Record<string, unknown> | undefined;
 }

@@ -180,8 +180,9 @@ export class Session {
                     this.#claimed.add(index);
                     return this.events[index];
                 }
-                if (this.#process.hasEnded)
+                if (this.#process.hasEnded) {
                     throw new Error(`assistantctl ended before ${what}: ${this.#process.stderr}`);
+                }
                 return null;
             },
             { timeoutMs, what },

@@ -24,8 +24,9 @@ export function systemMounts() {
 export function directoryWithout(system, hiddenNames, shownAt, directory) {
     fs.mkdirSync(directory, { recursive: true });
     for (const name of fs.readdirSync(system)) {
-        if (!hiddenNames.includes(name))
+        if (!hiddenNames.includes(name)) {
             fs.symlinkSync(path.posix.join(shownAt, name), path.join(directory, name));
+        }
     }
 }
 

@@ -33,8 +33,9 @@ export class SandboxProcess {
         this.#firstProcess = this.#readFirstProcess(this.#child.stdio[3]);
         // A process may end before it has read its input; its exit status says whether it failed.
         this.#child.stdin.on('error', () => {});
-        for (const name of ['stdout', 'stderr'])
+        for (const name of ['stdout', 'stderr']) {
             this.#child[name].on('data', (chunk) => this.#collect(name, chunk));
+        }
         this.#ended = new Promise((resolve) => {
             this.#child.once('close', (status, signal) => resolve({ status, signal }));
             this.#child.once('error', (error) => {
@@ -79,8 +80,9 @@ export class SandboxProcess {
 
     /** Sends text or bytes to standard input and waits until the pipe has taken them. */
     async write(data) {
-        if (!this.#child.stdin.write(data) && this.isRunning)
+        if (!this.#child.stdin.write(data) && this.isRunning) {
             await Promise.race([once(this.#child.stdin, 'drain'), this.#ended]);
+        }
     }
 
     endInput(data) {
@@ -103,8 +105,9 @@ export class SandboxProcess {
             throw new Error(`${this.#description} did not end in ${timeoutMs} ms\n${this.#tail()}`);
         }
         if (this.#spawnError) throw this.#spawnError;
-        if (this.#overflow)
+        if (this.#overflow) {
             throw new Error(`${this.#description} printed more than ${outputLimit} bytes`);
+        }
         return { ...end, stdout: this.stdout, stdoutBytes: this.stdoutBytes, stderr: this.stderr };
     }
 

@@ -97,8 +97,9 @@ export class SandboxRoot {
     hostPath(inside) {
         const normal = path.posix.normalize(inside);
         for (const [seen, host] of this.#mountPoints) {
-            if (normal === seen || normal.startsWith(`${seen}/`))
+            if (normal === seen || normal.startsWith(`${seen}/`)) {
                 return path.join(host, normal.slice(seen.length));
+            }
         }
         throw new Error(`${inside} is not in a private directory of the sandbox`);
     }
@@ -231,8 +232,9 @@ exit ${status}
             '--dev',
             '/dev',
         ];
-        for (const name of ['passwd', 'group'])
+        for (const name of ['passwd', 'group']) {
             args.push('--ro-bind', path.join(this.#directory, name), `/etc/${name}`);
+        }
         for (const [seen, host] of this.#mountPoints) args.push('--bind', host, seen);
         args.push('--ro-bind', scriptsDirectory, '/scripts', ...this.#extraMounts);
         for (const [inside, host] of this.#boundFiles) args.push('--ro-bind', host, inside);
@@ -245,10 +247,11 @@ exit ${status}
 
     #hidePrograms(hide) {
         for (const program of hide) {
-            if (path.posix.dirname(program) !== hidableDirectory)
+            if (path.posix.dirname(program) !== hidableDirectory) {
                 throw new Error(
                     `only programs of ${hidableDirectory} can be hidden, not ${program}`,
                 );
+            }
         }
         const installed = hide.filter((program) => fs.existsSync(program));
         if (installed.length === 0) return;
@@ -260,12 +263,14 @@ exit ${status}
     }
 
     #addSuite() {
-        if (!fs.existsSync(suiteDirectory))
+        if (!fs.existsSync(suiteDirectory)) {
             throw new Error(`${suiteDirectory} does not exist: build first, or set SUITE_DIR`);
+        }
         const host = path.join(this.#directory, 'suite');
         this.#mountPoints.set('/suite', host);
-        for (const [relative, file] of copySuite(suiteDirectory, host))
+        for (const [relative, file] of copySuite(suiteDirectory, host)) {
             this.#boundFiles.set(path.posix.join('/suite', relative), file);
+        }
     }
 
     #writeAccounts() {

@@ -34,7 +34,7 @@ export function success(result: unknown): void {
 
 /** A byte order mark is kept: in a file's name it is a character like any other. */
 const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
-const beyondAscii = /[^\x00-\x7f]/;
+const beyondAscii = /[\x80-\xff]/;
 
 /** Text that travels as the base64 of its UTF-8 bytes; most is ASCII, and its bytes the text. */
 export function base64Text(result: unknown): string {

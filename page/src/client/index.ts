@@ -23,7 +23,7 @@ export type { Feedback } from './feedbackcommands';
 export type { FeedbackOrigin } from './launchercommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
-export type { Font, SystemSnapshot, Variable } from './systemsnapshot';
+export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
 export type { DumpState } from './dumpcommands';
 export type { ViewType } from './windowcommands';

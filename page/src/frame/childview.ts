@@ -3,7 +3,7 @@ import type { ViewType } from '@/client';
 import { useClient } from './view';
 
 /** What the keys of a view in the child window do, and whether it may close. */
-export interface ViewActions {
+interface ViewActions {
     runAgain?: () => void;
     filter?: () => void;
     /** Whether the view may close now; one that may not says why. */

@@ -1,6 +1,6 @@
 /** Theme, language and text size: what the host says, unless the user chose otherwise. */
 
-export type Theme = 'light' | 'dark';
+type Theme = 'light' | 'dark';
 export type Language = 'en' | 'zh-CN';
 
 export const themes = ['system', 'light', 'dark'] as const;
@@ -14,7 +14,7 @@ export interface Preferences {
 }
 
 /** What the host reports of the desktop; a browser without a host has its own language only. */
-export interface Surroundings {
+interface Surroundings {
     theme?: Theme;
     language: string;
 }

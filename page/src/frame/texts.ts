@@ -53,7 +53,7 @@ export function useTexts() {
 }
 
 /** Sentences that a view has for the failures it knows better than the general ones. */
-export type FailureTexts = Partial<Record<Failure['kind'], string>>;
+type FailureTexts = Partial<Record<Failure['kind'], string>>;
 
 /** A failure in a sentence that says what to do. */
 export function failureText(t: Translate, failure: Failure, own: FailureTexts = {}): string {

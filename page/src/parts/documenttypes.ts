@@ -5,7 +5,7 @@ const extensions = {
     presentation: ['shd', 'sht', 'ppt', 'pps', 'pot', 'pptx', 'ppsx', 'potx'],
 };
 
-export type DocumentApplication = keyof typeof extensions;
+type DocumentApplication = keyof typeof extensions;
 
 /** The last component of a path. */
 export function fileName(path: string): string {

@@ -1,5 +1,5 @@
 /** Text from outside, split so that characters that would not show, or mislead, are named. */
-export interface TextPiece {
+interface TextPiece {
     text: string;
     /** Set for a named character: its code point, such as "U+202E". */
     codePoint?: string;

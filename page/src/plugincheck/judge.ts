@@ -13,7 +13,7 @@ export interface PlugIn {
  * - builtIn: it lists only the document viewers that current browsers list for old pages' sake;
  * - none: it lists nothing.
  */
-export type Verdict = 'suite' | 'others' | 'builtIn' | 'none';
+type Verdict = 'suite' | 'others' | 'builtIn' | 'none';
 
 /** Names that current browsers report for parts of their own, whatever is installed. */
 const builtInName = /\bpdf\b|^native client$|widevine|openh264|^shockwave for director$/i;
@@ -24,7 +24,7 @@ export function isSuitePlugIn({ name, description, file, types }: PlugIn): boole
     return [name, description, file, ...types].some((text) => suiteWords.test(text));
 }
 
-export function isBuiltIn(plugIn: PlugIn): boolean {
+function isBuiltIn(plugIn: PlugIn): boolean {
     return builtInName.test(plugIn.name) && !isSuitePlugIn(plugIn);
 }
 

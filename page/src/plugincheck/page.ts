@@ -73,7 +73,7 @@ function copy(): void {
     let copied = false;
     try {
         copied = document.execCommand('copy');
-    } catch (error) {
+    } catch {
         copied = false;
     }
     place('copied').textContent = text(copied ? 'copied' : 'notCopied');

@@ -1,6 +1,6 @@
 import type { Outcome } from '@/client';
 
-export interface Settling<Value> {
+interface Settling<Value> {
     /** Whether a reading shows what the repair is for. */
     reached: (value: Value) => boolean;
     /** Receives each reading. */

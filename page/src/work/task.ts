@@ -4,7 +4,7 @@ import type { Failure, Outcome } from '@/client';
 /** How long an action may take before it shows a progress sign, in milliseconds. */
 export const progressDelay = 500;
 
-export interface Task<Value, Arguments extends unknown[]> {
+interface Task<Value, Arguments extends unknown[]> {
     running: Ref<boolean>;
     /** Running for long enough that a progress sign is due. */
     slow: Ref<boolean>;

@@ -48,8 +48,9 @@ async function installSuite() {
 async function fillHome() {
     await root.writeFile('/home/user/report.docx', 'a document');
     await root.writeFile('/home/user/.config/Orvane/Office.conf', '[6.0]\nlook=dark\n');
-    for (const name of ['Desktop', '.local/share/mime/packages', '.local/share/Orvane/tmp/dump'])
+    for (const name of ['Desktop', '.local/share/mime/packages', '.local/share/Orvane/tmp/dump']) {
         await root.makeDirectory(`/home/user/${name}`);
+    }
     await root.recordingFake('xdg-open');
     await root.recordingFake('quickstartoffice');
 }
@@ -100,11 +101,14 @@ describe('a page of the window reaches', () => {
             expect(outcome.end).toMatchObject({ status: 0, signal: null });
             return;
         }
-        if (answer.holds)
+        if (answer.holds) {
             expect(answer.holds(outcome.envelope.result), JSON.stringify(outcome)).toBe(true);
-        else expect(outcome.envelope).toEqual(answer);
-        if (callback)
+        } else {
+            expect(outcome.envelope).toEqual(answer);
+        }
+        if (callback) {
             expect(outcome.told).toContainEqual({ callback: callback.name, ...callback.told });
+        }
         if (callback?.before) expect(outcome.told).toContainEqual(callback.before);
     });
 });

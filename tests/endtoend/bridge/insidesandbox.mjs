@@ -38,8 +38,9 @@ async function bringAbout({ write, file, gone }) {
             ...patience,
         });
     }
-    if (gone)
+    if (gone) {
         await waitFor(() => !fs.existsSync(gone), { what: `the end of ${gone}`, ...patience });
+    }
 }
 
 class Pages {

@@ -50,8 +50,9 @@ describe('a repair with the real desktop tools', () => {
         );
         expect(types[0]['.doc']).toBe('application/msword|false');
         const opened = await list('getassoopen');
-        for (const value of [...types, ...opened].flatMap(Object.values))
+        for (const value of [...types, ...opened].flatMap(Object.values)) {
             expect(value).toMatch(/\|false$/);
+        }
     });
 
     test('it installs the types, and with the desktop’s update every suffix has the suite’s', async () => {
@@ -87,8 +88,9 @@ describe('a repair with the real desktop tools', () => {
         await repair();
         expect(await list('getassoopen')).toEqual(everySuffix((tag) => `${shown(tag)}|true`));
         const defaults = await root.readFile('/home/user/.config/mimeapps.list');
-        for (const { tag, suffix } of samples)
+        for (const { tag, suffix } of samples) {
             expect(defaults).toContain(`${typeOf(suffix)}=${entries[tag]};`);
+        }
     });
 
     test('in integrated mode every suffix goes to the one entry', async () => {

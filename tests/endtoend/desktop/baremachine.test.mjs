@@ -74,12 +74,14 @@ MimeType=application/vnd.openxmlformats-officedocument.wordprocessingml.document
 
     test('are the suite’s beside all the applications of this machine', async () => {
         root.bind('/usr/share/applications', '/usr/share/applications');
-        for (const [name, text] of Object.entries(suiteEntries()))
+        for (const [name, text] of Object.entries(suiteEntries())) {
             await root.writeFile(`/home/user/.local/share/applications/${name}`, text);
+        }
         await repair();
         await repair();
-        for (const command of ['getassomime', 'getassoopen'])
+        for (const command of ['getassomime', 'getassoopen']) {
             expect(new Set(flags(await answer(command)))).toEqual(new Set(['true']));
+        }
     });
 
     test('are the suite’s once its entries are known to the desktop', async () => {
@@ -179,8 +181,9 @@ test('a feedback archive holds a sample, the report and the suite’s version', 
     );
     const listed = await root.run(['tar', '-tzf', '/home/user/feedback.tar.gz']);
     expect(listed.status).toBe(0);
-    for (const name of ['describe.txt', 'setup.cfg', 'sysinfo.txt', 'vyr.shd'])
+    for (const name of ['describe.txt', 'setup.cfg', 'sysinfo.txt', 'vyr.shd']) {
         expect(listed.stdout).toContain(`/${name}\n`);
+    }
     const target = '/home/user/.local/share/Orvane/tmp/archive/vyr.shd';
     const packed = await root.run(['tar', '-xzOf', '/home/user/feedback.tar.gz', target.slice(1)]);
     expect(packed.stdoutBytes.equals(fs.readFileSync(root.hostPath(`${folder}/vyr.shd`)))).toBe(

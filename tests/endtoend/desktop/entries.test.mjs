@@ -56,13 +56,14 @@ test('those of writer, spreadsheets and presentations open the suite’s types',
             .split(';')
             .filter(Boolean)
             .sort();
-    for (const tag of ['vyr', 'tbl', 'shw'])
+    for (const tag of ['vyr', 'tbl', 'shw']) {
         expect(typesOf(tag)).toEqual(
             samples
                 .filter((sample) => sample.tag === tag)
                 .map(({ suffix }) => typeOf(suffix))
                 .sort(),
         );
+    }
     expect(typesOf('tessaly')).toEqual(samples.map(({ suffix }) => typeOf(suffix)).sort());
     expect(typesOf('pdf')).toEqual([]);
 });

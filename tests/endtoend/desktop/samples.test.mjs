@@ -106,7 +106,7 @@ describe('the sample documents', () => {
         expect(await desktopTypes(files)).toEqual(expected);
         // On such a desktop xdg-mime passes the question on to GIO.
         const env = { XDG_CURRENT_DESKTOP: 'GNOME' };
-        for (const suffix of ['.dot', '.pot', '.vyr', '.rtf'])
+        for (const suffix of ['.dot', '.pot', '.vyr', '.rtf']) {
             expect(
                 (
                     await output(['xdg-mime', 'query', 'filetype', `${folder}/vyr${suffix}`], {
@@ -114,6 +114,7 @@ describe('the sample documents', () => {
                     })
                 ).trim(),
             ).toBe(typeOf(suffix));
+        }
     });
 
     test.runIf(hasOfficeSuite)(
@@ -136,8 +137,9 @@ describe('the sample documents', () => {
                 expect(Object.keys(texts).sort()).toEqual(
                     suffixes.map((suffix) => `${tag}${suffix.slice(1)}.${format}`).sort(),
                 );
-                for (const [name, text] of Object.entries(texts))
+                for (const [name, text] of Object.entries(texts)) {
                     expect(text.includes(sampleText), name).toBe(true);
+                }
             }
         },
         600_000,

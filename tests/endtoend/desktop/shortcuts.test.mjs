@@ -50,8 +50,9 @@ describe('getdesktopiconfile', () => {
     });
 
     test('lists the suite’s shortcuts joined with a bar', async () => {
-        for (const name of ['vyr-office-vyr.desktop', 'vyr-office-x desktop', 'other.desktop'])
+        for (const name of ['vyr-office-vyr.desktop', 'vyr-office-x desktop', 'other.desktop']) {
             await root.writeFile(`${desktop}/${name}`, '');
+        }
         expect((await stateNow()).icon.split('|').sort()).toEqual([
             'vyr-office-vyr.desktop',
             'vyr-office-x desktop',
@@ -132,10 +133,11 @@ describe('restoring', () => {
         });
         expect(await root.list(desktop)).toEqual(['mine.desktop', ...separate]);
         expect((await root.stat(`${desktop}/${separate[0]}`)).mode & 0o111).toBe(0o111);
-        for (const name of separate)
+        for (const name of separate) {
             expect(await root.readFile(`${desktop}/${name}`)).toBe(
                 suiteEntries(suiteDirectory)[name],
             );
+        }
     });
 
     test('fixoneicon puts the integrated shortcut back', async () => {
@@ -148,8 +150,9 @@ describe('restoring', () => {
     test('without a folder of desktop entries nothing is removed or copied', async () => {
         await root.remove('/suite/desktops');
         await root.writeFile(`${desktop}/${separate[7]}`, 'old');
-        for (const command of ['fixoneicon', 'fixfouricon'])
+        for (const command of ['fixoneicon', 'fixfouricon']) {
             expect((await runCommand(root, command)).answer.result).toBe('success');
+        }
         expect(await root.list(desktop)).toEqual([separate[7]]);
         expect(await root.readFile(`${desktop}/${separate[7]}`)).toBe('old');
     });

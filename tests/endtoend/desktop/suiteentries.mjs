@@ -20,6 +20,7 @@ export function suiteEntries(place = '/suite') {
 
 /** Makes the entries known to the desktop of the sandbox, as an installation of the suite does. */
 export async function installEntries(root) {
-    for (const [name, text] of Object.entries(suiteEntries()))
+    for (const [name, text] of Object.entries(suiteEntries())) {
         await root.writeFile(`/usr/share/applications/${name}`, text);
+    }
 }

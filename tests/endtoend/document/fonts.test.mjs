@@ -140,10 +140,11 @@ describe('comparefont', () => {
 
     test('an argument that is missing or not text is an error', async () => {
         expect((await runCommand(root, 'comparefont')).answer.result).toBe('error');
-        for (const filepath of [null, 7, [], {}])
+        for (const filepath of [null, 7, [], {}]) {
             expect((await runCommand(root, 'comparefont', { filepath })).answer.result).toBe(
                 'error',
             );
+        }
     });
 
     test('without a staging directory it is an error', async () => {

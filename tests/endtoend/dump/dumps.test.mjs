@@ -111,8 +111,9 @@ describe('startDump and stopDump', () => {
         await root.makeDirectory('/home/user/.config');
         await root.makeDirectory('/home/user/.local/share/Orvane');
         await root.run(['chmod', '500', '/home/user/.config', '/home/user/.local/share/Orvane']);
-        for (const command of ['startDump', 'stopDump', 'cleardumpdir'])
+        for (const command of ['startDump', 'stopDump', 'cleardumpdir']) {
             expect((await runCommand(root, command)).answer.result).toBe('success');
+        }
         expect(await stateNow()).toEqual({ enable: true, feedback: false });
         await root.run(['chmod', '700', '/home/user/.config', '/home/user/.local/share/Orvane']);
     });

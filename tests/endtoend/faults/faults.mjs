@@ -23,7 +23,7 @@ ${script}`,
 }
 
 /** The events among the lines of a script's output, which prints other lines too. */
-export function eventsIn(output) {
+function eventsIn(output) {
     const lines = output.split('\n').filter((line) => line.startsWith('{"'));
     return parseEvents(lines.map((line) => `${line}\n`).join(''));
 }

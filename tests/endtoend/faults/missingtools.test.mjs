@@ -36,8 +36,9 @@ async function resultOf(command, options) {
 }
 
 test('without its tools every probe and listing has an answer', async () => {
-    for (const command of ['getcpuinfo', 'getmemoryinfo'])
+    for (const command of ['getcpuinfo', 'getmemoryinfo']) {
         expect(Object.values((await resultOf(command))[0])).toEqual(['']);
+    }
     expect(Object.keys(await resultOf('getcomputermemory'))).not.toEqual([]);
     expect(Object.keys(await resultOf('stratcheckenv'))).not.toEqual([]);
     expect(Object.keys(await resultOf('stratextractfileinfo'))).not.toEqual([]);

@@ -32,8 +32,9 @@ describe('a directory stands in the place of', () => {
         await putDirectory('/home/user/out');
         await putDirectory('/home/user/out.tar.gz');
         const choose = ['/home/user/out'];
-        for (const command of ['exportsysinfo', 'exportoftenfileperm'])
+        for (const command of ['exportsysinfo', 'exportoftenfileperm']) {
             expect((await runCommand(root, command, {}, { choose })).status).toBeLessThan(2);
+        }
         const archive = await runCommand(
             root,
             'archivepackage',
@@ -77,10 +78,12 @@ describe('a directory stands in the place of', () => {
         expect(await resultOf('getupdateconfig')).toEqual({});
         expect(await resultOf('changeupdateconfig', { keyvalue: 'a$b' })).toBe('success');
         expect(await resultOf('getlogfile')).toBe('error');
-        for (const command of ['testupdate', 'testdailyreport', 'clearlogfile'])
+        for (const command of ['testupdate', 'testdailyreport', 'clearlogfile']) {
             expect(await resultOf(command)).toBe('success');
-        for (const place of [updaterPath, configFile, logFile])
+        }
+        for (const place of [updaterPath, configFile, logFile]) {
             expect(await isKept(place)).toBe(true);
+        }
     });
 
     test('every staged script', async () => {
@@ -99,8 +102,9 @@ describe('a directory stands in the place of', () => {
             'getdesktopiconfile',
             'fileassorepair',
             'getcpuinfo',
-        ])
+        ]) {
             expect((await session.send({ command })).type).toBe('answer');
+        }
         expect((await session.close()).status).toBe(0);
         for (const script of scripts) expect(await isKept(`${staging}/${script}`)).toBe(true);
     });
@@ -145,11 +149,13 @@ test('garbage in every INI file is answered and left as it is', async () => {
         'stratcheckenv',
         'stratextractfileinfo',
         'getvyrenvcheckedresult',
-    ])
+    ]) {
         expect((await session.send({ command })).type).toBe('answer');
+    }
     await session.send({ command: 'vyrenvcheck', page: 'child', args: { type: 't', app: 'vyr' } });
     expect((await session.callback('returnvyrenvcheck')).result.app).toBe('vyr');
     expect((await session.close()).status).toBe(0);
-    for (const place of places)
+    for (const place of places) {
         expect([place, (await root.readFile(place, null)).equals(garbage)]).toEqual([place, true]);
+    }
 });

@@ -202,8 +202,9 @@ describe('the archive', () => {
     });
 
     test('vyr_3.dmp and vyr_3.dmp.old are both packed', async () => {
-        for (const name of ['vyr_3.dmp', 'vyr_3.dmp.old', 'VYR_1.dmp', 'readme.txt'])
+        for (const name of ['vyr_3.dmp', 'vyr_3.dmp.old', 'VYR_1.dmp', 'readme.txt']) {
             await root.writeFile(`${dumpDirectory}/${name}`, name);
+        }
         const end = await pack({ archiveDumpInfo: true });
         expect(started(end).arguments[7].split(';').sort()).toEqual([
             '',

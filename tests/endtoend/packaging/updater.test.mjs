@@ -66,8 +66,9 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         const directory = path.join(debianPackage.tree, 'usr/lib/office-assistant/desktops');
         const entry = fs.readFileSync(path.join(directory, 'vyr-office-vyr.desktop'), 'utf8');
         expect(entry).toContain('Exec="/usr/lib/office-assistant/office/opencomponent" vyr %F\n');
-        for (const [, place] of entry.matchAll(/^(?:TryExec|Icon)=(.*)$/gm))
+        for (const [, place] of entry.matchAll(/^(?:TryExec|Icon)=(.*)$/gm)) {
             expect(fs.existsSync(path.join(debianPackage.tree, place)), place).toBe(true);
+        }
     });
 
     test('makes an update supported, with a configuration that is read', async () => {

@@ -35,8 +35,9 @@ test('associations are repaired with the desktop’s tools and listed until they
     const texts = pageTexts.associations;
     const allRepaired = filled(texts.repaired, { count: 39 });
     const place = path.join(shared.suite.directory, 'suite');
-    for (const [name, text] of Object.entries(suiteEntries(place)))
+    for (const [name, text] of Object.entries(suiteEntries(place))) {
         shared.writeInHome(`.local/share/applications/${name}`, text);
+    }
     const { view } = await shared.open('associations');
     await view.until(
         "document.querySelectorAll('.association-table tbody tr').length === 39",

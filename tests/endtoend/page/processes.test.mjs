@@ -32,8 +32,9 @@ function startLargeProcess() {
 
 test('both tables fill, and a process that grows large comes into its table', async () => {
     const { view } = await shared.open('processes');
-    for (const title of [texts.busiest.title, texts.largest.title])
+    for (const title of [texts.busiest.title, texts.largest.title]) {
         await view.until(`${rowCount(title)} === 10`, patience);
+    }
     await view.shows(texts.memory.title);
     const pid = startLargeProcess();
     await view.shows(` ${pid} `, patience);

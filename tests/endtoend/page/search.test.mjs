@@ -21,8 +21,9 @@ async function search(keyword) {
 }
 
 test('files of the home are found by a part of their name, and filtered', async () => {
-    for (const name of ['letters/Needle one.docx', 'letters/needle-two.txt', 'other.txt'])
+    for (const name of ['letters/Needle one.docx', 'letters/needle-two.txt', 'other.txt']) {
         shared.writeInHome(name, 'x');
+    }
     const view = await search('needle');
     await view.shows('2 found');
     expect(await view.text()).not.toContain('other.txt');
@@ -59,8 +60,9 @@ test('an executable file is not opened, and the view says so', async () => {
 function age() {
     const past = new Date(Date.now() - 60_000);
     const databases = shared.inHome('.cache/orvane-office-assistant');
-    for (const name of fs.readdirSync(databases).filter((each) => /\.(db|lock)$/.test(each)))
+    for (const name of fs.readdirSync(databases).filter((each) => /\.(db|lock)$/.test(each))) {
         fs.utimesSync(path.join(databases, name), past, past);
+    }
 }
 
 test('a search without hits says so, and finds a new file a minute later', async () => {

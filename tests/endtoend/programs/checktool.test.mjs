@@ -83,8 +83,9 @@ describe('the command line', () => {
     test('explains every check and its argument', async () => {
         const end = await tool(['--help']);
         expect(end.status).toBe(0);
-        for (const check of offered)
+        for (const check of offered) {
             expect(end.stdout).toMatch(new RegExp(`^  ${check} .*; ARG: .`, 'm'));
+        }
     });
 
     test.each([
@@ -104,8 +105,9 @@ describe('the command line', () => {
     });
 
     test('takes words that look like options for a check when a page sends them', async () => {
-        for (const type of ['--help', '--list', '-x'])
+        for (const type of ['--help', '--list', '-x']) {
             expect((await tool([type, 'vyr', ''])).stdout).toContain(`no check named “${type}”`);
+        }
     });
 });
 
@@ -149,6 +151,7 @@ describe('finds, and tells the page,', () => {
         // The free space of the home directory varies.
         if (check !== 'space')
             expect((await tool([check, 'vyr', ''], { env })).stdout).toBe(`${value}\n`);
+        }
     });
 });
 

@@ -47,8 +47,9 @@ test('OpenDocumentFromServer sends a GET without body and digest', async () => {
     expect(request.method).toBe('GET');
     expect(request.url).toBe('/upload?name=%E6%97%A5');
     expect(request.body).toBe('');
-    for (const name of ['md5sum', 'filename', 'content-type', 'content-length', 'cookie'])
+    for (const name of ['md5sum', 'filename', 'content-type', 'content-length', 'cookie']) {
         expect(request.headers).not.toHaveProperty(name);
+    }
 });
 
 test('saveURL sends a plain POST with file name and digest', async () => {
@@ -144,8 +145,9 @@ test('a server with an unknown certificate is still asked', async () => {
     ]);
     expect(check.status).not.toBe(0);
     expect(check.stderr).toMatch(/self-signed certificate/);
-    for (const funcname of [open, ...saves])
+    for (const funcname of [open, ...saves]) {
         expect(await server.test({ urlpath: `${tlsServer}/upload`, funcname })).toBe('success');
+    }
     const capitals = tlsServer.replace('https', 'HTTPS');
     expect(await server.test({ urlpath: `${capitals}/upload`, funcname: open })).toBe('success');
     expect(await server.requests()).toHaveLength(4);
@@ -192,8 +194,9 @@ test('a redirect loop ends', async () => {
 });
 
 test('a GET keeps no cookies', async () => {
-    for (const funcname of [open, 'saveURL'])
+    for (const funcname of [open, 'saveURL']) {
         expect(await server.test({ urlpath: `${plainServer}/cookie`, funcname })).toBe('success');
+    }
     const [get, post] = await server.requests();
     expect(get.headers).not.toHaveProperty('cookie');
     expect(post.headers.cookie).toBe('session=1');
@@ -248,8 +251,9 @@ test.each([
 
 test('the name of the function is compared with its case', async () => {
     const names = ['saveurl', 'SAVEURL_FormData', 'saveURL_formdata', 'my saveURL'];
-    for (const funcname of names)
+    for (const funcname of names) {
         expect(await server.test({ urlpath: `${plainServer}/upload`, funcname })).toBe('success');
+    }
     const requests = await server.requests();
     expect(requests.map(({ method }) => method)).toEqual(['GET', 'GET', 'POST', 'POST']);
     expect(requests.map(({ parts }) => parts)).toEqual([null, null, null, null]);

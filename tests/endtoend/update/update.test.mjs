@@ -142,8 +142,9 @@ test.each([
 
 test('launching a missing updater reports no error', async () => {
     await root.writeFile(configFile, '');
-    for (const command of ['testupdate', 'testdailyreport', 'testuninstallreport'])
+    for (const command of ['testupdate', 'testdailyreport', 'testuninstallreport']) {
         expect(await resultOf(command)).toBe('success');
+    }
     expect((await runCommand(root, 'testinstallreport')).status).toBe(0);
 });
 

@@ -8,9 +8,9 @@ const entries = {
     'vyr-office-tessaly.desktop': 'integrated',
 } as const;
 
-export type EntryName = (typeof entries)[keyof typeof entries];
+type EntryName = (typeof entries)[keyof typeof entries];
 
-export const applications = ['writer', 'spreadsheet', 'presentation'] as const;
+const applications = ['writer', 'spreadsheet', 'presentation'] as const;
 export type Application = (typeof applications)[number];
 
 export interface AssociationRow {

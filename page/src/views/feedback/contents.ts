@@ -2,7 +2,7 @@ import { fileName } from '@/parts/documenttypes';
 import type { Draft } from './draft';
 
 /** Why a file will not be in the archive as it should, by the name of its text. */
-export type FileProblem = 'blank' | 'semicolon' | 'sameName' | 'reserved';
+type FileProblem = 'blank' | 'semicolon' | 'sameName' | 'reserved';
 
 /** Files that the archive has of its own; one of the same name would take its place. */
 const settingFiles = ['Office.conf', 'ome.ini', 'feature.dat', 'product.dat', 'setup.cfg'];
@@ -20,7 +20,7 @@ export function fileProblem(path: string, earlier: string[]): FileProblem | null
     return earlier.some((other) => fileName(other) === name) ? 'sameName' : null;
 }
 
-export interface ContentFile {
+interface ContentFile {
     role: 'sample' | 'attachment';
     path: string;
     problem: FileProblem | null;
@@ -40,7 +40,7 @@ export function chosenFiles({ sample, attachments }: Draft): ContentFile[] {
     }));
 }
 
-export interface ContentLine {
+interface ContentLine {
     /** The name of its text. */
     part: 'description' | 'file' | 'systemInformation' | 'suiteSettings' | 'crashDumps';
     /** The files in the archive, as far as they are known before it is built. */

@@ -6,7 +6,7 @@ export interface Offer extends Tool {
     page: string;
 }
 
-export interface OfferGroup {
+interface OfferGroup {
     name: (typeof groups)[number];
     offers: Offer[];
 }

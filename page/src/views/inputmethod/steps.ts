@@ -2,7 +2,7 @@ import type { AnswerCode } from './answers';
 import type { Desktop, Framework, PackageTool } from './surroundings';
 
 /** What to do, as a text under inputmethod.steps, with the commands that do it. */
-export interface Step {
+interface Step {
     text: string;
     commands: string[];
 }

@@ -4,9 +4,9 @@
  * - metric: another face with the same widths, so that lines and pages break as they should;
  * - similar: a face that looks alike, though lines may break elsewhere.
  */
-export type Closeness = 'same' | 'metric' | 'similar';
+type Closeness = 'same' | 'metric' | 'similar';
 
-export interface Advice {
+interface Advice {
     package: string;
     /** The face that the package has for it. */
     face: string;

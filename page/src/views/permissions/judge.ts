@@ -2,7 +2,7 @@ import type { FilePermissions, Variable } from '@/client';
 import type { Judged } from '@/parts/judged';
 
 /** What a path is found to be; each has its sentence under permissions.verdicts. */
-export type VerdictName =
+type VerdictName =
     | 'missing'
     | 'unclear'
     | 'foreign'
@@ -17,7 +17,7 @@ export type VerdictName =
     | 'root'
     | 'good';
 
-export interface Verdict {
+interface Verdict {
     name: VerdictName;
     state: Judged;
     /** Terminal commands that fix it; empty when there is nothing to fix. */
@@ -30,7 +30,7 @@ export interface Rights {
     execute: boolean;
 }
 
-export interface AllRights {
+interface AllRights {
     owner: Rights;
     group: Rights;
     others: Rights;

@@ -2,8 +2,8 @@ import type { MachineMemory } from '@/client';
 import type { Judged } from '@/parts/judged';
 
 /** From here on, in per cent, an office document may fail to open for want of memory. */
-export const tightPercent = 80;
-export const fullPercent = 90;
+const tightPercent = 80;
+const fullPercent = 90;
 
 export function judgeMemory({ usedPercent }: MachineMemory): Judged {
     if (usedPercent === null) return 'plain';

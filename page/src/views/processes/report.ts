@@ -3,7 +3,7 @@ import type { Translate } from '@/frame/texts';
 import { visibleText } from '@/parts/visibletext';
 
 /** All that the view shows of one moment. */
-export interface Load {
+interface Load {
     memory: MachineMemory | null;
     busiest: Process[];
     largest: Process[];

@@ -1,7 +1,7 @@
 /** No browser lays out an element taller than this many pixels. */
 const tallest = 30_000_000;
 
-export interface RowWindow {
+interface RowWindow {
     /** The first row to draw, and the one after the last. */
     start: number;
     end: number;

@@ -5,7 +5,7 @@ import { useNotice } from '@/work/notice';
 import { progressDelay } from '@/work/task';
 import { HitList, type Order } from './hitlist';
 
-export type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';
+type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';
 
 /** What of a frame goes into filtering and sorting, in milliseconds. */
 const frameShare = 8;

@@ -21,7 +21,7 @@ function* merge(first: number[], second: number[], compare: Compare): SlicedSort
     return merged;
 }
 
-/** Sorts `added` and merges it into `sorted`, which is sorted already; keeps equal ones in order. */
+/** Sorts `added` and merges it into the sorted `sorted`; keeps equal ones in order. */
 export function* sortInto(sorted: number[], added: number[], compare: Compare): SlicedSort {
     let runs: number[][] = [];
     for (let start = 0; start < added.length; start += runLength) {

@@ -1,15 +1,7 @@
 import type { ServerAnswer } from '@/client';
 
 /** What an answer means, by the name of its text. */
-export type Meaning =
-    | 'good'
-    | 'silent'
-    | 'redirect'
-    | 'access'
-    | 'notFound'
-    | 'client'
-    | 'server'
-    | 'odd';
+type Meaning = 'good' | 'silent' | 'redirect' | 'access' | 'notFound' | 'client' | 'server' | 'odd';
 
 export function meaningOf(answer: ServerAnswer): Meaning {
     if (answer.good) return 'good';

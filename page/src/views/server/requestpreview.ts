@@ -15,7 +15,7 @@ const formFunctions: readonly string[] = knownFunctions.filter(
     (name) => name.endsWith('_FormData') || name === 'SaveDocumentToServer',
 );
 
-export type RequestKind = 'get' | 'post' | 'multipart';
+type RequestKind = 'get' | 'post' | 'multipart';
 
 /** The kind of request that the library sends for a function, by its name alone. */
 export function requestKind(functionName: string): RequestKind {

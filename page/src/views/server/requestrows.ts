@@ -8,7 +8,7 @@ export interface RequestRow {
 }
 
 /** Why a row cannot be sent, by the name of its text; null when it can. */
-export type RowObjection = 'separator' | 'noName';
+type RowObjection = 'separator' | 'noName';
 
 /** Rows travel joined with ":" and ";", so neither side can hold one. */
 export function rowObjection({ name, value }: RequestRow): RowObjection | null {

@@ -13,9 +13,9 @@ const known = {
     'vyr-office-tessaly.desktop': 'integrated',
 } as const;
 
-export type ShortcutFile = keyof typeof known;
+type ShortcutFile = keyof typeof known;
 export type ShortcutName = (typeof known)[ShortcutFile];
-export const shortcutFiles = Object.keys(known) as ShortcutFile[];
+const shortcutFiles = Object.keys(known) as ShortcutFile[];
 
 /** One shortcut for each application, or one for all of them. */
 export type ShortcutSet = 'separate' | 'integrated';

@@ -1,5 +1,5 @@
 /** How a face is asked for in style sheets. */
-export interface FaceStyle {
+interface FaceStyle {
     fontFamily: string;
     fontWeight: number;
     fontStyle: 'normal' | 'italic';

@@ -23,7 +23,7 @@ export interface Row {
     style?: string;
 }
 
-export type Sections = Record<SectionName, Row[]>;
+type Sections = Record<SectionName, Row[]>;
 
 /** "ASKPASS" names a program that asks for a password, and holds none. */
 const secretName = new RegExp(
@@ -98,7 +98,7 @@ export function sectionsOf(snapshot: SystemSnapshot, t: Translate): Sections {
 }
 
 /** Shown instead of a hidden value, also in copied text. */
-export const hiddenMark = '••••••••';
+const hiddenMark = '••••••••';
 
 export function shownValue(row: Row, revealed: ReadonlySet<string>): string {
     return row.secret && !revealed.has(row.label ?? '') ? hiddenMark : row.value;

@@ -16,7 +16,7 @@ export interface Action {
     run: (client: Client) => Promise<Outcome<void>>;
 }
 
-export interface ActionGroup {
+interface ActionGroup {
     name: string;
     actions: Action[];
 }

@@ -1,5 +1,5 @@
 /** Why a key or value cannot be stored, by the name of its text; null when it can. */
-export type Objection = 'emptyKey' | 'dollar' | 'slash' | 'known';
+type Objection = 'emptyKey' | 'dollar' | 'slash' | 'known';
 
 /** Key and value are sent as one text, separated by "$". */
 export function valueObjection(value: string): Objection | null {

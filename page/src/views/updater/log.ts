@@ -1,6 +1,6 @@
 import { matcher } from '@/work/filter';
 
-export interface LogLine {
+interface LogLine {
     /** Counted from 1. */
     number: number;
     text: string;

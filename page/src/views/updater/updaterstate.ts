@@ -55,20 +55,24 @@ export function useUpdater(client: Client) {
         if (outcome.kind !== 'done') {
             fail('updater.log.notCleared', outcome);
         } else if (await readLog()) {
-            if (!log.value) message.value = t('updater.log.cleared');
-            else
+            if (!log.value) {
+                message.value = t('updater.log.cleared');
+            } else {
                 problem.value = {
                     title: t('updater.log.notCleared'),
                     text: t('updater.log.notYours'),
                 };
+            }
         }
     }
 
     async function start(run: TestRun): Promise<void> {
         const outcome = await startTestRun(client, run);
-        if (outcome.kind !== 'done') fail('updater.notStarted', outcome);
-        else if (run !== 'daily' || (await readConfiguration()))
+        if (outcome.kind !== 'done') {
+            fail('updater.notStarted', outcome);
+        } else if (run !== 'daily' || (await readConfiguration())) {
             message.value = t('updater.started');
+        }
     }
 
     const support = computed(() => {

@@ -90,8 +90,9 @@ async function age(seconds) {
     const time = new Date(Date.now() - seconds * 1000);
     for (const name of (await root.list(databaseDirectory)).filter((each) =>
         /\.(db|lock)$/.test(each),
-    ))
+    )) {
         fs.utimesSync(root.hostPath(`${databaseDirectory}/${name}`), time, time);
+    }
 }
 
 describe('with the real plocate', () => {
@@ -233,8 +234,9 @@ describe('with the real plocate', () => {
         const names = await root.list(databaseDirectory);
         expect(names.map((name) => path.extname(name)).sort()).toEqual(['.db', '.lock', '.log']);
         expect((await root.stat(databaseDirectory)).mode & 0o777).toBe(0o700);
-        for (const name of names)
+        for (const name of names) {
             expect((await root.stat(`${databaseDirectory}/${name}`)).mode & 0o777).toBe(0o600);
+        }
         await age(0);
         makeFile('report-unlisted');
         expect(await search('report')).toEqual([`${home}/report`]);

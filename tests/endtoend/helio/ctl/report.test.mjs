@@ -101,8 +101,9 @@ test('a cancelled dialog answers "error" and writes nothing', async () => {
 
 test('a second report of the session is appended without running the tools again', async () => {
     const session = Session.start(root);
-    for (let count = 0; count < 2; ++count)
+    for (let count = 0; count < 2; ++count) {
         await session.send({ command: 'exportsysinfo', choose: ['/tmp/report'] });
+    }
     await session.close();
     const report = await root.readFile('/tmp/report');
     expect(report.length % 2).toBe(0);

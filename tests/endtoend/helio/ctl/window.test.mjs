@@ -92,8 +92,9 @@ describe('closechildwindow', () => {
     });
 
     test('forgets the collection page of its own page only', async () => {
-        for (const page of ['main', 'child'])
+        for (const page of ['main', 'child']) {
             await session.send({ page, command: 'feedbacktovyr', args: { infopage: page } });
+        }
         await session.send({ page: 'child', command: 'closechildwindow' });
         expect(
             (await session.send({ page: 'child', command: 'getcollectionpage' })).result,

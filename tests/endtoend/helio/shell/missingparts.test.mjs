@@ -86,8 +86,9 @@ test('help and version need no display', async () => {
         '--language',
         '--screenshot',
         '--debug-port',
-    ])
+    ]) {
         expect(help.stdout).toContain(option);
+    }
     const version = await ShellProgram.run(suite, null, ['--version']);
     expect(version.status).toBe(0);
     expect(version.stdout).toMatch(/^helio-shell \d+\.\d+/);
@@ -113,6 +114,7 @@ test('no Chromium flags are left in the environment, and root gets one warning',
     const answer = await page.call('stratcheckenv');
     const text = Buffer.from(JSON.stringify(answer), 'utf8').toString();
     expect(text).not.toMatch(/QTWEBENGINE|no-sandbox/);
-    if (process.getuid() === 0)
+    if (process.getuid() === 0) {
         expect(program.stderr.match(/runs without its sandbox/g)).toHaveLength(1);
+    }
 });

@@ -34,10 +34,11 @@ export class ShellProgram {
             stdio: ['ignore', 'pipe', 'pipe'],
         });
         program.#ended = once(program.#child, 'close');
-        for (const name of ['stdout', 'stderr'])
+        for (const name of ['stdout', 'stderr']) {
             program.#child[name].setEncoding('utf8').on('data', (text) => {
                 program[name] += text;
             });
+        }
         return program;
     }
 

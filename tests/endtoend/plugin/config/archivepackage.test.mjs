@@ -220,8 +220,9 @@ describe('suite information', () => {
 
     test('keeps mode and times of all but feature.dat', async () => {
         await pack({ suiteInfo: 'true' });
-        for (const name of ['Office.conf', 'ome.ini', 'product.dat', 'setup.cfg'])
+        for (const name of ['Office.conf', 'ome.ini', 'product.dat', 'setup.cfg']) {
             await expectCopyKept(name, 0o666);
+        }
         const stat = await root.stat(`${archive}/feature.dat`);
         expect(stat.mode & 0o777).toBe(0o644);
         expect(stat.mtime.getFullYear()).toBeGreaterThan(2001);

@@ -96,8 +96,9 @@ test('the listing takes files and links called vyr-office*desktop, at the top on
         'my-vyr-office-a.desktop',
         'VYR-office-a.desktop',
         'sub/vyr-office-b.desktop',
-    ])
+    ]) {
         await root.writeFile(`${desk}/${name}`, '');
+    }
     await root.makeDirectory(`${desk}/vyr-office-folder.desktop`);
     await root.run(['ln', '-s', '/nowhere', `${desk}/vyr-office-link.desktop`]);
     expect(await shortcuts()).toEqual([

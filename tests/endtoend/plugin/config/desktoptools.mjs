@@ -35,8 +35,9 @@ export async function fakeDesktop(root, tools) {
 
 /** A sample of each suffix; under fakeDesktop its content is its type. */
 export async function writeSamples(root, content = typeOf) {
-    for (const suffix of allSuffixes)
+    for (const suffix of allSuffixes) {
         await root.writeFile(`${templates}/vyr${suffix}`, content(suffix));
+    }
 }
 
 /** Sets the fake desktop's default application of a sample's type. */

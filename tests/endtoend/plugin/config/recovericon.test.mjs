@@ -23,8 +23,9 @@ const recover = (mode, path = installed) => runScript(root, 'recovericon.sh', [m
 
 async function install(names = [...separate, integrated]) {
     await root.makeDirectory(`${installed}/desktops`);
-    for (const name of names)
+    for (const name of names) {
         await root.writeFile(`${installed}/desktops/${name}`, name, { mode: 0o644 });
+    }
 }
 
 test('mode other restores the eight separate shortcuts', async () => {
@@ -59,8 +60,9 @@ test('shortcuts are made executable and given to the user', async () => {
 test('the nine known shortcuts are removed first, in their order, and nothing else', async () => {
     await install([]);
     await root.fake('rm', '#!/bin/bash\necho "${@: -1}" >> /fakecalls/rm\nexec /usr/bin/rm "$@"\n');
-    for (const name of [...removed, 'vyr-office-mine.desktop', 'note.txt'])
+    for (const name of [...removed, 'vyr-office-mine.desktop', 'note.txt']) {
         await root.writeFile(`${desktop}/${name}`, 'old');
+    }
     await recover('fusion');
     expect(await root.list(desktop)).toEqual(['note.txt', 'vyr-office-mine.desktop']);
     expect(await root.readFile('/fakecalls/rm')).toBe(

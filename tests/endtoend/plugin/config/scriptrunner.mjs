@@ -18,7 +18,8 @@ export function runScript(root, name, args = [], options = {}) {
 
 /** The lines of a text, which must end with a line feed. */
 export function lines(text) {
-    if (text !== '' && !text.endsWith('\n'))
+    if (text !== '' && !text.endsWith('\n')) {
         throw new Error(`no line feed at the end of ${JSON.stringify(text)}`);
+    }
     return text.split('\n').slice(0, -1);
 }

@@ -29,7 +29,7 @@ export interface Patience {
     between: number;
 }
 
-export const defaultPatience: Patience = { step: 60_000, looks: 10, between: 1000 };
+const defaultPatience: Patience = { step: 60_000, looks: 10, between: 1000 };
 
 /** Null when the answer takes longer; it is then ignored. */
 async function within<Value>(work: Promise<Value>, milliseconds: number): Promise<Value | null> {
@@ -163,5 +163,3 @@ export function useCheckup(client: Client, patience: Patience = defaultPatience)
         },
     };
 }
-
-export type Checkup = ReturnType<typeof useCheckup>;
