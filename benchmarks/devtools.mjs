@@ -3,7 +3,7 @@
 import { end, freePort, Page, start } from 'browser-driver';
 
 /** Connects to the local page whose address is wanted, once its document is complete. */
-export function pageOf(port, isWanted = () => true) {
+export function pageOf(port, isWanted = (url) => url !== '') {
     return Page.attach(port, (url) => url.startsWith('file:') && isWanted(url), {
         timeoutMs: 30_000,
     });

@@ -33,7 +33,11 @@ const oftenUsed = (place) => [
     `${place.home}/.config/Orvane`,
 ];
 
-/** Commands that have finished their work when they answer, and what each runs. */
+/**
+ * Commands that have finished their work when they answer, and what each runs.
+ *
+ * @returns {[string, number, string, object?][]}
+ */
 function answeredListings(place) {
     const template = `${place.office}/asso_template`;
     const often = oftenUsed(place);
@@ -85,6 +89,7 @@ async function secondsUntilLines(file, count, start) {
 async function permissionFigures(place, session) {
     const often = oftenUsed(place);
     const file = `${place.home}/permissions.txt`;
+    /** @type {[string, string[], string[]][]} */
     const listings = [
         ['exportoftenfileperm', [], often],
         ['exportspecialfileperm', [often[0]], [often[0]]],

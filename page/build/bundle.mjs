@@ -15,7 +15,7 @@ const target = 'chrome87';
  * expressions under which it does.
  */
 export async function bundle({ name, entry, globalName, globals = {} }) {
-    const [{ output }] = await build({
+    const built = await build({
         root: pageDirectory,
         configFile: false,
         publicDir: false,
@@ -49,12 +49,14 @@ export async function bundle({ name, entry, globalName, globals = {} }) {
             rollupOptions: { external: Object.keys(globals), output: { globals, extend: false } },
         },
     });
+    // A library in one format gives a list of one.
+    const [{ output }] = /** @type {import('vite').Rollup.RollupOutput[]} */ (built);
     const chunk = output.find((item) => item.type === 'chunk');
     const style = output.find((item) => item.type === 'asset' && item.fileName.endsWith('.css'));
     return {
         name,
         script: chunk.code,
-        style: style ? String(style.source) : '',
+        style: style?.type === 'asset' ? String(style.source) : '',
         imports: chunk.imports,
         modules: Object.keys(chunk.modules),
     };

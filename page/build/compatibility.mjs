@@ -3,6 +3,8 @@ import postcss from 'postcss';
 /**
  * What the embedded Chromium 87 lacks and a build for it does not translate, as patterns over
  * minified scripts. A name that the foundation script provides is not listed here.
+ *
+ * @type {[string, RegExp][]}
  */
 const absentFromScripts = [
     ['structuredClone', /\bstructuredClone\(/],
@@ -22,6 +24,7 @@ const absentFromScripts = [
     ['evaluated text', /\bnew Function\(|[^.\w$]eval\(/],
 ];
 
+/** @type {[string, RegExp][]} */
 const absentSelectors = [
     [':is()', /:is\(/],
     [':where()', /:where\(/],
@@ -49,6 +52,7 @@ const absentProperties = [
 
 const absentAtRules = ['container', 'layer', 'scope', 'starting-style'];
 
+/** @type {[string, RegExp, RegExp?][]} */
 const absentValues = [
     ['color-mix()', /\bcolor-mix\(/],
     ['dynamic viewport units', /\b\d+(\.\d+)?[dsl]v[hw]\b/],

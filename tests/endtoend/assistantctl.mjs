@@ -19,6 +19,7 @@ function commandLineArgument([name, value]) {
     return typeof value === 'string' ? `${name}=${value}` : `${name}:=${JSON.stringify(value)}`;
 }
 
+/** @param {Record<string, any>} options */
 function commandLineOptions({ page, choose = [], wait, until, open, trace, pretty }) {
     const options = [];
     if (page !== undefined) options.push('--page', page);
@@ -40,6 +41,8 @@ export async function runAssistant(root, args, options = {}) {
  * Sends one command from the command line: {status, events, answer, stderr}; answer is the answer
  * event, undefined when there was none. Strings go as NAME=VALUE, other values as NAME:=JSON.
  * options are those of the program by name (choose is a list) and env, directory, timeoutMs.
+ *
+ * @param {Record<string, any>} options
  */
 export async function runCommand(root, command, args = {}, options = {}) {
     const { env, directory, timeoutMs = timeout, ...programOptions } = options;
@@ -82,7 +85,7 @@ export class Session {
     events = [];
 
     /** Starts a session in the root; trace: false leaves out the trace events. */
-    static start(root, { trace = true, env, directory } = {}) {
+    static start(root, { trace = true, env = undefined, directory = undefined } = {}) {
         return new Session(root, trace, { env, directory });
     }
 

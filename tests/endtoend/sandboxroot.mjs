@@ -104,7 +104,7 @@ export class SandboxRoot {
         throw new Error(`${inside} is not in a private directory of the sandbox`);
     }
 
-    async writeFile(inside, content, { mode } = {}) {
+    async writeFile(inside, content, { mode = undefined } = {}) {
         const host = this.hostPath(inside);
         fs.mkdirSync(path.dirname(host), { recursive: true });
         this.#boundFiles.delete(path.posix.normalize(inside));
@@ -113,6 +113,7 @@ export class SandboxRoot {
         if (mode !== undefined) fs.chmodSync(host, mode);
     }
 
+    /** @param {BufferEncoding | null} encoding */
     async readFile(inside, encoding = 'utf8') {
         return fs.readFileSync(this.hostPath(inside), encoding);
     }
@@ -181,8 +182,11 @@ exit ${status}
     }
 
     /** Runs a command to its end: {status, signal, stdout, stdoutBytes, stderr}. */
-    async run(command, { input = '', timeoutMs = defaultTimeout, ...options } = {}) {
-        const started = this.spawn(command, options);
+    async run(
+        command,
+        { input = '', timeoutMs = defaultTimeout, env = undefined, directory = undefined } = {},
+    ) {
+        const started = this.spawn(command, { env, directory });
         started.endInput(input);
         try {
             return await started.waitForExit(timeoutMs);

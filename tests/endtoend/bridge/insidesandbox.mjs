@@ -29,7 +29,7 @@ const listen = `void ${JSON.stringify(callbacks)}.forEach((name) => {
 })`;
 
 /** Writes a file that the command waits for, or waits for a file that it writes or removes. */
-async function bringAbout({ write, file, gone }) {
+async function bringAbout({ write = '', file = undefined, gone = '' }) {
     if (write) fs.writeFileSync(write, 'x');
     if (file) {
         const [name, text] = file;

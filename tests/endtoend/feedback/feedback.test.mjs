@@ -22,8 +22,8 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const pack = (args = {}, { choose = [target], ...options } = {}) =>
-    runCommand(root, 'archivepackage', args, { choose, trace: true, ...options });
+const pack = (args = {}, options = {}) =>
+    runCommand(root, 'archivepackage', args, { choose: [target], trace: true, ...options });
 const started = (end) => end.events.find(({ type }) => type === 'started');
 
 /** Names in the archive, without their directory. */

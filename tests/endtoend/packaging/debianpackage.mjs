@@ -14,8 +14,8 @@ export const canBuildPackage =
     process.env.SUITE_DIR === undefined || fs.existsSync(path.join(build, 'CPackConfig.cmake'));
 
 /** What a program prints. The test runner would give up a process that blocks for a minute. */
-async function outputOf(program, args, options) {
-    const { stdout } = await promisify(execFile)(program, args, { timeout: 240_000, ...options });
+async function outputOf(program, args, { cwd = undefined } = {}) {
+    const { stdout } = await promisify(execFile)(program, args, { timeout: 240_000, cwd });
     return stdout;
 }
 

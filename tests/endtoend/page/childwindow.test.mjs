@@ -8,7 +8,8 @@ const shared = viewTests();
 
 /** Waits until the newer one of the two windows has the keyboard focus. */
 async function focusedView() {
-    const [, child] = (await shared.display.windowCount(2)).sort((one, other) => one - other);
+    const ids = await shared.display.windowCount(2);
+    const [, child] = ids.sort((one, other) => Number(one) - Number(other));
     await shared.display.focused(child);
 }
 

@@ -11,7 +11,7 @@ const usableControls = 'button, a[href], input, textarea, select, [role="tab"], 
 /** A view of the application as its user sees it: names of controls, and texts. */
 export class ViewPage extends ShellPage {
     /** Clicks the control of that name with the mouse; `within`: a text beside it. */
-    async press(name, { within = null, timeoutMs } = {}) {
+    async press(name, { within = null, timeoutMs = undefined } = {}) {
         const place =
             within === null ? this : this.locator('li, section', { hasText: within, nth: -1 });
         await place.locator(usableControls, { named: name }).click({ timeoutMs });

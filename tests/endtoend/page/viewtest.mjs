@@ -14,7 +14,11 @@ export const patience = { timeoutMs: 90_000 };
 
 /** The display that the tests of one file share; every test has a suite and a home of its own. */
 export function viewTests() {
-    const shared = { display: null, suite: null, program: null };
+    const shared = {
+        display: /** @type {VirtualDisplay} */ (null),
+        suite: /** @type {ScratchSuite} */ (null),
+        program: /** @type {ShellProgram} */ (null),
+    };
     let scratch;
 
     beforeAll(async () => {
@@ -38,7 +42,7 @@ export function viewTests() {
     });
 
     /** Starts the application; gives its home page. */
-    shared.home = async ({ env } = {}) => {
+    shared.home = async ({ env = {} } = {}) => {
         // The scripts use /home/$USER as the home directory and ignore HOME.
         const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(

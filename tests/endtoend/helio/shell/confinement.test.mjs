@@ -42,6 +42,7 @@ async function expectStillHome() {
     expect(remote.connections).toBe(0);
 }
 
+/** @type {[string, () => string][]} */
 const addresses = [
     ['a remote address', () => `http://${remote.place}/`],
     ['a remote address by name', () => 'https://example.invalid/'],

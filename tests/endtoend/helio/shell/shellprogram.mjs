@@ -86,10 +86,10 @@ export class ShellProgram {
     }
 
     async waitForExit() {
-        const ended = this.#ended.then(([status, signal]) => ({ status, signal }));
+        /** @type {object} */
         let result = null;
-        ended.then((value) => {
-            result = value;
+        this.#ended.then(([status, signal]) => {
+            result = { status, signal };
         });
         await waitFor(() => result, { timeoutMs: longestEnd, what: 'the end of helio-shell' });
         return { ...result, stdout: this.stdout, stderr: this.stderr };

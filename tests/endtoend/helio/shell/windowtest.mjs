@@ -7,7 +7,12 @@ import { VirtualDisplay } from './virtualdisplay.mjs';
 
 /** The display and the suite that the tests of one file share; programs end with their test. */
 export function windowTests() {
-    const shared = { display: null, suite: null, start: null, reloadByKey: null };
+    const shared = {
+        display: /** @type {VirtualDisplay} */ (null),
+        suite: /** @type {ScratchSuite} */ (null),
+        start,
+        reloadByKey,
+    };
     const programs = [];
 
     beforeAll(async () => {
@@ -25,14 +30,14 @@ export function windowTests() {
     });
 
     /** Starts the window program. */
-    shared.start = async (args, options) => {
+    async function start(args, options) {
         const program = await ShellProgram.start(shared.suite, shared.display, args, options);
         programs.push(program);
         return program;
-    };
+    }
 
     /** Presses the notice's focused button until the page is back. */
-    shared.reloadByKey = async (program, window) => {
+    async function reloadByKey(program, window) {
         await shared.display.focused(window);
         const page = await waitFor(
             async () => {
@@ -43,6 +48,6 @@ export function windowTests() {
         );
         await page.until('Boolean(window.helio)');
         return page;
-    };
+    }
     return shared;
 }

@@ -235,7 +235,7 @@ describe('suite information', () => {
             `${resources}/cfgs/${name}`,
             name === 'ome.ini' ? 'file:oem.ini' : `file:${name}`,
         ]),
-    ])('a missing %s is left out alone', async (name, path, line) => {
+    ])('a missing %s is left out alone', async (_, path, line) => {
         await root.remove(path);
         await pack({ suiteInfo: 'true' });
         const noted = lines(await describeFile()).slice(3);

@@ -4,9 +4,9 @@ import path from 'node:path';
 
 import { expect, test } from 'vitest';
 
-import { scriptNames } from '../../paths.mjs';
+import { scriptsDirectory } from '../../paths.mjs';
 
-const NAMES = [
+const scriptNames = [
     'archivepackage.sh',
     'assocheck.sh',
     'desktopcheck.sh',
@@ -22,22 +22,22 @@ const NAMES = [
 ];
 
 const onDisk = fs
-    .readdirSync(scriptNames)
+    .readdirSync(scriptsDirectory)
     .filter((name) => name.endsWith('.sh'))
     .sort();
 
 test('the twelve scripts and no other are in the resource list', () => {
-    const list = fs.readFileSync(path.join(scriptNames, 'config.qrc'), 'utf8');
+    const list = fs.readFileSync(path.join(scriptsDirectory, 'config.qrc'), 'utf8');
     const named = [...list.matchAll(/<file>(.*)<\/file>/g)].map(([, name]) => name);
-    expect(named.sort()).toEqual(NAMES);
+    expect(named.sort()).toEqual(scriptNames);
     expect(list).toContain('prefix="/config"');
-    expect(onDisk).toEqual(NAMES);
+    expect(onDisk).toEqual(scriptNames);
 });
 
-test.each(NAMES)('%s is a bash script', (name) => {
-    expect(fs.readFileSync(path.join(scriptNames, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
+test.each(scriptNames)('%s is a bash script', (name) => {
+    expect(fs.readFileSync(path.join(scriptsDirectory, name), 'utf8')).toMatch(/^#!\/bin\/bash\n/);
 });
 
 test('shellcheck finds nothing', () => {
-    execFileSync('shellcheck', onDisk, { cwd: scriptNames, encoding: 'utf8' });
+    execFileSync('shellcheck', onDisk, { cwd: scriptsDirectory, encoding: 'utf8' });
 });
