@@ -48,7 +48,7 @@ export default typescript.config(
         rules: { 'no-undef': 'off' }, // the compiler knows every name
     },
     {
-        files: ['page/tests/browser/**', 'page/src/**'],
+        files: ['page/tests/browser/**', 'page/src/**', 'tests/browser/inpage.mjs'],
         languageOptions: { globals: globals.browser },
     },
     {

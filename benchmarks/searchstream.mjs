@@ -66,7 +66,7 @@ function streamOnce(shell, env) {
         await page.reload();
         await page.evaluate(startSearch);
         const { longest, text } = await page.evaluate(streamHits);
-        if (!text.includes(`${hitCount.toLocaleString('en')} found`))
+        if (!text.includes(`${hitCount.toLocaleString('en')} found`)) {
             throw new Error(`not all hits have arrived: ${text}`);
         }
         return longest;

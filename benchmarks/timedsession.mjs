@@ -24,7 +24,7 @@ export class TimedSession {
         });
     }
 
-    /** Sends a command; gives the line with that text and the seconds to it and to the first hit. */
+    /** Sends a command; gives the line with that text and the seconds to it and the first hit. */
     async secondsUntil(request, text) {
         const begin = process.hrtime.bigint();
         const elapsed = () => Number(process.hrtime.bigint() - begin) / 1e9;

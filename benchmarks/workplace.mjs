@@ -16,8 +16,9 @@ export class Workplace {
         this.office = `${this.directory}/suite/office`;
         mkdirSync(`${this.home}/.local/share/Orvane`, { recursive: true, mode: 0o700 });
         cpSync(suite, `${this.directory}/suite`, { recursive: true });
-        for (const name of readdirSync(`${this.office}/asso_template`))
+        for (const name of readdirSync(`${this.office}/asso_template`)) {
             writeFileSync(`${this.office}/asso_template/${name}`, 'sample');
+        }
         // The scripts look for the desktop below /home/$USER.
         this.env = {
             ...process.env,

@@ -1,5 +1,6 @@
-// Checks that every include and import goes where the table of rooms in docs/architecture.md allows, that no
-// folders include each other in a circle, and that no folder has more files than a reader can take in.
+// Checks that every include and import goes where the table of rooms in docs/architecture.md
+// allows, that no folders include each other in a circle, and that no folder has more files than a
+// reader can take in.
 import { execFileSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
 import path from 'node:path';

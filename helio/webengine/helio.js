@@ -1,11 +1,12 @@
-// Gives the page access to the shell as window.helio. Runs after qwebchannel.js and before the page's
-// own scripts. The shell replaces HELIO_SETTINGS by its settings.
+// Gives the page access to the shell as window.helio. Runs after qwebchannel.js and before the
+// page's own scripts. The shell replaces HELIO_SETTINGS by its settings.
 (function (settings) {
     'use strict';
 
     function isPageOfTheShell() {
-        if (window.top !== window || location.protocol !== 'file:')
+        if (window.top !== window || location.protocol !== 'file:') {
             return false;
+        }
         try {
             return decodeURIComponent(location.pathname).startsWith(settings.pageDirectory);
         } catch {
@@ -13,8 +14,9 @@
         }
     }
 
-    if (!isPageOfTheShell())
+    if (!isPageOfTheShell()) {
         return;
+    }
 
     // Unique, because answers to an earlier document's calls may still arrive.
     const answerPrefix = `helioAnswer${Date.now().toString(36)}_`;

@@ -78,10 +78,7 @@ function offeredBy(modules) {
     return modules.flatMap((module) => tool.exec(module)?.[1] ?? []);
 }
 
-/**
- * The file with all licence notices, and the script that shows it: a local page can read another file
- * in no other way.
- */
+/** The file with all licence notices, and the script that brings it into the About view. */
 async function addNotices(files, modules, version) {
     const notices = await collectNotices(licence, modules);
     files.set('notices.txt', notices);

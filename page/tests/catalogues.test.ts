@@ -4,7 +4,6 @@ import { fileURLToPath } from 'node:url';
 import { parse, type TemplateChildNode } from '@vue/compiler-dom';
 import { parse as parseComponent } from '@vue/compiler-sfc';
 import { describe, expect, it } from 'vitest';
-// @ts-expect-error The build's own scripts are plain JavaScript.
 import { textsIn, textsOfViews } from '../build/texts.mjs';
 
 const source = join(dirname(fileURLToPath(import.meta.url)), '../src');

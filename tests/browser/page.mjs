@@ -68,8 +68,9 @@ export class Page {
             this.#client.Runtime.evaluate(request),
             expression.slice(0, 200),
         );
-        if (exceptionDetails)
+        if (exceptionDetails) {
             throw new Error(exceptionDetails.exception?.description ?? exceptionDetails.text);
+        }
         return result.value;
     }
 
@@ -109,9 +110,11 @@ export class Page {
     async clickAt(place, { clicks = 1 } = {}) {
         const { Input } = this.#client;
         await Input.dispatchMouseEvent({ type: 'mouseMoved', ...place });
-        for (let clickCount = 1; clickCount <= clicks; clickCount += 1)
-            for (const type of ['mousePressed', 'mouseReleased'])
+        for (let clickCount = 1; clickCount <= clicks; clickCount += 1) {
+            for (const type of ['mousePressed', 'mouseReleased']) {
                 await Input.dispatchMouseEvent({ type, ...place, button: 'left', clickCount });
+            }
+        }
     }
 
     /** Opens a file or address and waits until it is loaded. */
@@ -146,8 +149,9 @@ export class Page {
             this.complaints.push(exception?.description ?? text),
         );
         Runtime.consoleAPICalled(({ type, args }) => {
-            if (['error', 'warning'].includes(type))
+            if (['error', 'warning'].includes(type)) {
                 this.complaints.push(args.map(textOf).join(' '));
+            }
         });
         Log.entryAdded(({ entry: { level, text } }) => {
             if (['error', 'warning'].includes(level)) this.complaints.push(text);
@@ -155,7 +159,7 @@ export class Page {
         await Promise.all([Log.enable(), Runtime.enable()]);
     }
 
-    /** Lets the page's timers see that much time pass at once; its clock stands still afterwards. */
+    /** Lets that much time pass at once for the page's timers; its clock then stands still. */
     async advanceTime(milliseconds) {
         const { Emulation } = this.#client;
         const passed = Emulation.virtualTimeBudgetExpired();

@@ -57,8 +57,8 @@ const notices = {
     { callback: CallbackName; decode: (result: unknown) => unknown }
 >;
 
-type NoticeName = keyof typeof notices;
-type Notice<Name extends NoticeName> = ReturnType<(typeof notices)[Name]['decode']>;
+export type NoticeName = keyof typeof notices;
+export type Notice<Name extends NoticeName> = ReturnType<(typeof notices)[Name]['decode']>;
 
 /** The page functions that the library calls; `target` is the window outside tests. */
 export type NoticeTarget = Partial<Record<CallbackName, (envelope: Envelope) => void>>;

@@ -4,12 +4,12 @@ import { failureText, useTexts } from '../frame/texts';
 import { useTask } from './task';
 
 /** A failure as FailureNotice shows it. */
-export interface Problem {
+interface Problem {
     title: string;
     text: string;
 }
 
-export interface Turns<Name extends string> {
+interface Turns<Name extends string> {
     /** What came of the last action, in a sentence. */
     message: Ref<string>;
     /** Why the last action failed. */

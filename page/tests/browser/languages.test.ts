@@ -1,6 +1,5 @@
 import { describe, expect, it } from 'vitest';
 import frame from '@/frame/texts.en.json';
-// @ts-expect-error The build's own scripts are plain JavaScript.
 import { textsOfViews } from '../../build/texts.mjs';
 import { allScenes } from './allscenes';
 import { play, useBrowser } from './playing';

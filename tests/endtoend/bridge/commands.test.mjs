@@ -63,8 +63,9 @@ beforeAll(async () => {
     await installSuite();
     await fillHome();
     root.bind(fs.realpathSync(process.execPath), '/repository/node');
-    for (const name of ['node_modules', 'tests/browser', 'tests/endtoend'])
+    for (const name of ['node_modules', 'tests/browser', 'tests/endtoend']) {
         root.bind(path.join(repository, name), `/repository/${name}`);
+    }
     run = await root.run(
         [
             '/repository/node',

@@ -64,7 +64,9 @@ class Pages {
     }
 
     /** Sends one command and waits for its effects; gives {envelope, told}. */
-    async send({ page: name = homeView, command, args = {}, choose = [], callback, ends, ...effects }) {
+    async send(step) {
+        const { page: name = homeView, command, args = {}, choose = [], callback } = step;
+        const { ends, ...effects } = step;
         const page = await this.#page(name);
         const listener = await this.#page(callback?.page ?? name);
         await listener.evaluate('void (window.told = [])');

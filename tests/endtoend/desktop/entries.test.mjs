@@ -22,7 +22,9 @@ afterEach(async () => root.dispose());
 const valueOf = (entry, key) => entry.match(new RegExp(`^${key}=(.*)$`, 'm'))?.[1];
 
 test('there are nine, which a validator accepts without warnings', async () => {
-    expect(Object.keys(suiteEntries())).toEqual(entryNames.map((name) => `vyr-office-${name}.desktop`));
+    expect(Object.keys(suiteEntries())).toEqual(
+        entryNames.map((name) => `vyr-office-${name}.desktop`),
+    );
     for (const name of entryNames) {
         const end = await root.run([
             'desktop-file-validate',

@@ -191,7 +191,9 @@ document.save('/tmp/REPORT.DOCX')`,
 test('the own formats name their type and hold their text', async () => {
     const { stdout } = await root.run(['unzip', '-p', `${folder}/vyr.shtx`, 'mimetype']);
     expect(stdout).toBe('application/vyr-office.shtx');
-    expect(await output(['unzip', '-p', `${folder}/vyr.shtx`, 'content.xml'])).toContain(sampleText);
+    expect(await output(['unzip', '-p', `${folder}/vyr.shtx`, 'content.xml'])).toContain(
+        sampleText,
+    );
     // The type must be at a fixed place near the start, where type detection looks for it.
     const start = fs.readFileSync(root.hostPath(path.join(folder, 'vyr.vyr'))).subarray(30, 60);
     expect(start.toString()).toBe('mimetypeapplication/vyr-office');

@@ -31,7 +31,8 @@ beforeEach(async () => {
 
 afterEach(async () => root.dispose());
 
-const check = (args) => runCommand(root, 'vyrenvcheck', args, { page: 'child', until: endCallback });
+const check = (args) =>
+    runCommand(root, 'vyrenvcheck', args, { page: 'child', until: endCallback });
 const held = () => waitFor(() => root.exists('/home/user/runs'), { what: 'the tool' });
 const release = () => root.writeFile('/home/user/go', '');
 

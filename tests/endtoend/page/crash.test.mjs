@@ -26,7 +26,12 @@ test('a dump that another process writes is shown, and deleting asks first', asy
     fs.mkdirSync(shared.inHome(dumpDirectory), { recursive: true });
     const { view } = await shared.open('crash');
     await view.shows(texts.dumps.noneText, patience);
-    execFileSync('sh', ['-c', 'echo dump > "$1"', 'sh', shared.inHome(dumpDirectory, 'vyr_17.dmp')]);
+    execFileSync('sh', [
+        '-c',
+        'echo dump > "$1"',
+        'sh',
+        shared.inHome(dumpDirectory, 'vyr_17.dmp'),
+    ]);
     await view.shows('The suite has just left a crash dump', patience);
     await view.shows(texts.dumps.someText, patience);
 

@@ -23,7 +23,7 @@ test('the suite’s own program reports the fonts that a document lacks', async 
 test('a document whose path contains spaces is checked as well', async () => {
     const letter = shared.writeInHome('my letter.doc', letterSource);
     const { view } = await shared.open('missingfonts');
-    await view.press(TEXTS.common.chooseDocument);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', letter);
     await view.shows('Nowhere Installed Serif', patience);
 });
@@ -31,7 +31,7 @@ test('a document whose path contains spaces is checked as well', async () => {
 test('a document of another type is refused with a message', async () => {
     const picture = shared.writeInHome('picture.png', 'no document');
     const { view } = await shared.open('missingfonts');
-    await view.press(TEXTS.common.chooseDocument);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', picture);
     await view.shows(texts.wrongType, patience);
 });

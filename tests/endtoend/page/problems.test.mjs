@@ -53,7 +53,7 @@ test('a document with a wrong layout is chosen, opened and passed on to feedback
 test('a deleted document is reported with a message', async () => {
     const report = shared.writeInHome('report.docx', 'a report');
     const { view } = await shared.open('layout');
-    await view.press(TEXTS.common.chooseDocument);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', report);
     await view.shows(layout.chosen, patience);
     fs.rmSync(report);
@@ -66,14 +66,14 @@ test('a document is printed to a PDF, which is shown and passed on to feedback',
     shared.writeInOffice(toolName, printer, { mode: 0o755 });
     const report = shared.writeInHome('report.xlsx', 'a table');
     const { view } = await shared.open('print');
-    await view.press(TEXTS.common.chooseDocument);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', report);
     await view.shows(print.printed, patience);
     await opened('report.pdf');
     expect(fs.readFileSync(shared.inHome('toolcalls'), 'utf8')).toBe(`print|tbl|${report}|`);
     await view.press(print.verdicts.wrong);
     await view.shows(print.advice.wrong);
-    await view.press(TEXTS.common.feedback);
+    await view.press(pageTexts.common.feedback);
     const files = await sendFeedback('print', 'report.xlsx');
     expect(files.get('report.xlsx')).toBe('a table');
 });
@@ -82,7 +82,7 @@ test('a suite that prints nothing is reported with what to do', async () => {
     fs.rmSync(path.join(shared.suite.office, toolName), { force: true });
     shared.writeInOffice(toolName, '#!/bin/sh\nexit 3\n', { mode: 0o755 });
     const { view } = await shared.open('print');
-    await view.press(TEXTS.common.chooseDocument);
+    await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', shared.writeInHome('report.docx', 'x'));
     await view.shows(print.notPrinted, patience);
 });

@@ -149,7 +149,7 @@ describe('finds, and tells the page,', () => {
         expect(value.split('\n').filter((each) => each.startsWith(line))).toHaveLength(1);
         expect(value).toMatch(/^✘ (One problem was|\d+ problems were) found\.\n/);
         // The free space of the home directory varies.
-        if (check !== 'space')
+        if (check !== 'space') {
             expect((await tool([check, 'vyr', ''], { env })).stdout).toBe(`${value}\n`);
         }
     });

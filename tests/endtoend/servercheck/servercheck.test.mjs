@@ -179,7 +179,9 @@ test('the answer after the redirect decides', async () => {
 });
 
 test('a redirect to an invalid address is neither followed nor a failure', async () => {
-    expect(await server.test({ urlpath: `${plainServer}/invalid`, funcname: open })).toBe('success');
+    expect(await server.test({ urlpath: `${plainServer}/invalid`, funcname: open })).toBe(
+        'success',
+    );
     expect(await server.requests()).toEqual([]);
 });
 

@@ -53,8 +53,9 @@ export async function setAllDefaults(root, entryOf) {
 export async function installRealDesktop(root) {
     // Other types claim some of the suffixes too. The desktop prefers the one with the highest
     // weight that fits the content, and the samples are text.
-    const types = allSuffixes.map(
-        (suffix) => `    <mime-type type="${typeOf(suffix)}">
+    const types = allSuffixes
+        .map(
+            (suffix) => `    <mime-type type="${typeOf(suffix)}">
         <comment>suite document</comment>
         <sub-class-of type="text/plain"/>
         <glob pattern="*${suffix}" weight="90"/>
