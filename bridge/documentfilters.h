@@ -10,7 +10,7 @@ struct SuiteApplication;
 /// The documents of @p application as patterns of a file dialog.
 QString patternsOf(const SuiteApplication &application);
 
-/// patternsOf(spreadsheet()) in another order, which two of the three dialogs have always shown.
+/// patternsOf(spreadsheet()) in the order that two of the three dialogs show.
 QString reorderedSpreadsheetPatterns();
 
 /// A file dialog's filter entry: no blank stands between label and patterns.

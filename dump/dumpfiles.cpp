@@ -56,7 +56,7 @@ QString newestDumpPath()
 bool hasRecentStamp(const QDateTime &created, const QDateTime &now)
 {
     // The past is negative, so old dumps count, too: the crash view offers them. The difference has
-    // 32 bits, as ever. An unknown time counts as now.
+    // 32 bits. An unknown time counts as now.
     return static_cast<qint32>(now.secsTo(created)) < freshnessSeconds;
 }
 
