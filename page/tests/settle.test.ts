@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import type { Outcome } from '@/client';
-import { readUntilSettled } from '@/work/settle';
+import { readUntilSettled } from '@/tasks/settle';
 
 /** Reads these values one after the other, the last one again and again. */
 async function settleOn(values: (number | Outcome<number>)[], stillReadings = 3, most = 10) {

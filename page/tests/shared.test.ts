@@ -1,8 +1,8 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Outcome } from '@/client';
-import { matcher } from '@/work/filter';
+import { matcher } from '@/tasks/filter';
 import { defaults, languageOf, parsePreferences, themeOf } from '@/frame/preferences';
-import { useTask } from '@/work/task';
+import { useTask } from '@/tasks/task';
 import { textPieces, visibleText } from '@/parts/visibletext';
 
 describe('visible text', () => {

@@ -1,6 +1,6 @@
 import { computed, ref, shallowRef } from 'vue';
 import type { CheckFinding, Client, Outcome } from '@/client';
-import { progressDelay } from '@/work/task';
+import { progressDelay } from '@/tasks/task';
 import { answers, type CheckRequest } from './checks';
 
 /** After this many milliseconds without a finding, waiting for it can be given up. */

@@ -1,5 +1,5 @@
 import type { Feedback, FeedbackOrigin } from '@/client';
-import { feedbackOrigins, type FeedbackOriginName } from '@/work/handover';
+import { feedbackOrigins, type FeedbackOriginName } from '@/tasks/handover';
 
 /** What feedback can be about; support sorts by these words. */
 export const categories = ['crash', 'layout', 'print', 'font', 'input', 'update', 'other'] as const;

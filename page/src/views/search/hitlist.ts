@@ -1,5 +1,5 @@
 import type { SearchHit } from '@/client';
-import { matcher } from '@/work/filter';
+import { matcher } from '@/tasks/filter';
 import { sortInto, type Compare, type SlicedSort } from './slicedsort';
 
 export const orders = ['found', 'name', 'folder'] as const;

@@ -1,8 +1,8 @@
 import { onBeforeUnmount, ref, shallowRef, watch } from 'vue';
 import type { Client, Failure } from '@/client';
 import { useTexts } from '@/frame/texts';
-import { useNotice } from '@/work/notice';
-import { progressDelay } from '@/work/task';
+import { useNotice } from '@/tasks/notice';
+import { progressDelay } from '@/tasks/task';
 import { HitList, type Order } from './hitlist';
 
 type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';

@@ -1,4 +1,4 @@
-import { matcher } from '@/work/filter';
+import { matcher } from '@/tasks/filter';
 
 interface LogLine {
     /** Counted from 1. */

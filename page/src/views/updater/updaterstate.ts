@@ -1,6 +1,6 @@
 import { computed, ref, shallowRef } from 'vue';
 import type { Client } from '@/client';
-import { useTurns } from '@/work/turns';
+import { useTurns } from '@/tasks/turns';
 import { useTexts } from '@/frame/texts';
 import { startTestRun, type TestRun } from './testruns';
 

@@ -10,7 +10,7 @@ import {
 } from './finding';
 import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
 import { diagnoses, repairs } from './steps';
-import { pause } from '@/work/settle';
+import { pause } from '@/tasks/settle';
 
 /** The state of one diagnosis; "tooLate": the check-up stopped waiting for it. */
 export type StepState =
