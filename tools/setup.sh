@@ -48,21 +48,27 @@ install_packages() {
         apt-get install --yes --quiet=2 --no-install-recommends "${missing[@]}" >&2
 }
 
+warnings_are_fatal() {
+    grep --quiet '^ASSISTANT_WERROR:BOOL=TRUE$' build/CMakeCache.txt 2> /dev/null
+}
+
 # build PRESET TARGET...
-# `default` and `dev` share a directory, so that ./run has nothing to build after ./test. `default` takes
-# it as it is; `dev` makes warnings fatal where they are not.
+# `default` and `dev` share a directory, so that ./run has nothing to build after ./test. `dev` makes
+# warnings fatal; `default` takes the directory as it is and lets them pass where they stop it.
 build() {
-    local preset=$1
+    local preset=$1 targets=()
     shift
+    [ $# -eq 0 ] || targets=(--target "$@")
     case $preset in
         default) [ -f build/build.ninja ] || cmake --preset default >&2 ;;
-        dev)
-            grep --quiet '^ASSISTANT_WERROR:BOOL=TRUE$' build/CMakeCache.txt 2> /dev/null \
-                || cmake --preset dev >&2
-            ;;
+        dev) warnings_are_fatal || cmake --preset dev >&2 ;;
         *) [ -f "build-$preset/build.ninja" ] || cmake --preset "$preset" >&2 ;;
     esac
-    cmake --build --preset "$preset" ${1:+--target "$@"} >&2
+    cmake --build --preset "$preset" "${targets[@]}" >&2 && return
+    [ "$preset" = default ] && warnings_are_fatal || return
+    say "Building again, without stopping at warnings."
+    cmake --preset default -DASSISTANT_WERROR=FALSE >&2
+    cmake --build --preset default "${targets[@]}" >&2
 }
 
 # with_virtual_display COMMAND...: runs COMMAND on an X server of its own.
