@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFileDialog>
+#include <QJsonObject>
 
 #include "bridge/answer.h"
 #include "bridge/documentfilters.h"
@@ -59,4 +60,19 @@ void KVyrAssistantToolAPI::archivepackage(KxWebViewJSContext &context)
     if (!path.isEmpty())
         startArchive(requestOf(context, path), KToolManager::instance().infoHelp);
     answerChoice(context, path);
+}
+
+void KVyrAssistantToolAPI::feedbacktovyr(KxWebViewJSContext &context)
+{
+    m_collectionPage = textArgument(context, QStringLiteral("infopage"));
+}
+
+void KVyrAssistantToolAPI::getcollectionpage(KxWebViewJSContext &context)
+{
+    QJsonObject page{{QStringLiteral("page"), m_collectionPage}};
+    if (m_collectionPage == QLatin1String("layout"))
+        page.insert(QStringLiteral("file"), m_layoutProblemFile);
+    else if (m_collectionPage == QLatin1String("print"))
+        page.insert(QStringLiteral("file"), m_printProblemFile);
+    setResult(context, page);
 }

@@ -1,5 +1,6 @@
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QUrl>
 
 #include "bridge/answer.h"
@@ -83,4 +84,16 @@ void KVyrAssistantToolAPI::stratcheckenv(KxWebViewJSContext &context)
 void KVyrAssistantToolAPI::stratextractfileinfo(KxWebViewJSContext &context)
 {
     setResult(context, KToolManager::instance().infoHelp.extractFileInfo());
+}
+
+void KVyrAssistantToolAPI::addconfigfile(KxWebViewJSContext &context)
+{
+    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"));
+    const QFileInfo file(path);
+    if (path.isEmpty() || !file.exists()) {
+        setResult(context, resultError());
+        return;
+    }
+    KToolManager::instance().infoHelp.addOftenFile(file.fileName(), path);
+    setResult(context, resultSuccess());
 }

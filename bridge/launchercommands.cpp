@@ -1,9 +1,6 @@
 #include <QClipboard>
 #include <QEventLoop>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QGuiApplication>
-#include <QJsonObject>
 #include <QPointer>
 #include <QTimer>
 
@@ -84,31 +81,4 @@ void KVyrAssistantToolAPI::copytoclipboard(KxWebViewJSContext &context)
 {
     QGuiApplication::clipboard()->setText(textArgument(context, QStringLiteral("verification")));
     setResult(context, resultSuccess());
-}
-
-void KVyrAssistantToolAPI::addconfigfile(KxWebViewJSContext &context)
-{
-    const QString path = QFileDialog::getOpenFileName(nullptr, tr("Open File"));
-    const QFileInfo file(path);
-    if (path.isEmpty() || !file.exists()) {
-        setResult(context, resultError());
-        return;
-    }
-    KToolManager::instance().infoHelp.addOftenFile(file.fileName(), path);
-    setResult(context, resultSuccess());
-}
-
-void KVyrAssistantToolAPI::feedbacktovyr(KxWebViewJSContext &context)
-{
-    m_collectionPage = textArgument(context, QStringLiteral("infopage"));
-}
-
-void KVyrAssistantToolAPI::getcollectionpage(KxWebViewJSContext &context)
-{
-    QJsonObject page{{QStringLiteral("page"), m_collectionPage}};
-    if (m_collectionPage == QLatin1String("layout"))
-        page.insert(QStringLiteral("file"), m_layoutProblemFile);
-    else if (m_collectionPage == QLatin1String("print"))
-        page.insert(QStringLiteral("file"), m_printProblemFile);
-    setResult(context, page);
 }

@@ -1,5 +1,5 @@
 import type { Caller } from './caller';
-import { base64Text } from './decode';
+import { base64Text, members, text } from './decode';
 
 export interface Feedback {
     category: string;
@@ -10,6 +10,17 @@ export interface Feedback {
     systemInformation: boolean;
     suiteSettings: boolean;
     crashDumps: boolean;
+}
+
+/** The view that feedback was opened from, with the document that it was about. */
+export interface FeedbackOrigin {
+    page: string;
+    file: string | null;
+}
+
+function feedbackOrigin(result: unknown): FeedbackOrigin {
+    const { page, file } = members(result);
+    return { page: text(page), file: file === undefined ? null : text(file) };
 }
 
 function archiveArguments(feedback: Feedback): Record<string, unknown> {
@@ -28,9 +39,11 @@ function archiveArguments(feedback: Feedback): Record<string, unknown> {
     };
 }
 
-/** The feedback archive; a dialog that the user cancels counts as failed. */
+/** The feedback archive, and the view that asks for it; a dialog that the user cancels counts as failed. */
 export function feedbackCommands(caller: Caller) {
     return {
+        rememberFeedbackOrigin: (infopage: string) => caller.tell('feedbacktovyr', { infopage }),
+        feedbackOrigin: () => caller.ask('getcollectionpage', feedbackOrigin),
         chooseSample: () => caller.ask('choosesamplefile', base64Text),
         chooseAttachment: () => caller.ask('chooseattachment', base64Text),
         /** The path of the archive, without its ".tar.gz"; it is written after the answer. */

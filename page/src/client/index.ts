@@ -19,8 +19,7 @@ import type { Host } from './wire';
 
 export type { Failure, Outcome } from './outcome';
 export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
-export type { Feedback } from './feedbackcommands';
-export type { FeedbackOrigin } from './launchercommands';
+export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { SystemSnapshot, Variable } from './systemsnapshot';

@@ -1,18 +1,7 @@
 import type { Caller } from './caller';
-import { members, success, text } from './decode';
+import { success } from './decode';
 
-/** The view that feedback was opened from, with the document that it was about. */
-export interface FeedbackOrigin {
-    page: string;
-    file: string | null;
-}
-
-function feedbackOrigin(result: unknown): FeedbackOrigin {
-    const { page, file } = members(result);
-    return { page: text(page), file: file === undefined ? null : text(file) };
-}
-
-/** Companion programs, the clipboard, and the hand-over to feedback. */
+/** Companion programs and the clipboard. */
 export function launcherCommands(caller: Caller) {
     return {
         stopPreload: () => caller.ask('stoppreload', success),
@@ -23,9 +12,5 @@ export function launcherCommands(caller: Caller) {
         openApiLog: () => caller.ask('apilog', success),
         copyText: (verification: string) =>
             caller.ask('copytoclipboard', success, { verification }),
-        /** Fails when the dialog was cancelled. */
-        addConfigurationFile: () => caller.ask('addconfigfile', success),
-        rememberFeedbackOrigin: (infopage: string) => caller.tell('feedbacktovyr', { infopage }),
-        feedbackOrigin: () => caller.ask('getcollectionpage', feedbackOrigin),
     };
 }

@@ -73,6 +73,8 @@ export function systemCommands(caller: Caller) {
         systemSnapshot: () => caller.ask('stratcheckenv', systemSnapshot),
         /** Fails when the dialog was cancelled; unanswered when the report was not opened. */
         exportReport: () => caller.ask('exportsysinfo', success),
+        /** Fails when the dialog was cancelled. */
+        addConfigurationFile: () => caller.ask('addconfigfile', success),
         configurationFiles: () => caller.ask('stratextractfileinfo', filePermissions),
         exportConfigurationFiles: () => caller.ask('exportoftenfileperm', success),
         exportOneFile: () => caller.ask('exportspecialfileperm', success),
