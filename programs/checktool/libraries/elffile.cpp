@@ -255,7 +255,7 @@ ElfFile readElf(const QString &path)
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return {};
-    const ElfFile file = readElf(descriptor);
+    ElfFile file = readElf(descriptor);
     ::close(descriptor);
     return file;
 }
