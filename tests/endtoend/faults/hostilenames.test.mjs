@@ -48,10 +48,7 @@ let root;
 let session;
 
 beforeEach(async () => {
-    root = await SandboxRoot.create({
-        suite: true,
-        env: { HELIO_UPDATE_CFG: updateSettings },
-    });
+    root = await SandboxRoot.create({ suite: true, env: { HELIO_UPDATE_CFG: updateSettings } });
     await root.recordingFake('xdg-open');
     for (const program of ['vyrEnvCheckTool', 'vyr']) {
         await root.remove(`/suite/office/${program}`);
