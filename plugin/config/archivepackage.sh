@@ -62,16 +62,34 @@ touch "$describe_file"
     echo describe: $archive_describe
 } >> "$describe_file"
 
+# add_file PATH LABEL
+add_file() {
+    if [ -f "$1" ]; then
+        cp -p -- "$1" "$archive_directory"
+        printf '%s: %s\n' "$2" "$1" >> "$describe_file"
+    fi
+}
+
 # add_listed_files LIST LABEL: a ";" parts two paths, and so does a blank within one.
 add_listed_files() {
     local piece
     for piece in ${1//;/ }; do
         printf '%s\n' "$piece"
-        if [ -f "$piece" ]; then
-            cp -p -- "$piece" "$archive_directory"
-            printf '%s: %s\n' "$2" "$piece" >> "$describe_file"
+        if [ "$2" = dumpfile ] && [ ! -f "$piece" ]; then
+            add_unreadable_names "$piece"
+        else
+            add_file "$piece" "$2"
         fi
     done
+}
+
+# add_unreadable_names PATH: the dumps that read so, with a U+FFFD for bytes that are no text.
+add_unreadable_names() {
+    local pattern found
+    pattern=$(printf '%s' "${1##*/}" | LC_ALL=C sed 's/[][\\*]/\\&/g; s/\xef\xbf\xbd/?*/g')
+    while IFS= read -r -d '' found; do
+        add_file "$found" dumpfile
+    done < <(LC_ALL=C find "${1%/*}/" -maxdepth 1 ! -type d -name "$pattern" -print0 2> /dev/null)
 }
 
 printf '%s\n' "$file_list"

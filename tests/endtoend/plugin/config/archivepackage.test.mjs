@@ -280,6 +280,24 @@ describe('dumps', () => {
         expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
+    test('whose names are not UTF-8 are found by what reads alike', async () => {
+        await root.run([
+            'bash',
+            '-c',
+            `cd ~/dump; for byte in '\\xfe' '\\xff'; do
+                printf "$byte" > "$(printf "vyr_[4].dmp.$byte")"
+            done; touch vyr_4.dmp.x`,
+        ]);
+        const end = await pack({ dumpInfo: 'true', dumps: ';/home/user/dump/vyr_[4].dmp.\ufffd' });
+        expect(lines(end.stdout)[1]).toBe('/home/user/dump/vyr_[4].dmp.\ufffd');
+        expect(fs.readdirSync(root.hostPath(archive), 'latin1').sort()).toEqual([
+            'describe.txt',
+            'vyr_[4].dmp.\xfe',
+            'vyr_[4].dmp.\xff',
+        ]);
+        expect(lines(await describeFile())).toHaveLength(5);
+    });
+
     test('that vanished are printed only', async () => {
         const end = await pack({ dumpInfo: 'true', dumps: ';/home/user/dump/vyr_9.dmp' });
         expect(lines(end.stdout)[1]).toBe('/home/user/dump/vyr_9.dmp');
