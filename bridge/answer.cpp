@@ -32,6 +32,11 @@ void setResult(KxWebViewJSContext &context, const QJsonValue &result)
     context.result()["result"] = JsonHelper::convertQJsonToJsonCpp(result);
 }
 
+void setIncomplete(KxWebViewJSContext &context)
+{
+    context.setProperty("isResultIncomplete", true);
+}
+
 void setBase64Result(KxWebViewJSContext &context, const QString &text)
 {
     setResult(context, toBase64(text));

@@ -23,6 +23,9 @@ bool boolArgument(const KxWebViewJSContext &context, const QString &name);
 /// Sets the "result" of a command's answer.
 void setResult(KxWebViewJSContext &context, const QJsonValue &result);
 
+/// Tells the shell that what the result calls a success is cut short. The answer stays the same.
+void setIncomplete(KxWebViewJSContext &context);
+
 /// Answers @p text as the base64 of its UTF-8 bytes, as the page expects file names and paths.
 void setBase64Result(KxWebViewJSContext &context, const QString &text);
 

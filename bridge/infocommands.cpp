@@ -31,7 +31,9 @@ void KVyrAssistantToolAPI::exportsysinfo(KxWebViewJSContext &context)
         setResult(context, resultError());
         return;
     }
-    KToolManager::instance().infoHelp.writeSysInfoReport(path, ReportSections());
+    // The answer is the same for a report that a full disk cuts short; the shell may tell the user.
+    if (!KToolManager::instance().infoHelp.writeSysInfoReport(path, ReportSections()))
+        setIncomplete(context);
     if (openIfSafe(path))
         setResult(context, resultSuccess());
 }

@@ -7,6 +7,7 @@
 
 #include "host/krt.h"
 #include "info/runcommand.h"
+#include "info/shellwords.h"
 #include "plugin/config/scriptstaging.h"
 #include "plugin/config/suitefiles.h"
 
@@ -52,7 +53,8 @@ AssociationListing listAssociations(const QString &scriptName)
     if (script.isEmpty())
         return {AssociationListing::NoScript, {}};
     const std::optional<QByteArray> output =
-        readCommandOutput(QStringLiteral("bash ") + script + QLatin1Char(' ') + sampleDirectory());
+        readCommandOutput(QStringLiteral("bash ") + shellWord(script) + QLatin1Char(' ') +
+                          shellWord(sampleDirectory()));
     if (!output)
         return {AssociationListing::NotStarted, {}};
     return {AssociationListing::Listed, associationsOf(QString::fromLocal8Bit(*output))};
@@ -69,7 +71,7 @@ QStringList KDesktopHelp::desktopFiles() const
     const QString script = stagedScript(QLatin1String(listShortcutsScript));
     if (script.isEmpty())
         return {QString()};
-    return runCommand(script).split(QLatin1Char('\n'));
+    return runCommand(shellWord(script)).split(QLatin1Char('\n'));
 }
 
 QString KDesktopHelp::componentMode() const

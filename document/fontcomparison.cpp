@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 #include "document/suiteapplication.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr char extractScript[] = "extractfont.sh";
 constexpr char shell[] = "bash";
+constexpr qint64 largestAnswer = qint64(16) * 1024 * 1024;
 constexpr char missingFontKey[] = "vyrtool/MissFonts";
 
 } // namespace
@@ -40,10 +42,11 @@ std::optional<QString> missingFonts(const QString &document)
         QLatin1String(shell),
         {script, QCoreApplication::applicationDirPath(), application->executable, document});
     // The exit status is ignored: the suite may have answered before it failed.
-    if (!QFile::exists(answerFile))
+    const QFileInfo file(answerFile);
+    if (!file.exists() || file.size() > largestAnswer)
         return std::nullopt;
     const QSettings answer(answerFile, QSettings::IniFormat);
-    return decodedIniText(answer.value(QLatin1String(missingFontKey)));
+    return readableIniText(answer.value(QLatin1String(missingFontKey)));
 }
 
 } // namespace OfficeAssiant

@@ -1,7 +1,11 @@
 #include "dump/dumpfiles.h"
 
-#include <QDirIterator>
-#include <QFileInfo>
+#include <QFile>
+
+#include <optional>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "plugin/config/suitefiles.h"
 
@@ -13,11 +17,13 @@ namespace {
 constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
 constexpr qint32 freshnessSeconds = 1800;
 
-/// Newer by time, or of the same time and first by name.
-bool isNewer(const QFileInfo &file, const QFileInfo &other)
+/// In milliseconds, as of the file system; nothing if the file cannot be read.
+std::optional<qint64> modificationTime(const QByteArray &path)
 {
-    const qint64 lead = other.lastModified().msecsTo(file.lastModified());
-    return lead > 0 || (lead == 0 && file.fileName() < other.fileName());
+    struct stat status = {};
+    if (::access(path.constData(), R_OK) != 0 || ::stat(path.constData(), &status) != 0)
+        return std::nullopt;
+    return qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
 }
 
 } // namespace
@@ -34,23 +40,26 @@ QRegExp dumpFilePattern()
 
 QString newestDumpPath()
 {
-    const QString directory = dumpDirectory();
+    const QString directory = dumpDirectory() + QLatin1Char('/');
+    const QByteArray prefix = QFile::encodeName(directory);
     const QRegExp pattern = dumpFilePattern();
-    // One pass, names first: the directory may hold very many files, and each new one may lead to
-    // another call.
-    QDirIterator files(directory, QDir::Files);
-    QFileInfo newest;
-    while (files.hasNext()) {
-        files.next();
-        if (!pattern.exactMatch(files.fileName()))
+    // Names first: the directory may hold very many files, and each new one may lead to another
+    // call.
+    QString newest;
+    qint64 newestTime = 0;
+    for (const QByteArray &name : plainFiles(dumpDirectory())) {
+        const QString text = QFile::decodeName(name);
+        if (!pattern.exactMatch(text))
             continue;
-        const QFileInfo file = files.fileInfo();
-        if (file.isReadable() && (newest.filePath().isEmpty() || isNewer(file, newest)))
-            newest = file;
+        const auto time = modificationTime(prefix + name);
+        // Of the same time the first by name counts.
+        if (time &&
+            (newest.isEmpty() || *time > newestTime || (*time == newestTime && text < newest))) {
+            newest = text;
+            newestTime = *time;
+        }
     }
-    if (newest.filePath().isEmpty())
-        return {};
-    return directory + QLatin1Char('/') + newest.fileName();
+    return newest.isEmpty() ? QString() : directory + newest;
 }
 
 bool hasRecentStamp(const QDateTime &created, const QDateTime &now)

@@ -12,7 +12,8 @@ QString dumpDirectory();
 /// Matches the names of crash dumps.
 QRegExp dumpFilePattern();
 
-/// The path of the newest crash dump by modification time; empty if there is none.
+/// The path of the newest crash dump by modification time; empty if there is none. A name that is
+/// invalid in the locale's encoding has U+FFFD there, and the path leads nowhere.
 QString newestDumpPath();
 
 /// Whether a file with that creation time counts as recent at the time @p now: any time in the past

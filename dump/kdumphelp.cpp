@@ -61,10 +61,7 @@ bool KDumpHelp::hasRecentDump() const
 
 void KDumpHelp::clearDumpDirectory()
 {
-    QDir directory(dumpDirectory());
-    const QStringList files = directory.entryList(QDir::Files, QDir::Unsorted);
-    for (const QString &file : files)
-        directory.remove(file);
+    removePlainFiles(dumpDirectory());
 }
 
 void KDumpHelp::dumpfilegenerate(const QString &)

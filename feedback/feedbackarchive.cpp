@@ -1,8 +1,11 @@
 #include "feedback/feedbackarchive.h"
 
-#include <QDir>
 #include <QFile>
 #include <QRegExp>
+
+#include <algorithm>
+
+#include <unistd.h>
 
 #include "dump/dumpfiles.h"
 #include "host/krt.h"
@@ -16,31 +19,35 @@ namespace {
 
 constexpr char archiveScript[] = "archivepackage.sh";
 constexpr char reportName[] = "/sysinfo.txt";
+constexpr char leftOutNote[] = " [too long for the archive, left out: %1]";
 constexpr QLatin1Char listSeparator(';');
-/// The kernel refuses longer arguments (MAX_ARG_STRLEN includes the zero byte).
-constexpr int longestArgument = 128 * 1024 - 1;
-
 QString flagWord(bool flag)
 {
     return flag ? QStringLiteral("true") : QStringLiteral("false");
 }
 
-QString fileList(const QStringList &files)
+/// What the kernel takes as one argument (32 pages with the zero byte), as long as all arguments
+/// together leave room for the environment.
+int longestArgument()
 {
-    QString list;
-    for (const QString &file : files) {
-        if (!file.isEmpty())
-            list += listSeparator + file;
-    }
-    return list;
+    constexpr long mostPages = 32;
+    constexpr long shareOfAll = 8;
+    return static_cast<int>(
+        std::min(mostPages * ::sysconf(_SC_PAGESIZE), ::sysconf(_SC_ARG_MAX) / shareOfAll) - 1);
 }
 
-/// The beginning of @p text that fits in one argument; a longer argument would prevent the archive.
-QString fittingArgument(QString text)
+/// How much longer than @p longest bytes an argument is.
+int excessOf(const QString &text, int longest)
+{
+    return QFile::encodeName(text).size() - longest;
+}
+
+/// The beginning of @p text in at most @p longest bytes.
+QString cutText(QString text, int longest)
 {
     constexpr int mostBytesOfOneCharacter = 4;
     for (;;) {
-        const int excess = QFile::encodeName(text).size() - longestArgument;
+        const int excess = excessOf(text, longest);
         if (excess <= 0)
             return text;
         text.chop((excess + mostBytesOfOneCharacter - 1) / mostBytesOfOneCharacter);
@@ -49,39 +56,78 @@ QString fittingArgument(QString text)
     }
 }
 
-/// The dumps and other files of a crash: a name has to match in part only. Ends before the list
-/// gets too long for one argument, which would prevent the archive.
-QString dumpList()
+/// Each name behind a separator, as far as they fit in one argument; a longer one would prevent the
+/// archive. Counts in @p leftOut those that do not.
+QString nameList(const QStringList &names, int &leftOut)
 {
-    const QString directory = dumpDirectory();
-    const QRegExp pattern = dumpFilePattern();
-    const QStringList files = QDir(directory).entryList(QDir::Files, QDir::Unsorted);
     QString list;
-    int length = 0;
-    for (const QString &file : files) {
-        if (pattern.indexIn(file) < 0)
+    int room = longestArgument();
+    for (const QString &name : names) {
+        if (name.isEmpty())
             continue;
-        const QString entry = listSeparator + directory + QLatin1Char('/') + file;
-        length += QFile::encodeName(entry).size();
-        if (length > longestArgument)
-            break;
+        const QString entry = listSeparator + name;
+        const int length = QFile::encodeName(entry).size();
+        if (length > room) {
+            ++leftOut;
+            continue;
+        }
+        room -= length;
         list += entry;
     }
     return list;
+}
+
+/// The dumps and other files of a crash: a name has to match in part only.
+QStringList dumps()
+{
+    const QString directory = dumpDirectory();
+    const QRegExp pattern = dumpFilePattern();
+    QStringList paths;
+    for (const QByteArray &name : plainFiles(directory)) {
+        const QString text = QFile::decodeName(name);
+        if (pattern.indexIn(text) >= 0)
+            paths.append(directory + QLatin1Char('/') + text);
+    }
+    // Names that are invalid in the locale's encoding may read alike; the script finds them all.
+    paths.removeDuplicates();
+    return paths;
+}
+
+/// The description with a note of what does not fit in the arguments.
+QString notedDescription(const QString &description, QStringList leftOut)
+{
+    if (excessOf(description, longestArgument()) > 0)
+        leftOut.prepend(QStringLiteral("the rest of this text"));
+    if (leftOut.isEmpty())
+        return description;
+    const QString note = QLatin1String(leftOutNote).arg(leftOut.join(QStringLiteral(", ")));
+    return cutText(description, longestArgument() - note.size()) + note;
 }
 
 } // namespace
 
 QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritten)
 {
+    const QString type = cutText(request.type, longestArgument());
+    int filesLeftOut = 0;
+    const QString files = nameList(request.files, filesLeftOut);
+    int dumpsLeftOut = 0;
+    const QString dumpFiles = request.withDumps ? nameList(dumps(), dumpsLeftOut) : QString();
+    QStringList leftOut;
+    if (type != request.type)
+        leftOut.append(QStringLiteral("the rest of the type"));
+    if (filesLeftOut > 0)
+        leftOut.append(QStringLiteral("attached files: %1").arg(filesLeftOut));
+    if (dumpsLeftOut > 0)
+        leftOut.append(QStringLiteral("dump files: %1").arg(dumpsLeftOut));
     return {request.archivePath,
-            request.type,
-            fittingArgument(request.description),
-            fileList(request.files),
+            type,
+            notedDescription(request.description, leftOut),
+            files,
             flagWord(isReportWritten),
             flagWord(request.withSuiteSettings),
             flagWord(request.withDumps),
-            request.withDumps ? dumpList() : QString(),
+            dumpFiles,
             krt::dirs::resources(QString(), nullptr)};
 }
 
@@ -89,9 +135,12 @@ void startArchive(const FeedbackRequest &request, KInfoHelp &info)
 {
     const QString script = stagedScript(QLatin1String(archiveScript));
     const bool isReportWritten = makeSuiteTemporaryDirectory() && request.withSystemReport;
-    if (isReportWritten)
-        info.writeSysInfoReport(suiteTemporaryDirectory() + QLatin1String(reportName),
-                                ReportSections());
+    if (isReportWritten) {
+        const QString report = suiteTemporaryDirectory() + QLatin1String(reportName);
+        // One of an earlier version may be readable by others.
+        QFile::setPermissions(report, QFile::ReadOwner | QFile::WriteOwner);
+        info.writeSysInfoReport(report, ReportSections());
+    }
     krt::ksafe::KProcess::StartDetach(script, archiveArguments(request, isReportWritten), QString(),
                                       nullptr);
 }

@@ -32,7 +32,8 @@ public:
     void setIsResultBase64(bool base64);
     bool isResultBase64() const;
 
-    /// Sets a named property; "isResultBase64" is the same switch as setIsResultBase64().
+    /// Sets a named property; "isResultBase64" is the same switch as setIsResultBase64(), and
+    /// "isResultIncomplete" says that a full disk cut short what the answer calls a success.
     void setProperty(const char *name, const QVariant &value);
     QVariant property(const char *name) const;
 

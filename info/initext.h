@@ -5,9 +5,11 @@
 
 namespace OfficeAssiant {
 
-/// The text, up to its first NUL, of a value that QSettings read from another program's INI file.
-/// Without a codec QSettings turns every raw byte into a character; if these bytes are valid text
-/// in the locale's encoding, they are decoded as such.
-QString decodedIniText(const QVariant &value);
+/// The text, up to its first NUL, of a value that QSettings read as raw bytes from another
+/// program's INI file, decoded from the locale's encoding.
+QString localIniText(const QVariant &value);
+
+/// The same, but bytes that are no valid text in that encoding stay as QSettings read them.
+QString readableIniText(const QVariant &value);
 
 } // namespace OfficeAssiant

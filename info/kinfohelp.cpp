@@ -10,6 +10,7 @@
 
 #include "info/otherofficesuites.h"
 #include "info/runcommand.h"
+#include "info/shellwords.h"
 #include "plugin/config/scriptstaging.h"
 
 namespace OfficeAssiant {
@@ -55,13 +56,15 @@ FilePermEntry lookedUp(const QString &name, const QString &path)
             file.lastModified().toString(QStringLiteral("hh:mm:ss"))};
 }
 
-/// The command has the paths unquoted: a blank splits one in two.
+/// A blank splits a path in two: callers of the library rely on that.
 bool startListing(const QString &output, const QStringList &paths, QObject *owner)
 {
     const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
     if (script.isEmpty())
         return false;
-    const QStringList words = QStringList{QStringLiteral("bash"), script, output} + paths;
+    QStringList words{QStringLiteral("bash"), shellWord(script)};
+    for (const QString &path : QStringList(output) + paths)
+        words += shellWords(path);
     startCommand(words.join(QLatin1Char(' ')), owner);
     return true;
 }
@@ -95,7 +98,8 @@ QStringList KInfoHelp::getBrowserInfo()
     const QString script = stagedScript(QStringLiteral("getbrowserinfo.sh"));
     if (script.isEmpty())
         return {QString()};
-    std::optional<QByteArray> output = readCommandOutput(QStringLiteral("bash ") + script);
+    std::optional<QByteArray> output =
+        readCommandOutput(QStringLiteral("bash ") + shellWord(script));
     if (!output)
         return {};
     // The page expects the end-of-file value, read like a character, as the last one.

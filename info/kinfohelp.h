@@ -41,8 +41,9 @@ public:
     QStringList getOtherOfficeInfo() const;
 
     /// Appends a report with the chosen sections to the file @p path. Results of earlier probes are
-    /// used again, except for the other office suites. Does nothing if the file cannot be opened.
-    void writeSysInfoReport(const QString &path, const ReportSections &sections);
+    /// used again, except for the other office suites. Does nothing if the file cannot be opened or
+    /// is a pipe. False if the report was begun and is cut short.
+    bool writeSysInfoReport(const QString &path, const ReportSections &sections);
 
     /// The suite's version, "Version:a.b.c.d", from its setup configuration.
     QString getVersionInfo() const;

@@ -20,9 +20,9 @@ QString describe(const QString &directory, const QString &fileName)
     QSettings entry(directory + fileName, QSettings::IniFormat);
     entry.beginGroup(QStringLiteral("Desktop Entry"));
     QString line = entry.value(QStringLiteral("Name"), fileName).toString() + QLatin1Char(' ');
-    QString localizedName = decodedIniText(entry.value(QStringLiteral("Name[zh_CN]")));
+    QString localizedName = localIniText(entry.value(QStringLiteral("Name[zh_CN]")));
     if (localizedName.isEmpty())
-        localizedName = decodedIniText(entry.value(QStringLiteral("GenericName[zh_CN]")));
+        localizedName = localIniText(entry.value(QStringLiteral("GenericName[zh_CN]")));
     line = (line + localizedName).leftJustified(nameColumns);
     return line + entry.value(QStringLiteral("Exec"), QStringLiteral(" ")).toString();
 }

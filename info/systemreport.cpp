@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QTextStream>
 
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace OfficeAssiant {
@@ -40,6 +42,24 @@ void writeLines(QTextStream &stream, const QString &text)
     writeLines(stream, text.split(QLatin1Char('\n')));
 }
 
+/// Only the user can read a new file, since the environment may hold secrets. A pipe is refused:
+/// one that nobody reads would block forever.
+bool openToAppend(QFile &file, const QString &path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                  O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
+                                  S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        return false;
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0 || S_ISFIFO(status.st_mode)) {
+        ::close(descriptor);
+        return false;
+    }
+    ::fcntl(descriptor, F_SETFL, O_APPEND);
+    return file.open(descriptor, QIODevice::WriteOnly | QIODevice::Append, QFile::AutoCloseHandle);
+}
+
 QString loginName()
 {
     const passwd *entry = ::getpwuid(::getuid());
@@ -48,11 +68,11 @@ QString loginName()
 
 } // namespace
 
-void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &sections)
+bool KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &sections)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
-        return;
+    QFile file;
+    if (!openToAppend(file, path))
+        return true;
     QTextStream stream(&file);
     if (sections.kernel) {
         if (m_kernelInfo.isEmpty())
@@ -90,6 +110,8 @@ void KInfoHelp::writeSysInfoReport(const QString &path, const ReportSections &se
     }
     if (sections.otherOffice)
         writeSection(stream, "otheroffice", [&] { writeLines(stream, getOtherOfficeInfo()); });
+    stream.flush();
+    return stream.status() == QTextStream::Ok && file.flush();
 }
 
 } // namespace OfficeAssiant

@@ -1,12 +1,12 @@
 #include "update/kupdatehelp.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
 #include "host/krt.h"
 #include "host/vyrupdate_linux.h"
+#include "plugin/config/suitefiles.h"
 #include "update/logtext.h"
 
 namespace OfficeAssiant {
@@ -80,10 +80,7 @@ std::optional<QString> KUpdateHelp::readLog() const
 
 void KUpdateHelp::clearLogDirectory() const
 {
-    QDir directory(m_logDirectory);
-    const QStringList files = directory.entryList(QDir::Files);
-    for (const QString &file : files)
-        directory.remove(file);
+    removePlainFiles(m_logDirectory);
 }
 
 void KUpdateHelp::startManualCheck() const

@@ -35,8 +35,8 @@ public:
     /// configuration file.
     void setConfigValue(const QString &key, const QString &value) const;
 
-    /// The updater's log, read as UTF-8 up to its first zero byte, with line feeds as line ends.
-    /// Nothing if it cannot be read or does not fit in an answer.
+    /// The updater's log, at most its first 16 MiB, read as UTF-8 up to its first zero byte, with
+    /// line feeds as line ends. Nothing if it cannot be read.
     std::optional<QString> readLog() const;
 
     /// Removes all files in the log directory, other programs' included.

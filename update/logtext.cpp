@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QTextCodec>
 
 #include <sys/stat.h>
 
@@ -16,6 +17,12 @@ bool isPipe(const QString &path)
 {
     struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+/// The text of bytes that may end within a character.
+QString wholeCharacters(const QByteArray &bytes)
+{
+    return QTextDecoder(QTextCodec::codecForName("UTF-8")).toUnicode(bytes);
 }
 
 } // namespace
@@ -34,7 +41,7 @@ std::optional<QString> readLogText(const QString &path, qint64 largestText)
             static_cast<int>(qstrnlen(piece.constData(), static_cast<uint>(piece.size())));
         text.append(piece.constData(), length);
         if (text.size() > largestText)
-            return std::nullopt;
+            return wholeCharacters(text.left(static_cast<int>(largestText)));
         if (piece.isEmpty() || length < piece.size())
             return QString::fromUtf8(text);
     }

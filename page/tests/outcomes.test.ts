@@ -19,6 +19,7 @@ describe('an answer', () => {
         ['success', { result: 'success' }, { kind: 'done', value: undefined }],
         ['error', { result: 'error' }, { kind: 'failed' }],
         ['a wrong argument', { result: 'parame error' }, { kind: 'badRequest' }],
+        ['a full disk', { result: 'success', incomplete: true }, { kind: 'incomplete' }],
         ['no result', {}, { kind: 'unanswered' }],
         [
             'another word',

@@ -2,6 +2,13 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+
+#include <filesystem>
+#include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "host/krt.h"
 
@@ -14,8 +21,29 @@ QString suiteTemporaryDirectory()
 
 bool makeSuiteTemporaryDirectory()
 {
-    const QDir directory(suiteTemporaryDirectory());
-    return directory.exists() || QDir().mkdir(directory.path());
+    const QString directory = suiteTemporaryDirectory();
+    return QDir(directory).exists() ||
+           ::mkdir(QFile::encodeName(directory).constData(), S_IRWXU) == 0;
+}
+
+QList<QByteArray> plainFiles(const QString &directory)
+{
+    QList<QByteArray> names;
+    std::error_code ignored;
+    std::filesystem::directory_iterator file(QFile::encodeName(directory).toStdString(), ignored);
+    for (; file != std::filesystem::directory_iterator(); file.increment(ignored)) {
+        const QByteArray name = QByteArray::fromStdString(file->path().filename().string());
+        if (!name.startsWith('.') && file->is_regular_file(ignored))
+            names.append(name);
+    }
+    return names;
+}
+
+void removePlainFiles(const QString &directory)
+{
+    const QByteArray prefix = QFile::encodeName(directory) + '/';
+    for (const QByteArray &name : plainFiles(directory))
+        ::unlink((prefix + name).constData());
 }
 
 QString checkToolPath()

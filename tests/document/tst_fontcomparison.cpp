@@ -180,6 +180,23 @@ private slots:
         QCOMPARE(compare(shell, document("a.doc")), fonts("宋体"));
     }
 
+    void aListThatIsNoTextInTheLocalesEncodingStaysAsItWasRead()
+    {
+        const SuiteProgram writer(QStringLiteral("vyr"),
+                                  answering("vyrmissfonts.ini", "MissFonts=a\xe9z"));
+        RecordingShell shell;
+        QCOMPARE(compare(shell, document("a.doc")), fonts("aéz"));
+    }
+
+    void aListThatIsTooLongIsAnError()
+    {
+        const SuiteProgram writer(QStringLiteral("vyr"),
+                                  "truncate -s 17M \"$HOME/.local/share/Orvane/tmp/"
+                                  "vyrmissfonts.ini\"");
+        RecordingShell shell;
+        QCOMPARE(compare(shell, document("a.doc")), error());
+    }
+
     void garbageInTheAnswerIsAnEmptyText()
     {
         const SuiteProgram writer(

@@ -4,6 +4,9 @@
 #include <QSettings>
 #include <QSignalSpy>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "bridge/ktoolmanager.h"
 #include "dump/dumpfiles.h"
 #include "tests/support/patience.h"
@@ -186,6 +189,19 @@ private slots:
         QCOMPARE(QDir(dumpDirectory()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                  QStringList{QStringLiteral("kept")});
         QVERIFY(QFile::exists(dumpDirectory() + QStringLiteral("/kept/vyr_2.dmp")));
+    }
+
+    void aDumpWhoseNameIsNotUtf8IsFoundAndCleared()
+    {
+        QVERIFY(QDir().mkpath(dumpDirectory()));
+        const QByteArray dump = QFile::encodeName(dumpDirectory()) + "/vyr_1\xff" + "dmp";
+        const int file = ::open(dump.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+        QVERIFY(file >= 0);
+        ::close(file);
+        RecordingShell shell;
+        QVERIFY(stateOf(shell).value(QLatin1String("feedback")).toBool());
+        QCOMPARE(shell.call(QStringLiteral("cleardumpdir")), success());
+        QVERIFY(::access(dump.constData(), F_OK) != 0);
     }
 
     void clearingAMissingDirectorySucceedsAndMakesNone()

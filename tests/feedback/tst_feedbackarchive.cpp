@@ -4,7 +4,11 @@
 #include <QFile>
 #include <QProcess>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "dump/dumpfiles.h"
+#include "plugin/config/suitefiles.h"
 #include "tests/support/shell/headlesstest.h"
 
 using namespace OfficeAssiant;
@@ -15,6 +19,9 @@ class FeedbackArchiveTest : public QObject
     Q_OBJECT
 
 private:
+    /// The kernel's limit for one argument, with its zero byte.
+    static int mostBytes() { return static_cast<int>(32 * ::sysconf(_SC_PAGESIZE)); }
+
     static void makeDump(const QString &name)
     {
         QFile file(dumpDirectory() + QLatin1Char('/') + name);
@@ -36,6 +43,7 @@ private slots:
 
     void cleanup()
     {
+        removePlainFiles(dumpDirectory());
         QVERIFY(QDir(dumpDirectory()).removeRecursively());
         qunsetenv("HELIO_RESOURCES");
     }
@@ -126,32 +134,81 @@ private slots:
     {
         QFETCH(const QString, character);
         FeedbackRequest request;
-        request.description = character.repeated(200000);
+        request.description = character.repeated(mostBytes() + 1000);
         const QString description = archiveArguments(request, false).at(2);
-        QVERIFY(QFile::encodeName(description).size() < 128 * 1024);
-        QVERIFY(QFile::encodeName(description).size() > 128 * 1024 - 10);
-        QCOMPARE(description, character.repeated(description.size() / character.size()));
+        QVERIFY(QFile::encodeName(description).size() < mostBytes());
+        QVERIFY(QFile::encodeName(description).size() > mostBytes() - 10);
+        const QString note =
+            QStringLiteral(" [too long for the archive, left out: the rest of this text]");
+        QVERIFY(description.endsWith(note));
+        const int length = description.size() - note.size();
+        QCOMPARE(description.left(length), character.repeated(length / character.size()));
         QCOMPARE(QProcess::execute(QStringLiteral("true"), {description}), 0);
     }
 
     void theLongestDescriptionThatOneArgumentHoldsStaysWhole()
     {
         FeedbackRequest request;
-        request.description = QString(128 * 1024 - 1, QLatin1Char('a'));
+        request.description = QString(mostBytes() - 1, QLatin1Char('a'));
         QCOMPARE(archiveArguments(request, false).at(2), request.description);
     }
 
     void moreDumpsThanOneArgumentHoldsAreCutOffBetweenTwo()
     {
-        for (int number = 0; number < 5000; ++number)
+        constexpr int all = 5000;
+        for (int number = 0; number < all; ++number)
             makeDump(QStringLiteral("vyr_%1.dmp").arg(number));
         FeedbackRequest request;
         request.withDumps = true;
-        const QString list = archiveArguments(request, false).at(7);
-        QVERIFY(QFile::encodeName(list).size() < 128 * 1024);
-        QVERIFY(QFile::encodeName(list).size() > 127 * 1024);
-        for (const QString &dump : dumpsOf(list))
+        request.description = QStringLiteral("it failed");
+        const QStringList arguments = archiveArguments(request, false);
+        const QString list = arguments.at(7);
+        QVERIFY(QFile::encodeName(list).size() < mostBytes());
+        QVERIFY(QFile::encodeName(list).size() > mostBytes() - 1024);
+        const QStringList dumps = dumpsOf(list);
+        for (const QString &dump : dumps)
             QVERIFY2(QFile::exists(dump), qPrintable(dump));
+        QCOMPARE(arguments.at(2),
+                 QStringLiteral("it failed [too long for the archive, left out: dump files: %1]")
+                     .arg(all - dumps.size()));
+    }
+
+    void filesAndTypeThatOneArgumentDoesNotHoldAreLeftOutAndNoted()
+    {
+        FeedbackRequest request;
+        request.type = QString(mostBytes() + 1, QLatin1Char('t'));
+        request.files = QStringList{QStringLiteral("a.vyr"), QString(mostBytes(), QLatin1Char('f')),
+                                    QStringLiteral("b.png")};
+        const QStringList arguments = archiveArguments(request, false);
+        QCOMPARE(arguments.at(1), QString(mostBytes() - 1, QLatin1Char('t')));
+        QCOMPARE(arguments.at(3), QStringLiteral(";a.vyr;b.png"));
+        QCOMPARE(arguments.at(2),
+                 QStringLiteral(" [too long for the archive, left out: the rest of the type, "
+                                "attached files: 1]"));
+        QCOMPARE(QProcess::execute(QStringLiteral("true"), arguments), 0);
+    }
+
+    void theFourLongestArgumentsTogetherCanBePassed()
+    {
+        FeedbackRequest request;
+        request.type = QString(mostBytes(), QLatin1Char('t'));
+        request.description = QString(mostBytes(), QLatin1Char('d'));
+        request.files = QStringList{QString(mostBytes() - 2, QLatin1Char('f'))};
+        QCOMPARE(QProcess::execute(QStringLiteral("true"), archiveArguments(request, false)), 0);
+    }
+
+    void dumpsWhoseNamesReadAlikeAreListedOnce()
+    {
+        const QByteArray directory = QFile::encodeName(dumpDirectory());
+        for (const char *name : {"/vyr_1.dmp.\xff", "/vyr_1.dmp.\xfe"}) {
+            const int file = ::open((directory + name).constData(), O_CREAT | O_WRONLY, 0600);
+            QVERIFY(file >= 0);
+            ::close(file);
+        }
+        FeedbackRequest request;
+        request.withDumps = true;
+        QCOMPARE(dumpsOf(archiveArguments(request, false).at(7)),
+                 QStringList{dumpDirectory() + QStringLiteral("/vyr_1.dmp.\ufffd")});
     }
 };
 

@@ -156,6 +156,20 @@ private slots:
         QCOMPARE(testsupport::readFile(report()).count("kernel-begin"), 2);
     }
 
+    void onlyTheUserCanReadTheReport()
+    {
+        const StagedScripts scripts;
+        scripts.replace(QStringLiteral("archivepackage.sh"), "exit 0");
+        RecordingShell shell;
+        const QJsonObject args{{QStringLiteral("archiveSysInfo"), QStringLiteral("1")}};
+        const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther;
+        argumentsFor(shell, args);
+        QVERIFY(!(QFile::permissions(report()) & others));
+        QVERIFY(QFile::setPermissions(report(), QFile::ReadOwner | QFile::WriteOwner | others));
+        argumentsFor(shell, args);
+        QVERIFY(!(QFile::permissions(report()) & others));
+    }
+
     void withoutAWordThereIsNoReport()
     {
         const StagedScripts scripts;

@@ -13,7 +13,8 @@ namespace {
 QString decodedIn(const char *encoding, const QVariant &value)
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName(encoding));
-    const QString text = OfficeAssiant::decodedIniText(value);
+    require(!OfficeAssiant::localIniText(value).contains(QChar(QChar::Null)));
+    const QString text = OfficeAssiant::readableIniText(value);
     require(!text.contains(QChar(QChar::Null)));
     return text;
 }

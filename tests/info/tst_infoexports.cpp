@@ -2,7 +2,10 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <csignal>
 #include <memory>
+
+#include <sys/resource.h>
 
 #include "tests/support/fakeprograms.h"
 #include "tests/support/patience.h"
@@ -72,6 +75,23 @@ private slots:
         QCOMPARE(shell.call(QStringLiteral("exportsysinfo"), {}, {missing}), success);
         QCOMPARE(openedFiles(shell), QStringList{missing});
         QVERIFY(!QFileInfo::exists(missing));
+    }
+
+    void aReportThatIsCutShortIsToldBesideTheSameResult()
+    {
+        const rlimit small{64, RLIM_INFINITY};
+        const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+        RecordingShell shell;
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+        const QJsonObject answer =
+            shell.call(QStringLiteral("exportsysinfo"), {}, {path("report")});
+        const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &none), 0);
+        std::signal(SIGXFSZ, previousHandler);
+        QCOMPARE(answer, (QJsonObject{{QStringLiteral("result"), QStringLiteral("success")},
+                                      {QStringLiteral("incomplete"), true}}));
+        QCOMPARE(readFile(path("report")).size(), 64);
+        QCOMPARE(openedFiles(shell), QStringList{path("report")});
     }
 
     void theListingCommandIsTheWordsWithSingleBlanks()

@@ -86,6 +86,14 @@ private slots:
         QCOMPARE(applications.suites(), QStringList{QStringLiteral("Yozo      y")});
     }
 
+    void aNameIsDecodedEvenIfItIsNoTextInTheLocalesEncoding()
+    {
+        const Applications applications;
+        applications.add(QStringLiteral("yozo.desktop"),
+                         "[Desktop Entry]\nName=Yozo\nName[zh_CN]=a\xe9z\nExec=y\n");
+        QCOMPARE(applications.suites(), QStringList{QStringLiteral("Yozo a\ufffdz  y")});
+    }
+
     void theGenericNameStandsInForTheLocalizedName()
     {
         const Applications applications;

@@ -1,6 +1,8 @@
 #include <QTemporaryDir>
 
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -220,13 +222,51 @@ private slots:
         QVERIFY(!QFileInfo::exists(note));
     }
 
-    void aFullDiskIsSurvived()
+    void aReportThatAFullDiskCutsShortIsNotWhole()
     {
-        KInfoHelp().writeSysInfoReport(QStringLiteral("/dev/full"),
-                                       {true, false, false, false, true, false, false});
+        const ReportSections two{true, false, false, false, true, false, false};
+        QVERIFY(!KInfoHelp().writeSysInfoReport(QStringLiteral("/dev/full"), two));
+        QVERIFY(KInfoHelp().writeSysInfoReport(QStringLiteral("/dev/null"), two));
+        QVERIFY(KInfoHelp().writeSysInfoReport(path(), two));
+    }
+
+    void onlyTheUserCanReadANewReport()
+    {
+        KInfoHelp().writeSysInfoReport(path(), noSection);
+        QCOMPARE(modeOf(path()), mode_t(0600));
+    }
+
+    void anExistingFileKeepsItsMode()
+    {
+        QVERIFY(QFile(path()).open(QIODevice::WriteOnly));
+        QCOMPARE(::chmod(QFile::encodeName(path()).constData(), 0644), 0);
+        KInfoHelp().writeSysInfoReport(path(), noSection);
+        QCOMPARE(modeOf(path()), mode_t(0644));
+    }
+
+    void aPipeIsNotWaitedFor()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+        QVERIFY(KInfoHelp().writeSysInfoReport(path(), noSection));
+        // Nor written to, even if somebody reads it.
+        const int reader =
+            ::open(QFile::encodeName(path()).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(reader >= 0);
+        QVERIFY(KInfoHelp().writeSysInfoReport(path(),
+                                               {true, false, false, false, true, false, false}));
+        char byte = 0;
+        QCOMPARE(::read(reader, &byte, 1), ssize_t(0));
+        ::close(reader);
     }
 
 private:
+    static mode_t modeOf(const QString &file)
+    {
+        struct stat status = {};
+        ::stat(QFile::encodeName(file).constData(), &status);
+        return status.st_mode & 07777;
+    }
+
     QString path() const { return m_directory.filePath(QStringLiteral("report")); }
 
     QTemporaryDir m_directory;

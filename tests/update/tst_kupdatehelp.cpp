@@ -186,11 +186,25 @@ private slots:
         QCOMPARE(m_help->readLog().value(), QString());
     }
 
-    void aLogOfMoreThanAnAnswerCanCarryIsNothing()
+    void ofALongLogTheFirst16MiBAreRead()
     {
-        writeFile("log/vyrupdate.log", QByteArray(100000, 'x') + QByteArray(100, '\0'));
-        QVERIFY(OfficeAssiant::readLogText(place("log/vyrupdate.log"), 100000));
-        QVERIFY(!OfficeAssiant::readLogText(place("log/vyrupdate.log"), 99999));
+        constexpr int most = 16 * 1024 * 1024;
+        writeFile("log/vyrupdate.log", QByteArray(most, 'x'));
+        QCOMPARE(m_help->readLog().value().size(), most);
+        writeFile("log/vyrupdate.log", QByteArray(most, 'x') + QByteArray(most, 'y'));
+        QCOMPARE(m_help->readLog().value(), QString(most, QLatin1Char('x')));
+    }
+
+    void aLogIsCutBetweenTwoCharacters()
+    {
+        writeFile("log/vyrupdate.log", "a\xe5\xad\x97\xe5\xad\x97");
+        const auto cut = [this](qint64 largest) {
+            return OfficeAssiant::readLogText(place("log/vyrupdate.log"), largest).value();
+        };
+        QCOMPARE(cut(7), QStringLiteral("a\u5b57\u5b57"));
+        QCOMPARE(cut(6), QStringLiteral("a\u5b57"));
+        QCOMPARE(cut(4), QStringLiteral("a\u5b57"));
+        QCOMPARE(cut(3), QStringLiteral("a"));
     }
 
     void aLogThatCannotBeOpenedIsNothing_data()

@@ -19,6 +19,10 @@
 
 namespace {
 
+/// A command sets it when its result claims more than was done; the page gets it beside the result.
+constexpr char incompleteProperty[] = "isResultIncomplete";
+constexpr char incompleteKey[] = "incomplete";
+
 QString unreadableCallCallback()
 {
     return QStringLiteral("helioErrorCallBack");
@@ -39,6 +43,16 @@ QString toJsonText(const Json::Value &value)
     std::ostringstream text;
     writer->write(value, &text);
     return QString::fromStdString(text.str());
+}
+
+QString answerText(const KxWebViewJSContext &context)
+{
+    if (context.property(incompleteProperty).toBool()) {
+        Json::Value answer = context.result();
+        answer[incompleteKey] = true;
+        return toJsonText(answer);
+    }
+    return context.result().isNull() ? QStringLiteral("{}") : toJsonText(context.result());
 }
 
 QString refusal(const QString &message)
@@ -215,8 +229,7 @@ void KxWebViewAsynJSObject::queueJSAsynCall(const QString &call, bool base64)
 
 void KxWebViewAsynJSObject::publishResult(const KxWebViewJSContext &context)
 {
-    const QString json =
-        context.result().isNull() ? QStringLiteral("{}") : toJsonText(context.result());
+    const QString json = answerText(context);
     const bool base64 = context.isResultBase64();
     callbackToJS(context.callback(), base64 ? QString::fromLatin1(json.toUtf8().toBase64()) : json,
                  base64);

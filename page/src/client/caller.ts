@@ -19,7 +19,8 @@ export class Caller {
     ): Promise<Outcome<Value>> {
         const sent = await this.send(command, args);
         if (sent.kind !== 'done') return sent;
-        const { result } = sent.value;
+        const { result, incomplete } = sent.value;
+        if (incomplete) return { kind: 'incomplete' };
         if (result === undefined) return { kind: 'unanswered' };
         if (result === 'error') return { kind: 'failed' };
         if (result === 'parame error') return { kind: 'badRequest' };

@@ -3,6 +3,7 @@
  * words:
  * - failed: the library answered "error";
  * - badRequest: the library answered "parame error";
+ * - incomplete: a full disk cut short what was written;
  * - unanswered: the library set no result where one was due;
  * - unreadable: the result has another shape than the command promises;
  * - refused: the host did not pass the call on, with its reason;
@@ -12,6 +13,7 @@ export type Outcome<Value> =
     | { kind: 'done'; value: Value }
     | { kind: 'failed' }
     | { kind: 'badRequest' }
+    | { kind: 'incomplete' }
     | { kind: 'unanswered' }
     | { kind: 'unreadable'; reason: string }
     | { kind: 'refused'; reason: string }

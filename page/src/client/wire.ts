@@ -2,6 +2,8 @@
 
 export interface Envelope {
     result?: unknown;
+    /** A full disk cut short what the result calls a success. */
+    incomplete?: boolean;
 }
 
 export interface Host {

@@ -6,7 +6,10 @@ import { SandboxRoot } from '../../sandboxroot.mjs';
 import { lines, runScript } from './scriptrunner.mjs';
 
 const workDirectory = '/home/user/.local/share/Orvane/tmp';
-const archive = `${workDirectory}/archive`;
+const collected = `${workDirectory}/archive`;
+/** Where the tests unpack what the script packed. */
+const unpacked = '/tmp/unpacked';
+const archive = `${unpacked}${collected}`;
 const resources = '/opt/orvane/office';
 const longAgo = new Date('2001-02-03T04:05:06Z');
 
@@ -20,7 +23,7 @@ beforeEach(async () => {
 afterEach(async () => root.dispose());
 
 /** The script's nine arguments: harmless values, except those that the test sets. */
-function pack({
+async function pack({
     name = '/home/user/report',
     type = 'crash',
     describe: text = 'it failed',
@@ -30,7 +33,7 @@ function pack({
     dumpInfo = 'false',
     dumps = '',
 } = {}) {
-    return runScript(root, 'archivepackage.sh', [
+    const end = await runScript(root, 'archivepackage.sh', [
         name,
         type,
         text,
@@ -41,6 +44,9 @@ function pack({
         dumps,
         resources,
     ]);
+    await root.makeDirectory(unpacked);
+    await root.run(['/usr/bin/tar', '--force-local', '-xpzf', `${name}.tar.gz`, '-C', unpacked]);
+    return end;
 }
 
 const describeFile = () => root.readFile(`${archive}/describe.txt`);
@@ -58,10 +64,10 @@ async function expectCopyKept(name, mode = 0o640) {
 
 describe('arguments', () => {
     test.each([0, 1, 8, 10])('%i arguments do nothing and end with 0', async (count) => {
-        await root.writeFile(`${archive}/kept`, 'x');
+        await root.writeFile(`${collected}/kept`, 'x');
         const end = await runScript(root, 'archivepackage.sh', Array(count).fill('a'));
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
-        expect(await root.list(archive)).toEqual(['kept']);
+        expect(await root.list(collected)).toEqual(['kept']);
         expect(await root.callsOf('xdg-open')).toEqual([]);
     });
 });
@@ -153,7 +159,7 @@ describe('file list', () => {
     test('empty pieces vanish', async () => {
         await root.writeFile('/home/user/a', '');
         const end = await pack({ files: ';;;/home/user/a;; ;' });
-        expect(lines(end.stdout).slice(1, 3)).toEqual(['/home/user/a', `${archive}/`]);
+        expect(lines(end.stdout).slice(1, 3)).toEqual(['/home/user/a', `${collected}/`]);
     });
 
     test('a name with pattern characters means that one file', async () => {
@@ -224,7 +230,7 @@ describe('suite information', () => {
             await expectCopyKept(name, 0o666);
         }
         const stat = await root.stat(`${archive}/feature.dat`);
-        expect(stat.mode & 0o777).toBe(0o644);
+        expect(stat.mode & 0o777).toBe(0o600);
         expect(stat.mtime.getFullYear()).toBeGreaterThan(2001);
     });
 
@@ -274,6 +280,24 @@ describe('dumps', () => {
         expect(await root.list(archive)).toEqual(['describe.txt']);
     });
 
+    test('whose names are not UTF-8 are found by what reads alike', async () => {
+        await root.run([
+            'bash',
+            '-c',
+            `cd ~/dump; for byte in '\\xfe' '\\xff'; do
+                printf "$byte" > "$(printf "vyr_[4].dmp.$byte")"
+            done; touch vyr_4.dmp.x`,
+        ]);
+        const end = await pack({ dumpInfo: 'true', dumps: ';/home/user/dump/vyr_[4].dmp.\ufffd' });
+        expect(lines(end.stdout)[1]).toBe('/home/user/dump/vyr_[4].dmp.\ufffd');
+        expect(fs.readdirSync(root.hostPath(archive), 'latin1').sort()).toEqual([
+            'describe.txt',
+            'vyr_[4].dmp.\xfe',
+            'vyr_[4].dmp.\xff',
+        ]);
+        expect(lines(await describeFile())).toHaveLength(5);
+    });
+
     test('that vanished are printed only', async () => {
         const end = await pack({ dumpInfo: 'true', dumps: ';/home/user/dump/vyr_9.dmp' });
         expect(lines(end.stdout)[1]).toBe('/home/user/dump/vyr_9.dmp');
@@ -287,7 +311,7 @@ describe('archive', () => {
     test('carries the absolute path of its directory without the leading slash', async () => {
         await root.writeFile('/home/user/a.vyr', 'sample');
         await pack({ files: ';/home/user/a.vyr' });
-        const directory = archive.slice(1);
+        const directory = collected.slice(1);
         expect(await members('/home/user/report.tar.gz')).toEqual([
             `${directory}/`,
             `${directory}/a.vyr`,
@@ -297,7 +321,7 @@ describe('archive', () => {
 
     test('is listed member by member on standard output', async () => {
         const end = await pack();
-        expect(lines(end.stdout)).toEqual(['', `${archive}/`, `${archive}/describe.txt`]);
+        expect(lines(end.stdout)).toEqual(['', `${collected}/`, `${collected}/describe.txt`]);
     });
 
     test('is opened with the desktop, by its whole name', async () => {
@@ -307,14 +331,14 @@ describe('archive', () => {
     });
 
     test('replaces what an earlier archive left behind', async () => {
-        await root.writeFile(`${archive}/deep/old`, 'x');
+        await root.writeFile(`${collected}/deep/old`, 'x');
         await pack();
         expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
     });
 
     test('is built where a broken link stood', async () => {
         await root.makeDirectory(workDirectory);
-        fs.symlinkSync('/nowhere', root.hostPath(archive));
+        fs.symlinkSync('/nowhere', root.hostPath(collected));
         await pack();
         expect(await members('/home/user/report.tar.gz')).toHaveLength(2);
     });
@@ -322,5 +346,96 @@ describe('archive', () => {
     test('with a colon in a bare name is a local file, not one on another machine', async () => {
         await pack({ name: 'host:report' });
         expect(await members('/home/user/host:report.tar.gz')).toHaveLength(2);
+    });
+});
+
+describe('privacy', () => {
+    const modeOf = async (path) => (await root.stat(path)).mode & 0o777;
+
+    test('only the user can read archive and work directory', async () => {
+        await root.makeDirectory(workDirectory);
+        await pack();
+        expect(await modeOf('/home/user/report.tar.gz')).toBe(0o600);
+        expect(await modeOf(workDirectory)).toBe(0o700);
+        expect(await modeOf(archive)).toBe(0o700);
+        expect(await modeOf(`${archive}/describe.txt`)).toBe(0o600);
+    });
+
+    test('report and collected files are gone after the archive is whole', async () => {
+        await root.writeFile(`${workDirectory}/sysinfo.txt`, 'secret');
+        await pack({ systemInfo: 'true' });
+        expect(await root.list(archive)).toContain('sysinfo.txt');
+        expect(await root.list(workDirectory)).toEqual([]);
+    });
+
+    test('a report that was not asked for stays', async () => {
+        await root.writeFile(`${workDirectory}/sysinfo.txt`, 'secret');
+        await pack();
+        expect(await root.list(workDirectory)).toEqual(['sysinfo.txt']);
+    });
+
+    test('a report stays for another run that waits, which removes it', async () => {
+        await root.writeFile(`${workDirectory}/sysinfo.txt`, 'secret');
+        const twice = ['first', 'second'].map(
+            (name) =>
+                `bash /scripts/archivepackage.sh ~/${name} a b '' true false false '' ${resources} &`,
+        );
+        await root.run(['bash', '-c', `${twice.join(' ')} wait`]);
+        for (const name of ['first', 'second']) {
+            const { stdout } = await root.run(['tar', '-tzf', `/home/user/${name}.tar.gz`]);
+            expect(stdout).toContain('/sysinfo.txt');
+        }
+        expect(await root.list(workDirectory)).toEqual([]);
+    });
+
+    test('what the viewer writes is not made private', async () => {
+        await root.fake('xdg-open', '#!/bin/bash\numask > /fakecalls/umask\n');
+        await pack();
+        expect(await root.readFile('/fakecalls/umask')).toBe('0022\n');
+    });
+});
+
+describe('an earlier archive', () => {
+    const earlier = '/home/user/report.tar.gz';
+
+    beforeEach(async () => root.writeFile(earlier, 'earlier'));
+
+    /** A tar that writes half an archive, then runs `rest`. */
+    const halfTar = (rest) => root.fake('tar', `#!/bin/bash\necho half > "$4"\n${rest}\n`);
+
+    test('survives a tar that fails, and is not opened', async () => {
+        await halfTar('exit 2');
+        expect((await pack()).status).toBe(1);
+        expect(await root.readFile(earlier)).toBe('earlier');
+        expect(await root.list('/home/user')).toEqual(['.local', 'report.tar.gz']);
+        expect(await root.callsOf('xdg-open')).toEqual([]);
+    });
+
+    test('survives a kill, whose traces the next run clears', async () => {
+        await halfTar('kill -KILL $PPID');
+        await pack();
+        expect(await root.readFile(earlier)).toBe('earlier');
+        expect(await root.list('/home/user')).toHaveLength(3);
+        await root.remove('/fakes/tar');
+        await pack();
+        expect(await root.list('/home/user')).toEqual(['.local', 'report.tar.gz']);
+        expect(await root.list(archive)).toEqual(['describe.txt']);
+        expect(await root.list(workDirectory)).toEqual([]);
+    });
+
+    test('is replaced where only the file can be written', async () => {
+        await root.writeFile('/opt/orvane/shared/report.tar.gz', 'earlier');
+        fs.chmodSync(root.hostPath('/opt/orvane/shared'), 0o555);
+        await pack({ name: '/opt/orvane/shared/report' });
+        expect(await root.list(archive)).toEqual(['describe.txt']);
+        expect(await root.list(workDirectory)).toEqual([]);
+    });
+
+    test('is replaced behind a link', async () => {
+        fs.symlinkSync('report.tar.gz', root.hostPath('/home/user/link.tar.gz'));
+        await pack({ name: '/home/user/link' });
+        expect(await root.list(archive)).toEqual(['describe.txt']);
+        expect((await root.stat('/home/user/link.tar.gz')).isSymbolicLink()).toBe(true);
+        expect((await root.stat(earlier)).size).toBeGreaterThan(20);
     });
 });

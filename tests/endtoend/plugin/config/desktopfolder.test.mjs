@@ -109,6 +109,13 @@ test('the listing takes files and links called vyr-office*desktop, at the top on
     ]);
 });
 
+test('a desktop folder that is a link is followed', async () => {
+    await makeRoot();
+    await root.writeFile(`/home/user/Data/${shortcut}`, '');
+    await root.run(['ln', '-s', 'Data', '/home/user/Desktop']);
+    expect(await shortcuts()).toEqual([shortcut]);
+});
+
 test('a desktop two levels below home gives its own folder’s name', async () => {
     await makeRoot();
     await userDirectories('XDG_DESKTOP_DIR="$HOME/Data/Desk"\n');

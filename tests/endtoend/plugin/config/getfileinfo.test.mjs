@@ -69,3 +69,12 @@ test('nothing in a path is run', async () => {
     await list('/tmp/p', '$(touch${IFS}/tmp/ran)', '`touch', '/tmp/ran`', ';touch', '/tmp/ran');
     expect(await root.exists('/tmp/ran')).toBe(false);
 });
+
+test.each(['nobody reads', 'somebody reads'])('a pipe that %s is not written to', async (who) => {
+    const reader = who === 'somebody reads' ? 'timeout 1 cat /tmp/p & ' : '';
+    const end = await root.run(
+        ['bash', '-c', `mkfifo /tmp/p; ${reader}bash /scripts/getfileinfo.sh /tmp/p ~; wait`],
+        { timeoutMs: 10_000 },
+    );
+    expect(end.stdout).toBe('');
+});

@@ -146,3 +146,16 @@ test('the separate shortcuts are copied in their order', async () => {
     const sources = (await root.callsOf('cp')).map((call) => call.at(-2));
     expect(sources).toEqual(separate.map((name) => `${installed}/desktops/${name}`));
 });
+
+test('on a full disk there is no empty shortcut', async () => {
+    await install();
+    root.smallDisk(desktop, 16 * 1024);
+    const end = await root.run([
+        'bash',
+        '-c',
+        `head -c 100000 /dev/zero > ${desktop}/filling 2> /dev/null
+         bash /scripts/recovericon.sh other '${installed}' 2> /dev/null
+         ls -A ${desktop}`,
+    ]);
+    expect(end.stdout).toBe('filling\n');
+});
