@@ -1,6 +1,5 @@
 #include "bridge/ktoolmanager.h"
 
-#include <QDir>
 #include <QLibrary>
 
 #include "host/krt.h"
@@ -14,16 +13,6 @@ constexpr char updaterDirectory[] = "/opt/orvane/vtool/";
 constexpr char screenGrabPath[] =
     "/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so";
 constexpr char screenGrabSymbol[] = "screenShot";
-
-void removeStagedScripts()
-{
-    QDir directory(scriptStagingDirectory());
-    if (!directory.exists())
-        return;
-    const QStringList files = directory.entryList(QDir::Files);
-    for (const QString &file : files)
-        directory.remove(file);
-}
 
 } // namespace
 
