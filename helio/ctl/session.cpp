@@ -10,6 +10,7 @@
 #include "helio/headless/dialoganswers.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
+#include "helio/runtime/processes/terminationsignals.h"
 
 namespace ctl {
 
@@ -49,6 +50,8 @@ void Session::carryOutLines()
     for (int end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n', begin)) {
         const QByteArray line = m_unread.mid(begin, end - begin).trimmed();
         begin = end + 1;
+        if (helio::TerminationSignals::first() != 0)
+            break;
         if (!line.isEmpty())
             carryOut(parseSessionRequest(line));
     }
