@@ -1,6 +1,5 @@
 #include "bridge/ktoolmanager.h"
 
-#include <QDir>
 #include <QLibrary>
 
 #include "host/krt.h"
@@ -15,15 +14,10 @@ constexpr char screenGrabPath[] =
     "/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so";
 constexpr char screenGrabSymbol[] = "screenShot";
 
-void removeStagedScripts()
-{
-    QDir directory(scriptStagingDirectory());
-    if (!directory.exists())
-        return;
-    const QStringList files = directory.entryList(QDir::Files);
-    for (const QString &file : files)
-        directory.remove(file);
-}
+/// Null before the manager is made and after it is destroyed. Guarded, so that it is not destroyed
+/// meanwhile.
+KToolManager *living = nullptr;
+std::mutex livingGuard;
 
 } // namespace
 
@@ -40,10 +34,16 @@ KToolManager::KToolManager()
 {
     if (m_screenGrabLibrary->load())
         m_screenGrab = reinterpret_cast<ScreenGrab>(m_screenGrabLibrary->resolve(screenGrabSymbol));
+    const std::lock_guard lock(livingGuard);
+    living = this;
 }
 
 KToolManager::~KToolManager()
 {
+    {
+        const std::lock_guard lock(livingGuard);
+        living = nullptr;
+    }
     removeStagedScripts();
 }
 
@@ -80,11 +80,14 @@ void KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToo
 
 void KToolManager::forgetBridge(const KVyrAssistantToolAPI *bridge)
 {
-    const std::lock_guard lock(m_bridgeGuard);
-    if (m_mainPageBridge == bridge)
-        m_mainPageBridge = nullptr;
-    if (m_childPageBridge == bridge)
-        m_childPageBridge = nullptr;
+    const std::lock_guard livingLock(livingGuard);
+    if (!living)
+        return;
+    const std::lock_guard lock(living->m_bridgeGuard);
+    if (living->m_mainPageBridge == bridge)
+        living->m_mainPageBridge = nullptr;
+    if (living->m_childPageBridge == bridge)
+        living->m_childPageBridge = nullptr;
 }
 
 KToolManager::ScreenGrab KToolManager::screenGrab() const

@@ -41,8 +41,8 @@ public:
     /// nothing without a child page. May be called from any thread.
     void withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
 
-    /// Called by a bridge that is being destroyed.
-    void forgetBridge(const KVyrAssistantToolAPI *bridge);
+    /// Called by a bridge that is being destroyed, possibly after the manager at program exit.
+    static void forgetBridge(const KVyrAssistantToolAPI *bridge);
 
     /// Takes a screenshot with the suite's own library; null if it is not installed.
     ScreenGrab screenGrab() const;

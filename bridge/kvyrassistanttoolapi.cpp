@@ -20,7 +20,7 @@ KVyrAssistantToolAPI::KVyrAssistantToolAPI(KxWebViewContainer *container)
 
 KVyrAssistantToolAPI::~KVyrAssistantToolAPI()
 {
-    KToolManager::instance().forgetBridge(this);
+    KToolManager::forgetBridge(this);
 }
 
 void KVyrAssistantToolAPI::notifyHiddenTip(const QString &text)

@@ -24,6 +24,19 @@ target_compile_definitions(project_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
     QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+# Makes memory faults harder to exploit.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fstack-clash-protection HAS_STACK_CLASH_PROTECTION)
+target_compile_options(project_options INTERFACE
+    -fstack-protector-strong
+    $<$<BOOL:${HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>)
+target_link_options(project_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+if(NOT ASSISTANT_SANITIZE AND NOT ASSISTANT_COVERAGE)
+    # Needs optimisation. The sanitizers check more, and only calls that they see as such.
+    target_compile_options(project_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
 if(ASSISTANT_SANITIZE)
     target_compile_options(project_options INTERFACE
         -fsanitize=${ASSISTANT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

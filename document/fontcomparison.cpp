@@ -8,6 +8,7 @@
 #include "document/suiteapplication.h"
 #include "host/krt.h"
 #include "info/initext.h"
+#include "plugin/config/directorylock.h"
 #include "plugin/config/scriptstaging.h"
 #include "plugin/config/suitefiles.h"
 
@@ -19,6 +20,8 @@ constexpr char extractScript[] = "extractfont.sh";
 constexpr char shell[] = "bash";
 constexpr qint64 largestAnswer = qint64(16) * 1024 * 1024;
 constexpr char missingFontKey[] = "vyrtool/MissFonts";
+/// After that it is better to ask at the same time than not to answer.
+constexpr int longestTurnMs = 60000;
 
 } // namespace
 
@@ -37,6 +40,8 @@ std::optional<QString> missingFonts(const QString &document)
         return std::nullopt;
     const QString answerFile =
         suiteTemporaryDirectory() + QLatin1Char('/') + application->missingFontFile;
+    // All programs of this home get the answer in the same file, so one asks after the other.
+    const DirectoryLock turn(suiteTemporaryDirectory(), DirectoryLock::Exclusive, longestTurnMs);
     QFile::remove(answerFile);
     krt::ksafe::KProcess::Execute(
         QLatin1String(shell),

@@ -19,7 +19,8 @@ void EventPrinter::print(const QJsonObject &event) const
     const auto size = static_cast<std::size_t>(line.size());
     const bool isWritten =
         std::fwrite(line.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
-    if (!isWritten && !m_hasComplained)
+    // A reader that has gone ends the program.
+    if (!isWritten && !m_hasComplained && errno != EPIPE)
         qWarning("cannot write to standard output, events are lost: %s", std::strerror(errno));
     m_hasComplained = m_hasComplained || !isWritten;
 }

@@ -9,6 +9,7 @@ enum ExitStatus {
     WrongUsage = 2,      ///< wrong usage or unknown command
     NoLibrary = 3,       ///< the library cannot be loaded
     CallbackMissing = 4, ///< --until ran out of time
+    EndedBySignal = 128, ///< plus the signal's number; SIGPIPE if nobody reads the events any more
 };
 
 } // namespace ctl

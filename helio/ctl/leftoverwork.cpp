@@ -7,16 +7,22 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <csignal>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include "helio/ctl/callbackwait.h"
 #include "helio/runtime/processes/awaitedprograms.h"
+#include "helio/runtime/processes/runningprocess.h"
+#include "helio/runtime/processes/terminationsignals.h"
 #include "host/krt.h"
 
 namespace {
 
 constexpr int longestWaitMs = 30000;
+/// After a termination signal, which ends all of it.
+constexpr int longestEndMs = 2000;
 constexpr int checkIntervalMs = 20;
 /// How long a thread that a command has just started may sleep before it runs.
 constexpr int threadStartMs = 50;
@@ -27,6 +33,16 @@ constexpr char threadsDirectory[] = "/proc/self/task/";
 /// Where the library stages its scripts, below the suite's home. The interface fixes the place; it
 /// is named here a second time because a shell sees no more of the library than host/.
 constexpr char stagingDirectory[] = "/tmp/officeassis_script";
+
+QString stagedScripts()
+{
+    return krt::dirs::orvaneHome() + QLatin1String(stagingDirectory);
+}
+
+int longestWait()
+{
+    return helio::TerminationSignals::first() == 0 ? longestWaitMs : longestEndMs;
+}
 
 /// Whether a process's arguments name a script in @p directory: as the program itself, as the first
 /// argument of an interpreter, as that of a script used as an interpreter or, for a moment, in the
@@ -40,32 +56,9 @@ bool namesScriptFrom(const QByteArray &directory, const QList<QByteArray> &words
     return !words.value(1).startsWith('-') && words.value(2).startsWith(directory);
 }
 
-struct Status
-{
-    QByteArray name;
-    QByteArray state;
-    qint64 parent = 0;
-};
-
-/// Reads DIRECTORY/stat, where the directory in /proc is that of a process or thread. All fields
-/// are empty if that has ended.
-Status statusOf(const QString &directory)
-{
-    QFile status(directory + QStringLiteral("/stat"));
-    if (!status.open(QIODevice::ReadOnly))
-        return {};
-    // See proc(5). The name may contain any character, also parentheses.
-    const QByteArray line = status.readAll();
-    const int nameBegin = line.indexOf('(') + 1;
-    const int nameEnd = line.lastIndexOf(')');
-    const QList<QByteArray> fields = line.mid(nameEnd + 2).split(' ');
-    return {line.mid(nameBegin, nameEnd - nameBegin), fields.value(0),
-            fields.value(1).toLongLong()};
-}
-
 bool isLivingChild(const QString &processId)
 {
-    const Status status = statusOf(QStringLiteral("/proc/") + processId);
+    const helio::ProcessStatus status = helio::processStatus(QStringLiteral("/proc/") + processId);
     return !status.state.isEmpty() && status.state != "Z" && status.state != "X" &&
            status.parent == QCoreApplication::applicationPid();
 }
@@ -81,10 +74,27 @@ bool runsScriptFrom(const QByteArray &directory, const QString &processId)
                            : namesScriptFrom(directory, words.split('\0'));
 }
 
-bool isOwnProcess(const QString &processId)
+/// Whether this process has started a process, directly or through others. One whose parent has
+/// ended counts only after adoptLeftovers().
+bool isOwnDescendant(const QString &processId)
 {
-    return QFileInfo(QStringLiteral("/proc/") + processId).ownerId() == ::getuid() &&
-           processId.toLongLong() != QCoreApplication::applicationPid();
+    qint64 process = processId.toLongLong();
+    do {
+        process = helio::processStatus(QStringLiteral("/proc/%1").arg(process)).parent;
+    } while (process > 1 && process != QCoreApplication::applicationPid());
+    return process == QCoreApplication::applicationPid();
+}
+
+QStringList ownScripts(const QString &directory)
+{
+    const QByteArray prefix = QFile::encodeName(directory) + '/';
+    QStringList scripts;
+    const QStringList processes = helio::processIds();
+    for (const QString &processId : processes) {
+        if (runsScriptFrom(prefix, processId) && isOwnDescendant(processId))
+            scripts.append(processId);
+    }
+    return scripts;
 }
 
 QStringList otherThreads()
@@ -92,6 +102,11 @@ QStringList otherThreads()
     QStringList threads =
         QDir(QLatin1String(threadsDirectory)).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
     threads.removeOne(QString::number(QCoreApplication::applicationPid()));
+    const auto isWatcher = [](const QString &thread) {
+        return helio::processStatus(QLatin1String(threadsDirectory) + thread).name ==
+               helio::signalThread;
+    };
+    threads.erase(std::remove_if(threads.begin(), threads.end(), isWatcher), threads.end());
     return threads;
 }
 
@@ -101,35 +116,47 @@ bool hasRunningThread()
 {
     const QStringList threads = otherThreads();
     return std::any_of(threads.begin(), threads.end(), [](const QString &thread) {
-        const Status status = statusOf(QLatin1String(threadsDirectory) + thread);
+        const helio::ProcessStatus status =
+            helio::processStatus(QLatin1String(threadsDirectory) + thread);
         return (status.state == "R" || status.state == "D") && status.name != pooledThread;
     });
 }
 
 } // namespace
 
+void ctl::adoptLeftovers()
+{
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+
 bool ctl::isScriptRunningFrom(const QString &directory)
 {
-    const QByteArray prefix = QFile::encodeName(directory) + '/';
-    const QStringList processes =
-        QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
-    return std::any_of(processes.begin(), processes.end(), [&prefix](const QString &processId) {
-        return isOwnProcess(processId) && runsScriptFrom(prefix, processId);
-    });
+    return !ownScripts(directory).isEmpty();
+}
+
+void ctl::endStartedWork(int signal)
+{
+    helio::signalAwaitedGroups(signal);
+    const QStringList scripts = ownScripts(stagedScripts());
+    for (const QString &script : scripts) {
+        const int group = helio::processStatus(QStringLiteral("/proc/") + script).group;
+        if (group > 0 && group != ::getpgrp())
+            ::kill(-group, signal);
+    }
 }
 
 int ctl::waitForLeftoverWork()
 {
-    const QString scripts = krt::dirs::orvaneHome() + QLatin1String(stagingDirectory);
+    const QString scripts = stagedScripts();
     QElapsedTimer waited;
     waited.start();
     if (!otherThreads().isEmpty())
         CallbackWait::processEvents(threadStartMs);
-    while (waited.elapsed() < longestWaitMs &&
+    while (waited.elapsed() < longestWait() &&
            (helio::awaitedProgramCount() > 0 || hasRunningThread() ||
             (QFileInfo::exists(scripts) && isScriptRunningFrom(scripts))))
         CallbackWait::processEvents(checkIntervalMs);
     // Prints what other threads reported last, such as the start of a program.
     QCoreApplication::processEvents();
-    return static_cast<int>(qMax(qint64{0}, longestWaitMs - waited.elapsed()));
+    return static_cast<int>(qMax(qint64{0}, longestWait() - waited.elapsed()));
 }

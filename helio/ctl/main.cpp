@@ -1,6 +1,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <unistd.h>
+
 #include "helio/ctl/commandline.h"
 #include "helio/ctl/eventprinter.h"
 #include "helio/ctl/exitstatus.h"
@@ -13,6 +15,7 @@
 #include "helio/headless/headlessshell.h"
 #include "helio/runtime/pluginlibrary.h"
 #include "helio/runtime/processes/awaitedprograms.h"
+#include "helio/runtime/processes/terminationsignals.h"
 #include "helio/runtime/suitehome.h"
 #include "helio/runtime/textencoding.h"
 
@@ -70,7 +73,8 @@ int run(const ctl::CommandLine &line, int input)
     }
     const int status = carryOut(line, shell, printer, input);
     helio::endAwaitedPrograms(ctl::waitForLeftoverWork());
-    return status;
+    const int signal = helio::TerminationSignals::first();
+    return signal != 0 ? ctl::EndedBySignal + signal : status;
 }
 
 } // namespace
@@ -92,6 +96,10 @@ int main(int argc, char *argv[])
         printText(line.text, stdout);
         return ctl::Answered;
     }
+    ctl::adoptLeftovers();
+    const helio::TerminationSignals terminationSignals(ctl::endStartedWork, STDOUT_FILENO);
+    QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
+                     &QCoreApplication::quit);
     helio::makeDefaultSuiteHome();
     return run(line, input);
 }

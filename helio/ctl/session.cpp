@@ -10,6 +10,14 @@
 #include "helio/headless/dialoganswers.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
+#include "helio/runtime/processes/terminationsignals.h"
+
+namespace {
+
+constexpr int longestLine = 256 * 1024 * 1024;
+constexpr char tooLong[] = "a request has 256 MiB at most";
+
+} // namespace
 
 namespace ctl {
 
@@ -18,7 +26,8 @@ Session::Session(helio::HeadlessShell &shell, const EventPrinter &printer, int i
       m_printer(printer),
       m_callbacks(shell),
       m_descriptor(input),
-      m_input(input, QSocketNotifier::Read)
+      m_input(input, QSocketNotifier::Read),
+      m_unread(longestLine)
 {
     connect(&m_input, &QSocketNotifier::activated, this, &Session::readInput);
 }
@@ -32,8 +41,8 @@ void Session::readInput()
     // Further requests wait, even if this one runs an event loop.
     m_input.setEnabled(false);
     if (count <= 0) {
-        if (!m_unread.isEmpty())
-            m_unread.append('\n');
+        if (m_unread.isInLine())
+            m_unread.append("\n", 1);
         carryOutLines();
         emit ended();
         return;
@@ -45,14 +54,15 @@ void Session::readInput()
 
 void Session::carryOutLines()
 {
-    int begin = 0;
-    for (int end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n', begin)) {
-        const QByteArray line = m_unread.mid(begin, end - begin).trimmed();
-        begin = end + 1;
-        if (!line.isEmpty())
-            carryOut(parseSessionRequest(line));
+    while (helio::TerminationSignals::first() == 0) {
+        const std::optional<LineBuffer::Line> line = m_unread.takeLine();
+        if (!line)
+            return;
+        if (line->isTooLong)
+            m_printer.printError({}, QLatin1String(tooLong));
+        else if (!line->text.trimmed().isEmpty())
+            carryOut(parseSessionRequest(line->text.trimmed()));
     }
-    m_unread.remove(0, begin);
 }
 
 void Session::carryOut(const SessionRequest &request)

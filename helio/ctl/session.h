@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
 
 #include "helio/ctl/callbackwait.h"
+#include "helio/ctl/linebuffer.h"
 
 namespace ctl {
 
@@ -35,7 +35,7 @@ private:
     CallbackWait m_callbacks;
     int m_descriptor;
     QSocketNotifier m_input;
-    QByteArray m_unread;
+    LineBuffer m_unread;
 };
 
 } // namespace ctl

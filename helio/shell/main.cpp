@@ -10,6 +10,8 @@
 
 #include "helio/runtime/pluginlibrary.h"
 #include "helio/runtime/processes/awaitedprograms.h"
+#include "helio/runtime/processes/runningprocess.h"
+#include "helio/runtime/processes/terminationsignals.h"
 #include "helio/runtime/suitehome.h"
 #include "helio/runtime/textencoding.h"
 #include "helio/shell/assistantwindows.h"
@@ -18,7 +20,6 @@
 #include "helio/shell/hiddenvariables.h"
 #include "helio/shell/missingparts.h"
 #include "helio/shell/shelloptions.h"
-#include "helio/shell/terminationsignals.h"
 #include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
@@ -122,8 +123,8 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     QApplication::setDesktopFileName(QStringLiteral("office-assistant"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
 
-    const shell::TerminationSignals terminationSignals;
-    QObject::connect(&terminationSignals, &shell::TerminationSignals::received, qApp,
+    const helio::TerminationSignals terminationSignals(helio::signalAwaitedGroups);
+    QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
                      &QCoreApplication::quit);
     helio::makeDefaultSuiteHome();
     return showWindows(options);

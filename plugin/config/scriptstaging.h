@@ -16,4 +16,8 @@ QString stagedScript(const QString &name);
 /// directory, which is made. Returns the path, or an empty text on failure.
 QString stageResource(const QString &resource, const QString &name, const QString &targetDirectory);
 
+/// Removes the plain files of the staging directory, unless another program still uses them. Call
+/// it when this process runs no more of them.
+void removeStagedScripts();
+
 } // namespace OfficeAssiant

@@ -3,6 +3,10 @@
 #include <QFile>
 #include <QJsonArray>
 
+#include <atomic>
+#include <thread>
+#include <vector>
+
 #include "document/fontcomparison.h"
 #include "plugin/config/scriptstaging.h"
 #include "tests/support/shell/headlesstest.h"
@@ -169,6 +173,27 @@ private slots:
         RecordingShell shell;
         QCOMPARE(compare(shell, QStringLiteral("/nowhere/a.docx")), error());
         QVERIFY(writer.calls().isEmpty());
+    }
+
+    void twoThatAskAtOnceGetTheirOwnAnswers()
+    {
+        const SuiteProgram writer(
+            QStringLiteral("vyr"),
+            "sleep 0.02; printf '[vyrtool]\\nMissFonts=%s\\n' \"${2##*/}\" "
+            "> \"$HOME/.local/share/Orvane/tmp/vyrmissfonts.ini\"; sleep 0.02");
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> asking;
+        for (int number = 0; number < 8; ++number) {
+            const QString name = QStringLiteral("font%1.doc").arg(number);
+            const QString path = document(name.toLatin1().constData());
+            asking.emplace_back([&wrong, name, path] {
+                for (int round = 0; round < 3; ++round)
+                    wrong += OfficeAssiant::missingFonts(path) != name;
+            });
+        }
+        for (std::thread &thread : asking)
+            thread.join();
+        QCOMPARE(wrong.load(), 0);
     }
 
     void namesInTheLocalesEncodingAreRead()

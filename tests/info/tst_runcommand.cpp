@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <csignal>
@@ -7,6 +8,7 @@
 #include <unistd.h>
 
 #include "info/runcommand.h"
+#include "tests/support/lifeline.h"
 #include "tests/support/nomoredescriptors.h"
 #include "tests/support/patience.h"
 #include "tests/support/shell/headlesstest.h"
@@ -28,6 +30,11 @@ bool hasChildren()
 void ignoreChild(int, siginfo_t *, void *) {}
 
 void ignoreSignal(int) {}
+
+QString homePath(const char *name)
+{
+    return testsupport::PrivateHome::current().path() + QLatin1Char('/') + QLatin1String(name);
+}
 
 } // namespace
 
@@ -136,6 +143,50 @@ private slots:
         QCOMPARE(bytes, std::optional<QByteArray>("1234\n"));
     }
 
+    void aCommandThatHangsIsGivenUpWithAllItsPrograms_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("silent") << QStringLiteral("echo a; sleep 600 & sleep 600")
+                                << QStringLiteral("a");
+        QTest::newRow("left behind")
+            << QStringLiteral("echo a; sleep 600 & exit") << QStringLiteral("a");
+        QTest::newRow("closed output")
+            << QStringLiteral("echo a; exec >&-; sleep 600") << QStringLiteral("a");
+        QTest::newRow("deaf") << QStringLiteral(
+                                     "trap '' TERM HUP INT; echo a; while :; do sleep 1; done")
+                              << QStringLiteral("a");
+        QTest::newRow("endless") << QStringLiteral("printf x; exec cat /dev/zero") << QString();
+    }
+
+    void aCommandThatHangsIsGivenUpWithAllItsPrograms()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, output);
+        QElapsedTimer taken;
+        taken.start();
+        testsupport::Lifeline programs;
+        const QString text = runCommand(command, 300);
+        const auto bytes = readCommandOutput(command, 300);
+        QVERIFY(taken.elapsed() >= 600);
+        QVERIFY(programs.areAllGone());
+        QVERIFY(!hasChildren());
+        QVERIFY(bytes);
+        if (output.isEmpty()) {
+            QVERIFY(text.startsWith(QLatin1Char('x')) && bytes->startsWith('x'));
+        } else {
+            QCOMPARE(text, output);
+            QCOMPARE(*bytes, output.toLatin1() + '\n');
+        }
+    }
+
+    void aCommandHasNoInputAndAGroupOfItsOwn()
+    {
+        QCOMPARE(runCommand(QStringLiteral("cat")), QString());
+        QCOMPARE(runCommand(QStringLiteral("[ $$ = $(cut -d' ' -f5 /proc/$$/stat) ] && echo own")),
+                 QStringLiteral("own"));
+    }
+
     void nothingIsLeftBehind()
     {
         const int before = openDescriptors();
@@ -217,7 +268,7 @@ private slots:
     void aStartedCommandIsNotWaitedForAndIsCollectedLater()
     {
         const int before = openDescriptors();
-        const QString note = testsupport::PrivateHome::current().path() + QStringLiteral("/note");
+        const QString note = homePath("note");
         QObject owner;
         startCommand(QStringLiteral("cd; until [ -e go ]; do sleep 0.01; done; "
                                     "head -c 200000 /dev/zero; touch note"),
@@ -230,14 +281,28 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(owner.children().isEmpty(), testsupport::longestWaitMs);
     }
 
+    void aStartedCommandThatClosesItsOutputDoesNotBlockTheEventLoop()
+    {
+        QObject owner;
+        startCommand(QStringLiteral("exec >&-; touch \"$HOME/closed\"; sleep 5"), &owner);
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(homePath("closed")), testsupport::longestWaitMs);
+        QElapsedTimer taken;
+        taken.start();
+        QTest::qWait(500);
+        QVERIFY(taken.elapsed() < 3000);
+        QVERIFY(hasChildren());
+    }
+
     void aStartedCommandRunsOnWithoutItsOwner()
     {
-        const QString note = testsupport::PrivateHome::current().path() + QStringLiteral("/later");
         {
             QObject owner;
-            startCommand(QStringLiteral("sleep 0.1; touch \"$HOME/later\""), &owner);
+            // More than a pipe that nobody reads takes.
+            startCommand(
+                QStringLiteral("sleep 0.1; head -c 200000 /dev/zero; touch \"$HOME/later\""),
+                &owner);
         }
-        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(note), testsupport::longestWaitMs);
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(homePath("later")), 10000);
     }
 };
 

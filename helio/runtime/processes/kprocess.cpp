@@ -20,14 +20,14 @@ std::atomic<int> awaitedPrograms{0};
 /// When to kill them, in milliseconds of the monotonic clock.
 std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
 
-int runToItsEnd(QProcess &process)
+int runToItsEnd(helio::QuietProcess &process)
 {
     process.start();
     if (!process.waitForStarted(-1))
         return notStarted;
     while (!process.waitForFinished(endingCheckMs) && process.state() != QProcess::NotRunning) {
         if (QDeadlineTimer::current().deadline() >= endOfAwaiting)
-            process.kill();
+            process.killGroup();
     }
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : crashed;
 }

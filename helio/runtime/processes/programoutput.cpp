@@ -26,7 +26,8 @@ struct Pipe
 Pipe makePipe()
 {
     std::array<int, 2> ends = {-1, -1};
-    static_cast<void>(::pipe2(ends.data(), O_CLOEXEC));
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return Pipe();
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 

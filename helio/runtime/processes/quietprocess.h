@@ -2,10 +2,15 @@
 
 #include <QProcess>
 
+#include <csignal>
+
+#include <unistd.h>
+
 namespace helio {
 
 /// A program with its standard streams at /dev/null: it reads nothing of ours, and whoever reads
-/// our output does not have to wait for its end.
+/// our output does not have to wait for its end. It has a process group of its own, so that its
+/// own programs can be ended with it.
 class QuietProcess : public QProcess
 {
 public:
@@ -17,6 +22,12 @@ public:
         setStandardOutputFile(nullDevice());
         setStandardErrorFile(nullDevice());
     }
+
+    void killGroup() { ::kill(static_cast<pid_t>(-processId()), SIGKILL); }
+
+protected:
+    /// Not called for a detached program, which gets a session of its own.
+    void setupChildProcess() override { ::setpgid(0, 0); }
 };
 
 } // namespace helio

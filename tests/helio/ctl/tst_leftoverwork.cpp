@@ -4,11 +4,13 @@
 #include <QTemporaryDir>
 
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <thread>
 
 #include "helio/ctl/leftoverwork.h"
+#include "host/krt.h"
 #include "tests/support/patience.h"
 #include "tests/support/shell/headlesstest.h"
 #include "tests/support/unprivileged.h"
@@ -123,6 +125,32 @@ private slots:
                                  testsupport::longestWaitMs);
         QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(m_directory->path().chopped(1)),
                                  testsupport::longestWaitMs);
+    }
+
+    void aScriptOfAnotherProgramIsNotWaitedFor()
+    {
+        const QString script = addScript(QStringLiteral("sleeper.sh"));
+        const RunningProcess process(QStringLiteral("bash"), {script});
+        QTRY_VERIFY_WITH_TIMEOUT(ctl::isScriptRunningFrom(m_directory->path()),
+                                 testsupport::longestWaitMs);
+        // A new process has not started it.
+        QVERIFY(testsupport::holdsUnprivileged(
+            [this] { return !ctl::isScriptRunningFrom(m_directory->path()); }));
+    }
+
+    void aDetachedScriptIsFoundAndEnded()
+    {
+        testsupport::PrivateHome::current().writeFile(
+            QStringLiteral(".local/share/Orvane/tmp/officeassis_script/stuck.sh"),
+            "#!/bin/bash\nsleep 600 & sleep 600\n");
+        const QString directory = testsupport::PrivateHome::current().suiteHome() +
+                                  QStringLiteral("/tmp/officeassis_script");
+        ctl::adoptLeftovers();
+        QVERIFY(krt::ksafe::KProcess::StartDetach(
+            QStringLiteral("bash"), {directory + QStringLiteral("/stuck.sh")}, QString(), nullptr));
+        QTRY_VERIFY_WITH_TIMEOUT(ctl::isScriptRunningFrom(directory), testsupport::longestWaitMs);
+        ctl::endStartedWork(SIGTERM);
+        QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(directory), testsupport::longestWaitMs);
     }
 
     void nothingLeftMeansNoWait()

@@ -1,8 +1,13 @@
 #include <QDir>
 #include <QResource>
 
-#include <sys/stat.h>
+#include <vector>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "plugin/config/directorylock.h"
 #include "plugin/config/scriptstaging.h"
 #include "tests/support/shell/headlesstest.h"
 
@@ -29,6 +34,23 @@ QString installedScripts()
 QString stagedPath(const QString &name)
 {
     return PrivateHome::current().suiteHome() + QStringLiteral("/tmp/officeassis_script/") + name;
+}
+
+/// Stages, uses and removes all scripts again and again. False if one was not there as it should
+/// be.
+bool stagesAndRemoves(int rounds)
+{
+    const QStringList names = embeddedScripts();
+    for (int round = 0; round < rounds; ++round) {
+        for (const QString &name : names) {
+            const QString staged = stagedScript(name);
+            if (staged.isEmpty() || !QFileInfo(staged).isExecutable() ||
+                readFile(staged) != readFile(QStringLiteral(":/config/") + name))
+                return false;
+        }
+        removeStagedScripts();
+    }
+    return true;
 }
 
 mode_t modeOf(const QString &path)
@@ -62,6 +84,7 @@ private slots:
     void cleanup()
     {
         qunsetenv("HELIO_SUITE_HOME");
+        removeStagedScripts();
         QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/addons"))
             .removeRecursively();
         QDir(PrivateHome::current().suiteHome() + QStringLiteral("/tmp")).removeRecursively();
@@ -126,6 +149,51 @@ private slots:
         QCOMPARE(stagedScript(script), stagedPath(script));
         QCOMPARE(readFile(stagedPath(script)), QByteArray("echo older\n"));
         QCOMPARE(modeOf(stagedPath(script)), mode_t(0550));
+    }
+
+    void theStagedFilesAreRemovedByTheLastProgramThatUsesThem()
+    {
+        QVERIFY(!stagedScript(script).isEmpty());
+        const QString directory = scriptStagingDirectory();
+        QVERIFY(QDir(directory).mkdir(QStringLiteral("kept")));
+        {
+            const DirectoryLock otherProgram(directory, DirectoryLock::Shared, 0);
+            removeStagedScripts();
+            QVERIFY(QFileInfo::exists(stagedPath(script)));
+        }
+        removeStagedScripts();
+        QCOMPARE(QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{QStringLiteral("kept")});
+    }
+
+    void aProgramThatHasStagedNothingLeavesTheFilesOfAnother()
+    {
+        writeFile(stagedPath(script), "echo another's\n");
+        {
+            const DirectoryLock other(scriptStagingDirectory(), DirectoryLock::Shared, 0);
+            removeStagedScripts();
+            QVERIFY(QFileInfo::exists(stagedPath(script)));
+        }
+        removeStagedScripts();
+        QVERIFY(!QFileInfo::exists(stagedPath(script)));
+    }
+
+    void twentyProgramsAtOnceDoNotTakeEachOthersScripts()
+    {
+        std::vector<pid_t> programs(20);
+        for (pid_t &program : programs) {
+            program = ::fork();
+            if (program == 0)
+                ::_exit(stagesAndRemoves(25) ? 0 : 1);
+        }
+        int wrong = 0;
+        for (const pid_t program : programs) {
+            int status = -1;
+            QCOMPARE(::waitpid(program, &status, 0), program);
+            wrong += status != 0;
+        }
+        QCOMPARE(wrong, 0);
+        QVERIFY(QDir(scriptStagingDirectory()).isEmpty());
     }
 
     void aNameThatIsNotInTheTreeGivesAnEmptyPath()

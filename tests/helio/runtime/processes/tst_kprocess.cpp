@@ -7,6 +7,7 @@
 #include "helio/runtime/processes/awaitedprograms.h"
 #include "host/krt.h"
 #include "tests/support/fakeprograms.h"
+#include "tests/support/lifeline.h"
 #include "tests/support/patience.h"
 #include "tests/support/shell/headlesstest.h"
 
@@ -155,14 +156,18 @@ private slots:
     void awaitedProgramsEndWithTheShell()
     {
         int code = 0;
+        testsupport::Lifeline programs;
         std::thread worker([&code] {
-            code = KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("600")});
+            code = KProcess::Execute(
+                QStringLiteral("bash"),
+                {QStringLiteral("-c"), QStringLiteral("sleep 600 & sleep 600; exit")});
         });
         const bool wasCounted = waitForAwaitedProgram();
         helio::endAwaitedPrograms();
         worker.join();
         QVERIFY(wasCounted);
         QCOMPARE(code, -1);
+        QVERIFY(programs.areAllGone());
         QCOMPARE(KProcess::Execute(QStringLiteral("sleep"), {QStringLiteral("600")}), -1);
     }
 };
