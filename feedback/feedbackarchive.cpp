@@ -82,7 +82,7 @@ QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritte
             flagWord(request.withSuiteSettings),
             flagWord(request.withDumps),
             request.withDumps ? dumpList() : QString(),
-            krt::dirs::resources(QString(), nullptr)};
+            krt::dirs::resources(QStringLiteral(""), nullptr)};
 }
 
 void startArchive(const FeedbackRequest &request, KInfoHelp &info)
