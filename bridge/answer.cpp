@@ -47,13 +47,25 @@ QString toBase64(const QString &text)
     return QString::fromLatin1(text.toUtf8().toBase64());
 }
 
-void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result,
-                   const QString &callName)
+void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result)
 {
     KxWebViewJSContext context;
-    context.parse(callName, callback, {});
+    context.parse(QStringLiteral("callback"), callback, {});
     context.setIsResultBase64(false);
     setResult(context, result);
+    bridge.publishResult(context);
+}
+
+void publishFindings(KxWebViewAsynJSObject &bridge, const QString &callback,
+                     const QJsonValue &findings)
+{
+    KxWebViewJSContext context;
+    // Empty, but not null.
+    context.parse(QStringLiteral(""), callback, {});
+    context.setIsResultBase64(false);
+    // Shells may keep the property apart from the switch.
+    context.setProperty("isResultBase64", false);
+    setResult(context, findings);
     bridge.publishResult(context);
 }
 

@@ -33,8 +33,11 @@ void setBase64Result(KxWebViewJSContext &context, const QString &text);
 QString toBase64(const QString &text);
 
 /// Calls the page's function @p callback with a "result", independently of any command.
-/// @p callName is the name in the new call context.
-void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback, const QJsonValue &result,
-                   const QString &callName = QStringLiteral("callback"));
+void publishAnswer(KxWebViewAsynJSObject &bridge, const QString &callback,
+                   const QJsonValue &result);
+
+/// The same for the findings of an environment check, whose call context is to have no name.
+void publishFindings(KxWebViewAsynJSObject &bridge, const QString &callback,
+                     const QJsonValue &findings);
 
 } // namespace OfficeAssiant

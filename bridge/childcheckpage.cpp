@@ -23,10 +23,15 @@ bool ChildCheckPage::isOpen()
 
 void ChildCheckPage::show(const QJsonObject &findings)
 {
-    m_manager.withChildPageBridge([&findings](KVyrAssistantToolAPI &bridge) {
-        // The page expects no call name here, unlike with every other later answer.
-        publishAnswer(bridge, QLatin1String(findingsCallback), findings, QString());
-    });
+    // Only on the GUI thread is the bridge safe from being deleted, without a lock that a shell
+    // could wait for.
+    QMetaObject::invokeMethod(
+        &m_manager,
+        [&manager = m_manager, findings] {
+            if (KVyrAssistantToolAPI *bridge = manager.childPageBridge())
+                publishFindings(*bridge, QLatin1String(findingsCallback), findings);
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace OfficeAssiant

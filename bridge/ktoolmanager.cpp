@@ -1,6 +1,9 @@
 #include "bridge/ktoolmanager.h"
 
+#include <QCoreApplication>
 #include <QLibrary>
+
+#include <initializer_list>
 
 #include "host/krt.h"
 #include "plugin/config/scriptstaging.h"
@@ -30,10 +33,11 @@ KToolManager &KToolManager::instance()
 KToolManager::KToolManager()
     : updateHelp(QLatin1String(updaterDirectory)),
       m_screenGrabLibrary(new QLibrary(
-          krt::dirs::frameworks(QString(), nullptr) + QLatin1String(screenGrabPath), this))
+          krt::dirs::frameworks(QStringLiteral(""), nullptr) + QLatin1String(screenGrabPath), this))
 {
     if (m_screenGrabLibrary->load())
         m_screenGrab = reinterpret_cast<ScreenGrab>(m_screenGrabLibrary->resolve(screenGrabSymbol));
+    moveToGuiThread();
     const std::lock_guard lock(livingGuard);
     living = this;
 }
@@ -45,6 +49,18 @@ KToolManager::~KToolManager()
         living = nullptr;
     }
     removeStagedScripts();
+}
+
+void KToolManager::moveToGuiThread()
+{
+    const QCoreApplication *application = QCoreApplication::instance();
+    if (!application || application->thread() == thread())
+        return;
+    const std::initializer_list<QObject *> objects{&desktopHelp,  &updateHelp, &infoHelp,
+                                                   &inputChecker, &dumpHelp,   &envCheckThread,
+                                                   &fsSearch,     this};
+    for (QObject *object : objects)
+        object->moveToThread(application->thread());
 }
 
 KVyrAssistantToolAPI *KToolManager::mainPageBridge() const
@@ -69,13 +85,6 @@ void KToolManager::setChildPageBridge(KVyrAssistantToolAPI *bridge)
 {
     const std::lock_guard lock(m_bridgeGuard);
     m_childPageBridge = bridge;
-}
-
-void KToolManager::withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use)
-{
-    const std::lock_guard lock(m_bridgeGuard);
-    if (m_childPageBridge)
-        use(*m_childPageBridge);
 }
 
 void KToolManager::forgetBridge(const KVyrAssistantToolAPI *bridge)

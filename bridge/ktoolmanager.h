@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-#include <functional>
 #include <mutex>
 
 #include "bridge/childcheckpage.h"
@@ -37,10 +36,6 @@ public:
     KVyrAssistantToolAPI *childPageBridge() const;
     void setChildPageBridge(KVyrAssistantToolAPI *bridge);
 
-    /// Runs @p use with the child page's bridge, which is not destroyed before it returns. Does
-    /// nothing without a child page. May be called from any thread.
-    void withChildPageBridge(const std::function<void(KVyrAssistantToolAPI &)> &use);
-
     /// Called by a bridge that is being destroyed, possibly after the manager at program exit.
     static void forgetBridge(const KVyrAssistantToolAPI *bridge);
 
@@ -50,6 +45,9 @@ public:
 private:
     KToolManager();
     ~KToolManager() override;
+
+    /// Their timers, watches and queued calls need the event loop there.
+    void moveToGuiThread();
 
     mutable std::mutex m_bridgeGuard;
     KVyrAssistantToolAPI *m_mainPageBridge = nullptr;

@@ -27,7 +27,7 @@ void start(const QString &program, const QStringList &arguments)
 
 QString inResources(const QString &path)
 {
-    return krt::dirs::resources(QString(), nullptr) + path;
+    return krt::dirs::resources(QStringLiteral(""), nullptr) + path;
 }
 
 } // namespace

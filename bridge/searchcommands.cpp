@@ -25,7 +25,7 @@ void KVyrAssistantToolAPI::startsearchfile(KxWebViewJSContext &context)
     search.StopSearch();
     const QString keyword = textArgument(context, QStringLiteral("keyword"));
     if (!keyword.isEmpty())
-        search.DoSearchFileName(keyword, QString(), false);
+        search.DoSearchFileName(keyword, QStringLiteral(""), false);
 }
 
 void KVyrAssistantToolAPI::onsearchfileresult(const QString &path, const QString &, bool)

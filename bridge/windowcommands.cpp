@@ -1,3 +1,5 @@
+#include <QPointer>
+
 #include "bridge/answer.h"
 #include "bridge/ktoolmanager.h"
 #include "bridge/kvyrassistanttoolapi.h"
@@ -38,19 +40,25 @@ void KVyrAssistantToolAPI::router(KxWebViewJSContext &context)
     const QString type = textArgument(context, QStringLiteral("type"));
     auto &manager = KToolManager::instance();
 
+    // What is told to page and shell may make the shell delete this page.
+    const QPointer<KVyrAssistantToolAPI> alive(this);
     notifyHiddenTip(QStringLiteral("show"));
     if (type == QLatin1String(searchView))
         manager.fsSearch.RunEverythingDaemon();
     else if (type == QLatin1String(crashView) && manager.dumpHelp.isDumpSavingEnabled())
         manager.dumpHelp.startWatching();
-    emit sigChangeHtmlPage(page);
-    emit sigShowChildWindow(page);
+    if (alive)
+        emit sigChangeHtmlPage(page);
+    if (alive)
+        emit sigShowChildWindow(page);
     setResult(context, resultSuccess());
 }
 
 void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
 {
     auto &manager = KToolManager::instance();
+    // As in router().
+    const QPointer<KVyrAssistantToolAPI> alive(this);
     m_collectionPage.clear();
     manager.fsSearch.StopSearch();
     // The main page shows the tip, whichever page closes its view.
@@ -61,5 +69,6 @@ void KVyrAssistantToolAPI::closechildwindow(KxWebViewJSContext &context)
         manager.dumpHelp.stopWatching();
     else if (type == QLatin1String(environmentCheckView))
         manager.envCheckThread.requestStop();
-    emit sigCloseChildWindow();
+    if (alive)
+        emit sigCloseChildWindow();
 }

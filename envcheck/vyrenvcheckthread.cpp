@@ -1,13 +1,22 @@
 #include "envcheck/vyrenvcheckthread.h"
 
+#include <QDeadlineTimer>
+
 #include "envcheck/checkpage.h"
 #include "envcheck/checktoolanswer.h"
+#include "envcheck/toolprocess.h"
 #include "host/krt.h"
 #include "plugin/config/suitefiles.h"
 
 namespace OfficeAssiant {
 
 namespace {
+
+/// How long a running check may take to end with the process.
+constexpr int graceMs = 3000;
+/// How long the shell may take to notice that the tool is gone.
+constexpr int endingMs = 2000;
+constexpr int killIntervalMs = 100;
 
 QJsonObject findings(const EnvironmentCheck &check, const QString &value)
 {
@@ -26,7 +35,18 @@ VyrEnvCheckThread::VyrEnvCheckThread(CheckPage &page, QObject *parent)
 VyrEnvCheckThread::~VyrEnvCheckThread()
 {
     requestStop();
-    wait();
+    if (wait(graceMs))
+        return;
+    const QDeadlineTimer deadline(endingMs);
+    do {
+        // Again each time: the tool may not have been started before.
+        killOwnProcesses(m_toolPath);
+    } while (!wait(killIntervalMs) && !deadline.hasExpired());
+    // A shell that still waits for the tool does so forever, and the process must end.
+    if (isRunning()) {
+        terminate();
+        wait(endingMs);
+    }
 }
 
 void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)

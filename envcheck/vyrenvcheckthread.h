@@ -23,7 +23,8 @@ public:
     /// @p page must outlive the thread.
     explicit VyrEnvCheckThread(CheckPage &page, QObject *parent = nullptr);
 
-    /// Waits for a running check and drops its findings.
+    /// Waits for a running check, whose tool is killed if it takes too long, and drops its
+    /// findings.
     ~VyrEnvCheckThread() override;
 
     /// Starts a check. First waits without a time limit for one that is still running, whose

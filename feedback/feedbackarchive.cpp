@@ -128,7 +128,7 @@ QStringList archiveArguments(const FeedbackRequest &request, bool isReportWritte
             flagWord(request.withSuiteSettings),
             flagWord(request.withDumps),
             dumpFiles,
-            krt::dirs::resources(QString(), nullptr)};
+            krt::dirs::resources(QStringLiteral(""), nullptr)};
 }
 
 void startArchive(const FeedbackRequest &request, KInfoHelp &info)

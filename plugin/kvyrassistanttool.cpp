@@ -46,6 +46,12 @@ void KVyrAssistantTool::paintEvent(QPaintEvent *)
 
 void KVyrAssistantTool::onCreateSucceeded(KHelioBrowserWidgetBase *browser)
 {
+    if (!browser || browser == m_browser)
+        return;
+    if (m_browser) {
+        disconnect(m_browser, nullptr, this, nullptr);
+        m_browser->hide();
+    }
     m_browser = browser;
     connect(browser, &KHelioBrowserWidgetBase::creatingApi, this,
             &KVyrAssistantTool::onCreatingApi);
@@ -57,15 +63,13 @@ void KVyrAssistantTool::onCreateSucceeded(KHelioBrowserWidgetBase *browser)
     browser->setFeatureEnabled(KHelioBrowserWidgetBase::ContextMenu, false);
     browser->setFeatureEnabled(KHelioBrowserWidgetBase::FileDrop, false);
     browser->setFocusOnLoad(true);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setSpacing(0);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(browser);
+    layOut(browser);
 }
 
 void KVyrAssistantTool::onCreatingApi(KxWebViewContainer *container, QObject **api)
 {
+    if (!api)
+        return;
     m_bridge = new KVyrAssistantToolAPI(container);
     auto &manager = OfficeAssiant::KToolManager::instance();
     if (m_widgetType == QLatin1String("main"))
@@ -106,6 +110,18 @@ void KVyrAssistantTool::onChangeChildHtmlPage(const QString &page)
 QString KVyrAssistantTool::startupUrl() const
 {
     return OfficeAssiant::pageFile(m_page).toString();
+}
+
+void KVyrAssistantTool::layOut(KHelioBrowserWidgetBase *browser)
+{
+    if (!layout()) {
+        auto *box = new QVBoxLayout(this);
+        box->setSpacing(0);
+        box->setContentsMargins(0, 0, 0, 0);
+    }
+    // Empty unless an earlier browser is still alive.
+    delete layout()->takeAt(0);
+    layout()->addWidget(browser);
 }
 
 void KVyrAssistantTool::fitToParent()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+
 #include "host/kheliobrowser.h"
 #include "host/kheliopluginwidget.h"
 
@@ -44,11 +46,13 @@ private slots:
     void onChangeChildHtmlPage(const QString &page);
 
 private:
+    void layOut(KHelioBrowserWidgetBase *browser);
     QString startupUrl() const;
     void fitToParent();
 
     KVyrAssistantToolAPI *m_bridge = nullptr;
-    KHelioBrowserWidgetBase *m_browser = nullptr;
+    /// The browser that was reported last. The shell may delete it before the page.
+    QPointer<KHelioBrowserWidgetBase> m_browser;
     KHelioBrowserCreator m_creator;
     QString m_page = QStringLiteral("index.html");
     QString m_widgetType;

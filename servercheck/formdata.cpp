@@ -16,6 +16,13 @@ constexpr char fieldDisposition[] = "Content-Disposition: form-data; name=\"%1\"
 constexpr char fileDisposition[] = "Content-Disposition: form-data; name=\"file\"; filename=\"%1\"";
 constexpr char fileType[] = "Content-Type: application/octet-stream";
 
+/// A name without line ends, which would begin another header; written as web browsers do.
+QString onOneLine(QString name)
+{
+    return name.replace(QLatin1Char('\r'), QLatin1String("%0D"))
+        .replace(QLatin1Char('\n'), QLatin1String("%0A"));
+}
+
 } // namespace
 
 QVector<QPair<QString, QString>> parseNameValueList(const QString &list)
@@ -52,13 +59,13 @@ QByteArray formDataBody(const QMap<QString, QString> &fields, const QByteArray &
     QByteArray body;
     for (auto field = fields.begin(); field != fields.end(); ++field) {
         body += boundaryLine;
-        body += QLatin1String(fieldDisposition).arg(field.key()).toUtf8() + lineEnd + lineEnd;
+        body += QLatin1String(fieldDisposition).arg(onOneLine(field.key())).toUtf8() + lineEnd +
+                lineEnd;
         body += field.value().toUtf8() + lineEnd;
     }
     body += boundaryLine;
-    body +=
-        QLatin1String(fileDisposition).arg(fields.value(QLatin1String(fileNameField))).toUtf8() +
-        lineEnd;
+    const QString fileName = fields.value(QLatin1String(fileNameField));
+    body += QLatin1String(fileDisposition).arg(onOneLine(fileName)).toUtf8() + lineEnd;
     body += QByteArray(fileType) + lineEnd + lineEnd;
     body += fileContent + lineEnd;
     body += QByteArray("--") + boundary + "--" + lineEnd;

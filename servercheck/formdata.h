@@ -20,7 +20,8 @@ QMap<QString, QString> formFields(const QString &list);
 QString formDataContentType();
 
 /// The body of a multipart request: each field in the order of the names, then @p fileContent
-/// under the name of the field "fileName". Names are not escaped, not even quotes.
+/// under the name of the field "fileName". Of the names, only line ends are escaped, not even
+/// quotes.
 QByteArray formDataBody(const QMap<QString, QString> &fields, const QByteArray &fileContent);
 
 } // namespace OfficeAssiant

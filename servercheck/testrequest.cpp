@@ -46,11 +46,19 @@ void setDigest(QNetworkRequest &request)
                          QCryptographicHash::hash(testContent, QCryptographicHash::Md5).toHex());
 }
 
+/// Whether a header's text would end the header, and begin another one or a second request.
+bool hasLineEnd(const QString &text)
+{
+    return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n'));
+}
+
 void setHeaders(QNetworkRequest &request, const QString &headerList)
 {
     const auto headers = parseNameValueList(headerList);
-    for (const auto &header : headers)
-        request.setRawHeader(header.first.toUtf8(), header.second.toUtf8());
+    for (const auto &header : headers) {
+        if (!hasLineEnd(header.first) && !hasLineEnd(header.second))
+            request.setRawHeader(header.first.toUtf8(), header.second.toUtf8());
+    }
 }
 
 } // namespace

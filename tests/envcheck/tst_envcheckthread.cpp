@@ -2,11 +2,15 @@
 
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+
+#include <memory>
 
 #include <unistd.h>
 
 #include "tests/envcheck/recordingcheckpage.h"
+#include "tests/support/lifeline.h"
 #include "tests/support/patience.h"
 #include "tests/support/shell/headlesstest.h"
 #include "tests/support/suiteprogram.h"
@@ -267,6 +271,38 @@ private slots:
         }
         QVERIFY(thread.wait(longestWaitMs));
         QCOMPARE(tool.calls().size(), 50);
+    }
+
+    void aToolThatHangsIsEndedWithItsHelpersWhenTheProcessEnds()
+    {
+        // Neither the tool nor its helper ends by itself or when asked to.
+        const SuiteProgram tool(toolName, "trap '' TERM INT HUP\n" + heldTool() +
+                                              " &\nhelper=$!\nwait $helper\n"
+                                              "while :; do sleep 1; done");
+        testsupport::Lifeline lifeline;
+        RecordingCheckPage page;
+        auto thread = std::make_unique<VyrEnvCheckThread>(page);
+        thread->check(check("t", "vyr"));
+        QVERIFY(waitUntilHeld());
+        QElapsedTimer time;
+        time.start();
+        thread.reset();
+        QVERIFY(time.elapsed() >= 2900);
+        QVERIFY2(time.elapsed() < 10000, qPrintable(QString::number(time.elapsed())));
+        QVERIFY(lifeline.areAllGone());
+        QVERIFY(page.shown().isEmpty());
+    }
+
+    void aToolThatEndsInTimeIsNotKilled()
+    {
+        const SuiteProgram tool(toolName, heldTool() + "\nsleep 1\ntouch \"$HOME/ended\"");
+        RecordingCheckPage page;
+        auto thread = std::make_unique<VyrEnvCheckThread>(page);
+        thread->check(check("t", "vyr"));
+        QVERIFY(waitUntilHeld());
+        release();
+        thread.reset();
+        QVERIFY(QFile::exists(PrivateHome::current().path() + QStringLiteral("/ended")));
     }
 
     void namesInTheAnswerAreTheirUtf8BytesOneCharacterEach()

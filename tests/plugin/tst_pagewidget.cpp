@@ -39,6 +39,18 @@ struct Page
         return urls.size() == 1 ? urls.first().section(QLatin1Char('('), 1).chopped(1) : QString();
     }
 
+    /// Reports a browser, as a shell does through the creator.
+    void report(KHelioBrowserWidgetBase *created) const
+    {
+        QVERIFY(QMetaObject::invokeMethod(tool, "onCreateSucceeded",
+                                          Q_ARG(KHelioBrowserWidgetBase *, created)));
+    }
+
+    void changeTo(const QString &page) const
+    {
+        QVERIFY(QMetaObject::invokeMethod(tool, "onChangeChildHtmlPage", Q_ARG(QString, page)));
+    }
+
     QWidget window;
     KVyrAssistantTool *tool = nullptr;
     RecordingBrowser *browser = nullptr;
@@ -234,6 +246,60 @@ private slots:
         QVERIFY(tool.findChildren<KHelioBrowserWidgetBase *>().isEmpty());
         QVERIFY(QMetaObject::invokeMethod(&tool, "onChangeChildHtmlPage",
                                           Q_ARG(QString, QStringLiteral("sysinfo.html"))));
+    }
+
+    void aBrowserThatTheShellDeletedIsNotTouchedAgain()
+    {
+        const Page page;
+        delete page.browser;
+        page.changeTo(QStringLiteral("sysinfo.html"));
+        RecordingBrowser next(page.tool);
+        page.report(&next);
+        QVERIFY(next.calls.contains(
+            QStringLiteral("setStartupUrl(%1)").arg(urlOf(QStringLiteral("sysinfo.html")))));
+    }
+
+    void aFailedBrowserIsIgnored()
+    {
+        const Page page;
+        page.report(nullptr);
+        page.browser->calls.clear();
+        page.changeTo(QStringLiteral("sysinfo.html"));
+        QCOMPARE(page.browser->calls.size(), 1);
+    }
+
+    void aSecondBrowserTakesThePlaceOfTheFirst()
+    {
+        Page page;
+        page.window.resize(640, 480);
+        page.window.show();
+        page.tool->show();
+        emit page.browser->loadFinished(true);
+        auto *second = new RecordingBrowser(page.tool);
+        page.report(second);
+        QCoreApplication::processEvents();
+        QCOMPARE(second->size(), QSize(640, 480));
+        QVERIFY(second->isVisible());
+        QVERIFY(!page.browser->isVisible());
+        QCOMPARE(page.tool->layout()->count(), 1);
+        QVERIFY(!page.browser->askForApi());
+        QVERIFY(second->askForApi());
+    }
+
+    void aBrowserReportedTwiceIsSetUpOnce()
+    {
+        const Page page;
+        page.report(page.browser);
+        QCOMPARE(page.browser->calls.size(), 5);
+        page.browser->askForApi();
+        QCOMPARE(page.browser->container.children().size(), 1);
+    }
+
+    void aQuestionWithoutAPlaceForTheAnswerIsIgnored()
+    {
+        const Page page;
+        emit page.browser->creatingApi(&page.browser->container, nullptr);
+        QVERIFY(page.browser->container.children().isEmpty());
     }
 
     void theWidgetPaintsItsBorderOnly()

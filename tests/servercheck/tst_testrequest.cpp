@@ -162,6 +162,21 @@ private slots:
         QCOMPARE(made.rawHeader("b"), QByteArray("2"));
     }
 
+    void aLineEndMakesNoSecondHeader()
+    {
+        const QNetworkRequest made =
+            request(QStringLiteral("openURL"),
+                    QStringLiteral("X-A:1\r\nHost;X-B\n:2;\rX-C:3;X-D:4;X-E:5\r"));
+        QCOMPARE(made.rawHeaderList(), QList<QByteArray>{"X-D"});
+    }
+
+    void aLineEndInAFieldsNameMakesNoSecondHeader()
+    {
+        QCOMPARE(body(QStringLiteral("a\r\nX-A:1\r\n2;fileName:b\r\n\r\n.docx")),
+                 field("a%0D%0AX-A", "1\r\n2") + field("fileName", "b\r\n\r\n.docx") +
+                     file("b%0D%0A%0D%0A.docx"));
+    }
+
     void onlyASecureAddressHasItsCertificateUnchecked()
     {
         for (const char *url : {"https://127.0.0.1/", "HTTPS://127.0.0.1/"}) {

@@ -14,6 +14,8 @@ class RecordingBrowser : public KHelioBrowserWidgetBase
     Q_OBJECT
 
 public:
+    explicit RecordingBrowser(QWidget *parent);
+
     /// Gives recording browsers to all pages made from now on.
     static void install();
 
@@ -38,9 +40,6 @@ public:
     QStringList calls;
     KxWebViewCefJsApiFlag flag = NoJsApi;
     RecordingContainer container;
-
-private:
-    explicit RecordingBrowser(QWidget *parent);
 };
 
 } // namespace testsupport

@@ -73,6 +73,53 @@ private slots:
             0644, false);
         row("upper case suffix", "RUN.SH", plainText, 0644, false);
         row("Java archive", "a.jar", zipOfNothing, 0644, false);
+
+        const QByteArray zipStart = QByteArray("PK\3\4") + QByteArray(26, '\0');
+        row("package with another first part", "b.docx", zipStart + "[Content_Types].xml", 0644,
+            true);
+        row("OpenDocument manifest", "b.odt", zipStart + "META-INF/manifest.xml", 0644, true);
+        row("Java archive by content", "a", zipStart + "META-INF/MANIFEST.MF", 0644, false);
+        row("Java class by content", "b", QByteArray("\xca\xfe\xba\xbe\0\0\0\x34", 8), 0644, false);
+        row("Java start by content", "c", "<?xml version=\"1.0\"?>\n<jnlp spec=\"1.0+\">", 0644,
+            false);
+        row("Windows shortcut by content", "d",
+            QByteArray("L\0\0\0\1\x14\2\0\0\0\0\0\xc0\0\0\0\0\0\0\x46", 20), 0644, false);
+        row("Windows application page by content", "e.html", "<html>\n<HTA:Application>", 0644,
+            false);
+        row("web shortcut by content", "f.txt", "; note\r\n[InternetShortcut]\r\nURL=file:///x",
+            0644, false);
+        row("Flatpak reference by content", "g", "[Flatpak Ref]\nName=a\n", 0644, false);
+        row("Flatpak source by content", "h", "[Flatpak Repo]\nUrl=a\n", 0644, false);
+        row("bus service by content", "i", "[D-BUS Service]\nExec=true\n", 0644, false);
+        row("system unit by content", "j", "[Unit]\nDescription=a\n", 0644, false);
+        row("snap package by content", "k", "hsqs", 0644, false);
+    }
+
+    void whatDesktopsRunThroughAHelperIsRefusedByItsName_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        for (const char *suffix :
+             {"jnlp", "lnk", "bat",     "cmd",   "ps1", "vbs",      "js",
+              "hta",  "url", "service", "class", "jar", "AppImage", "flatpakref",
+              "snap", "com", "pif",     "scr",   "msi", "wsf",      "reg"})
+            QTest::newRow(suffix) << QString::fromLatin1(suffix);
+    }
+
+    void whatDesktopsRunThroughAHelperIsRefusedByItsName()
+    {
+        QFETCH(QString, suffix);
+        const QString name = QStringLiteral("letter.") + suffix;
+        const QString upper = QStringLiteral("OTHER.") + suffix.toUpper();
+        const QString link =
+            m_directory.filePath(QStringLiteral("link to ") + name + QStringLiteral(".txt"));
+        QVERIFY(!isSafe(m_directory.filePath(name)));
+        const QString file = write(name, plainText, 0644);
+        QVERIFY(!isSafe(file));
+        QVERIFY(!isSafe(write(upper, plainText, 0644)));
+        QVERIFY(QFile::link(file, link));
+        QVERIFY(!isSafe(link));
+        QVERIFY(isSafe(write(name + QStringLiteral(".txt"), plainText, 0644)));
+        QVERIFY(isSafe(write(suffix, plainText, 0644)));
     }
 
     void aFileIsJudgedByNameAndContent()
