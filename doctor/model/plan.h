@@ -23,12 +23,19 @@ struct Change
         End,     ///< ends a process; cannot be undone
         Command, ///< for the administrator to run; the doctor only shows it
     };
-    enum class Entry { File, Directory, Link };
+    enum class Entry {
+        File,
+        Directory,
+        Link
+    };
 
     Kind kind = Kind::Write;
     Entry entry = Entry::File;
     /// Absolute; links in it are followed up to the last component.
     QString path;
+    /// Where path led when the plan was made, without links (for Create, Remove and Move: but for
+    /// its last component); not compared if empty.
+    QString resolved;
     /// Move: the new path. Create of a link: what it points to.
     QString target;
     /// Content that the plan was made from, and that to be written.
