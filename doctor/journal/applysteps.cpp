@@ -157,11 +157,13 @@ private:
         // A program that runs with its owner's rights does not get those of another.
         const bool changesOwner =
             step.to.owner != step.from.owner || step.to.group != step.from.group;
-        if (changesOwner && step.from.kind == Node::Kind::File)
+        if (changesOwner && step.from.kind == Node::Kind::File && step.from.mode)
             step.to.mode = *step.from.mode & 01777;
         if (change.mode)
             step.to.mode = change.mode;
-        return areSame(step.from, step.to) ? Problem() : append(step, change.path);
+        if (!changesOwner && step.to.mode == step.from.mode)
+            return {};
+        return append(step, change.path);
     }
 
     Problem append(Step &step, const QString &path)

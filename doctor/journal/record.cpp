@@ -78,9 +78,12 @@ bool readReached(const QJsonObject &object, Record &record)
     if (record.actions.isEmpty())
         return false;
     Action &action = record.actions.last();
-    if (action.end != Action::End::None || reached < 0 || reached > action.steps.size())
+    // A mark that all was done may have been written but not synced; then all is taken back.
+    const bool isOpen = action.end == Action::End::None || action.end == Action::End::Done;
+    if (!isOpen || reached < 0 || reached > action.steps.size())
         return false;
     action.reached = reached;
+    action.end = Action::End::None;
     return true;
 }
 
@@ -92,9 +95,11 @@ bool readEnd(const QJsonObject &object, Record &record)
         return false;
     Action &action = record.actions.last();
     const auto end = Action::End(found - std::begin(endWords));
-    const auto before = end == Action::End::Clean ? Action::End::Done : Action::End::None;
+    const bool isOpen = action.end == Action::End::None || action.end == Action::End::Done;
     // A mark may stand twice: the first was written, and then not synced.
-    if (action.end != before && action.end != end)
+    const bool isInOrder =
+        action.end == end || (end == Action::End::Clean ? action.end == Action::End::Done : isOpen);
+    if (!isInOrder)
         return false;
     action.end = end;
     return true;

@@ -77,11 +77,16 @@ int readAll(int descriptor, int most, QByteArray &bytes)
 
 int removeEntry(int directory, const QByteArray &name)
 {
-    if (::unlinkat(directory, name.constData(), 0) == 0 || errno == ENOENT)
+    if (::unlinkat(directory, name.constData(), 0) == 0 ||
+        (errno == EISDIR && ::unlinkat(directory, name.constData(), AT_REMOVEDIR) == 0))
         return 0;
-    if (errno != EISDIR)
-        return errno;
-    return asError(::unlinkat(directory, name.constData(), AT_REMOVEDIR));
+    const int error = errno;
+    struct stat status = {};
+    // A disk that can only be read says so even where there is nothing to remove.
+    const bool isThere =
+        ::fstatat(directory, name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 ||
+        errno != ENOENT;
+    return isThere ? error : 0;
 }
 
 int renameNew(int fromDirectory, const QByteArray &from, int toDirectory, const QByteArray &to)

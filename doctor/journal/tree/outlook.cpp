@@ -169,6 +169,11 @@ Problem Outlook::look(const QByteArray &resolved, Depth depth, Node &node) const
         if (own->isMoved && depth == Depth::Everything)
             return movedBySamePlan(path);
         node = own->node;
+        if (depth == Depth::Rights) {
+            node.content.reset();
+            node.attributes.reset();
+            node.times.reset();
+        }
         if (own->isNew || depth == Depth::Rights)
             return {};
         if (const Problem problem = lookOnDisk(resolved, depth, node))

@@ -24,7 +24,8 @@ class RepairTree
 public:
     /// In memory, where that keeps extended attributes too: what fsync() costs is not what is
     /// tested.
-    RepairTree() : m_directory(base() + QLatin1String("/repairtree-XXXXXX"))
+    explicit RepairTree(const QString &place = base())
+        : m_directory(place + QLatin1String("/repairtree-XXXXXX"))
     {
         if (!QDir().mkpath(path()))
             qFatal("no directory to repair");
