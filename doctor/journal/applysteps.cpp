@@ -52,7 +52,7 @@ public:
 private:
     Problem resolve(const Change &change, LastLink lastLink, Step &step) const
     {
-        if (const Problem problem = m_outlook.resolve(change.path, lastLink, step.path))
+        if (Problem problem = m_outlook.resolve(change.path, lastLink, step.path))
             return problem;
         if (!change.resolved.isEmpty() && QFile::encodeName(change.resolved) != step.path)
             return Message{"%1 leads to %2 now, and led to %3 when this repair was planned.",
@@ -63,9 +63,9 @@ private:
     /// Reads what is at the change's path, and compares it with what the plan knows of it.
     Problem lookAtPlanned(const Change &change, LastLink lastLink, Depth depth, Step &step) const
     {
-        if (const Problem problem = resolve(change, lastLink, step))
+        if (Problem problem = resolve(change, lastLink, step))
             return problem;
-        if (const Problem problem = m_outlook.look(step.path, depth, step.from))
+        if (Problem problem = m_outlook.look(step.path, depth, step.from))
             return problem;
         if (step.from.kind == Node::Kind::Absent)
             return Message{"%1 is not there any more.", {change.path}};
@@ -77,8 +77,7 @@ private:
     Problem write(const Change &change)
     {
         Step step;
-        if (const Problem problem =
-                lookAtPlanned(change, LastLink::Followed, Depth::Everything, step))
+        if (Problem problem = lookAtPlanned(change, LastLink::Followed, Depth::Everything, step))
             return problem;
         if (step.from.kind != Node::Kind::File || !change.before || !change.after)
             return changedSincePlan(change.path);
@@ -93,9 +92,9 @@ private:
     Problem create(const Change &change)
     {
         Step step;
-        if (const Problem problem = resolve(change, LastLink::Kept, step))
+        if (Problem problem = resolve(change, LastLink::Kept, step))
             return problem;
-        if (const Problem problem = m_outlook.look(step.path, Depth::Rights, step.from))
+        if (Problem problem = m_outlook.look(step.path, Depth::Rights, step.from))
             return problem;
         if (step.from.kind != Node::Kind::Absent)
             return Message{"%1 is there already.", {change.path}};
@@ -114,7 +113,7 @@ private:
     Problem remove(const Change &change)
     {
         Step step;
-        if (const Problem problem = lookAtPlanned(change, LastLink::Kept, Depth::Everything, step))
+        if (Problem problem = lookAtPlanned(change, LastLink::Kept, Depth::Everything, step))
             return problem;
         if (step.from.kind != kindOf(change.entry))
             return changedSincePlan(change.path);
@@ -126,14 +125,14 @@ private:
         Step step;
         step.kind = Step::Kind::Move;
         const Depth depth = change.before ? Depth::Everything : Depth::Rights;
-        if (const Problem problem = lookAtPlanned(change, LastLink::Kept, depth, step))
+        if (Problem problem = lookAtPlanned(change, LastLink::Kept, depth, step))
             return problem;
-        if (const Problem problem = m_outlook.resolve(change.target, LastLink::Kept, step.target))
+        if (Problem problem = m_outlook.resolve(change.target, LastLink::Kept, step.target))
             return problem;
         if (step.target.startsWith(step.path + '/'))
             return Message{"%1 cannot be moved into itself.", {change.path}};
         Node target;
-        if (const Problem problem = m_outlook.look(step.target, Depth::Rights, target))
+        if (Problem problem = m_outlook.look(step.target, Depth::Rights, target))
             return problem;
         if (target.kind != Node::Kind::Absent)
             return Message{"%1 is there already.", {change.target}};
@@ -147,7 +146,7 @@ private:
     {
         Step step;
         step.kind = Step::Kind::Rights;
-        if (const Problem problem = lookAtPlanned(change, LastLink::Followed, Depth::Rights, step))
+        if (Problem problem = lookAtPlanned(change, LastLink::Followed, Depth::Rights, step))
             return problem;
         step.to = step.from;
         if (change.owner)
@@ -186,7 +185,7 @@ Problem stepsToApply(const Plan &plan, QVector<Step> &steps)
 {
     StepPlanner planner;
     for (const Change &change : plan.changes) {
-        if (const Problem problem = planner.add(change))
+        if (Problem problem = planner.add(change))
             return problem;
     }
     steps = planner.steps;

@@ -64,7 +64,7 @@ Problem checkedForEnding(const ProcessId &process)
 
 Problem endProcess(const ProcessId &process, std::chrono::milliseconds patience)
 {
-    if (const Problem problem = checkedForEnding(process))
+    if (Problem problem = checkedForEnding(process))
         return problem;
     const QString number = QString::number(process.number);
     const Descriptor descriptor(int(::syscall(SYS_pidfd_open, pid_t(process.number), 0)));

@@ -116,7 +116,7 @@ Problem endingsOf(const Plan &plan, QVector<Change> &endings)
     for (const Change &change : plan.changes) {
         if (change.kind != Change::Kind::End)
             continue;
-        if (const Problem problem = checkedForEnding({change.process, change.processStart}))
+        if (Problem problem = checkedForEnding({change.process, change.processStart}))
             return problem;
         endings.append(change);
     }

@@ -16,7 +16,7 @@ Problem makeRemovable(const Action &action, const Step &removal)
         const int slash = step.path.lastIndexOf('/');
         if (step.path.left(slash) != removal.path)
             continue;
-        if (const Problem problem = removeTemporaries(step))
+        if (Problem problem = removeTemporaries(step))
             return problem;
     }
     return {};
@@ -25,7 +25,7 @@ Problem makeRemovable(const Action &action, const Step &removal)
 Problem performAll(Store &store, int number, Action &action)
 {
     for (const Step &step : qAsConst(action.steps)) {
-        if (const Problem problem = store.add(number, reachedLine(action.reached + 1)))
+        if (Problem problem = store.add(number, reachedLine(action.reached + 1)))
             return problem;
         ++action.reached;
         const bool removesDirectory = step.kind == Step::Kind::Replace &&
@@ -43,7 +43,7 @@ Problem performAll(Store &store, int number, Action &action)
 Problem endAll(const QVector<Change> &endings, std::chrono::milliseconds patience)
 {
     for (const Change &change : endings) {
-        if (const Problem problem = endProcess({change.process, change.processStart}, patience))
+        if (Problem problem = endProcess({change.process, change.processStart}, patience))
             return problem;
     }
     return {};
@@ -55,12 +55,12 @@ Problem takeBackAll(Store &store, int number, Action &action, QVector<Message> &
 {
     while (action.reached > 0) {
         Problem kept;
-        if (const Problem problem = takeBack(action.steps[action.reached - 1], kept))
+        if (Problem problem = takeBack(action.steps[action.reached - 1], kept))
             return problem;
         if (kept)
             notes.append(*kept);
         --action.reached;
-        if (const Problem problem = store.add(number, reachedLine(action.reached)))
+        if (Problem problem = store.add(number, reachedLine(action.reached)))
             return problem;
     }
     return store.add(number, endLine(Action::End::Back));
@@ -69,7 +69,7 @@ Problem takeBackAll(Store &store, int number, Action &action, QVector<Message> &
 Problem tidyUp(Store &store, int number, const Action &action)
 {
     for (const Step &step : action.steps) {
-        if (const Problem problem = removeTemporaries(step))
+        if (Problem problem = removeTemporaries(step))
             return problem;
     }
     return store.add(number, endLine(Action::End::Clean));
@@ -107,7 +107,7 @@ Problem recover(Store &store, const Record &record, QVector<Message> &notes)
 Problem runAction(Store &store, Record &record, Action action, const QVector<Change> &endings,
                   std::chrono::milliseconds patience, QVector<Message> &notes)
 {
-    if (const Problem problem = store.begin(record, action))
+    if (Problem problem = store.begin(record, action))
         return problem;
     Problem problem = performAll(store, record.number, action);
     if (!problem)
@@ -115,7 +115,7 @@ Problem runAction(Store &store, Record &record, Action action, const QVector<Cha
     if (!problem)
         problem = store.add(record.number, endLine(Action::End::Done));
     if (problem) {
-        if (const Problem failure = takeBackAll(store, record.number, action, notes))
+        if (Problem failure = takeBackAll(store, record.number, action, notes))
             notes.append({"Not all could be taken back: %1 This is tried again at the next start.",
                           {failure->text()}});
         return problem;

@@ -209,7 +209,7 @@ private:
 
     bool look(const QByteArray &path, Depth depth, Node &node)
     {
-        const Problem problem = m_outlook.look(path, depth, node);
+        Problem problem = m_outlook.look(path, depth, node);
         if (problem && !m_plan.isConflict)
             m_plan.problem = problem;
         return !problem;

@@ -65,7 +65,7 @@ private:
     class Search
     {
     public:
-        explicit Search(int most) : m_reach(std::size_t(2 * most + 3), -1), m_most(most)
+        explicit Search(int most) : m_reach(2 * std::size_t(most) + 3, -1), m_most(most)
         {
             at(1) = 0;
         }

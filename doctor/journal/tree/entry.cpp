@@ -57,7 +57,7 @@ Problem Entry::become(const Seen &seen, const Node &to, Old old) const
         return discard(seen, old);
     if (seen.node.kind == Node::Kind::File && seen.status.st_nlink > 1)
         return rewrite(to);
-    if (const Problem problem = make(to)) {
+    if (Problem problem = make(to)) {
         removeNew();
         return problem;
     }
@@ -69,7 +69,12 @@ Problem Entry::dressUp(const Node &node) const
     const Descriptor entry(::openat(directory(), name(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     if (!entry.isOpen())
         return problemOf(errno, m_path);
-    return dress(entry.number(), node, shown(m_path));
+    if (Problem problem = dress(entry.number(), node, shown(m_path)))
+        return problem;
+    // What cannot be opened, even with its new rights, reaches the disk when the system sees fit.
+    const Descriptor readable(
+        ::open(descriptorPath(entry.number()).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    return problemOf(readable.isOpen() ? syncDescriptor(readable.number()) : 0, m_path);
 }
 
 bool Entry::putBack(const Seen &now, const Node &expected, Problem &problem, Problem &kept) const
@@ -142,7 +147,7 @@ Problem Entry::rewrite(const Node &to) const
         error = errno;
     if (error != 0)
         return problemOf(error, m_path);
-    if (const Problem problem = dress(file.number(), to, shown(m_path)))
+    if (Problem problem = dress(file.number(), to, shown(m_path)))
         return problem;
     return problemOf(syncDescriptor(file.number()), m_path);
 }
@@ -157,7 +162,7 @@ Problem Entry::make(const Node &node) const
         if (const int error = writeAll(made.number(), node.content->bytes))
             return problemOf(error, m_path);
     }
-    if (const Problem problem = dress(made.number(), node, shown(m_path)))
+    if (Problem problem = dress(made.number(), node, shown(m_path)))
         return problem;
     return problemOf(syncDescriptor(made.number()), m_path);
 }

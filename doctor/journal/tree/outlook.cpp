@@ -125,7 +125,7 @@ Problem lookOnDisk(const QByteArray &resolved, Depth depth, Node &node)
     if (error != 0)
         return systemProblem(error, path);
     Seen seen;
-    if (const Problem problem = lookAt(spot.directory.number(), spot.name, path, depth, seen))
+    if (Problem problem = lookAt(spot.directory.number(), spot.name, path, depth, seen))
         return problem;
     node = seen.node;
     return {};
@@ -153,7 +153,7 @@ Problem Outlook::resolve(const QString &path, LastLink lastLink, QByteArray &res
             walk.skip();
             continue;
         }
-        if (const Problem problem = walk.step())
+        if (Problem problem = walk.step())
             return problem;
     }
     resolved = walk.position();
@@ -176,7 +176,7 @@ Problem Outlook::look(const QByteArray &resolved, Depth depth, Node &node) const
         }
         if (own->isNew || depth == Depth::Rights)
             return {};
-        if (const Problem problem = lookOnDisk(resolved, depth, node))
+        if (Problem problem = lookOnDisk(resolved, depth, node))
             return problem;
         node.mode = own->node.mode;
         node.owner = own->node.owner;

@@ -14,7 +14,7 @@ Problem performAt(const Entry &entry, const Step &step)
 {
     const bool isRights = step.kind == Step::Kind::Rights;
     Seen seen;
-    if (const Problem problem = entry.look(isRights ? Depth::Rights : Depth::Everything, seen))
+    if (Problem problem = entry.look(isRights ? Depth::Rights : Depth::Everything, seen))
         return problem;
     if (!areSame(seen.node, step.from))
         return changedMeanwhile(step.path);
@@ -75,7 +75,7 @@ Problem moveBack(const Step &step, Problem &kept)
 Problem rightsBack(const Entry &entry, const Step &step, Problem &kept)
 {
     Seen now;
-    if (const Problem problem = entry.look(Depth::Rights, now))
+    if (Problem problem = entry.look(Depth::Rights, now))
         return problem;
     if (areSame(now.node, step.from))
         return {};
