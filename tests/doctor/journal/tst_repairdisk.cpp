@@ -43,14 +43,31 @@ enum ChildStatus {
     NotPossible
 };
 
+bool writeLine(const char *path, const QByteArray &line)
+{
+    QFile file(QString::fromLatin1(path));
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+           file.write(line) == line.size();
+}
+
+/// Mounts of one's own; who is not root is it there.
+bool leaveMounts()
+{
+    const QByteArray user = "0 " + QByteArray::number(::geteuid()) + " 1";
+    const QByteArray group = "0 " + QByteArray::number(::getegid()) + " 1";
+    if (::geteuid() == 0)
+        return ::unshare(CLONE_NEWNS) == 0;
+    return ::unshare(CLONE_NEWNS | CLONE_NEWUSER) == 0 &&
+           writeLine("/proc/self/setgroups", "deny") && writeLine("/proc/self/uid_map", user) &&
+           writeLine("/proc/self/gid_map", group);
+}
+
 /// Runs @p check in a child with mounts of its own.
 ChildStatus withOwnMounts(const std::function<bool()> &check)
 {
     const pid_t child = ::fork();
     if (child == 0) {
-        const int flags = CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER);
-        if (::unshare(flags) != 0 ||
-            ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        if (!leaveMounts() || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
             ::_exit(NotPossible);
         ::_exit(check() ? Held : Broken);
     }
