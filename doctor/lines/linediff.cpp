@@ -69,7 +69,11 @@ private:
         {
             at(1) = 0;
         }
-        int &at(int diagonal) { return m_reach[std::size_t(diagonal + m_most + 1)]; }
+        int &at(int diagonal)
+        {
+            const int index = diagonal + m_most + 1;
+            return m_reach[std::size_t(index)];
+        }
         int reach(int diagonal) const
         {
             const int index = diagonal + m_most + 1;
