@@ -1,0 +1,282 @@
+#include "doctor/journal/journal.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+#include "doctor/journal/applysteps.h"
+#include "doctor/journal/ending.h"
+#include "doctor/journal/run.h"
+#include "doctor/journal/undosteps.h"
+
+namespace doctor {
+
+namespace {
+
+using Outcome = JournalResult::Outcome;
+
+constexpr char stateVariable[] = "XDG_STATE_HOME";
+constexpr char stateDirectory[] = ".local/state";
+constexpr char journalDirectory[] = "office-assistant/repairs";
+
+JournalResult without(Outcome outcome, const Message &reason, int number = 0)
+{
+    JournalResult result;
+    result.outcome = outcome;
+    result.number = number;
+    result.reason = reason;
+    return result;
+}
+
+QVector<Record> readAll(const Store &store)
+{
+    QVector<Record> records;
+    const QVector<int> numbers = store.numbers();
+    for (const int number : numbers) {
+        if (const std::optional<Record> record = store.read(number))
+            records.append(*record);
+    }
+    return records;
+}
+
+/// Bytes that the journal keeps for an action.
+qint64 sizeOf(const QVector<Step> &steps)
+{
+    qint64 size = 0;
+    for (const Step &step : steps) {
+        for (const Node *node : {&step.from, &step.to})
+            size += node->content ? node->content->bytes.size() : 0;
+    }
+    return size;
+}
+
+JournalEntry::State stateOf(const Record &record)
+{
+    if (record.isDamaged)
+        return JournalEntry::State::Damaged;
+    if (record.actions.last().end == Action::End::None)
+        return JournalEntry::State::Begun;
+    if (record.isUndone())
+        return JournalEntry::State::Undone;
+    return record.isApplied() ? JournalEntry::State::Applied : JournalEntry::State::TakenBack;
+}
+
+JournalEntry entryOf(const Record &record)
+{
+    JournalEntry entry;
+    entry.number = record.number;
+    entry.check = record.check;
+    entry.repair = record.repair;
+    entry.state = stateOf(record);
+    if (record.actions.isEmpty())
+        return entry;
+    const Action &applied = record.actions.first();
+    entry.time = QDateTime::fromMSecsSinceEpoch(applied.time);
+    for (const Step &step : applied.steps) {
+        for (const QByteArray &path : {step.path, step.target}) {
+            if (!path.isEmpty())
+                entry.paths.append(QFile::decodeName(path));
+        }
+    }
+    entry.paths.removeDuplicates();
+    return entry;
+}
+
+/// Where the contents before the repair are, for those of the steps whose paths stand in the way.
+QVector<Message> backupNotes(const Store &store, const Record &record, const QStringList &paths)
+{
+    QVector<Message> notes;
+    for (const Step &step : record.actions.first().steps) {
+        const QString path = QFile::decodeName(step.path);
+        if (step.from.content && paths.contains(path))
+            notes.append({"What %1 was before the repair is in %2.",
+                          {path, store.contentPath(record.number, *step.from.content)}});
+    }
+    return notes;
+}
+
+/// Why a record cannot be undone.
+Problem undoRefusal(const std::optional<Record> &record, int number)
+{
+    const QStringList values = {QString::number(number)};
+    if (!record)
+        return Message{"There is no repair %1.", values};
+    if (record->isDamaged)
+        return Message{"The record of repair %1 is damaged.", values};
+    if (record->isUndone())
+        return Message{"Repair %1 is undone already.", values};
+    if (!record->isApplied())
+        return Message{"Repair %1 was taken back; there is nothing to undo.", values};
+    return {};
+}
+
+/// What there is to do besides the steps.
+Problem endingsOf(const Plan &plan, QVector<Change> &endings)
+{
+    for (const Change &change : plan.changes) {
+        if (change.kind != Change::Kind::End)
+            continue;
+        if (Problem problem = checkedForEnding({change.process, change.processStart}))
+            return problem;
+        endings.append(change);
+    }
+    return {};
+}
+
+} // namespace
+
+Journal::Journal(const QString &directory, const JournalLimits &limits)
+    : m_directory(directory), m_limits(limits)
+{
+}
+
+QString Journal::defaultDirectory()
+{
+    QString state = qEnvironmentVariable(stateVariable);
+    // Relative paths do not count, says the XDG Base Directory Specification.
+    if (!QDir::isAbsolutePath(state))
+        state = QDir::home().filePath(QLatin1String(stateDirectory));
+    return QDir::cleanPath(state) + QLatin1Char('/') + QLatin1String(journalDirectory);
+}
+
+JournalResult Journal::apply(const Plan &plan)
+{
+    if (!plan.refusal.isEmpty())
+        return without(Outcome::Refused, {"%1", {plan.refusal}});
+    Store store(m_directory);
+    Problem problem = store.makeDirectory();
+    if (problem || !store.open(problem) || (problem = store.lock()))
+        return without(Outcome::Refused, *problem);
+    QVector<Message> notes;
+    problem = recoverAll(store, notes);
+    JournalResult result = problem ? without(Outcome::Refused, *problem) : applyIn(store, plan);
+    result.notes = notes + result.notes;
+    return result;
+}
+
+JournalResult Journal::applyIn(Store &store, const Plan &plan)
+{
+    Action action;
+    action.time = QDateTime::currentMSecsSinceEpoch();
+    QVector<Change> endings;
+    Problem problem = endingsOf(plan, endings);
+    if (!problem)
+        problem = stepsToApply(plan, action.steps);
+    if (!problem && action.steps.isEmpty() && endings.isEmpty())
+        problem = Message{"There is nothing left to change.", {}};
+    if (!problem && sizeOf(action.steps) > m_limits.size)
+        problem = Message{"The files are too large to be kept for undo.", {}};
+    if (problem)
+        return without(Outcome::Refused, *problem);
+
+    Record record;
+    record.check = plan.check;
+    record.repair = plan.repair;
+    JournalResult result;
+    problem = runAction(store, record, action, endings, m_limits.patience, result.notes);
+    result.number = record.number;
+    if (problem) {
+        result.reason = *problem;
+        return result;
+    }
+    result.outcome = Outcome::Applied;
+    removeOld(store, record.number);
+    return result;
+}
+
+JournalResult Journal::undo(int number)
+{
+    Store store(m_directory);
+    Problem problem;
+    if (!store.open(problem))
+        return without(Outcome::Failed, problem ? *problem : *undoRefusal({}, number));
+    if ((problem = store.lock()))
+        return without(Outcome::Failed, *problem);
+    QVector<Message> notes;
+    problem = recoverAll(store, notes);
+    JournalResult result = problem ? without(Outcome::Failed, *problem) : undoIn(store, number);
+    result.number = number;
+    result.notes = notes + result.notes;
+    return result;
+}
+
+JournalResult Journal::undoIn(Store &store, int number)
+{
+    std::optional<Record> record = store.read(number);
+    Problem problem = undoRefusal(record, number);
+    if (!problem)
+        problem = store.load(number, record->actions.first());
+    return problem ? without(Outcome::Failed, *problem) : undoRecord(store, *record);
+}
+
+JournalResult Journal::undoRecord(Store &store, Record &record)
+{
+    const UndoPlan plan = planUndo(record, readAll(store));
+    JournalResult result;
+    result.kept = plan.kept;
+    if (plan.problem) {
+        result.outcome = plan.isConflict ? Outcome::Conflict : Outcome::Failed;
+        result.reason = *plan.problem;
+        result.notes = backupNotes(store, record, plan.kept);
+        return result;
+    }
+    Action action;
+    action.isUndo = true;
+    action.time = QDateTime::currentMSecsSinceEpoch();
+    action.steps = plan.steps;
+    const Problem problem = runAction(store, record, action, {}, m_limits.patience, result.notes);
+    if (problem)
+        result.reason = *problem;
+    else
+        result.outcome = Outcome::Undone;
+    return result;
+}
+
+QVector<JournalEntry> Journal::history() const
+{
+    Store store(m_directory);
+    Problem problem;
+    QVector<JournalEntry> entries;
+    if (!store.open(problem))
+        return entries;
+    const QVector<Record> records = readAll(store);
+    std::transform(records.begin(), records.end(), std::back_inserter(entries), entryOf);
+    return entries;
+}
+
+QVector<Message> Journal::recover()
+{
+    Store store(m_directory);
+    Problem problem;
+    if (!store.open(problem))
+        return {};
+    const QVector<Record> records = readAll(store);
+    const bool isAnyOpen = std::any_of(records.begin(), records.end(),
+                                       [](const Record &record) { return record.openAction(); });
+    QVector<Message> notes;
+    if (isAnyOpen && !store.lock())
+        recoverAll(store, notes);
+    return notes;
+}
+
+void Journal::removeOld(Store &store, int newest)
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const qint64 oldest =
+        now - std::chrono::duration_cast<std::chrono::milliseconds>(m_limits.age).count();
+    const QVector<Record> records = readAll(store);
+    qint64 size = 0;
+    for (const Record &record : records)
+        size += store.size(record.number);
+    for (const Record &record : records) {
+        const bool isFinished = !record.isDamaged && !record.openAction();
+        const bool isOld = isFinished && record.actions.last().time < oldest;
+        if (!isFinished || record.number == newest || (!isOld && size <= m_limits.size))
+            continue;
+        const qint64 freed = store.size(record.number);
+        if (!store.remove(record.number))
+            size -= freed;
+    }
+}
+
+} // namespace doctor

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <chrono>
+
+#include "doctor/journal/tree/message.h"
+#include "doctor/model/plan.h"
+
+namespace doctor {
+
+class Store;
+struct Record;
+
+/// How much the journal keeps, and how long a process may take to end.
+struct JournalLimits
+{
+    /// Half a year: settings are written by newer programs then, and nobody remembers the repair.
+    std::chrono::hours age{24 * 180};
+    /// Many hundred repairs of settings, and a share of a home directory that nobody misses.
+    qint64 size = 256 << 20;
+    /// As long as a session manager gives programs to end.
+    std::chrono::milliseconds patience{10000};
+};
+
+struct JournalResult
+{
+    enum class Outcome {
+        Applied,
+        Undone,
+        Refused,  ///< nothing was touched: the plan does not fit, or not now
+        Conflict, ///< nothing was touched: what the user changed later stands in the way
+        Failed,   ///< all was taken back, or notes says what was not
+    };
+
+    Outcome outcome = Outcome::Failed;
+    /// The repair's number in the journal; 0 if it is not in there.
+    int number = 0;
+    /// Why it was not done.
+    Message reason;
+    /// What the user changed later: kept, or with a conflict what stands in the way.
+    QStringList kept;
+    /// What an interrupted repair before had left, where backups are, what stayed as it was.
+    QVector<Message> notes;
+};
+
+struct JournalEntry
+{
+    enum class State {
+        Begun, ///< interrupted, or under way in another program
+        Applied,
+        Undone,
+        TakenBack, ///< failed or interrupted; nothing of it is left
+        Damaged,   ///< its record cannot be read
+    };
+
+    int number = 0;
+    QDateTime time;
+    QString check;
+    QString repair;
+    State state = State::Damaged;
+    QStringList paths;
+};
+
+/// Applies plans so that they can be undone, on disk in a directory of the user. Stopped at any
+/// point, by a kill or a loss of power, the next apply(), undo() or recover() makes the tree as it
+/// was before. One program at a time works with a journal; any number may read it.
+class Journal
+{
+public:
+    explicit Journal(const QString &directory = defaultDirectory(),
+                     const JournalLimits &limits = {});
+
+    /// $XDG_STATE_HOME/office-assistant/repairs, else below ~/.local/state.
+    static QString defaultDirectory();
+
+    /// Does all that the plan says or nothing. Commands are left to the administrator; processes
+    /// end last, and stay ended.
+    JournalResult apply(const Plan &plan);
+    /// In any order. Later changes of the user in the same files stay.
+    JournalResult undo(int number);
+    /// The oldest first. Writes nothing.
+    QVector<JournalEntry> history() const;
+    /// Takes back what an earlier program left half done, and says so. Writes nothing if there is
+    /// none, or another program is at work.
+    QVector<Message> recover();
+
+private:
+    JournalResult applyIn(Store &store, const Plan &plan);
+    JournalResult undoIn(Store &store, int number);
+    JournalResult undoRecord(Store &store, Record &record);
+    void removeOld(Store &store, int newest);
+
+    QString m_directory;
+    JournalLimits m_limits;
+};
+
+} // namespace doctor
