@@ -27,7 +27,7 @@ Observation observedKey(const QString &path, Format format, const QStringList &k
     values.insert(QStringLiteral("present"), Value::ofFlag(found.has_value()));
     if (found) {
         values.insert(QStringLiteral("value"), Value::ofText(found->value));
-        values.insert(QStringLiteral("line"), Value::ofNumber(found->line));
+        values.insert(QStringLiteral("lineNumber"), Value::ofNumber(found->line));
     } else if (arguments.has("default")) {
         values.insert(QStringLiteral("value"), Value::ofText(arguments.text("default")));
     }
@@ -81,9 +81,9 @@ Observed lookAtXcu(const Arguments &arguments, const Looking &looking)
 }
 
 constexpr ProbeValue keyValues[] = {
-    {"path", ValueType::Text},     {"name", ValueType::Text},    {"exists", ValueType::Flag},
-    {"readable", ValueType::Flag}, {"present", ValueType::Flag}, {"value", ValueType::Text},
-    {"line", ValueType::Number},
+    {"path", ValueType::Text},         {"name", ValueType::Text},    {"exists", ValueType::Flag},
+    {"readable", ValueType::Flag},     {"present", ValueType::Flag}, {"value", ValueType::Text},
+    {"lineNumber", ValueType::Number},
 };
 constexpr Parameter iniParameters[] = {{"ini", ParameterType::PathPattern, true},
                                        {"section", ParameterType::Text},

@@ -22,7 +22,7 @@ Observation lineSeen(const QString &path, int line, bool exists)
     seen.values.insert(QStringLiteral("exists"), Value::ofFlag(exists));
     seen.values.insert(QStringLiteral("present"), Value::ofFlag(line > 0));
     if (line > 0)
-        seen.values.insert(QStringLiteral("line"), Value::ofNumber(line));
+        seen.values.insert(QStringLiteral("lineNumber"), Value::ofNumber(line));
     return seen;
 }
 
@@ -87,9 +87,9 @@ Observed lookAtLine(const Arguments &arguments, const Looking &looking)
 constexpr Parameter parameters[] = {{"line", ParameterType::PathPattern, true},
                                     {"pattern", ParameterType::Pattern, true}};
 constexpr ProbeValue values[] = {
-    {"path", ValueType::Text},   {"exists", ValueType::Flag}, {"present", ValueType::Flag},
-    {"line", ValueType::Number}, {"text", ValueType::Text},   {"part1", ValueType::Text},
-    {"part2", ValueType::Text},  {"part3", ValueType::Text},
+    {"path", ValueType::Text},         {"exists", ValueType::Flag}, {"present", ValueType::Flag},
+    {"lineNumber", ValueType::Number}, {"text", ValueType::Text},   {"part1", ValueType::Text},
+    {"part2", ValueType::Text},        {"part3", ValueType::Text},
 };
 
 } // namespace

@@ -104,7 +104,7 @@ Observed lookAtProcess(const Arguments &arguments, const Looking &looking)
         values.insert(QStringLiteral("running"), Value::ofFlag(true));
         values.insert(QStringLiteral("name"), Value::ofText(name));
         values.insert(QStringLiteral("pid"), Value::ofNumber(static_cast<double>(process.id)));
-        values.insert(QStringLiteral("program"), Value::ofText(process.program));
+        values.insert(QStringLiteral("programPath"), Value::ofText(process.program));
         values.insert(QStringLiteral("user"),
                       Value::ofText(accountOf(looking.machine, process.user).name));
         values.insert(QStringLiteral("memory"), memoryOf(looking.machine, process.id));
@@ -165,8 +165,8 @@ Observed lookAtEnvironment(const Arguments &arguments, const Looking &looking)
 constexpr Parameter processParameters[] = {{"process", ParameterType::Text, true},
                                            {"ofAnybody", ParameterType::Flag}};
 constexpr ProbeValue processValues[] = {
-    {"running", ValueType::Flag}, {"name", ValueType::Text}, {"pid", ValueType::Number},
-    {"program", ValueType::Text}, {"user", ValueType::Text}, {"age", ValueType::Age},
+    {"running", ValueType::Flag},     {"name", ValueType::Text}, {"pid", ValueType::Number},
+    {"programPath", ValueType::Text}, {"user", ValueType::Text}, {"age", ValueType::Age},
     {"memory", ValueType::Size},
 };
 constexpr Parameter processEnvironmentParameters[] = {
