@@ -23,11 +23,7 @@ struct Change
         End,     ///< ends a process; cannot be undone
         Command, ///< for the administrator to run; the doctor only shows it
     };
-    enum class Entry {
-        File,
-        Directory,
-        Link
-    };
+    enum class Entry { File, Directory, Link };
 
     Kind kind = Kind::Write;
     Entry entry = Entry::File;
