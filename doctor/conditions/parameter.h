@@ -36,7 +36,7 @@ enum class ParameterType {
     Text,
     Texts,       ///< one text or a list of them
     Path,        ///< one path
-    PathPattern, ///< "*", "?" and "[…]" stand for what matches
+    PathPattern, ///< one path or a list; "*", "?" and "[…]" stand for what matches
     Pattern,     ///< a regular expression; nothing is filled in
     Number,
     Flag,

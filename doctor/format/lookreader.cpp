@@ -54,8 +54,12 @@ QStringList readArgument(const JsonNode &node, const Parameter &parameter,
                          const QSet<QString> &values)
 {
     QVector<JsonNode> nodes{node};
-    if (node.isList() && parameter.type == ParameterType::Texts)
+    const bool mayBeList =
+        parameter.type == ParameterType::Texts || parameter.type == ParameterType::PathPattern;
+    if (node.isList() && mayBeList)
         nodes = node.items().mid(0, mostItems);
+    if (nodes.isEmpty())
+        node.report(QStringLiteral("expected at least one text"));
     QStringList texts;
     for (const JsonNode &item : qAsConst(nodes)) {
         const QString text = item.text().left(longestOperand);

@@ -72,28 +72,61 @@ FileContent readOpened(int descriptor, qint64 largest)
     return {std::nullopt, QStringLiteral("larger than %1 bytes").arg(largest)};
 }
 
-/// For files that are named directly: open() of a pipe is told by its writer, that of a device may
-/// act.
-bool isRegular(const QString &path)
+/// A regular file, opened for reading.
+class OpenedFile
 {
-    struct stat state;
-    return stat(QFile::encodeName(path).constData(), &state) == 0 && S_ISREG(state.st_mode);
-}
+public:
+    explicit OpenedFile(const QString &path)
+    {
+        // Opening a device or a pipe can have an effect of its own.
+        if (QFile::exists(path) && !isRegular(path)) {
+            m_problem = notRegular();
+            return;
+        }
+        m_file.emplace(path, 0);
+        struct stat state;
+        if (m_file->number() < 0 || fstat(m_file->number(), &state) != 0)
+            m_problem = systemProblem();
+        else if (!S_ISREG(state.st_mode))
+            m_problem = notRegular();
+    }
+
+    int number() const { return m_file->number(); }
+    const QString &problem() const { return m_problem; }
+
+private:
+    static QString notRegular() { return QStringLiteral("not a regular file"); }
+    static bool isRegular(const QString &path)
+    {
+        struct stat state;
+        return stat(QFile::encodeName(path).constData(), &state) == 0 && S_ISREG(state.st_mode);
+    }
+
+    std::optional<Descriptor> m_file;
+    QString m_problem;
+};
 
 } // namespace
 
 FileContent readFile(const QString &path, qint64 largest)
 {
-    if (QFile::exists(path) && !isRegular(path))
-        return {std::nullopt, QStringLiteral("not a regular file")};
-    const Descriptor file(path, 0);
-    struct stat state;
-    if (file.number() < 0 || fstat(file.number(), &state) != 0)
+    const OpenedFile file(path);
+    return file.problem().isEmpty() ? readOpened(file.number(), largest)
+                                    : FileContent{std::nullopt, file.problem()};
+}
+
+FileContent readPart(const QString &path, qint64 offset, qint64 length)
+{
+    const OpenedFile file(path);
+    if (!file.problem().isEmpty())
+        return {std::nullopt, file.problem()};
+    QByteArray part(static_cast<int>(length), Qt::Uninitialized);
+    const ssize_t count =
+        pread(file.number(), part.data(), static_cast<std::size_t>(length), offset);
+    if (count < 0)
         return {std::nullopt, systemProblem()};
-    // Another file may stand there since.
-    if (!S_ISREG(state.st_mode))
-        return {std::nullopt, QStringLiteral("not a regular file")};
-    return readOpened(file.number(), largest);
+    part.resize(static_cast<int>(count));
+    return {part, {}};
 }
 
 std::optional<QStringList> namesIn(const QString &directory, int most)

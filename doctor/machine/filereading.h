@@ -19,6 +19,9 @@ struct FileContent
 /// kernel allows that. Never waits: pipes, devices and sockets are refused.
 FileContent readFile(const QString &path, qint64 largest);
 
+/// Same for a part of a file; shorter where the file ends.
+FileContent readPart(const QString &path, qint64 offset, qint64 length);
+
 /// The names in a directory, sorted, without "." and ".."; nothing if it cannot be read.
 std::optional<QStringList> namesIn(const QString &directory, int most);
 

@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "doctor/conditions/pattern.h"
 #include "doctor/machine/filereading.h"
-#include "doctor/machine/pathpattern.h"
 #include "doctor/probes/kinds.h"
 
 namespace doctor {
@@ -93,14 +93,10 @@ Observation observedFile(const QString &path, const Machine &machine)
 
 Observed lookAtFile(const Arguments &arguments, const Looking &looking)
 {
-    const QString pattern = arguments.text("file");
-    MatchedPaths matched = matchedPaths(looking.machine, pattern, looking.deadline);
-    if (!matched.problem.isEmpty())
-        return {{}, matched.problem};
-    if (matched.paths.isEmpty())
-        matched.paths.append(pattern);
+    const MeantPaths meant = meantPaths(arguments, "file", looking, true);
     Observed observed;
-    for (const QString &path : qAsConst(matched.paths))
+    observed.problem = meant.problem;
+    for (const QString &path : meant.paths)
         observed.seen.append(observedFile(path, looking.machine));
     return observed;
 }
@@ -108,19 +104,22 @@ Observed lookAtFile(const Arguments &arguments, const Looking &looking)
 /// One observation of all files together.
 Observed lookAtFiles(const Arguments &arguments, const Looking &looking)
 {
-    const QString pattern = arguments.text("files");
-    const MatchedPaths matched = matchedPaths(looking.machine, pattern, looking.deadline);
-    if (!matched.problem.isEmpty())
-        return {{}, matched.problem};
+    const MeantPaths meant = meantPaths(arguments, "files", looking, false);
+    if (!meant.problem.isEmpty())
+        return {{}, meant.problem};
+    const Pattern pattern(arguments.text("named"));
     Observation seen;
     QStringList names;
     double size = 0;
     double newest = -1;
     double oldest = 0;
-    for (const QString &path : matched.paths) {
+    for (const QString &path : meant.paths) {
         struct stat state;
         const QByteArray name = QFile::encodeName(looking.machine.located(path));
-        if (lstat(name.constData(), &state) != 0)
+        const PatternMatch match = pattern.match(path.section(QLatin1Char('/'), -1));
+        if (match.hasGivenUp)
+            return {{}, QStringLiteral("the pattern needs too many steps for %1").arg(path)};
+        if (!match.hasMatched || lstat(name.constData(), &state) != 0)
             continue;
         seen.where.append({path, 0, 0});
         names.append(path.section(QLatin1Char('/'), -1));
@@ -169,11 +168,10 @@ qint64 lockingProcess(const QByteArray &content)
 
 Observed lookAtLock(const Arguments &arguments, const Looking &looking)
 {
-    const MatchedPaths matched =
-        matchedPaths(looking.machine, arguments.text("lock"), looking.deadline);
+    const MeantPaths meant = meantPaths(arguments, "lock", looking, false);
     Observed observed;
-    observed.problem = matched.problem;
-    for (const QString &path : matched.paths) {
+    observed.problem = meant.problem;
+    for (const QString &path : meant.paths) {
         Observation seen = observedFile(path, looking.machine);
         const FileContent file = readFile(looking.machine.located(path), largestLock);
         const qint64 process = lockingProcess(file.content.value_or(QByteArray()));
@@ -198,7 +196,8 @@ constexpr ProbeValue fileValues[] = {
     {"mode", ValueType::Mode},       {"size", ValueType::Size},     {"age", ValueType::Age},
     {"readable", ValueType::Flag},   {"writable", ValueType::Flag}, {"executable", ValueType::Flag},
 };
-constexpr Parameter filesParameters[] = {{"files", ParameterType::PathPattern, true}};
+constexpr Parameter filesParameters[] = {{"files", ParameterType::PathPattern, true},
+                                         {"named", ParameterType::Pattern}};
 constexpr ProbeValue filesValues[] = {
     {"count", ValueType::Number}, {"names", ValueType::Text}, {"size", ValueType::Size},
     {"newest", ValueType::Age},   {"oldest", ValueType::Age},

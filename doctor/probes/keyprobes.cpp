@@ -2,7 +2,6 @@
 
 #include "doctor/editors/keyeditor.h"
 #include "doctor/machine/filereading.h"
-#include "doctor/machine/pathpattern.h"
 #include "doctor/probes/kinds.h"
 
 namespace doctor {
@@ -37,13 +36,10 @@ Observation observedKey(const QString &path, Format format, const QStringList &k
 Observed lookAtKey(const char *parameter, Format format, const QStringList &key,
                    const Arguments &arguments, const Looking &looking)
 {
-    const QString pattern = arguments.text(parameter);
-    MatchedPaths matched = matchedPaths(looking.machine, pattern, looking.deadline);
+    const MeantPaths meant = meantPaths(arguments, parameter, looking, true);
     Observed observed;
-    observed.problem = matched.problem;
-    if (matched.paths.isEmpty() && matched.problem.isEmpty())
-        matched.paths.append(pattern);
-    for (const QString &path : qAsConst(matched.paths)) {
+    observed.problem = meant.problem;
+    for (const QString &path : meant.paths) {
         if (looking.deadline.isOver())
             return {{}, QStringLiteral("too many files to read in time")};
         observed.seen.append(observedKey(path, format, key, arguments, looking.machine));

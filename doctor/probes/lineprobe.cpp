@@ -2,7 +2,6 @@
 
 #include "doctor/conditions/pattern.h"
 #include "doctor/machine/filereading.h"
-#include "doctor/machine/pathpattern.h"
 #include "doctor/probes/kinds.h"
 
 namespace doctor {
@@ -68,15 +67,12 @@ QString addLines(const QString &path, const Pattern &pattern, const Looking &loo
 
 Observed lookAtLine(const Arguments &arguments, const Looking &looking)
 {
-    const QString pathPattern = arguments.text("line");
-    MatchedPaths matched = matchedPaths(looking.machine, pathPattern, looking.deadline);
-    if (!matched.problem.isEmpty())
-        return {{}, matched.problem};
-    if (matched.paths.isEmpty())
-        matched.paths.append(pathPattern);
+    const MeantPaths meant = meantPaths(arguments, "line", looking, true);
+    if (!meant.problem.isEmpty())
+        return {{}, meant.problem};
     const Pattern pattern(arguments.text("pattern"));
     Observed observed;
-    for (const QString &path : qAsConst(matched.paths)) {
+    for (const QString &path : meant.paths) {
         const QString problem = addLines(path, pattern, looking, observed);
         if (!problem.isEmpty())
             return {{}, problem};
@@ -84,6 +80,31 @@ Observed lookAtLine(const Arguments &arguments, const Looking &looking)
     return observed;
 }
 
+/// For a text that is put together from values and variables.
+Observed lookAtText(const Arguments &arguments, const Looking &)
+{
+    const QString text = arguments.text("compare");
+    Observation seen;
+    seen.values.insert(QStringLiteral("value"), Value::ofText(text));
+    if (arguments.has("pattern")) {
+        const PatternMatch match = Pattern(arguments.text("pattern")).match(text);
+        if (match.hasGivenUp)
+            return {{}, QStringLiteral("the pattern needs too many steps")};
+        seen.values.insert(QStringLiteral("matched"), Value::ofFlag(match.hasMatched));
+        for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
+            seen.values.insert(QStringLiteral("part%1").arg(i),
+                               Value::ofText(match.captured.at(i)));
+    }
+    return {{seen}, {}};
+}
+
+constexpr Parameter compareParameters[] = {{"compare", ParameterType::Text, true},
+                                           {"pattern", ParameterType::Pattern}};
+constexpr ProbeValue compareValues[] = {{"value", ValueType::Text},
+                                        {"matched", ValueType::Flag},
+                                        {"part1", ValueType::Text},
+                                        {"part2", ValueType::Text},
+                                        {"part3", ValueType::Text}};
 constexpr Parameter parameters[] = {{"line", ParameterType::PathPattern, true},
                                     {"pattern", ParameterType::Pattern, true}};
 constexpr ProbeValue values[] = {
@@ -94,6 +115,7 @@ constexpr ProbeValue values[] = {
 
 } // namespace
 
+const ProbeKind compareKind{"compare", compareParameters, compareValues, &lookAtText};
 const ProbeKind lineKind{"line", parameters, values, &lookAtLine};
 
 } // namespace doctor

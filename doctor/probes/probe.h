@@ -36,6 +36,17 @@ struct Looking
     Facts &facts;
 };
 
+/// The paths that a parameter means.
+struct MeantPaths
+{
+    QStringList paths;
+    QString problem;
+};
+
+/// @param withMissing also the patterns that nothing matches, so that their absence can be seen
+MeantPaths meantPaths(const Arguments &arguments, const char *parameter, const Looking &looking,
+                      bool withMissing);
+
 struct ProbeValue
 {
     const char *name;

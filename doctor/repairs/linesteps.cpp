@@ -1,8 +1,6 @@
 #include <QByteArrayList>
 
-#include <functional>
-
-#include "doctor/conditions/pattern.h"
+#include "doctor/editors/lineeditor.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
 
@@ -10,53 +8,35 @@ namespace doctor {
 
 namespace {
 
-constexpr int longestLine = 16 * 1024;
-
-/// What becomes of a line; nothing if it goes.
-using Edit = std::function<std::optional<QString>(const QString &line)>;
-
-/// Edits the lines that match. Everything else, line ends too, stays as it is.
-QString editLines(const QString &path, const Pattern &pattern, const Edit &edit, Draft &draft)
+QString written(const QString &path, const EditedContent &edited, Draft &draft)
 {
-    const std::optional<QByteArray> content = draft.content(path);
-    if (!content)
-        return draft.exists(path) ? QStringLiteral("%1 cannot be read").arg(path) : QString();
-    QByteArray edited;
-    for (int begin = 0; begin < content->size();) {
-        const int found = content->indexOf('\n', begin);
-        const int next = found < 0 ? content->size() : found + 1;
-        const QByteArray whole = content->mid(begin, next - begin);
-        begin = next;
-        const int length = whole.endsWith("\r\n") ? whole.size() - 2
-                           : whole.endsWith('\n') ? whole.size() - 1
-                                                  : whole.size();
-        const QString line = QString::fromUtf8(whole.left(length));
-        const bool isText = length <= longestLine && line.toUtf8() == whole.left(length);
-        const PatternMatch match = isText ? pattern.match(line) : PatternMatch();
-        if (match.hasGivenUp)
-            return QStringLiteral("the pattern needs too many steps for a line of %1").arg(path);
-        if (!match.hasMatched) {
-            edited += whole;
-        } else if (const std::optional<QString> changed = edit(line)) {
-            edited += changed->toUtf8() + whole.mid(length);
-        }
-    }
-    return draft.write(path, edited);
+    if (!edited.content)
+        return QStringLiteral("%1 cannot be edited: %2").arg(path, edited.problem);
+    return draft.write(path, *edited.content);
 }
 
+LineQuery queryOf(const Arguments &arguments)
+{
+    return {LineQuery::Kind::Pattern, arguments.text("pattern")};
+}
+
+/// The first line that matches.
 QString planReplaceLine(const Arguments &arguments, Draft &draft)
 {
-    const QString with = arguments.text("with");
-    return editLines(
-        arguments.text("replaceLine"), Pattern(arguments.text("pattern")),
-        [&with](const QString &) { return with; }, draft);
+    const QString path = arguments.text("replaceLine");
+    const std::optional<QByteArray> content = draft.content(path);
+    if (!content)
+        return QStringLiteral("%1 cannot be read").arg(path);
+    return written(path, replaceLine(*content, queryOf(arguments), arguments.text("with")), draft);
 }
 
 QString planRemoveLine(const Arguments &arguments, Draft &draft)
 {
-    return editLines(
-        arguments.text("removeLine"), Pattern(arguments.text("pattern")),
-        [](const QString &) { return std::nullopt; }, draft);
+    const QString path = arguments.text("removeLine");
+    const std::optional<QByteArray> content = draft.content(path);
+    if (!content)
+        return QStringLiteral("%1 cannot be read").arg(path);
+    return written(path, removeLine(*content, queryOf(arguments)), draft);
 }
 
 QString planAddLine(const Arguments &arguments, Draft &draft)

@@ -76,7 +76,8 @@ struct File
 };
 
 const QByteArrayList sectionNames{"General", "general", "s", "two words", "a%2Bb", "\xe4\xb8\xad"};
-const QByteArrayList keyNames{"k", "K", "other", "two words", "two%20words", "x%2By", "%U4e2d", "#k"};
+const QByteArrayList keyNames{"k",           "K",     "other",  "two words",
+                              "two%20words", "x%2By", "%U4e2d", "#k"};
 
 QString decodedName(const QByteArray &name)
 {
@@ -96,11 +97,30 @@ QString sectionNamed(const QByteArray &name)
 
 QByteArray randomValue(Chooser &choose)
 {
-    const QByteArrayList values{
-        "",          "plain",     "two words",     "1, 2,3",       "\"a;b\"",     "\"a, b\", c",
-        "C:\\\\dir", "\\x4e2d1",  "\\x41\"b\"",    "\"open\\\"\"", "a\\\n  b",    "\\101\\0078",
-        "\"a\nb\"",  "@@at",      "\\ta\\n",       "\\q\\'\\?",    "\"  kept  \"", "a\" b \"c",
-        "\xe4\xb8\xad", "-1.5",   "a=b",           "\\x20",        "x\\  ",       "\"\""};
+    const QByteArrayList values{"",
+                                "plain",
+                                "two words",
+                                "1, 2,3",
+                                "\"a;b\"",
+                                "\"a, b\", c",
+                                "C:\\\\dir",
+                                "\\x4e2d1",
+                                "\\x41\"b\"",
+                                "\"open\\\"\"",
+                                "a\\\n  b",
+                                "\\101\\0078",
+                                "\"a\nb\"",
+                                "@@at",
+                                "\\ta\\n",
+                                "\\q\\'\\?",
+                                "\"  kept  \"",
+                                "a\" b \"c",
+                                "\xe4\xb8\xad",
+                                "-1.5",
+                                "a=b",
+                                "\\x20",
+                                "x\\  ",
+                                "\"\""};
     return choose.of(values);
 }
 
@@ -118,7 +138,8 @@ File randomFile(Chooser &choose)
         if (choose.percent(25)) {
             const QByteArray name = choose.of(sectionNames);
             section = sectionNamed(name);
-            entry.before += choose.of({"[", " [ "}) + name + choose.of({"]", " ]", "] ; c"}) + lineEnd;
+            entry.before +=
+                choose.of({"[", " [ "}) + name + choose.of({"]", " ]", "] ; c"}) + lineEnd;
         }
         const QByteArray name = choose.of(keyNames);
         entry.section = section;
@@ -157,7 +178,8 @@ private slots:
 
 private:
     QVariantMap readByQSettings(const QByteArray &content);
-    QVariantMap readByQSettings(const QByteArray &content, const QString &section, const QString &key);
+    QVariantMap readByQSettings(const QByteArray &content, const QString &section,
+                                const QString &key);
 
     QTemporaryDir m_directory;
     int m_files = 0;
