@@ -112,6 +112,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
     line.value = {equals + 1, text.end};
     while (line.value.size() > 0 && isSpace(content.at(line.value.begin)))
         ++line.value.begin;
+    line.spacedValue = line.value;
     if (!isKeyName(bytesIn(content, line.name)))
         return atLine(content, position, QStringLiteral("this is no name of a key."));
     return {};

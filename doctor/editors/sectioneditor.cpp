@@ -37,7 +37,7 @@ std::optional<FoundKey> SectionEditor::find(const QByteArray &content, const QSt
     });
     if (!problem.isEmpty() || !entry)
         return std::nullopt;
-    return FoundKey{m_dialect.decoded(bytesIn(content, entry->value)),
+    return FoundKey{m_dialect.decoded(bytesIn(content, entry->spacedValue)),
                     lineAt(content, entry->name.begin)};
 }
 
@@ -46,8 +46,9 @@ EditedContent SectionEditor::set(const QByteArray &content, const QStringList &k
 {
     std::optional<SectionLine> entry;
     std::optional<int> behindSection;
-    if (m_dialect.isSection({}, key.value(0)))
-        behindSection = markSize(content);
+    // Behind a byte order mark it would not be read.
+    if (markSize(content) == 0 && m_dialect.isSection({}, key.value(0)))
+        behindSection = 0;
     const QString problem = walk(content, key, [&](const SectionLine &line, bool isInSection) {
         if (!isInSection || line.kind == SectionLine::Kind::Other)
             return;
@@ -64,7 +65,7 @@ EditedContent SectionEditor::set(const QByteArray &content, const QStringList &k
     if (!entry)
         return added(content, key, value, behindSection);
     const QByteArray before = bytesIn(content, entry->value);
-    if (m_dialect.decoded(before) == value)
+    if (m_dialect.decoded(bytesIn(content, entry->spacedValue)) == value)
         return {content, {}};
     return edited(content, {{entry->value, m_dialect.encoded(value, before)}});
 }

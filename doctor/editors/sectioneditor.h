@@ -21,7 +21,9 @@ struct SectionLine
     Span whole;
     /// What names the section or key.
     Span name;
+    /// What a new value replaces, and with spaces behind it, which can be part of the value.
     Span value;
+    Span spacedValue;
     /// Where a comment behind the value starts; whole.end if there is none.
     int comment = 0;
 };
