@@ -14,12 +14,19 @@ QString SectionEditor::walk(const QByteArray &content, const QStringList &key, V
     const int zero = content.indexOf('\0');
     if (problem.isEmpty() && zero >= 0)
         problem = atLine(content, zero, QStringLiteral("this is not text."));
+    bool lacksHeader = m_dialect.isStrict();
+    if (problem.isEmpty() && lacksHeader && markSize(content) > 0)
+        problem = atLine(content, 0, QStringLiteral("a byte order mark stands before the text."));
     bool isInSection = m_dialect.isSection({}, key.value(0));
     for (int position = markSize(content); problem.isEmpty() && position < content.size();) {
         SectionLine line;
         problem = m_dialect.readLine(content, position, line);
-        if (problem.isEmpty() && line.kind == SectionLine::Kind::Header)
+        if (problem.isEmpty() && line.kind == SectionLine::Kind::Header) {
             isInSection = m_dialect.isSection(bytesIn(content, line.name), key.first());
+            lacksHeader = false;
+        }
+        if (lacksHeader && line.kind == SectionLine::Kind::Entry)
+            problem = atLine(content, position, QStringLiteral("a key stands before all groups."));
         if (problem.isEmpty())
             visit(line, isInSection);
         position = line.whole.end;

@@ -36,6 +36,8 @@ public:
     virtual ~SectionDialect() = default;
     /// Reads the line that starts at position. A sentence if it cannot be read, otherwise empty.
     virtual QString readLine(const QByteArray &content, int position, SectionLine &line) const = 0;
+    /// True if a byte order mark or a key before the first header makes the file unreadable.
+    virtual bool isStrict() const = 0;
     virtual bool isLineEnd(char character) const = 0;
     /// The lines before the first header have a null name.
     virtual bool isSection(const QByteArray &name, const QString &section) const = 0;
