@@ -35,12 +35,11 @@ bool isLocale(const QString &text)
 bool isKeyName(const QByteArray &name)
 {
     const int bracket = name.indexOf('[');
-    const QByteArray plain = name.left(bracket);
+    const QByteArray plain = bracket < 0 ? name : name.left(bracket);
     if (plain.isEmpty() || plain.startsWith(' ') || plain.endsWith(' ') || plain.contains(']'))
         return false;
     const QByteArray locale = name.mid(bracket + 1);
-    return bracket < 0 || (locale.indexOf(']') == locale.size() - 1 &&
-                           isLocale(QString::fromUtf8(locale.chopped(1))));
+    return bracket < 0 || (locale.endsWith(']') && isLocale(QString::fromUtf8(locale.chopped(1))));
 }
 
 /// The line without indentation and line end. A return without a line feed is part of the line.
@@ -92,7 +91,6 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
     line.comment = line.whole.end;
     if (text.size() == 0 || content.at(text.begin) == '#')
         return {};
-    const int equals = content.indexOf('=', text.begin);
     if (content.at(text.begin) == '[') {
         if (const auto name = headerName(content, text)) {
             line.kind = SectionLine::Kind::Header;
@@ -102,6 +100,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
                        : atLine(content, position, QStringLiteral("this is no name of a group."));
         }
     }
+    const int equals = content.indexOf('=', text.begin);
     if (equals <= text.begin || equals >= text.end)
         return atLine(content, position,
                       QStringLiteral("this is neither a comment nor a group nor a key."));
@@ -112,6 +111,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
     line.value = {equals + 1, text.end};
     while (line.value.size() > 0 && isSpace(content.at(line.value.begin)))
         ++line.value.begin;
+    line.spacedValue = line.value;
     if (!isKeyName(bytesIn(content, line.name)))
         return atLine(content, position, QStringLiteral("this is no name of a key."));
     return {};

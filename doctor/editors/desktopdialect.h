@@ -11,6 +11,7 @@ class DesktopDialect final : public SectionDialect
 {
 public:
     QString readLine(const QByteArray &content, int position, SectionLine &line) const override;
+    bool isStrict() const override { return true; }
     bool isLineEnd(char character) const override;
     bool isSection(const QByteArray &name, const QString &section) const override;
     bool isKey(const QByteArray &name, const QString &key) const override;

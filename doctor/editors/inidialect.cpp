@@ -22,6 +22,15 @@ struct LineText
     int equals = -1;
 };
 
+/// Behind the character at position that a backslash is before: a line end can be two.
+int escapedEnd(const QByteArray &content, int position)
+{
+    const char character = position < content.size() ? content.at(position) : '\0';
+    const char next = position + 1 < content.size() ? content.at(position + 1) : '\0';
+    const bool isPair = (character == '\r' && next == '\n') || (character == '\n' && next == '\r');
+    return position + (isPair ? 2 : 1);
+}
+
 LineText lineText(const QByteArray &content, int begin)
 {
     LineText text;
@@ -30,9 +39,7 @@ LineText lineText(const QByteArray &content, int begin)
     for (; i < content.size(); ++i) {
         const char character = content.at(i);
         if (character == '\\') {
-            ++i;
-            const bool isPair = content.mid(i, 2) == "\r\n" || content.mid(i, 2) == "\n\r";
-            i += isPair ? 1 : 0;
+            i = escapedEnd(content, i + 1) - 1;
         } else if (character == '"') {
             isQuoted = !isQuoted;
         } else if (isQuoted) {
@@ -46,6 +53,12 @@ LineText lineText(const QByteArray &content, int begin)
     if (i <= content.size() && !isQuoted)
         text.end = i;
     return text;
+}
+
+/// QSettings takes a byte order mark for part of the name behind it.
+bool isGarbled(const QByteArray &content, int position)
+{
+    return position > 0 && position == markSize(content);
 }
 
 int physicalEnd(const QByteArray &content, int position)
@@ -89,10 +102,11 @@ QString IniDialect::readLine(const QByteArray &content, int position, SectionLin
             return atLine(content, begin, QStringLiteral("the section's name has no end."));
         line.kind = SectionLine::Kind::Header;
         line.name = trimmed(content, {begin + 1, close});
-    } else if (text.equals >= 0) {
+    } else if (text.equals >= 0 && !isGarbled(content, position)) {
         line.kind = SectionLine::Kind::Entry;
         line.name = trimmed(content, {begin, text.equals});
         line.value = trimmed(content, {text.equals + 1, *text.end});
+        line.spacedValue = {line.value.begin, *text.end};
     }
     return {};
 }

@@ -193,7 +193,7 @@ QString decodedIniValue(const QByteArray &value)
     ValueReader reader(value);
     const QString text = reader.text();
     if (reader.isList())
-        return plainText(value);
+        return plainText(value.trimmed());
     return text.startsWith(QLatin1String("@@")) ? text.mid(1) : text;
 }
 
@@ -217,6 +217,8 @@ QByteArray encodedIniValue(const QString &text, const QByteArray &before)
 
 QString decodedIniName(const QByteArray &name)
 {
+    if (!name.contains('%') && !name.contains('\\'))
+        return plainText(name);
     QByteArray plain = name;
     plain.replace('\\', '/');
     const QString text = plainText(plain);

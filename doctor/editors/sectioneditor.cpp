@@ -14,12 +14,19 @@ QString SectionEditor::walk(const QByteArray &content, const QStringList &key, V
     const int zero = content.indexOf('\0');
     if (problem.isEmpty() && zero >= 0)
         problem = atLine(content, zero, QStringLiteral("this is not text."));
+    bool lacksHeader = m_dialect.isStrict();
+    if (problem.isEmpty() && lacksHeader && markSize(content) > 0)
+        problem = atLine(content, 0, QStringLiteral("a byte order mark stands before the text."));
     bool isInSection = m_dialect.isSection({}, key.value(0));
     for (int position = markSize(content); problem.isEmpty() && position < content.size();) {
         SectionLine line;
         problem = m_dialect.readLine(content, position, line);
-        if (problem.isEmpty() && line.kind == SectionLine::Kind::Header)
+        if (problem.isEmpty() && line.kind == SectionLine::Kind::Header) {
             isInSection = m_dialect.isSection(bytesIn(content, line.name), key.first());
+            lacksHeader = false;
+        }
+        if (lacksHeader && line.kind == SectionLine::Kind::Entry)
+            problem = atLine(content, position, QStringLiteral("a key stands before all groups."));
         if (problem.isEmpty())
             visit(line, isInSection);
         position = line.whole.end;
@@ -37,7 +44,7 @@ std::optional<FoundKey> SectionEditor::find(const QByteArray &content, const QSt
     });
     if (!problem.isEmpty() || !entry)
         return std::nullopt;
-    return FoundKey{m_dialect.decoded(bytesIn(content, entry->value)),
+    return FoundKey{m_dialect.decoded(bytesIn(content, entry->spacedValue)),
                     lineAt(content, entry->name.begin)};
 }
 
@@ -46,8 +53,9 @@ EditedContent SectionEditor::set(const QByteArray &content, const QStringList &k
 {
     std::optional<SectionLine> entry;
     std::optional<int> behindSection;
-    if (m_dialect.isSection({}, key.value(0)))
-        behindSection = markSize(content);
+    // Behind a byte order mark it would not be read.
+    if (markSize(content) == 0 && m_dialect.isSection({}, key.value(0)))
+        behindSection = 0;
     const QString problem = walk(content, key, [&](const SectionLine &line, bool isInSection) {
         if (!isInSection || line.kind == SectionLine::Kind::Other)
             return;
@@ -64,7 +72,7 @@ EditedContent SectionEditor::set(const QByteArray &content, const QStringList &k
     if (!entry)
         return added(content, key, value, behindSection);
     const QByteArray before = bytesIn(content, entry->value);
-    if (m_dialect.decoded(before) == value)
+    if (m_dialect.decoded(bytesIn(content, entry->spacedValue)) == value)
         return {content, {}};
     return edited(content, {{entry->value, m_dialect.encoded(value, before)}});
 }

@@ -21,7 +21,9 @@ struct SectionLine
     Span whole;
     /// What names the section or key.
     Span name;
+    /// What a new value replaces, and with spaces behind it, which can be part of the value.
     Span value;
+    Span spacedValue;
     /// Where a comment behind the value starts; whole.end if there is none.
     int comment = 0;
 };
@@ -34,6 +36,8 @@ public:
     virtual ~SectionDialect() = default;
     /// Reads the line that starts at position. A sentence if it cannot be read, otherwise empty.
     virtual QString readLine(const QByteArray &content, int position, SectionLine &line) const = 0;
+    /// True if a byte order mark or a key before the first header makes the file unreadable.
+    virtual bool isStrict() const = 0;
     virtual bool isLineEnd(char character) const = 0;
     /// The lines before the first header have a null name.
     virtual bool isSection(const QByteArray &name, const QString &section) const = 0;

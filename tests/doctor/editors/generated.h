@@ -21,7 +21,8 @@ public:
     /// Text with characters that one format or another must escape.
     QString text(const QString &more = QString())
     {
-        const QString characters = QStringLiteral("abcAF019 \t\n\r\\\"';,=#%&<>/[]{}:@?éß中文🙂~") + more;
+        const QString characters =
+            QStringLiteral("abcAF019 \t\n\r\\\"';,=#%&<>/[]{}:@?éß中文🙂~") + more;
         QString result;
         for (int length = below(9); length > 0; --length) {
             const QChar character = characters.at(below(characters.size()));
@@ -41,7 +42,8 @@ private:
 inline bool isInsertion(const QByteArray &shorter, const QByteArray &longer)
 {
     const auto first = std::mismatch(shorter.begin(), shorter.end(), longer.begin(), longer.end());
-    const auto last = std::mismatch(shorter.rbegin(), shorter.rend(), longer.rbegin(), longer.rend());
+    const auto last =
+        std::mismatch(shorter.rbegin(), shorter.rend(), longer.rbegin(), longer.rend());
     const auto same = (first.first - shorter.begin()) + (last.first - shorter.rbegin());
     return longer.size() >= shorter.size() && same >= shorter.size();
 }
