@@ -1,5 +1,6 @@
 #include "doctor/machine/machine.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -85,6 +86,8 @@ std::optional<QString> Machine::variable(const QString &name) const
         return accountOf(*this, user).name;
     if (name == QLatin1String("XDG_DESKTOP_DIR"))
         return desktopFolder(*this);
+    if (name == QLatin1String("SUITE_ROOT") && QCoreApplication::instance())
+        return QCoreApplication::applicationDirPath().section(QLatin1Char('/'), 0, -2);
     for (const Default &directory : baseDirectories) {
         if (name == QLatin1String(directory.name))
             return home() + QLatin1String(directory.belowHome);

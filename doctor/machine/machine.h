@@ -21,7 +21,8 @@ struct Machine
     QString located(const QString &path) const { return root + path; }
 
     /// A variable of the environment. Where it is not set: the default of the XDG base directories,
-    /// the desktop folder for XDG_DESKTOP_DIR, the account's name for USER and its home for HOME.
+    /// the desktop folder for XDG_DESKTOP_DIR, the account's name for USER and its home for HOME,
+    /// and for SUITE_ROOT the directory above that of this program.
     std::optional<QString> variable(const QString &name) const;
 
     /// The user's home, without a slash at its end.

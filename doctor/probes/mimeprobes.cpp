@@ -1,5 +1,5 @@
 #include <QFile>
-#include <QMimeDatabase>
+#include <QHash>
 
 #include "doctor/editors/keyeditor.h"
 #include "doctor/machine/filereading.h"
@@ -13,9 +13,9 @@ constexpr qint64 largestList = 4 * 1024 * 1024;
 
 QStringList folders(const Machine &machine, const char *own, const char *others, const char *usual)
 {
-    const QString own1 = machine.variable(QLatin1String(own)).value_or(QString());
+    const QString ownFolder = machine.variable(QLatin1String(own)).value_or(QString());
     const QString list = machine.variable(QLatin1String(others)).value_or(QLatin1String(usual));
-    return QStringList{own1} + list.split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    return QStringList{ownFolder} + list.split(QLatin1Char(':'), Qt::SkipEmptyParts);
 }
 
 QStringList dataFolders(const Machine &machine)
@@ -118,19 +118,44 @@ Observed lookAtMimeDefault(const Arguments &arguments, const Looking &looking)
     return {{seen}, {}};
 }
 
-/// By name alone, as the desktop's database of types has it.
-Observed lookAtFileType(const Arguments &arguments, const Looking &)
+/// The types of suffixes, as the desktop's database of MIME types has them: the heaviest pattern
+/// counts, of equal ones that of the first folder.
+QHash<QString, QString> typesOfSuffixes(const Machine &machine)
 {
-    const QMimeDatabase database;
+    QHash<QString, QString> types;
+    QHash<QString, int> weights;
+    for (const QString &folder : dataFolders(machine)) {
+        const QString path = machine.located(folder + QStringLiteral("/mime/globs2"));
+        const QByteArray content = readFile(path, largestList).content.value_or(QByteArray());
+        for (const QByteArray &line : content.split('\n')) {
+            // weight:type:pattern, perhaps with flags behind
+            const QList<QByteArray> fields = line.split(':');
+            if (fields.size() < 3 || line.startsWith('#') || !fields.at(2).startsWith("*."))
+                continue;
+            const QString suffix = QString::fromUtf8(fields.at(2).mid(2)).toLower();
+            const int weight = fields.at(0).toInt();
+            if (weight <= weights.value(suffix, -1))
+                continue;
+            weights.insert(suffix, weight);
+            types.insert(suffix, QString::fromUtf8(fields.at(1)));
+        }
+    }
+    return types;
+}
+
+/// By name alone.
+Observed lookAtFileType(const Arguments &arguments, const Looking &looking)
+{
+    const QHash<QString, QString> types = typesOfSuffixes(looking.machine);
     Observed observed;
     for (const QString &name : arguments.texts("fileType")) {
-        const QMimeType type = database.mimeTypeForFile(name, QMimeDatabase::MatchExtension);
+        const QString suffix = name.section(QLatin1Char('.'), -1);
+        const QString type = types.value(suffix.toLower());
         Observation seen;
-        seen.values = {
-            {QStringLiteral("name"), Value::ofText(name)},
-            {QStringLiteral("suffix"), Value::ofText(name.section(QLatin1Char('.'), -1))},
-            {QStringLiteral("mime"), Value::ofText(type.name())},
-            {QStringLiteral("known"), Value::ofFlag(!type.isDefault())}};
+        seen.values = {{QStringLiteral("name"), Value::ofText(name)},
+                       {QStringLiteral("suffix"), Value::ofText(suffix)},
+                       {QStringLiteral("mime"), Value::ofText(type)},
+                       {QStringLiteral("known"), Value::ofFlag(!type.isEmpty())}};
         observed.seen.append(seen);
     }
     return observed;

@@ -37,24 +37,26 @@ QString planAside(const Arguments &arguments, Draft &draft)
     return draft.move(path, target);
 }
 
-QString copied(const QString &from, const QString &to, bool replace, Draft &draft)
+QString copied(const QString &from, const QString &to, bool replace, std::optional<mode_t> mode,
+               Draft &draft)
 {
     const std::optional<QByteArray> content = draft.content(from);
     if (!content)
         return QStringLiteral("%1 cannot be read").arg(from);
     if (draft.exists(to) && !replace)
         return QStringLiteral("%1 is there already").arg(to);
-    return draft.write(to, *content, modeOfFile(draft.machine().located(from)));
+    return draft.write(to, *content, mode ? mode : modeOfFile(draft.machine().located(from)));
 }
 
 QString planRestore(const Arguments &arguments, Draft &draft)
 {
-    return copied(arguments.text("from"), arguments.text("restore"), true, draft);
+    return copied(arguments.text("from"), arguments.text("restore"), true, std::nullopt, draft);
 }
 
 QString planCopy(const Arguments &arguments, Draft &draft)
 {
-    return copied(arguments.text("copy"), arguments.text("to"), arguments.flag("replace"), draft);
+    return copied(arguments.text("copy"), arguments.text("to"), arguments.flag("replace"),
+                  changedMode(0, arguments.text("mode")), draft);
 }
 
 QString planWrite(const Arguments &arguments, Draft &draft)
@@ -131,7 +133,8 @@ constexpr Parameter restoreParameters[] = {{"restore", ParameterType::Path, true
                                            {"from", ParameterType::Path, true}};
 constexpr Parameter copyParameters[] = {{"copy", ParameterType::Path, true},
                                         {"to", ParameterType::Path, true},
-                                        {"replace", ParameterType::Flag}};
+                                        {"replace", ParameterType::Flag},
+                                        {"mode", ParameterType::Mode}};
 constexpr Parameter writeParameters[] = {{"write", ParameterType::Path, true},
                                          {"content", ParameterType::Text, true}};
 constexpr Parameter removeParameters[] = {{"remove", ParameterType::Path, true}};
