@@ -142,8 +142,10 @@ void JsonDocument::parse()
     static const QRegularExpression form(
         QStringLiteral("\\* Line (\\d+), Column (\\d+)\\n\\s*([^\\n]*)"));
     const QRegularExpressionMatch match = form.match(QString::fromStdString(errors));
-    m_mistakes.append({std::max(1, match.captured(1).toInt()),
-                       std::max(1, match.captured(2).toInt()),
+    const int line = std::max(1, match.captured(1).toInt());
+    const QByteArray before =
+        m_content.split('\n').value(line - 1).left(match.captured(2).toInt() - 1);
+    m_mistakes.append({line, QString::fromUtf8(before).size() + 1,
                        match.hasMatch() ? match.captured(3) : QStringLiteral("this is not JSON")});
 }
 

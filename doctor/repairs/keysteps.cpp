@@ -66,7 +66,8 @@ QString planDefaultApplication(const Arguments &arguments, Draft &draft)
     if (entry.contains(QLatin1Char('/')) || !entry.endsWith(QLatin1String(".desktop")))
         return QStringLiteral("\"%1\" is not the name of a desktop entry").arg(entry);
     const QStringList key{QLatin1String(defaultsGroup), arguments.text("defaultApplication")};
-    return written(path, keyEditor(Format::Ini).set(content.value_or(QByteArray()), key, entry),
+    return written(path,
+                   keyEditor(Format::DesktopEntry).set(content.value_or(QByteArray()), key, entry),
                    draft);
 }
 
