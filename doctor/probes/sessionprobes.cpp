@@ -95,10 +95,11 @@ Observed lookAtPrinter(const Arguments &arguments, const Looking &looking)
     const QString wanted = arguments.text("printer");
     const ProgramOutput output = runSystemProgram(
         QStringLiteral("lpstat"), {QStringLiteral("-p"), QStringLiteral("-d")}, looking.deadline);
-    if (!output.output)
+    if (!output.output && !systemProgram(QStringLiteral("lpstat")).isEmpty())
         return {{}, output.problem};
     Observed observed;
-    const QStringList lines = QString::fromUtf8(*output.output).split(QLatin1Char('\n'));
+    const QStringList lines =
+        QString::fromUtf8(output.output.value_or(QByteArray())).split(QLatin1Char('\n'));
     const QStringList chosen = lines.filter(QStringLiteral("system default destination: "));
     const QString usual =
         chosen.isEmpty() ? QString() : chosen.first().section(QStringLiteral(": "), 1).trimmed();
