@@ -1,0 +1,294 @@
+#include "doctor/editors/xml/xmlreader.h"
+
+#include <QByteArrayList>
+
+#include <algorithm>
+#include <cstring>
+
+namespace doctor {
+
+namespace {
+
+using Kind = XmlToken::Kind;
+
+constexpr int mostAttributes = 1000;
+
+/// Where a byte is no UTF-8 or a character none of XML; -1 if all is well.
+int badCharacterIn(const QByteArray &content)
+{
+    for (int i = markSize(content); i < content.size();) {
+        const int position = i;
+        const auto character = nextCharacter(content, i);
+        if (!character || !isXmlCharacter(*character))
+            return position;
+    }
+    return -1;
+}
+
+bool isDeclaration(const QByteArrayList &names, const QByteArrayList &values)
+{
+    if (names.isEmpty() || names.first() != "version" || values.first() != "1.0")
+        return false;
+    const int last = names.indexOf("standalone");
+    const QByteArrayList known{"version", "encoding", "standalone"};
+    int place = -1;
+    for (const QByteArray &name : names) {
+        const int next = known.indexOf(name);
+        if (next <= place)
+            return false;
+        place = next;
+    }
+    return last < 0 || values.at(last) == "yes" || values.at(last) == "no";
+}
+
+bool hasTwins(const QByteArray &content, const QVector<XmlAttribute> &attributes)
+{
+    QByteArrayList names;
+    for (const XmlAttribute &attribute : attributes)
+        names.append(bytesIn(content, attribute.name));
+    std::sort(names.begin(), names.end());
+    return std::adjacent_find(names.begin(), names.end()) != names.end();
+}
+
+} // namespace
+
+XmlReader::XmlReader(const QByteArray &content) : m_content(content), m_position(markSize(content))
+{
+    const int bad = badCharacterIn(content);
+    if (bad >= 0)
+        broken("this is no character of XML in UTF-8.", bad);
+}
+
+XmlToken XmlReader::next()
+{
+    if (!m_problem.isEmpty())
+        return {};
+    if (m_position >= m_content.size())
+        return finished();
+    return m_content.at(m_position) == '<' ? readMarkup() : readText();
+}
+
+bool XmlReader::startsWith(const char *text) const
+{
+    const auto length = static_cast<int>(std::strlen(text));
+    return m_content.size() - m_position >= length &&
+           std::memcmp(m_content.constData() + m_position, text, std::strlen(text)) == 0;
+}
+
+bool XmlReader::skipSpace()
+{
+    const int begin = m_position;
+    while (startsWith(" ") || startsWith("\t") || startsWith("\n") || startsWith("\r"))
+        ++m_position;
+    return m_position > begin;
+}
+
+std::optional<Span> XmlReader::readName()
+{
+    const int begin = m_position;
+    while (m_position < m_content.size()) {
+        int next = m_position;
+        const auto character = nextCharacter(m_content, next);
+        if (!isXmlNameCharacter(character.value_or(0), m_position == begin))
+            break;
+        m_position = next;
+    }
+    if (m_position == begin)
+        return std::nullopt;
+    return Span{begin, m_position};
+}
+
+XmlToken XmlReader::broken(const char *problem, int position)
+{
+    m_problem = atLine(m_content, position, QLatin1String(problem));
+    return {};
+}
+
+XmlToken XmlReader::readText()
+{
+    XmlToken token;
+    const int tag = m_content.indexOf('<', m_position);
+    token.kind = Kind::Text;
+    token.span = {m_position, tag < 0 ? m_content.size() : tag};
+    const QByteArray text = bytesIn(m_content, token.span);
+    if (m_open.isEmpty() && !isBlank(text))
+        return broken("text stands outside the root element.", m_position);
+    if (text.contains("]]>"))
+        return broken("“]]>” stands in a text.", m_position);
+    if (!decodedXml(text))
+        return broken("an entity is not one of the five of XML.", m_position);
+    m_position = token.span.end;
+    return token;
+}
+
+XmlToken XmlReader::readMarkup()
+{
+    if (startsWith("<?"))
+        return readInstruction();
+    if (startsWith("</"))
+        return readEnd();
+    if (startsWith("<!--"))
+        return readUntil(Kind::Comment, 4, "-->");
+    if (startsWith("<![CDATA[") && !m_open.isEmpty())
+        return readUntil(Kind::Data, 9, "]]>");
+    if (startsWith("<!"))
+        return broken("a DOCTYPE or another declaration is not read.", m_position);
+    return readStart();
+}
+
+XmlToken XmlReader::readUntil(Kind kind, int opening, const char *text)
+{
+    XmlToken token;
+    token.kind = kind;
+    const int begin = m_position + opening;
+    const int end = m_content.indexOf(text, begin);
+    if (end < 0)
+        return broken("a comment, CDATA section or instruction has no end.", m_position);
+    token.data = {begin, end};
+    token.span = {m_position, end + static_cast<int>(std::strlen(text))};
+    const QByteArray data = bytesIn(m_content, token.data);
+    if (kind == Kind::Comment && (data.contains("--") || data.endsWith('-')))
+        return broken("“--” stands in a comment.", m_position);
+    m_position = token.span.end;
+    return token;
+}
+
+XmlToken XmlReader::readInstruction()
+{
+    const int begin = m_position;
+    m_position += 2;
+    const auto name = readName();
+    const QByteArray target = name ? bytesIn(m_content, *name) : QByteArray();
+    const bool isSpaced = skipSpace();
+    if (!name || (!isSpaced && !startsWith("?>")))
+        return broken("an instruction has no name.", begin);
+    const bool isFirst = begin == markSize(m_content);
+    if (target.toLower() != "xml") {
+        m_position = begin;
+        return readUntil(Kind::Instruction, 2, "?>");
+    }
+    m_position = name->end;
+    XmlToken token;
+    token.kind = Kind::Instruction;
+    const char *problem = readAttributes(token);
+    QByteArrayList names;
+    QByteArrayList values;
+    for (const XmlAttribute &attribute : qAsConst(token.attributes)) {
+        names.append(bytesIn(m_content, attribute.name));
+        values.append(bytesIn(m_content, attribute.value));
+    }
+    if (problem != nullptr || !isFirst || target != "xml" || !startsWith("?>") ||
+        !isDeclaration(names, values))
+        return broken("the XML declaration is broken or not of XML 1.0.", begin);
+    const int encoding = names.indexOf("encoding");
+    if (encoding >= 0 && values.at(encoding).toLower() != "utf-8")
+        return broken("the XML is not in UTF-8.", begin);
+    m_position += 2;
+    token.span = {begin, m_position};
+    return token;
+}
+
+XmlToken XmlReader::readStart()
+{
+    XmlToken token;
+    token.kind = Kind::Start;
+    token.span.begin = m_position++;
+    const auto name = readName();
+    if (!name)
+        return broken("an element has no name.", token.span.begin);
+    token.name = *name;
+    if (const char *problem = readAttributes(token))
+        return broken(problem, m_position);
+    token.isEmpty = startsWith("/>");
+    if (!token.isEmpty && !startsWith(">"))
+        return broken("a tag has no end.", token.span.begin);
+    m_position += token.isEmpty ? 2 : 1;
+    token.span.end = m_position;
+    if (const char *problem = nestingProblem(token))
+        return broken(problem, token.span.begin);
+    m_hasRoot = true;
+    if (!token.isEmpty)
+        m_open.append(token.name);
+    return token;
+}
+
+const char *XmlReader::nestingProblem(const XmlToken &token)
+{
+    if (m_open.isEmpty() && m_hasRoot)
+        return "there is a second root element.";
+    if (m_open.size() == maximumDepth)
+        return "the content is nested deeper than 256 levels.";
+    return hasTwins(m_content, token.attributes) ? "an element has an attribute twice." : nullptr;
+}
+
+const char *XmlReader::readAttributes(XmlToken &token)
+{
+    while (true) {
+        const bool isSpaced = skipSpace();
+        if (m_position >= m_content.size() || startsWith(">") || startsWith("/>") ||
+            startsWith("?>"))
+            return nullptr;
+        if (!isSpaced)
+            return "a space is missing before an attribute.";
+        if (token.attributes.size() == mostAttributes)
+            return "an element has more than 1000 attributes.";
+        XmlAttribute attribute;
+        if (const char *problem = readAttribute(attribute))
+            return problem;
+        token.attributes.append(attribute);
+    }
+}
+
+const char *XmlReader::readAttribute(XmlAttribute &attribute)
+{
+    const auto name = readName();
+    skipSpace();
+    if (!name || !startsWith("="))
+        return "an attribute has no name or no value.";
+    attribute.name = *name;
+    ++m_position;
+    skipSpace();
+    if (!startsWith("\"") && !startsWith("'"))
+        return "an attribute's value has no quotes.";
+    const char quote = m_content.at(m_position);
+    const int begin = m_position + 1;
+    const int end = m_content.indexOf(quote, begin);
+    if (end < 0)
+        return "an attribute's value has no end.";
+    attribute.value = {begin, end};
+    const QByteArray value = bytesIn(m_content, attribute.value);
+    if (value.contains('<') || !decodedXml(value))
+        return "an attribute's value has a “<” or an entity that is not one of the five of XML.";
+    m_position = end + 1;
+    return nullptr;
+}
+
+XmlToken XmlReader::readEnd()
+{
+    XmlToken token;
+    token.kind = Kind::End;
+    token.span.begin = m_position;
+    m_position += 2;
+    const auto name = readName();
+    skipSpace();
+    const bool fits = name && !m_open.isEmpty() && startsWith(">") &&
+                      bytesIn(m_content, *name) == bytesIn(m_content, m_open.last());
+    if (!fits)
+        return broken("an end tag does not fit its start.", token.span.begin);
+    token.name = *name;
+    token.span.end = ++m_position;
+    m_open.removeLast();
+    return token;
+}
+
+XmlToken XmlReader::finished()
+{
+    if (!m_open.isEmpty() || !m_hasRoot)
+        return broken("the content ends before its root element.", m_position);
+    XmlToken token;
+    token.kind = Kind::Finished;
+    token.span = {m_position, m_position};
+    return token;
+}
+
+} // namespace doctor

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <mutex>
+
+#include "doctor/machine/deadline.h"
+#include "doctor/machine/machine.h"
+
+namespace doctor {
+
+/// A process of this machine, as /proc tells.
+struct RunningProcess
+{
+    qint64 id = 0;
+    QString
+        name; ///< of its program's file; for another user's process the short name of the kernel
+    QString program;   ///< path of its file, if it may be read
+    quint64 start = 0; ///< field 22 of /proc/PID/stat
+    uid_t user = 0;
+};
+
+struct InstalledPackage
+{
+    QString version;
+    QString manager; ///< "dpkg" or "rpm"
+};
+
+/// Read once and shared by all probes of a run.
+class Facts
+{
+public:
+    const QVector<RunningProcess> &processes(const Machine &machine);
+    /// Of dpkg, by name.
+    const QHash<QString, InstalledPackage> &debianPackages(const Machine &machine);
+    /// Lower-case family names of the installed fonts, with the path of one file each.
+    const QHash<QString, QString> &fontFamilies(const Machine &machine, const Deadline &deadline);
+
+private:
+    std::once_flag m_processesRead;
+    QVector<RunningProcess> m_processes;
+    std::once_flag m_packagesRead;
+    QHash<QString, InstalledPackage> m_packages;
+    std::once_flag m_fontsRead;
+    QHash<QString, QString> m_fonts;
+};
+
+} // namespace doctor

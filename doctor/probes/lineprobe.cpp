@@ -1,0 +1,121 @@
+#include <QFile>
+
+#include "doctor/conditions/pattern.h"
+#include "doctor/machine/filereading.h"
+#include "doctor/probes/kinds.h"
+
+namespace doctor {
+
+namespace {
+
+constexpr qint64 largestFile = 16 * 1024 * 1024;
+constexpr int longestLine = 16 * 1024;
+constexpr int mostLines = 50;
+constexpr int mostCaptures = 3;
+
+Observation lineSeen(const QString &path, int line, bool exists)
+{
+    Observation seen;
+    seen.where.append({path, line, 0});
+    seen.values.insert(QStringLiteral("path"), Value::ofText(path));
+    seen.values.insert(QStringLiteral("exists"), Value::ofFlag(exists));
+    seen.values.insert(QStringLiteral("present"), Value::ofFlag(line > 0));
+    if (line > 0)
+        seen.values.insert(QStringLiteral("lineNumber"), Value::ofNumber(line));
+    return seen;
+}
+
+QString problemIn(const QString &path, const char *what)
+{
+    return QStringLiteral("%1 in %2").arg(QLatin1String(what), path);
+}
+
+/// Adds the matching lines of one file, or one observation of none.
+QString addLines(const QString &path, const Pattern &pattern, const Looking &looking,
+                 Observed &observed)
+{
+    const QString located = looking.machine.located(path);
+    const QByteArray content = readFile(located, largestFile).content.value_or(QByteArray());
+    const int before = observed.seen.size();
+    int number = 0;
+    for (int begin = 0; begin < content.size() && observed.seen.size() - before < mostLines;) {
+        const int found = content.indexOf('\n', begin);
+        const int end = found < 0 ? content.size() : found;
+        QByteArray line = content.mid(begin, std::min(end - begin, longestLine));
+        begin = end + 1;
+        ++number;
+        if (line.endsWith('\r'))
+            line.chop(1);
+        const PatternMatch match = pattern.match(QString::fromUtf8(line));
+        if (match.hasGivenUp)
+            return problemIn(path, "the pattern needs too many steps for a line");
+        if (looking.deadline.isOver())
+            return problemIn(path, "too many lines to look at in time");
+        if (!match.hasMatched)
+            continue;
+        Observation seen = lineSeen(path, number, true);
+        seen.values.insert(QStringLiteral("text"), Value::ofText(QString::fromUtf8(line)));
+        for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
+            seen.values.insert(QStringLiteral("part%1").arg(i),
+                               Value::ofText(match.captured.at(i)));
+        observed.seen.append(seen);
+    }
+    if (observed.seen.size() == before)
+        observed.seen.append(lineSeen(path, 0, QFile::exists(located)));
+    return {};
+}
+
+Observed lookAtLine(const Arguments &arguments, const Looking &looking)
+{
+    const MeantPaths meant = meantPaths(arguments, "line", looking, true);
+    if (!meant.problem.isEmpty())
+        return {{}, meant.problem};
+    const Pattern pattern(arguments.text("pattern"));
+    Observed observed;
+    for (const QString &path : meant.paths) {
+        const QString problem = addLines(path, pattern, looking, observed);
+        if (!problem.isEmpty())
+            return {{}, problem};
+    }
+    return observed;
+}
+
+/// For a text that is put together from values and variables.
+Observed lookAtText(const Arguments &arguments, const Looking &)
+{
+    const QString text = arguments.text("compare");
+    Observation seen;
+    seen.values.insert(QStringLiteral("value"), Value::ofText(text));
+    if (arguments.has("pattern")) {
+        const PatternMatch match = Pattern(arguments.text("pattern")).match(text);
+        if (match.hasGivenUp)
+            return {{}, QStringLiteral("the pattern needs too many steps")};
+        seen.values.insert(QStringLiteral("matched"), Value::ofFlag(match.hasMatched));
+        for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
+            seen.values.insert(QStringLiteral("part%1").arg(i),
+                               Value::ofText(match.captured.at(i)));
+    }
+    return {{seen}, {}};
+}
+
+constexpr Parameter compareParameters[] = {{"compare", ParameterType::Text, true},
+                                           {"pattern", ParameterType::Pattern}};
+constexpr ProbeValue compareValues[] = {{"value", ValueType::Text},
+                                        {"matched", ValueType::Flag},
+                                        {"part1", ValueType::Text},
+                                        {"part2", ValueType::Text},
+                                        {"part3", ValueType::Text}};
+constexpr Parameter parameters[] = {{"line", ParameterType::PathPattern, true},
+                                    {"pattern", ParameterType::Pattern, true}};
+constexpr ProbeValue values[] = {
+    {"path", ValueType::Text},         {"exists", ValueType::Flag}, {"present", ValueType::Flag},
+    {"lineNumber", ValueType::Number}, {"text", ValueType::Text},   {"part1", ValueType::Text},
+    {"part2", ValueType::Text},        {"part3", ValueType::Text},
+};
+
+} // namespace
+
+const ProbeKind compareKind{"compare", compareParameters, compareValues, &lookAtText};
+const ProbeKind lineKind{"line", parameters, values, &lookAtLine};
+
+} // namespace doctor

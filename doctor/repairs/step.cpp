@@ -1,0 +1,49 @@
+#include "doctor/repairs/step.h"
+
+#include <QLatin1String>
+
+#include "doctor/repairs/draft.h"
+#include "doctor/repairs/kinds.h"
+
+namespace doctor {
+
+QVector<const StepKind *> stepKinds()
+{
+    return {
+        &setStep,        &unsetStep,       &defaultApplicationStep,
+        &addLineStep,    &replaceLineStep, &asideStep,
+        &removeLineStep, &restoreStep,     &copyStep,
+        &writeStep,      &removeStep,      &unlockStep,
+        &linkStep,       &directoryStep,   &rightsStep,
+        &endStep,        &showStep,
+    };
+}
+
+const StepKind *stepKindNamed(const QString &name)
+{
+    for (const StepKind *kind : stepKinds()) {
+        if (name == QLatin1String(kind->name))
+            return kind;
+    }
+    return nullptr;
+}
+
+Plan planSteps(const QVector<Step> &steps, const Values &values, const Machine &machine)
+{
+    Plan plan;
+    Draft draft(machine);
+    for (const Step &step : steps) {
+        const ExpandedArguments expansion =
+            expandedArguments(step.arguments, step.kind->parameters, values, machine);
+        plan.refusal = expansion.problem.isEmpty() ? step.kind->plan(expansion.arguments, draft)
+                                                   : expansion.problem;
+        if (!plan.refusal.isEmpty())
+            return plan;
+    }
+    plan.changes = draft.changes();
+    if (plan.changes.isEmpty())
+        plan.refusal = QStringLiteral("there is nothing to change");
+    return plan;
+}
+
+} // namespace doctor
