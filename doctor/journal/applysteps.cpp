@@ -47,10 +47,10 @@ public:
         }
     }
 
-    QVector<Step> steps;
+    QVector<TreeStep> steps;
 
 private:
-    Problem resolve(const Change &change, LastLink lastLink, Step &step) const
+    Problem resolve(const Change &change, LastLink lastLink, TreeStep &step) const
     {
         if (Problem problem = m_outlook.resolve(change.path, lastLink, step.path))
             return problem;
@@ -61,7 +61,8 @@ private:
     }
 
     /// Reads what is at the change's path, and compares it with what the plan knows of it.
-    Problem lookAtPlanned(const Change &change, LastLink lastLink, Depth depth, Step &step) const
+    Problem lookAtPlanned(const Change &change, LastLink lastLink, Depth depth,
+                          TreeStep &step) const
     {
         if (Problem problem = resolve(change, lastLink, step))
             return problem;
@@ -76,7 +77,7 @@ private:
 
     Problem write(const Change &change)
     {
-        Step step;
+        TreeStep step;
         if (Problem problem = lookAtPlanned(change, LastLink::Followed, Depth::Everything, step))
             return problem;
         if (step.from.kind != Node::Kind::File || !change.before || !change.after)
@@ -91,7 +92,7 @@ private:
 
     Problem create(const Change &change)
     {
-        Step step;
+        TreeStep step;
         if (Problem problem = resolve(change, LastLink::Kept, step))
             return problem;
         if (Problem problem = m_outlook.look(step.path, Depth::Rights, step.from))
@@ -112,7 +113,7 @@ private:
 
     Problem remove(const Change &change)
     {
-        Step step;
+        TreeStep step;
         if (Problem problem = lookAtPlanned(change, LastLink::Kept, Depth::Everything, step))
             return problem;
         if (step.from.kind != kindOf(change.entry))
@@ -122,8 +123,8 @@ private:
 
     Problem move(const Change &change)
     {
-        Step step;
-        step.kind = Step::Kind::Move;
+        TreeStep step;
+        step.kind = TreeStep::Kind::Move;
         const Depth depth = change.before ? Depth::Everything : Depth::Rights;
         if (Problem problem = lookAtPlanned(change, LastLink::Kept, depth, step))
             return problem;
@@ -144,8 +145,8 @@ private:
 
     Problem changeRights(const Change &change)
     {
-        Step step;
-        step.kind = Step::Kind::Rights;
+        TreeStep step;
+        step.kind = TreeStep::Kind::Rights;
         if (Problem problem = lookAtPlanned(change, LastLink::Followed, Depth::Rights, step))
             return problem;
         step.to = step.from;
@@ -165,11 +166,11 @@ private:
         return append(step, change.path);
     }
 
-    Problem append(Step &step, const QString &path)
+    Problem append(TreeStep &step, const QString &path)
     {
         if (step.to.content && step.to.content->bytes.size() > largestFile)
             return Message{"%1 would become too large to be written.", {path}};
-        if (step.kind == Step::Kind::Replace)
+        if (step.kind == TreeStep::Kind::Replace)
             step.temporary = temporaryName();
         m_outlook.expect(step);
         steps.append(step);
@@ -181,7 +182,7 @@ private:
 
 } // namespace
 
-Problem stepsToApply(const Plan &plan, QVector<Step> &steps)
+Problem stepsToApply(const Plan &plan, QVector<TreeStep> &steps)
 {
     StepPlanner planner;
     for (const Change &change : plan.changes) {

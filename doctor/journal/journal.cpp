@@ -40,10 +40,10 @@ QVector<Record> readAll(const Store &store)
 }
 
 /// Bytes that the journal keeps for an action.
-qint64 sizeOf(const QVector<Step> &steps)
+qint64 sizeOf(const QVector<TreeStep> &steps)
 {
     qint64 size = 0;
-    for (const Step &step : steps) {
+    for (const TreeStep &step : steps) {
         for (const Node *node : {&step.from, &step.to})
             size += node->content ? node->content->bytes.size() : 0;
     }
@@ -72,7 +72,7 @@ JournalEntry entryOf(const Record &record)
         return entry;
     const Action &applied = record.actions.first();
     entry.time = QDateTime::fromMSecsSinceEpoch(applied.time);
-    for (const Step &step : applied.steps) {
+    for (const TreeStep &step : applied.steps) {
         for (const QByteArray &path : {step.path, step.target}) {
             if (!path.isEmpty())
                 entry.paths.append(QFile::decodeName(path));
@@ -86,7 +86,7 @@ JournalEntry entryOf(const Record &record)
 QVector<Message> backupNotes(const Store &store, const Record &record, const QStringList &paths)
 {
     QVector<Message> notes;
-    for (const Step &step : record.actions.first().steps) {
+    for (const TreeStep &step : record.actions.first().steps) {
         const QString path = QFile::decodeName(step.path);
         if (step.from.content && paths.contains(path))
             notes.append({"What %1 was before the repair is in %2.",

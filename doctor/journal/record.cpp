@@ -56,7 +56,7 @@ bool readBegin(const QJsonObject &object, Record &record)
     action.time = object.value(QLatin1String(timeKey)).toVariant().toLongLong();
     const QJsonArray steps = object.value(QLatin1String(stepsKey)).toArray();
     for (const QJsonValue &value : steps) {
-        const std::optional<Step> step = stepOf(value.toObject());
+        const std::optional<TreeStep> step = stepOf(value.toObject());
         if (!step)
             return false;
         action.steps.append(*step);
@@ -139,7 +139,7 @@ const Action *Record::openAction() const
 QByteArray beginLine(const Record &record, const Action &action)
 {
     QJsonArray steps;
-    for (const Step &step : action.steps)
+    for (const TreeStep &step : action.steps)
         steps.append(jsonOf(step));
     return lineOf({{QLatin1String(versionKey), formatVersion},
                    {QLatin1String(beginKey), QLatin1String(action.isUndo ? undoWord : applyWord)},

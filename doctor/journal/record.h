@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "doctor/journal/tree/step.h"
+#include "doctor/journal/tree/treestep.h"
 
 namespace doctor {
 
@@ -23,7 +23,7 @@ struct Action
     bool isUndo = false;
     /// Milliseconds since 1970, UTC.
     qint64 time = 0;
-    QVector<Step> steps;
+    QVector<TreeStep> steps;
     /// So many steps, from the first, may have been done. The same path may be in several, so that
     /// what is there does not tell.
     int reached = 0;

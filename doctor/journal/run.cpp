@@ -8,9 +8,9 @@ namespace {
 
 /// A directory goes only when it is empty: what earlier steps keep in it goes first, and would come
 /// back out of the journal.
-Problem makeRemovable(const Action &action, const Step &removal)
+Problem makeRemovable(const Action &action, const TreeStep &removal)
 {
-    for (const Step &step : action.steps) {
+    for (const TreeStep &step : action.steps) {
         if (&step == &removal)
             break;
         const int slash = step.path.lastIndexOf('/');
@@ -24,11 +24,11 @@ Problem makeRemovable(const Action &action, const Step &removal)
 
 Problem performAll(Store &store, int number, Action &action)
 {
-    for (const Step &step : qAsConst(action.steps)) {
+    for (const TreeStep &step : qAsConst(action.steps)) {
         if (Problem problem = store.add(number, reachedLine(action.reached + 1)))
             return problem;
         ++action.reached;
-        const bool removesDirectory = step.kind == Step::Kind::Replace &&
+        const bool removesDirectory = step.kind == TreeStep::Kind::Replace &&
                                       step.from.kind == Node::Kind::Directory &&
                                       step.to.kind == Node::Kind::Absent;
         Problem problem = removesDirectory ? makeRemovable(action, step) : Problem();
@@ -68,7 +68,7 @@ Problem takeBackAll(Store &store, int number, Action &action, QVector<Message> &
 
 Problem tidyUp(Store &store, int number, const Action &action)
 {
-    for (const Step &step : action.steps) {
+    for (const TreeStep &step : action.steps) {
         if (Problem problem = removeTemporaries(step))
             return problem;
     }

@@ -129,16 +129,16 @@ bool isPlainPath(const QByteArray &path)
 }
 
 /// Both nodes are files or links with content, unless the step leaves content alone.
-bool isWhole(const Step &step)
+bool isWhole(const TreeStep &step)
 {
     const auto hasContent = [](const Node &node) {
         const bool needsContent = node.kind == Node::Kind::File || node.kind == Node::Kind::Link;
         return !needsContent || node.content;
     };
     switch (step.kind) {
-    case Step::Kind::Move:
+    case TreeStep::Kind::Move:
         return isPlainPath(step.target);
-    case Step::Kind::Rights:
+    case TreeStep::Kind::Rights:
         return !step.from.content && !step.to.content;
     default:
         return hasContent(step.from) && hasContent(step.to) && !step.temporary.isEmpty() &&
@@ -148,7 +148,7 @@ bool isWhole(const Step &step)
 
 } // namespace
 
-QJsonObject jsonOf(const Step &step)
+QJsonObject jsonOf(const TreeStep &step)
 {
     QJsonObject json{{QLatin1String(kindKey), QLatin1String(stepKinds[int(step.kind)])},
                      {QLatin1String(pathKey), encoded(step.path)},
@@ -161,15 +161,15 @@ QJsonObject jsonOf(const Step &step)
     return json;
 }
 
-std::optional<Step> stepOf(const QJsonObject &json)
+std::optional<TreeStep> stepOf(const QJsonObject &json)
 {
     const int kind = indexOf(stepKinds, json.value(QLatin1String(kindKey)));
     const std::optional<Node> from = nodeOf(json.value(QLatin1String(fromKey)).toObject());
     const std::optional<Node> to = nodeOf(json.value(QLatin1String(toKey)).toObject());
     if (kind < 0 || !from || !to)
         return {};
-    Step step;
-    step.kind = Step::Kind(kind);
+    TreeStep step;
+    step.kind = TreeStep::Kind(kind);
     step.path = decoded(json.value(QLatin1String(pathKey)));
     step.target = decoded(json.value(QLatin1String(targetKey)));
     step.temporary = decoded(json.value(QLatin1String(temporaryKey)));

@@ -41,7 +41,7 @@ QList<QByteArray> entriesOf(int directory)
 QVector<Content *> contentsOf(Action &action)
 {
     QVector<Content *> contents;
-    for (Step &step : action.steps) {
+    for (TreeStep &step : action.steps) {
         for (Node *node : {&step.from, &step.to}) {
             if (node->content)
                 contents.append(&*node->content);

@@ -66,8 +66,8 @@ public:
 
     UndoPlan plan()
     {
-        const QVector<Step> &steps = m_record.actions.first().steps;
-        std::for_each(steps.rbegin(), steps.rend(), [this](const Step &step) {
+        const QVector<TreeStep> &steps = m_record.actions.first().steps;
+        std::for_each(steps.rbegin(), steps.rend(), [this](const TreeStep &step) {
             if (!m_plan.problem || m_plan.isConflict)
                 takeBack(step);
         });
@@ -80,16 +80,16 @@ public:
     }
 
 private:
-    void takeBack(const Step &step)
+    void takeBack(const TreeStep &step)
     {
-        if (step.kind == Step::Kind::Move) {
+        if (step.kind == TreeStep::Kind::Move) {
             moveBack(step);
             return;
         }
-        Step undo;
+        TreeStep undo;
         undo.kind = step.kind;
         undo.path = step.path;
-        const bool isRights = step.kind == Step::Kind::Rights;
+        const bool isRights = step.kind == TreeStep::Kind::Rights;
         if (!look(step.path, isRights ? Depth::Rights : Depth::Everything, undo.from))
             return;
         undo.to = undo.from;
@@ -99,10 +99,10 @@ private:
             replaceBack(step, undo);
     }
 
-    void moveBack(const Step &step)
+    void moveBack(const TreeStep &step)
     {
-        Step undo;
-        undo.kind = Step::Kind::Move;
+        TreeStep undo;
+        undo.kind = TreeStep::Kind::Move;
         undo.path = step.target;
         undo.target = step.path;
         Node old;
@@ -117,7 +117,7 @@ private:
             append(undo);
     }
 
-    void rightsBack(const Step &step, Step &undo)
+    void rightsBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != step.to.kind || !takeBackRights(undo.to, step.from, step.to))
             addConflict(step.path,
@@ -126,7 +126,7 @@ private:
             append(undo);
     }
 
-    void replaceBack(const Step &step, Step &undo)
+    void replaceBack(const TreeStep &step, TreeStep &undo)
     {
         if (areSame(undo.from, step.from))
             return;
@@ -139,7 +139,7 @@ private:
     }
 
     /// What the repair made goes again, unless somebody has put something into it.
-    void createdBack(const Step &step, Step &undo)
+    void createdBack(const TreeStep &step, TreeStep &undo)
     {
         const bool isDirectory = undo.from.kind == Node::Kind::Directory;
         if (undo.from.kind != step.to.kind ||
@@ -154,7 +154,7 @@ private:
         }
     }
 
-    void removedBack(const Step &step, Step &undo)
+    void removedBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != Node::Kind::Absent) {
             addConflict(step.path, {"%1 is there again.", {shown(step.path)}});
@@ -164,7 +164,7 @@ private:
         append(undo);
     }
 
-    void contentBack(const Step &step, Step &undo)
+    void contentBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != step.to.kind) {
             addConflict(step.path, {"%1 is not there any more.", {shown(step.path)}});
@@ -190,13 +190,13 @@ private:
     }
 
     /// When the file had this content last: other repairs may have been undone before.
-    std::optional<Times> timesOf(const Step &step, const QByteArray &hash) const
+    std::optional<Times> timesOf(const TreeStep &step, const QByteArray &hash) const
     {
         if (hash == step.from.content->hash)
             return step.from.times;
         for (const Record &record : m_all) {
             for (const Action &action : record.actions) {
-                for (const Step &other : action.steps) {
+                for (const TreeStep &other : action.steps) {
                     const bool isIt = other.path == step.path && other.from.content &&
                                       other.from.content->hash == hash;
                     if (isIt && other.from.times)
@@ -235,7 +235,7 @@ private:
         for (const Record &record : m_all) {
             if (record.number <= m_record.number || !record.isApplied())
                 continue;
-            for (const Step &step : record.actions.first().steps) {
+            for (const TreeStep &step : record.actions.first().steps) {
                 if (step.path == path || step.target == path)
                     number = record.number;
             }
@@ -243,11 +243,11 @@ private:
         return number;
     }
 
-    void append(Step &step)
+    void append(TreeStep &step)
     {
-        if (step.kind != Step::Kind::Move && areSame(step.from, step.to))
+        if (step.kind != TreeStep::Kind::Move && areSame(step.from, step.to))
             return;
-        if (step.kind == Step::Kind::Replace)
+        if (step.kind == TreeStep::Kind::Replace)
             step.temporary = temporaryName();
         m_outlook.expect(step);
         m_plan.steps.append(step);

@@ -10,7 +10,7 @@ namespace doctor {
 /// How a repair is undone.
 struct UndoPlan
 {
-    QVector<Step> steps;
+    QVector<TreeStep> steps;
     /// Where the tree cannot be read, or what changed later contradicts.
     Problem problem;
     bool isConflict = false;

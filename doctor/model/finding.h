@@ -8,7 +8,11 @@
 namespace doctor {
 
 /// How much a finding matters: something to know, something to look at, something that is broken.
-enum class State { Note, Warning, Bad };
+enum class State {
+    Note,
+    Warning,
+    Bad
+};
 
 /// Where something was seen. What does not apply is empty or 0; lines count from 1.
 struct Place

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "helio/ctl/commandline.h"
+#include "helio/ctl/doctor/doctorcommand.h"
 #include "helio/ctl/eventprinter.h"
 #include "helio/ctl/exitstatus.h"
 #include "helio/ctl/leftoverwork.h"
@@ -20,6 +21,8 @@
 #include "helio/runtime/textencoding.h"
 
 namespace {
+
+constexpr char doctorWord[] = "doctor";
 
 void printText(const QString &text, std::FILE *stream)
 {
@@ -82,11 +85,15 @@ int run(const ctl::CommandLine &line, int input)
 int main(int argc, char *argv[])
 {
     ctl::openMissingStandardStreams();
-    const int input = ctl::takeStandardInput();
     helio::assumeUtf8WithoutLocale();
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
+    if (arguments.value(1) == QLatin1String(doctorWord)) {
+        const QCoreApplication application(argc, argv);
+        return ctl::runDoctor(arguments.mid(2));
+    }
+    const int input = ctl::takeStandardInput();
 
     helio::HeadlessApplication application(argv[0]);
     const ctl::CommandLine line = ctl::parseCommandLine(arguments);

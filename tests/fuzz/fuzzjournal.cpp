@@ -20,7 +20,7 @@ QByteArray withChecksums(const QByteArray &bytes)
 }
 
 /// Recovery works with these paths and names without looking at them again.
-void requireHarmless(const doctor::Step &step)
+void requireHarmless(const doctor::TreeStep &step)
 {
     for (const QByteArray &path : {step.path, step.target}) {
         require(path.isEmpty() || path.startsWith('/'));
@@ -39,14 +39,14 @@ void read(const QByteArray &content)
         return;
     for (const doctor::Action &action : record->actions) {
         require(action.reached >= 0 && action.reached <= action.steps.size());
-        for (const doctor::Step &step : action.steps)
+        for (const doctor::TreeStep &step : action.steps)
             requireHarmless(step);
     }
     require(!(record->isApplied() && record->isUndone()));
     const doctor::Action &action = record->actions.first();
     const std::optional<Record> again = doctor::parsedRecord(doctor::beginLine(*record, action));
     require(again && !again->isDamaged && again->actions.size() == 1);
-    const QVector<doctor::Step> &steps = again->actions.first().steps;
+    const QVector<doctor::TreeStep> &steps = again->actions.first().steps;
     require(steps.size() == action.steps.size());
     for (int i = 0; i < steps.size(); ++i)
         require(steps[i].path == action.steps[i].path &&

@@ -36,7 +36,7 @@ Message keptAsIs(const QByteArray &path)
     return {"%1 stays as it is: somebody else changed it in the meantime.", {shown(path)}};
 }
 
-Entry::Entry(const Step &step)
+Entry::Entry(const TreeStep &step)
     : m_path(step.path), m_new(step.temporary + ".new"), m_old(step.temporary + ".old")
 {
 }

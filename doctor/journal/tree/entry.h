@@ -3,7 +3,7 @@
 #include <QByteArray>
 
 #include "doctor/journal/tree/node.h"
-#include "doctor/journal/tree/step.h"
+#include "doctor/journal/tree/treestep.h"
 
 namespace doctor {
 
@@ -17,7 +17,7 @@ Message keptAsIs(const QByteArray &path);
 class Entry
 {
 public:
-    explicit Entry(const Step &step);
+    explicit Entry(const TreeStep &step);
 
     /// 0 or an errno; nothing else works before.
     int open();

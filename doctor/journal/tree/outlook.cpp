@@ -207,14 +207,14 @@ bool Outlook::isEmptyDirectory(const QByteArray &resolved) const
     });
 }
 
-void Outlook::expect(const Step &step)
+void Outlook::expect(const TreeStep &step)
 {
     switch (step.kind) {
-    case Step::Kind::Move:
+    case TreeStep::Kind::Move:
         m_expected.insert(step.path, {Node(), false, true});
         m_expected.insert(step.target, {step.from, true, true});
         break;
-    case Step::Kind::Rights: {
+    case TreeStep::Kind::Rights: {
         Node &node = m_expected[step.path].node;
         node.kind = step.to.kind;
         node.mode = step.to.mode;
@@ -222,7 +222,7 @@ void Outlook::expect(const Step &step)
         node.group = step.to.group;
         break;
     }
-    case Step::Kind::Replace:
+    case TreeStep::Kind::Replace:
         m_expected.insert(step.path, {step.to, false, true});
         break;
     }

@@ -4,7 +4,7 @@
 #include <QHash>
 
 #include "doctor/journal/tree/node.h"
-#include "doctor/journal/tree/step.h"
+#include "doctor/journal/tree/treestep.h"
 
 namespace doctor {
 
@@ -24,7 +24,7 @@ public:
     Problem look(const QByteArray &resolved, Depth depth, Node &node) const;
     bool isEmptyDirectory(const QByteArray &resolved) const;
 
-    void expect(const Step &step);
+    void expect(const TreeStep &step);
 
 private:
     struct Expected

@@ -2,7 +2,7 @@
 
 #include <sys/file.h>
 
-#include "doctor/journal/tree/step.h"
+#include "doctor/journal/tree/treestep.h"
 #include "tests/doctor/journal/repairtree.h"
 
 using namespace changes;
@@ -276,7 +276,7 @@ void ApplyRepairTest::directoriesBecomingLinksAreNotFollowed()
     const RepairTree tree;
     tree.write(QStringLiteral("elsewhere/file"), "of somebody else\n");
     tree.link(QStringLiteral("directory"), "elsewhere");
-    doctor::Step step;
+    doctor::TreeStep step;
     step.path = QFile::encodeName(tree.path(QStringLiteral("directory/file")));
     step.temporary = ".temporary";
     step.from.kind = step.to.kind = doctor::Node::Kind::File;

@@ -71,10 +71,10 @@ void begin(const RepairTree &tree, const doctor::Action &action)
         qFatal("no steps reached");
 }
 
-doctor::Step writing(const RepairTree &tree, const QString &name, const QByteArray &from,
-                     const QByteArray &to)
+doctor::TreeStep writing(const RepairTree &tree, const QString &name, const QByteArray &from,
+                         const QByteArray &to)
 {
-    doctor::Step step;
+    doctor::TreeStep step;
     step.path = QFile::encodeName(tree.path(name));
     step.temporary = ".temporary";
     step.from.kind = step.to.kind = doctor::Node::Kind::File;
@@ -301,7 +301,7 @@ void JournalTest::recordsReadAsTheyWereWritten()
     record.repair = QStringLiteral("repair");
     doctor::Action action;
     action.time = 1234567890123;
-    doctor::Step step;
+    doctor::TreeStep step;
     step.path = "/home/\xff%2F/file name";
     step.temporary = ".temporary";
     step.from.kind = doctor::Node::Kind::File;
@@ -319,7 +319,7 @@ void JournalTest::recordsReadAsTheyWereWritten()
     const doctor::Action &read = parsed->actions.first();
     QCOMPARE(read.time, action.time);
     QCOMPARE(read.reached, 1);
-    const doctor::Step &same = read.steps.first();
+    const doctor::TreeStep &same = read.steps.first();
     QCOMPARE(same.path, step.path);
     QCOMPARE(same.temporary, step.temporary);
     QVERIFY(doctor::areSame(same.from, step.from));

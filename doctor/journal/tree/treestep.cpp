@@ -1,4 +1,4 @@
-#include "doctor/journal/tree/step.h"
+#include "doctor/journal/tree/treestep.h"
 
 #include <cerrno>
 
@@ -10,9 +10,9 @@ namespace doctor {
 
 namespace {
 
-Problem performAt(const Entry &entry, const Step &step)
+Problem performAt(const Entry &entry, const TreeStep &step)
 {
-    const bool isRights = step.kind == Step::Kind::Rights;
+    const bool isRights = step.kind == TreeStep::Kind::Rights;
     Seen seen;
     if (Problem problem = entry.look(isRights ? Depth::Rights : Depth::Everything, seen))
         return problem;
@@ -56,7 +56,7 @@ bool isGone(int error)
     return error == ENOENT || error == ENOTDIR || error == ELOOP;
 }
 
-Problem moveBack(const Step &step, Problem &kept)
+Problem moveBack(const TreeStep &step, Problem &kept)
 {
     const int here = presence(step.path);
     const int there = presence(step.target);
@@ -72,7 +72,7 @@ Problem moveBack(const Step &step, Problem &kept)
     return {};
 }
 
-Problem rightsBack(const Entry &entry, const Step &step, Problem &kept)
+Problem rightsBack(const Entry &entry, const TreeStep &step, Problem &kept)
 {
     Seen now;
     if (Problem problem = entry.look(Depth::Rights, now))
@@ -95,7 +95,7 @@ Problem timesBack(const Entry &entry, const Node &now, const Node &from)
     return entry.dressUp(times);
 }
 
-Problem replaceBack(const Entry &entry, const Step &step, Problem &kept)
+Problem replaceBack(const Entry &entry, const TreeStep &step, Problem &kept)
 {
     if (const int error = entry.removeNew())
         return problemOf(error, step.path);
@@ -114,9 +114,9 @@ Problem replaceBack(const Entry &entry, const Step &step, Problem &kept)
 
 } // namespace
 
-Problem perform(const Step &step)
+Problem perform(const TreeStep &step)
 {
-    if (step.kind == Step::Kind::Move)
+    if (step.kind == TreeStep::Kind::Move)
         return move(step.path, step.target);
     Entry entry(step);
     if (const int error = entry.open())
@@ -124,9 +124,9 @@ Problem perform(const Step &step)
     return performAt(entry, step);
 }
 
-Problem takeBack(const Step &step, Problem &kept)
+Problem takeBack(const TreeStep &step, Problem &kept)
 {
-    if (step.kind == Step::Kind::Move)
+    if (step.kind == TreeStep::Kind::Move)
         return moveBack(step, kept);
     Entry entry(step);
     const int error = entry.open();
@@ -138,13 +138,13 @@ Problem takeBack(const Step &step, Problem &kept)
     }
     if (error != 0)
         return problemOf(error, step.path);
-    return step.kind == Step::Kind::Rights ? rightsBack(entry, step, kept)
-                                           : replaceBack(entry, step, kept);
+    return step.kind == TreeStep::Kind::Rights ? rightsBack(entry, step, kept)
+                                               : replaceBack(entry, step, kept);
 }
 
-Problem removeTemporaries(const Step &step)
+Problem removeTemporaries(const TreeStep &step)
 {
-    if (step.kind != Step::Kind::Replace)
+    if (step.kind != TreeStep::Kind::Replace)
         return {};
     Entry entry(step);
     const int error = entry.open();

@@ -8,7 +8,7 @@ namespace doctor {
 
 /// One change of one directory entry, with all that is needed to take it back. Paths have no links
 /// in them.
-struct Step
+struct TreeStep
 {
     enum class Kind {
         Replace, ///< the entry becomes another, or comes, or goes
@@ -27,13 +27,13 @@ struct Step
 
 /// Does the step if the entry still is as the step expects. What was there before stays beside it
 /// under a temporary name: taking the step back needs no space and gives back the very file.
-Problem perform(const Step &step);
+Problem perform(const TreeStep &step);
 
 /// Gives the entry back as it was, at whatever point the step was stopped, also if it was not
 /// begun. What somebody else did to the entry in the meantime stays, and @p kept says so.
-Problem takeBack(const Step &step, Problem &kept);
+Problem takeBack(const TreeStep &step, Problem &kept);
 
 /// Removes the step's temporary files.
-Problem removeTemporaries(const Step &step);
+Problem removeTemporaries(const TreeStep &step);
 
 } // namespace doctor

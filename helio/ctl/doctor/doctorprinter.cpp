@@ -1,0 +1,92 @@
+#include "helio/ctl/doctor/doctorprinter.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+#include "doctor/lines/unifieddiff.h"
+
+namespace ctl {
+
+namespace {
+
+/// ASCII only: in some encodings a byte of another character is a special one of the shell.
+constexpr char plainWord[] = "\\A[A-Za-z0-9_./,:@%+=-]+\\z";
+
+QString shellWord(const QString &word)
+{
+    if (QRegularExpression(QLatin1String(plainWord)).match(word).hasMatch())
+        return word;
+    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
+           QLatin1Char('\'');
+}
+
+} // namespace
+
+QString nameOf(doctor::Change::Kind kind)
+{
+    using Kind = doctor::Change::Kind;
+    switch (kind) {
+    case Kind::Write:
+        return QStringLiteral("write");
+    case Kind::Create:
+        return QStringLiteral("create");
+    case Kind::Remove:
+        return QStringLiteral("remove");
+    case Kind::Move:
+        return QStringLiteral("move");
+    case Kind::Rights:
+        return QStringLiteral("rights");
+    case Kind::End:
+        return QStringLiteral("end");
+    case Kind::Command:
+        break;
+    }
+    return QStringLiteral("command");
+}
+
+QString nameOf(doctor::CheckResult::Outcome outcome)
+{
+    using Outcome = doctor::CheckResult::Outcome;
+    switch (outcome) {
+    case Outcome::Ok:
+        return QStringLiteral("ok");
+    case Outcome::Found:
+        return QStringLiteral("finding");
+    case Outcome::Failed:
+        return QStringLiteral("failed");
+    case Outcome::Skipped:
+        break;
+    }
+    return QStringLiteral("skipped");
+}
+
+QString nameOf(doctor::State state)
+{
+    switch (state) {
+    case doctor::State::Bad:
+        return QStringLiteral("bad");
+    case doctor::State::Warning:
+        return QStringLiteral("warning");
+    case doctor::State::Note:
+        break;
+    }
+    return QStringLiteral("note");
+}
+
+QString diffOf(const doctor::Change &change)
+{
+    if (change.before || change.after)
+        return QString::fromUtf8(doctor::unifiedDiff(change.before, change.after, change.path));
+    return {};
+}
+
+QString commandLineOf(const doctor::Change &change)
+{
+    QStringList words;
+    std::transform(change.command.begin(), change.command.end(), std::back_inserter(words),
+                   shellWord);
+    return words.join(QLatin1Char(' '));
+}
+
+} // namespace ctl

@@ -1,0 +1,214 @@
+#include "helio/ctl/doctor/doctorsession.h"
+
+#include <algorithm>
+
+#include "doctor/journal/journal.h"
+#include "texts/texts.h"
+
+namespace ctl {
+
+namespace {
+
+QString translated(const doctor::Message &message)
+{
+    return message.filled(texts::tr(message.english));
+}
+
+bool isForAdministrator(const doctor::Change &change)
+{
+    return change.kind == doctor::Change::Kind::Command;
+}
+
+bool isSamePlace(const doctor::Finding &one, const doctor::Finding &other)
+{
+    const auto path = [](const doctor::Finding &finding) {
+        return finding.where.isEmpty() ? QString() : finding.where.first().path;
+    };
+    return one.check == other.check && path(one) == path(other);
+}
+
+} // namespace
+
+void DoctorSession::look(const QStringList &ids)
+{
+    m_doctor.run(ids, m_locale, [this](const doctor::CheckResult &result) {
+        ++m_checks;
+        m_failed += result.outcome == doctor::CheckResult::Outcome::Failed ? 1 : 0;
+        m_findings += result.findings;
+        m_printer.printCheck(*m_doctor.check(result.check), result);
+        return true;
+    });
+}
+
+DoctorStatus DoctorSession::summary(bool hasRemaining)
+{
+    m_printer.printSummary(m_checks, m_findings.size(), m_failed);
+    if (m_failed > 0)
+        return CheckFailed;
+    return hasRemaining ? Found : Done;
+}
+
+DoctorStatus DoctorSession::check(const QStringList &ids)
+{
+    look(ids);
+    return summary(!m_findings.isEmpty());
+}
+
+DoctorStatus DoctorSession::list()
+{
+    for (const doctor::CheckDefinition &check : m_doctor.checks())
+        m_printer.printListed(check);
+    return Done;
+}
+
+QString DoctorSession::repairFor(const doctor::Finding &finding, const DoctorLine &line) const
+{
+    if (line.repair.isEmpty())
+        return finding.repairs.value(0);
+    return finding.repairs.contains(line.repair) ? line.repair : QString();
+}
+
+bool DoctorSession::showPlan(const doctor::Plan &plan, RepairOutcome &outcome)
+{
+    if (!plan.refusal.isEmpty() || plan.changes.isEmpty()) {
+        outcome.result =
+            plan.refusal.isEmpty() ? QStringLiteral("unchanged") : QStringLiteral("refused");
+        outcome.reason =
+            plan.refusal.isEmpty() ? texts::tr("there is nothing to change") : plan.refusal;
+        return false;
+    }
+    for (const doctor::Change &change : plan.changes)
+        m_printer.printChange(plan.repair, change);
+    return true;
+}
+
+DoctorStatus DoctorSession::plan(const DoctorLine &line)
+{
+    look(line.checks);
+    for (const doctor::Finding &finding : qAsConst(m_findings)) {
+        const QString repair = repairFor(finding, line);
+        if (repair.isEmpty())
+            continue;
+        RepairOutcome outcome{finding.check, repair, QStringLiteral("planned"), 0, {}};
+        showPlan(m_doctor.plan(finding, repair), outcome);
+        m_printer.printRepair(outcome);
+    }
+    return summary(!m_findings.isEmpty());
+}
+
+bool DoctorSession::persists(const doctor::Finding &finding, QString &reason) const
+{
+    bool isThere = false;
+    m_doctor.run({finding.check}, m_locale, [&](const doctor::CheckResult &result) {
+        if (result.outcome == doctor::CheckResult::Outcome::Failed)
+            reason = result.reason;
+        isThere = std::any_of(
+            result.findings.begin(), result.findings.end(),
+            [&finding](const doctor::Finding &now) { return isSamePlace(finding, now); });
+        return true;
+    });
+    return isThere;
+}
+
+RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const doctor::Plan &plan)
+{
+    using Outcome = doctor::JournalResult::Outcome;
+    const doctor::JournalResult applied = m_journal.apply(plan);
+    RepairOutcome outcome{finding.check, plan.repair, {}, applied.number, {}};
+    for (const doctor::Message &note : applied.notes)
+        m_printer.printNote(note);
+    if (applied.outcome != Outcome::Applied) {
+        outcome.result = applied.outcome == Outcome::Refused ? QStringLiteral("refused")
+                                                             : QStringLiteral("failed");
+        outcome.reason = translated(applied.reason);
+        return outcome;
+    }
+    QString unverified;
+    const bool isThere = persists(finding, unverified);
+    if (!isThere && unverified.isEmpty()) {
+        outcome.result = QStringLiteral("repaired");
+        return outcome;
+    }
+    const doctor::JournalResult undone = m_journal.undo(applied.number);
+    const bool isUndone = undone.outcome == Outcome::Undone;
+    outcome.result = isThere && isUndone ? QStringLiteral("unchanged") : QStringLiteral("failed");
+    outcome.reason =
+        !isUndone ? translated(undone.reason)
+        : isThere ? texts::tr("the finding was still there, so it was taken back")
+                  : texts::tr("it could not be checked, so it was taken back: %1").arg(unverified);
+    return outcome;
+}
+
+RepairOutcome DoctorSession::repair(const doctor::Finding &finding, const DoctorLine &line)
+{
+    RepairOutcome outcome{finding.check, repairFor(finding, line), {}, 0, {}};
+    if (outcome.repair.isEmpty()) {
+        outcome.result = QStringLiteral("refused");
+        outcome.reason = texts::tr("there is no such repair");
+        return outcome;
+    }
+    const doctor::Plan plan = m_doctor.plan(finding, outcome.repair);
+    if (!showPlan(plan, outcome))
+        return outcome;
+    if (line.dryRun) {
+        outcome.result = QStringLiteral("planned");
+        return outcome;
+    }
+    if (std::all_of(plan.changes.begin(), plan.changes.end(), isForAdministrator)) {
+        outcome.result = QStringLiteral("refused");
+        outcome.reason = texts::tr("the administrator has to run the command");
+        return outcome;
+    }
+    if (!line.yes && !m_printer.asks(texts::tr("Repair?"))) {
+        outcome.result = QStringLiteral("refused");
+        outcome.reason = texts::tr("it was not confirmed");
+        return outcome;
+    }
+    return apply(finding, plan);
+}
+
+DoctorStatus DoctorSession::fix(const DoctorLine &line)
+{
+    look(line.checks);
+    bool isLeft = false;
+    for (const doctor::Finding &finding : qAsConst(m_findings)) {
+        if (finding.repairs.isEmpty()) {
+            isLeft = true;
+            continue;
+        }
+        const RepairOutcome outcome = repair(finding, line);
+        m_printer.printRepair(outcome);
+        isLeft = isLeft || outcome.result != QLatin1String("repaired");
+    }
+    return summary(isLeft);
+}
+
+DoctorStatus DoctorSession::undo(int number)
+{
+    const QVector<doctor::JournalEntry> entries = m_journal.history();
+    if (number == 0) {
+        const auto latest = std::find_if(entries.rbegin(), entries.rend(), [](const auto &entry) {
+            return entry.state == doctor::JournalEntry::State::Applied;
+        });
+        number = latest == entries.rend() ? 0 : latest->number;
+    }
+    doctor::JournalResult result;
+    if (number == 0)
+        result.reason = {"There is no repair to undo.", {}};
+    else
+        result = m_journal.undo(number);
+    for (const doctor::Message &note : qAsConst(result.notes))
+        m_printer.printNote(note);
+    m_printer.printUndone(number, result);
+    return result.outcome == doctor::JournalResult::Outcome::Undone ? Done : Found;
+}
+
+DoctorStatus DoctorSession::history()
+{
+    const QVector<doctor::JournalEntry> entries = m_journal.history();
+    for (const doctor::JournalEntry &entry : entries)
+        m_printer.printEntry(entry);
+    return Done;
+}
+
+} // namespace ctl

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "doctor/doctor.h"
+#include "helio/ctl/doctor/doctorline.h"
+#include "helio/ctl/doctor/doctorprinter.h"
+
+namespace doctor {
+class Journal;
+}
+
+namespace ctl {
+
+/// The exit status of "assistantctl doctor".
+enum DoctorStatus {
+    Done = 0,        ///< nothing found, or done as asked
+    Found = 1,       ///< findings, mistakes in a check file, or something not repaired
+    Misused = 2,     ///< wrong usage
+    CheckFailed = 3, ///< a check failed itself, or its file cannot be read
+};
+
+/// Does what one command line asks of the doctor.
+class DoctorSession
+{
+public:
+    DoctorSession(const doctor::Doctor &doctor, doctor::Journal &journal, DoctorPrinter &printer,
+                  QString locale)
+        : m_doctor(doctor),
+          m_journal(journal),
+          m_printer(printer),
+          m_locale(std::move(locale)),
+          m_failed(doctor.problems().size())
+    {
+    }
+
+    DoctorStatus check(const QStringList &ids);
+    DoctorStatus list();
+    /// Shows what the repairs would change. Writes nothing.
+    DoctorStatus plan(const DoctorLine &line);
+    DoctorStatus fix(const DoctorLine &line);
+    DoctorStatus undo(int number);
+    DoctorStatus history();
+
+private:
+    /// Runs checks and prints them; their findings go to m_findings.
+    void look(const QStringList &ids);
+    DoctorStatus summary(bool hasRemaining);
+    /// The repair to take for a finding; empty if none fits.
+    QString repairFor(const doctor::Finding &finding, const DoctorLine &line) const;
+    /// The plan, printed, or nothing if there is nothing to do; the outcome says why.
+    bool showPlan(const doctor::Plan &plan, RepairOutcome &outcome);
+    RepairOutcome repair(const doctor::Finding &finding, const DoctorLine &line);
+    RepairOutcome apply(const doctor::Finding &finding, const doctor::Plan &plan);
+    /// Whether the finding is still there after a repair; the reason is filled if that is unknown.
+    bool persists(const doctor::Finding &finding, QString &reason) const;
+
+    const doctor::Doctor &m_doctor;
+    doctor::Journal &m_journal;
+    DoctorPrinter &m_printer;
+    QString m_locale;
+    QVector<doctor::Finding> m_findings;
+    int m_checks = 0;
+    int m_failed = 0;
+};
+
+} // namespace ctl
