@@ -211,7 +211,7 @@ Judgement judge(const Condition &condition, const Value &value,
                 isPattern(test.comparison) ? Expansion{operand, {}} : expand(operand);
             if (!text.problem.isEmpty())
                 return {false, text.problem};
-            const Judgement one = judgeOne(value, test.comparison, text.text);
+            Judgement one = judgeOne(value, test.comparison, text.text);
             if (!one.problem.isEmpty())
                 return one;
             holds = denial ? holds && one.holds : holds || one.holds;

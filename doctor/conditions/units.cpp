@@ -160,7 +160,7 @@ int compareParts(const QString &first, const QString &second)
 QString takeEpoch(QString &version)
 {
     const int colon = version.indexOf(QLatin1Char(':'));
-    const QString epoch = colon < 0 ? QStringLiteral("0") : version.left(colon);
+    QString epoch = colon < 0 ? QStringLiteral("0") : version.left(colon);
     version.remove(0, colon + 1);
     return epoch;
 }

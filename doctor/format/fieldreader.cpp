@@ -61,12 +61,11 @@ QString suggestion(const QString &mistyped, const QStringList &names)
 
 void reportUnknown(const JsonNode &object, const QStringList &known, const QString &what)
 {
-    for (const QString &name : object.names()) {
+    for (const auto &[name, node] : object.members()) {
         if (!known.contains(name))
-            object.member(name)->reportName(QStringLiteral("unknown name \"%1\"; %2 has %3%4")
-                                                .arg(name.left(100), what,
-                                                     known.join(QStringLiteral(", ")),
-                                                     suggestion(name, known)));
+            node.reportName(QStringLiteral("unknown name \"%1\"; %2 has %3%4")
+                                .arg(name.left(100), what, known.join(QStringLiteral(", ")),
+                                     suggestion(name, known)));
     }
 }
 
@@ -113,8 +112,7 @@ LocalText readLocalText(const JsonNode &node, const QSet<QString> &values)
     if (node.isText()) {
         texts.byLanguage.insert(QStringLiteral("en"), readText(node, longestText));
     } else if (node.isObject() && !node.names().isEmpty()) {
-        for (const QString &language : node.names().mid(0, mostLanguages)) {
-            const JsonNode member = *node.member(language);
+        for (const auto &[language, member] : node.members().mid(0, mostLanguages)) {
             if (!isLanguage(language))
                 member.reportName(
                     QStringLiteral("expected a language such as \"en\" or \"zh_CN\""));
@@ -139,7 +137,7 @@ QString readId(const JsonNode &object)
         object.report(QStringLiteral("expected an \"id\""));
         return {};
     }
-    const QString id = readText(*node, longestId);
+    QString id = readText(*node, longestId);
     if (!id.isEmpty() && !form.match(id).hasMatch())
         node->report(
             QStringLiteral("expected an id of lower-case words, such as \"fonts.missing\""));

@@ -69,7 +69,7 @@ QString JsonNode::text() const
     }
     if (!isText())
         return {};
-    const QString text = decoded(*m_value);
+    QString text = decoded(*m_value);
     if (std::any_of(text.begin(), text.end(), isControl))
         report(QStringLiteral("expected a text without control characters"));
     return text;
@@ -85,13 +85,21 @@ QVector<JsonNode> JsonNode::items() const
     return nodes;
 }
 
+QVector<std::pair<QString, JsonNode>> JsonNode::members() const
+{
+    QVector<std::pair<QString, JsonNode>> members;
+    if (isObject()) {
+        for (auto member = m_value->begin(); member != m_value->end(); ++member)
+            members.append({QString::fromStdString(member.name()), JsonNode(*m_document, *member)});
+    }
+    return members;
+}
+
 QStringList JsonNode::names() const
 {
     QStringList names;
-    if (isObject()) {
-        for (const std::string &name : m_value->getMemberNames())
-            names.append(QString::fromStdString(name));
-    }
+    for (const auto &[name, node] : members())
+        names.append(name);
     return names;
 }
 

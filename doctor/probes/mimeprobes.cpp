@@ -44,7 +44,7 @@ QStringList mimeLists(const Machine &machine)
 QString entryPath(const QString &entry, const Machine &machine)
 {
     for (const QString &folder : dataFolders(machine)) {
-        const QString path = folder + QStringLiteral("/applications/") + entry;
+        QString path = folder + QStringLiteral("/applications/") + entry;
         if (!entry.contains(QLatin1Char('/')) && QFile::exists(machine.located(path)))
             return path;
     }

@@ -22,7 +22,7 @@ QString busAddress(const QString &bus, const Machine &machine)
         return QFile::exists(machine.located(QStringLiteral("/run/dbus/system_bus_socket")))
                    ? QLatin1String(systemBus)
                    : QString();
-    const QString address = machine.environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    QString address = machine.environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
     if (!address.isEmpty())
         return address;
     const QString socket = QStringLiteral("/run/user/%1/bus").arg(machine.user);
@@ -63,7 +63,7 @@ Observed lookAtBusName(const Arguments &arguments, const Looking &looking)
 QString sessionLocale(const Machine &machine)
 {
     for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const QString value = machine.environment.value(QLatin1String(name));
+        QString value = machine.environment.value(QLatin1String(name));
         if (!value.isEmpty())
             return value;
     }

@@ -22,7 +22,7 @@ Judgement addIfExpected(const Look &look, const Match &known, const Observation 
         const auto value = seen.values.constFind(expected.value);
         if (value == seen.values.constEnd())
             return {};
-        const Judgement judgement = judge(expected.condition, *value, expand);
+        Judgement judgement = judge(expected.condition, *value, expand);
         if (!judgement.holds)
             return judgement;
     }
@@ -61,7 +61,7 @@ Matches allOf(const Look &look, const Match &known, const Looking &looking)
     for (const Look &part : look.parts) {
         QVector<Match> next;
         for (const Match &match : qAsConst(matches)) {
-            const Matches found = evaluated(part, match, looking);
+            Matches found = evaluated(part, match, looking);
             if (!found.problem.isEmpty())
                 return found;
             next += found.matches;
@@ -77,7 +77,7 @@ Matches anyOf(const Look &look, const Match &known, const Looking &looking)
 {
     Matches all;
     for (const Look &part : look.parts) {
-        const Matches found = evaluated(part, known, looking);
+        Matches found = evaluated(part, known, looking);
         if (!found.problem.isEmpty())
             return found;
         all.matches += found.matches;

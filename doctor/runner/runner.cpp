@@ -73,7 +73,7 @@ QString addFindings(const CheckDefinition &check, const QVector<Match> &matches,
                 QStringLiteral("only the first %1 findings are listed").arg(mostFindings);
             return {};
         }
-        const QString problem = addRepairs(check, match, looking, finding);
+        QString problem = addRepairs(check, match, looking, finding);
         if (!problem.isEmpty())
             return problem;
         result.findings.append(finding);

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Checks docs/check.schema.json against the shipped checks, the guide's examples and the samples."""
+"""Checks docs/check.schema.json against shipped checks, examples and samples."""
 
 import json
 import pathlib

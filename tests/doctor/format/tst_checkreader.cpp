@@ -242,6 +242,8 @@ void TestCheckReader::hostileFilesCostLittle_data()
     QTest::newRow("long names") << looking("{\"" + QByteArray(half, 'a') + "\": 1}");
     QTest::newRow("nested repeats")
         << looking(R"({"line": "/x", "pattern": "((((a{1,999}){1,999}){1,999}){1,999}){1,999}"})");
+    QTest::newRow("name that is not UTF-8") << QByteArray("{\"\xff\": 1}");
+    QTest::newRow("half a character") << QByteArray(R"({"\udc00": 1})");
     QTest::newRow("not UTF-8") << looking("{\"file\": \"/\xff\xfe\"}").replace("a.b", "\xc0\x80");
 }
 
