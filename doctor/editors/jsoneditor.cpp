@@ -76,7 +76,7 @@ std::optional<FoundKey> JsonEditor::find(const QByteArray &content, const QStrin
         return std::nullopt;
     const QByteArray value = bytesIn(content, place.value.span);
     const bool isString = place.value.kind == JsonToken::Kind::String;
-    return FoundKey{isString ? decodedJson(value) : QString::fromUtf8(value),
+    return FoundKey{isString ? decodedJson(value) : utf8Text(value),
                     lineAt(content, place.value.span.begin)};
 }
 

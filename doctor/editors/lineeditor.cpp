@@ -63,7 +63,7 @@ public:
             return line == m_bytes;
         if (m_kind == LineQuery::Kind::Part)
             return line.contains(m_bytes);
-        const QString text = QString::fromUtf8(line);
+        const QString text = utf8Text(line);
         return text.size() <= shortLine ? matchesFrom(text, 0, QRegularExpression::NoMatchOption)
                                         : matchesInLong(text);
     }
@@ -139,7 +139,7 @@ FoundLine findLine(const QByteArray &content, const LineQuery &query)
         return {std::nullopt, search.problem};
     const Span text = search.line->text;
     const int number = 1 + static_cast<int>(content.left(text.begin).count('\n'));
-    return {FoundKey{QString::fromUtf8(bytesIn(content, text)), number}, {}};
+    return {FoundKey{utf8Text(bytesIn(content, text)), number}, {}};
 }
 
 EditedContent replaceLine(const QByteArray &content, const LineQuery &query, const QString &text)

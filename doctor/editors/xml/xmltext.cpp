@@ -113,7 +113,7 @@ bool isNameCharacter(uint character, bool isFirst)
 
 QString plainXml(const QByteArray &bytes)
 {
-    QString text = QString::fromUtf8(bytes);
+    QString text = utf8Text(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }

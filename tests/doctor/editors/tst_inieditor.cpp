@@ -273,6 +273,10 @@ void TestIniEditor::changesNothingButTheKey_data()
         "a=1\n[general]\nb=2\nk=new\n");
     row("a name in UTF-8 is found", "[\xe4\xb8\xad]\nk=1\n", QStringLiteral("中"), plain,
         "[\xe4\xb8\xad]\nk=new\n");
+    row("General is read in any case", "[GENERAL]\n", QStringLiteral("general"), plain,
+        "[GENERAL]\nk=new\n");
+    row("a slash at a name's end is escaped", "", QStringLiteral("a/b/"), plain,
+        "[a\\b%2F]\nk=new\n");
     row("a new name is escaped", "", QStringLiteral("中/a b"), plain, "[%U4E2D\\a b]\nk=new\n");
     row("special characters are quoted", "[s]\nk=old\n", s, QStringLiteral("a;b=\"c\", "),
         "[s]\nk=\"a;b=\\\"c\\\", \"\n");
@@ -304,8 +308,12 @@ void TestIniEditor::changesNothingButTheKey()
     const QStringList key{section, QStringLiteral("k")};
     QCOMPARE(m_editor.set(content, key, value), expected);
     QCOMPARE(m_editor.find(expected, key), value);
-    const QString name = section.isEmpty() ? key.last() : key.join(QLatin1Char('/'));
-    const bool isRaw = content.startsWith("[\xe4");
+    QString name = section.isEmpty() || section == QLatin1String("general")
+                       ? key.last()
+                       : key.join(QLatin1Char('/'));
+    name.replace(QLatin1String("//"), QLatin1String("/"));
+    // It takes the bytes of a name for Latin-1.
+    const bool isRaw = content.startsWith("[\xe4") || section.endsWith(QLatin1Char('/'));
     QCOMPARE(readByQSettings(expected).contains(name), !isRaw);
 }
 
@@ -320,6 +328,7 @@ void TestIniEditor::refusesWhatItCannotRead_data()
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("an open quote at the end") << QByteArray("[s]\nk=\"a\nb=1\n");
     QTest::newRow("a backslash at the end") << QByteArray("[s]\nk=a\\");
+    QTest::newRow("a last line that goes on") << QByteArray("[s]\nk=a\\\r\n");
     QTest::newRow("a header without its end") << QByteArray("[s\nk=1\n");
     QTest::newRow("a zero") << QByteArray("[s]\nk=1\n\0", 9);
     QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0s\0]\0", 8);

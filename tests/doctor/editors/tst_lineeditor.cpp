@@ -66,6 +66,7 @@ void TestLineEditor::findsTheFirstLineThatFits()
     const auto found = doctor::findLine(content, pattern(QStringLiteral("中$")));
     QCOMPARE(found.line->value, QStringLiteral("key = 中"));
     QVERIFY(found.problem.isEmpty());
+    QCOMPARE(lineOf(QByteArray("a\0b\n", 4), pattern(QStringLiteral("b$"))), 1);
 }
 
 void TestLineEditor::readsLongLinesAsShortOnes()
