@@ -150,8 +150,8 @@ QString DesktopDialect::decoded(const QByteArray &value) const
 
 QString DesktopDialect::writeProblem(const QStringList &key, const QString &value) const
 {
-    const QString group = key.first();
-    const QString name = key.last();
+    const QString &group = key.first();
+    const QString &name = key.last();
     if (!isGroupName(group.toUtf8()))
         return QStringLiteral("“%1” is no name of a group.").arg(group);
     const bool isEntry = !name.startsWith(QLatin1Char('#')) && !name.contains(QLatin1Char('=')) &&

@@ -31,7 +31,7 @@ QByteArray nested(const QStringList &names, const QByteArray &value)
 EditedContent added(const QByteArray &content, const QStringList &key, const JsonPlace &place,
                     const QByteArray &value)
 {
-    const QString name = key.at(place.parts);
+    const QString &name = key.at(place.parts);
     const JsonContainer &container = place.container;
     if (place.value.kind != JsonToken::Kind::Begin)
         return refused(

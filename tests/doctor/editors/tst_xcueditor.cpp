@@ -1,132 +1,14 @@
+#include <QElapsedTimer>
 #include <QTest>
-#include <QXmlStreamReader>
-
-#include <optional>
 
 #include "tests/doctor/editors/editing.h"
-#include "tests/doctor/editors/generated.h"
+#include "tests/doctor/editors/xcufile.h"
 
 using generated::Chooser;
-
-namespace {
-
-constexpr char header[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                          "<oor:items xmlns:oor=\"http://openoffice.org/2001/registry\" "
-                          "xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
-                          "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\">\n";
-constexpr char footer[] = "</oor:items>";
-
-const QString registry = QStringLiteral("http://openoffice.org/2001/registry");
-
-QByteArray file(const QByteArray &items)
-{
-    return header + items + footer;
-}
-
-/// LibreOffice's settings by path and name, as one item after the other changes them.
-class Registry
-{
-public:
-    static std::optional<QMap<QStringList, QString>> read(const QByteArray &content)
-    {
-        QXmlStreamReader xml(content);
-        Registry registry;
-        if (!xml.readNextStartElement() || xml.name() != QLatin1String("items"))
-            return std::nullopt;
-        while (xml.readNextStartElement())
-            registry.readNode(xml, attribute(xml, "path"));
-        if (xml.hasError())
-            return std::nullopt;
-        return registry.m_values;
-    }
-
-private:
-    static QString attribute(const QXmlStreamReader &xml, const char *name)
-    {
-        return xml.attributes().value(registry, QLatin1String(name)).toString();
-    }
-
-    void readNode(QXmlStreamReader &xml, const QString &path)
-    {
-        const QString operation = attribute(xml, "op");
-        if (operation == QLatin1String("replace") || operation == QLatin1String("remove")) {
-            for (auto value = m_values.begin(); value != m_values.end();) {
-                const QString place = value.key().first() + QLatin1Char('/');
-                value = place.startsWith(path + QLatin1Char('/')) ? m_values.erase(value)
-                                                                  : std::next(value);
-            }
-        }
-        while (xml.readNextStartElement()) {
-            const QString name = attribute(xml, "name");
-            if (xml.name() == QLatin1String("node"))
-                readNode(xml, path + QLatin1Char('/') + name);
-            else
-                readProperty(xml, {path, name});
-        }
-    }
-
-    void readProperty(QXmlStreamReader &xml, const QStringList &key)
-    {
-        if (attribute(xml, "op") == QLatin1String("remove"))
-            m_values.remove(key);
-        while (xml.readNextStartElement()) {
-            QString text;
-            const bool isPlain = !xml.attributes().hasAttribute(QStringLiteral("xml:lang"));
-            while (xml.readNext() != QXmlStreamReader::EndElement && !xml.hasError()) {
-                if (xml.isCharacters())
-                    text += xml.text();
-                if (!xml.isStartElement())
-                    continue;
-                text += QChar(attribute(xml, "scalar").toUShort());
-                xml.skipCurrentElement();
-            }
-            if (isPlain)
-                m_values.insert(key, text);
-        }
-    }
-
-    QMap<QStringList, QString> m_values;
-};
-
-const QByteArrayList paths{"/org.openoffice.Office.Common/Save",
-                           "/org.openoffice.Office.Common/Save/Document",
-                           "/org.openoffice.Setup/L10N", "/org.openoffice.A/Set/a&amp;b"};
-const QByteArrayList names{"AutoSave", "Name", "\xe4\xb8\xad", "x&quot;"};
-
-QByteArray randomProperty(Chooser &choose)
-{
-    const QByteArray name = choose.of(names);
-    const QByteArray values = choose.of(
-        {"<value>true</value>", "<value>a &lt; b</value>", "<value/>", "<value xsi:nil=\"true\"/>",
-         "<value>x<unicode oor:scalar=\"1\"/>y</value>", "<value> 1\r\n2 </value>",
-         "<value oor:separator=\";\">a;b</value>", "<value><![CDATA[<]]></value >", "",
-         "<value xml:lang=\"de\">Wert</value><value>plain</value>"});
-    const QByteArray operation =
-        choose.of({"oor:op=\"fuse\"", "oor:op='replace'", "oor:op=\"remove\""});
-    const bool isRemoved = operation.contains("remove");
-    return "<prop oor:name=\"" + name + "\" " + operation + '>' +
-           (isRemoved ? QByteArray() : values) + "</prop>";
-}
-
-QByteArray randomItem(Chooser &choose)
-{
-    QByteArray inside = randomProperty(choose);
-    if (choose.percent(20))
-        inside += choose.of({"\n ", "", "<!-- c -->"}) + randomProperty(choose);
-    if (choose.percent(20))
-        inside = "<node oor:name=\"Document\" oor:op=\"" +
-                 choose.of({"replace", "fuse", "remove"}) + "\">" + inside + "</node>" +
-                 choose.of({"", randomProperty(choose)});
-    return "<item oor:path=\"" + choose.of(paths) + "\">" + inside + "</item>" +
-           choose.of({"\n", "\n", "", "\r\n  "});
-}
-
-QString decoded(QByteArray text)
-{
-    return QString::fromUtf8(text.replace("&amp;", "&").replace("&quot;", "\""));
-}
-
-} // namespace
+using generated::decoded;
+using generated::randomItem;
+using generated::Registry;
+using generated::xcu;
 
 class TestXcuEditor : public QObject
 {
@@ -145,6 +27,7 @@ private slots:
     void refusesWhatIsNoPlainValue();
     void refusesOtherFiles_data();
     void refusesOtherFiles();
+    void takesLinearTime();
 
 private:
     const Editing m_editor{doctor::Format::Xcu};
@@ -157,8 +40,9 @@ void TestXcuEditor::setsOneKeyOnly()
         QByteArray items;
         for (int count = choose.below(8); count > 0; --count)
             items += randomItem(choose);
-        const QByteArray before = file(items);
-        const QStringList key{decoded(choose.of(paths)), decoded(choose.of(names))};
+        const QByteArray before = xcu(items);
+        const QStringList key{decoded(choose.of(generated::xcuPaths)),
+                              decoded(choose.of(generated::xcuNames))};
         QString value = choose.text(QStringLiteral("\u0001\u001f"));
         const auto edited = doctor::keyEditor(doctor::Format::Xcu).set(before, key, value);
         auto expected = Registry::read(before);
@@ -185,8 +69,9 @@ void TestXcuEditor::removesOneKeyOnly()
         QByteArray items;
         for (int count = choose.below(8); count > 0; --count)
             items += randomItem(choose);
-        const QByteArray before = file(items);
-        const QStringList key{decoded(choose.of(paths)), decoded(choose.of(names))};
+        const QByteArray before = xcu(items);
+        const QStringList key{decoded(choose.of(generated::xcuPaths)),
+                              decoded(choose.of(generated::xcuNames))};
         const QByteArray after = m_editor.remove(before, key);
         auto expected = Registry::read(before);
         removed += expected->remove(key);
@@ -240,8 +125,8 @@ void TestXcuEditor::changesNothingButTheKey()
     QFETCH(QString, value);
     QFETCH(QByteArray, expected);
     const QStringList key{QStringLiteral("/o.A/B"), QStringLiteral("N")};
-    QCOMPARE(m_editor.set(file(items), key, value), file(expected));
-    QCOMPARE(m_editor.find(file(expected), key), value);
+    QCOMPARE(m_editor.set(xcu(items), key, value), xcu(expected));
+    QCOMPARE(m_editor.find(xcu(expected), key), value);
 }
 
 void TestXcuEditor::removesNothingButTheKey_data()
@@ -269,16 +154,16 @@ void TestXcuEditor::removesNothingButTheKey()
     QFETCH(QByteArray, items);
     QFETCH(QByteArray, expected);
     const QByteArray after =
-        m_editor.remove(file(items), {QStringLiteral("/o.A/B"), QStringLiteral("N")});
+        m_editor.remove(xcu(items), {QStringLiteral("/o.A/B"), QStringLiteral("N")});
     // The line end before an item goes with it.
-    QCOMPARE(QByteArray(after).replace('\n', ""), file(expected).replace('\n', ""));
+    QCOMPARE(QByteArray(after).replace('\n', ""), xcu(expected).replace('\n', ""));
 }
 
 void TestXcuEditor::findsPropertiesInNodesOfSets()
 {
     const QByteArray content =
-        file("<item oor:path=\"/o.A/Set\"><node oor:name=\"a/b's\" oor:op=\"replace\">"
-             "<prop oor:name=\"N\"><value>1</value></prop></node></item>");
+        xcu("<item oor:path=\"/o.A/Set\"><node oor:name=\"a/b's\" oor:op=\"replace\">"
+            "<prop oor:name=\"N\"><value>1</value></prop></node></item>");
     QCOMPARE(m_editor.find(
                  content, {QStringLiteral("/o.A/Set/o.A:Type['a/b&apos;s']"), QStringLiteral("N")}),
              QStringLiteral("1"));
@@ -298,7 +183,7 @@ void TestXcuEditor::tellsNoValueFromAnEmptyOne()
         const QByteArray items =
             "<item oor:path=\"/o.A\"><prop oor:name=\"N\">" + text + "</prop></item>";
         return doctor::keyEditor(doctor::Format::Xcu)
-            .find(file(items), {QStringLiteral("/o.A"), QStringLiteral("N")});
+            .find(xcu(items), {QStringLiteral("/o.A"), QStringLiteral("N")});
     };
     QVERIFY(value("<value xsi:nil=\"true\"/>")->value.isNull());
     QVERIFY(!value("<value/>")->value.isNull());
@@ -326,7 +211,7 @@ void TestXcuEditor::refusesWhatIsNoPlainValue()
     const QByteArray items =
         "<item oor:path=\"/o.A\"><prop oor:name=\"N\">" + values + "</prop></item>";
     QVERIFY(
-        m_editor.refusesToSet(file(items), {QStringLiteral("/o.A"), QStringLiteral("N")}, value));
+        m_editor.refusesToSet(xcu(items), {QStringLiteral("/o.A"), QStringLiteral("N")}, value));
 }
 
 void TestXcuEditor::refusesOtherFiles_data()
@@ -336,10 +221,10 @@ void TestXcuEditor::refusesOtherFiles_data()
     QTest::newRow("nothing") << QByteArray() << "/o.A";
     QTest::newRow("another root") << QByteArray("<items/>") << "/o.A";
     QTest::newRow("another namespace") << QByteArray("<oor:items xmlns:oor=\"urn:x\"/>") << "/o.A";
-    QTest::newRow("an entity") << file("<item oor:path=\"&x;\"/>") << "/o.A";
-    QTest::newRow("a document type") << QByteArray("<!DOCTYPE x>") + file("") << "/o.A";
-    QTest::newRow("an open element") << file("<item>") << "/o.A";
-    QTest::newRow("no path") << file("") << "o.A";
+    QTest::newRow("an entity") << xcu("<item oor:path=\"&x;\"/>") << "/o.A";
+    QTest::newRow("a document type") << QByteArray("<!DOCTYPE x>") + xcu("") << "/o.A";
+    QTest::newRow("an open element") << xcu("<item>") << "/o.A";
+    QTest::newRow("no path") << xcu("") << "o.A";
 }
 
 void TestXcuEditor::refusesOtherFiles()
@@ -347,6 +232,27 @@ void TestXcuEditor::refusesOtherFiles()
     QFETCH(QByteArray, content);
     QFETCH(QString, path);
     QVERIFY(m_editor.refuses(content, {path, QStringLiteral("N")}));
+}
+
+void TestXcuEditor::takesLinearTime()
+{
+    constexpr int size = 1024 * 1024;
+    QElapsedTimer timer;
+    timer.start();
+    const QStringList key{QStringLiteral("/o.A"), QStringLiteral("N")};
+    const QByteArray property("<prop oor:name=\"N\"><value/></prop>");
+    const QByteArray item = "<item oor:path=\"/o.A\">" + property + "</item>";
+    for (const QByteArray &items :
+         {item.repeated(size / item.size()),
+          "<item oor:path=\"/o.A\">" + property.repeated(size / property.size()) + "</item>",
+          "<item oor:path=\"/o.A\"><prop oor:name=\"N\"><value>" +
+              QByteArray("<unicode oor:scalar=\"1\"/>").repeated(size / 26) +
+              "</value></prop></item>"}) {
+        const QByteArray after = m_editor.set(xcu(items), key, QStringLiteral("x"));
+        QCOMPARE(m_editor.find(after, key), QStringLiteral("x"));
+        QCOMPARE(m_editor.find(m_editor.remove(after, key), key), QStringLiteral("(none)"));
+    }
+    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestXcuEditor)
