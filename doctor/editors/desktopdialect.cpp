@@ -39,7 +39,7 @@ bool isKeyName(const QByteArray &name)
     if (plain.isEmpty() || plain.startsWith(' ') || plain.endsWith(' ') || plain.contains(']'))
         return false;
     const QByteArray locale = name.mid(bracket + 1);
-    return bracket < 0 || (locale.endsWith(']') && isLocale(QString::fromUtf8(locale.chopped(1))));
+    return bracket < 0 || (locale.endsWith(']') && isLocale(utf8Text(locale.chopped(1))));
 }
 
 /// The line without indentation and line end. A return without a line feed is part of the line.
@@ -124,12 +124,12 @@ bool DesktopDialect::isLineEnd(char character) const
 
 bool DesktopDialect::isSection(const QByteArray &name, const QString &section) const
 {
-    return !name.isNull() && QString::fromUtf8(name) == section;
+    return !name.isNull() && utf8Text(name) == section;
 }
 
 bool DesktopDialect::isKey(const QByteArray &name, const QString &key) const
 {
-    return QString::fromUtf8(name) == key;
+    return utf8Text(name) == key;
 }
 
 QString DesktopDialect::decoded(const QByteArray &value) const
@@ -145,13 +145,13 @@ QString DesktopDialect::decoded(const QByteArray &value) const
         result += known != nullptr ? characters[known - letters] : value.at(i);
         i += known != nullptr ? 1 : 0;
     }
-    return QString::fromUtf8(result);
+    return utf8Text(result);
 }
 
 QString DesktopDialect::writeProblem(const QStringList &key, const QString &value) const
 {
-    const QString group = key.first();
-    const QString name = key.last();
+    const QString &group = key.first();
+    const QString &name = key.last();
     if (!isGroupName(group.toUtf8()))
         return QStringLiteral("“%1” is no name of a group.").arg(group);
     const bool isEntry = !name.startsWith(QLatin1Char('#')) && !name.contains(QLatin1Char('=')) &&

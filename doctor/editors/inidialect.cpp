@@ -35,11 +35,14 @@ LineText lineText(const QByteArray &content, int begin)
 {
     LineText text;
     bool isQuoted = false;
+    bool isContinued = false;
     int i = begin;
     for (; i < content.size(); ++i) {
         const char character = content.at(i);
         if (character == '\\') {
             i = escapedEnd(content, i + 1) - 1;
+            isContinued =
+                i + 1 >= content.size() && (content.endsWith('\n') || content.endsWith('\r'));
         } else if (character == '"') {
             isQuoted = !isQuoted;
         } else if (isQuoted) {
@@ -50,7 +53,7 @@ LineText lineText(const QByteArray &content, int begin)
             break;
         }
     }
-    if (i <= content.size() && !isQuoted)
+    if (i <= content.size() && !isQuoted && !isContinued)
         text.end = i;
     return text;
 }
@@ -119,7 +122,7 @@ bool IniDialect::isLineEnd(char character) const
 bool IniDialect::isSection(const QByteArray &name, const QString &section) const
 {
     const bool isRoot = name.isNull() || qstricmp(name.constData(), rootName) == 0;
-    if (section.isEmpty() || section == QLatin1String(rootName))
+    if (section.isEmpty() || section.compare(QLatin1String(rootName), Qt::CaseInsensitive) == 0)
         return isRoot;
     if (qstricmp(name.constData(), escapedRootName) == 0)
         return false;

@@ -12,6 +12,9 @@ namespace {
 
 constexpr char escapeLetters[] = "abfnrtv\"?'\\";
 constexpr char escapedCharacters[] = "\a\b\f\n\r\t\v\"?'\\";
+/// Those of them that need an escape.
+constexpr char writtenLetters[] = "abfnrtv\"\\";
+constexpr char writtenCharacters[] = "\a\b\f\n\r\t\v\"\\";
 
 bool isHexDigit(char character)
 {
@@ -25,7 +28,7 @@ bool isAscii(const QByteArray &bytes)
 
 QString plainText(const QByteArray &bytes)
 {
-    return isUtf8(bytes) ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
+    return isUtf8(bytes) ? utf8Text(bytes) : QString::fromLatin1(bytes);
 }
 
 /// Reads a value from its first to its last byte.
@@ -159,6 +162,12 @@ bool hasOutsideAscii(const QByteArray &value)
     return !isAscii(value) && isUtf8(value);
 }
 
+/// True for a character that other readers than Qt's may want in UTF-8. Qt drops a byte order mark.
+bool staysUtf8(QChar character)
+{
+    return character.unicode() > 0x7f && character != QChar(QChar::ByteOrderMark);
+}
+
 QByteArray escapedText(const QString &text, bool keepsUtf8)
 {
     QByteArray result;
@@ -166,22 +175,21 @@ QByteArray escapedText(const QString &text, bool keepsUtf8)
     for (int i = 0; i < text.size(); ++i) {
         const ushort unit = text.at(i).unicode();
         const char letter = unit < 0x80 ? static_cast<char>(unit) : '\0';
-        const char *known = letter != '\0' ? std::strchr(escapedCharacters, letter) : nullptr;
-        const bool isPlainQuote = letter == '?' || letter == '\'';
-        const bool isOutside = unit > 0x7e && keepsUtf8 && unit != 0x7f;
-        const bool isHex =
-            isOutside ? false : unit < 0x20 || unit > 0x7e || (isAfterHex && isHexDigit(letter));
-        if (known != nullptr && !isPlainQuote) {
-            result += '\\';
-            result += escapeLetters[known - escapedCharacters];
+        const char *known = std::strchr(writtenCharacters, letter);
+        const bool isLetter = letter != '\0' && known != nullptr;
+        const bool isUtf8Letter = keepsUtf8 && staysUtf8(text.at(i));
+        const bool isHex = !isLetter && !isUtf8Letter &&
+                           (unit < 0x20 || unit > 0x7e || (isAfterHex && isHexDigit(letter)));
+        if (isLetter) {
+            result.append('\\').append(writtenLetters[known - writtenCharacters]);
         } else if (isHex) {
             result += hexEscape(unit);
-        } else if (isOutside && text.at(i).isHighSurrogate()) {
-            result += text.mid(i++, 2).toUtf8();
         } else {
-            result += QString(text.at(i)).toUtf8();
+            const int units = text.at(i).isHighSurrogate() ? 2 : 1;
+            result += text.mid(i, units).toUtf8();
+            i += units - 1;
         }
-        isAfterHex = isHex && (known == nullptr || isPlainQuote);
+        isAfterHex = isHex;
     }
     return result;
 }
@@ -242,7 +250,8 @@ QByteArray encodedIniName(const QString &name)
         const bool isEdgeSpace = unit == ' ' && (i == 0 || i == name.size() - 1);
         const bool isPlain = unit > 0x1f && unit < 0x7f && !isEdgeSpace &&
                              std::strchr("%=;:\\\"[]#/", static_cast<char>(unit)) == nullptr;
-        if (unit == '/')
+        // At the end it would be an escape.
+        if (unit == '/' && i + 1 < name.size())
             result += '\\';
         else if (isPlain)
             result += static_cast<char>(unit);

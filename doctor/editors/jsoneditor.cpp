@@ -31,7 +31,7 @@ QByteArray nested(const QStringList &names, const QByteArray &value)
 EditedContent added(const QByteArray &content, const QStringList &key, const JsonPlace &place,
                     const QByteArray &value)
 {
-    const QString name = key.at(place.parts);
+    const QString &name = key.at(place.parts);
     const JsonContainer &container = place.container;
     if (place.value.kind != JsonToken::Kind::Begin)
         return refused(
@@ -76,7 +76,7 @@ std::optional<FoundKey> JsonEditor::find(const QByteArray &content, const QStrin
         return std::nullopt;
     const QByteArray value = bytesIn(content, place.value.span);
     const bool isString = place.value.kind == JsonToken::Kind::String;
-    return FoundKey{isString ? decodedJson(value) : QString::fromUtf8(value),
+    return FoundKey{isString ? decodedJson(value) : utf8Text(value),
                     lineAt(content, place.value.span.begin)};
 }
 

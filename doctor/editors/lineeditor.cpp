@@ -2,8 +2,9 @@
 
 #include "doctor/editors/edits.h"
 
-#include <QDeadlineTimer>
 #include <QRegularExpression>
+
+#include <ctime>
 
 namespace doctor {
 
@@ -15,7 +16,15 @@ constexpr char limits[] = "(*NO_JIT)(*LIMIT_MATCH=200000)(*LIMIT_HEAP=65536)";
 constexpr int longestPattern = 4096;
 /// In longer lines each place is an attempt of its own, so that the time is looked at in between.
 constexpr int shortLine = 256;
-constexpr int milliseconds = 3000;
+constexpr qint64 mostMilliseconds = 3000;
+
+/// What this thread has computed for, so that a busy machine ends no search.
+qint64 threadMilliseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000;
+}
 
 struct LineSpan
 {
@@ -36,7 +45,9 @@ class Matcher
 {
 public:
     explicit Matcher(const LineQuery &query)
-        : m_kind(query.kind), m_bytes(query.text.toUtf8()), m_deadline(milliseconds)
+        : m_kind(query.kind),
+          m_bytes(query.text.toUtf8()),
+          m_end(threadMilliseconds() + mostMilliseconds)
     {
         if (!hasUtf8(query.text))
             m_problem = QStringLiteral("The text to look for is not valid Unicode.");
@@ -52,7 +63,7 @@ public:
             return line == m_bytes;
         if (m_kind == LineQuery::Kind::Part)
             return line.contains(m_bytes);
-        const QString text = QString::fromUtf8(line);
+        const QString text = utf8Text(line);
         return text.size() <= shortLine ? matchesFrom(text, 0, QRegularExpression::NoMatchOption)
                                         : matchesInLong(text);
     }
@@ -87,14 +98,14 @@ private:
         options |= QRegularExpression::DontCheckSubjectStringMatchOption;
         const QRegularExpressionMatch match =
             m_pattern.match(text, offset, QRegularExpression::NormalMatch, options);
-        if (!match.isValid() || m_deadline.hasExpired())
+        if (!match.isValid() || threadMilliseconds() > m_end)
             m_problem = QStringLiteral("The pattern takes too long.");
         return match.hasMatch();
     }
 
     const LineQuery::Kind m_kind;
     const QByteArray m_bytes;
-    const QDeadlineTimer m_deadline;
+    const qint64 m_end;
     QRegularExpression m_pattern;
     QString m_problem;
 };
@@ -128,7 +139,7 @@ FoundLine findLine(const QByteArray &content, const LineQuery &query)
         return {std::nullopt, search.problem};
     const Span text = search.line->text;
     const int number = 1 + static_cast<int>(content.left(text.begin).count('\n'));
-    return {FoundKey{QString::fromUtf8(bytesIn(content, text)), number}, {}};
+    return {FoundKey{utf8Text(bytesIn(content, text)), number}, {}};
 }
 
 EditedContent replaceLine(const QByteArray &content, const LineQuery &query, const QString &text)

@@ -111,8 +111,12 @@ EditedContent SectionEditor::remove(const QByteArray &content, const QStringList
 {
     QVector<Edit> removed;
     const QString problem = walk(content, key, [&](const SectionLine &line, bool isInSection) {
-        if (isInSection && line.kind == SectionLine::Kind::Entry &&
-            m_dialect.isKey(bytesIn(content, line.name), key.last()))
+        if (!isInSection || line.kind != SectionLine::Kind::Entry ||
+            !m_dialect.isKey(bytesIn(content, line.name), key.last()))
+            return;
+        if (!removed.isEmpty() && removed.last().span.end == line.whole.begin)
+            removed.last().span.end = line.comment;
+        else
             removed.append(Edit{{line.whole.begin, line.comment}, {}});
     });
     return problem.isEmpty() ? edited(content, removed) : refused(problem);

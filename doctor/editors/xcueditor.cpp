@@ -118,6 +118,8 @@ EditedContent XcuEditor::remove(const QByteArray &content, const QStringList &ke
     const XcuPlace place = placeOf(content, key);
     if (!place.problem.isEmpty())
         return refused(place.problem);
+    if (!place.property)
+        return {content, {}};
     QVector<Edit> edits;
     for (const Span &span : place.removal)
         edits.append(Edit{span, {}});

@@ -56,7 +56,7 @@ int attributeIndex(const QByteArray &content, const XmlElement &element, const Q
     const auto &attributes = element.start.attributes;
     const auto found =
         std::find_if(attributes.begin(), attributes.end(), [&](const XmlAttribute &attribute) {
-            return QString::fromUtf8(bytesIn(content, attribute.name)) == name;
+            return utf8Text(bytesIn(content, attribute.name)) == name;
         });
     return found == attributes.end() ? -1 : static_cast<int>(found - attributes.begin());
 }

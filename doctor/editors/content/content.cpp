@@ -101,6 +101,14 @@ std::optional<uint> nextCharacter(const QByteArray &content, int &position)
     return character;
 }
 
+QString utf8Text(const QByteArray &bytes)
+{
+    QString text = QString::fromUtf8(bytes.constData(), bytes.size());
+    if (markSize(bytes) > 0)
+        text.prepend(QChar(QChar::ByteOrderMark));
+    return text;
+}
+
 bool isUtf8(const QByteArray &bytes)
 {
     for (int i = 0; i < bytes.size();) {

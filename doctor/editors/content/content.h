@@ -41,6 +41,9 @@ bool isBlank(const QByteArray &bytes);
 /// The character at position of valid or broken UTF-8, and the position after it; nothing if
 /// broken.
 std::optional<uint> nextCharacter(const QByteArray &content, int &position);
+/// All characters, where QString::fromUtf8() ends at a zero and drops a byte order mark at the
+/// start.
+QString utf8Text(const QByteArray &bytes);
 bool isUtf8(const QByteArray &bytes);
 /// True if no half of a surrogate pair stands alone: otherwise it has no UTF-8.
 bool hasUtf8(const QString &text);

@@ -210,7 +210,7 @@ QString decodedJson(const QByteArray &string)
     for (int i = 1; i < string.size() - 1; ++i) {
         if (string.at(i) != '\\')
             continue;
-        result += QString::fromUtf8(string.constData() + plain, i - plain);
+        result += utf8Text(string.mid(plain, i - plain));
         const char letter = string.at(++i);
         const char *known = std::strchr(letters, letter);
         if (letter == 'u') {
@@ -221,7 +221,7 @@ QString decodedJson(const QByteArray &string)
         }
         plain = i + 1;
     }
-    return result + QString::fromUtf8(string.constData() + plain, string.size() - 1 - plain);
+    return result + utf8Text(string.mid(plain).chopped(1));
 }
 
 QByteArray encodedJson(const QString &text)
@@ -239,6 +239,8 @@ QByteArray encodedJson(const QString &text)
         else
             result += character;
     }
+    // Qt drops one at the start of a string.
+    result.replace("\xef\xbb\xbf", "\\ufeff");
     return result + '"';
 }
 

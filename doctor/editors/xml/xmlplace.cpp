@@ -63,7 +63,7 @@ private:
     bool fits(const XmlToken &token)
     {
         const XmlStep &step = m_steps.at(m_chain.size());
-        if (QString::fromUtf8(bytesIn(m_content, token.name)) != step.name)
+        if (utf8Text(bytesIn(m_content, token.name)) != step.name)
             return false;
         if (!step.attribute.isEmpty() &&
             attributeIn(m_content, token, step.attribute) != step.value)

@@ -86,13 +86,7 @@ bool XmlReader::skipSpace()
 std::optional<Span> XmlReader::readName()
 {
     const int begin = m_position;
-    while (m_position < m_content.size()) {
-        int next = m_position;
-        const auto character = nextCharacter(m_content, next);
-        if (!isXmlNameCharacter(character.value_or(0), m_position == begin))
-            break;
-        m_position = next;
-    }
+    m_position = xmlNameEnd(m_content, begin);
     if (m_position == begin)
         return std::nullopt;
     return Span{begin, m_position};

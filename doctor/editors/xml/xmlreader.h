@@ -86,7 +86,9 @@ QByteArray encodedXml(const QString &text);
 /// For an attribute whose value stands in these quotes.
 QByteArray encodedXmlAttribute(const QString &value, char quote);
 bool isXmlName(const QString &name);
-bool isXmlNameCharacter(uint character, bool isFirst);
+/// Where the name that starts at position ends: position itself if there is none. It may have a
+/// prefix.
+int xmlNameEnd(const QByteArray &content, int position);
 bool isXmlCharacter(uint character);
 /// True if all of its characters may stand in XML.
 bool isXmlText(const QString &text);

@@ -98,11 +98,22 @@ bool isIn(const Interval (&intervals)[size], uint character)
     });
 }
 
+bool isNameCharacter(uint character, bool isFirst)
+{
+    constexpr Interval anywhere[] = {
+        {'a', 'z'},       {'A', 'Z'},       {'_', '_'},       {0xc0, 0xd6},     {0xd8, 0xf6},
+        {0xf8, 0x2ff},    {0x370, 0x37d},   {0x37f, 0x1fff},  {0x200c, 0x200d}, {0x2070, 0x218f},
+        {0x2c00, 0x2fef}, {0x3001, 0xd7ff}, {0xf900, 0xfdcf}, {0xfdf0, 0xfffd}, {0x10000, 0xeffff}};
+    constexpr Interval notFirst[] = {
+        {'0', '9'}, {'-', '.'}, {0xb7, 0xb7}, {0x300, 0x36f}, {0x203f, 0x2040}};
+    return isIn(anywhere, character) || (!isFirst && isIn(notFirst, character));
+}
+
 } // namespace
 
 QString plainXml(const QByteArray &bytes)
 {
-    QString text = QString::fromUtf8(bytes);
+    QString text = utf8Text(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
@@ -127,28 +138,28 @@ QByteArray encodedXmlAttribute(const QString &value, char quote)
     return escaped(value, QByteArrayLiteral("&<>\t\n\r") + quote);
 }
 
-bool isXmlNameCharacter(uint character, bool isFirst)
+int xmlNameEnd(const QByteArray &content, int position)
 {
-    constexpr Interval anywhere[] = {
-        {'a', 'z'},       {'A', 'Z'},       {'_', '_'},       {':', ':'},
-        {0xc0, 0xd6},     {0xd8, 0xf6},     {0xf8, 0x2ff},    {0x370, 0x37d},
-        {0x37f, 0x1fff},  {0x200c, 0x200d}, {0x2070, 0x218f}, {0x2c00, 0x2fef},
-        {0x3001, 0xd7ff}, {0xf900, 0xfdcf}, {0xfdf0, 0xfffd}, {0x10000, 0xeffff}};
-    constexpr Interval notFirst[] = {
-        {'0', '9'}, {'-', '.'}, {0xb7, 0xb7}, {0x300, 0x36f}, {0x203f, 0x2040}};
-    return isIn(anywhere, character) || (!isFirst && isIn(notFirst, character));
+    bool isFirst = true;
+    bool hasPrefix = false;
+    int end = position;
+    for (int next = position; next < content.size();) {
+        const uint character = nextCharacter(content, next).value_or(0);
+        const bool isColon = character == ':' && !isFirst && !hasPrefix;
+        if (!isColon && !isNameCharacter(character, isFirst))
+            break;
+        hasPrefix = hasPrefix || isColon;
+        isFirst = isColon;
+        if (!isColon)
+            end = next;
+    }
+    return end;
 }
 
 bool isXmlName(const QString &name)
 {
-    const QVector<uint> characters = name.toUcs4();
-    bool isFirst = true;
-    for (const uint character : characters) {
-        if (!isXmlNameCharacter(character, isFirst))
-            return false;
-        isFirst = false;
-    }
-    return !isFirst && hasUtf8(name);
+    const QByteArray bytes = name.toUtf8();
+    return !bytes.isEmpty() && hasUtf8(name) && xmlNameEnd(bytes, 0) == bytes.size();
 }
 
 bool isXmlCharacter(uint character)

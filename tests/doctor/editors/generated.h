@@ -22,7 +22,7 @@ public:
     QString text(const QString &more = QString())
     {
         const QString characters =
-            QStringLiteral("abcAF019 \t\n\r\\\"';,=#%&<>/[]{}:@?éß中文🙂~") + more;
+            QStringLiteral("abcAF019 \t\n\r\\\"';,=#%&<>/[]{}:@?éß中文🙂\ufeff~") + more;
         QString result;
         for (int length = below(9); length > 0; --length) {
             const QChar character = characters.at(below(characters.size()));
