@@ -1,12 +1,12 @@
 #include "update/kupdatehelp.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QSettings>
 
 #include "host/krt.h"
 #include "host/vyrupdate_linux.h"
 #include "plugin/config/suitefiles.h"
+#include "update/configfile.h"
 #include "update/logtext.h"
 
 namespace OfficeAssiant {
@@ -24,20 +24,6 @@ constexpr char installReportOption[] = "/sendinstallinfo:true";
 constexpr char lastReportKey[] = "usagecollected";
 /// Long enough ago for a report to be due; readers of the configuration know this exact date.
 constexpr char longAgo[] = "2018-11-14 15:10:19";
-
-/// The updater's configuration, ready for the keys of its update group.
-class UpdateSettings : public QSettings
-{
-public:
-    explicit UpdateSettings(const QString &file) : QSettings(file, QSettings::IniFormat)
-    {
-        // Written in place only if the directory is not writable, as in an installation where the
-        // user owns just the file: on a full disk, writing in place would destroy the content.
-        const QFileInfo directory(QFileInfo(QFileInfo(file).canonicalFilePath()).path());
-        setAtomicSyncRequired(directory.isWritable());
-        beginGroup(QLatin1String(configGroup));
-    }
-};
 
 } // namespace
 
@@ -58,7 +44,9 @@ std::optional<QJsonObject> KUpdateHelp::readConfig() const
 {
     if (!QFile::exists(configFile()))
         return std::nullopt;
-    const UpdateSettings settings(configFile());
+    recoverConfig(configFile());
+    QSettings settings(configFile(), QSettings::IniFormat);
+    settings.beginGroup(QLatin1String(configGroup));
     QJsonObject values;
     const QStringList keys = settings.childKeys();
     // QSettings reads a value with commas as a list, which has no text and shows as empty.
@@ -69,8 +57,7 @@ std::optional<QJsonObject> KUpdateHelp::readConfig() const
 
 void KUpdateHelp::setConfigValue(const QString &key, const QString &value) const
 {
-    if (QFile::exists(configFile()))
-        UpdateSettings(configFile()).setValue(key, value);
+    storeText(configFile(), {QLatin1String(configGroup), key, value});
 }
 
 std::optional<QString> KUpdateHelp::readLog() const
@@ -92,10 +79,9 @@ void KUpdateHelp::startDailyReport() const
 {
     if (!QFile::exists(configFile()))
         return;
-    UpdateSettings settings(configFile());
-    settings.setValue(QLatin1String(lastReportKey), QLatin1String(longAgo));
-    // The date is written when the settings are destroyed, after the launch.
+    // The updater is to find the earlier date when it starts.
     launch(QLatin1String(suiteStartOption));
+    setConfigValue(QLatin1String(lastReportKey), QLatin1String(longAgo));
 }
 
 void KUpdateHelp::startUninstallReport() const
@@ -120,6 +106,7 @@ QString KUpdateHelp::configFile() const
 
 void KUpdateHelp::launch(const QString &option) const
 {
+    recoverConfig(configFile());
     krt::ksafe::KProcess::StartDetach(updater(), {option}, QString(), nullptr);
 }
 

@@ -1,11 +1,14 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <functional>
 #include <memory>
 
 #include "helio/runtime/hostevents.h"
@@ -115,16 +118,115 @@ private slots:
     void aConfigurationInADirectoryThatCannotBeWrittenIsStillSet()
     {
         writeConfig("[update]\na=old\n");
-        const auto mode = QFile::permissions(place("vtool"));
-        QVERIFY(QFile::setPermissions(place("vtool"), QFile::ReadOwner | QFile::ExeOwner));
         const QString file = place("vtool/other");
-        const bool couldNotMakeAnother = testsupport::holdsUnprivileged([this, &file] {
+        const bool couldNotMakeAnother = withReadOnlyDirectory([this, &file] {
             m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("new"));
             return !QFile(file).open(QIODevice::WriteOnly);
         });
-        QVERIFY(QFile::setPermissions(place("vtool"), mode));
         QVERIFY(couldNotMakeAnother);
         QCOMPARE(m_help->readConfig()->value(QLatin1String("a")).toString(), QStringLiteral("new"));
+    }
+
+    void nothingIsLeftBesideAChangedConfiguration()
+    {
+        writeConfig("[update]\na=old\n");
+        writeFile(qPrintable(QStringLiteral("vtool") + workName() + QStringLiteral("/new")),
+                  "half of a killed run");
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("new"));
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")), "[update]\na=new\n");
+        const auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QCOMPARE(QDir(place("vtool")).entryList(all), QStringList{QStringLiteral("vyrupdate.cfg")});
+    }
+
+    void aLinkInTheWorkplacesPlaceIsNotFollowed()
+    {
+        writeConfig("[update]\na=old\n");
+        writeFile("others/new", "kept");
+        QVERIFY(QFile::link(place("others"), place("vtool") + workName()));
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("new"));
+        QCOMPARE(testsupport::readFile(place("others/new")), "kept");
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")), "[update]\na=old\n");
+    }
+
+    void writingOverAConfigurationGivesTheSameContentAsRenaming_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::newRow("shorter") << QStringLiteral("x");
+        QTest::newRow("longer") << QString(20000, QLatin1Char('x'));
+        QTest::newRow("as long") << QString(5000, QLatin1Char('x'));
+    }
+
+    void writingOverAConfigurationGivesTheSameContentAsRenaming()
+    {
+        QFETCH(QString, value);
+        const QByteArray earlier =
+            "[other]\nc=3\n\n[update]\na=" + QByteArray(5000, 'o') + "\nz=1\n";
+        const auto set = [this, &value] {
+            m_help->setConfigValue(QStringLiteral("a"), value);
+            return true;
+        };
+        writeConfig(earlier);
+        set();
+        const QByteArray expected = testsupport::readFile(place("vtool/vyrupdate.cfg"));
+        writeConfig(earlier);
+        QVERIFY(withReadOnlyDirectory(set));
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")), expected);
+        QVERIFY(!QFile::exists(workplace()));
+    }
+
+    void aPartlyWrittenConfigurationIsRestored_data()
+    {
+        QTest::addColumn<QByteArray>("earlier");
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("longer") << QByteArray("[update]\na=1\nb=2\n")
+                                << QByteArray("[update]\na=12345678\nb=2\n");
+        QTest::newRow("shorter") << QByteArray("[update]\na=12345678\nb=2\n")
+                                 << QByteArray("[update]\na=1\nb=2\n");
+    }
+
+    void aPartlyWrittenConfigurationIsRestored()
+    {
+        QFETCH(QByteArray, earlier);
+        QFETCH(QByteArray, content);
+        const QByteArray padded = content.leftJustified(earlier.size(), '\n');
+        for (int written = 0; written <= padded.size(); ++written) {
+            writeConfig(padded.left(written) + earlier.mid(written));
+            leaveWorkplace(earlier, content);
+            QVERIFY(withReadOnlyDirectory([this] { return m_help->readConfig().has_value(); }));
+            const QByteArray end = testsupport::readFile(place("vtool/vyrupdate.cfg"));
+            QVERIFY(end == earlier || (written == padded.size() && end == content));
+            QVERIFY(!QFile::exists(workplace()));
+        }
+    }
+
+    void aConfigurationThatTheUpdaterHasWrittenSinceStays()
+    {
+        const QByteArray since = "[update]\na=3\nb=2\n";
+        writeConfig(since);
+        leaveWorkplace("[update]\na=1\nb=2\n", "[update]\na=2\nb=2\n");
+        QVERIFY(withReadOnlyDirectory([this] { return m_help->readConfig().has_value(); }));
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")), since);
+        QVERIFY(!QFile::exists(workplace()));
+    }
+
+    void aLockFileThatAKillLeftEmptyDelaysTheNextChangeLittle()
+    {
+        writeConfig("[update]\na=old\n");
+        writeFile("vtool/vyrupdate.cfg.lock", "");
+        QElapsedTimer timer;
+        timer.start();
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("new"));
+        QVERIFY(timer.elapsed() < 5000);
+        QCOMPARE(m_help->readConfig()->value(QLatin1String("a")).toString(), QStringLiteral("new"));
+        QVERIFY(!QFile::exists(place("vtool/vyrupdate.cfg.lock")));
+    }
+
+    void anEmptyKeyIsNotStored()
+    {
+        writeConfig("[update]\na=old\n");
+        QTest::ignoreMessage(QtWarningMsg, "QSettings::setValue: Empty key passed");
+        m_help->setConfigValue(QString(), QStringLiteral("new"));
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")), "[update]\na=old\n");
     }
 
     void theDailyReportSetsItsDateOnlyAfterTheLaunch()
@@ -275,6 +377,35 @@ private:
     }
 
     void writeConfig(const QByteArray &content) const { writeFile("vtool/vyrupdate.cfg", content); }
+
+    bool withReadOnlyDirectory(const std::function<bool()> &check) const
+    {
+        const auto mode = QFile::permissions(place("vtool"));
+        const bool holds =
+            QFile::setPermissions(place("vtool"), QFile::ReadOwner | QFile::ExeOwner) &&
+            testsupport::holdsUnprivileged(check);
+        return QFile::setPermissions(place("vtool"), mode) && holds;
+    }
+
+    static QString workName()
+    {
+        return QStringLiteral("/.office-assistant-update-%1").arg(::geteuid());
+    }
+
+    static QString workplace()
+    {
+        return testsupport::PrivateHome::current().suiteHome() + QStringLiteral("/tmp") +
+               workName();
+    }
+
+    /// What a run leaves that was killed while it wrote over the configuration.
+    static void leaveWorkplace(const QByteArray &earlier, const QByteArray &content)
+    {
+        const QString below =
+            QDir(testsupport::PrivateHome::current().path()).relativeFilePath(workplace());
+        testsupport::PrivateHome::current().writeFile(below + QStringLiteral("/earlier"), earlier);
+        testsupport::PrivateHome::current().writeFile(below + QStringLiteral("/new"), content);
+    }
 
     void noteStart(const QString &program, const QStringList &arguments,
                    const QString &workingDirectory, bool detached)

@@ -114,17 +114,21 @@ test('an archive whose work directory is full is answered and its sources stay',
     expect(end.stdout).toContain('lived\ndump\n300000\n');
 });
 
-test('the updater’s configuration is not lost on a full disk', async () => {
-    const end = await onSmallDisk(
-        root,
-        '/home/user/out',
-        smallSize,
-        `
-        printf '[update]\\nchannel=beta\\n[other]\\nkept=yes\\n' > ~/out/update.cfg; fill
-        HELIO_UPDATE_CFG=~/out/update.cfg assistantctl changeupdateconfig 'keyvalue=a$${'x'.repeat(5000)}'
-        cat ~/out/update.cfg`,
-    );
-    expect(resultIn(end.stdout, 'changeupdateconfig')).toBe('success');
-    expect(end.stdout).toContain('channel=beta\n');
-    expect(end.stdout).toContain('[other]\nkept=yes\n');
-});
+test.each(['755', '555'])(
+    'the updater’s configuration is not lost on a full disk, in a directory of mode %s',
+    async (mode) => {
+        const end = await onSmallDisk(
+            root,
+            '/home/user/out',
+            smallSize,
+            `
+            printf '[update]\\nchannel=beta\\n[other]\\nkept=yes\\n' > ~/out/update.cfg; fill
+            chmod ${mode} ~/out
+            HELIO_UPDATE_CFG=~/out/update.cfg assistantctl changeupdateconfig 'keyvalue=a$${'x'.repeat(5000)}'
+            cat ~/out/update.cfg; ls -A ~/out`,
+        );
+        expect(resultIn(end.stdout, 'changeupdateconfig')).toBe('success');
+        expect(end.stdout).toContain('channel=beta\n');
+        expect(end.stdout).toContain('[other]\nkept=yes\nfilling\nupdate.cfg\n');
+    },
+);

@@ -1,3 +1,5 @@
+import fs from 'node:fs';
+
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../../sandboxroot.mjs';
@@ -57,7 +59,7 @@ test('shortcuts are made executable and given to the user', async () => {
     );
 });
 
-test('the nine known shortcuts are removed first, in their order, and nothing else', async () => {
+test('the nine known shortcuts without a source are removed, in their order, and nothing else', async () => {
     await install([]);
     await root.fake('rm', '#!/bin/bash\necho "${@: -1}" >> /fakecalls/rm\nexec /usr/bin/rm "$@"\n');
     for (const name of [...removed, 'vyr-office-mine.desktop', 'note.txt']) {
@@ -158,4 +160,38 @@ test('on a full disk there is no empty shortcut', async () => {
          ls -A ${desktop}`,
     ]);
     expect(end.stdout).toBe('filling\n');
+});
+
+test('a shortcut that cannot be copied keeps its earlier content', async () => {
+    await install();
+    await root.writeFile(`${desktop}/${integrated}`, 'old');
+    await root.fake('cp', '#!/bin/bash\necho half > "${@: -1}"\nexit 1\n');
+    await recover('fusion');
+    expect(await root.list(desktop)).toEqual([integrated]);
+    expect(await root.readFile(`${desktop}/${integrated}`)).toBe('old');
+});
+
+test('what a killed run left is removed, whatever its mode was', async () => {
+    await install();
+    await root.writeFile(`${desktop}/.${integrated}.part`, 'half');
+    await recover('other');
+    expect(await root.list(desktop)).toEqual([...separate].sort());
+});
+
+test('in a folder that cannot be written the shortcuts that are there are repaired', async () => {
+    await install();
+    await root.writeFile(`${desktop}/vyr-office-vyr.desktop`, 'old');
+    fs.chmodSync(root.hostPath(desktop), 0o555);
+    expect((await recover('other')).status).toBe(0);
+    expect(await root.list(desktop)).toEqual(['vyr-office-vyr.desktop']);
+    expect(await root.readFile(`${desktop}/vyr-office-vyr.desktop`)).toBe('vyr-office-vyr.desktop');
+    expect((await root.stat(`${desktop}/vyr-office-vyr.desktop`)).mode & 0o777).toBe(0o755);
+});
+
+test('two runs at once leave one mode’s shortcuts', async () => {
+    await install();
+    const runs = ['other', 'fusion'].map((mode) => `recovericon.sh ${mode} '${installed}' &`);
+    await root.run(['bash', '-c', `cd /scripts; bash ${runs.join(' bash ')} wait`]);
+    const left = await root.list(desktop);
+    expect([[integrated], [...separate].sort()]).toContainEqual(left);
 });
