@@ -1,6 +1,7 @@
 #include "doctor/doctor.h"
 
 #include <QFile>
+#include <QSet>
 
 #include <algorithm>
 
@@ -134,6 +135,14 @@ Plan Doctor::plan(const Finding &finding, const QString &repair) const
     plan.check = finding.check;
     plan.repair = repair;
     return plan;
+}
+
+int Doctor::unreadFiles() const
+{
+    QSet<QString> files;
+    for (const FileProblem &problem : m_problems)
+        files.insert(problem.file);
+    return files.size();
 }
 
 } // namespace doctor

@@ -39,6 +39,8 @@ public:
 
     const QVector<CheckDefinition> &checks() const { return m_checks; }
     const QVector<FileProblem> &problems() const { return m_problems; }
+    /// How many check files have problems.
+    int unreadFiles() const;
     const Machine &machine() const { return m_machine; }
     /// Null for an unknown id.
     const CheckDefinition *check(const QString &id) const;

@@ -20,7 +20,7 @@ namespace ctl {
 
 namespace {
 
-constexpr char shippedChecks[] = "/checks.d";
+constexpr char shippedChecks[] = "/checks";
 
 /// The locale of messages, in the order of setlocale(3).
 QString messageLocale(const doctor::Machine &machine)

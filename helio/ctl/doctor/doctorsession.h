@@ -28,7 +28,7 @@ public:
           m_journal(journal),
           m_printer(printer),
           m_locale(std::move(locale)),
-          m_failed(doctor.problems().size())
+          m_failed(doctor.unreadFiles())
     {
     }
 
