@@ -16,7 +16,7 @@ inline constexpr char xcuStart[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n
                                    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\">\n";
 inline constexpr char xcuEnd[] = "</oor:items>";
 
-inline constexpr char registry[] = "http://openoffice.org/2001/registry";
+inline constexpr char registryNamespace[] = "http://openoffice.org/2001/registry";
 
 inline QByteArray xcu(const QByteArray &items)
 {
@@ -43,7 +43,9 @@ public:
 private:
     static QString attribute(const QXmlStreamReader &xml, const char *name)
     {
-        return xml.attributes().value(QLatin1String(registry), QLatin1String(name)).toString();
+        return xml.attributes()
+            .value(QLatin1String(registryNamespace), QLatin1String(name))
+            .toString();
     }
 
     void readNode(QXmlStreamReader &xml, const QString &path)
