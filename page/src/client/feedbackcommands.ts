@@ -39,7 +39,7 @@ function archiveArguments(feedback: Feedback): Record<string, unknown> {
     };
 }
 
-/** The feedback archive, and the view that asks for it; a dialog that the user cancels counts as failed. */
+/** The feedback archive and the view that asks for it. A dialog that is cancelled has failed. */
 export function feedbackCommands(caller: Caller) {
     return {
         rememberFeedbackOrigin: (infopage: string) => caller.tell('feedbacktovyr', { infopage }),

@@ -178,13 +178,13 @@ private:
         group.isOptional = false;
         if (word == "fontemb" && group.destination == Destination::FontTable)
             m_table.setEmbedded();
+        if (group.destination == Destination::Skipped && word != "ud" && word != "upr")
+            return false;
         if (word == "ud") {
             group.destination = group.unicodeDestination;
         } else if (word == "upr") {
             group.unicodeDestination = group.destination;
             group.destination = Destination::Skipped;
-        } else if (group.destination == Destination::Skipped) {
-            return false;
         } else if (contains(skippedDestinations, word) ||
                    (isOptional && !contains(optionalText, word))) {
             group.destination = Destination::Skipped;

@@ -1,5 +1,5 @@
 /** How many runs a test kills; more find rarer damage. */
-export const kills = Number(process.env.KILLS ?? 8);
+const kills = Number(process.env.KILLS ?? 8);
 
 /**
  * Bash functions that kill a command's process group.
