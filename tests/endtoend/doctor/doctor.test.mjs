@@ -1,3 +1,6 @@
+import { execFileSync } from 'node:child_process';
+import { fileURLToPath } from 'node:url';
+
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
@@ -189,4 +192,42 @@ test('two doctors at once leave one journal that both can read', async () => {
     const entries = (await lines(['history'])).of('entry');
     expect(entries.filter((entry) => entry.state === 'applied')).toHaveLength(1);
     expect(await root.list(journal)).toContain('1');
+});
+
+const schema = fileURLToPath(new URL('../../../docs/doctor.schema.json', import.meta.url));
+const validator = `
+import json, jsonschema, sys
+check = jsonschema.Draft202012Validator(json.load(open(sys.argv[1])))
+for line in sys.stdin:
+    for error in check.iter_errors(json.loads(line)):
+        sys.exit(f'{error.message}: {line}')
+`;
+
+test('every kind of line is as the published schema says', async () => {
+    await root.writeFile(`${ownChecks}/own.json`, '{"id":"own.check"}');
+    const seen = [];
+    for (const words of [
+        [],
+        ['--list'],
+        ['plan'],
+        ['fix', '--yes'],
+        ['history'],
+        ['undo'],
+        ['lint', `${ownChecks}/own.json`],
+    ])
+        seen.push(...(await lines(words)).events);
+    const types = new Set(seen.map(({ type }) => type));
+    expect([...types].sort()).toEqual([
+        'change',
+        'check',
+        'entry',
+        'finding',
+        'listed',
+        'mistake',
+        'repair',
+        'summary',
+        'undone',
+    ]);
+    const input = seen.map((event) => JSON.stringify(event)).join('\n');
+    execFileSync('/usr/bin/python3', ['-c', validator, schema], { input, encoding: 'utf8' });
 });
