@@ -214,8 +214,9 @@ test('every kind of line is as the published schema says', async () => {
         ['history'],
         ['undo'],
         ['lint', `${ownChecks}/own.json`],
-    ])
-        {seen.push(...(await lines(words)).events);}
+    ]) {
+        seen.push(...(await lines(words)).events);
+    }
     const types = new Set(seen.map(({ type }) => type));
     expect([...types].sort()).toEqual([
         'change',
