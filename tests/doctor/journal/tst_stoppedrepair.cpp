@@ -49,7 +49,8 @@ public:
         write(QStringLiteral("real.ini"), "far away\n");
         link(QStringLiteral("link.ini"), "real.ini");
         write(QStringLiteral("twin-a"), "the same file twice, and it is longer\n");
-        ::link(name("twin-a").constData(), name("twin-b").constData());
+        if (::link(name("twin-a").constData(), name("twin-b").constData()) != 0)
+            qFatal("link: %s", std::strerror(errno));
         write(QStringLiteral("stale.lock"), "4711\n", 0600);
         link(QStringLiteral("stale-link"), "nowhere");
         QDir().mkpath(path(QStringLiteral("empty")));
