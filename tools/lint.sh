@@ -56,8 +56,6 @@ lint_licences() {
     reuse lint --quiet || reuse lint
 }
 
-quick_linters=(rooms clang_format shellcheck python spelling desktop_files licences javascript)
-
 # run_linters NAME...: runs each, also after one has failed; prints how long it took.
 run_linters() {
     local linter started status=0
@@ -71,4 +69,8 @@ run_linters() {
         fi
     done
     return $status
+}
+
+run_quick_linters() {
+    run_linters rooms clang_format shellcheck python spelling desktop_files licences javascript
 }

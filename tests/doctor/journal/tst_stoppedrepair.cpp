@@ -1,5 +1,7 @@
 #include <QTest>
 
+#include <cerrno>
+#include <cstring>
 #include <functional>
 
 #include "doctor/journal/journal.h"
