@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "tests/bridge/probeobject.h"
+#include "tests/support/probeobject.h"
 #include "tests/support/shell/recordingcontainer.h"
 
 /// A script object, and what it answers to the page.

@@ -96,5 +96,4 @@ private slots:
 };
 
 HEADLESS_TEST_MAIN(PageArgumentsTest)
-#include "moc_probeobject.cpp"
 #include "tst_pagearguments.moc"

@@ -113,5 +113,4 @@ private slots:
 };
 
 HEADLESS_TEST_MAIN(PageCallsTest)
-#include "moc_probeobject.cpp"
 #include "tst_pagecalls.moc"

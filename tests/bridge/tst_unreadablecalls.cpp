@@ -89,5 +89,4 @@ private slots:
 };
 
 HEADLESS_TEST_MAIN(UnreadableCallsTest)
-#include "moc_probeobject.cpp"
 #include "tst_unreadablecalls.moc"

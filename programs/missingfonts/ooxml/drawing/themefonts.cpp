@@ -35,8 +35,8 @@ Family ThemeFonts::resolved(Family family, std::string_view language) const
 {
     if (!isThemeReference(family))
         return family;
-    constexpr FontSet::Slot slots[] = {FontSet::Ascii, FontSet::EastAsian, FontSet::Complex};
-    const FontSet::Slot slot = slots[family % MinorLatin];
+    constexpr FontSet::Slot scripts[] = {FontSet::Ascii, FontSet::EastAsian, FontSet::Complex};
+    const FontSet::Slot slot = scripts[family % MinorLatin];
     const Collection &collection = family >= MinorLatin ? m_minor : m_major;
     const Family named = collection.fonts[slot];
     if (named != noFamily || slot == FontSet::Ascii)
