@@ -6,9 +6,11 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <new>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -36,7 +38,8 @@ std::mutex stagingGuard;
 /// one to use them and removes them. Never destroyed: threads may still stage at program exit.
 DirectoryLock &stagingLock()
 {
-    static auto *lock = new DirectoryLock;
+    alignas(DirectoryLock) static std::byte place[sizeof(DirectoryLock)];
+    static auto *lock = new (place) DirectoryLock;
     return *lock;
 }
 
