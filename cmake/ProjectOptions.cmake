@@ -39,7 +39,9 @@ if(NOT ASSISTANT_SANITIZE AND NOT ASSISTANT_COVERAGE)
 endif()
 if(ASSISTANT_SANITIZE)
     target_compile_options(project_options INTERFACE
-        -fsanitize=${ASSISTANT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=${ASSISTANT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # GCC then takes std::optional for uninitialised.
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(project_options INTERFACE -fsanitize=${ASSISTANT_SANITIZE})
     if(ASSISTANT_FUZZ)
         target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)

@@ -35,13 +35,13 @@ VyrEnvCheckThread::VyrEnvCheckThread(CheckPage &page, QObject *parent)
 VyrEnvCheckThread::~VyrEnvCheckThread()
 {
     requestStop();
-    if (wait(graceMs))
+    if (endsWithin(graceMs))
         return;
     const QDeadlineTimer deadline(endingMs);
     do {
         // Again each time: the tool may not have been started before.
         killOwnProcesses(m_toolPath);
-    } while (!wait(killIntervalMs) && !deadline.hasExpired());
+    } while (!endsWithin(killIntervalMs) && !deadline.hasExpired());
     // A shell that still waits for the tool does so forever, and the process must end.
     if (isRunning()) {
         terminate();
@@ -57,9 +57,15 @@ void VyrEnvCheckThread::check(const EnvironmentCheck &wanted)
     m_toolPath = checkToolPath();
     m_check = wanted;
     m_stopRequested = false;
-    // Set here, not by the thread: a stop request right after this call must not be lost.
-    m_isRunning = true;
+    // Set here, not by the thread: a stop request right after this call must not be lost. Reading
+    // it too orders what the check before did.
+    m_isRunning.exchange(true);
     start(QThread::InheritPriority);
+}
+
+bool VyrEnvCheckThread::endsWithin(int milliseconds)
+{
+    return wait(milliseconds) && !m_isRunning;
 }
 
 void VyrEnvCheckThread::requestStop()

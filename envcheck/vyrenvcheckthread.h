@@ -43,6 +43,8 @@ protected:
     void run() override;
 
 private:
+    /// wait(), after which everything that run() did is seen.
+    bool endsWithin(int milliseconds);
     void checkOnce();
     void keep(const QString &value);
 

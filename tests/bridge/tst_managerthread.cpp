@@ -3,6 +3,7 @@
 #include <QThread>
 
 #include <array>
+#include <atomic>
 #include <memory>
 
 #include "bridge/ktoolmanager.h"
@@ -24,13 +25,13 @@ class ManagerThreadTest : public QObject
     Q_OBJECT
 
 private:
-    std::array<KToolManager *, 4> m_managers{};
+    std::array<std::atomic<KToolManager *>, 4> m_managers{};
 
 private slots:
     void initTestCase()
     {
         std::vector<std::unique_ptr<QThread>> threads;
-        for (KToolManager *&manager : m_managers) {
+        for (std::atomic<KToolManager *> &manager : m_managers) {
             threads.emplace_back(
                 QThread::create([&manager] { manager = &KToolManager::instance(); }));
             threads.back()->start();
@@ -41,8 +42,8 @@ private slots:
 
     void everyThreadGetsTheSameManager()
     {
-        for (const KToolManager *manager : m_managers)
-            QCOMPARE(manager, &KToolManager::instance());
+        for (const std::atomic<KToolManager *> &manager : m_managers)
+            QCOMPARE(manager.load(), &KToolManager::instance());
     }
 
     static void theManagerAndItsHelpersLiveOnTheGuiThread()
