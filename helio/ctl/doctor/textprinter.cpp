@@ -30,11 +30,6 @@ void printLine(const QString &line)
     std::fflush(stdout);
 }
 
-QString translated(const doctor::Message &message)
-{
-    return visible(message.filled(texts::tr(message.english)));
-}
-
 QString stateOf(doctor::JournalEntry::State state)
 {
     using State = doctor::JournalEntry::State;
@@ -51,6 +46,24 @@ QString stateOf(doctor::JournalEntry::State state)
         break;
     }
     return texts::tr("damaged");
+}
+
+QString textOf(RepairOutcome::Result result)
+{
+    using Result = RepairOutcome::Result;
+    switch (result) {
+    case Result::Repaired:
+        return texts::tr("repaired");
+    case Result::Unchanged:
+        return texts::tr("unchanged");
+    case Result::Refused:
+        return texts::tr("not repaired");
+    case Result::Planned:
+        return texts::tr("planned");
+    case Result::Failed:
+        break;
+    }
+    return texts::tr("failed");
 }
 
 /// What is done to the path, in front of it.
@@ -187,14 +200,14 @@ void TextPrinter::printChange(const QString &, const doctor::Change &change)
 
 void TextPrinter::printRepair(const RepairOutcome &outcome)
 {
-    const bool isGood =
-        outcome.result == QLatin1String("repaired") || outcome.result == QLatin1String("planned");
+    using Result = RepairOutcome::Result;
+    const bool isGood = outcome.result == Result::Repaired || outcome.result == Result::Planned;
     QString line = visible(outcome.check + QLatin1Char('/') + outcome.repair) +
-                   QStringLiteral(": ") + texts::tr(outcome.result.toLatin1().constData());
+                   QStringLiteral(": ") + textOf(outcome.result);
     if (!outcome.reason.isEmpty())
         line += QStringLiteral(" (") + visible(outcome.reason) + QLatin1Char(')');
     printLine(coloured(line, isGood ? Green : Red));
-    if (outcome.result == QLatin1String("repaired"))
+    if (outcome.result == Result::Repaired)
         printLine(QStringLiteral("    ") +
                   texts::tr("To undo: %1")
                       .arg(QStringLiteral("assistantctl doctor undo %1").arg(outcome.journal)));
@@ -219,15 +232,15 @@ void TextPrinter::printUndone(int journal, const doctor::JournalResult &result)
     if (result.outcome == Outcome::Undone)
         printLine(coloured(texts::tr("Repair %1 was undone.").arg(journal), Green));
     else
-        printLine(coloured(translated(result.reason), Red));
+        printLine(coloured(visible(result.reason), Red));
     for (const QString &path : result.kept)
         printLine(QStringLiteral("    ") +
                   texts::tr("Changed after the repair, and kept: %1").arg(visible(path)));
 }
 
-void TextPrinter::printNote(const doctor::Message &note)
+void TextPrinter::printNote(const QString &note)
 {
-    printLine(translated(note));
+    printLine(visible(note));
 }
 
 void TextPrinter::printSummary(int checks, int findings, int failed)
