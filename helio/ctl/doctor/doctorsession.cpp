@@ -65,33 +65,6 @@ QString DoctorSession::repairFor(const doctor::Finding &finding, const DoctorLin
     return finding.repairs.contains(line.repair) ? line.repair : QString();
 }
 
-bool DoctorSession::showPlan(const doctor::Plan &plan, RepairOutcome &outcome)
-{
-    if (!plan.refusal.isEmpty() || plan.changes.isEmpty()) {
-        outcome.result = plan.refusal.isEmpty() ? Result::Unchanged : Result::Refused;
-        outcome.reason =
-            plan.refusal.isEmpty() ? texts::tr("there is nothing to change") : plan.refusal;
-        return false;
-    }
-    for (const doctor::Change &change : plan.changes)
-        m_printer.printChange(plan.repair, change);
-    return true;
-}
-
-DoctorStatus DoctorSession::plan(const DoctorLine &line)
-{
-    look(line.checks);
-    for (const doctor::Finding &finding : qAsConst(m_findings)) {
-        const QString repair = repairFor(finding, line);
-        if (repair.isEmpty())
-            continue;
-        RepairOutcome outcome{finding.check, repair, Result::Planned, 0, {}};
-        showPlan(m_doctor.plan(finding, repair), outcome);
-        m_printer.printRepair(outcome);
-    }
-    return summary(!m_findings.isEmpty());
-}
-
 bool DoctorSession::persists(const doctor::Finding &finding, QString &reason) const
 {
     bool isThere = false;
@@ -142,8 +115,12 @@ RepairOutcome DoctorSession::repair(const doctor::Finding &finding, const Doctor
         return outcome;
     }
     const doctor::Plan plan = m_doctor.plan(finding, outcome.repair);
-    if (!showPlan(plan, outcome))
+    if (!plan.refusal.isEmpty()) {
+        outcome.reason = plan.refusal;
         return outcome;
+    }
+    for (const doctor::Change &change : plan.changes)
+        m_printer.printChange(plan.repair, change);
     if (line.dryRun) {
         outcome.result = Result::Planned;
         return outcome;

@@ -1,5 +1,6 @@
 #include "helio/ctl/doctor/textprinter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "doctor/journal/journal.h"
@@ -28,6 +29,27 @@ void printLine(const QString &line)
 {
     std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stdout);
     std::fflush(stdout);
+}
+
+/// Chinese, Japanese and Korean characters take two columns of a terminal.
+bool isWide(QChar character)
+{
+    switch (character.script()) {
+    case QChar::Script_Han:
+    case QChar::Script_Hangul:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Followed by spaces up to that many columns.
+QString padded(const QString &text, int columns)
+{
+    const auto wide = std::count_if(text.begin(), text.end(), isWide);
+    return text.leftJustified(columns - static_cast<int>(wide));
 }
 
 QString stateOf(doctor::JournalEntry::State state)
@@ -135,7 +157,7 @@ void TextPrinter::printFinding(const doctor::Finding &finding) const
     if (!finding.repairs.isEmpty())
         printLine(QStringLiteral("    ") +
                   texts::tr("To repair: %1")
-                      .arg(QStringLiteral("assistantctl doctor fix ") + visible(finding.check)));
+                      .arg(QStringLiteral("assistantctl doctor --fix ") + visible(finding.check)));
 }
 
 void TextPrinter::printCheck(const doctor::CheckDefinition &check,
@@ -220,7 +242,7 @@ void TextPrinter::printEntry(const doctor::JournalEntry &entry)
                   .arg(entry.time.toLocalTime()
                            .toString(Qt::ISODate)
                            .replace(QLatin1Char('T'), QLatin1Char(' ')),
-                       stateOf(entry.state).leftJustified(stateWidth),
+                       padded(stateOf(entry.state), stateWidth),
                        visible(entry.check + QLatin1Char('/') + entry.repair)));
     for (const QString &path : entry.paths)
         printLine(QStringLiteral("      ") + visible(path));
