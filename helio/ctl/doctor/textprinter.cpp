@@ -215,8 +215,8 @@ void TextPrinter::printDiff(const QString &diff) const
 
 void TextPrinter::printChange(const QString &, const doctor::Change &change)
 {
-    printLine(QStringLiteral("  ") + verbOf(change) + QStringLiteral(": ") +
-              visible(objectOf(change)));
+    printLine(QStringLiteral("  ") +
+              texts::tr("%1: %2").arg(verbOf(change), visible(objectOf(change))));
     printDiff(diffOf(change));
 }
 
@@ -224,10 +224,12 @@ void TextPrinter::printRepair(const RepairOutcome &outcome)
 {
     using Result = RepairOutcome::Result;
     const bool isGood = outcome.result == Result::Repaired || outcome.result == Result::Planned;
-    QString line = visible(outcome.check + QLatin1Char('/') + outcome.repair) +
-                   QStringLiteral(": ") + textOf(outcome.result);
-    if (!outcome.reason.isEmpty())
-        line += QStringLiteral(" (") + visible(outcome.reason) + QLatin1Char(')');
+    const QString result =
+        outcome.reason.isEmpty()
+            ? textOf(outcome.result)
+            : texts::tr("%1 (%2)").arg(textOf(outcome.result), visible(outcome.reason));
+    const QString line =
+        texts::tr("%1: %2").arg(visible(outcome.check + QLatin1Char('/') + outcome.repair), result);
     printLine(coloured(line, isGood ? Green : Red));
     if (outcome.result == Result::Repaired)
         printLine(QStringLiteral("    ") +

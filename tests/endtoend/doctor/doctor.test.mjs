@@ -177,9 +177,35 @@ test('wrong usage says what is wrong', async () => {
     }
 });
 
-test('texts are in the language of the session', async () => {
-    const { stdout } = await doctor(['permissions.open'], { env: { LANG: 'zh_CN.UTF-8' } });
-    expect(stdout).toContain('此计算机的所有用户都可以修改');
+test.each([{ LANG: 'zh_CN.UTF-8' }, { LANG: 'en_GB.UTF-8', LANGUAGE: 'zh:en' }])(
+    'texts are in the language of the session: %j',
+    async (env) => {
+        const { stdout } = await doctor(['--fix', '--yes', 'permissions.open'], { env });
+        expect(stdout).toMatch(/此计算机的所有用户都可以修改/);
+        expect(stdout).toMatch(/^ {2}设置权限：.*Office\.conf 0664$/m);
+        expect(stdout).toMatch(/^permissions\.open\/close：已修复\n {4}撤销命令：assistantctl/m);
+        await root.writeFile(settings, '[Version]\n', { mode: 0o600 });
+        const undo = await doctor(['undo'], { env });
+        expect(undo.stdout).toMatch(/^.*Office\.conf 的权限在修复后又被更改。$/m);
+        expect((await doctor(['--list', '--fix'], { env })).stderr).toMatch(/只能选择其一/);
+        const [reason] = (await lines(['undo', '7'])).of('undone');
+        expect(reason.reason).toBe('There is no repair 7.');
+    },
+);
+
+test('the columns of the history are aligned, also with wide characters', async () => {
+    const env = { LANG: 'zh_CN.UTF-8' };
+    const fix = ['--fix', '--yes', 'permissions.open'];
+    await doctor(fix);
+    await doctor(['undo']);
+    await doctor(fix);
+    const columns = (line) => line.replace(/\p{Script=Han}/gu, '##').indexOf('permissions.open');
+    for (const settingsOfRun of [{}, { env }]) {
+        const { stdout } = await doctor(['history'], settingsOfRun);
+        const entries = stdout.split('\n').filter((line) => line.includes('permissions.open'));
+        expect(entries.map(columns)).toEqual([38, 38]);
+        expect(entries[0]).toMatch(settingsOfRun.env ? / 已撤销 / : / undone /);
+    }
 });
 
 test('two doctors at once leave one journal that both can read', async () => {
