@@ -99,11 +99,10 @@ void checkPlaceholders(const JsonNode &node, const QString &text, const QSet<QSt
             continue;
         QStringList known = values.values();
         std::sort(known.begin(), known.end());
-        node.report(
-            texts::tr("there is no value {%1} here; there is %2%3")
-                .arg(name,
-                     known.isEmpty() ? texts::tr("none") : known.join(QStringLiteral(", ")),
-                     suggestion(name, known)));
+        node.report(texts::tr("there is no value {%1} here; there is %2%3")
+                        .arg(name,
+                             known.isEmpty() ? texts::tr("none") : known.join(QStringLiteral(", ")),
+                             suggestion(name, known)));
     }
 }
 
