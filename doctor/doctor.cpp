@@ -10,6 +10,7 @@
 
 #include "doctor/format/checkreader.h"
 #include "doctor/machine/filereading.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -27,9 +28,9 @@ QString distrust(const QString &path)
     if (stat(QFile::encodeName(path).constData(), &state) != 0)
         return {};
     if (state.st_uid != 0 && state.st_uid != geteuid())
-        return QStringLiteral("belongs to another user and is not read");
+        return texts::tr("belongs to another user and is not read");
     if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-        return QStringLiteral("can be changed by others and is not read");
+        return texts::tr("can be changed by others and is not read");
     return {};
 }
 
@@ -90,7 +91,7 @@ void Doctor::addFile(const QString &path, QStringList &taken)
             continue;
         if (taken.contains(check.id)) {
             m_problems.append(
-                {path, {1, 1, QStringLiteral("another file has a check \"%1\"").arg(check.id)}});
+                {path, {1, 1, texts::tr("another file has a check \"%1\"").arg(check.id)}});
             continue;
         }
         taken.append(check.id);
@@ -124,8 +125,7 @@ Plan Doctor::plan(const Finding &finding, const QString &repair) const
         definition ? definition->repairs : QVector<RepairDefinition>();
     const auto found = std::find_if(repairs.begin(), repairs.end(), isRepair);
     if (found == repairs.end()) {
-        plan.refusal =
-            QStringLiteral("there is no repair \"%1\" of \"%2\"").arg(repair, finding.check);
+        plan.refusal = texts::tr("there is no repair \"%1\" of \"%2\"").arg(repair, finding.check);
     } else {
         Values values;
         for (auto value = finding.values.constBegin(); value != finding.values.constEnd(); ++value)

@@ -27,6 +27,7 @@ struct FileProblem
 
 /// The checks of this machine. Nothing in here changes anything, not even a time of access where
 /// the kernel lets it be.
+/// Reasons and refusals are in the language of texts::useLanguage().
 class Doctor
 {
 public:

@@ -31,7 +31,7 @@ lint_shellcheck() {
     git grep --files-with-matches --extended-regexp '^#!/(usr/bin/env bash|bin/(ba)?sh)' \
         -- ':!*.md' ':!*.cpp' ':!*.mjs' ':!*.ts' ':!plugin/config' \
         | xargs shellcheck --external-sources \
-        && shellcheck --external-sources tools/*.sh build/plugin/config/*.sh
+        && shellcheck --external-sources tools/*.sh build/plugin/config/*.sh build/packaging/completions/*.bash
 }
 
 lint_javascript() {

@@ -5,6 +5,7 @@
 
 #include "doctor/conditions/pattern.h"
 #include "doctor/conditions/units.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -108,7 +109,7 @@ Judgement judgeText(const QString &text, Comparison comparison, const QString &o
             return {false, problem};
         const PatternMatch match = Pattern(operand).match(text);
         if (match.hasGivenUp)
-            return {false, QStringLiteral("the pattern \"%1\" needs too many steps").arg(operand)};
+            return {false, texts::tr("the pattern \"%1\" needs too many steps").arg(operand)};
         return {match.hasMatched == (comparison == Comparison::Matches), {}};
     }
     if (comparison == Comparison::Has || comparison == Comparison::Lacks)
@@ -146,15 +147,15 @@ QString examplesOf(ValueType type)
 {
     switch (type) {
     case ValueType::Flag:
-        return QStringLiteral("true or false");
+        return texts::tr("true or false");
     case ValueType::Size:
-        return QStringLiteral("a size such as \"10 MiB\"");
+        return texts::tr("a size such as \"10 MiB\"");
     case ValueType::Age:
-        return QStringLiteral("an age such as \"7 days\"");
+        return texts::tr("an age such as \"7 days\"");
     case ValueType::Mode:
-        return QStringLiteral("a mode such as \"600\" or \"u+rw\"");
+        return texts::tr("a mode such as \"600\" or \"u+rw\"");
     default:
-        return QStringLiteral("a number");
+        return texts::tr("a number");
     }
 }
 
@@ -194,9 +195,8 @@ QString operandProblem(const QString &operand, ValueType type, Comparison compar
         return {};
     const bool isGood =
         type == ValueType::Mode ? modeOf(operand).has_value() : numberOf(operand, type).has_value();
-    return isGood
-               ? QString()
-               : QStringLiteral("expected %1, not \"%2\"").arg(examplesOf(type), operand.left(100));
+    return isGood ? QString()
+                  : texts::tr("expected %1, not \"%2\"").arg(examplesOf(type), operand.left(100));
 }
 
 Judgement judge(const Condition &condition, const Value &value,

@@ -5,6 +5,7 @@
 #include "doctor/conditions/pattern.h"
 #include "doctor/conditions/units.h"
 #include "doctor/machine/pathpattern.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -22,21 +23,21 @@ QString filledProblem(const Parameter &parameter, const QString &text)
         bool isNumber = false;
         text.toDouble(&isNumber);
         return isNumber ? QString()
-                        : QStringLiteral("expected a number, not \"%1\"").arg(text.left(100));
+                        : texts::tr("expected a number, not \"%1\"").arg(text.left(100));
     }
     case ParameterType::Duration:
-        return ageOf(text) ? QString()
-                           : QStringLiteral("expected a time such as \"2s\", not \"%1\"")
-                                 .arg(text.left(100));
+        return ageOf(text)
+                   ? QString()
+                   : texts::tr("expected a time such as \"2s\", not \"%1\"").arg(text.left(100));
     case ParameterType::Mode:
         return changedMode(0, text)
                    ? QString()
-                   : QStringLiteral("expected a mode such as \"600\" or \"u+rw\", not \"%1\"")
+                   : texts::tr("expected a mode such as \"600\" or \"u+rw\", not \"%1\"")
                          .arg(text.left(100));
     case ParameterType::Word: {
         const QStringList words = QString::fromLatin1(parameter.words).split(QLatin1Char('|'));
         return words.contains(text) ? QString()
-                                    : QStringLiteral("expected one of %1, not \"%2\"")
+                                    : texts::tr("expected one of %1, not \"%2\"")
                                           .arg(words.join(QStringLiteral(", ")), text.left(100));
     }
     case ParameterType::Flag:
@@ -104,7 +105,7 @@ QString parameterProblem(const Parameter &parameter, const QString &text)
         return filledProblem(parameter, text);
     if (text.split(QLatin1Char('/')).contains(QStringLiteral("..")) &&
         (parameter.type == ParameterType::Path || parameter.type == ParameterType::PathPattern))
-        return QStringLiteral("a path may not contain \"..\"");
+        return texts::tr("a path may not contain \"..\"");
     return templateProblem(text);
 }
 

@@ -1,5 +1,7 @@
 #include "doctor/conditions/pattern.h"
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -14,9 +16,9 @@ constexpr char limits[] = "(*LIMIT_MATCH=100000)(*LIMIT_DEPTH=10000)(*LIMIT_HEAP
 QString Pattern::problemOf(const QString &text)
 {
     if (text.size() > longestPattern)
-        return QStringLiteral("a pattern has at most %1 characters").arg(longestPattern);
+        return texts::tr("a pattern has at most %1 characters").arg(longestPattern);
     if (text.startsWith(QLatin1String("(*")))
-        return QStringLiteral("a pattern may not begin with \"(*\"");
+        return texts::tr("a pattern may not begin with \"(*\"");
     const Pattern pattern(text);
     return pattern.m_expression.isValid() ? QString() : pattern.m_expression.errorString();
 }

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "doctor/machine/pathpattern.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -33,7 +34,7 @@ public:
         while (m_at < m_text.size() && m_problem.isEmpty() && m_result.size() < longestText)
             readPiece();
         if (m_result.size() >= longestText)
-            m_problem = QStringLiteral("a text gets longer than %1 characters").arg(longestText);
+            m_problem = texts::tr("a text gets longer than %1 characters").arg(longestText);
         return {m_problem.isEmpty() ? m_result : QString(), m_problem};
     }
 
@@ -65,8 +66,7 @@ private:
         const int end = m_text.indexOf(QLatin1Char('}'), m_at);
         const QString name = m_text.mid(m_at, end - m_at);
         if (end < 0 || name.isEmpty() || !std::all_of(name.begin(), name.end(), isNameCharacter)) {
-            m_problem =
-                QStringLiteral("\"{\" needs a name and \"}\" after it; \"{{\" stands for \"{\"");
+            m_problem = texts::tr("\"{\" needs a name and \"}\" after it; \"{{\" stands for \"{\"");
             return;
         }
         m_at = end + 1;
@@ -91,13 +91,12 @@ private:
         const QString name = m_text.mid(begin, m_at - begin);
         const std::optional<QString> fallback = inBraces ? readFallback() : std::nullopt;
         if (name.isEmpty())
-            m_problem =
-                QStringLiteral("\"$\" needs the name of a variable; \"$$\" stands for \"$\"");
+            m_problem = texts::tr("\"$\" needs the name of a variable; \"$$\" stands for \"$\"");
         if (!m_problem.isEmpty())
             return;
         const std::optional<QString> value = m_variable(name);
         if (!value && !fallback)
-            m_problem = QStringLiteral("the variable %1 is not set").arg(name);
+            m_problem = texts::tr("the variable %1 is not set").arg(name);
         m_result += value ? *value : fallback.value_or(QString());
     }
 
@@ -107,7 +106,7 @@ private:
         const int end = m_text.indexOf(QLatin1Char('}'), m_at);
         const bool isMarked = m_text.midRef(m_at, 2) == QLatin1String(":-");
         if (end < 0 || (!isMarked && end != m_at)) {
-            m_problem = QStringLiteral("a variable in braces is ${NAME} or ${NAME:-text}");
+            m_problem = texts::tr("a variable in braces is ${NAME} or ${NAME:-text}");
             return std::nullopt;
         }
         const QString text = m_text.mid(m_at + 2, end - m_at - 2);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -97,13 +99,13 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
             line.name = *name;
             return isGroupName(bytesIn(content, line.name))
                        ? QString()
-                       : atLine(content, position, QStringLiteral("this is no name of a group."));
+                       : atLine(content, position, texts::tr("this is no name of a group."));
         }
     }
     const int equals = content.indexOf('=', text.begin);
     if (equals <= text.begin || equals >= text.end)
         return atLine(content, position,
-                      QStringLiteral("this is neither a comment nor a group nor a key."));
+                      texts::tr("this is neither a comment nor a group nor a key."));
     line.kind = SectionLine::Kind::Entry;
     line.name = {text.begin, equals};
     while (line.name.size() > 0 && isSpace(content.at(line.name.end - 1)))
@@ -113,7 +115,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
         ++line.value.begin;
     line.spacedValue = line.value;
     if (!isKeyName(bytesIn(content, line.name)))
-        return atLine(content, position, QStringLiteral("this is no name of a key."));
+        return atLine(content, position, texts::tr("this is no name of a key."));
     return {};
 }
 
@@ -153,16 +155,16 @@ QString DesktopDialect::writeProblem(const QStringList &key, const QString &valu
     const QString &group = key.first();
     const QString &name = key.last();
     if (!isGroupName(group.toUtf8()))
-        return QStringLiteral("“%1” is no name of a group.").arg(group);
+        return texts::tr("“%1” is no name of a group.").arg(group);
     const bool isEntry = !name.startsWith(QLatin1Char('#')) && !name.contains(QLatin1Char('=')) &&
                          std::none_of(name.begin(), name.end(), isControl);
     if (!isEntry || !isKeyName(name.toUtf8()))
-        return QStringLiteral("“%1” is no name of a key.").arg(name);
+        return texts::tr("“%1” is no name of a key.").arg(name);
     const bool isText = std::none_of(value.begin(), value.end(), [](QChar c) {
         return isControl(c) && !QStringLiteral("\t\n\r").contains(c);
     });
     if (!isText || !hasUtf8(value))
-        return QStringLiteral("A desktop entry cannot hold this text: it has control characters.");
+        return texts::tr("A desktop entry cannot hold this text: it has control characters.");
     return {};
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 EditedContent refused(const QString &problem)
@@ -15,7 +17,7 @@ EditedContent edited(const QByteArray &content, const QVector<Edit> &edits)
     for (const Edit &edit : edits)
         size += edit.text.size() - edit.span.size();
     if (size > maximumSize)
-        return refused(QStringLiteral("The new content would be larger than 64 MiB."));
+        return refused(texts::tr("The new content would be larger than 64 MiB."));
     QByteArray result;
     result.reserve(static_cast<int>(size));
     int position = 0;
@@ -31,13 +33,13 @@ EditedContent edited(const QByteArray &content, const QVector<Edit> &edits)
 QString inputProblem(const QByteArray &content, const QStringList &key)
 {
     if (content.size() > maximumSize)
-        return QStringLiteral("The content is larger than 64 MiB.");
+        return texts::tr("The content is larger than 64 MiB.");
     if (key.isEmpty())
-        return QStringLiteral("The key has no name.");
+        return texts::tr("The key has no name.");
     if (key.size() > maximumDepth)
-        return QStringLiteral("The key has more than 256 parts.");
+        return texts::tr("The key has more than 256 parts.");
     if (!std::all_of(key.begin(), key.end(), hasUtf8))
-        return QStringLiteral("The key is not valid Unicode.");
+        return texts::tr("The key is not valid Unicode.");
     return {};
 }
 

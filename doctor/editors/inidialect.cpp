@@ -1,6 +1,7 @@
 #include "doctor/editors/inidialect.h"
 
 #include "doctor/editors/inivalue.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -95,14 +96,14 @@ QString IniDialect::readLine(const QByteArray &content, int position, SectionLin
     else
         text = lineText(content, begin);
     if (!text.end)
-        return atLine(content, begin, QStringLiteral("a quoted or continued value has no end."));
+        return atLine(content, begin, texts::tr("a quoted or continued value has no end."));
     const int end = physicalEnd(content, *text.end);
     line.whole = {position, afterLineEnd(content, end)};
     line.comment = *text.end < end ? *text.end : line.whole.end;
     if (!isComment && begin < *text.end && content.at(begin) == '[') {
         const int close = content.indexOf(']', begin);
         if (close < 0 || close >= *text.end)
-            return atLine(content, begin, QStringLiteral("the section's name has no end."));
+            return atLine(content, begin, texts::tr("the section's name has no end."));
         line.kind = SectionLine::Kind::Header;
         line.name = trimmed(content, {begin + 1, close});
     } else if (text.equals >= 0 && !isGarbled(content, position)) {
@@ -142,10 +143,9 @@ QString IniDialect::decoded(const QByteArray &value) const
 QString IniDialect::writeProblem(const QStringList &key, const QString &value) const
 {
     if (key.last().isEmpty())
-        return QStringLiteral("The key has no name.");
+        return texts::tr("The key has no name.");
     if (!hasUtf8(value) || value.contains(QChar::Null) || key.join(QString()).contains(QChar::Null))
-        return QStringLiteral(
-            "An INI file cannot hold this text: it has a zero or half a character.");
+        return texts::tr("An INI file cannot hold this text: it has a zero or half a character.");
     return {};
 }
 

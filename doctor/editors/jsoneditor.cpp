@@ -2,6 +2,7 @@
 
 #include "doctor/editors/edits.h"
 #include "doctor/editors/json/jsonplace.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -34,10 +35,9 @@ EditedContent added(const QByteArray &content, const QStringList &key, const Jso
     const QString &name = key.at(place.parts);
     const JsonContainer &container = place.container;
     if (place.value.kind != JsonToken::Kind::Begin)
-        return refused(
-            QStringLiteral("“%1” cannot be added to a value that has no members.").arg(name));
+        return refused(texts::tr("“%1” cannot be added to a value that has no members.").arg(name));
     if (!container.isObject && name != QString::number(container.members))
-        return refused(QStringLiteral("“%1” is not the next index of the array.").arg(name));
+        return refused(texts::tr("“%1” is not the next index of the array.").arg(name));
     QByteArray text = nested(key.mid(place.parts + 1), value);
     if (container.isObject) {
         const QByteArray colon =
@@ -63,7 +63,7 @@ EditedContent withValue(const QByteArray &content, const QStringList &key, Text 
         return added(content, key, place, text(JsonToken::Kind::String));
     if (place.value.kind == JsonToken::Kind::Begin)
         return refused(atLine(content, place.value.span.begin,
-                              QStringLiteral("an object or array stands here, not a value.")));
+                              texts::tr("an object or array stands here, not a value.")));
     return edited(content, {{place.value.span, text(place.value.kind)}});
 }
 
@@ -84,7 +84,7 @@ EditedContent JsonEditor::set(const QByteArray &content, const QStringList &key,
                               const QString &value) const
 {
     if (!hasUtf8(value))
-        return refused(QStringLiteral("JSON cannot hold this text: it has half a character."));
+        return refused(texts::tr("JSON cannot hold this text: it has half a character."));
     return withValue(content, key, [&](JsonToken::Kind kind) {
         const QByteArray bare = value.toUtf8();
         return kind == JsonToken::Kind::Bare && isBareJson(bare) ? bare : encodedJson(value);
@@ -95,7 +95,7 @@ EditedContent setBareJson(const QByteArray &content, const QStringList &key,
                           const QByteArray &value)
 {
     if (!isBareJson(value))
-        return refused(QStringLiteral("This is not a number, true, false or null of JSON."));
+        return refused(texts::tr("This is not a number, true, false or null of JSON."));
     return withValue(content, key, [&](JsonToken::Kind /*before*/) { return value; });
 }
 

@@ -6,6 +6,8 @@
 
 #include <ctime>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -50,7 +52,7 @@ public:
           m_end(threadMilliseconds() + mostMilliseconds)
     {
         if (!hasUtf8(query.text))
-            m_problem = QStringLiteral("The text to look for is not valid Unicode.");
+            m_problem = texts::tr("The text to look for is not valid Unicode.");
         else if (m_kind == LineQuery::Kind::Pattern)
             prepare(query.text);
     }
@@ -72,13 +74,13 @@ private:
     void prepare(const QString &pattern)
     {
         if (pattern.size() > longestPattern) {
-            m_problem = QStringLiteral("The pattern is longer than 4096 characters.");
+            m_problem = texts::tr("The pattern is longer than 4096 characters.");
             return;
         }
         m_pattern.setPattern(QLatin1String(limits) + pattern);
         if (!m_pattern.isValid())
             m_problem =
-                QStringLiteral("The pattern is broken at character %1: %2.")
+                texts::tr("The pattern is broken at character %1: %2.")
                     .arg(m_pattern.patternErrorOffset() - static_cast<int>(sizeof limits) + 2)
                     .arg(m_pattern.errorString());
     }
@@ -99,7 +101,7 @@ private:
         const QRegularExpressionMatch match =
             m_pattern.match(text, offset, QRegularExpression::NormalMatch, options);
         if (!match.isValid() || threadMilliseconds() > m_end)
-            m_problem = QStringLiteral("The pattern takes too long.");
+            m_problem = texts::tr("The pattern takes too long.");
         return match.hasMatch();
     }
 
@@ -119,7 +121,7 @@ struct Search
 Search searchedFor(const QByteArray &content, const LineQuery &query)
 {
     if (content.size() > maximumSize)
-        return {std::nullopt, QStringLiteral("The content is larger than 64 MiB.")};
+        return {std::nullopt, texts::tr("The content is larger than 64 MiB.")};
     Matcher matcher(query);
     for (int i = markSize(content); i < content.size() && matcher.problem().isEmpty();) {
         const LineSpan line = lineFrom(content, i);
@@ -147,7 +149,7 @@ EditedContent replaceLine(const QByteArray &content, const LineQuery &query, con
     const bool isLine = hasUtf8(text) && !text.contains(QLatin1Char('\n')) &&
                         !text.contains(QLatin1Char('\r')) && !text.contains(QChar::Null);
     if (!isLine)
-        return refused(QStringLiteral("The new text is more than one line or not text."));
+        return refused(texts::tr("The new text is more than one line or not text."));
     const Search search = searchedFor(content, query);
     if (!search.problem.isEmpty())
         return refused(search.problem);

@@ -1,6 +1,7 @@
 #include "doctor/editors/sectioneditor.h"
 
 #include "doctor/editors/edits.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -10,13 +11,13 @@ QString SectionEditor::walk(const QByteArray &content, const QStringList &key, V
 {
     QString problem = inputProblem(content, key);
     if (problem.isEmpty() && key.size() != 2)
-        problem = QStringLiteral("A key has two parts: section and name.");
+        problem = texts::tr("A key has two parts: section and name.");
     const int zero = content.indexOf('\0');
     if (problem.isEmpty() && zero >= 0)
-        problem = atLine(content, zero, QStringLiteral("this is not text."));
+        problem = atLine(content, zero, texts::tr("this is not text."));
     bool lacksHeader = m_dialect.isStrict();
     if (problem.isEmpty() && lacksHeader && markSize(content) > 0)
-        problem = atLine(content, 0, QStringLiteral("a byte order mark stands before the text."));
+        problem = atLine(content, 0, texts::tr("a byte order mark stands before the text."));
     bool isInSection = m_dialect.isSection({}, key.value(0));
     for (int position = markSize(content); problem.isEmpty() && position < content.size();) {
         SectionLine line;
@@ -26,7 +27,7 @@ QString SectionEditor::walk(const QByteArray &content, const QStringList &key, V
             lacksHeader = false;
         }
         if (lacksHeader && line.kind == SectionLine::Kind::Entry)
-            problem = atLine(content, position, QStringLiteral("a key stands before all groups."));
+            problem = atLine(content, position, texts::tr("a key stands before all groups."));
         if (problem.isEmpty())
             visit(line, isInSection);
         position = line.whole.end;

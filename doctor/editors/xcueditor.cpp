@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -18,9 +20,8 @@ XcuPlace placeOf(const QByteArray &content, const QStringList &key)
     place.problem = inputProblem(content, key);
     if (place.problem.isEmpty() && (key.size() != 2 || !key.first().startsWith(QLatin1Char('/')) ||
                                     key.last().isEmpty() || !isXmlText(key.join(QString()))))
-        place.problem =
-            QStringLiteral("A key is a path such as “/org.openoffice.Office.Common/Save” "
-                           "and the name of a property.");
+        place.problem = texts::tr("A key is a path such as “/org.openoffice.Office.Common/Save” "
+                                  "and the name of a property.");
     return place.problem.isEmpty() ? placeInXcu(content, key.first(), key.last()) : place;
 }
 
@@ -99,15 +100,15 @@ EditedContent XcuEditor::set(const QByteArray &content, const QStringList &key,
         return refused(place.problem);
     if (!hasUtf8(value) || value.contains(QChar::Null))
         return refused(
-            QStringLiteral("The file cannot hold this text: it has a zero or half a character."));
+            texts::tr("The file cannot hold this text: it has a zero or half a character."));
     if (!place.property && place.hasLanguages)
-        return refused(QStringLiteral("The property has a value for each language."));
+        return refused(texts::tr("The property has a value for each language."));
     if (!place.property)
         return added(content, key, encodedValue(value));
     const XcuProperty &property = *place.property;
     if (property.hasOthers)
         return refused(atLine(content, property.position,
-                              QStringLiteral("this value is a list or has comments in it.")));
+                              texts::tr("this value is a list or has comments in it.")));
     if (property.text == value && !property.text.isNull())
         return {content, {}};
     return replaced(content, property, encodedValue(value));

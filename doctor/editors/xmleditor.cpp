@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -28,11 +30,11 @@ Target targetOf(const QByteArray &content, const QStringList &key)
         target.attribute = parts.takeLast().mid(1);
     const bool isAttribute = parts.size() < key.size();
     if (isAttribute && !isXmlName(target.attribute))
-        target.problem = QStringLiteral("“%1” is no name of an attribute.").arg(key.last());
+        target.problem = texts::tr("“%1” is no name of an attribute.").arg(key.last());
     for (const QString &part : qAsConst(parts)) {
         const auto step = xmlStep(part);
         if (!step)
-            target.problem = QStringLiteral("“%1” is no name of an element.").arg(part);
+            target.problem = texts::tr("“%1” is no name of an element.").arg(part);
         target.steps.append(step.value_or(XmlStep()));
     }
     return target;
@@ -101,21 +103,20 @@ EditedContent added(const QByteArray &content, const Target &target, const XmlPl
                     const QString &value)
 {
     if (place.parts == 0)
-        return refused(QStringLiteral("The root element is not the one that the key names."));
+        return refused(texts::tr("The root element is not the one that the key names."));
     for (int i = place.parts; i < target.steps.size(); ++i) {
         const XmlStep &step = target.steps.at(i);
         const int before = i == place.parts ? place.element.fitting : 0;
         if (step.index != before + 1)
-            return refused(
-                QStringLiteral("There are too few “%1” to add that one.").arg(step.name));
+            return refused(texts::tr("There are too few “%1” to add that one.").arg(step.name));
         if (!isXmlText(step.value))
-            return refused(QStringLiteral("The key has characters that XML lacks."));
+            return refused(texts::tr("The key has characters that XML lacks."));
     }
     if (target.steps.last().attribute == target.attribute && !target.attribute.isEmpty())
-        return refused(QStringLiteral("The key names an attribute with two values."));
+        return refused(texts::tr("The key names an attribute with two values."));
     if (place.element.hasText)
         return refused(atLine(content, place.element.start.span.begin,
-                              QStringLiteral("this element has text and gets no others in it.")));
+                              texts::tr("this element has text and gets no others in it.")));
     return edited(content,
                   {withChild(content, place.element, elements(target, place.parts, value))});
 }
@@ -179,8 +180,7 @@ EditedContent XmlEditor::set(const QByteArray &content, const QStringList &key,
     if (!place.problem.isEmpty())
         return refused(place.problem);
     if (!isXmlText(value))
-        return refused(
-            QStringLiteral("XML cannot hold this text: it has characters that XML lacks."));
+        return refused(texts::tr("XML cannot hold this text: it has characters that XML lacks."));
     const auto before = find(content, key);
     if (before && before->value == value)
         return {content, {}};
@@ -190,7 +190,7 @@ EditedContent XmlEditor::set(const QByteArray &content, const QStringList &key,
         return withAttribute(content, place.element, target.attribute, value);
     if (place.element.lastChild)
         return refused(atLine(content, place.element.start.span.begin,
-                              QStringLiteral("this element has others in it, not only text.")));
+                              texts::tr("this element has others in it, not only text.")));
     return withText(content, place.element, value);
 }
 
@@ -212,7 +212,7 @@ EditedContent XmlEditor::remove(const QByteArray &content, const QStringList &ke
         return edited(content, {{withSpaceBefore(content, span), {}}});
     }
     if (target.steps.size() == 1)
-        return refused(QStringLiteral("The root element cannot be removed."));
+        return refused(texts::tr("The root element cannot be removed."));
     return edited(content, {{removable(content, element.whole(), element.gap), {}}});
 }
 

@@ -5,6 +5,7 @@
 #include "doctor/format/jsondocument.h"
 #include "doctor/format/lookreader.h"
 #include "doctor/machine/filereading.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -22,7 +23,7 @@ std::optional<QString> readWord(const JsonNode &object, const char *name, const 
         return std::nullopt;
     if (words.contains(node->text()))
         return node->text();
-    node->report(QStringLiteral("expected one of %1%2")
+    node->report(texts::tr("expected one of %1%2")
                      .arg(words.join(QStringLiteral(", ")), suggestion(node->text(), words)));
     return std::nullopt;
 }
@@ -34,7 +35,7 @@ void readLimit(const JsonNode &object, CheckDefinition &check)
         return;
     const double seconds = node->isText() ? ageOf(node->text()).value_or(0) : 0;
     if (seconds < 0.01 || seconds > longestLimit)
-        node->report(QStringLiteral("expected a time from \"10ms\" to \"120s\""));
+        node->report(texts::tr("expected a time from \"10ms\" to \"120s\""));
     else
         check.limit = std::chrono::milliseconds(static_cast<qint64>(seconds * 1000));
 }
@@ -44,11 +45,10 @@ void readFinding(const JsonNode &object, const QSet<QString> &values, CheckDefin
     const std::optional<JsonNode> node = object.member("finding");
     if (!node || !node->isObject()) {
         (node ? *node : object)
-            .report(QStringLiteral("expected \"finding\": {\"state\": …, \"text\": …}"));
+            .report(texts::tr("expected \"finding\": {\"state\": …, \"text\": …}"));
         return;
     }
-    reportUnknown(*node, {QStringLiteral("state"), QStringLiteral("text")},
-                  QStringLiteral("a finding"));
+    reportUnknown(*node, {QStringLiteral("state"), QStringLiteral("text")}, texts::tr("a finding"));
     const std::optional<QString> state = readWord(
         *node, "state", {QStringLiteral("bad"), QStringLiteral("warning"), QStringLiteral("note")});
     if (state)
@@ -58,7 +58,7 @@ void readFinding(const JsonNode &object, const QSet<QString> &values, CheckDefin
     if (const std::optional<JsonNode> text = node->member("text"))
         check.text = readLocalText(*text, values);
     else
-        node->report(QStringLiteral("expected a \"text\" in the finding"));
+        node->report(texts::tr("expected a \"text\" in the finding"));
 }
 
 const StepKind *stepKindOf(const JsonNode &node)
@@ -79,30 +79,30 @@ std::optional<Step> readStep(const JsonNode &node, const QSet<QString> &values)
             names.append(QLatin1String(known->name));
         const QString hint =
             node.names().isEmpty() ? QString() : suggestion(node.names().first(), names);
-        node.report(QStringLiteral("expected a step: one of %1%2")
-                        .arg(names.join(QStringLiteral(", ")), hint));
+        node.report(
+            texts::tr("expected a step: one of %1%2").arg(names.join(QStringLiteral(", ")), hint));
         return std::nullopt;
     }
     for (const Parameter &parameter : kind->parameters)
         names.append(QLatin1String(parameter.name));
-    reportUnknown(node, names, QStringLiteral("the step \"%1\"").arg(QLatin1String(kind->name)));
+    reportUnknown(node, names, texts::tr("the step \"%1\"").arg(QLatin1String(kind->name)));
     return Step{kind, readArguments(node, kind->parameters, values)};
 }
 
 RepairDefinition readRepair(const JsonNode &node, const QSet<QString> &values)
 {
     RepairDefinition repair;
-    if (!isObjectOrReport(node, QStringLiteral("a repair")))
+    if (!isObjectOrReport(node, texts::tr("a repair")))
         return repair;
     reportUnknown(node,
                   {QStringLiteral("id"), QStringLiteral("title"), QStringLiteral("when"),
                    QStringLiteral("steps")},
-                  QStringLiteral("a repair"));
+                  texts::tr("a repair"));
     repair.id = readId(node);
     if (const std::optional<JsonNode> title = node.member("title"))
         repair.title = readLocalText(*title, values);
     else
-        node.report(QStringLiteral("expected a \"title\" of the repair"));
+        node.report(texts::tr("expected a \"title\" of the repair"));
     if (const std::optional<JsonNode> when = node.member("when")) {
         QSet<QString> usable = values;
         repair.when = readLook(*when, usable);
@@ -110,7 +110,7 @@ RepairDefinition readRepair(const JsonNode &node, const QSet<QString> &values)
     const std::optional<JsonNode> steps = node.member("steps");
     if (!steps || steps->items().isEmpty() || steps->items().size() > mostSteps) {
         (steps ? *steps : node)
-            .report(QStringLiteral("expected \"steps\": a list of 1 to %1").arg(mostSteps));
+            .report(texts::tr("expected \"steps\": a list of 1 to %1").arg(mostSteps));
         return repair;
     }
     for (const JsonNode &item : steps->items()) {
@@ -126,14 +126,14 @@ void readRepairs(const JsonNode &object, const QSet<QString> &values, CheckDefin
     if (!node)
         return;
     if (!node->isList() || node->items().size() > mostRepairs) {
-        node->report(QStringLiteral("expected a list of at most %1 repairs").arg(mostRepairs));
+        node->report(texts::tr("expected a list of at most %1 repairs").arg(mostRepairs));
         return;
     }
     QSet<QString> ids;
     for (const JsonNode &item : node->items()) {
         const RepairDefinition repair = readRepair(item, values);
         if (ids.contains(repair.id))
-            item.report(QStringLiteral("another repair of this check has this id"));
+            item.report(texts::tr("another repair of this check has this id"));
         ids.insert(repair.id);
         check.repairs.append(repair);
     }
@@ -143,17 +143,17 @@ CheckDefinition readCheck(const JsonNode &node, const QString &path)
 {
     CheckDefinition check;
     check.file = path;
-    if (!isObjectOrReport(node, QStringLiteral("a check")))
+    if (!isObjectOrReport(node, texts::tr("a check")))
         return check;
     QStringList known;
     for (const char *name : {"id", "title", "about", "cost", "limit", "disabled", "when", "skipped",
                              "look", "finding", "repairs", "$schema"})
         known.append(QLatin1String(name));
-    reportUnknown(node, known, QStringLiteral("a check"));
+    reportUnknown(node, known, texts::tr("a check"));
     check.id = readId(node);
     if (const std::optional<JsonNode> disabled = node.member("disabled")) {
         if (!disabled->isFlag())
-            disabled->report(QStringLiteral("expected true or false"));
+            disabled->report(texts::tr("expected true or false"));
         check.isDisabled = disabled->text() == QLatin1String("true");
         if (check.isDisabled && !node.member("look"))
             return check;
@@ -161,7 +161,7 @@ CheckDefinition readCheck(const JsonNode &node, const QString &path)
     if (const std::optional<JsonNode> title = node.member("title"))
         check.title = readLocalText(*title, {});
     else
-        node.report(QStringLiteral("expected a \"title\""));
+        node.report(texts::tr("expected a \"title\""));
     if (const std::optional<JsonNode> about = node.member("about"))
         check.about = readLocalText(*about, {});
     if (readWord(node, "cost", {QStringLiteral("quick"), QStringLiteral("slow")}) ==
@@ -176,7 +176,7 @@ CheckDefinition readCheck(const JsonNode &node, const QString &path)
     if (const std::optional<JsonNode> look = node.member("look"))
         check.look = readLook(*look, values);
     else
-        node.report(QStringLiteral("expected a \"look\""));
+        node.report(texts::tr("expected a \"look\""));
     readFinding(node, values, check);
     readRepairs(node, values, check);
     return check;
@@ -188,10 +188,10 @@ QVector<JsonNode> checksIn(const JsonNode &root)
     if (!list)
         return {root};
     reportUnknown(root, {QStringLiteral("checks"), QStringLiteral("$schema")},
-                  QStringLiteral("a file of several checks"));
+                  texts::tr("a file of several checks"));
     const QVector<JsonNode> items = list->items();
     if (items.isEmpty() || items.size() > mostChecks)
-        list->report(QStringLiteral("expected a list of 1 to %1 checks").arg(mostChecks));
+        list->report(texts::tr("expected a list of 1 to %1 checks").arg(mostChecks));
     return items.mid(0, mostChecks);
 }
 
@@ -200,7 +200,7 @@ QVector<JsonNode> checksIn(const JsonNode &root)
 CheckFile readChecks(const QByteArray &content, const QString &path)
 {
     if (content.size() > largestCheckFile)
-        return {{}, {{1, 1, QStringLiteral("larger than 1 MiB")}}};
+        return {{}, {{1, 1, texts::tr("larger than 1 MiB")}}};
     JsonDocument document(content);
     QVector<CheckDefinition> checks;
     if (const std::optional<JsonNode> root = document.root()) {
@@ -208,7 +208,7 @@ CheckFile readChecks(const QByteArray &content, const QString &path)
         for (const JsonNode &node : checksIn(*root)) {
             checks.append(readCheck(node, path));
             if (ids.contains(checks.last().id) && !checks.last().id.isEmpty())
-                node.report(QStringLiteral("another check in this file has this id"));
+                node.report(texts::tr("another check in this file has this id"));
             ids.insert(checks.last().id);
         }
     }
@@ -221,7 +221,7 @@ CheckFile readCheckFile(const QString &path)
 {
     const FileContent file = readFile(path, largestCheckFile);
     if (!file.content)
-        return {{}, {{1, 1, QStringLiteral("cannot be read: %1").arg(file.problem)}}};
+        return {{}, {{1, 1, texts::tr("cannot be read: %1").arg(file.problem)}}};
     return readChecks(*file.content, path);
 }
 

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "doctor/conditions/texttemplate.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -56,14 +57,14 @@ QString suggestion(const QString &mistyped, const QStringList &names)
             closest = name;
         }
     }
-    return closest.isEmpty() ? QString() : QStringLiteral("; did you mean \"%1\"?").arg(closest);
+    return closest.isEmpty() ? QString() : texts::tr("; did you mean \"%1\"?").arg(closest);
 }
 
 void reportUnknown(const JsonNode &object, const QStringList &known, const QString &what)
 {
     for (const auto &[name, node] : object.members()) {
         if (!known.contains(name))
-            node.reportName(QStringLiteral("unknown name \"%1\"; %2 has %3%4")
+            node.reportName(texts::tr("unknown name \"%1\"; %2 has %3%4")
                                 .arg(name.left(100), what, known.join(QStringLiteral(", ")),
                                      suggestion(name, known)));
     }
@@ -72,7 +73,7 @@ void reportUnknown(const JsonNode &object, const QStringList &known, const QStri
 bool isObjectOrReport(const JsonNode &node, const QString &what)
 {
     if (!node.isObject())
-        node.report(QStringLiteral("expected an object: %1").arg(what));
+        node.report(texts::tr("expected an object: %1").arg(what));
     return node.isObject();
 }
 
@@ -80,9 +81,9 @@ QString readText(const JsonNode &node, int longest)
 {
     const QString text = node.text();
     if (!node.isText() || text.isEmpty())
-        node.report(QStringLiteral("expected a text"));
+        node.report(texts::tr("expected a text"));
     else if (text.size() > longest)
-        node.report(QStringLiteral("expected a text of at most %1 characters").arg(longest));
+        node.report(texts::tr("expected a text of at most %1 characters").arg(longest));
     return text.left(longest);
 }
 
@@ -98,11 +99,10 @@ void checkPlaceholders(const JsonNode &node, const QString &text, const QSet<QSt
             continue;
         QStringList known = values.values();
         std::sort(known.begin(), known.end());
-        node.report(
-            QStringLiteral("there is no value {%1} here; there is %2%3")
-                .arg(name,
-                     known.isEmpty() ? QStringLiteral("none") : known.join(QStringLiteral(", ")),
-                     suggestion(name, known)));
+        node.report(texts::tr("there is no value {%1} here; there is %2%3")
+                        .arg(name,
+                             known.isEmpty() ? texts::tr("none") : known.join(QStringLiteral(", ")),
+                             suggestion(name, known)));
     }
 }
 
@@ -114,12 +114,11 @@ LocalText readLocalText(const JsonNode &node, const QSet<QString> &values)
     } else if (node.isObject() && !node.names().isEmpty()) {
         for (const auto &[language, member] : node.members().mid(0, mostLanguages)) {
             if (!isLanguage(language))
-                member.reportName(
-                    QStringLiteral("expected a language such as \"en\" or \"zh_CN\""));
+                member.reportName(texts::tr("expected a language such as \"en\" or \"zh_CN\""));
             texts.byLanguage.insert(language, readText(member, longestText));
         }
     } else {
-        node.report(QStringLiteral("expected a text, or texts by language: {\"en\": \"…\"}"));
+        node.report(texts::tr("expected a text, or texts by language: {\"en\": \"…\"}"));
     }
     for (const QString &text : qAsConst(texts.byLanguage)) {
         // Only braces mean something in texts for people.
@@ -134,13 +133,12 @@ QString readId(const JsonNode &object)
     static const QRegularExpression form(QStringLiteral("^[a-z0-9]+(?:[.-][a-z0-9]+)*$"));
     const std::optional<JsonNode> node = object.member("id");
     if (!node) {
-        object.report(QStringLiteral("expected an \"id\""));
+        object.report(texts::tr("expected an \"id\""));
         return {};
     }
     QString id = readText(*node, longestId);
     if (!id.isEmpty() && !form.match(id).hasMatch())
-        node->report(
-            QStringLiteral("expected an id of lower-case words, such as \"fonts.missing\""));
+        node->report(texts::tr("expected an id of lower-case words, such as \"fonts.missing\""));
     return id;
 }
 

@@ -8,6 +8,8 @@
 
 #include <json/reader.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -71,7 +73,7 @@ QString JsonNode::text() const
         return {};
     QString text = decoded(*m_value);
     if (std::any_of(text.begin(), text.end(), isControl))
-        report(QStringLiteral("expected a text without control characters"));
+        report(texts::tr("expected a text without control characters"));
     return text;
 }
 
@@ -125,7 +127,7 @@ JsonDocument::JsonDocument(const QByteArray &content) : m_content(content)
 {
     const int deep = tooDeepAt(m_content);
     if (deep >= 0) {
-        reportAt(deep, QStringLiteral("nested deeper than %1 levels").arg(deepestLevel));
+        reportAt(deep, texts::tr("nested deeper than %1 levels").arg(deepestLevel));
         return;
     }
     try {
@@ -154,7 +156,7 @@ void JsonDocument::parse()
     const QByteArray before =
         m_content.split('\n').value(line - 1).left(match.captured(2).toInt() - 1);
     m_mistakes.append({line, QString::fromUtf8(before).size() + 1,
-                       match.hasMatch() ? match.captured(3) : QStringLiteral("this is not JSON")});
+                       match.hasMatch() ? match.captured(3) : texts::tr("this is not JSON")});
 }
 
 std::optional<JsonNode> JsonDocument::root()

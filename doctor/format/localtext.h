@@ -11,8 +11,8 @@ struct LocalText
     QMap<QString, QString> byLanguage;
 
     bool isEmpty() const { return byLanguage.isEmpty(); }
-    /// For a locale such as "zh_CN.UTF-8": the text for zh_CN, else for zh, else for en, else the
-    /// first.
+    /// For a locale such as "zh_CN.UTF-8": the text for zh_CN, else for zh, else for another
+    /// country's zh, else for en, else the first.
     QString inLanguage(const QString &locale) const;
 };
 

@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 
 #include "doctor/format/fieldreader.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -21,18 +22,18 @@ QString typeName(ParameterType type)
 {
     switch (type) {
     case ParameterType::Number:
-        return QStringLiteral("a number");
+        return texts::tr("a number");
     case ParameterType::Flag:
-        return QStringLiteral("true or false");
+        return texts::tr("true or false");
     case ParameterType::Nothing:
         return QStringLiteral("true");
     case ParameterType::Texts:
-        return QStringLiteral("a text or a list of texts");
+        return texts::tr("a text or a list of texts");
     case ParameterType::Path:
     case ParameterType::PathPattern:
-        return QStringLiteral("a path");
+        return texts::tr("a path");
     default:
-        return QStringLiteral("a text");
+        return texts::tr("a text");
     }
 }
 
@@ -59,13 +60,13 @@ QStringList readArgument(const JsonNode &node, const Parameter &parameter,
     if (node.isList() && mayBeList)
         nodes = node.items().mid(0, mostItems);
     if (nodes.isEmpty())
-        node.report(QStringLiteral("expected at least one text"));
+        node.report(texts::tr("expected at least one text"));
     QStringList texts;
     for (const JsonNode &item : qAsConst(nodes)) {
         const QString text = item.text().left(longestOperand);
         const QString problem = hasType(item, parameter.type)
                                     ? parameterProblem(parameter, text)
-                                    : QStringLiteral("expected %1").arg(typeName(parameter.type));
+                                    : texts::tr("expected %1").arg(typeName(parameter.type));
         if (!problem.isEmpty())
             item.report(problem);
         else if (parameter.type != ParameterType::Pattern)
@@ -81,16 +82,16 @@ QStringList readOperands(const JsonNode &node, ValueType type, Comparison compar
     QStringList operands;
     const QVector<JsonNode> items = node.isList() ? node.items().mid(0, mostItems) : QVector{node};
     if (items.isEmpty())
-        node.report(QStringLiteral("expected at least one value to compare with"));
+        node.report(texts::tr("expected at least one value to compare with"));
     for (const JsonNode &item : items) {
         const QString operand = item.text();
         const bool isPattern =
             comparison == Comparison::Matches || comparison == Comparison::MatchesNot;
         if (item.isList() || item.isObject() || (item.isFlag() != (type == ValueType::Flag))) {
-            item.report(type == ValueType::Flag ? QStringLiteral("expected true or false")
-                                                : QStringLiteral("expected a text or a number"));
+            item.report(type == ValueType::Flag ? texts::tr("expected true or false")
+                                                : texts::tr("expected a text or a number"));
         } else if (operand.size() > longestOperand) {
-            item.report(QStringLiteral("expected at most %1 characters").arg(longestOperand));
+            item.report(texts::tr("expected at most %1 characters").arg(longestOperand));
         } else {
             const QString problem = operandProblem(operand, type, comparison);
             if (!problem.isEmpty())
@@ -110,10 +111,9 @@ Condition readCondition(const JsonNode &node, ValueType type, const QSet<QString
     QStringList known;
     for (const Comparison comparison : comparisonsFor(type))
         known.append(comparisonName(comparison));
-    reportUnknown(node, known, QStringLiteral("this comparison"));
+    reportUnknown(node, known, texts::tr("this comparison"));
     if (node.names().isEmpty())
-        node.report(
-            QStringLiteral("expected a comparison: %1").arg(known.join(QStringLiteral(", "))));
+        node.report(texts::tr("expected a comparison: %1").arg(known.join(QStringLiteral(", "))));
     Condition condition;
     for (const QString &name : qAsConst(known)) {
         const std::optional<JsonNode> operands = node.member(name);
@@ -154,7 +154,7 @@ QString readPrefix(const JsonNode &node)
         return {};
     const QString name = as->text();
     if (!as->isText() || !form.match(name).hasMatch())
-        as->report(QStringLiteral("expected a name such as \"target\""));
+        as->report(texts::tr("expected a name such as \"target\""));
     return name + QLatin1Char('.');
 }
 
@@ -163,8 +163,7 @@ Look readProbe(const JsonNode &node, const ProbeKind &kind, QSet<QString> &value
     Look look;
     look.probe = &kind;
     look.prefix = readPrefix(node);
-    reportUnknown(node, namesOf(kind),
-                  QStringLiteral("the probe \"%1\"").arg(QLatin1String(kind.name)));
+    reportUnknown(node, namesOf(kind), texts::tr("the probe \"%1\"").arg(QLatin1String(kind.name)));
     look.arguments = readArguments(node, kind.parameters, values);
     for (const ProbeValue &value : kind.values) {
         const QString name = QLatin1String(value.name);
@@ -182,11 +181,11 @@ Look readJoined(const JsonNode &node, const char *name, Look::Kind kind, QSet<QS
 {
     Look look;
     look.kind = kind;
-    reportUnknown(node, {QLatin1String(name)}, QStringLiteral("this object"));
+    reportUnknown(node, {QLatin1String(name)}, texts::tr("this object"));
     const JsonNode parts = *node.member(name);
     const QVector<JsonNode> items = parts.items();
     if (items.isEmpty() || items.size() > mostParts)
-        parts.report(QStringLiteral("expected a list of 1 to %1 looks").arg(mostParts));
+        parts.report(texts::tr("expected a list of 1 to %1 looks").arg(mostParts));
     QSet<QString> seen = values;
     for (const JsonNode &item : items.mid(0, mostParts)) {
         QSet<QString> usable = kind == Look::Kind::All ? seen : values;
@@ -218,21 +217,21 @@ RawArguments readArguments(const JsonNode &object, Table<Parameter> parameters,
         if (node)
             arguments.insert(name, readArgument(*node, parameter, values));
         else if (parameter.isRequired)
-            object.report(QStringLiteral("expected \"%1\" in this object").arg(name));
+            object.report(texts::tr("expected \"%1\" in this object").arg(name));
     }
     return arguments;
 }
 
 Look readLook(const JsonNode &node, QSet<QString> &values)
 {
-    if (!isObjectOrReport(node, QStringLiteral("a probe, \"all\", \"any\" or \"not\"")))
+    if (!isObjectOrReport(node, texts::tr("a probe, \"all\", \"any\" or \"not\"")))
         return {};
     if (node.member(allName))
         return readJoined(node, allName, Look::Kind::All, values);
     if (node.member(anyName))
         return readJoined(node, anyName, Look::Kind::Any, values);
     if (const std::optional<JsonNode> part = node.member(notName)) {
-        reportUnknown(node, {QLatin1String(notName)}, QStringLiteral("this object"));
+        reportUnknown(node, {QLatin1String(notName)}, texts::tr("this object"));
         Look look;
         look.kind = Look::Kind::Not;
         QSet<QString> usable = values;
@@ -246,8 +245,8 @@ Look readLook(const JsonNode &node, QSet<QString> &values)
         known.append(QLatin1String(kind->name));
     const QString hint =
         node.names().isEmpty() ? QString() : suggestion(node.names().first(), known);
-    node.report(QStringLiteral("expected a probe: one of %1%2")
-                    .arg(known.join(QStringLiteral(", ")), hint));
+    node.report(
+        texts::tr("expected a probe: one of %1%2").arg(known.join(QStringLiteral(", ")), hint));
     return {};
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "doctor/journal/tree/outlook.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -13,9 +14,9 @@ namespace {
 
 using LastLink = Outlook::LastLink;
 
-Message changedSincePlan(const QString &path)
+QString changedSincePlan(const QString &path)
 {
-    return {"%1 was changed after this repair was planned. Check again.", {path}};
+    return texts::tr("%1 was changed after this repair was planned. Check again.").arg(path);
 }
 
 Node::Kind kindOf(Change::Entry entry)
@@ -55,8 +56,8 @@ private:
         if (Problem problem = m_outlook.resolve(change.path, lastLink, step.path))
             return problem;
         if (!change.resolved.isEmpty() && QFile::encodeName(change.resolved) != step.path)
-            return Message{"%1 leads to %2 now, and led to %3 when this repair was planned.",
-                           {change.path, QFile::decodeName(step.path), change.resolved}};
+            return texts::tr("%1 leads to %2 now, and led to %3 when this repair was planned.")
+                .arg(change.path, QFile::decodeName(step.path), change.resolved);
         return {};
     }
 
@@ -69,7 +70,7 @@ private:
         if (Problem problem = m_outlook.look(step.path, depth, step.from))
             return problem;
         if (step.from.kind == Node::Kind::Absent)
-            return Message{"%1 is not there any more.", {change.path}};
+            return texts::tr("%1 is not there any more.").arg(change.path);
         if (change.before && (!step.from.content || step.from.content->bytes != *change.before))
             return changedSincePlan(change.path);
         return {};
@@ -98,7 +99,7 @@ private:
         if (Problem problem = m_outlook.look(step.path, Depth::Rights, step.from))
             return problem;
         if (step.from.kind != Node::Kind::Absent)
-            return Message{"%1 is there already.", {change.path}};
+            return texts::tr("%1 is there already.").arg(change.path);
         step.to.kind = kindOf(change.entry);
         if (change.entry == Change::Entry::File)
             step.to.content = Content(change.after.value_or(QByteArray()));
@@ -131,12 +132,12 @@ private:
         if (Problem problem = m_outlook.resolve(change.target, LastLink::Kept, step.target))
             return problem;
         if (step.target.startsWith(step.path + '/'))
-            return Message{"%1 cannot be moved into itself.", {change.path}};
+            return texts::tr("%1 cannot be moved into itself.").arg(change.path);
         Node target;
         if (Problem problem = m_outlook.look(step.target, Depth::Rights, target))
             return problem;
         if (target.kind != Node::Kind::Absent)
-            return Message{"%1 is there already.", {change.target}};
+            return texts::tr("%1 is there already.").arg(change.target);
         step.from.content.reset();
         step.from.attributes.reset();
         step.from.times.reset();
@@ -169,7 +170,7 @@ private:
     Problem append(TreeStep &step, const QString &path)
     {
         if (step.to.content && step.to.content->bytes.size() > largestFile)
-            return Message{"%1 would become too large to be written.", {path}};
+            return texts::tr("%1 would become too large to be written.").arg(path);
         if (step.kind == TreeStep::Kind::Replace)
             step.temporary = temporaryName();
         m_outlook.expect(step);

@@ -2,7 +2,7 @@
 
 #include <QVector>
 
-#include "doctor/journal/tree/message.h"
+#include "doctor/journal/tree/problem.h"
 #include "doctor/journal/tree/treestep.h"
 #include "doctor/model/plan.h"
 

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "doctor/journal/tree/descriptor.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -59,7 +60,7 @@ Problem checkedForEnding(const ProcessId &process)
 {
     if (process.number > 1 && process.number != ::getpid() && process.start > 0)
         return {};
-    return Message{"Process %1 is not one to be ended.", {QString::number(process.number)}};
+    return texts::tr("Process %1 is not one to be ended.").arg(process.number);
 }
 
 Problem endProcess(const ProcessId &process, std::chrono::milliseconds patience)
@@ -71,19 +72,19 @@ Problem endProcess(const ProcessId &process, std::chrono::milliseconds patience)
     if (!descriptor.isOpen() && errno == ESRCH)
         return {};
     if (!descriptor.isOpen())
-        return Message{"Process %1 cannot be watched while it ends; end it by hand.", {number}};
+        return texts::tr("Process %1 cannot be watched while it ends; end it by hand.").arg(number);
     // The descriptor stays with its process, so this tells of the one that gets the signal.
     if (startOf(process.number) != process.start)
         return {};
     if (!sendSignal(descriptor.number(), SIGTERM))
-        return Message{"Process %1 belongs to another user; only the administrator can end it.",
-                       {number}};
+        return texts::tr("Process %1 belongs to another user; only the administrator can end it.")
+            .arg(number);
     if (hasEndedWithin(descriptor.number(), patience))
         return {};
     if (sendSignal(descriptor.number(), SIGKILL) &&
         hasEndedWithin(descriptor.number(), killPatience))
         return {};
-    return Message{"Process %1 did not end.", {number}};
+    return texts::tr("Process %1 did not end.").arg(number);
 }
 
 } // namespace doctor

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "doctor/journal/tree/message.h"
+#include "doctor/journal/tree/problem.h"
 
 namespace doctor {
 

@@ -8,6 +8,7 @@
 #include "doctor/journal/ending.h"
 #include "doctor/journal/run.h"
 #include "doctor/journal/undosteps.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -19,7 +20,7 @@ constexpr char stateVariable[] = "XDG_STATE_HOME";
 constexpr char stateDirectory[] = ".local/state";
 constexpr char journalDirectory[] = "office-assistant/repairs";
 
-JournalResult without(Outcome outcome, const Message &reason, int number = 0)
+JournalResult without(Outcome outcome, const QString &reason, int number = 0)
 {
     JournalResult result;
     result.outcome = outcome;
@@ -83,14 +84,14 @@ JournalEntry entryOf(const Record &record)
 }
 
 /// Where the contents before the repair are, for those of the steps whose paths stand in the way.
-QVector<Message> backupNotes(const Store &store, const Record &record, const QStringList &paths)
+QStringList backupNotes(const Store &store, const Record &record, const QStringList &paths)
 {
-    QVector<Message> notes;
+    QStringList notes;
     for (const TreeStep &step : record.actions.first().steps) {
         const QString path = QFile::decodeName(step.path);
         if (step.from.content && paths.contains(path))
-            notes.append({"What %1 was before the repair is in %2.",
-                          {path, store.contentPath(record.number, *step.from.content)}});
+            notes.append(texts::tr("What %1 was before the repair is in %2.")
+                             .arg(path, store.contentPath(record.number, *step.from.content)));
     }
     return notes;
 }
@@ -98,15 +99,14 @@ QVector<Message> backupNotes(const Store &store, const Record &record, const QSt
 /// Why a record cannot be undone.
 Problem undoRefusal(const std::optional<Record> &record, int number)
 {
-    const QStringList values = {QString::number(number)};
     if (!record)
-        return Message{"There is no repair %1.", values};
+        return texts::tr("There is no repair %1.").arg(number);
     if (record->isDamaged)
-        return Message{"The record of repair %1 is damaged.", values};
+        return texts::tr("The record of repair %1 is damaged.").arg(number);
     if (record->isUndone())
-        return Message{"Repair %1 is undone already.", values};
+        return texts::tr("Repair %1 is undone already.").arg(number);
     if (!record->isApplied())
-        return Message{"Repair %1 was taken back; there is nothing to undo.", values};
+        return texts::tr("Repair %1 was taken back; there is nothing to undo.").arg(number);
     return {};
 }
 
@@ -142,12 +142,12 @@ QString Journal::defaultDirectory()
 JournalResult Journal::apply(const Plan &plan)
 {
     if (!plan.refusal.isEmpty())
-        return without(Outcome::Refused, {"%1", {plan.refusal}});
+        return without(Outcome::Refused, plan.refusal);
     Store store(m_directory);
     Problem problem = store.makeDirectory();
     if (problem || !store.open(problem) || (problem = store.lock()))
         return without(Outcome::Refused, *problem);
-    QVector<Message> notes;
+    QStringList notes;
     problem = recoverAll(store, notes);
     JournalResult result = problem ? without(Outcome::Refused, *problem) : applyIn(store, plan);
     result.notes = notes + result.notes;
@@ -163,9 +163,9 @@ JournalResult Journal::applyIn(Store &store, const Plan &plan)
     if (!problem)
         problem = stepsToApply(plan, action.steps);
     if (!problem && action.steps.isEmpty() && endings.isEmpty())
-        problem = Message{"There is nothing left to change.", {}};
+        problem = texts::tr("There is nothing left to change.");
     if (!problem && sizeOf(action.steps) > m_limits.size)
-        problem = Message{"The files are too large to be kept for undo.", {}};
+        problem = texts::tr("The files are too large to be kept for undo.");
     if (problem)
         return without(Outcome::Refused, *problem);
 
@@ -192,7 +192,7 @@ JournalResult Journal::undo(int number)
         return without(Outcome::Failed, problem ? *problem : *undoRefusal({}, number));
     if ((problem = store.lock()))
         return without(Outcome::Failed, *problem);
-    QVector<Message> notes;
+    QStringList notes;
     problem = recoverAll(store, notes);
     JournalResult result = problem ? without(Outcome::Failed, *problem) : undoIn(store, number);
     result.number = number;
@@ -244,7 +244,7 @@ QVector<JournalEntry> Journal::history() const
     return entries;
 }
 
-QVector<Message> Journal::recover()
+QStringList Journal::recover()
 {
     Store store(m_directory);
     Problem problem;
@@ -253,7 +253,7 @@ QVector<Message> Journal::recover()
     const QVector<Record> records = readAll(store);
     const bool isAnyOpen = std::any_of(records.begin(), records.end(),
                                        [](const Record &record) { return record.openAction(); });
-    QVector<Message> notes;
+    QStringList notes;
     if (isAnyOpen && !store.lock())
         recoverAll(store, notes);
     return notes;

@@ -7,7 +7,6 @@
 
 #include <chrono>
 
-#include "doctor/journal/tree/message.h"
 #include "doctor/model/plan.h"
 
 namespace doctor {
@@ -40,11 +39,11 @@ struct JournalResult
     /// The repair's number in the journal; 0 if it is not in there.
     int number = 0;
     /// Why it was not done.
-    Message reason;
+    QString reason;
     /// What the user changed later: kept, or with a conflict what stands in the way.
     QStringList kept;
     /// What an interrupted repair before had left, where backups are, what stayed as it was.
-    QVector<Message> notes;
+    QStringList notes;
 };
 
 struct JournalEntry
@@ -86,7 +85,7 @@ public:
     QVector<JournalEntry> history() const;
     /// Takes back what an earlier program left half done, and says so. Writes nothing if there is
     /// none, or another program is at work.
-    QVector<Message> recover();
+    QStringList recover();
 
 private:
     JournalResult applyIn(Store &store, const Plan &plan);

@@ -1,6 +1,7 @@
 #include "doctor/journal/run.h"
 
 #include "doctor/journal/ending.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -51,7 +52,7 @@ Problem endAll(const QVector<Change> &endings, std::chrono::milliseconds patienc
 
 /// From the last step that was reached. Stops where one cannot be taken back: those before it may
 /// be of the same path.
-Problem takeBackAll(Store &store, int number, Action &action, QVector<Message> &notes)
+Problem takeBackAll(Store &store, int number, Action &action, QStringList &notes)
 {
     while (action.reached > 0) {
         Problem kept;
@@ -75,37 +76,39 @@ Problem tidyUp(Store &store, int number, const Action &action)
     return store.add(number, endLine(Action::End::Clean));
 }
 
-Problem recover(Store &store, const Record &record, QVector<Message> &notes)
+Problem recover(Store &store, const Record &record, QStringList &notes)
 {
     Action action = *record.openAction();
-    const QStringList values = {QString::number(record.number), record.repair};
+    const QString number = QString::number(record.number);
     if (action.end == Action::End::Done) {
-        notes.append({action.isUndo
-                          ? "Undoing repair %1 (%2) was interrupted when it was done; its "
-                            "temporary files were removed."
-                          : "Repair %1 (%2) was interrupted when it was done; its "
-                            "temporary files were removed.",
-                      values});
+        const QString done =
+            action.isUndo ? texts::tr("Undoing repair %1 (%2) was interrupted when it was done; "
+                                      "its temporary files were removed.")
+                          : texts::tr("Repair %1 (%2) was interrupted when it was done; its "
+                                      "temporary files were removed.");
+        notes.append(done.arg(number, record.repair));
         return tidyUp(store, record.number, action);
     }
     Problem problem = store.load(record.number, action);
     if (!problem)
         problem = takeBackAll(store, record.number, action, notes);
     if (problem)
-        notes.append({"Repair %1 (%2) was interrupted and could not be taken back yet: %3",
-                      values + QStringList{problem->text()}});
+        notes.append(texts::tr("Repair %1 (%2) was interrupted and could not be taken back yet: %3")
+                         .arg(number, record.repair, *problem));
     else if (action.isUndo)
         notes.append(
-            {"Undoing repair %1 (%2) was interrupted; the repair is in force again.", values});
+            texts::tr("Undoing repair %1 (%2) was interrupted; the repair is in force again.")
+                .arg(number, record.repair));
     else
-        notes.append({"Repair %1 (%2) was interrupted; it has been taken back.", values});
+        notes.append(texts::tr("Repair %1 (%2) was interrupted; it has been taken back.")
+                         .arg(number, record.repair));
     return problem;
 }
 
 } // namespace
 
 Problem runAction(Store &store, Record &record, Action action, const QVector<Change> &endings,
-                  std::chrono::milliseconds patience, QVector<Message> &notes)
+                  std::chrono::milliseconds patience, QStringList &notes)
 {
     if (Problem problem = store.begin(record, action))
         return problem;
@@ -116,8 +119,9 @@ Problem runAction(Store &store, Record &record, Action action, const QVector<Cha
         problem = store.add(record.number, endLine(Action::End::Done));
     if (problem) {
         if (Problem failure = takeBackAll(store, record.number, action, notes))
-            notes.append({"Not all could be taken back: %1 This is tried again at the next start.",
-                          {failure->text()}});
+            notes.append(
+                texts::tr("Not all could be taken back: %1 This is tried again at the next start.")
+                    .arg(*failure));
         return problem;
     }
     // What stays now is removed at the next start.
@@ -125,7 +129,7 @@ Problem runAction(Store &store, Record &record, Action action, const QVector<Cha
     return {};
 }
 
-Problem recoverAll(Store &store, QVector<Message> &notes)
+Problem recoverAll(Store &store, QStringList &notes)
 {
     Problem failure;
     const QVector<int> numbers = store.numbers();

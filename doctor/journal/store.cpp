@@ -11,6 +11,8 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -113,7 +115,8 @@ bool Store::open(Problem &problem)
     if (::fstat(m_directory.number(), &status) != 0)
         problem = problemOf(errno);
     else if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-        problem = Message{"The journal of repairs %1 can be changed by another user.", {m_path}};
+        problem =
+            texts::tr("The journal of repairs %1 can be changed by another user.").arg(m_path);
     return !problem;
 }
 
@@ -126,7 +129,7 @@ Problem Store::lock()
     if (::flock(m_lock.number(), LOCK_EX | LOCK_NB) == 0)
         return {};
     if (errno == EWOULDBLOCK)
-        return Message{"Another repair is under way. Try again when it is done.", {}};
+        return texts::tr("Another repair is under way. Try again when it is done.");
     return problemOf(errno);
 }
 
@@ -172,7 +175,7 @@ Problem Store::load(int number, Action &action) const
         if (error != 0)
             return systemProblem(error, contentPath(number, *content));
         if (Content(bytes).hash != content->hash)
-            return Message{"The backup %1 is damaged.", {contentPath(number, *content)}};
+            return texts::tr("The backup %1 is damaged.").arg(contentPath(number, *content));
         content->bytes = bytes;
     }
     return {};

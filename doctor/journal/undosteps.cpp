@@ -8,6 +8,7 @@
 #include "doctor/journal/applysteps.h"
 #include "doctor/journal/tree/outlook.h"
 #include "doctor/lines/merge.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -109,10 +110,11 @@ private:
         if (!look(step.target, Depth::Rights, undo.from) || !look(step.path, Depth::Rights, old))
             return;
         if (old.kind != Node::Kind::Absent)
-            addConflict(step.path, {"%1 is there again. What was there before is %2.",
-                                    {shown(step.path), shown(step.target)}});
+            addConflict(step.path, texts::tr("%1 is there again. What was there before is %2.")
+                                       .arg(shown(step.path), shown(step.target)));
         else if (undo.from.kind == Node::Kind::Absent)
-            addConflict(step.target, {"%1 is not there any more.", {shown(step.target)}});
+            addConflict(step.target,
+                        texts::tr("%1 is not there any more.").arg(shown(step.target)));
         else
             append(undo);
     }
@@ -120,8 +122,9 @@ private:
     void rightsBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != step.to.kind || !takeBackRights(undo.to, step.from, step.to))
-            addConflict(step.path,
-                        {"The rights of %1 were changed after the repair.", {shown(step.path)}});
+            addConflict(
+                step.path,
+                texts::tr("The rights of %1 were changed after the repair.").arg(shown(step.path)));
         else
             append(undo);
     }
@@ -144,8 +147,9 @@ private:
         const bool isDirectory = undo.from.kind == Node::Kind::Directory;
         if (undo.from.kind != step.to.kind ||
             (!isDirectory && undo.from.content->hash != step.to.content->hash)) {
-            addConflict(step.path,
-                        {"%1, which the repair made, was changed later.", {shown(step.path)}});
+            addConflict(
+                step.path,
+                texts::tr("%1, which the repair made, was changed later.").arg(shown(step.path)));
         } else if (isDirectory && !m_outlook.isEmptyDirectory(step.path)) {
             m_plan.kept.append(shown(step.path));
         } else {
@@ -157,7 +161,7 @@ private:
     void removedBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != Node::Kind::Absent) {
-            addConflict(step.path, {"%1 is there again.", {shown(step.path)}});
+            addConflict(step.path, texts::tr("%1 is there again.").arg(shown(step.path)));
             return;
         }
         undo.to = step.from;
@@ -167,7 +171,7 @@ private:
     void contentBack(const TreeStep &step, TreeStep &undo)
     {
         if (undo.from.kind != step.to.kind) {
-            addConflict(step.path, {"%1 is not there any more.", {shown(step.path)}});
+            addConflict(step.path, texts::tr("%1 is not there any more.").arg(shown(step.path)));
             return;
         }
         const bool areRightsBack = takeBackRights(undo.to, step.from, step.to) &&
@@ -179,7 +183,8 @@ private:
             content = mergedLines(step.to.content->bytes, undo.from.content->bytes,
                                   step.from.content->bytes);
         if (!areRightsBack || !content) {
-            addConflict(step.path, {"%1 was changed later in the same place.", {shown(step.path)}});
+            addConflict(step.path,
+                        texts::tr("%1 was changed later in the same place.").arg(shown(step.path)));
             return;
         }
         undo.to.content = Content(*content);
@@ -215,7 +220,7 @@ private:
         return !problem;
     }
 
-    void addConflict(const QByteArray &path, const Message &message)
+    void addConflict(const QByteArray &path, const QString &message)
     {
         m_conflicts.append(shown(path));
         if (m_plan.isConflict)
@@ -224,8 +229,8 @@ private:
         const int later = laterRepair(path);
         m_plan.problem = later == 0
                              ? message
-                             : Message{"%1 was changed by the later repair %2. Undo that first.",
-                                       {shown(path), QString::number(later)}};
+                             : texts::tr("%1 was changed by the later repair %2. Undo that first.")
+                                   .arg(shown(path), QString::number(later));
     }
 
     /// The last repair in force that changed the same path; 0 if there is none.

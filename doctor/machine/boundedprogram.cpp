@@ -9,6 +9,8 @@
 #include <csignal>
 #include <unistd.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -67,7 +69,7 @@ ProgramOutput runSystemProgram(const QString &name, const QStringList &arguments
 {
     const QString path = systemProgram(name);
     if (path.isEmpty())
-        return {std::nullopt, QStringLiteral("%1 is not installed").arg(name)};
+        return {std::nullopt, texts::tr("%1 is not installed").arg(name)};
     GroupProcess process;
     process.setProcessEnvironment(plainEnvironment());
     process.setWorkingDirectory(QStringLiteral("/"));
@@ -79,17 +81,17 @@ ProgramOutput runSystemProgram(const QString &name, const QStringList &arguments
         const int left = static_cast<int>(deadline.left().count());
         if (left == 0 || output.size() > mostOutput) {
             kill(process);
-            return {std::nullopt, left == 0 ? QStringLiteral("%1 took too long").arg(name)
-                                            : QStringLiteral("%1 wrote too much").arg(name)};
+            return {std::nullopt, left == 0 ? texts::tr("%1 took too long").arg(name)
+                                            : texts::tr("%1 wrote too much").arg(name)};
         }
         process.waitForReadyRead(left);
         output += process.readAll();
     }
     output += process.readAll();
     if (process.error() == QProcess::FailedToStart)
-        return {std::nullopt, QStringLiteral("%1 cannot be started").arg(name)};
+        return {std::nullopt, texts::tr("%1 cannot be started").arg(name)};
     if (process.exitStatus() != QProcess::NormalExit)
-        return {std::nullopt, QStringLiteral("%1 crashed").arg(name)};
+        return {std::nullopt, texts::tr("%1 crashed").arg(name)};
     return {output, {}};
 }
 

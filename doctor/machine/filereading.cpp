@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -69,7 +71,7 @@ FileContent readOpened(int descriptor, qint64 largest)
         if (count == 0)
             return {content, {}};
     }
-    return {std::nullopt, QStringLiteral("larger than %1 bytes").arg(largest)};
+    return {std::nullopt, texts::tr("larger than %1 bytes").arg(largest)};
 }
 
 /// A regular file, opened for reading.
@@ -95,7 +97,7 @@ public:
     const QString &problem() const { return m_problem; }
 
 private:
-    static QString notRegular() { return QStringLiteral("not a regular file"); }
+    static QString notRegular() { return texts::tr("not a regular file"); }
     static bool isRegular(const QString &path)
     {
         struct stat state;

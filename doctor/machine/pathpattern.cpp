@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "doctor/machine/filereading.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -61,14 +62,14 @@ bool isPlainPath(const QString &pattern)
 QString pathProblem(const QString &path)
 {
     if (!path.startsWith(QLatin1Char('/')))
-        return QStringLiteral("\"%1\" is not an absolute path").arg(path.left(200));
+        return texts::tr("\"%1\" is not an absolute path").arg(path.left(200));
     if (path.size() > longestPath)
-        return QStringLiteral("a path is longer than %1 characters").arg(longestPath);
+        return texts::tr("a path is longer than %1 characters").arg(longestPath);
     if (path.split(QLatin1Char('/')).contains(QStringLiteral("..")))
-        return QStringLiteral("\"%1\" contains \"..\"").arg(path.left(200));
+        return texts::tr("\"%1\" contains \"..\"").arg(path.left(200));
     const auto isControl = [](QChar character) { return character.unicode() < 0x20; };
     if (std::any_of(path.begin(), path.end(), isControl))
-        return QStringLiteral("a path contains a control character");
+        return texts::tr("a path contains a control character");
     return {};
 }
 
@@ -94,7 +95,7 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
             const QStringList names = namesIn(place, mostNames + 1).value_or(QStringList());
             namesSeen += names.size();
             if (namesSeen > mostNames || deadline.isOver())
-                return {{}, QStringLiteral("too many files to look through for %1").arg(pattern)};
+                return {{}, texts::tr("too many files to look through for %1").arg(pattern)};
             for (const QString &name : names) {
                 if (fnmatch(wanted.constData(), QFile::encodeName(name).constData(), FNM_PERIOD) ==
                     0)
@@ -102,8 +103,7 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
             }
         }
         if (next.size() > mostMatches)
-            return {{},
-                    QStringLiteral("more than %1 files match %2").arg(mostMatches).arg(pattern)};
+            return {{}, texts::tr("more than %1 files match %2").arg(mostMatches).arg(pattern)};
         found = next;
     }
     const auto isMissing = [&machine](const QString &path) {

@@ -5,6 +5,7 @@
 
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -23,7 +24,7 @@ Observed lookAtDiskSpace(const Arguments &arguments, const Looking &looking)
     const QString path = arguments.text("diskSpace");
     struct statvfs state;
     if (statvfs(QFile::encodeName(looking.machine.located(path)).constData(), &state) != 0)
-        return {{}, QStringLiteral("the disk of %1 cannot be asked").arg(path)};
+        return {{}, texts::tr("the disk of %1 cannot be asked").arg(path)};
     const double block = static_cast<double>(state.f_frsize);
     const double total = static_cast<double>(state.f_blocks);
     const double free = static_cast<double>(state.f_bavail);
@@ -97,7 +98,7 @@ Observed lookAtMount(const Arguments &arguments, const Looking &looking)
         };
     }
     if (longest.isEmpty())
-        return {{}, QStringLiteral("the kernel does not tell where %1 is mounted").arg(path)};
+        return {{}, texts::tr("the kernel does not tell where %1 is mounted").arg(path)};
     return {{seen}, {}};
 }
 

@@ -11,6 +11,7 @@
 #include "doctor/conditions/pattern.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -118,7 +119,7 @@ Observed lookAtFiles(const Arguments &arguments, const Looking &looking)
         const QByteArray name = QFile::encodeName(looking.machine.located(path));
         const PatternMatch match = pattern.match(path.section(QLatin1Char('/'), -1));
         if (match.hasGivenUp)
-            return {{}, QStringLiteral("the pattern needs too many steps for %1").arg(path)};
+            return {{}, texts::tr("the pattern needs too many steps for %1").arg(path)};
         if (!match.hasMatched || lstat(name.constData(), &state) != 0)
             continue;
         seen.where.append({path, 0, 0});

@@ -3,6 +3,7 @@
 #include "doctor/editors/keyeditor.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -41,7 +42,7 @@ Observed lookAtKey(const char *parameter, Format format, const QStringList &key,
     observed.problem = meant.problem;
     for (const QString &path : meant.paths) {
         if (looking.deadline.isOver())
-            return {{}, QStringLiteral("too many files to read in time")};
+            return {{}, texts::tr("too many files to read in time")};
         observed.seen.append(observedKey(path, format, key, arguments, looking.machine));
     }
     return observed;

@@ -3,6 +3,7 @@
 #include "doctor/conditions/pattern.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -25,11 +26,6 @@ Observation lineSeen(const QString &path, int line, bool exists)
     return seen;
 }
 
-QString problemIn(const QString &path, const char *what)
-{
-    return QStringLiteral("%1 in %2").arg(QLatin1String(what), path);
-}
-
 /// Adds the matching lines of one file, or one observation of none.
 QString addLines(const QString &path, const Pattern &pattern, const Looking &looking,
                  Observed &observed)
@@ -48,9 +44,9 @@ QString addLines(const QString &path, const Pattern &pattern, const Looking &loo
             line.chop(1);
         const PatternMatch match = pattern.match(QString::fromUtf8(line));
         if (match.hasGivenUp)
-            return problemIn(path, "the pattern needs too many steps for a line");
+            return texts::tr("the pattern needs too many steps for a line in %1").arg(path);
         if (looking.deadline.isOver())
-            return problemIn(path, "too many lines to look at in time");
+            return texts::tr("too many lines to look at in time in %1").arg(path);
         if (!match.hasMatched)
             continue;
         Observation seen = lineSeen(path, number, true);
@@ -89,7 +85,7 @@ Observed lookAtText(const Arguments &arguments, const Looking &)
     if (arguments.has("pattern")) {
         const PatternMatch match = Pattern(arguments.text("pattern")).match(text);
         if (match.hasGivenUp)
-            return {{}, QStringLiteral("the pattern needs too many steps")};
+            return {{}, texts::tr("the pattern needs too many steps")};
         seen.values.insert(QStringLiteral("matched"), Value::ofFlag(match.hasMatched));
         for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
             seen.values.insert(QStringLiteral("part%1").arg(i),

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -55,7 +56,7 @@ QString connectProblem(const Socket &socket, const addrinfo &address, const Dead
     if (errno != EINPROGRESS)
         return QString::fromLocal8Bit(std::strerror(errno));
     if (!isReady(socket.descriptor(), POLLOUT, deadline))
-        return QStringLiteral("no answer in time");
+        return texts::tr("no answer in time");
     int error = 0;
     socklen_t length = sizeof error;
     getsockopt(socket.descriptor(), SOL_SOCKET, SO_ERROR, &error, &length);
@@ -78,7 +79,7 @@ Connection connected(const QString &host, int port, const Deadline &deadline)
     if (error != 0)
         return {Socket(-1), QString::fromLocal8Bit(gai_strerror(error))};
     const std::unique_ptr<addrinfo, void (*)(addrinfo *)> addresses(found, &freeaddrinfo);
-    QString problem = QStringLiteral("no address");
+    QString problem = texts::tr("no address");
     for (const addrinfo *address = found; address && !deadline.isOver();
          address = address->ai_next) {
         Socket candidate(socket(address->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC,
@@ -95,7 +96,7 @@ Observed lookAtPort(const Arguments &arguments, const Looking &looking)
     const double port = arguments.number("port", 0);
     const QString host = arguments.text("host", "localhost");
     if (port < 1 || port > highestPort)
-        return {{}, QStringLiteral("%1 is not a port").arg(port)};
+        return {{}, texts::tr("%1 is not a port").arg(port)};
     const Deadline deadline = looking.deadline.atMost(arguments.duration("within", usualLimit));
     const Connection connection = connected(host, static_cast<int>(port), deadline);
     Observation seen;
@@ -135,7 +136,7 @@ Observed lookAtUrl(const Arguments &arguments, const Looking &looking)
     const QString url = arguments.text("url");
     const QRegularExpressionMatch match = form.match(url);
     if (!match.hasMatch())
-        return {{}, QStringLiteral("\"%1\" is not an http or https address").arg(url)};
+        return {{}, texts::tr("\"%1\" is not an http or https address").arg(url)};
     const bool isPlain = match.captured(1) == QLatin1String("http");
     const int port = match.capturedLength(3) > 0 ? match.captured(3).toInt() : isPlain ? 80 : 443;
     QString host = match.captured(2);

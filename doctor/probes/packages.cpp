@@ -6,6 +6,7 @@
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -61,7 +62,7 @@ Observed lookAtCommand(const Arguments &arguments, const Looking &looking)
 {
     const QString name = arguments.text("command");
     if (name.contains(QLatin1Char('/')))
-        return {{}, QStringLiteral("\"%1\" is not the name of a program").arg(name)};
+        return {{}, texts::tr("\"%1\" is not the name of a program").arg(name)};
     Observation seen;
     seen.values.insert(QStringLiteral("name"), Value::ofText(name));
     seen.values.insert(QStringLiteral("found"), Value::ofFlag(false));

@@ -7,6 +7,7 @@
 
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -29,7 +30,7 @@ Observed lookAtKernel(const Arguments &, const Looking &looking)
 {
     utsname names;
     if (uname(&names) != 0)
-        return {{}, QStringLiteral("the kernel does not tell its name")};
+        return {{}, texts::tr("the kernel does not tell its name")};
     const QByteArray uptime = contentOf(looking.machine, QStringLiteral("/proc/uptime"));
     return one({{QStringLiteral("release"), Value::ofVersion(QString::fromLatin1(names.release))},
                 {QStringLiteral("machine"), Value::ofText(QString::fromLatin1(names.machine))},
@@ -74,7 +75,7 @@ Observed lookAtMemory(const Arguments &, const Looking &looking)
     }
     const double total = sizes.value("MemTotal");
     if (total <= 0 || !sizes.contains("MemAvailable"))
-        return {{}, QStringLiteral("the kernel does not tell how much memory is in use")};
+        return {{}, texts::tr("the kernel does not tell how much memory is in use")};
     const double available = sizes.value("MemAvailable");
     return one(
         {{QStringLiteral("total"), Value::ofSize(total)},
@@ -137,7 +138,7 @@ Observed lookAtResourceLimit(const Arguments &arguments, const Looking &)
     const QString name = arguments.text("resourceLimit");
     rlimit limit;
     if (getrlimit(static_cast<__rlimit_resource>(resourceNamed(name)), &limit) != 0)
-        return {{}, QStringLiteral("the kernel does not tell the limit")};
+        return {{}, texts::tr("the kernel does not tell the limit")};
     const auto number = [](rlim_t value) { return Value::ofNumber(static_cast<double>(value)); };
     return one({{QStringLiteral("name"), Value::ofText(name)},
                 {QStringLiteral("soft"), number(limit.rlim_cur)},
@@ -150,7 +151,7 @@ Observed lookAtKernelSetting(const Arguments &arguments, const Looking &looking)
 {
     const QString name = arguments.text("kernelSetting");
     if (name.contains(QLatin1String("..")) || name.startsWith(QLatin1Char('/')))
-        return {{}, QStringLiteral("\"%1\" is not the name of a kernel setting").arg(name)};
+        return {{}, texts::tr("\"%1\" is not the name of a kernel setting").arg(name)};
     const QString path = QStringLiteral("/proc/sys/") + name;
     const FileContent file = readFile(looking.machine.located(path), largestFile);
     Values values{{QStringLiteral("name"), Value::ofText(name)},

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "doctor/machine/filereading.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -48,7 +49,7 @@ QString octal(mode_t mode)
 
 QString needsAdministrator(const QString &path)
 {
-    return QStringLiteral("%1 is not yours to change; the administrator has to").arg(path);
+    return texts::tr("%1 is not yours to change; the administrator has to").arg(path);
 }
 
 } // namespace
@@ -118,11 +119,11 @@ QString Draft::write(const QString &path, const QByteArray &content, std::option
     if (willExist) {
         const std::optional<QByteArray> before = this->content(path);
         if (!before)
-            return QStringLiteral("%1 cannot be read").arg(path);
+            return texts::tr("%1 cannot be read").arg(path);
         return *before == content ? QString() : addWrite(real, *before, content);
     }
     if (state && S_ISLNK(state->st_mode))
-        return QStringLiteral("%1 is a link that leads nowhere").arg(path);
+        return texts::tr("%1 is a link that leads nowhere").arg(path);
     Change change;
     change.kind = Change::Kind::Create;
     change.path = real;
@@ -154,7 +155,7 @@ QString Draft::remove(const QString &path)
     } else if (change.entry == Change::Entry::File) {
         change.before = content(path);
         if (!change.before)
-            return QStringLiteral("%1 cannot be read, so it could not be brought back").arg(path);
+            return texts::tr("%1 cannot be read, so it could not be brought back").arg(path);
     }
     m_changes.append(change);
     m_later.insert(located, std::nullopt);
@@ -165,9 +166,9 @@ QString Draft::move(const QString &path, const QString &target)
 {
     const QString located = m_machine.located(path);
     if (!exists(path))
-        return QStringLiteral("%1 is not there").arg(path);
+        return texts::tr("%1 is not there").arg(path);
     if (exists(target))
-        return QStringLiteral("%1 is there already").arg(target);
+        return texts::tr("%1 is there already").arg(target);
     const QString there = m_machine.located(target);
     if (!isOurs(located) || !isOurs(there)) {
         show(asRoot("mv", {QStringLiteral("-n"), QStringLiteral("--"), located, there}));
@@ -187,8 +188,7 @@ QString Draft::makeDirectory(const QString &path, mode_t mode)
 {
     const QString located = m_machine.located(path);
     if (exists(path))
-        return QFileInfo(located).isDir() ? QString()
-                                          : QStringLiteral("%1 is no directory").arg(path);
+        return QFileInfo(located).isDir() ? QString() : texts::tr("%1 is no directory").arg(path);
     if (!isOurs(located)) {
         show(asRoot("mkdir", {QStringLiteral("-m"), octal(mode), QStringLiteral("--"), located}));
         return {};
@@ -207,7 +207,7 @@ QString Draft::makeLink(const QString &path, const QString &target)
 {
     const QString located = m_machine.located(path);
     if (exists(path))
-        return QStringLiteral("%1 is there already").arg(path);
+        return texts::tr("%1 is there already").arg(path);
     if (!isOurs(located)) {
         show(asRoot("ln", {QStringLiteral("-s"), QStringLiteral("--"), target, located}));
         return {};
@@ -228,7 +228,7 @@ QString Draft::changeRights(const QString &path, std::optional<mode_t> mode,
     const QString real = followed(m_machine.located(path));
     const std::optional<struct stat> state = stateOf(real);
     if (!state)
-        return QStringLiteral("%1 is not there").arg(path);
+        return texts::tr("%1 is not there").arg(path);
     if (mode == (state->st_mode & 07777U))
         mode.reset();
     if (owner == state->st_uid)
@@ -264,7 +264,7 @@ QString Draft::end(qint64 process)
     const std::optional<struct stat> state = stateOf(directory);
     const FileContent stat = readFile(directory + QStringLiteral("/stat"), largestFile);
     if (process <= 1 || !state || !stat.content)
-        return QStringLiteral("process %1 has ended already").arg(process);
+        return texts::tr("process %1 has ended already").arg(process);
     if (state->st_uid != geteuid() && geteuid() != 0) {
         show(asRoot("kill", {QString::number(process)}));
         return {};

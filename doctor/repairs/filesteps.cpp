@@ -6,6 +6,7 @@
 #include "doctor/machine/filereading.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -31,7 +32,7 @@ QString planAside(const Arguments &arguments, Draft &draft)
     QString target = path + QLatin1String(asideEnding);
     for (int i = 2; draft.exists(target); ++i) {
         if (i > mostAside)
-            return QStringLiteral("there are too many files aside of %1").arg(path);
+            return texts::tr("there are too many files aside of %1").arg(path);
         target = path + QLatin1String(asideEnding) + QString::number(i);
     }
     return draft.move(path, target);
@@ -42,9 +43,9 @@ QString copied(const QString &from, const QString &to, bool replace, std::option
 {
     const std::optional<QByteArray> content = draft.content(from);
     if (!content)
-        return QStringLiteral("%1 cannot be read").arg(from);
+        return texts::tr("%1 cannot be read").arg(from);
     if (draft.exists(to) && !replace)
-        return QStringLiteral("%1 is there already").arg(to);
+        return texts::tr("%1 is there already").arg(to);
     return draft.write(to, *content, mode ? mode : modeOfFile(draft.machine().located(from)));
 }
 
@@ -63,7 +64,7 @@ QString planWrite(const Arguments &arguments, Draft &draft)
 {
     const QString path = arguments.text("write");
     if (draft.exists(path))
-        return QStringLiteral("%1 is there already").arg(path);
+        return texts::tr("%1 is there already").arg(path);
     return draft.write(path, arguments.text("content").toUtf8());
 }
 
@@ -80,9 +81,9 @@ QString planUnlock(const Arguments &arguments, Draft &draft)
         readFile(draft.machine().located(path), largestLock).content.value_or(QByteArray());
     const qint64 process = content.split('\n').value(0).trimmed().toLongLong();
     if (process <= 0)
-        return QStringLiteral("%1 does not say which process it belongs to").arg(path);
+        return texts::tr("%1 does not say which process it belongs to").arg(path);
     if (QFile::exists(draft.machine().located(QStringLiteral("/proc/%1").arg(process))))
-        return QStringLiteral("process %1, which holds %2, is running").arg(process).arg(path);
+        return texts::tr("process %1, which holds %2, is running").arg(process).arg(path);
     return draft.remove(path);
 }
 
@@ -102,7 +103,7 @@ QString planRights(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("rights");
     const std::optional<mode_t> mode = modeOfFile(draft.machine().located(path));
     if (!mode)
-        return QStringLiteral("%1 is not there").arg(path);
+        return texts::tr("%1 is not there").arg(path);
     std::optional<mode_t> wanted;
     if (arguments.has("mode"))
         wanted = changedMode(*mode, arguments.text("mode"));
@@ -111,7 +112,7 @@ QString planRights(const Arguments &arguments, Draft &draft)
     if (arguments.has("owner")) {
         owner = userNamed(draft.machine(), arguments.text("owner"));
         if (!owner)
-            return QStringLiteral("there is no user %1").arg(arguments.text("owner"));
+            return texts::tr("there is no user %1").arg(arguments.text("owner"));
         group = accountOf(draft.machine(), *owner).group;
     }
     return draft.changeRights(path, wanted, owner, group);

@@ -3,6 +3,7 @@
 #include "doctor/editors/keyeditor.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -26,7 +27,7 @@ Format formatOf(const QString &name)
 QString written(const QString &path, const EditedContent &edited, Draft &draft)
 {
     if (!edited.content)
-        return QStringLiteral("%1 cannot be edited: %2").arg(path, edited.problem);
+        return texts::tr("%1 cannot be edited: %2").arg(path, edited.problem);
     return draft.write(path, *edited.content);
 }
 
@@ -35,7 +36,7 @@ QString planSet(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("set");
     const std::optional<QByteArray> content = draft.content(path);
     if (!content && draft.exists(path))
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return texts::tr("%1 cannot be read").arg(path);
     const KeyEditor &editor = keyEditor(formatOf(arguments.text("format")));
     return written(
         path,
@@ -48,7 +49,7 @@ QString planUnset(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("unset");
     const std::optional<QByteArray> content = draft.content(path);
     if (!content)
-        return draft.exists(path) ? QStringLiteral("%1 cannot be read").arg(path) : QString();
+        return draft.exists(path) ? texts::tr("%1 cannot be read").arg(path) : QString();
     const KeyEditor &editor = keyEditor(formatOf(arguments.text("format")));
     return written(path, editor.remove(*content, arguments.texts("key")), draft);
 }
@@ -61,10 +62,10 @@ QString planDefaultApplication(const Arguments &arguments, Draft &draft)
     const QString path = folder + QLatin1String(mimeListName);
     const std::optional<QByteArray> content = draft.content(path);
     if (!content && draft.exists(path))
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return texts::tr("%1 cannot be read").arg(path);
     const QString entry = arguments.text("entry");
     if (entry.contains(QLatin1Char('/')) || !entry.endsWith(QLatin1String(".desktop")))
-        return QStringLiteral("\"%1\" is not the name of a desktop entry").arg(entry);
+        return texts::tr("\"%1\" is not the name of a desktop entry").arg(entry);
     const QStringList key{QLatin1String(defaultsGroup), arguments.text("defaultApplication")};
     return written(path,
                    keyEditor(Format::DesktopEntry).set(content.value_or(QByteArray()), key, entry),

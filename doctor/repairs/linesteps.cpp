@@ -3,6 +3,7 @@
 #include "doctor/editors/lineeditor.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -11,7 +12,7 @@ namespace {
 QString written(const QString &path, const EditedContent &edited, Draft &draft)
 {
     if (!edited.content)
-        return QStringLiteral("%1 cannot be edited: %2").arg(path, edited.problem);
+        return texts::tr("%1 cannot be edited: %2").arg(path, edited.problem);
     return draft.write(path, *edited.content);
 }
 
@@ -26,7 +27,7 @@ QString planReplaceLine(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("replaceLine");
     const std::optional<QByteArray> content = draft.content(path);
     if (!content)
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return texts::tr("%1 cannot be read").arg(path);
     return written(path, replaceLine(*content, queryOf(arguments), arguments.text("with")), draft);
 }
 
@@ -35,7 +36,7 @@ QString planRemoveLine(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("removeLine");
     const std::optional<QByteArray> content = draft.content(path);
     if (!content)
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return texts::tr("%1 cannot be read").arg(path);
     return written(path, removeLine(*content, queryOf(arguments)), draft);
 }
 
@@ -44,7 +45,7 @@ QString planAddLine(const Arguments &arguments, Draft &draft)
     const QString path = arguments.text("addLine");
     const std::optional<QByteArray> content = draft.content(path);
     if (!content && draft.exists(path))
-        return QStringLiteral("%1 cannot be read").arg(path);
+        return texts::tr("%1 cannot be read").arg(path);
     const QByteArray line = arguments.text("text").toUtf8();
     QByteArray edited = content.value_or(QByteArray());
     if (edited.split('\n').contains(line))

@@ -4,6 +4,7 @@
 
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -42,7 +43,7 @@ Plan planSteps(const QVector<Step> &steps, const Values &values, const Machine &
     }
     plan.changes = draft.changes();
     if (plan.changes.isEmpty())
-        plan.refusal = QStringLiteral("there is nothing to change");
+        plan.refusal = texts::tr("there is nothing to change");
     return plan;
 }
 

@@ -1,5 +1,7 @@
 #include "doctor/runner/evaluation.h"
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -8,7 +10,7 @@ constexpr int mostMatches = 1000;
 
 QString tooMany()
 {
-    return QStringLiteral("more than %1 cases to look at").arg(mostMatches);
+    return texts::tr("more than %1 cases to look at").arg(mostMatches);
 }
 
 /// Adds @p seen to @p known if everything that is expected holds.
@@ -92,7 +94,7 @@ Matches anyOf(const Look &look, const Match &known, const Looking &looking)
 Matches evaluated(const Look &look, const Match &known, const Looking &looking)
 {
     if (looking.deadline.isOver())
-        return {{}, QStringLiteral("took too long")};
+        return {{}, texts::tr("took too long")};
     switch (look.kind) {
     case Look::Kind::All:
         return allOf(look, known, looking);

@@ -11,6 +11,7 @@
 
 #include "doctor/probes/facts.h"
 #include "doctor/runner/evaluation.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -69,8 +70,7 @@ QString addFindings(const CheckDefinition &check, const QVector<Match> &matches,
         if (std::any_of(result.findings.begin(), result.findings.end(), isSame))
             continue;
         if (result.findings.size() == mostFindings) {
-            result.reason =
-                QStringLiteral("only the first %1 findings are listed").arg(mostFindings);
+            result.reason = texts::tr("only the first %1 findings are listed").arg(mostFindings);
             return {};
         }
         QString problem = addRepairs(check, match, looking, finding);
@@ -181,7 +181,7 @@ int giveUpLate(Run &run)
         result.check = check.id;
         result.seconds = secondsSince(under->second);
         run.results.push_back(
-            failed(result, QStringLiteral("given up after %1 s").arg(result.seconds, 0, 'f', 1)));
+            failed(result, texts::tr("given up after %1 s").arg(result.seconds, 0, 'f', 1)));
         under = run.begun.erase(under);
         ++count;
     }
@@ -202,7 +202,7 @@ void failRest(Run &run)
     for (; run.next < run.checks.size(); ++run.next) {
         CheckResult result;
         result.check = run.checks.at(run.next).id;
-        run.results.push_back(failed(result, QStringLiteral("too many other checks hang")));
+        run.results.push_back(failed(result, texts::tr("too many other checks hang")));
     }
 }
 

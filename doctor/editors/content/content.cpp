@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -66,7 +68,7 @@ int afterLineEnd(const QByteArray &content, int position)
 
 QString atLine(const QByteArray &content, int position, const QString &text)
 {
-    return QStringLiteral("Line %1: %2").arg(lineAt(content, position)).arg(text);
+    return texts::tr("Line %1: %2").arg(lineAt(content, position)).arg(text);
 }
 
 bool isBlank(const QByteArray &bytes)

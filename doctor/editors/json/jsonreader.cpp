@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -53,9 +55,9 @@ void JsonReader::skipSpace()
         ++m_position;
 }
 
-JsonToken JsonReader::broken(const char *problem)
+JsonToken JsonReader::broken(const QString &problem)
 {
-    m_problem = atLine(m_content, m_position, QLatin1String(problem));
+    m_problem = atLine(m_content, m_position, problem);
     m_position = m_content.size();
     return {JsonToken::Kind::Broken, {m_position, m_position}};
 }
@@ -64,13 +66,13 @@ JsonToken JsonReader::readAfterValue()
 {
     if (m_open.isEmpty()) {
         if (m_position < m_content.size())
-            return broken("something stands behind the value.");
+            return broken(texts::tr("something stands behind the value."));
         return {JsonToken::Kind::Finished, {m_position, m_position}};
     }
     if (character() == (isInObject() ? '}' : ']'))
         return close();
     if (character() != ',')
-        return broken("a comma or a closing bracket is missing.");
+        return broken(texts::tr("a comma or a closing bracket is missing."));
     ++m_position;
     skipSpace();
     return isInObject() ? readName() : readValue();
@@ -80,11 +82,11 @@ JsonToken JsonReader::readName()
 {
     const int begin = m_position;
     if (character() != '"' || !readString())
-        return broken("a name in quotes is missing.");
+        return broken(texts::tr("a name in quotes is missing."));
     const Span span{begin, m_position};
     skipSpace();
     if (character() != ':')
-        return broken("a colon is missing.");
+        return broken(texts::tr("a colon is missing."));
     ++m_position;
     m_state = State::Value;
     return {JsonToken::Kind::Name, span};
@@ -98,7 +100,7 @@ JsonToken JsonReader::readValue()
     if (character() != '"')
         return readBare();
     if (!readString())
-        return broken("a string is broken.");
+        return broken(texts::tr("a string is broken."));
     m_state = State::AfterValue;
     return {JsonToken::Kind::String, {begin, m_position}};
 }
@@ -116,7 +118,7 @@ JsonToken JsonReader::readBare()
         }
     }
     if (!isBare && !readNumber())
-        return broken("a value is missing.");
+        return broken(texts::tr("a value is missing."));
     m_state = State::AfterValue;
     return {JsonToken::Kind::Bare, {begin, m_position}};
 }
@@ -124,7 +126,7 @@ JsonToken JsonReader::readBare()
 JsonToken JsonReader::open(char bracket)
 {
     if (m_open.size() == maximumDepth)
-        return broken("the content is nested deeper than 256 levels.");
+        return broken(texts::tr("the content is nested deeper than 256 levels."));
     m_open.append(bracket);
     m_state = State::First;
     ++m_position;

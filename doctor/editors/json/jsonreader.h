@@ -46,7 +46,7 @@ private:
 
     char character() const;
     void skipSpace();
-    JsonToken broken(const char *problem);
+    JsonToken broken(const QString &problem);
     JsonToken readAfterValue();
     JsonToken readName();
     JsonToken readValue();

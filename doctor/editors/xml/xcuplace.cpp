@@ -1,6 +1,7 @@
 #include "doctor/editors/xml/xcuplace.h"
 
 #include "doctor/editors/xml/xmlplace.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -124,7 +125,7 @@ private:
         const bool isRegistry = bytesIn(m_content, token.name) == "oor:items" &&
                                 attribute(token, "xmlns:oor") == QLatin1String(registryNamespace);
         if (!isRegistry)
-            m_place.problem = QStringLiteral("This is not a list of LibreOffice's settings.");
+            m_place.problem = texts::tr("This is not a list of LibreOffice's settings.");
     }
 
     /// False if the property is only said to be removed.

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -56,7 +58,7 @@ XmlReader::XmlReader(const QByteArray &content) : m_content(content), m_position
 {
     const int bad = badCharacterIn(content);
     if (bad >= 0)
-        broken("this is no character of XML in UTF-8.", bad);
+        broken(texts::tr("this is no character of XML in UTF-8."), bad);
 }
 
 XmlToken XmlReader::next()
@@ -92,9 +94,9 @@ std::optional<Span> XmlReader::readName()
     return Span{begin, m_position};
 }
 
-XmlToken XmlReader::broken(const char *problem, int position)
+XmlToken XmlReader::broken(const QString &problem, int position)
 {
-    m_problem = atLine(m_content, position, QLatin1String(problem));
+    m_problem = atLine(m_content, position, problem);
     return {};
 }
 
@@ -106,11 +108,11 @@ XmlToken XmlReader::readText()
     token.span = {m_position, tag < 0 ? m_content.size() : tag};
     const QByteArray text = bytesIn(m_content, token.span);
     if (m_open.isEmpty() && !isBlank(text))
-        return broken("text stands outside the root element.", m_position);
+        return broken(texts::tr("text stands outside the root element."), m_position);
     if (text.contains("]]>"))
-        return broken("“]]>” stands in a text.", m_position);
+        return broken(texts::tr("“]]>” stands in a text."), m_position);
     if (!decodedXml(text))
-        return broken("an entity is not one of the five of XML.", m_position);
+        return broken(texts::tr("an entity is not one of the five of XML."), m_position);
     m_position = token.span.end;
     return token;
 }
@@ -126,7 +128,7 @@ XmlToken XmlReader::readMarkup()
     if (startsWith("<![CDATA[") && !m_open.isEmpty())
         return readUntil(Kind::Data, 9, "]]>");
     if (startsWith("<!"))
-        return broken("a DOCTYPE or another declaration is not read.", m_position);
+        return broken(texts::tr("a DOCTYPE or another declaration is not read."), m_position);
     return readStart();
 }
 
@@ -137,12 +139,12 @@ XmlToken XmlReader::readUntil(Kind kind, int opening, const char *text)
     const int begin = m_position + opening;
     const int end = m_content.indexOf(text, begin);
     if (end < 0)
-        return broken("a comment, CDATA section or instruction has no end.", m_position);
+        return broken(texts::tr("a comment, CDATA section or instruction has no end."), m_position);
     token.data = {begin, end};
     token.span = {m_position, end + static_cast<int>(std::strlen(text))};
     const QByteArray data = bytesIn(m_content, token.data);
     if (kind == Kind::Comment && (data.contains("--") || data.endsWith('-')))
-        return broken("“--” stands in a comment.", m_position);
+        return broken(texts::tr("“--” stands in a comment."), m_position);
     m_position = token.span.end;
     return token;
 }
@@ -155,7 +157,7 @@ XmlToken XmlReader::readInstruction()
     const QByteArray target = name ? bytesIn(m_content, *name) : QByteArray();
     const bool isSpaced = skipSpace();
     if (!name || (!isSpaced && !startsWith("?>")))
-        return broken("an instruction has no name.", begin);
+        return broken(texts::tr("an instruction has no name."), begin);
     const bool isFirst = begin == markSize(m_content);
     if (target.toLower() != "xml") {
         m_position = begin;
@@ -164,19 +166,19 @@ XmlToken XmlReader::readInstruction()
     m_position = name->end;
     XmlToken token;
     token.kind = Kind::Instruction;
-    const char *problem = readAttributes(token);
+    const QString problem = readAttributes(token);
     QByteArrayList names;
     QByteArrayList values;
     for (const XmlAttribute &attribute : qAsConst(token.attributes)) {
         names.append(bytesIn(m_content, attribute.name));
         values.append(bytesIn(m_content, attribute.value));
     }
-    if (problem != nullptr || !isFirst || target != "xml" || !startsWith("?>") ||
+    if (!problem.isEmpty() || !isFirst || target != "xml" || !startsWith("?>") ||
         !isDeclaration(names, values))
-        return broken("the XML declaration is broken or not of XML 1.0.", begin);
+        return broken(texts::tr("the XML declaration is broken or not of XML 1.0."), begin);
     const int encoding = names.indexOf("encoding");
     if (encoding >= 0 && values.at(encoding).toLower() != "utf-8")
-        return broken("the XML is not in UTF-8.", begin);
+        return broken(texts::tr("the XML is not in UTF-8."), begin);
     m_position += 2;
     token.span = {begin, m_position};
     return token;
@@ -189,16 +191,16 @@ XmlToken XmlReader::readStart()
     token.span.begin = m_position++;
     const auto name = readName();
     if (!name)
-        return broken("an element has no name.", token.span.begin);
+        return broken(texts::tr("an element has no name."), token.span.begin);
     token.name = *name;
-    if (const char *problem = readAttributes(token))
+    if (const QString problem = readAttributes(token); !problem.isEmpty())
         return broken(problem, m_position);
     token.isEmpty = startsWith("/>");
     if (!token.isEmpty && !startsWith(">"))
-        return broken("a tag has no end.", token.span.begin);
+        return broken(texts::tr("a tag has no end."), token.span.begin);
     m_position += token.isEmpty ? 2 : 1;
     token.span.end = m_position;
-    if (const char *problem = nestingProblem(token))
+    if (const QString problem = nestingProblem(token); !problem.isEmpty())
         return broken(problem, token.span.begin);
     m_hasRoot = true;
     if (!token.isEmpty)
@@ -206,55 +208,57 @@ XmlToken XmlReader::readStart()
     return token;
 }
 
-const char *XmlReader::nestingProblem(const XmlToken &token)
+QString XmlReader::nestingProblem(const XmlToken &token)
 {
     if (m_open.isEmpty() && m_hasRoot)
-        return "there is a second root element.";
+        return texts::tr("there is a second root element.");
     if (m_open.size() == maximumDepth)
-        return "the content is nested deeper than 256 levels.";
-    return hasTwins(m_content, token.attributes) ? "an element has an attribute twice." : nullptr;
+        return texts::tr("the content is nested deeper than 256 levels.");
+    return hasTwins(m_content, token.attributes) ? texts::tr("an element has an attribute twice.")
+                                                 : QString();
 }
 
-const char *XmlReader::readAttributes(XmlToken &token)
+QString XmlReader::readAttributes(XmlToken &token)
 {
     while (true) {
         const bool isSpaced = skipSpace();
         if (m_position >= m_content.size() || startsWith(">") || startsWith("/>") ||
             startsWith("?>"))
-            return nullptr;
+            return {};
         if (!isSpaced)
-            return "a space is missing before an attribute.";
+            return texts::tr("a space is missing before an attribute.");
         if (token.attributes.size() == mostAttributes)
-            return "an element has more than 1000 attributes.";
+            return texts::tr("an element has more than 1000 attributes.");
         XmlAttribute attribute;
-        if (const char *problem = readAttribute(attribute))
+        if (const QString problem = readAttribute(attribute); !problem.isEmpty())
             return problem;
         token.attributes.append(attribute);
     }
 }
 
-const char *XmlReader::readAttribute(XmlAttribute &attribute)
+QString XmlReader::readAttribute(XmlAttribute &attribute)
 {
     const auto name = readName();
     skipSpace();
     if (!name || !startsWith("="))
-        return "an attribute has no name or no value.";
+        return texts::tr("an attribute has no name or no value.");
     attribute.name = *name;
     ++m_position;
     skipSpace();
     if (!startsWith("\"") && !startsWith("'"))
-        return "an attribute's value has no quotes.";
+        return texts::tr("an attribute's value has no quotes.");
     const char quote = m_content.at(m_position);
     const int begin = m_position + 1;
     const int end = m_content.indexOf(quote, begin);
     if (end < 0)
-        return "an attribute's value has no end.";
+        return texts::tr("an attribute's value has no end.");
     attribute.value = {begin, end};
     const QByteArray value = bytesIn(m_content, attribute.value);
     if (value.contains('<') || !decodedXml(value))
-        return "an attribute's value has a “<” or an entity that is not one of the five of XML.";
+        return texts::tr(
+            "an attribute's value has a “<” or an entity that is not one of the five of XML.");
     m_position = end + 1;
-    return nullptr;
+    return {};
 }
 
 XmlToken XmlReader::readEnd()
@@ -268,7 +272,7 @@ XmlToken XmlReader::readEnd()
     const bool fits = name && !m_open.isEmpty() && startsWith(">") &&
                       bytesIn(m_content, *name) == bytesIn(m_content, m_open.last());
     if (!fits)
-        return broken("an end tag does not fit its start.", token.span.begin);
+        return broken(texts::tr("an end tag does not fit its start."), token.span.begin);
     token.name = *name;
     token.span.end = ++m_position;
     m_open.removeLast();
@@ -278,7 +282,7 @@ XmlToken XmlReader::readEnd()
 XmlToken XmlReader::finished()
 {
     if (!m_open.isEmpty() || !m_hasRoot)
-        return broken("the content ends before its root element.", m_position);
+        return broken(texts::tr("the content ends before its root element."), m_position);
     XmlToken token;
     token.kind = Kind::Finished;
     token.span = {m_position, m_position};

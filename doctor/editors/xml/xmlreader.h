@@ -55,16 +55,16 @@ private:
     bool startsWith(const char *text) const;
     bool skipSpace();
     std::optional<Span> readName();
-    XmlToken broken(const char *problem, int position);
+    XmlToken broken(const QString &problem, int position);
     XmlToken readText();
     XmlToken readMarkup();
     /// Markup that ends at the first text after its opening.
     XmlToken readUntil(XmlToken::Kind kind, int opening, const char *text);
     XmlToken readInstruction();
     XmlToken readStart();
-    const char *readAttributes(XmlToken &token);
-    const char *readAttribute(XmlAttribute &attribute);
-    const char *nestingProblem(const XmlToken &token);
+    QString readAttributes(XmlToken &token);
+    QString readAttribute(XmlAttribute &attribute);
+    QString nestingProblem(const XmlToken &token);
     XmlToken readEnd();
     XmlToken finished();
 

@@ -7,6 +7,8 @@
 
 #include <fcntl.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -26,14 +28,15 @@ Problem problemOf(int error, const QByteArray &path)
     return error == 0 ? Problem() : systemProblem(error, shown(path));
 }
 
-Message changedMeanwhile(const QByteArray &path)
+QString changedMeanwhile(const QByteArray &path)
 {
-    return {"%1 was changed in the meantime.", {shown(path)}};
+    return texts::tr("%1 was changed in the meantime.").arg(shown(path));
 }
 
-Message keptAsIs(const QByteArray &path)
+QString keptAsIs(const QByteArray &path)
 {
-    return {"%1 stays as it is: somebody else changed it in the meantime.", {shown(path)}};
+    return texts::tr("%1 stays as it is: somebody else changed it in the meantime.")
+        .arg(shown(path));
 }
 
 Entry::Entry(const TreeStep &step)
@@ -131,7 +134,7 @@ Problem Entry::removeDirectory() const
 {
     const int result = ::unlinkat(directory(), name(), AT_REMOVEDIR);
     if (result != 0 && (errno == ENOTEMPTY || errno == EEXIST))
-        return Message{"The directory %1 is not empty.", {shown(m_path)}};
+        return texts::tr("The directory %1 is not empty.").arg(shown(m_path));
     return problemOf(result != 0 ? errno : syncDescriptor(directory()), m_path);
 }
 

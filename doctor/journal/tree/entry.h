@@ -9,8 +9,8 @@ namespace doctor {
 
 /// 0 is no problem.
 Problem problemOf(int error, const QByteArray &path);
-Message changedMeanwhile(const QByteArray &path);
-Message keptAsIs(const QByteArray &path);
+QString changedMeanwhile(const QByteArray &path);
+QString keptAsIs(const QByteArray &path);
 
 /// A directory entry on its way from one node to another, with the temporary files beside it: the
 /// new one while it is made, and the old one until nobody can want it back.

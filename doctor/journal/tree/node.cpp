@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/xattr.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -159,7 +161,7 @@ Problem lookAt(int directory, const QByteArray &name, const QString &path, Depth
     else if (S_ISLNK(seen.status.st_mode))
         node.kind = Node::Kind::Link;
     else
-        return Message{"%1 is neither a file nor a directory nor a link.", {path}};
+        return texts::tr("%1 is neither a file nor a directory nor a link.").arg(path);
     if (node.kind != Node::Kind::Link)
         node.mode = seen.status.st_mode & 07777;
     node.owner = seen.status.st_uid;
@@ -170,9 +172,9 @@ Problem lookAt(int directory, const QByteArray &name, const QString &path, Depth
     node.times = Times{inNanoseconds(seen.status.st_atim), inNanoseconds(seen.status.st_mtim)};
     int error = node.kind == Node::Kind::Directory ? 0 : readContent(entry.number(), seen);
     if (error == EFBIG)
-        return Message{"%1 is too large to be kept for undo.", {path}};
+        return texts::tr("%1 is too large to be kept for undo.").arg(path);
     if (error == EBUSY)
-        return Message{"%1 is being written to by another program.", {path}};
+        return texts::tr("%1 is being written to by another program.").arg(path);
     if (error == 0 && node.kind != Node::Kind::Link) {
         node.attributes.emplace();
         error = readAttributes(descriptorPath(entry.number()), *node.attributes);
@@ -230,8 +232,8 @@ Problem dress(int descriptor, const Node &node, const QString &path)
     const bool isOwned = owner == status.st_uid && group == status.st_gid;
     if (!isOwned && ::fchownat(descriptor, "", owner, group, AT_EMPTY_PATH) != 0) {
         if (errno == EPERM)
-            return Message{"Only the administrator can let %1 belong to its owner and group.",
-                           {path}};
+            return texts::tr("Only the administrator can let %1 belong to its owner and group.")
+                .arg(path);
         return systemProblem(errno, path);
     }
     if (node.attributes) {
@@ -250,7 +252,7 @@ Problem dress(int descriptor, const Node &node, const QString &path)
         return systemProblem(errno, path);
     // Without an error, chmod() leaves out set-group-ID for who is not in the group.
     if (node.mode && (status.st_mode & 07777) != *node.mode)
-        return Message{"Only the administrator can give %1 these rights.", {path}};
+        return texts::tr("Only the administrator can give %1 these rights.").arg(path);
     return {};
 }
 

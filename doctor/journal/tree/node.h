@@ -9,7 +9,7 @@
 #include <sys/types.h>
 
 #include "doctor/journal/tree/files.h"
-#include "doctor/journal/tree/message.h"
+#include "doctor/journal/tree/problem.h"
 
 namespace doctor {
 

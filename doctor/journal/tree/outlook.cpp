@@ -10,6 +10,8 @@
 
 #include <fcntl.h>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -17,9 +19,9 @@ namespace {
 /// As many as Linux follows.
 constexpr int mostLinks = 40;
 
-Message movedBySamePlan(const QString &path)
+QString movedBySamePlan(const QString &path)
 {
-    return {"%1 is moved and changed by the same plan.", {path}};
+    return texts::tr("%1 is moved and changed by the same plan.").arg(path);
 }
 
 /// Follows a path from the top, one name at a time, each opened: nobody can exchange what was
@@ -50,8 +52,8 @@ public:
             return {};
         }
         if (!entry.isOpen() && errno == ENOENT)
-            return Message{"The directory %1 is not there.",
-                           {QFile::decodeName(m_at + '/' + name)}};
+            return texts::tr("The directory %1 is not there.")
+                .arg(QFile::decodeName(m_at + '/' + name));
         if (!entry.isOpen() || ::fstat(entry.number(), &status) != 0)
             return systemProblem(errno, m_path);
         if (S_ISLNK(status.st_mode) && (m_followsLast || !m_names.isEmpty()))
@@ -75,8 +77,8 @@ public:
                                            [this](uid_t owner) { return owner == m_owner; });
         if (isTrusted)
             return {};
-        return Message{"%1 leads through a link of another user to %2, which is not that user's.",
-                       {m_path, QFile::decodeName(m_at)}};
+        return texts::tr("%1 leads through a link of another user to %2, which is not that user's.")
+            .arg(m_path, QFile::decodeName(m_at));
     }
 
 private:
@@ -89,7 +91,7 @@ private:
             return systemProblem(errno, m_path);
         target.truncate(int(size));
         if (++m_links > mostLinks)
-            return Message{"%1 leads through links that lead in a circle.", {m_path}};
+            return texts::tr("%1 leads through links that lead in a circle.").arg(m_path);
         if (owner != 0 && owner != ::geteuid())
             m_linkOwners.append(owner);
         QList<QByteArray> names = target.split('/');
@@ -139,7 +141,7 @@ Problem Outlook::resolve(const QString &path, LastLink lastLink, QByteArray &res
     if (!path.startsWith(QLatin1Char('/')) || names.contains(QLatin1String("..")) ||
         names.contains(QLatin1String(".")) || path.contains(QChar::Null) ||
         path.endsWith(QLatin1Char('/')))
-        return Message{"\"%1\" is not a whole path of a file or directory.", {path}};
+        return texts::tr("\"%1\" is not a whole path of a file or directory.").arg(path);
     Walk walk(path, lastLink == LastLink::Followed);
     bool isOnDisk = true;
     while (!walk.isAtEnd()) {

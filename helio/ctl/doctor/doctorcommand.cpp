@@ -22,15 +22,20 @@ namespace {
 
 constexpr char shippedChecks[] = "/checks";
 
-/// The locale of messages, in the order of setlocale(3).
+/// The locale of messages, chosen as gettext(3) does: LANGUAGE counts only in a real locale.
 QString messageLocale(const doctor::Machine &machine)
 {
+    QString locale;
     for (const char *name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const QString value = machine.environment.value(QLatin1String(name));
-        if (!value.isEmpty())
-            return value;
+        if (locale.isEmpty())
+            locale = machine.environment.value(QLatin1String(name));
     }
-    return QStringLiteral("en");
+    const QString name = locale.section(QLatin1Char('.'), 0, 0);
+    if (name.isEmpty() || name == QLatin1String("C") || name == QLatin1String("POSIX"))
+        return QStringLiteral("en");
+    const QString wanted =
+        machine.environment.value(QStringLiteral("LANGUAGE")).section(QLatin1Char(':'), 0, 0);
+    return wanted.isEmpty() ? name : wanted;
 }
 
 int complain(const QString &fault)
@@ -53,8 +58,6 @@ int runMode(const DoctorLine &line, DoctorSession &session)
     switch (line.mode) {
     case DoctorLine::List:
         return session.list();
-    case DoctorLine::PlanRepairs:
-        return session.plan(line);
     case DoctorLine::Fix:
         return session.fix(line);
     case DoctorLine::Undo:
@@ -73,6 +76,9 @@ int runMode(const DoctorLine &line, DoctorSession &session)
 
 int runDoctor(const QStringList &arguments)
 {
+    const doctor::Machine machine = doctor::thisMachine();
+    const QString locale = messageLocale(machine);
+    texts::useLanguage(locale);
     const DoctorLine line = parseDoctorLine(arguments);
     if (!line.fault.isEmpty())
         return complain(line.fault);
@@ -80,9 +86,6 @@ int runDoctor(const QStringList &arguments)
         std::fputs(line.text.toLocal8Bit().constData(), stdout);
         return Done;
     }
-    const doctor::Machine machine = doctor::thisMachine();
-    const QString locale = messageLocale(machine);
-    texts::useLanguage(locale.section(QLatin1Char('.'), 0, 0));
     std::unique_ptr<DoctorPrinter> printer;
     if (line.json)
         printer = std::make_unique<JsonPrinter>(locale);

@@ -1,97 +1,123 @@
 #include "helio/ctl/doctor/doctorline.h"
 
 #include <QCommandLineParser>
-#include <QHash>
+
+#include "texts/texts.h"
 
 namespace ctl {
 
 namespace {
 
-constexpr char help[] =
-    R"(Usage: assistantctl doctor [CHECK...]            looks, all checks or those named
-       assistantctl doctor --list                 the checks of this machine
-       assistantctl doctor plan [CHECK...]        shows what the repairs would change
-       assistantctl doctor fix [CHECK...]         repairs; asks before each
-       assistantctl doctor undo [N]               takes a repair back, the latest or number N
-       assistantctl doctor history                the repairs that were made
-       assistantctl doctor lint FILE              what is wrong in a check file
-
-  --json         prints JSON, an object a line
-  --yes          repairs without asking
-  --dry-run      fix: only shows what would be changed, writes nothing
-  --repair ID    plan, fix: this repair where a finding has several
-
-Exit status: 0 nothing found or done as asked, 1 findings or something not repaired, 2 wrong usage,
-3 a check failed itself.
-)";
+constexpr int optionWidth = 17;
 
 struct Options
 {
-    const QCommandLineOption json{QStringLiteral("json")};
-    const QCommandLineOption yes{QStringLiteral("yes")};
-    const QCommandLineOption dryRun{QStringLiteral("dry-run")};
-    const QCommandLineOption repair{QStringLiteral("repair"), {}, QStringLiteral("ID")};
-    const QCommandLineOption list{QStringLiteral("list")};
-    const QCommandLineOption fix{QStringLiteral("fix")};
-    const QCommandLineOption lint{QStringLiteral("lint"), {}, QStringLiteral("FILE")};
-    const QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}};
+    const QCommandLineOption list{QStringLiteral("list"),
+                                  texts::tr("Lists the checks of this machine.")};
+    const QCommandLineOption fix{
+        QStringLiteral("fix"),
+        texts::tr("Repairs what was found; shows each plan and asks first.")};
+    const QCommandLineOption yes{QStringLiteral("yes"),
+                                 texts::tr("With --fix: repairs without asking.")};
+    const QCommandLineOption dryRun{
+        QStringLiteral("dry-run"),
+        texts::tr("With --fix: only shows what would be changed, and writes nothing.")};
+    const QCommandLineOption repair{
+        QStringLiteral("repair"),
+        texts::tr("With --fix: takes this repair where a finding has several."),
+        QStringLiteral("ID")};
+    const QCommandLineOption lint{QStringLiteral("lint"),
+                                  texts::tr("Says what is wrong in a check file."),
+                                  QStringLiteral("FILE")};
+    const QCommandLineOption json{QStringLiteral("json"),
+                                  texts::tr("Prints JSON, an object a line.")};
+    const QCommandLineOption help{{QStringLiteral("help"), QStringLiteral("h")},
+                                  texts::tr("Shows this help.")};
+
+    QList<QCommandLineOption> all() const
+    {
+        return {list, fix, yes, dryRun, repair, lint, json, help};
+    }
 };
 
-DoctorLine faulty(const QString &fault)
+QString helpText(const Options &options)
 {
-    DoctorLine line;
-    line.fault = fault;
-    return line;
+    QString table;
+    for (const QCommandLineOption &option : options.all()) {
+        QString name = QStringLiteral("--") + option.names().constFirst();
+        if (!option.valueName().isEmpty())
+            name += QLatin1Char(' ') + option.valueName();
+        table += QStringLiteral("  ") + name.leftJustified(optionWidth) + option.description() +
+                 QLatin1Char('\n');
+    }
+    return texts::tr("Usage: assistantctl doctor [OPTION...] [CHECK...]\n"
+                     "       assistantctl doctor undo [N]\n"
+                     "       assistantctl doctor history\n\n"
+                     "Looks at what keeps the suite from working well: with all checks, or with "
+                     "those named.\n"
+                     "“undo” takes back the latest repair or number N, “history” lists the "
+                     "repairs.\n\n"
+                     "%1\n"
+                     "Exit status: 0 nothing found or done as asked, 1 findings or something not "
+                     "repaired,\n"
+                     "2 wrong usage, 3 a check failed itself.\n")
+        .arg(table);
 }
 
-/// Takes the word of the mode off @p words.
-DoctorLine::Mode modeOf(QStringList &words)
+/// Sets the mode. Returns what is wrong with the choice; empty if nothing is.
+QString readMode(const QCommandLineParser &parser, const Options &options, QStringList &words,
+                 DoctorLine &line)
 {
-    static const QHash<QString, DoctorLine::Mode> modes{
-        {QStringLiteral("plan"), DoctorLine::PlanRepairs},
-        {QStringLiteral("fix"), DoctorLine::Fix},
-        {QStringLiteral("undo"), DoctorLine::Undo},
-        {QStringLiteral("history"), DoctorLine::History},
-        {QStringLiteral("lint"), DoctorLine::Lint},
-        {QStringLiteral("list"), DoctorLine::List}};
-    const auto mode = words.isEmpty() ? modes.end() : modes.find(words.first());
-    if (mode == modes.end())
-        return DoctorLine::Check;
-    words.removeFirst();
-    return *mode;
+    int modes = 0;
+    const auto choose = [&](bool isChosen, DoctorLine::Mode mode) {
+        modes += isChosen ? 1 : 0;
+        if (isChosen)
+            line.mode = mode;
+    };
+    const QString word = words.value(0);
+    choose(word == QLatin1String("undo"), DoctorLine::Undo);
+    choose(word == QLatin1String("history"), DoctorLine::History);
+    if (modes > 0)
+        words.removeFirst();
+    choose(parser.isSet(options.list), DoctorLine::List);
+    choose(parser.isSet(options.fix), DoctorLine::Fix);
+    choose(parser.isSet(options.lint), DoctorLine::Lint);
+    if (modes > 1)
+        return texts::tr("only one of --list, --fix, --lint, undo and history can be done");
+    for (const QCommandLineOption &option : {options.yes, options.dryRun, options.repair}) {
+        if (parser.isSet(option) && line.mode != DoctorLine::Fix)
+            return texts::tr("--%1 belongs to --fix").arg(option.names().constFirst());
+    }
+    return {};
 }
 
-/// Gives the words after the mode their meaning. Returns what is wrong; empty if nothing is.
+/// Gives the words their meaning. Returns what is wrong with them; empty if nothing is.
 QString readWords(const QStringList &words, DoctorLine &line)
 {
-    switch (line.mode) {
-    case DoctorLine::Check:
-    case DoctorLine::PlanRepairs:
-    case DoctorLine::Fix:
+    if (line.mode == DoctorLine::Check || line.mode == DoctorLine::Fix) {
         line.checks = words;
         return {};
-    case DoctorLine::Undo: {
-        bool isNumber = true;
-        if (words.size() == 1)
-            line.journal = words.first().toInt(&isNumber);
-        return words.size() > 1 || !isNumber || line.journal < 0 ||
-                       (words.size() == 1 && line.journal == 0)
-                   ? QStringLiteral("undo takes the number of one repair")
-                   : QString();
     }
-    case DoctorLine::Lint:
-        if (line.file.isEmpty() && words.size() == 1)
-            line.file = words.first();
-        else if (line.file.isEmpty() || !words.isEmpty())
-            return QStringLiteral("lint takes one file");
+    if (line.mode != DoctorLine::Undo)
+        return words.isEmpty() ? QString()
+                               : texts::tr("unexpected argument: %1").arg(words.first());
+    if (words.isEmpty())
         return {};
-    case DoctorLine::List:
-    case DoctorLine::History:
-    case DoctorLine::ShowText:
-        break;
-    }
-    return words.isEmpty() ? QString()
-                           : QStringLiteral("unexpected argument: %1").arg(words.first());
+    line.journal = words.first().toInt();
+    return words.size() > 1 || line.journal <= 0 ? texts::tr("undo takes the number of one repair")
+                                                 : QString();
+}
+
+QString readLine(const QCommandLineParser &parser, const Options &options, DoctorLine &line)
+{
+    QStringList words = parser.positionalArguments();
+    const QString fault = readMode(parser, options, words, line);
+    line.json = parser.isSet(options.json);
+    line.yes = parser.isSet(options.yes);
+    line.dryRun = parser.isSet(options.dryRun);
+    line.repair = parser.value(options.repair);
+    line.file = parser.value(options.lint);
+    return fault.isEmpty() ? readWords(words, line) : fault;
 }
 
 } // namespace
@@ -100,32 +126,23 @@ DoctorLine parseDoctorLine(const QStringList &arguments)
 {
     const Options options;
     QCommandLineParser parser;
-    parser.addOptions({options.json, options.yes, options.dryRun, options.repair, options.list,
-                       options.fix, options.lint, options.help});
-    // The parser takes the first argument for the program's name.
-    if (!parser.parse(QStringList(QString()) + arguments))
-        return faulty(parser.errorText());
+    parser.addOptions(options.all());
     DoctorLine line;
-    if (parser.isSet(options.help)) {
+    // The parser takes the first argument for the program's name.
+    const bool isRead = parser.parse(QStringList(QString()) + arguments);
+    const QStringList unknown = parser.unknownOptionNames();
+    if (!unknown.isEmpty()) {
+        const QString dashes =
+            unknown.first().size() == 1 ? QStringLiteral("-") : QStringLiteral("--");
+        line.fault = texts::tr("there is no option %1").arg(dashes + unknown.first());
+    } else if (!isRead) {
+        line.fault = parser.errorText();
+    } else if (parser.isSet(options.help)) {
         line.mode = DoctorLine::ShowText;
-        line.text = QLatin1String(help);
-        return line;
+        line.text = helpText(options);
+    } else {
+        line.fault = readLine(parser, options, line);
     }
-    QStringList words = parser.positionalArguments();
-    line.mode = modeOf(words);
-    if (parser.isSet(options.list))
-        line.mode = DoctorLine::List;
-    if (parser.isSet(options.fix))
-        line.mode = DoctorLine::Fix;
-    if (parser.isSet(options.lint)) {
-        line.mode = DoctorLine::Lint;
-        line.file = parser.value(options.lint);
-    }
-    line.json = parser.isSet(options.json);
-    line.yes = parser.isSet(options.yes);
-    line.dryRun = parser.isSet(options.dryRun);
-    line.repair = parser.value(options.repair);
-    line.fault = readWords(words, line);
     return line;
 }
 

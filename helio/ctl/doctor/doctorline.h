@@ -11,7 +11,6 @@ struct DoctorLine
     enum Mode {
         Check,
         List,
-        PlanRepairs,
         Fix,
         Undo,
         History,

@@ -8,18 +8,24 @@
 namespace doctor {
 struct JournalEntry;
 struct JournalResult;
-struct Message;
 } // namespace doctor
 
 namespace ctl {
 
-/// How a repair has ended, in the words of the JSON lines.
+/// How a repair has ended.
 struct RepairOutcome
 {
+    enum class Result {
+        Repaired,
+        Unchanged, ///< it had nothing to change, or did not help and was taken back
+        Refused,
+        Failed,
+        Planned,
+    };
+
     QString check;
     QString repair;
-    /// "repaired", "unchanged", "refused", "failed" or "planned".
-    QString result;
+    Result result = Result::Refused;
     /// The journal's number, 0 if it is not in there.
     int journal = 0;
     QString reason;
@@ -39,7 +45,7 @@ public:
     virtual void printEntry(const doctor::JournalEntry &entry) = 0;
     virtual void printUndone(int journal, const doctor::JournalResult &result) = 0;
     /// What an earlier, interrupted repair had left and what became of it.
-    virtual void printNote(const doctor::Message &note) = 0;
+    virtual void printNote(const QString &note) = 0;
     virtual void printSummary(int checks, int findings, int failed) = 0;
     /// Whether the user wants what was printed last. False if nobody can be asked.
     virtual bool asks(const QString &question) = 0;

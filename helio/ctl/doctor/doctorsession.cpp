@@ -9,10 +9,7 @@ namespace ctl {
 
 namespace {
 
-QString translated(const doctor::Message &message)
-{
-    return message.filled(texts::tr(message.english));
-}
+using Result = RepairOutcome::Result;
 
 bool isForAdministrator(const doctor::Change &change)
 {
@@ -68,34 +65,6 @@ QString DoctorSession::repairFor(const doctor::Finding &finding, const DoctorLin
     return finding.repairs.contains(line.repair) ? line.repair : QString();
 }
 
-bool DoctorSession::showPlan(const doctor::Plan &plan, RepairOutcome &outcome)
-{
-    if (!plan.refusal.isEmpty() || plan.changes.isEmpty()) {
-        outcome.result =
-            plan.refusal.isEmpty() ? QStringLiteral("unchanged") : QStringLiteral("refused");
-        outcome.reason =
-            plan.refusal.isEmpty() ? texts::tr("there is nothing to change") : plan.refusal;
-        return false;
-    }
-    for (const doctor::Change &change : plan.changes)
-        m_printer.printChange(plan.repair, change);
-    return true;
-}
-
-DoctorStatus DoctorSession::plan(const DoctorLine &line)
-{
-    look(line.checks);
-    for (const doctor::Finding &finding : qAsConst(m_findings)) {
-        const QString repair = repairFor(finding, line);
-        if (repair.isEmpty())
-            continue;
-        RepairOutcome outcome{finding.check, repair, QStringLiteral("planned"), 0, {}};
-        showPlan(m_doctor.plan(finding, repair), outcome);
-        m_printer.printRepair(outcome);
-    }
-    return summary(!m_findings.isEmpty());
-}
-
 bool DoctorSession::persists(const doctor::Finding &finding, QString &reason) const
 {
     bool isThere = false;
@@ -114,26 +83,25 @@ RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const doctor:
 {
     using Outcome = doctor::JournalResult::Outcome;
     const doctor::JournalResult applied = m_journal.apply(plan);
-    RepairOutcome outcome{finding.check, plan.repair, {}, applied.number, {}};
-    for (const doctor::Message &note : applied.notes)
+    RepairOutcome outcome{finding.check, plan.repair, Result::Failed, applied.number, {}};
+    for (const QString &note : applied.notes)
         m_printer.printNote(note);
     if (applied.outcome != Outcome::Applied) {
-        outcome.result = applied.outcome == Outcome::Refused ? QStringLiteral("refused")
-                                                             : QStringLiteral("failed");
-        outcome.reason = translated(applied.reason);
+        outcome.result = applied.outcome == Outcome::Refused ? Result::Refused : Result::Failed;
+        outcome.reason = applied.reason;
         return outcome;
     }
     QString unverified;
     const bool isThere = persists(finding, unverified);
     if (!isThere && unverified.isEmpty()) {
-        outcome.result = QStringLiteral("repaired");
+        outcome.result = Result::Repaired;
         return outcome;
     }
     const doctor::JournalResult undone = m_journal.undo(applied.number);
     const bool isUndone = undone.outcome == Outcome::Undone;
-    outcome.result = isThere && isUndone ? QStringLiteral("unchanged") : QStringLiteral("failed");
+    outcome.result = isThere && isUndone ? Result::Unchanged : Result::Failed;
     outcome.reason =
-        !isUndone ? translated(undone.reason)
+        !isUndone ? undone.reason
         : isThere ? texts::tr("the finding was still there, so it was taken back")
                   : texts::tr("it could not be checked, so it was taken back: %1").arg(unverified);
     return outcome;
@@ -141,26 +109,27 @@ RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const doctor:
 
 RepairOutcome DoctorSession::repair(const doctor::Finding &finding, const DoctorLine &line)
 {
-    RepairOutcome outcome{finding.check, repairFor(finding, line), {}, 0, {}};
+    RepairOutcome outcome{finding.check, repairFor(finding, line), Result::Refused, 0, {}};
     if (outcome.repair.isEmpty()) {
-        outcome.result = QStringLiteral("refused");
         outcome.reason = texts::tr("there is no such repair");
         return outcome;
     }
     const doctor::Plan plan = m_doctor.plan(finding, outcome.repair);
-    if (!showPlan(plan, outcome))
+    if (!plan.refusal.isEmpty()) {
+        outcome.reason = plan.refusal;
         return outcome;
+    }
+    for (const doctor::Change &change : plan.changes)
+        m_printer.printChange(plan.repair, change);
     if (line.dryRun) {
-        outcome.result = QStringLiteral("planned");
+        outcome.result = Result::Planned;
         return outcome;
     }
     if (std::all_of(plan.changes.begin(), plan.changes.end(), isForAdministrator)) {
-        outcome.result = QStringLiteral("refused");
         outcome.reason = texts::tr("the administrator has to run the command");
         return outcome;
     }
     if (!line.yes && !m_printer.asks(texts::tr("Repair?"))) {
-        outcome.result = QStringLiteral("refused");
         outcome.reason = texts::tr("it was not confirmed");
         return outcome;
     }
@@ -178,7 +147,7 @@ DoctorStatus DoctorSession::fix(const DoctorLine &line)
         }
         const RepairOutcome outcome = repair(finding, line);
         m_printer.printRepair(outcome);
-        isLeft = isLeft || outcome.result != QLatin1String("repaired");
+        isLeft = isLeft || outcome.result != Result::Repaired;
     }
     return summary(isLeft);
 }
@@ -194,10 +163,10 @@ DoctorStatus DoctorSession::undo(int number)
     }
     doctor::JournalResult result;
     if (number == 0)
-        result.reason = {"There is no repair to undo.", {}};
+        result.reason = texts::tr("There is no repair to undo.");
     else
         result = m_journal.undo(number);
-    for (const doctor::Message &note : qAsConst(result.notes))
+    for (const QString &note : qAsConst(result.notes))
         m_printer.printNote(note);
     m_printer.printUndone(number, result);
     return result.outcome == doctor::JournalResult::Outcome::Undone ? Done : Found;

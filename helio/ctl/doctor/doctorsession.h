@@ -34,8 +34,7 @@ public:
 
     DoctorStatus check(const QStringList &ids);
     DoctorStatus list();
-    /// Shows what the repairs would change. Writes nothing.
-    DoctorStatus plan(const DoctorLine &line);
+    /// Repairs what is found. A dry run only shows the plans, and writes nothing.
     DoctorStatus fix(const DoctorLine &line);
     DoctorStatus undo(int number);
     DoctorStatus history();
@@ -46,8 +45,6 @@ private:
     DoctorStatus summary(bool hasRemaining);
     /// The repair to take for a finding; empty if none fits.
     QString repairFor(const doctor::Finding &finding, const DoctorLine &line) const;
-    /// The plan, printed, or nothing if there is nothing to do; the outcome says why.
-    bool showPlan(const doctor::Plan &plan, RepairOutcome &outcome);
     RepairOutcome repair(const doctor::Finding &finding, const DoctorLine &line);
     RepairOutcome apply(const doctor::Finding &finding, const doctor::Plan &plan);
     /// Whether the finding is still there after a repair; the reason is filled if that is unknown.

@@ -77,6 +77,24 @@ QString nameOf(doctor::JournalEntry::State state)
     return QStringLiteral("damaged");
 }
 
+QString nameOf(RepairOutcome::Result result)
+{
+    using Result = RepairOutcome::Result;
+    switch (result) {
+    case Result::Repaired:
+        return QStringLiteral("repaired");
+    case Result::Unchanged:
+        return QStringLiteral("unchanged");
+    case Result::Refused:
+        return QStringLiteral("refused");
+    case Result::Planned:
+        return QStringLiteral("planned");
+    case Result::Failed:
+        break;
+    }
+    return QStringLiteral("failed");
+}
+
 QString undoneName(doctor::JournalResult::Outcome outcome)
 {
     if (outcome == doctor::JournalResult::Outcome::Undone)
@@ -152,7 +170,7 @@ void JsonPrinter::printRepair(const RepairOutcome &outcome)
     QJsonObject line = typed("repair");
     line.insert(QStringLiteral("check"), outcome.check);
     line.insert(QStringLiteral("repair"), outcome.repair);
-    line.insert(QStringLiteral("result"), outcome.result);
+    line.insert(QStringLiteral("result"), nameOf(outcome.result));
     line.insert(QStringLiteral("journal"), outcome.journal);
     line.insert(QStringLiteral("reason"), outcome.reason);
     print(line);
@@ -176,14 +194,14 @@ void JsonPrinter::printUndone(int journal, const doctor::JournalResult &result)
     line.insert(QStringLiteral("journal"), journal);
     line.insert(QStringLiteral("result"), undoneName(result.outcome));
     line.insert(QStringLiteral("kept"), QJsonArray::fromStringList(result.kept));
-    line.insert(QStringLiteral("reason"), result.reason.text());
+    line.insert(QStringLiteral("reason"), result.reason);
     print(line);
 }
 
-void JsonPrinter::printNote(const doctor::Message &note)
+void JsonPrinter::printNote(const QString &note)
 {
     QJsonObject line = typed("note");
-    line.insert(QStringLiteral("text"), note.text());
+    line.insert(QStringLiteral("text"), note);
     print(line);
 }
 

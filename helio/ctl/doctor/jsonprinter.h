@@ -20,7 +20,7 @@ public:
     void printRepair(const RepairOutcome &outcome) override;
     void printEntry(const doctor::JournalEntry &entry) override;
     void printUndone(int journal, const doctor::JournalResult &result) override;
-    void printNote(const doctor::Message &note) override;
+    void printNote(const QString &note) override;
     void printSummary(int checks, int findings, int failed) override;
     bool asks(const QString &) override { return false; }
 

@@ -1,5 +1,6 @@
 #include "helio/ctl/doctor/textprinter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "doctor/journal/journal.h"
@@ -30,9 +31,25 @@ void printLine(const QString &line)
     std::fflush(stdout);
 }
 
-QString translated(const doctor::Message &message)
+/// Chinese, Japanese and Korean characters take two columns of a terminal.
+bool isWide(QChar character)
 {
-    return visible(message.filled(texts::tr(message.english)));
+    switch (character.script()) {
+    case QChar::Script_Han:
+    case QChar::Script_Hangul:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Followed by spaces up to that many columns.
+QString padded(const QString &text, int columns)
+{
+    const auto wide = std::count_if(text.begin(), text.end(), isWide);
+    return text.leftJustified(columns - static_cast<int>(wide));
 }
 
 QString stateOf(doctor::JournalEntry::State state)
@@ -51,6 +68,24 @@ QString stateOf(doctor::JournalEntry::State state)
         break;
     }
     return texts::tr("damaged");
+}
+
+QString textOf(RepairOutcome::Result result)
+{
+    using Result = RepairOutcome::Result;
+    switch (result) {
+    case Result::Repaired:
+        return texts::tr("repaired");
+    case Result::Unchanged:
+        return texts::tr("unchanged");
+    case Result::Refused:
+        return texts::tr("not repaired");
+    case Result::Planned:
+        return texts::tr("planned");
+    case Result::Failed:
+        break;
+    }
+    return texts::tr("failed");
 }
 
 /// What is done to the path, in front of it.
@@ -122,7 +157,7 @@ void TextPrinter::printFinding(const doctor::Finding &finding) const
     if (!finding.repairs.isEmpty())
         printLine(QStringLiteral("    ") +
                   texts::tr("To repair: %1")
-                      .arg(QStringLiteral("assistantctl doctor fix ") + visible(finding.check)));
+                      .arg(QStringLiteral("assistantctl doctor --fix ") + visible(finding.check)));
 }
 
 void TextPrinter::printCheck(const doctor::CheckDefinition &check,
@@ -180,21 +215,23 @@ void TextPrinter::printDiff(const QString &diff) const
 
 void TextPrinter::printChange(const QString &, const doctor::Change &change)
 {
-    printLine(QStringLiteral("  ") + verbOf(change) + QStringLiteral(": ") +
-              visible(objectOf(change)));
+    printLine(QStringLiteral("  ") +
+              texts::tr("%1: %2").arg(verbOf(change), visible(objectOf(change))));
     printDiff(diffOf(change));
 }
 
 void TextPrinter::printRepair(const RepairOutcome &outcome)
 {
-    const bool isGood =
-        outcome.result == QLatin1String("repaired") || outcome.result == QLatin1String("planned");
-    QString line = visible(outcome.check + QLatin1Char('/') + outcome.repair) +
-                   QStringLiteral(": ") + texts::tr(outcome.result.toLatin1().constData());
-    if (!outcome.reason.isEmpty())
-        line += QStringLiteral(" (") + visible(outcome.reason) + QLatin1Char(')');
+    using Result = RepairOutcome::Result;
+    const bool isGood = outcome.result == Result::Repaired || outcome.result == Result::Planned;
+    const QString result =
+        outcome.reason.isEmpty()
+            ? textOf(outcome.result)
+            : texts::tr("%1 (%2)").arg(textOf(outcome.result), visible(outcome.reason));
+    const QString line =
+        texts::tr("%1: %2").arg(visible(outcome.check + QLatin1Char('/') + outcome.repair), result);
     printLine(coloured(line, isGood ? Green : Red));
-    if (outcome.result == QLatin1String("repaired"))
+    if (outcome.result == Result::Repaired)
         printLine(QStringLiteral("    ") +
                   texts::tr("To undo: %1")
                       .arg(QStringLiteral("assistantctl doctor undo %1").arg(outcome.journal)));
@@ -207,7 +244,7 @@ void TextPrinter::printEntry(const doctor::JournalEntry &entry)
                   .arg(entry.time.toLocalTime()
                            .toString(Qt::ISODate)
                            .replace(QLatin1Char('T'), QLatin1Char(' ')),
-                       stateOf(entry.state).leftJustified(stateWidth),
+                       padded(stateOf(entry.state), stateWidth),
                        visible(entry.check + QLatin1Char('/') + entry.repair)));
     for (const QString &path : entry.paths)
         printLine(QStringLiteral("      ") + visible(path));
@@ -219,15 +256,15 @@ void TextPrinter::printUndone(int journal, const doctor::JournalResult &result)
     if (result.outcome == Outcome::Undone)
         printLine(coloured(texts::tr("Repair %1 was undone.").arg(journal), Green));
     else
-        printLine(coloured(translated(result.reason), Red));
+        printLine(coloured(visible(result.reason), Red));
     for (const QString &path : result.kept)
         printLine(QStringLiteral("    ") +
                   texts::tr("Changed after the repair, and kept: %1").arg(visible(path)));
 }
 
-void TextPrinter::printNote(const doctor::Message &note)
+void TextPrinter::printNote(const QString &note)
 {
-    printLine(translated(note));
+    printLine(visible(note));
 }
 
 void TextPrinter::printSummary(int checks, int findings, int failed)

@@ -190,6 +190,11 @@ void TestCheckReader::textsAreChosenByLocale()
     QCOMPARE(text.inLanguage(QStringLiteral("zh-TW")), QStringLiteral("t"));
     QCOMPARE(text.inLanguage(QStringLiteral("de_DE@euro")), QStringLiteral("e"));
     QCOMPARE(text.inLanguage(QString()), QStringLiteral("e"));
+    const LocalText shipped{{{QStringLiteral("en"), QStringLiteral("e")},
+                             {QStringLiteral("zh_CN"), QStringLiteral("c")}}};
+    QCOMPARE(shipped.inLanguage(QStringLiteral("zh")), QStringLiteral("c"));
+    QCOMPARE(shipped.inLanguage(QStringLiteral("zh_HK.UTF-8")), QStringLiteral("c"));
+    QCOMPARE(shipped.inLanguage(QStringLiteral("z")), QStringLiteral("e"));
 }
 
 void TestCheckReader::severalMistakesAreAllReported()

@@ -166,7 +166,7 @@ void ApplyRepairTest::laterChangesSeeEarlierOnes()
     const JournalResult result = apply(
         tree, {move(profile, tree.path(QStringLiteral("aside"))), createDirectory(profile),
                create(file, "one\n"), rewrite(file, "one\n", "two\n"), changes::mode(file, 0600)});
-    QCOMPARE(result.reason.text(), QString());
+    QCOMPARE(result.reason, QString());
     QCOMPARE(tree.read(QStringLiteral("profile/file")), QByteArray("two\n"));
     QCOMPARE(tree.read(QStringLiteral("aside/file")), QByteArray("old\n"));
     QCOMPARE(modeOf(file), mode_t(0600));
@@ -181,7 +181,7 @@ void ApplyRepairTest::whatIsAlreadySoIsRefused()
     const JournalResult result =
         apply(tree, {rewrite(file, "same\n", "same\n"), changes::mode(file, 0644)});
     QCOMPARE(result.outcome, Outcome::Refused);
-    QCOMPARE(result.reason.text(), QStringLiteral("There is nothing left to change."));
+    QCOMPARE(result.reason, QStringLiteral("There is nothing left to change."));
     QVERIFY(Journal(tree.journalPath()).history().isEmpty());
 }
 
@@ -232,9 +232,9 @@ void ApplyRepairTest::refusesWhatChangedSinceThePlan()
         change.target = tree.path(change.target);
     const JournalResult result = apply(tree, {rewrite(first, "first\n", "changed\n"), change});
     QCOMPARE(result.outcome, Outcome::Refused);
-    QCOMPARE(result.reason.text(), reason.replace(QLatin1String("%1"), change.path)
-                                       .replace(QLatin1String("%2"), change.target)
-                                       .replace(QLatin1String("%3"), tree.path()));
+    QCOMPARE(result.reason, reason.replace(QLatin1String("%1"), change.path)
+                                .replace(QLatin1String("%2"), change.target)
+                                .replace(QLatin1String("%3"), tree.path()));
     QCOMPARE(tree.snapshot(), before);
     QCOMPARE(QDir(tree.journalPath()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
 }
@@ -245,7 +245,7 @@ void ApplyRepairTest::refusesALinkThatLeadsElsewhereNow()
     doctor::Change change = rewrite(tree.link(QStringLiteral("link"), "two"), "same\n", "new\n");
     change.resolved = tree.write(QStringLiteral("one"), "same\n");
     const QString two = tree.write(QStringLiteral("two"), "same\n");
-    QCOMPARE(apply(tree, {change}).reason.text(),
+    QCOMPARE(apply(tree, {change}).reason,
              QStringLiteral("%1 leads to %2 now, and led to %3 when this repair was planned.")
                  .arg(change.path, two, change.resolved));
     change.resolved = two;
@@ -264,7 +264,7 @@ void ApplyRepairTest::linksOfOthersLeadToTheirOwnFilesOnly()
     const JournalResult result = apply(tree, {rewrite(link, "old\n", "new\n")});
     QCOMPARE(result.outcome, Outcome::Refused);
     QCOMPARE(
-        result.reason.text(),
+        result.reason,
         QStringLiteral("%1 leads through a link of another user to %2, which is not that user's.")
             .arg(link, ours));
     QVERIFY(giveTo(ours, other));
@@ -284,7 +284,7 @@ void ApplyRepairTest::directoriesBecomingLinksAreNotFollowed()
     step.to.content = doctor::Content("changed\n");
     const doctor::Problem problem = doctor::perform(step);
     QVERIFY(problem);
-    QCOMPARE(problem->text(),
+    QCOMPARE(*problem,
              QStringLiteral("A directory on the way to %1 was replaced by a link or a file.")
                  .arg(tree.path(QStringLiteral("directory/file"))));
     QCOMPARE(tree.read(QStringLiteral("elsewhere/file")), QByteArray("of somebody else\n"));
@@ -301,7 +301,7 @@ void ApplyRepairTest::failureInTheMiddleTakesAllBack()
                remove(tree.path(QStringLiteral("full")), doctor::Change::Entry::Directory)});
     QCOMPARE(result.outcome, Outcome::Failed);
     QCOMPARE(
-        result.reason.text(),
+        result.reason,
         QStringLiteral("The directory %1 is not empty.").arg(tree.path(QStringLiteral("full"))));
     QVERIFY(result.notes.isEmpty());
     QCOMPARE(tree.snapshot(), before);
@@ -320,9 +320,9 @@ void ApplyRepairTest::secondDoctorHasToWait()
     QCOMPARE(::flock(held.number(), LOCK_EX), 0);
     const JournalResult result = apply(tree, {rewrite(file, "new\n", "newer\n")});
     QCOMPARE(result.outcome, Outcome::Refused);
-    QCOMPARE(result.reason.text(),
+    QCOMPARE(result.reason,
              QStringLiteral("Another repair is under way. Try again when it is done."));
-    QCOMPARE(Journal(tree.journalPath()).undo(1).reason.text(), result.reason.text());
+    QCOMPARE(Journal(tree.journalPath()).undo(1).reason, result.reason);
     QCOMPARE(Journal(tree.journalPath()).history().size(), 1);
     ::flock(held.number(), LOCK_UN);
     QCOMPARE(Journal(tree.journalPath()).undo(1).outcome, Outcome::Undone);
@@ -336,10 +336,10 @@ void ApplyRepairTest::refusedPlanLeavesNoTrace()
     Journal journal(tree.journalPath());
     const JournalResult result = journal.apply(refused);
     QCOMPARE(result.outcome, Outcome::Refused);
-    QCOMPARE(result.reason.text(), refused.refusal);
+    QCOMPARE(result.reason, refused.refusal);
     QVERIFY(journal.recover().isEmpty());
     QVERIFY(journal.history().isEmpty());
-    QCOMPARE(journal.undo(1).reason.text(), QStringLiteral("There is no repair 1."));
+    QCOMPARE(journal.undo(1).reason, QStringLiteral("There is no repair 1."));
     QVERIFY(!QFileInfo::exists(tree.journalPath()));
 }
 

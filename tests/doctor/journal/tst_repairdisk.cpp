@@ -135,11 +135,11 @@ bool losesNothing(const GrowingTree &tree, const QString &journalPath, const QSt
         const JournalResult undone = journal.undo(result.number);
         if (undone.outcome == Outcome::Undone)
             return isSame(tree, before);
-        return undone.reason.text().contains(reason) && isSame(tree, after);
+        return undone.reason.contains(reason) && isSame(tree, after);
     }
     ++failures;
-    if (!result.reason.text().contains(reason) || !result.notes.isEmpty()) {
-        qWarning("%s", qPrintable(result.reason.text()));
+    if (!result.reason.contains(reason) || !result.notes.isEmpty()) {
+        qWarning("%s", qPrintable(result.reason));
         return false;
     }
     return isSame(tree, before) && journal.recover().isEmpty();
@@ -220,8 +220,8 @@ void RepairDiskTest::readOnlyDiskIsNamed()
             return false;
         const JournalResult result = Journal(tree.journalPath()).apply(tree.plan());
         const bool isNamed =
-            result.reason.text() == QStringLiteral("%1 is on a disk that can only be read.")
-                                        .arg(tree.path(QStringLiteral("one")));
+            result.reason == QStringLiteral("%1 is on a disk that can only be read.")
+                                 .arg(tree.path(QStringLiteral("one")));
         const bool isHeld = isNamed && result.outcome == Outcome::Failed &&
                             result.notes.isEmpty() && isSame(tree, before);
         ::umount(path.constData());
@@ -255,8 +255,8 @@ void RepairDiskTest::immutableFileIsNamed()
                        "belongs to another user.")
             .arg(path);
     QCOMPARE(written.outcome, Outcome::Failed);
-    QCOMPARE(written.reason.text(), reason);
-    QCOMPARE(removed.reason.text(), reason);
+    QCOMPARE(written.reason, reason);
+    QCOMPARE(removed.reason, reason);
     QVERIFY(written.notes.isEmpty() && removed.notes.isEmpty());
     QVERIFY(file.seek(0));
     QCOMPARE(file.readAll(), QByteArray("old\n"));
@@ -276,7 +276,7 @@ void RepairDiskTest::fileOfAnotherOwnerIsLeftAlone()
         const JournalResult result =
             Journal(tree.journalPath()).apply(plan({rewrite(file, "old\n", "new\n")}));
         return result.outcome == Outcome::Failed &&
-               result.reason.text() ==
+               result.reason ==
                    QStringLiteral(
                        "Only the administrator can let %1 belong to its owner and group.")
                        .arg(file);
@@ -297,7 +297,7 @@ void RepairDiskTest::journalInAReadOnlyPlaceChangesNothing()
         const JournalResult result = Journal(state + QLatin1String("/repairs")).apply(tree.plan());
         ::umount(path.constData());
         return result.outcome == Outcome::Refused && isSame(tree, before) &&
-               result.reason.text() ==
+               result.reason ==
                    QStringLiteral("%1/repairs is on a disk that can only be read.").arg(state);
     });
     if (status == NotPossible)

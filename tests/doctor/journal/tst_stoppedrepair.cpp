@@ -107,8 +107,8 @@ QByteArray brokenAfterStop(const FullTree &tree)
 {
     Journal journal(tree.journalPath());
     QByteArray notes;
-    for (const doctor::Message &note : journal.recover())
-        notes += '\n' + note.text().toUtf8();
+    for (const QString &note : journal.recover())
+        notes += '\n' + note.toUtf8();
     for (const JournalEntry &entry : journal.history()) {
         if (entry.state == JournalEntry::State::Damaged)
             return "the journal does not read";
@@ -125,7 +125,7 @@ QByteArray brokenAfterStop(const FullTree &tree)
     const int number = journal.history().last().number;
     const JournalResult undone = journal.undo(number);
     if (undone.outcome != Outcome::Undone)
-        return "the repair cannot be undone: " + undone.reason.text().toUtf8();
+        return "the repair cannot be undone: " + undone.reason.toUtf8();
     if (tree.snapshot() != snapshots().before)
         return "undo does not give the tree back:" +
                RepairTree::difference(tree.snapshot(), snapshots().before);

@@ -33,7 +33,7 @@ int applied(const RepairTree &tree, const QVector<doctor::Change> &all)
 {
     const JournalResult result = Journal(tree.journalPath()).apply(plan(all));
     if (result.outcome != Outcome::Applied)
-        qFatal("not applied: %s", qPrintable(result.reason.text()));
+        qFatal("not applied: %s", qPrintable(result.reason));
     return result.number;
 }
 
@@ -121,10 +121,11 @@ void UndoRepairTest::conflictChangesNothingAndNamesTheBackup()
     const JournalResult result = undone(tree, 1);
     QCOMPARE(result.outcome, Outcome::Conflict);
     QCOMPARE(result.kept, QStringList{file});
-    QCOMPARE(result.reason.text(),
-             QStringLiteral("%1 was changed later in the same place.").arg(file));
+    QCOMPARE(result.reason, QStringLiteral("%1 was changed later in the same place.").arg(file));
     QCOMPARE(result.notes.size(), 1);
-    QFile backup(result.notes[0].values.last());
+    const QString note = result.notes[0];
+    QVERIFY(note.startsWith(QStringLiteral("What %1 was before the repair is in ").arg(file)));
+    QFile backup(note.mid(note.lastIndexOf(QLatin1Char(' ')) + 1).chopped(1));
     QVERIFY(backup.open(QIODevice::ReadOnly));
     QCOMPARE(backup.readAll(), QByteArray("a=1\n"));
     QCOMPARE(tree.snapshot(), before);
@@ -152,7 +153,7 @@ void UndoRepairTest::theLaterRepairIsNamed()
     const QString file = tree.write(QStringLiteral("file"), "a=1\n");
     applied(tree, {rewrite(file, "a=1\n", "a=2\n")});
     applied(tree, {rewrite(file, "a=2\n", "a=3\n")});
-    QCOMPARE(undone(tree, 1).reason.text(),
+    QCOMPARE(undone(tree, 1).reason,
              QStringLiteral("%1 was changed by the later repair 2. Undo that first.").arg(file));
     QCOMPARE(undone(tree, 2).outcome, Outcome::Undone);
     QCOMPARE(undone(tree, 1).outcome, Outcome::Undone);
@@ -168,7 +169,7 @@ void UndoRepairTest::rightsChangedTwiceAreAConflict()
     ::chmod(QFile::encodeName(file).constData(), 0600);
     const JournalResult result = undone(tree, 1);
     QCOMPARE(result.outcome, Outcome::Conflict);
-    QCOMPARE(result.reason.text(),
+    QCOMPARE(result.reason,
              QStringLiteral("The rights of %1 were changed after the repair.").arg(file));
     ::chmod(QFile::encodeName(file).constData(), 0644);
     QCOMPARE(undone(tree, 1).outcome, Outcome::Undone);
@@ -198,7 +199,7 @@ void UndoRepairTest::movedAsideAndMadeAgainIsAConflict()
     tree.write(QStringLiteral("file"), "made by the program\n");
     const JournalResult result = undone(tree, 1);
     QCOMPARE(result.outcome, Outcome::Conflict);
-    QCOMPARE(result.reason.text(),
+    QCOMPARE(result.reason,
              QStringLiteral("%1 is there again. What was there before is %2.").arg(file, aside));
     QVERIFY(QFile::remove(file));
     QCOMPARE(undone(tree, 1).outcome, Outcome::Undone);
@@ -225,8 +226,8 @@ void UndoRepairTest::undoneIsUndoneOnce()
     const RepairTree tree;
     applied(tree, {create(tree.path(QStringLiteral("file")), "x")});
     QCOMPARE(undone(tree, 1).outcome, Outcome::Undone);
-    QCOMPARE(undone(tree, 1).reason.text(), QStringLiteral("Repair 1 is undone already."));
-    QCOMPARE(undone(tree, 7).reason.text(), QStringLiteral("There is no repair 7."));
+    QCOMPARE(undone(tree, 1).reason, QStringLiteral("Repair 1 is undone already."));
+    QCOMPARE(undone(tree, 7).reason, QStringLiteral("There is no repair 7."));
     QCOMPARE(Journal(tree.journalPath()).history().first().state,
              doctor::JournalEntry::State::Undone);
 }

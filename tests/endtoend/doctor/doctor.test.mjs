@@ -66,23 +66,20 @@ test('a healthy machine has no finding', async () => {
     });
 });
 
-test.each([['plan'], ['fix', '--dry-run']])(
-    '%s %s shows changes and writes nothing',
-    async (...words) => {
-        const before = await root.stat(settings);
-        const { status, of } = await lines([...words, 'permissions.open']);
-        expect(status).toBe(1);
-        expect(of('change')).toMatchObject([
-            { kind: 'rights', path: settings, mode: '0664', needs: 'user' },
-        ]);
-        expect(of('repair')).toMatchObject([{ repair: 'close', result: 'planned', journal: 0 }]);
-        expect((await root.stat(settings)).ctimeMs).toBe(before.ctimeMs);
-        expect(await root.exists('/home/user/.local')).toBe(false);
-    },
-);
+test('a dry run shows changes and writes nothing', async () => {
+    const before = await root.stat(settings);
+    const { status, of } = await lines(['--fix', '--dry-run', 'permissions.open']);
+    expect(status).toBe(1);
+    expect(of('change')).toMatchObject([
+        { kind: 'rights', path: settings, mode: '0664', needs: 'user' },
+    ]);
+    expect(of('repair')).toMatchObject([{ repair: 'close', result: 'planned', journal: 0 }]);
+    expect((await root.stat(settings)).ctimeMs).toBe(before.ctimeMs);
+    expect(await root.exists('/home/user/.local')).toBe(false);
+});
 
 test('a repair is verified, kept in the history and undone', async () => {
-    expect(await lines(['fix', '--yes', 'permissions.open'])).toMatchObject({ status: 0 });
+    expect(await lines(['--fix', '--yes', 'permissions.open'])).toMatchObject({ status: 0 });
     expect(await mode()).toBe(0o664);
     expect((await lines(['history'])).of('entry')).toMatchObject([
         { journal: 1, check: 'permissions.open', repair: 'close', state: 'applied' },
@@ -101,13 +98,13 @@ test.each([
     ['', 0o666],
     ['y\n', 0o664],
 ])('the answer %j decides whether it is repaired', async (input, wanted) => {
-    const { status } = await doctor(['fix', 'permissions.open'], { input });
+    const { status } = await doctor(['--fix', 'permissions.open'], { input });
     expect(await mode()).toBe(wanted);
     expect(status).toBe(wanted === 0o664 ? 0 : 1);
 });
 
 test('JSON without --yes asks nobody and repairs nothing', async () => {
-    const { status, of } = await lines(['fix', 'permissions.open']);
+    const { status, of } = await lines(['--fix', 'permissions.open']);
     expect(of('repair')).toMatchObject([{ result: 'refused' }]);
     expect(status).toBe(1);
     expect(await mode()).toBe(0o666);
@@ -136,7 +133,7 @@ const ownCheck = {
 test('a check of the user changes one key, shown as a diff, and nothing else', async () => {
     await root.writeFile(`${ownChecks}/own.json`, JSON.stringify(ownCheck));
     await root.writeFile(own, '# mine\r\n[s]\r\ncolour = blue\nsize=1');
-    const { status, of } = await lines(['fix', '--yes', 'own.colour']);
+    const { status, of } = await lines(['--fix', '--yes', 'own.colour']);
     expect(of('change')[0]).toMatchObject({ kind: 'write', path: own });
     expect(of('change')[0].diff).toMatch(/^-colour = blue\n\+colour ?= ?red$/m);
     expect(of('repair')).toMatchObject([{ result: 'repaired', journal: 1 }]);
@@ -150,7 +147,7 @@ test('a check of the user changes one key, shown as a diff, and nothing else', a
 test('a repair that does not help is taken back', async () => {
     await root.writeFile(`${ownChecks}/own.json`, JSON.stringify(ownCheck));
     await root.writeFile(own, '[s]\ncolour=blue\nsize=1\n');
-    const { status, of } = await lines(['fix', '--yes', '--repair', 'useless', 'own.colour']);
+    const { status, of } = await lines(['--fix', '--yes', '--repair', 'useless', 'own.colour']);
     expect(of('repair')).toMatchObject([{ repair: 'useless', result: 'unchanged' }]);
     expect(status).toBe(1);
     expect(await root.readFile(own)).toBe('[s]\ncolour=blue\nsize=1\n');
@@ -158,14 +155,14 @@ test('a repair that does not help is taken back', async () => {
 
 test('a mistake in a check file has its line and column, and makes the run fail', async () => {
     await root.writeFile(`${ownChecks}/own.json`, '{\n  "id": "own.check",\n  "looks": {}\n}\n');
-    const lint = await doctor(['lint', `${ownChecks}/own.json`]);
+    const lint = await doctor(['--lint', `${ownChecks}/own.json`]);
     expect(lint.status).toBe(1);
     expect(lint.stderr).toMatch(/own\.json:3:3: /);
     expect(await lines(['permissions.open'])).toMatchObject({ status: 3, last: { failed: 1 } });
 });
 
 test('the latest repair that is not undone is the one to undo', async () => {
-    await lines(['fix', '--yes', 'permissions.open']);
+    await lines(['--fix', '--yes', 'permissions.open']);
     await lines(['undo']);
     const again = await lines(['undo']);
     expect(again).toMatchObject({ status: 1, last: { type: 'undone', result: 'failed' } });
@@ -173,20 +170,46 @@ test('the latest repair that is not undone is the one to undo', async () => {
 });
 
 test('wrong usage says what is wrong', async () => {
-    for (const words of [['no.such.check'], ['undo', 'x'], ['--unknown'], ['lint']]) {
+    for (const words of [['no.such.check'], ['undo', 'x'], ['--unknown'], ['--lint'], ['--yes']]) {
         const { status, stderr } = await doctor(words);
         expect(status).toBe(2);
         expect(stderr).toMatch(/^assistantctl doctor: ./);
     }
 });
 
-test('texts are in the language of the session', async () => {
-    const { stdout } = await doctor(['permissions.open'], { env: { LANG: 'zh_CN.UTF-8' } });
-    expect(stdout).toContain('此计算机的所有用户都可以修改');
+test.each([{ LANG: 'zh_CN.UTF-8' }, { LANG: 'en_GB.UTF-8', LANGUAGE: 'zh:en' }])(
+    'texts are in the language of the session: %j',
+    async (env) => {
+        const { stdout } = await doctor(['--fix', '--yes', 'permissions.open'], { env });
+        expect(stdout).toMatch(/此计算机的所有用户都可以修改/);
+        expect(stdout).toMatch(/^ {2}设置权限：.*Office\.conf 0664$/m);
+        expect(stdout).toMatch(/^permissions\.open\/close：已修复\n {4}撤销命令：assistantctl/m);
+        await root.writeFile(settings, '[Version]\n', { mode: 0o600 });
+        const undo = await doctor(['undo'], { env });
+        expect(undo.stdout).toMatch(/^.*Office\.conf 的权限在修复后又被更改。$/m);
+        expect((await doctor(['--list', '--fix'], { env })).stderr).toMatch(/只能选择其一/);
+        const [reason] = (await lines(['undo', '7'])).of('undone');
+        expect(reason.reason).toBe('There is no repair 7.');
+    },
+);
+
+test('the columns of the history are aligned, also with wide characters', async () => {
+    const env = { LANG: 'zh_CN.UTF-8' };
+    const fix = ['--fix', '--yes', 'permissions.open'];
+    await doctor(fix);
+    await doctor(['undo']);
+    await doctor(fix);
+    const columns = (line) => line.replace(/\p{Script=Han}/gu, '##').indexOf('permissions.open');
+    for (const settingsOfRun of [{}, { env }]) {
+        const { stdout } = await doctor(['history'], settingsOfRun);
+        const entries = stdout.split('\n').filter((line) => line.includes('permissions.open'));
+        expect(entries.map(columns)).toEqual([38, 38]);
+        expect(entries[0]).toMatch(settingsOfRun.env ? / 已撤销 / : / undone /);
+    }
 });
 
 test('two doctors at once leave one journal that both can read', async () => {
-    const fix = ['/suite/office/assistantctl doctor fix --yes permissions.open'];
+    const fix = ['/suite/office/assistantctl doctor --fix --yes permissions.open'];
     await root.run(['bash', '-c', `${fix} & ${fix} & wait`]);
     expect(await mode()).toBe(0o664);
     const entries = (await lines(['history'])).of('entry');
@@ -209,11 +232,11 @@ test('every kind of line is as the published schema says', async () => {
     for (const words of [
         [],
         ['--list'],
-        ['plan'],
-        ['fix', '--yes'],
+        ['--fix', '--dry-run'],
+        ['--fix', '--yes'],
         ['history'],
         ['undo'],
-        ['lint', `${ownChecks}/own.json`],
+        ['--lint', `${ownChecks}/own.json`],
     ]) {
         seen.push(...(await lines(words)).events);
     }

@@ -3,7 +3,16 @@
 #include "helio/ctl/doctor/doctorline.h"
 
 using ctl::DoctorLine;
-using ctl::parseDoctorLine;
+
+namespace {
+
+DoctorLine parsed(const char *words)
+{
+    return ctl::parseDoctorLine(
+        QString::fromLatin1(words).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+}
+
+} // namespace
 
 class tst_DoctorLine : public QObject
 {
@@ -12,69 +21,84 @@ class tst_DoctorLine : public QObject
 private slots:
     void withoutWordsAllChecksRun()
     {
-        const DoctorLine line = parseDoctorLine({});
+        const DoctorLine line = parsed("");
         QVERIFY(line.fault.isEmpty());
         QCOMPARE(line.mode, DoctorLine::Check);
         QVERIFY(line.checks.isEmpty());
         QVERIFY(!line.json);
     }
 
-    void modesAreWordsOrOptions_data()
+    void theModeIsAnOptionOrAWord_data()
     {
-        QTest::addColumn<QStringList>("words");
         QTest::addColumn<int>("mode");
         const auto row = [](const char *words, DoctorLine::Mode mode) {
-            QTest::newRow(words) << QString::fromLatin1(words).split(QLatin1Char(' ')) << int(mode);
+            QTest::newRow(words) << int(mode);
         };
         row("--list", DoctorLine::List);
-        row("list", DoctorLine::List);
-        row("plan", DoctorLine::PlanRepairs);
-        row("plan a.b", DoctorLine::PlanRepairs);
-        row("fix --yes a.b c.d", DoctorLine::Fix);
         row("--fix", DoctorLine::Fix);
-        row("a.b --fix", DoctorLine::Fix);
+        row("--fix --yes a.b c.d", DoctorLine::Fix);
+        row("a.b --fix --dry-run", DoctorLine::Fix);
         row("undo", DoctorLine::Undo);
         row("undo 3", DoctorLine::Undo);
+        row("--json undo 3", DoctorLine::Undo);
         row("history --json", DoctorLine::History);
-        row("lint file.json", DoctorLine::Lint);
         row("--lint file.json", DoctorLine::Lint);
         row("--help", DoctorLine::ShowText);
         row("a.b", DoctorLine::Check);
+        row("a.b undo", DoctorLine::Check);
     }
-    void modesAreWordsOrOptions()
+    void theModeIsAnOptionOrAWord()
     {
-        QFETCH(QStringList, words);
         QFETCH(int, mode);
-        const DoctorLine line = parseDoctorLine(words);
+        const DoctorLine line = parsed(QTest::currentDataTag());
         QCOMPARE(line.fault, QString());
         QCOMPARE(int(line.mode), mode);
     }
 
     void theRestOfALineIsKept()
     {
-        const DoctorLine fix = parseDoctorLine(
-            {QStringLiteral("fix"), QStringLiteral("a.b"), QStringLiteral("--dry-run"),
-             QStringLiteral("--json"), QStringLiteral("--repair"), QStringLiteral("r"),
-             QStringLiteral("c.d")});
+        const DoctorLine fix = parsed("--fix a.b --dry-run --json --repair r c.d");
         QCOMPARE(fix.checks, QStringList({QStringLiteral("a.b"), QStringLiteral("c.d")}));
         QVERIFY(fix.dryRun && fix.json && !fix.yes);
         QCOMPARE(fix.repair, QStringLiteral("r"));
-        QCOMPARE(parseDoctorLine({QStringLiteral("undo"), QStringLiteral("12")}).journal, 12);
-        QCOMPARE(parseDoctorLine({QStringLiteral("lint"), QStringLiteral("x")}).file,
-                 QStringLiteral("x"));
+        QCOMPARE(parsed("undo 12").journal, 12);
+        QCOMPARE(parsed("--lint x").file, QStringLiteral("x"));
     }
 
     void wrongLinesAreFaults_data()
     {
-        QTest::addColumn<QStringList>("words");
-        for (const char *words : {"undo x", "undo 0", "undo -1", "undo 1 2", "lint", "lint a b",
-                                  "history x", "list x", "--unknown", "--repair"})
-            QTest::newRow(words) << QString::fromLatin1(words).split(QLatin1Char(' '));
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char *words, const char *reason) {
+            QTest::newRow(words) << QString::fromLatin1(reason);
+        };
+        row("undo x", "undo takes the number of one repair");
+        row("undo 0", "undo takes the number of one repair");
+        row("undo 1 2", "undo takes the number of one repair");
+        row("undo -1", "there is no option -1");
+        row("--unknown", "there is no option --unknown");
+        row("--list x", "unexpected argument: x");
+        row("--lint a b", "unexpected argument: b");
+        row("history x", "unexpected argument: x");
+        row("--yes", "--yes belongs to --fix");
+        row("--list --dry-run", "--dry-run belongs to --fix");
+        row("undo --repair r", "--repair belongs to --fix");
+        row("--fix --list", "only one of --list, --fix, --lint, undo and history can be done");
+        row("undo --fix", "only one of --list, --fix, --lint, undo and history can be done");
+        row("--lint", "Missing value after '--lint'.");
+        row("--repair", "Missing value after '--repair'.");
     }
     void wrongLinesAreFaults()
     {
-        QFETCH(QStringList, words);
-        QVERIFY(!parseDoctorLine(words).fault.isEmpty());
+        QFETCH(QString, reason);
+        QCOMPARE(parsed(QTest::currentDataTag()).fault, reason);
+    }
+
+    void theHelpDescribesEveryOption()
+    {
+        const QString help = parsed("--help").text;
+        for (const char *option : {"--list ", "--fix ", "--yes ", "--dry-run ", "--repair ID ",
+                                   "--lint FILE ", "--json ", "--help ", "undo [N]", "history"})
+            QVERIFY2(help.contains(QLatin1String(option)), option);
     }
 };
 

@@ -1,0 +1,123 @@
+import fs from 'node:fs';
+import path from 'node:path';
+
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { commands } from '../helio/ctl/commandtable.mjs';
+import { suiteDirectory } from '../paths.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+import { canBuildPackage } from './debianpackage.mjs';
+
+const completions = path.join(path.dirname(suiteDirectory), 'packaging/completions');
+const files = ['assistantctl.bash', '_assistantctl', 'assistantctl.fish'];
+const settings = '/home/user/.config/Orvane/Office.conf';
+const program = '/suite/office/assistantctl';
+const repair = [program, 'doctor', '--fix', '--yes', 'permissions.open'];
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create({ suite: true, env: { PATH: '/suite/office:/usr/bin:/bin' } });
+    root.bind(completions, '/completions');
+});
+
+afterEach(async () => root.dispose());
+
+function wordsOf(text, pattern) {
+    return [...new Set(text.match(pattern))].sort();
+}
+
+async function longOptions(words) {
+    const { stdout } = await root.run([program, ...words, '--help']);
+    return wordsOf(stdout, /(?<=^ {2}(?:-\w, )?)--[a-z-]+/gm);
+}
+
+describe.runIf(canBuildPackage)('completions', () => {
+    test.each(files)('%s has every option and command, and no others', async (file) => {
+        const text = fs.readFileSync(path.join(completions, file), 'utf8');
+        const wanted = [...(await longOptions([])), ...(await longOptions(['doctor']))];
+        const options = file.endsWith('.fish')
+            ? wordsOf(text, /(?<=^complete .* -l )[a-z-]+/gm).map((name) => `--${name}`)
+            : wordsOf(text, /(?<![\w-])--[a-z][a-z-]*/g);
+        expect(options).toEqual([...new Set(wanted)].sort());
+        const line = text.split('\n').find((one) => one.includes(commands[0]));
+        const words = line.match(/\w+/g);
+        const places = commands.map((command) => words.indexOf(command)).sort((a, b) => a - b);
+        expect(places).toEqual(commands.map((_, index) => places[0] + index));
+        expect(places[0]).toBeGreaterThan(0);
+    });
+
+    test('each shell can read its file', async () => {
+        for (const [shell, file] of [
+            [['bash', '-n'], 'assistantctl.bash'],
+            [['zsh', '-n'], '_assistantctl'],
+            [['fish', '--no-execute'], 'assistantctl.fish'],
+        ]) {
+            const { status, stderr } = await root.run([...shell, `/completions/${file}`]);
+            expect({ file, status, stderr }).toEqual({ file, status: 0, stderr: '' });
+        }
+    });
+
+    const inBash = `source /completions/assistantctl.bash
+[[ $(complete -p assistantctl) == 'complete -F _assistantctl assistantctl' ]] || exit 1
+COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+_assistantctl "$1" "\${@: -1}" "\${@: -2:1}"
+printf '%s\\n' "\${COMPREPLY[@]}"`;
+
+    async function completedByBash(...words) {
+        const { stdout } = await root.run(['bash', '-c', inBash, 'bash', 'assistantctl', ...words]);
+        return stdout.split('\n').filter(Boolean);
+    }
+
+    async function completedByFish(...words) {
+        const line = ['assistantctl', ...words].join(' ');
+        const script = 'source /completions/assistantctl.fish; complete -C $argv[1]';
+        const { stdout } = await root.run(['fish', '--no-config', '-c', script, line]);
+        return stdout
+            .split('\n')
+            .filter(Boolean)
+            .map((word) => word.split('\t')[0]);
+    }
+
+    describe.each([
+        ['bash', completedByBash],
+        ['fish', completedByFish],
+    ])('in %s', (_shell, completed) => {
+        test('a first word is a command or the doctor', async () => {
+            const words = await completed('');
+            expect(words.toSorted()).toEqual([...commands, 'doctor'].sort());
+            expect(await completed('mousePr')).toEqual(['mousePress']);
+        });
+
+        test('options are those of the program or of the doctor', async () => {
+            expect((await completed('--')).toSorted()).toEqual(await longOptions([]));
+            expect((await completed('doctor', '--')).toSorted()).toEqual(
+                await longOptions(['doctor']),
+            );
+            expect(await completed('--page', 'c')).toEqual(['child']);
+        });
+
+        test('the checks are those of this machine', async () => {
+            await root.writeFile(
+                '/home/user/.config/office-assistant/checks.d/own.json',
+                JSON.stringify({
+                    id: 'own.check',
+                    title: 'Mine',
+                    look: { file: '/x', exists: true },
+                    finding: { text: 'There.' },
+                }),
+            );
+            expect(await completed('doctor', 'own')).toEqual(['own.check']);
+            expect(await completed('doctor', '--fix', 'permissions.o')).toEqual([
+                'permissions.open',
+            ]);
+            expect(await completed('doctor', 'hi')).toEqual(['history']);
+        });
+
+        test('a repair to undo is one of the history', async () => {
+            await root.writeFile(settings, '[Version]\n', { mode: 0o666 });
+            expect((await root.run(repair)).status).toBe(0);
+            expect(await completed('doctor', 'undo', '')).toEqual(['1']);
+        });
+    });
+});
