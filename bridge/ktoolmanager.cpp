@@ -17,6 +17,9 @@ constexpr char screenGrabPath[] =
     "/addons/vyrassistanttool/independScreenshot/libkscreengrablinux.so";
 constexpr char screenGrabSymbol[] = "screenShot";
 
+/// A listing of a path that hangs must not keep the program from ending.
+constexpr int longestListingMs = 2000;
+
 /// Null before the manager is made and after it is destroyed. Guarded, so that it is not destroyed
 /// meanwhile.
 KToolManager *living = nullptr;
@@ -48,6 +51,7 @@ KToolManager::~KToolManager()
         const std::lock_guard lock(livingGuard);
         living = nullptr;
     }
+    infoHelp.waitForListings(longestListingMs);
     removeStagedScripts();
 }
 

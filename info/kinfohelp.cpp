@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QSettings>
@@ -10,6 +11,7 @@
 
 #include "info/otherofficesuites.h"
 #include "info/runcommand.h"
+#include "info/shellprocess.h"
 #include "info/shellwords.h"
 #include "plugin/config/scriptstaging.h"
 
@@ -54,19 +56,6 @@ FilePermEntry lookedUp(const QString &name, const QString &path)
             file.group(),
             permissionText(file.permissions()),
             file.lastModified().toString(QStringLiteral("hh:mm:ss"))};
-}
-
-/// A blank splits a path in two: callers of the library rely on that.
-bool startListing(const QString &output, const QStringList &paths, QObject *owner)
-{
-    const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
-    if (script.isEmpty())
-        return false;
-    QStringList words{QStringLiteral("bash"), shellWord(script)};
-    for (const QString &path : QStringList(output) + paths)
-        words += shellWords(path);
-    startCommand(words.join(QLatin1Char(' ')), owner);
-    return true;
 }
 
 } // namespace
@@ -187,12 +176,34 @@ bool KInfoHelp::exportOftenFilePermissions(const QString &output)
     QStringList paths;
     for (const FilePermEntry &entry : qAsConst(m_oftenFiles))
         paths.append(entry.path);
-    return startListing(output, paths, this);
+    return startListing(output, paths);
 }
 
 bool KInfoHelp::exportSpecialFilePermissions(const QString &output, const QString &file)
 {
-    return startListing(output, {file}, this);
+    return startListing(output, {file});
+}
+
+/// A blank splits a path in two: callers of the library rely on that.
+bool KInfoHelp::startListing(const QString &output, const QStringList &paths)
+{
+    const QString script = stagedScript(QStringLiteral("getfileinfo.sh"));
+    if (script.isEmpty())
+        return false;
+    QStringList words{QStringLiteral("bash"), shellWord(script)};
+    for (const QString &path : QStringList(output) + paths)
+        words += shellWords(path);
+    if (const auto listing = startCommand(words.join(QLatin1Char(' ')), this))
+        m_listings.append(*listing);
+    return true;
+}
+
+void KInfoHelp::waitForListings(int longestMs)
+{
+    const QDeadlineTimer deadline(longestMs);
+    for (const pid_t listing : qAsConst(m_listings))
+        hasEnded(listing, deadline);
+    m_listings.clear();
 }
 
 } // namespace OfficeAssiant

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <sys/types.h>
+
 #include "info/filepermentry.h"
 #include "info/reportsections.h"
 
@@ -67,8 +69,15 @@ public:
     /// The same for the one path @p file.
     bool exportSpecialFilePermissions(const QString &output, const QString &file);
 
+    /// Waits for the listings that were started. Without their script, which goes with the program,
+    /// they would come to nothing.
+    void waitForListings(int longestMs);
+
 private:
+    bool startListing(const QString &output, const QStringList &paths);
+
     QVector<FilePermEntry> m_oftenFiles;
+    QVector<pid_t> m_listings;
     QString m_kernelInfo;
     QString m_browserInfo;
     QString m_cpuInfo;

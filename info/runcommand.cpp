@@ -44,11 +44,11 @@ std::optional<QByteArray> readCommandOutput(const QString &command, int longestM
     return output;
 }
 
-void startCommand(const QString &command, QObject *owner)
+std::optional<pid_t> startCommand(const QString &command, QObject *owner)
 {
     const auto child = startShell(command.toLocal8Bit(), Apart::Session);
     if (!child)
-        return;
+        return std::nullopt;
     // A thread that waits could outlive the plug-in; the timer is destroyed with its owner.
     auto *collector = new QTimer(owner);
     QObject::connect(collector, &QTimer::timeout, collector, [collector, child = *child] {
@@ -58,6 +58,7 @@ void startCommand(const QString &command, QObject *owner)
         collector->deleteLater();
     });
     collector->start(collectIntervalMs);
+    return child;
 }
 
 } // namespace OfficeAssiant

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+#include <sys/types.h>
+
 class QObject;
 
 namespace OfficeAssiant {
@@ -25,7 +27,8 @@ std::optional<QByteArray> readCommandOutput(const QString &command,
                                             int longestMs = longestCommandMs);
 
 /// Starts a shell command line in a session of its own and discards its output. It may outlive this
-/// process. The event loop collects the ended child for as long as @p owner lives.
-void startCommand(const QString &command, QObject *owner);
+/// process. The event loop collects the ended child for as long as @p owner lives. Returns its
+/// number; nothing if it cannot be started.
+std::optional<pid_t> startCommand(const QString &command, QObject *owner);
 
 } // namespace OfficeAssiant

@@ -7,6 +7,7 @@
 
 #include <sys/resource.h>
 
+#include "info/kinfohelp.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/patience.h"
 #include "tests/support/shell/headlesstest.h"
@@ -171,6 +172,15 @@ private slots:
         QCOMPARE(shell.call(QStringLiteral("exportspecialfileperm"), {}, {picked}), success);
         QCOMPARE(shell.events(QStringLiteral("dialog")).size(), 2);
         QVERIFY(openedFiles(shell).isEmpty());
+    }
+
+    void startedListingsAreWaitedForBeforeTheirScriptGoes()
+    {
+        OfficeAssiant::KInfoHelp help;
+        const QString output = path("listing");
+        QVERIFY(help.exportSpecialFilePermissions(output, QStringLiteral("/etc/passwd")));
+        help.waitForListings(testsupport::longestWaitMs);
+        QVERIFY(readFile(output).endsWith(" /etc/passwd\n"));
     }
 
     void withoutAPickedFileItIsAnErrorAndNothingMoreIsAsked()

@@ -75,8 +75,6 @@ describe('two processes in one home', () => {
             done
             for process in $processes; do wait $process || exit 1; done`,
         ]);
-        // The process that ends first removes the staged scripts of all. Another one's script may
-        // then be missing, and its result is empty.
         expect(end.status).toBe(0);
         for (const number of [1, 2, 3, 4]) {
             const lines = (await root.readFile(`/tmp/events${number}`)).split('\n').slice(0, -1);
@@ -88,7 +86,7 @@ describe('two processes in one home', () => {
         expect(await root.readFile(`${workDirectory}/dump/vyr_1.dmp`)).toBe('a dump');
     });
 
-    test('one that ends removes the scripts, and the other one stages them again', async () => {
+    test('one that ends leaves the scripts to the other one, which removes them', async () => {
         const end = await root.run([
             'bash',
             '-c',
@@ -98,11 +96,15 @@ describe('two processes in one home', () => {
             answered '{"command":"getassomime"}' && echo "$line"
             /suite/office/assistantctl getassomime > /dev/null
             ls ${staging} | wc -l
-            answered '{"command":"getassomime"}' && echo "$line"`,
+            answered '{"command":"getassomime"}' && echo "$line"
+            eval "exec \${COPROC[1]}>&-"
+            wait "$COPROC_PID"
+            ls ${staging} | wc -l`,
         ]);
-        const [first, count, second] = end.stdout.split('\n');
-        expect(Number(count)).toBe(0);
+        const [first, countWhileUsed, second, countAtEnd] = end.stdout.split('\n');
+        expect(Number(countWhileUsed)).toBe(1);
         expect(Object.keys(JSON.parse(first).result[0]).length).toBeGreaterThan(0);
         expect(JSON.parse(second).result).toEqual(JSON.parse(first).result);
+        expect(Number(countAtEnd)).toBe(0);
     });
 });
