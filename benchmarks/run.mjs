@@ -4,6 +4,7 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
+import { doctorFigures } from './doctor.mjs';
 import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
@@ -24,6 +25,7 @@ const programs = {
     bareView: `${root}build/benchmarks/peers/bare_view`,
     plugin: `${office}/addons/vyrassistanttool/libofficeassistant.so`,
     emptyPlugin: `${root}build/benchmarks/peers/libempty_plugin.so`,
+    probeChecks: `${root}build/benchmarks/peers/probe_checks`,
     loadPlugin: `${root}build/benchmarks/peers/load_plugin`,
 };
 
@@ -36,6 +38,7 @@ function line({ name, unit, goal, ours, peer, ratio }) {
 const figures = [];
 for (const measure of [
     loadingFigures,
+    doctorFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,
