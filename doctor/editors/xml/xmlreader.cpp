@@ -230,7 +230,7 @@ QString XmlReader::readAttributes(XmlToken &token)
         if (token.attributes.size() == mostAttributes)
             return texts::tr("an element has more than 1000 attributes.");
         XmlAttribute attribute;
-        if (const QString problem = readAttribute(attribute); !problem.isEmpty())
+        if (QString problem = readAttribute(attribute); !problem.isEmpty())
             return problem;
         token.attributes.append(attribute);
     }

@@ -35,6 +35,28 @@ test('SIGTERM ends the program while a file dialog is open', async () => {
     expect(fs.readdirSync(shared.suite.staging)).toEqual(['kept']);
 });
 
+test('SIGTERM ends the program while a command waits for a program that hangs', async () => {
+    const started = path.join(shared.suite.home, 'started');
+    const fake = path.join(shared.suite.fakes, 'fc-list');
+    fs.writeFileSync(fake, `#!/bin/sh\necho $$ > ${started}\nexec sleep 600\n`, { mode: 0o755 });
+    try {
+        const program = await shared.start();
+        const page = await program.page();
+        void page.call('stratcheckenv').catch(() => {});
+        await waitFor(() => fs.existsSync(started) && fs.readFileSync(started, 'utf8').trim(), {
+            what: 'the start of the program that hangs',
+        });
+        const hanging = fs.readFileSync(started, 'utf8').trim();
+        program.signal('SIGTERM');
+        expect(await program.waitForExit()).toMatchObject({ status: 0, signal: null });
+        await waitFor(() => !fs.existsSync(`/proc/${hanging}`), {
+            what: 'the end of the program that hangs',
+        });
+    } finally {
+        fs.rmSync(fake);
+    }
+});
+
 test('closing the window during a command with an event loop of its own does no harm', async () => {
     const program = await startWithStagedScript();
     const page = await program.page();
