@@ -37,7 +37,7 @@ std::optional<QByteArray> readCommandOutput(const QString &command, int longestM
     };
     defaultAction.sa_handler = SIG_DFL;
     ::sigaction(SIGCHLD, &defaultAction, &previousAction);
-    const std::optional<QByteArray> output =
+    std::optional<QByteArray> output =
         outputOfShell(command.toLocal8Bit(), QDeadlineTimer(longestMs));
     if (output)
         ::sigaction(SIGCHLD, &previousAction, nullptr);
