@@ -34,6 +34,14 @@ QString distrust(const QString &path)
     return {};
 }
 
+Values valuesOf(const Finding &finding)
+{
+    Values values;
+    for (auto value = finding.values.constBegin(); value != finding.values.constEnd(); ++value)
+        values.insert(value.key(), Value::ofText(*value));
+    return values;
+}
+
 } // namespace
 
 CheckDirectories checkDirectories(const Machine &machine, const QString &shipped)
@@ -118,21 +126,26 @@ void Doctor::run(const QStringList &ids, const QString &locale, const ResultHand
 
 Plan Doctor::plan(const Finding &finding, const QString &repair) const
 {
+    return plan(QVector<Finding>{finding}, repair);
+}
+
+Plan Doctor::plan(const QVector<Finding> &findings, const QString &repair) const
+{
     Plan plan;
-    const CheckDefinition *definition = check(finding.check);
+    const QString id = findings.isEmpty() ? QString() : findings.first().check;
+    const CheckDefinition *definition = check(id);
     const auto isRepair = [&repair](const RepairDefinition &known) { return known.id == repair; };
     const QVector<RepairDefinition> repairs =
         definition ? definition->repairs : QVector<RepairDefinition>();
     const auto found = std::find_if(repairs.begin(), repairs.end(), isRepair);
     if (found == repairs.end()) {
-        plan.refusal = texts::tr("there is no repair \"%1\" of \"%2\"").arg(repair, finding.check);
+        plan.refusal = texts::tr("there is no repair \"%1\" of \"%2\"").arg(repair, id);
     } else {
-        Values values;
-        for (auto value = finding.values.constBegin(); value != finding.values.constEnd(); ++value)
-            values.insert(value.key(), Value::ofText(*value));
-        plan = planSteps(found->steps, values, m_machine);
+        QVector<Values> cases;
+        std::transform(findings.begin(), findings.end(), std::back_inserter(cases), valuesOf);
+        plan = planSteps(found->steps, cases, m_machine);
     }
-    plan.check = finding.check;
+    plan.check = id;
     plan.repair = repair;
     return plan;
 }

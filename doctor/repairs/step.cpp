@@ -29,15 +29,35 @@ const StepKind *stepKindNamed(const QString &name)
     return nullptr;
 }
 
+namespace {
+
+QString addSteps(const QVector<Step> &steps, const Values &values, Draft &draft)
+{
+    for (const Step &step : steps) {
+        const ExpandedArguments expansion =
+            expandedArguments(step.arguments, step.kind->parameters, values, draft.machine());
+        const QString refusal = expansion.problem.isEmpty()
+                                    ? step.kind->plan(expansion.arguments, draft)
+                                    : expansion.problem;
+        if (!refusal.isEmpty())
+            return refusal;
+    }
+    return {};
+}
+
+} // namespace
+
 Plan planSteps(const QVector<Step> &steps, const Values &values, const Machine &machine)
+{
+    return planSteps(steps, QVector<Values>{values}, machine);
+}
+
+Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine)
 {
     Plan plan;
     Draft draft(machine);
-    for (const Step &step : steps) {
-        const ExpandedArguments expansion =
-            expandedArguments(step.arguments, step.kind->parameters, values, machine);
-        plan.refusal = expansion.problem.isEmpty() ? step.kind->plan(expansion.arguments, draft)
-                                                   : expansion.problem;
+    for (const Values &values : cases) {
+        plan.refusal = addSteps(steps, values, draft);
         if (!plan.refusal.isEmpty())
             return plan;
     }

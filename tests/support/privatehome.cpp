@@ -14,7 +14,7 @@ PrivateHome *currentHome = nullptr;
 void cleanEnvironment()
 {
     for (const char *variable :
-         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "HELIO_RESOURCES",
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "HELIO_RESOURCES",
           "HELIO_FRAMEWORKS", "HELIO_SUITE_HOME", "HELIO_UPDATE_CFG", "HELIO_COMPONENTS",
           "HELIO_SEARCH_ROOTS", "QT_IM_MODULE", "XMODIFIERS", "LC_ALL", "LANGUAGE"})
         qunsetenv(variable);

@@ -9,19 +9,11 @@ namespace ctl {
 
 namespace {
 
-using Result = RepairOutcome::Result;
+using Result = helio::RepairOutcome::Result;
 
 bool isForAdministrator(const doctor::Change &change)
 {
     return change.kind == doctor::Change::Kind::Command;
-}
-
-bool isSamePlace(const doctor::Finding &one, const doctor::Finding &other)
-{
-    const auto path = [](const doctor::Finding &finding) {
-        return finding.where.isEmpty() ? QString() : finding.where.first().path;
-    };
-    return one.check == other.check && path(one) == path(other);
 }
 
 } // namespace
@@ -65,51 +57,24 @@ QString DoctorSession::repairFor(const doctor::Finding &finding, const DoctorLin
     return finding.repairs.contains(line.repair) ? line.repair : QString();
 }
 
-bool DoctorSession::persists(const doctor::Finding &finding, QString &reason) const
+helio::RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const doctor::Plan &plan)
 {
-    bool isThere = false;
-    m_doctor.run({finding.check}, m_locale, [&](const doctor::CheckResult &result) {
-        if (result.outcome == doctor::CheckResult::Outcome::Failed)
-            reason = result.reason;
-        isThere = std::any_of(
-            result.findings.begin(), result.findings.end(),
-            [&finding](const doctor::Finding &now) { return isSamePlace(finding, now); });
-        return true;
-    });
-    return isThere;
-}
-
-RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const doctor::Plan &plan)
-{
-    using Outcome = doctor::JournalResult::Outcome;
-    const doctor::JournalResult applied = m_journal.apply(plan);
-    RepairOutcome outcome{finding.check, plan.repair, Result::Failed, applied.number, {}};
-    for (const QString &note : applied.notes)
+    helio::Repaired repaired{{finding}, {}};
+    for (const doctor::Finding &known : qAsConst(m_findings)) {
+        if (known.check == finding.check && known.text != finding.text)
+            repaired.others.append(known);
+    }
+    const helio::RepairOutcome outcome =
+        helio::verifiedRepair(m_doctor, m_journal, plan, repaired, m_locale);
+    for (const QString &note : outcome.notes)
         m_printer.printNote(note);
-    if (applied.outcome != Outcome::Applied) {
-        outcome.result = applied.outcome == Outcome::Refused ? Result::Refused : Result::Failed;
-        outcome.reason = applied.reason;
-        return outcome;
-    }
-    QString unverified;
-    const bool isThere = persists(finding, unverified);
-    if (!isThere && unverified.isEmpty()) {
-        outcome.result = Result::Repaired;
-        return outcome;
-    }
-    const doctor::JournalResult undone = m_journal.undo(applied.number);
-    const bool isUndone = undone.outcome == Outcome::Undone;
-    outcome.result = isThere && isUndone ? Result::Unchanged : Result::Failed;
-    outcome.reason =
-        !isUndone ? undone.reason
-        : isThere ? texts::tr("the finding was still there, so it was taken back")
-                  : texts::tr("it could not be checked, so it was taken back: %1").arg(unverified);
     return outcome;
 }
 
-RepairOutcome DoctorSession::repair(const doctor::Finding &finding, const DoctorLine &line)
+helio::RepairOutcome DoctorSession::repair(const doctor::Finding &finding, const DoctorLine &line)
 {
-    RepairOutcome outcome{finding.check, repairFor(finding, line), Result::Refused, 0, {}};
+    helio::RepairOutcome outcome{
+        finding.check, repairFor(finding, line), Result::Refused, 0, {}, {}};
     if (outcome.repair.isEmpty()) {
         outcome.reason = texts::tr("there is no such repair");
         return outcome;
@@ -145,7 +110,7 @@ DoctorStatus DoctorSession::fix(const DoctorLine &line)
             isLeft = true;
             continue;
         }
-        const RepairOutcome outcome = repair(finding, line);
+        const helio::RepairOutcome outcome = repair(finding, line);
         m_printer.printRepair(outcome);
         isLeft = isLeft || outcome.result != Result::Repaired;
     }

@@ -3,6 +3,7 @@
 #include "doctor/doctor.h"
 #include "helio/ctl/doctor/doctorline.h"
 #include "helio/ctl/doctor/doctorprinter.h"
+#include "helio/doctor/verifiedrepair.h"
 
 namespace doctor {
 class Journal;
@@ -45,10 +46,8 @@ private:
     DoctorStatus summary(bool hasRemaining);
     /// The repair to take for a finding; empty if none fits.
     QString repairFor(const doctor::Finding &finding, const DoctorLine &line) const;
-    RepairOutcome repair(const doctor::Finding &finding, const DoctorLine &line);
-    RepairOutcome apply(const doctor::Finding &finding, const doctor::Plan &plan);
-    /// Whether the finding is still there after a repair; the reason is filled if that is unknown.
-    bool persists(const doctor::Finding &finding, QString &reason) const;
+    helio::RepairOutcome repair(const doctor::Finding &finding, const DoctorLine &line);
+    helio::RepairOutcome apply(const doctor::Finding &finding, const doctor::Plan &plan);
 
     const doctor::Doctor &m_doctor;
     doctor::Journal &m_journal;

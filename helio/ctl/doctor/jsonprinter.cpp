@@ -1,12 +1,11 @@
 #include "helio/ctl/doctor/jsonprinter.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cstdio>
 
-#include "doctor/journal/journal.h"
+#include "helio/doctor/doctorlines.h"
 
 namespace ctl {
 
@@ -19,199 +18,53 @@ void print(const QJsonObject &line)
     std::fflush(stdout);
 }
 
-QJsonObject typed(const char *type)
-{
-    return {{QStringLiteral("type"), QLatin1String(type)}};
-}
-
-QJsonObject placeObject(const doctor::Place &place)
-{
-    QJsonObject object;
-    if (!place.path.isEmpty())
-        object.insert(QStringLiteral("path"), place.path);
-    if (place.line > 0)
-        object.insert(QStringLiteral("line"), place.line);
-    if (place.process > 0)
-        object.insert(QStringLiteral("process"), place.process);
-    return object;
-}
-
-void printFinding(const doctor::Finding &finding)
-{
-    QJsonArray where;
-    for (const doctor::Place &place : finding.where)
-        where.append(placeObject(place));
-    QJsonObject values;
-    for (auto value = finding.values.begin(); value != finding.values.end(); ++value)
-        values.insert(value.key(), value.value());
-    QJsonObject line = typed("finding");
-    line.insert(QStringLiteral("check"), finding.check);
-    line.insert(QStringLiteral("state"), nameOf(finding.state));
-    line.insert(QStringLiteral("text"), finding.text);
-    line.insert(QStringLiteral("where"), where);
-    line.insert(QStringLiteral("values"), values);
-    line.insert(QStringLiteral("repairs"), QJsonArray::fromStringList(finding.repairs));
-    print(line);
-}
-
-QString octal(mode_t mode)
-{
-    return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
-}
-
-QString nameOf(doctor::JournalEntry::State state)
-{
-    using State = doctor::JournalEntry::State;
-    switch (state) {
-    case State::Begun:
-        return QStringLiteral("begun");
-    case State::Applied:
-        return QStringLiteral("applied");
-    case State::Undone:
-        return QStringLiteral("undone");
-    case State::TakenBack:
-        return QStringLiteral("taken-back");
-    case State::Damaged:
-        break;
-    }
-    return QStringLiteral("damaged");
-}
-
-QString nameOf(RepairOutcome::Result result)
-{
-    using Result = RepairOutcome::Result;
-    switch (result) {
-    case Result::Repaired:
-        return QStringLiteral("repaired");
-    case Result::Unchanged:
-        return QStringLiteral("unchanged");
-    case Result::Refused:
-        return QStringLiteral("refused");
-    case Result::Planned:
-        return QStringLiteral("planned");
-    case Result::Failed:
-        break;
-    }
-    return QStringLiteral("failed");
-}
-
-QString undoneName(doctor::JournalResult::Outcome outcome)
-{
-    if (outcome == doctor::JournalResult::Outcome::Undone)
-        return QStringLiteral("undone");
-    return outcome == doctor::JournalResult::Outcome::Conflict ? QStringLiteral("conflict")
-                                                               : QStringLiteral("failed");
-}
-
 } // namespace
 
 void JsonPrinter::printCheck(const doctor::CheckDefinition &, const doctor::CheckResult &result)
 {
-    QJsonObject line = typed("check");
-    line.insert(QStringLiteral("check"), result.check);
-    line.insert(QStringLiteral("result"), ctl::nameOf(result.outcome));
-    line.insert(QStringLiteral("seconds"), result.seconds);
-    line.insert(QStringLiteral("reason"), result.reason);
-    print(line);
+    print(helio::checkLine(result));
     for (const doctor::Finding &finding : result.findings)
-        printFinding(finding);
+        print(helio::findingLine(finding));
 }
 
 void JsonPrinter::printListed(const doctor::CheckDefinition &check)
 {
-    QJsonObject line = typed("listed");
-    line.insert(QStringLiteral("check"), check.id);
-    line.insert(QStringLiteral("title"), check.title.inLanguage(m_locale));
-    line.insert(QStringLiteral("cost"), check.cost == doctor::CheckDefinition::Cost::Quick
-                                            ? QStringLiteral("quick")
-                                            : QStringLiteral("slow"));
-    line.insert(QStringLiteral("file"), check.file);
-    QJsonArray repairs;
-    for (const doctor::RepairDefinition &repair : check.repairs)
-        repairs.append(repair.id);
-    line.insert(QStringLiteral("repairs"), repairs);
-    print(line);
+    print(helio::listedLine(check, m_locale));
 }
 
 void JsonPrinter::printProblem(const doctor::FileProblem &problem)
 {
-    QJsonObject line = typed("mistake");
-    line.insert(QStringLiteral("file"), problem.file);
-    line.insert(QStringLiteral("line"), problem.mistake.line);
-    line.insert(QStringLiteral("column"), problem.mistake.column);
-    line.insert(QStringLiteral("message"), problem.mistake.message);
-    print(line);
+    print(helio::mistakeLine(problem));
 }
 
 void JsonPrinter::printChange(const QString &repair, const doctor::Change &change)
 {
-    QJsonObject line = typed("change");
-    line.insert(QStringLiteral("repair"), repair);
-    line.insert(QStringLiteral("kind"), ctl::nameOf(change.kind));
-    line.insert(QStringLiteral("path"), change.path);
-    line.insert(QStringLiteral("diff"), diffOf(change));
-    line.insert(QStringLiteral("command"), commandLineOf(change));
-    line.insert(QStringLiteral("needs"), change.kind == doctor::Change::Kind::Command
-                                             ? QStringLiteral("administrator")
-                                             : QStringLiteral("user"));
-    if (!change.target.isEmpty())
-        line.insert(QStringLiteral("target"), change.target);
-    if (change.mode)
-        line.insert(QStringLiteral("mode"), octal(*change.mode));
-    if (change.owner)
-        line.insert(QStringLiteral("owner"), static_cast<qint64>(*change.owner));
-    if (change.process > 0)
-        line.insert(QStringLiteral("process"), change.process);
-    print(line);
+    print(helio::changeLine(repair, change));
 }
 
-void JsonPrinter::printRepair(const RepairOutcome &outcome)
+void JsonPrinter::printRepair(const helio::RepairOutcome &outcome)
 {
-    QJsonObject line = typed("repair");
-    line.insert(QStringLiteral("check"), outcome.check);
-    line.insert(QStringLiteral("repair"), outcome.repair);
-    line.insert(QStringLiteral("result"), nameOf(outcome.result));
-    line.insert(QStringLiteral("journal"), outcome.journal);
-    line.insert(QStringLiteral("reason"), outcome.reason);
-    print(line);
+    print(helio::repairLine(outcome));
 }
 
 void JsonPrinter::printEntry(const doctor::JournalEntry &entry)
 {
-    QJsonObject line = typed("entry");
-    line.insert(QStringLiteral("journal"), entry.number);
-    line.insert(QStringLiteral("time"), entry.time.toUTC().toString(Qt::ISODate));
-    line.insert(QStringLiteral("check"), entry.check);
-    line.insert(QStringLiteral("repair"), entry.repair);
-    line.insert(QStringLiteral("state"), nameOf(entry.state));
-    line.insert(QStringLiteral("paths"), QJsonArray::fromStringList(entry.paths));
-    print(line);
+    print(helio::entryLine(entry));
 }
 
 void JsonPrinter::printUndone(int journal, const doctor::JournalResult &result)
 {
-    QJsonObject line = typed("undone");
-    line.insert(QStringLiteral("journal"), journal);
-    line.insert(QStringLiteral("result"), undoneName(result.outcome));
-    line.insert(QStringLiteral("kept"), QJsonArray::fromStringList(result.kept));
-    line.insert(QStringLiteral("reason"), result.reason);
-    print(line);
+    print(helio::undoneLine(journal, result));
 }
 
 void JsonPrinter::printNote(const QString &note)
 {
-    QJsonObject line = typed("note");
-    line.insert(QStringLiteral("text"), note);
-    print(line);
+    print(helio::noteLine(note));
 }
 
 void JsonPrinter::printSummary(int checks, int findings, int failed)
 {
-    QJsonObject line = typed("summary");
-    line.insert(QStringLiteral("checks"), checks);
-    line.insert(QStringLiteral("findings"), findings);
-    line.insert(QStringLiteral("failed"), failed);
-    print(line);
+    print(helio::summaryLine(checks, findings, failed));
 }
 
 } // namespace ctl

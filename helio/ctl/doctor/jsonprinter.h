@@ -2,8 +2,6 @@
 
 #include "helio/ctl/doctor/doctorprinter.h"
 
-class QJsonObject;
-
 namespace ctl {
 
 /// One compact JSON object a line, flushed at once; docs/doctor.md describes the lines.
@@ -17,7 +15,7 @@ public:
     void printListed(const doctor::CheckDefinition &check) override;
     void printProblem(const doctor::FileProblem &problem) override;
     void printChange(const QString &repair, const doctor::Change &change) override;
-    void printRepair(const RepairOutcome &outcome) override;
+    void printRepair(const helio::RepairOutcome &outcome) override;
     void printEntry(const doctor::JournalEntry &entry) override;
     void printUndone(int journal, const doctor::JournalResult &result) override;
     void printNote(const QString &note) override;

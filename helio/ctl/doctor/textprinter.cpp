@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "doctor/journal/journal.h"
+#include "helio/doctor/doctorwords.h"
+#include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
 
 namespace ctl {
@@ -70,9 +72,9 @@ QString stateOf(doctor::JournalEntry::State state)
     return texts::tr("damaged");
 }
 
-QString textOf(RepairOutcome::Result result)
+QString textOf(helio::RepairOutcome::Result result)
 {
-    using Result = RepairOutcome::Result;
+    using Result = helio::RepairOutcome::Result;
     switch (result) {
     case Result::Repaired:
         return texts::tr("repaired");
@@ -115,7 +117,7 @@ QString objectOf(const doctor::Change &change)
 {
     using Kind = doctor::Change::Kind;
     if (change.kind == Kind::Command)
-        return commandLineOf(change);
+        return helio::commandLineOf(change);
     if (change.kind == Kind::End)
         return QString::number(change.process);
     QString text = change.path;
@@ -217,12 +219,12 @@ void TextPrinter::printChange(const QString &, const doctor::Change &change)
 {
     printLine(QStringLiteral("  ") +
               texts::tr("%1: %2").arg(verbOf(change), visible(objectOf(change))));
-    printDiff(diffOf(change));
+    printDiff(helio::diffOf(change));
 }
 
-void TextPrinter::printRepair(const RepairOutcome &outcome)
+void TextPrinter::printRepair(const helio::RepairOutcome &outcome)
 {
-    using Result = RepairOutcome::Result;
+    using Result = helio::RepairOutcome::Result;
     const bool isGood = outcome.result == Result::Repaired || outcome.result == Result::Planned;
     const QString result =
         outcome.reason.isEmpty()

@@ -1,4 +1,4 @@
-#include "helio/ctl/doctor/doctorprinter.h"
+#include "helio/doctor/doctorwords.h"
 
 #include <QRegularExpression>
 
@@ -6,7 +6,7 @@
 
 #include "doctor/lines/unifieddiff.h"
 
-namespace ctl {
+namespace helio {
 
 namespace {
 
@@ -74,6 +74,42 @@ QString nameOf(doctor::State state)
     return QStringLiteral("note");
 }
 
+QString nameOf(doctor::JournalEntry::State state)
+{
+    using State = doctor::JournalEntry::State;
+    switch (state) {
+    case State::Begun:
+        return QStringLiteral("begun");
+    case State::Applied:
+        return QStringLiteral("applied");
+    case State::Undone:
+        return QStringLiteral("undone");
+    case State::TakenBack:
+        return QStringLiteral("taken-back");
+    case State::Damaged:
+        break;
+    }
+    return QStringLiteral("damaged");
+}
+
+QString nameOf(RepairOutcome::Result result)
+{
+    using Result = RepairOutcome::Result;
+    switch (result) {
+    case Result::Repaired:
+        return QStringLiteral("repaired");
+    case Result::Unchanged:
+        return QStringLiteral("unchanged");
+    case Result::Refused:
+        return QStringLiteral("refused");
+    case Result::Planned:
+        return QStringLiteral("planned");
+    case Result::Failed:
+        break;
+    }
+    return QStringLiteral("failed");
+}
+
 QString diffOf(const doctor::Change &change)
 {
     if (change.before || change.after)
@@ -89,4 +125,4 @@ QString commandLineOf(const doctor::Change &change)
     return words.join(QLatin1Char(' '));
 }
 
-} // namespace ctl
+} // namespace helio

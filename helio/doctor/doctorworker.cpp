@@ -1,0 +1,199 @@
+#include "helio/doctor/doctorworker.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+#include "helio/doctor/doctorlines.h"
+#include "helio/doctor/verifiedrepair.h"
+
+namespace helio {
+
+namespace {
+
+/// They hold the contents of files; nobody has as many open.
+constexpr int mostPlans = 50;
+
+QJsonObject result(const QJsonObject &value)
+{
+    return {{QStringLiteral("result"), value}};
+}
+
+QJsonObject error(const QString &reason)
+{
+    return {{QStringLiteral("error"), reason}};
+}
+
+QStringList textsOf(const QJsonValue &list)
+{
+    QStringList texts;
+    for (const QJsonValue text : list.toArray())
+        texts.append(text.toString());
+    return texts;
+}
+
+} // namespace
+
+QString DoctorRequest::language() const
+{
+    return arguments.value(QStringLiteral("language")).toString(QStringLiteral("en"));
+}
+
+const QVector<DoctorWorker::Operation> &DoctorWorker::table()
+{
+    static const QVector<Operation> operations{
+        {"doctor.list", &DoctorWorker::list}, {"doctor.look", &DoctorWorker::look},
+        {"doctor.plan", &DoctorWorker::plan}, {"doctor.fix", &DoctorWorker::fix},
+        {"doctor.undo", &DoctorWorker::undo}, {"doctor.history", &DoctorWorker::history},
+    };
+    return operations;
+}
+
+QStringList DoctorWorker::operations()
+{
+    QStringList names;
+    for (const Operation &operation : table())
+        names.append(QLatin1String(operation.name));
+    return names;
+}
+
+QJsonObject DoctorWorker::answer(const DoctorRequest &request)
+{
+    const auto found =
+        std::find_if(table().begin(), table().end(), [&request](const Operation &operation) {
+            return request.operation == QLatin1String(operation.name);
+        });
+    if (found == table().end())
+        return error(QStringLiteral("no such operation: %1").arg(request.operation));
+    if (!m_isLoaded)
+        load();
+    return (this->*found->answer)(request);
+}
+
+void DoctorWorker::load()
+{
+    m_isLoaded = true;
+    m_doctor.load(doctor::checkDirectories(m_doctor.machine(), m_shippedChecks));
+}
+
+QJsonObject DoctorWorker::list(const DoctorRequest &request)
+{
+    load();
+    QJsonArray checks;
+    for (const doctor::CheckDefinition &check : m_doctor.checks())
+        checks.append(listedLine(check, request.language()));
+    QJsonArray mistakes;
+    for (const doctor::FileProblem &problem : m_doctor.problems())
+        mistakes.append(mistakeLine(problem));
+    return result({{QStringLiteral("checks"), checks}, {QStringLiteral("mistakes"), mistakes}});
+}
+
+QJsonObject DoctorWorker::look(const DoctorRequest &request)
+{
+    const QStringList ids = textsOf(request.arguments.value(QStringLiteral("checks")));
+    for (const QString &id : ids) {
+        if (!m_doctor.check(id))
+            return error(QStringLiteral("no such check: %1").arg(id));
+    }
+    recover(request);
+    int checks = 0;
+    int findings = 0;
+    int failed = 0;
+    m_doctor.run(ids, request.language(), [&](const doctor::CheckResult &ended) {
+        if (request.isStopped())
+            return false;
+        ++checks;
+        findings += ended.findings.size();
+        failed += ended.outcome == doctor::CheckResult::Outcome::Failed ? 1 : 0;
+        report(ended, request);
+        return true;
+    });
+    return result(summaryLine(checks, findings, failed));
+}
+
+void DoctorWorker::report(const doctor::CheckResult &result, const DoctorRequest &request)
+{
+    for (auto known = m_findings.begin(); known != m_findings.end();)
+        known = known->check == result.check ? m_findings.erase(known) : std::next(known);
+    request.say(checkLine(result));
+    for (const doctor::Finding &finding : result.findings) {
+        m_findings.insert(++m_lastNumber, finding);
+        QJsonObject line = findingLine(finding);
+        line.insert(QStringLiteral("finding"), m_lastNumber);
+        request.say(line);
+    }
+}
+
+void DoctorWorker::recover(const DoctorRequest &request)
+{
+    const QStringList notes = m_journal.recover();
+    for (const QString &note : notes)
+        request.say(noteLine(note));
+}
+
+QJsonObject DoctorWorker::plan(const DoctorRequest &request)
+{
+    const QString repair = request.arguments.value(QStringLiteral("repair")).toString();
+    QVector<doctor::Finding> findings;
+    for (const QJsonValue number : request.arguments.value(QStringLiteral("findings")).toArray()) {
+        const auto found = m_findings.constFind(number.toInt());
+        if (found == m_findings.constEnd())
+            return error(QStringLiteral("no such finding, look again"));
+        if (!found->repairs.contains(repair) ||
+            (!findings.isEmpty() && findings.first().check != found->check))
+            return error(QStringLiteral("no such repair of these findings"));
+        findings.append(*found);
+    }
+    if (findings.isEmpty())
+        return error(QStringLiteral("no finding was named"));
+    const Planned planned{findings, m_doctor.plan(findings, repair)};
+    m_plans.insert(++m_lastNumber, planned);
+    if (m_plans.size() > mostPlans)
+        m_plans.erase(m_plans.begin());
+    QJsonArray changes;
+    for (const doctor::Change &change : planned.plan.changes)
+        changes.append(changeLine(repair, change));
+    return result({{QStringLiteral("plan"), m_lastNumber},
+                   {QStringLiteral("changes"), changes},
+                   {QStringLiteral("refusal"), planned.plan.refusal}});
+}
+
+QJsonObject DoctorWorker::fix(const DoctorRequest &request)
+{
+    const int number = request.arguments.value(QStringLiteral("plan")).toInt();
+    if (!m_plans.contains(number))
+        return error(QStringLiteral("no such plan, make one again"));
+    const Planned planned = m_plans.take(number);
+    Repaired repaired{planned.findings, {}};
+    for (const doctor::Finding &known : qAsConst(m_findings)) {
+        const auto isSame = [&known](const doctor::Finding &one) { return one.text == known.text; };
+        if (known.check == planned.plan.check &&
+            std::none_of(planned.findings.begin(), planned.findings.end(), isSame))
+            repaired.others.append(known);
+    }
+    const RepairOutcome outcome =
+        verifiedRepair(m_doctor, m_journal, planned.plan, repaired, request.language());
+    for (const QString &note : outcome.notes)
+        request.say(noteLine(note));
+    return result(repairLine(outcome));
+}
+
+QJsonObject DoctorWorker::undo(const DoctorRequest &request)
+{
+    const int number = request.arguments.value(QStringLiteral("journal")).toInt();
+    const doctor::JournalResult undone = m_journal.undo(number);
+    for (const QString &note : undone.notes)
+        request.say(noteLine(note));
+    return result(undoneLine(number, undone));
+}
+
+QJsonObject DoctorWorker::history(const DoctorRequest &request)
+{
+    recover(request);
+    QJsonArray entries;
+    for (const doctor::JournalEntry &entry : m_journal.history())
+        entries.append(entryLine(entry));
+    return result({{QStringLiteral("entries"), entries}});
+}
+
+} // namespace helio

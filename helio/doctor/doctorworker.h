@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QHash>
+#include <QJsonObject>
+#include <QMap>
+
+#include <functional>
+
+#include "doctor/doctor.h"
+#include "doctor/journal/journal.h"
+
+namespace helio {
+
+/// One call of a page.
+struct DoctorRequest
+{
+    /// As pages call it: "doctor.look" and so on.
+    QString operation;
+    QJsonObject arguments;
+    /// Whether nobody waits for the rest of a look.
+    std::function<bool()> isStopped;
+    /// Receives lines as they come.
+    std::function<void(const QJsonObject &line)> say;
+
+    /// For findings and titles.
+    QString language() const;
+};
+
+/// Does the doctor's operations. Not thread-safe: all calls come from one thread, and take as long
+/// as the checks or the repair.
+class DoctorWorker
+{
+public:
+    explicit DoctorWorker(QString shippedChecks) : m_shippedChecks(std::move(shippedChecks)) {}
+
+    /// As pages call them, "doctor.cancel" not among them.
+    static QStringList operations();
+
+    /// @return {"result": …}, or {"error": why the request makes no sense}
+    QJsonObject answer(const DoctorRequest &request);
+
+private:
+    struct Planned
+    {
+        QVector<doctor::Finding> findings;
+        doctor::Plan plan;
+    };
+    struct Operation
+    {
+        const char *name;
+        QJsonObject (DoctorWorker::*answer)(const DoctorRequest &request);
+    };
+    static const QVector<Operation> &table();
+
+    QJsonObject list(const DoctorRequest &request);
+    QJsonObject look(const DoctorRequest &request);
+    QJsonObject plan(const DoctorRequest &request);
+    QJsonObject fix(const DoctorRequest &request);
+    QJsonObject undo(const DoctorRequest &request);
+    QJsonObject history(const DoctorRequest &request);
+
+    void load();
+    /// Forgets what the check found before and says what it has found now.
+    void report(const doctor::CheckResult &result, const DoctorRequest &request);
+    void recover(const DoctorRequest &request);
+
+    QString m_shippedChecks;
+    doctor::Doctor m_doctor{doctor::thisMachine()};
+    doctor::Journal m_journal;
+    bool m_isLoaded = false;
+    int m_lastNumber = 0;
+    /// What a page may ask a plan for: a finding's values become paths, so that it names findings
+    /// by number only.
+    QMap<int, doctor::Finding> m_findings;
+    /// What a page may have done: exactly what it was shown.
+    QMap<int, Planned> m_plans;
+};
+
+} // namespace helio
