@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include "helio/doctor/doctoroperations.h"
 #include "helio/runtime/pluginlibrary.h"
 #include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/processes/runningprocess.h"
@@ -86,7 +87,9 @@ int showWindows(const shell::ShellOptions &options)
     std::optional<shell::HiddenVariables> hidden(QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS",
                                                                 "QTWEBENGINE_REMOTE_DEBUGGING",
                                                                 "QTWEBENGINE_DISABLE_SANDBOX"});
-    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory());
+    helio::DoctorOperations doctor(QCoreApplication::applicationDirPath() +
+                                   QStringLiteral("/checks"));
+    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory(), &doctor);
     shell::AssistantWindows windows(options.page, waitingPage(pages));
     hidden.reset();
     QObject::connect(&windows, &shell::AssistantWindows::endRequested, qApp,

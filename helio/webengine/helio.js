@@ -31,12 +31,13 @@
         wire.jsAsynCall = text;
     }
 
-    function call(command, args) {
+    // `listen` receives what comes before the answer of an operation that says it piece by piece.
+    function call(command, args, listen) {
         return new Promise((resolve, reject) => {
             callCount += 1;
             const callback = answerPrefix + callCount;
             const text = JSON.stringify({ command, callback, args });
-            openCalls.set(callback, { resolve, reject });
+            openCalls.set(callback, { resolve, reject, listen });
             if (wire) send(text);
             else waitingCalls.push(text);
         });
@@ -65,7 +66,9 @@
     function receive(callback, json, isBase64) {
         const envelope = JSON.parse(isBase64 ? textOfBase64(json) : json);
         const openCall = openCalls.get(callback);
-        if (openCall) {
+        if (openCall && Object.prototype.hasOwnProperty.call(envelope, 'line')) {
+            openCall.listen?.(envelope.line);
+        } else if (openCall) {
             openCalls.delete(callback);
             settle(openCall, envelope);
         } else if (callback === settings.closeCallback) {
@@ -79,7 +82,12 @@
     }
 
     Object.defineProperty(window, 'helio', {
-        value: Object.freeze({ call, theme: settings.theme, language: settings.language }),
+        value: Object.freeze({
+            call,
+            theme: settings.theme,
+            language: settings.language,
+            operations: Object.freeze(settings.operations),
+        }),
         enumerable: true,
     });
 

@@ -1,6 +1,7 @@
 #include "helio/webengine/pagescript.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QWebEngineScript>
@@ -37,12 +38,13 @@ QWebEngineScript mainFrameScript(const QString &name, const QString &source)
 }
 
 QString settingsText(const helio::PageDirectory &directory,
-                     const helio::PageSurroundings &surroundings)
+                     const helio::PageSurroundings &surroundings, const QStringList &operations)
 {
     const QJsonObject settings{
         {QStringLiteral("pageDirectory"), directory.path() + QLatin1Char('/')},
         {QStringLiteral("theme"), surroundings.theme},
         {QStringLiteral("language"), surroundings.language},
+        {QStringLiteral("operations"), QJsonArray::fromStringList(operations)},
         {QStringLiteral("closeCallback"), helio::closeCallback()}};
     return QString::fromUtf8(QJsonDocument(settings).toJson(QJsonDocument::Compact));
 }
@@ -55,12 +57,12 @@ QString helio::closeCallback()
 }
 
 void helio::addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,
-                          const PageSurroundings &surroundings)
+                          const PageSurroundings &surroundings, const QStringList &operations)
 {
     initResources();
     QString source = resourceText(QStringLiteral(":/webengine/helio.js"));
     source.replace(QStringLiteral("(HELIO_SETTINGS)"),
-                   QStringLiteral("(%1)").arg(settingsText(directory, surroundings)));
+                   QStringLiteral("(%1)").arg(settingsText(directory, surroundings, operations)));
     // A single script, because the order of several is not defined.
     scripts.insert(
         mainFrameScript(QStringLiteral("helio.js"),

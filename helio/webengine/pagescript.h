@@ -15,6 +15,6 @@ QString closeCallback();
 /// Adds the script that gives pages below @p directory their window.helio. It runs in main frames
 /// only, before the page's own scripts.
 void addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,
-                   const PageSurroundings &surroundings);
+                   const PageSurroundings &surroundings, const QStringList &operations);
 
 } // namespace helio

@@ -9,6 +9,8 @@ class KxWebViewAsynJSObject;
 
 namespace helio {
 
+class DoctorOperations;
+
 /// The only object in the page's QWebChannel: calls come in through two methods or a property, and
 /// answers leave through a signal. Whatever document the main frame shows can reach everything
 /// public in its meta-object.
@@ -27,6 +29,8 @@ public:
     QString jsAsynCall() const { return {}; }
 
     void setApi(KxWebViewAsynJSObject *api);
+    /// What the shell offers beside the plug-in's commands.
+    void setDoctor(DoctorOperations *doctor);
 
     /// Calls the page's function @p callback if the document is trusted.
     void deliver(const QString &callback, const QString &json, bool base64);
@@ -46,9 +50,11 @@ public slots:
 
 private:
     void pass(const QString &call, bool base64);
+    bool isTakenByDoctor(const QString &call, bool base64);
 
     std::function<bool()> m_isTrusted;
     QPointer<KxWebViewAsynJSObject> m_api;
+    QPointer<DoctorOperations> m_doctor;
 };
 
 } // namespace helio

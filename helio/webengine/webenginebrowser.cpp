@@ -13,6 +13,7 @@
 
 #include <cmath>
 
+#include "helio/doctor/doctoroperations.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
 #include "helio/webengine/pagescript.h"
@@ -33,8 +34,8 @@ constexpr QRgb darkGround = 0xff16181d;
 namespace helio {
 
 WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
-                                   const PageSurroundings &surroundings, KxWebViewCefJsApiFlag flag,
-                                   QWidget *parent)
+                                   const PageSurroundings &surroundings, DoctorOperations *doctor,
+                                   KxWebViewCefJsApiFlag flag, QWidget *parent)
     : KHelioBrowserWidgetBase(parent),
       m_directory(directory),
       m_flag(flag),
@@ -50,7 +51,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     m_view->setPage(m_page);
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
-        addPageScript(m_page->scripts(), directory, surroundings);
+        addPageScript(m_page->scripts(), directory, surroundings,
+                      doctor ? DoctorOperations::names() : QStringList());
+    m_wire->setDoctor(doctor);
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
     m_page->setBackgroundColor(ground);
     m_ground->setPalette(QPalette(ground));

@@ -12,6 +12,7 @@ class QWebEngineView;
 
 namespace helio {
 
+class DoctorOperations;
 class LocalPage;
 class PageNotice;
 class PageWire;
@@ -25,9 +26,10 @@ class WebEngineBrowser : public KHelioBrowserWidgetBase
     Q_OBJECT
 
 public:
+    /// @p doctor may be null: then the shell offers nothing but the plug-in's commands.
     WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
-                     const PageSurroundings &surroundings, KxWebViewCefJsApiFlag flag,
-                     QWidget *parent);
+                     const PageSurroundings &surroundings, DoctorOperations *doctor,
+                     KxWebViewCefJsApiFlag flag, QWidget *parent);
     ~WebEngineBrowser() override;
 
     void setZoomLevel(int level) override;

@@ -45,9 +45,10 @@ namespace helio {
 
 WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
                                      const PageSurroundings &surroundings,
-                                     const QString &storageDirectory)
+                                     const QString &storageDirectory, DoctorOperations *doctor)
     : m_directory(directory),
       m_surroundings(surroundings),
+      m_doctor(doctor),
       m_guard(std::make_unique<RequestGuard>(directory)),
       m_profile(std::make_unique<QWebEngineProfile>(QStringLiteral("office-assistant")))
 {
@@ -71,7 +72,8 @@ WebEngineBrowsers::~WebEngineBrowsers()
 
 KHelioBrowserWidgetBase *WebEngineBrowsers::make(QWidget *owner, KxWebViewCefJsApiFlag flag)
 {
-    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, flag, owner);
+    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, m_doctor, flag,
+                                owner);
 }
 
 } // namespace helio

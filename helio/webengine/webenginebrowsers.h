@@ -10,6 +10,7 @@ class QWebEngineProfile;
 
 namespace helio {
 
+class DoctorOperations;
 class RequestGuard;
 
 /// Makes the browsers of the windows and owns what they share. Must outlive them.
@@ -17,9 +18,9 @@ class WebEngineBrowsers
 {
 public:
     /// Installs itself as the maker that CreateHelioBrowserWidget() calls. The pages' local storage
-    /// is kept in @p storageDirectory.
+    /// is kept in @p storageDirectory. They are offered @p doctor, which must outlive them.
     WebEngineBrowsers(const PageDirectory &directory, const PageSurroundings &surroundings,
-                      const QString &storageDirectory);
+                      const QString &storageDirectory, DoctorOperations *doctor);
     ~WebEngineBrowsers();
 
 private:
@@ -27,6 +28,7 @@ private:
 
     PageDirectory m_directory;
     PageSurroundings m_surroundings;
+    DoctorOperations *m_doctor;
     std::unique_ptr<RequestGuard> m_guard;
     std::unique_ptr<QWebEngineProfile> m_profile;
 };

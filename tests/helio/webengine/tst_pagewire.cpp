@@ -2,6 +2,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "helio/doctor/doctoroperations.h"
 #include "helio/webengine/pagewire.h"
 #include "helio/webengine/webenginecontainer.h"
 #include "host/kxwebviewasynjsobject.h"
@@ -53,6 +54,7 @@ private slots:
     void aCallWrittenToThePropertyIsTheSame();
     void aForeignDocumentIsNeitherHeardNorAnswered();
     void withoutAScriptObjectNothingHappens();
+    void operationsOfTheDoctorAreForTrustedDocumentsOnly();
 };
 
 void PageWireTest::thePageReachesTwoCallsOnePropertyAndTheAnswers()
@@ -140,6 +142,34 @@ void PageWireTest::withoutAScriptObjectNothingHappens()
     wire.fromJSAsynCall(countCall);
     QCoreApplication::processEvents();
     QCOMPARE(answers.count(), 0);
+}
+
+void PageWireTest::operationsOfTheDoctorAreForTrustedDocumentsOnly()
+{
+    helio::DoctorOperations doctor(QStringLiteral("/nonexistent"));
+    Wiring wiring;
+    wiring.wire.setDoctor(&doctor);
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    const QString call = QStringLiteral(R"({"command":"doctor.history","callback":"told"})");
+    wiring.wire.fromJSAsynCall(call);
+    wiring.wire.fromJSAsynCallBase64(QString::fromLatin1(call.toUtf8().toBase64()));
+    wiring.wire.fromJSAsynCall(countCall);
+    QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 3, testsupport::longestWaitMs);
+    QCOMPARE(wiring.counter->calls, 1);
+    QVERIFY(answers.contains(QVariantList{QStringLiteral("told"),
+                                          QStringLiteral(R"({"result":{"entries":[]}})"), false}));
+
+    // A document that takes the trusted one's place does not get its answers either.
+    wiring.wire.fromJSAsynCall(call);
+    wiring.isTrusted = false;
+    QTest::ignoreMessage(QtWarningMsg,
+                         "a call from a document outside the page directory was refused");
+    wiring.wire.fromJSAsynCall(call);
+    bool isOver = false;
+    QVERIFY(
+        doctor.take(call, this, [&isOver](const QString &, const QString &) { isOver = true; }));
+    QTRY_VERIFY_WITH_TIMEOUT(isOver, testsupport::longestWaitMs);
+    QCOMPARE(answers.count(), 3);
 }
 
 HEADLESS_TEST_MAIN(PageWireTest)

@@ -11,7 +11,12 @@ async function startPage(args) {
 
 test('the host is there before the first script of the page, and waits for its calls', async () => {
     const page = await startPage();
-    expect(await page.evaluate('helioAtStart')).toEqual(['call', 'theme', 'language']);
+    expect(await page.evaluate('helioAtStart')).toEqual([
+        'call',
+        'theme',
+        'language',
+        'operations',
+    ]);
     expect(await page.evaluate('early')).toEqual({ result: { page: '' } });
 });
 
