@@ -1,16 +1,16 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import type { Envelope } from '@/client/wire';
-import { useCheckup, type Patience } from '@/views/home/checkup/checkup';
-import { stepNames } from '@/views/home/checkup/finding';
+import { useCheckup } from '@/views/home/checkup/checkup';
+import { diffLines, rightsText } from '@/views/home/checkup/difflines';
+import { findingId, grouped, viewOf } from '@/views/home/checkup/groups';
 import {
     ignoredKey,
     parseIgnored,
     withIgnored,
     withoutIgnored,
 } from '@/views/home/checkup/ignored';
-import { scriptedClient } from './scriptedhost';
-
-const separate = ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];
+import { useRepairs } from '@/views/home/checkup/repairs';
+import { doctorOperationNames } from '@/client/wire';
+import { scriptedClient, type Answer } from './scriptedhost';
 
 describe('ignored findings', () => {
     it.each([null, '', '{', '{}', '"a"', 'null'])('are none when %j is stored', (stored) => {
@@ -27,207 +27,311 @@ describe('ignored findings', () => {
     });
 });
 
+describe('a diff', () => {
+    it('is shown without the names of the file', () => {
+        expect(diffLines('--- /a\n+++ /a\n@@ -12,3 +12,3 @@\n same\n-old\n+new\n')).toEqual([
+            { kind: 'place', text: '12' },
+            { kind: 'same', text: ' same' },
+            { kind: 'removed', text: '-old' },
+            { kind: 'added', text: '+new' },
+        ]);
+    });
+
+    it('keeps changed lines that look like those names', () => {
+        expect(diffLines('--- /a\n+++ /a\n@@ -1 +1 @@\n--- b\n+++ c\n').slice(1)).toEqual([
+            { kind: 'removed', text: '--- b' },
+            { kind: 'added', text: '+++ c' },
+        ]);
+    });
+
+    it('may be one sentence', () => {
+        expect(diffLines('Binary files differ\n')).toEqual([
+            { kind: 'same', text: 'Binary files differ' },
+        ]);
+    });
+
+    it.each([
+        ['0640', 'rw-r-----'],
+        ['4755', 'rwxr-xr-x'],
+        ['0000', '---------'],
+    ])('has the permissions %s as %s', (mode, rights) => {
+        expect(rightsText(mode)).toBe(rights);
+    });
+});
+
+const settings = '/home/user/Office.conf';
+const line = (finding: number, check: string, state: string, more: object = {}) => ({
+    type: 'finding',
+    finding,
+    check,
+    state,
+    text: `finding ${finding}`,
+    where: [{ path: settings, line: finding }],
+    repairs: ['mend'],
+    ...more,
+});
+const ended = (check: string, result = 'finding', reason = '') => ({
+    type: 'check',
+    check,
+    result,
+    reason,
+});
+const listed = ['memory.full', 'own', 'settings.a', 'settings.b'].map((check) => ({
+    check,
+    title: `title of ${check}`,
+    repairTitles: { mend: 'Mend' },
+}));
+const summary = { result: { type: 'summary' } };
+
 describe('the check-up', () => {
     const stored = new Map<string, string>();
     beforeEach(() => {
-        vi.useFakeTimers();
         stored.clear();
         vi.stubGlobal('localStorage', {
             getItem: (key: string) => stored.get(key) ?? null,
             setItem: (key: string, value: string) => stored.set(key, value),
         });
     });
-    afterEach(() => {
-        vi.useRealTimers();
-        vi.unstubAllGlobals();
-    });
+    afterEach(() => vi.unstubAllGlobals());
 
-    const patience: Patience = { step: 1000, looks: 3, between: 100 };
-    const table = (good: boolean) => ({ result: [{ '.doc': `x|${good}` }, {}, {}] });
-    const icons = (files: string[]): Envelope => ({
-        result: {
-            icon: files.join('|'),
-            mode: '',
-            chartboard: false,
-            docket: false,
-            fixedcomponent: false,
-        },
-    });
-    const well: Record<string, Envelope | Error> = {
-        inputcheck: { result: 'ERR_OK' },
-        getassoopen: table(true),
-        getassomime: table(true),
-        getdesktopiconfile: icons(separate),
-        getDumpState: { result: { enable: true, feedback: false } },
-        getupdatesupport: { result: true },
-        getupdateconfig: { result: { a: 'b' } },
-        stratextractfileinfo: { result: { Orvane: 'user|user|111-101-101|10:00:00' } },
-        stratcheckenv: {
-            result: {
-                sysinfo: '',
-                vyrinfo: '',
-                officeinfo: '',
-                browserinfo: '',
-                fontinfo: '',
-                cpuInfo: '',
-                envInfo: 'USER=user',
+    function checkup(changes: Record<string, Answer> = {}) {
+        const answers: Record<string, Answer> = {
+            'doctor.list': { result: { checks: listed, mistakes: [] } },
+            'doctor.look': {
+                ...summary,
+                lines: [
+                    ended('settings.a'),
+                    line(1, 'settings.a', 'warning'),
+                    line(2, 'settings.a', 'warning'),
+                    ended('memory.full'),
+                    line(3, 'memory.full', 'bad', { where: [], repairs: [] }),
+                    ended('own', 'failed', 'given up'),
+                    ended('settings.b', 'skipped', 'not installed'),
+                ],
             },
-        },
-        getcomputermemory: { result: { percentage: '40', all: '8' } },
-        fileassorepair: { result: 'success' },
-    };
-
-    function checkup(changes: Record<string, Envelope | Error> = {}) {
-        const answers = { ...well, ...changes };
-        const { client, sent } = scriptedClient(answers);
-        return { ...useCheckup(client, patience), answers, sent };
+            'doctor.plan': {
+                result: {
+                    plan: 7,
+                    changes: [{ kind: 'write', path: settings, diff: '-a\n+b\n', command: '' }],
+                    refusal: '',
+                },
+            },
+            'doctor.fix': { result: { result: 'repaired', journal: 4, reason: '' } },
+            'doctor.undo': { result: { result: 'undone', reason: '', kept: [] } },
+            'doctor.history': { result: { entries: [] } },
+            ...changes,
+        };
+        const { client, sent } = scriptedClient(answers, doctorOperationNames);
+        const state = useCheckup(client, () => 'en');
+        const repairs = useRepairs(client, () => 'en', state);
+        return { ...state, repairs, answers, sent, client };
     }
 
-    it('finds nothing where all is well', async () => {
-        const { run, findings, steps, finishedAt } = checkup();
+    it('is offered by a shell that has the operations, and by no other', () => {
+        expect(checkup().client.doctor.isOffered).toBe(true);
+        expect(scriptedClient({}).client.doctor.isOffered).toBe(false);
+    });
+
+    it('shows findings of one check as one, the worst first', async () => {
+        const { run, groups, finishedAt } = checkup();
         await run();
-        expect(findings.value).toEqual([]);
-        expect([...steps.values()].map(({ state }) => state)).toEqual(stepNames.map(() => 'done'));
+        expect(groups.value.map(({ check, findings }) => [check, findings.length])).toEqual([
+            ['memory.full', 1],
+            ['settings.a', 2],
+        ]);
         expect(finishedAt.value).not.toBeNull();
     });
 
-    it('goes on after a failure, and says which', async () => {
-        const { run, steps } = checkup({ getDumpState: {}, getcomputermemory: new Error('gone') });
+    it('says of each check how it has ended', async () => {
+        const { run, results } = checkup();
         await run();
-        expect(steps.get('crash')).toEqual({ state: 'failed', failure: { kind: 'unanswered' } });
-        expect(steps.get('memory')).toEqual({
-            state: 'failed',
-            failure: { kind: 'refused', reason: 'gone' },
-        });
-        expect(steps.get('permissions')?.state).toBe('done');
+        expect(results.get('own')).toEqual({ check: 'own', result: 'failed', reason: 'given up' });
+        expect(results.get('settings.b')).toMatchObject({ result: 'skipped' });
     });
 
-    it('does not wait for ever', async () => {
-        const { client } = scriptedClient(well);
-        const { run, steps, running } = useCheckup(
-            { ...client, dumpState: () => new Promise(() => undefined) },
-            patience,
-        );
-        const ended = run();
-        await vi.advanceTimersByTimeAsync(999);
-        expect(steps.get('crash')?.state).toBe('running');
-        await vi.advanceTimersByTimeAsync(1);
-        await ended;
-        expect(steps.get('crash')?.state).toBe('tooLate');
+    it('shows findings while the look is under way', async () => {
+        let end: (envelope: object) => void = () => undefined;
+        const { run, groups, running, client } = checkup();
+        vi.spyOn(client.doctor, 'look').mockImplementation((_language, _checks, listener) => {
+            listener.check({ check: 'own', result: 'finding', reason: '' });
+            listener.finding({
+                number: 1,
+                check: 'own',
+                state: 'bad',
+                text: 'seen',
+                where: [],
+                repairs: [],
+            });
+            return new Promise((resolve) => {
+                end = () => resolve({ kind: 'done', value: undefined });
+            });
+        });
+        const over = run();
+        await vi.waitFor(() => expect(groups.value).toHaveLength(1));
+        expect(running.value).toBe(true);
+        end({});
+        await over;
         expect(running.value).toBe(false);
+    });
+
+    it('leaves out a line that it cannot read', async () => {
+        const warn = vi.spyOn(console, 'warn').mockImplementation(() => undefined);
+        const { run, groups } = checkup({
+            'doctor.look': {
+                ...summary,
+                lines: [{ type: 'finding' }, { type: 'new' }, line(1, 'own', 'note')],
+            },
+        });
+        await run();
+        expect(groups.value).toHaveLength(1);
+        expect(warn).toHaveBeenCalledTimes(1);
+        warn.mockRestore();
+    });
+
+    it('says why it could not be made', async () => {
+        const { run, failure, finishedAt } = checkup({ 'doctor.list': new Error('closing') });
+        await run();
+        expect(failure.value).toEqual({ kind: 'refused', reason: 'closing' });
+        expect(finishedAt.value).not.toBeNull();
     });
 
     it('is not started twice', async () => {
         const { run, sent } = checkup();
         await Promise.all([run(), run()]);
-        expect(sent.filter(({ command }) => command === 'inputcheck')).toHaveLength(1);
+        expect(sent.filter(({ command }) => command === 'doctor.look')).toHaveLength(1);
     });
 
-    it('does without the name of the user when the snapshot fails', async () => {
-        const { run, steps } = checkup({ stratcheckenv: { result: 'error' } });
-        await run();
-        expect(steps.get('permissions')?.state).toBe('done');
-    });
-
-    it('takes an unreadable configuration of the updater for a finding', async () => {
-        const { run, findings } = checkup({ getupdateconfig: { result: 'error' } });
-        await run();
-        expect(findings.value.map(({ kind }) => kind)).toEqual(['updaterUnreadable']);
-    });
-
-    it('remembers what is ignored, for as long as the same is found', async () => {
-        const { run, findings, ignoredFindings, ignore, noticeAgain } = checkup({
-            getassoopen: table(false),
-        });
-        await run();
-        ignore(findings.value[0]!);
-        expect([findings.value.length, ignoredFindings.value.length]).toEqual([0, 1]);
-        await vi.advanceTimersByTimeAsync(0);
-        expect(stored.get(ignoredKey)).toBe('["associations:otherApplication:.doc"]');
-
-        const later = checkup({ getassoopen: { result: [{ '.rtf': 'x|false' }, {}, {}] } });
-        await later.run();
-        expect(later.findings.value).toHaveLength(1);
-
-        noticeAgain(ignoredFindings.value[0]!);
-        expect(findings.value).toHaveLength(1);
-    });
-
-    it('looks again after a repair until it has settled', async () => {
-        const { run, findings, repair, repaired, answers, sent } = checkup({
-            getassoopen: table(false),
-        });
-        await run();
-        const ended = repair(findings.value[0]!, 'repairAssociations');
-        await vi.advanceTimersByTimeAsync(150);
-        expect(repaired.get('otherApplication')).toBe('running');
-        answers.getassoopen = table(true);
-        await vi.advanceTimersByTimeAsync(50);
-        expect(repaired.get('otherApplication')).toBe('running');
-        await vi.advanceTimersByTimeAsync(100);
-        await ended;
-        expect(repaired.get('otherApplication')).toBe('repaired');
-        expect(findings.value).toEqual([]);
-        expect(sent.filter(({ command }) => command === 'fileassorepair')).toHaveLength(1);
-    });
-
-    it('does not call repaired what has only made room for another fault', async () => {
-        const { run, findings, repair, repaired, answers } = checkup({
-            getdesktopiconfile: icons([...separate, 'vyr-office-tessaly.desktop']),
-            fixfouricon: { result: 'success' },
-        });
-        await run();
-        const ended = repair(findings.value[0]!, 'restoreSeparate');
-        answers.getdesktopiconfile = icons([]);
-        await vi.advanceTimersByTimeAsync(1000);
-        await ended;
-        expect(repaired.get('shortcutsWrong')).toBe('unchanged');
-    });
-
-    it('says so when a repair changes nothing', async () => {
-        const { run, findings, repair, repaired } = checkup({ getassoopen: table(false) });
-        await run();
-        const ended = repair(findings.value[0]!, 'repairAssociations');
-        await vi.advanceTimersByTimeAsync(1000);
-        await ended;
-        expect(repaired.get('otherApplication')).toBe('unchanged');
-    });
-
-    it('says so when a repair is refused', async () => {
-        const { run, findings, repair, repaired } = checkup({
-            getassoopen: table(false),
-            fileassorepair: new Error('closing'),
-        });
-        await run();
-        await repair(findings.value[0]!, 'repairAssociations');
-        expect(repaired.get('otherApplication')).toEqual({ kind: 'refused', reason: 'closing' });
-    });
-
-    it('repairs one thing at a time', async () => {
-        const { run, findings, repair, sent } = checkup({ getassoopen: table(false) });
-        await run();
-        void repair(findings.value[0]!, 'repairAssociations');
-        await repair(findings.value[0]!, 'repairAssociations');
-        expect(sent.filter(({ command }) => command === 'fileassorepair')).toHaveLength(1);
-    });
-
-    it('no longer calls repaired what has come back', async () => {
-        const { run, runAgain, findings, repair, repaired, answers } = checkup({
-            getassoopen: table(false),
-        });
-        await run();
-        answers.getassoopen = table(true);
-        const ended = repair(findings.value[0]!, 'repairAssociations');
-        await vi.advanceTimersByTimeAsync(200);
-        await ended;
-        answers.getassoopen = table(false);
-        await runAgain('associations');
-        expect(repaired.has('otherApplication')).toBe(false);
-    });
-
-    it('makes no single diagnosis before the check-up was made', async () => {
-        const { runAgain, sent } = checkup();
-        await runAgain('memory');
+    it('runs only the checks of one subject again', async () => {
+        const { run, runAgain, sent } = checkup();
+        await runAgain('settings.a');
         expect(sent).toEqual([]);
+        await run();
+        await runAgain('settings.a');
+        expect(sent.at(-1)!.args).toEqual({ language: 'en', checks: ['settings.a', 'settings.b'] });
+    });
+
+    it('remembers what is ignored by check and place', async () => {
+        const { run, groups, ignoredGroups, ignore, noticeAgain } = checkup();
+        await run();
+        ignore(groups.value[1]!);
+        expect([groups.value.length, ignoredGroups.value.length]).toEqual([1, 1]);
+        await Promise.resolve();
+        expect(stored.get(ignoredKey)).toBe(`["settings.a ${settings}"]`);
+
+        const later = checkup({
+            'doctor.look': {
+                ...summary,
+                lines: [line(1, 'settings.a', 'bad', { where: [{ path: '/other' }] })],
+            },
+        });
+        await later.run();
+        expect(later.groups.value).toHaveLength(1);
+
+        noticeAgain(ignoredGroups.value[0]!);
+        expect(groups.value).toHaveLength(2);
+    });
+
+    it('repairs what its plan has shown, and checks the subject again', async () => {
+        const { run, groups, repairs, answers, sent } = checkup();
+        await run();
+        await repairs.prepare(groups.value[1]!, 'mend');
+        expect(sent.at(-1)).toEqual({
+            command: 'doctor.plan',
+            args: { findings: [1, 2], repair: 'mend' },
+        });
+        expect(repairs.shown.value?.plan).toMatchObject({ number: 7, refusal: '' });
+        answers['doctor.look'] = { ...summary, lines: [ended('settings.a', 'ok')] };
+        await repairs.fix();
+        expect(sent.find(({ command }) => command === 'doctor.fix')!.args).toEqual({
+            language: 'en',
+            plan: 7,
+        });
+        expect(repairs.outcomes.get('settings.a')).toEqual({
+            repair: 'mend',
+            outcome: { result: 'repaired', journal: 4, reason: '' },
+        });
+        expect(groups.value.map(({ check }) => check)).toEqual(['memory.full']);
+        expect(repairs.shown.value).toBeNull();
+    });
+
+    it('makes no repair without a plan', async () => {
+        const { run, groups, repairs, sent } = checkup({ 'doctor.plan': new Error('look again') });
+        await run();
+        await repairs.fix();
+        await repairs.prepare(groups.value[1]!, 'mend');
+        expect(repairs.shown.value?.plan).toEqual({ kind: 'refused', reason: 'look again' });
+        await repairs.fix();
+        expect(sent.some(({ command }) => command === 'doctor.fix')).toBe(false);
+    });
+
+    it('does one thing at a time', async () => {
+        const { run, groups, repairs, sent } = checkup();
+        await run();
+        await Promise.all([
+            repairs.prepare(groups.value[1]!, 'mend'),
+            repairs.prepare(groups.value[1]!, 'mend'),
+        ]);
+        expect(sent.filter(({ command }) => command === 'doctor.plan')).toHaveLength(1);
+    });
+
+    it('takes a repair back, and shows the history with the latest first', async () => {
+        const entry = (journal: number) => ({
+            journal,
+            time: '2026-03-01T08:30:00Z',
+            check: 'settings.a',
+            repair: 'mend',
+            state: 'applied',
+            paths: [settings],
+        });
+        const { run, repairs, sent } = checkup({
+            'doctor.history': { result: { entries: [entry(1), entry(2)] } },
+            'doctor.undo': { result: { result: 'conflict', reason: 'changed', kept: [settings] } },
+        });
+        await run();
+        await repairs.readHistory();
+        expect(repairs.entries.value.map(({ journal }) => journal)).toEqual([2, 1]);
+        await repairs.undo(repairs.entries.value[0]!);
+        expect(sent.find(({ command }) => command === 'doctor.undo')!.args).toEqual({ journal: 2 });
+        expect(repairs.undoing.value?.outcome).toEqual({
+            result: 'conflict',
+            reason: 'changed',
+            kept: [settings],
+        });
+    });
+
+    it('passes on what an interrupted repair had left, once', async () => {
+        const note = { type: 'note', text: 'Repair 3 was taken back.' };
+        const { run, notes, repairs } = checkup({
+            'doctor.look': { ...summary, lines: [note] },
+            'doctor.history': { result: { entries: [] }, lines: [note] },
+        });
+        await run();
+        await repairs.readHistory();
+        expect(notes.value).toEqual(['Repair 3 was taken back.']);
+    });
+});
+
+describe('findings', () => {
+    const finding = (repairs: string[], where: { path: string; line: number; process: number }[]) =>
+        ({ number: 1, check: 'a.b', state: 'bad', text: '', where, repairs }) as const;
+
+    it('that different repairs fit have rows of their own', () => {
+        expect(grouped([finding(['file'], []), finding(['folder'], [])])).toHaveLength(2);
+    });
+
+    it('are the same when only line or process differ', () => {
+        const at = (line: number, process: number) =>
+            findingId(finding([], [{ path: '/a', line, process }]));
+        expect(at(1, 0)).toBe(at(2, 7));
+        expect(findingId(finding([], [{ path: '', line: 0, process: 7 }]))).toBe('a.b');
+    });
+
+    it.each([
+        ['input.ibus-not-running', 'inputmethod'],
+        ['memory.full', 'processes'],
+        ['crash.dumps-off', 'crash'],
+        ['own', 'own'],
+    ])('of %s are explained by the view %s', (check, view) => {
+        expect(viewOf(check)).toBe(view);
     });
 });

@@ -6,18 +6,25 @@ interface Sent {
     args: Record<string, unknown> | undefined;
 }
 
+/** An answer, for an operation of the shell with the lines before it. */
+export type Answer = Error | (Envelope & { lines?: unknown[] });
+
 /** A client over a host that gives the scripted answers; a command without one is refused. */
-export function scriptedClient(answers: Record<string, Envelope | Error>) {
+export function scriptedClient(answers: Record<string, Answer>, operations?: readonly string[]) {
     const sent: Sent[] = [];
     const target: Partial<Record<string, (envelope: Envelope) => void>> = {};
     const client = createClient(
         () => ({
             theme: 'light',
             language: 'en_US',
-            call(command, args) {
+            operations,
+            call(command, args, listen) {
                 sent.push({ command, args });
                 const answer = answers[command] ?? new Error(`no such command: ${command}`);
-                return answer instanceof Error ? Promise.reject(answer) : Promise.resolve(answer);
+                if (answer instanceof Error) return Promise.reject(answer);
+                const { lines = [], ...envelope } = answer;
+                lines.forEach((line) => listen?.(line));
+                return Promise.resolve(envelope);
             },
         }),
         target,

@@ -1,6 +1,6 @@
 import type { Decoder } from './decode';
 import { type Outcome, UnreadableAnswer } from './outcome';
-import type { CommandName, Envelope, Host } from './wire';
+import type { CommandName, Envelope, Host, OperationName } from './wire';
 
 /** Sends commands to the host, if any, and turns answers into outcomes. */
 export class Caller {
@@ -17,7 +17,33 @@ export class Caller {
         decode: Decoder<Value>,
         args?: Record<string, unknown>,
     ): Promise<Outcome<Value>> {
-        const sent = await this.send(command, args);
+        return this.decoded(await this.send(command, args), decode);
+    }
+
+    /** An operation of the shell itself; `listen` receives the lines before its answer. */
+    async operate<Value>(
+        operation: OperationName,
+        decode: Decoder<Value>,
+        args?: Record<string, unknown>,
+        listen?: (line: unknown) => void,
+    ): Promise<Outcome<Value>> {
+        const receive = (line: unknown): void => {
+            try {
+                listen?.(line);
+            } catch (error) {
+                if (!(error instanceof UnreadableAnswer)) throw error;
+                console.warn(`An unreadable line of ${operation} was left out: ${error.message}`);
+            }
+        };
+        return this.decoded(await this.send(operation, args, receive), decode);
+    }
+
+    /** Whether the host has an operation of its own. */
+    offers(operation: OperationName): boolean {
+        return this.host()?.operations?.includes(operation) ?? false;
+    }
+
+    private decoded<Value>(sent: Outcome<Envelope>, decode: Decoder<Value>): Outcome<Value> {
         if (sent.kind !== 'done') return sent;
         const { result, incomplete } = sent.value;
         if (incomplete) return { kind: 'incomplete' };
@@ -41,13 +67,16 @@ export class Caller {
     }
 
     private async send(
-        command: CommandName,
+        command: CommandName | OperationName,
         args?: Record<string, unknown>,
+        listen?: (line: unknown) => void,
     ): Promise<Outcome<Envelope>> {
         const host = this.host();
         if (!host) return { kind: 'absent' };
         try {
-            const envelope = await host.call(command, args);
+            const envelope = await (listen
+                ? host.call(command, args, listen)
+                : host.call(command, args));
             if (typeof envelope !== 'object' || envelope === null) {
                 return { kind: 'unreadable', reason: 'no envelope' };
             }

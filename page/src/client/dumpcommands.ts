@@ -1,7 +1,7 @@
 import type { Caller } from './caller';
 import { flag, members, success } from './decode';
 
-export interface DumpState {
+interface DumpState {
     /** Whether the suite keeps crash dumps. */
     enabled: boolean;
     /** Whether a dump is there to send. */

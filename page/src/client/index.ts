@@ -5,6 +5,7 @@
 import { Caller } from './caller';
 import { checkCommands } from './checkcommands';
 import { desktopCommands } from './desktopcommands';
+import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
 import { dumpCommands } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
@@ -19,12 +20,22 @@ import type { Host } from './wire';
 
 export type { Failure, Outcome } from './outcome';
 export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
+export type {
+    CheckResult,
+    DoctorFinding,
+    HistoryEntry,
+    ListedCheck,
+    Place,
+    PlannedChange,
+    RepairOutcome,
+    RepairPlan,
+    UndoOutcome,
+} from './doctor';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
-export type { DumpState } from './dumpcommands';
 export type { ViewType } from './windowcommands';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
@@ -38,6 +49,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
             return caller.hasHost;
         },
         listen: notices.listen.bind(notices),
+        doctor: doctorOperations(caller),
         ...windowCommands(caller),
         ...launcherCommands(caller),
         ...searchCommands(caller),

@@ -7,7 +7,14 @@ export interface Envelope {
 }
 
 export interface Host {
-    call(command: string, args?: Record<string, unknown>): Promise<Envelope>;
+    /** `listen` receives the lines that come before the answer of an operation of the shell. */
+    call(
+        command: string,
+        args?: Record<string, unknown>,
+        listen?: (line: unknown) => void,
+    ): Promise<Envelope>;
+    /** What the shell itself offers beside the commands; a shell need not have any. */
+    operations?: readonly string[];
     theme: 'light' | 'dark';
     language: string;
 }
@@ -91,3 +98,16 @@ export const commandNames = [
 ] as const;
 
 export type CommandName = (typeof commandNames)[number];
+
+/** Operations of the shell itself; not every shell has them. */
+export const doctorOperationNames = [
+    'doctor.list',
+    'doctor.look',
+    'doctor.plan',
+    'doctor.fix',
+    'doctor.undo',
+    'doctor.history',
+    'doctor.cancel',
+] as const;
+
+export type OperationName = (typeof doctorOperationNames)[number];

@@ -14,7 +14,7 @@ interface Settling<Value> {
     wait?: (milliseconds: number) => Promise<void>;
 }
 
-export const pause = (milliseconds: number): Promise<void> =>
+const pause = (milliseconds: number): Promise<void> =>
     new Promise((resolve) => setTimeout(resolve, milliseconds));
 
 /**

@@ -155,14 +155,20 @@ describe('the check-up', () => {
             await view.evaluate(() => window.hiddentipCallBack!({ result: 'show' }));
             await view.locator('.veil').waitFor();
             await view.evaluate(() => window.hiddentipCallBack!({ result: 'hide' }));
-            await sent(view, 'inputcheck', 2);
+            await sent(view, 'doctor.look', 2);
+            expect(await lastSent(view)).toEqual([
+                {
+                    command: 'doctor.look',
+                    args: { language: 'en', checks: ['input.ibus-not-running'] },
+                },
+            ]);
         }));
 
     it('remembers what is ignored when the page is opened again', () =>
         play(named('home-ignored'), async (view) => {
             const stored = () =>
                 view.until(() =>
-                    localStorage.getItem('assistant.ignoredFindings')?.includes('memoryFull'),
+                    localStorage.getItem('assistant.ignoredFindings')?.includes('memory.full'),
                 );
             await stored();
             await view.reload();
@@ -170,5 +176,60 @@ describe('the check-up', () => {
             await view.locator('.checkup-heading .primary').click();
             await view.getByText('One ignored problem').waitFor();
             await view.getByText('Everything is fine except for what you ignore').waitFor();
+        }));
+
+    it('changes nothing before its plan was shown, and then what was shown', () =>
+        play(named('home-planned'), async (view) => {
+            expect(await lastSent(view)).toEqual([
+                { command: 'doctor.plan', args: { findings: [4], repair: 'keep' } },
+            ]);
+            await view.keyboard.press('Escape');
+            await view.until(() => !document.querySelector('.plan'));
+            await view.locator('.finding-actions .primary').click();
+            await view.locator('.plan .primary').click();
+            await view.locator('.checkup-done').waitFor();
+            const fixes = (await sentCommands(view)).filter((one) => one.command === 'doctor.fix');
+            expect(fixes).toEqual([{ command: 'doctor.fix', args: { language: 'en', plan: 9 } }]);
+        }));
+
+    it('copies the command for the administrator', () =>
+        play(named('home-administrator'), async (view) => {
+            await view.locator('.command-line button').click();
+            await sent(view, 'copytoclipboard');
+            expect((await lastSent(view))[0]!.args).toEqual({
+                verification: 'sudo chown user /home/user/.config/Orvane/Office.conf',
+            });
+        }));
+
+    it('takes a repair of the history back', () =>
+        play(named('home-history'), async (view) => {
+            await view.locator('.history .push-button').click();
+            await view.getByText('Undone: Open with the suite again').waitFor();
+            const undos = (await sentCommands(view)).filter((one) => one.command === 'doctor.undo');
+            expect(undos).toEqual([{ command: 'doctor.undo', args: { journal: 3 } }]);
+        }));
+
+    it('can be stopped', () =>
+        play(named('home-never'), async (view) => {
+            await view.locator('button', { named: 'Stop' }).click();
+            await sent(view, 'doctor.cancel');
+        }));
+
+    it('looks again in the language that was chosen', () =>
+        play(named('home-well'), async (view) => {
+            await view.evaluate(() => {
+                const chosen = { theme: 'system', language: 'zh-CN', textSize: 100 };
+                const newValue = JSON.stringify(chosen);
+                window.dispatchEvent(
+                    new StorageEvent('storage', { key: 'assistant.preferences', newValue }),
+                );
+            });
+            await sent(view, 'doctor.look', 2);
+            expect((await lastSent(view))[0]!.args).toMatchObject({ language: 'zh-CN' });
+        }));
+
+    it('is left out by a shell that does not offer it', () =>
+        play(named('home-without-doctor'), async (view) => {
+            expect(await view.evaluate(() => document.querySelector('.checkup'))).toBe(null);
         }));
 });

@@ -12,6 +12,7 @@ export interface Answer {
     late?: boolean;
     refused?: string;
     notices?: Notice[];
+    lines?: object[];
 }
 
 declare global {
@@ -26,6 +27,8 @@ export interface Scene {
     page: string;
     answers?: Record<string, Answer | Answer[]>;
     withoutHost?: boolean;
+    /** The shell offers the library's commands only. */
+    withoutDoctor?: boolean;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
@@ -45,7 +48,7 @@ export interface ViewOptions {
 export function openView(
     browser: Chromium,
     directory: string,
-    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost'>,
+    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost' | 'withoutDoctor'>,
     options?: ViewOptions,
 ): Promise<Page>;
 export function sentCommands(

@@ -6,6 +6,7 @@
  * - { late: true, result }: it answers when the page's answerLate() has been called;
  * - { refused: reason }: it does not take the call;
  * - any of these with notices: [{ callback, result, after }], which follow the answer;
+ * - any of these with lines: [...], which an operation of the shell says before its answer;
  * - a list of these: one for each call in turn, the last one for all further calls.
  */
 import { readFileSync } from 'node:fs';
@@ -27,8 +28,13 @@ const commonAnswers = {
     closechildwindow: {},
 };
 
+/** What the shell itself offers. */
+const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'cancel'].map(
+    (name) => `doctor.${name}`,
+);
+
 /** Runs in the page, before its own scripts. */
-function installHost({ theme, language, textSize, answers }) {
+function installHost({ theme, language, textSize, answers, operations }) {
     const preferences = { theme: 'system', language: 'system', textSize };
     if (!localStorage.getItem('assistant.preferences')) {
         localStorage.setItem('assistant.preferences', JSON.stringify(preferences));
@@ -47,7 +53,8 @@ function installHost({ theme, language, textSize, answers }) {
     window.helio = {
         theme,
         language,
-        async call(command, args) {
+        operations,
+        async call(command, args, listen) {
             window.sent.push({ command, args });
             const scripted = answers[command];
             if (scripted === undefined) {
@@ -58,7 +65,8 @@ function installHost({ theme, language, textSize, answers }) {
             const answer = Array.isArray(scripted)
                 ? scripted[Math.min(calls[command], scripted.length) - 1]
                 : scripted;
-            const { never, late, refused, notices = [], ...envelope } = answer;
+            const { never, late, refused, notices = [], lines = [], ...envelope } = answer;
+            for (const line of lines) listen(line);
             if (never) return new Promise(() => undefined);
             if (late) await lateIsOver;
             if (refused) throw new Error(refused);
@@ -70,8 +78,9 @@ function installHost({ theme, language, textSize, answers }) {
 
 /**
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
- * `host` may be null for an ordinary browser without a host. What the view logs as error or
- * warning, or throws, is gathered in `complaints` of the returned page.
+ * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it.
+ * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
+ * page.
  */
 export async function openView(browser, directory, scene, options = {}) {
     const {
@@ -90,7 +99,8 @@ export async function openView(browser, directory, scene, options = {}) {
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...scene.answers };
-        const host = JSON.stringify({ theme, language, textSize, answers });
+        const operations = scene.withoutDoctor ? undefined : doctorOperations;
+        const host = JSON.stringify({ theme, language, textSize, answers, operations });
         await page.addInitScript(`(${installHost})(${host})`);
     }
     await page.goto(pathToFileURL(join(directory, scene.page)).href);

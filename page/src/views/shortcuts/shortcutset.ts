@@ -36,7 +36,7 @@ export function missingFrom(set: ShortcutSet, { files }: DesktopShortcuts): Shor
 }
 
 /** The shortcuts of the other set that are there. */
-export function strangersTo(set: ShortcutSet, { files }: DesktopShortcuts): ShortcutFile[] {
+function strangersTo(set: ShortcutSet, { files }: DesktopShortcuts): ShortcutFile[] {
     const other = set === 'separate' ? 'integrated' : 'separate';
     return needed[other].filter((file) => files.includes(file));
 }

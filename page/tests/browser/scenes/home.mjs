@@ -1,68 +1,166 @@
 const page = 'index.html';
 
-const extensions = {
-    vyr: '.docx .docm .doc .dot .dotm .dotx .vyr .vyrx .vyrs .vyro .vyt .vytx .rtf'.split(' '),
-    shw: (
-        '.pptx .ppt .pptm .pps .pot .potm .potx .ppsx .shd .shdx .sht .shtx .shds ' + '.shdo'
-    ).split(' '),
-    tbl: '.xlsx .xls .xlsm .xlt .xltm .xltx .tbl .tblx .tbt .tbtx .tbls .tblo'.split(' '),
+const settings = '/home/user/.config/Orvane/Office.conf';
+const associations = '/home/user/.config/mimeapps.list';
+
+const listed = (check, title, repairTitles = {}) => ({
+    type: 'listed',
+    check,
+    title,
+    repairTitles,
+});
+const list = {
+    result: {
+        checks: [
+            listed('associations.writer', 'Text documents open with the suite', {
+                'open-with-suite': 'Open with the suite again',
+            }),
+            listed('crash.dumps-off', 'Crash dumps are kept', { keep: 'Keep dumps' }),
+            listed('input.ibus-not-running', 'The input method ibus is running'),
+            listed('memory.full', 'Memory is left'),
+            listed('permissions.foreign', 'Settings belong to the user', {
+                'take-over': 'Give it back to you',
+            }),
+            listed('updater.empty', 'The updater is configured'),
+        ],
+        mistakes: [],
+    },
 };
-const table = (value, bad = []) => ({
-    result: Object.values(extensions).map((names) =>
-        Object.fromEntries(
-            names.map((name) => [name, bad.includes(name) ? 'other|false' : `${value}|true`]),
+
+const finding = (number, check, state, text, where = [], repairs = []) => ({
+    type: 'finding',
+    finding: number,
+    check,
+    state,
+    text,
+    where,
+    repairs,
+});
+const memory = finding(
+    1,
+    'memory.full',
+    'bad',
+    'Memory is almost full (93% in use, 244 MiB left).',
+);
+const found = {
+    'associations.writer': [
+        ['.docx', 14],
+        ['.rtf', 21],
+    ].map(([suffix, line], index) =>
+        finding(
+            2 + index,
+            'associations.writer',
+            'warning',
+            `${suffix} documents open with other.desktop, not with the suite.`,
+            [{ path: associations, line }],
+            ['open-with-suite'],
         ),
     ),
+    'crash.dumps-off': [
+        finding(
+            4,
+            'crash.dumps-off',
+            'note',
+            'Crash dumps are not kept, so the cause of a crash is hard to find.',
+            [{ path: settings, line: 3 }],
+            ['keep'],
+        ),
+    ],
+    'input.ibus-not-running': [
+        finding(5, 'input.ibus-not-running', 'bad', 'The input method ibus is not running.', [
+            { process: 4711 },
+        ]),
+    ],
+    'memory.full': [memory],
+    'permissions.foreign': [
+        finding(
+            6,
+            'permissions.foreign',
+            'bad',
+            `${settings} belongs to root, not to you: the suite cannot save your settings.`,
+            [{ path: settings }],
+            ['take-over'],
+        ),
+    ],
+};
+const look = (findings = {}, changes = {}) => ({
+    result: { type: 'summary' },
+    lines: list.result.checks.flatMap(({ check }) => [
+        {
+            type: 'check',
+            check,
+            result: findings[check] ? 'finding' : 'ok',
+            reason: '',
+            ...changes[check],
+        },
+        ...(findings[check] ?? []),
+    ]),
 });
-const shortcuts = (icon) => ({
+
+const change = (kind, rest) => ({ kind, path: '', diff: '', command: '', needs: 'user', ...rest });
+const plan = (...changes) => ({ result: { plan: 9, changes, refusal: '' } });
+const diff = `--- ${settings}
++++ ${settings}
+@@ -1,4 +1,4 @@
+ [6.0]
+ common\\Language=en_US
+-common\\CrashDump\\SaveDump=false
++common\\CrashDump\\SaveDump=true
+ common\\Window=maximised
+`;
+const entry = (journal, state, check, repair, path) => ({
+    journal,
+    time: `2026-03-0${journal}T08:30:00Z`,
+    check,
+    repair,
+    state,
+    paths: [path],
+});
+const history = {
     result: {
-        icon,
-        mode: 'helio_independ',
-        chartboard: false,
-        docket: false,
-        fixedcomponent: false,
+        entries: [
+            entry(1, 'undone', 'crash.dumps-off', 'keep', settings),
+            entry(2, 'taken-back', 'permissions.foreign', 'take-over', settings),
+            entry(3, 'applied', 'associations.writer', 'open-with-suite', associations),
+        ],
     },
-});
-const separate = 'vyr-office-shw.desktop|vyr-office-tbl.desktop|vyr-office-vyr.desktop';
-const own = { '.config': 'user|user|111-101-101|09:12:44', Orvane: 'user|user|111-101-101|8:00' };
-const snapshot = {
-    sysinfo: 'Linux 6.1.0',
-    vyrinfo: 'Version:12.1.0.1',
-    officeinfo: '',
-    browserinfo: '',
-    fontinfo: '',
-    cpuInfo: '',
-    envInfo: 'USER=user',
 };
 
 const well = {
     exportsysinfo: { result: 'success' },
-    inputcheck: { result: 'ERR_OK' },
-    getassoopen: table('vyr-office-vyr.desktop'),
-    getassomime: table('application/vyr-office'),
-    getdesktopiconfile: shortcuts(separate),
-    getDumpState: { result: { enable: true, feedback: false } },
-    getupdatesupport: { result: false },
-    stratextractfileinfo: { result: own },
-    stratcheckenv: { result: snapshot },
-    getcomputermemory: { result: { percentage: '37.4926', all: '15.5025' } },
-    fileassorepair: { result: 'success' },
-    fixfouricon: { result: 'success' },
-    startDump: { result: 'success' },
+    'doctor.list': list,
+    'doctor.look': look(),
+    'doctor.cancel': { result: {} },
+    'doctor.history': { result: { entries: [] } },
 };
-const ill = {
+const ill = { ...well, 'doctor.look': look(found) };
+const dumps = { 'crash.dumps-off': found['crash.dumps-off'] };
+const repairable = {
     ...well,
-    inputcheck: { result: 'ERR_NOT_RUNNING' },
-    getassoopen: [
-        table('vyr-office-vyr.desktop', ['.docx', '.xlsx']),
-        table('vyr-office-vyr.desktop'),
-    ],
-    getdesktopiconfile: shortcuts(''),
-    getDumpState: { result: { enable: false, feedback: true } },
-    stratextractfileinfo: { result: { ...own, 'Office.conf': 'root|root|110-100-100|17:03' } },
-    getcomputermemory: { result: { percentage: '93.1', all: '3.6' } },
+    'doctor.look': [look(dumps), look()],
+    'doctor.plan': plan(
+        change('write', { path: settings, diff }),
+        change('rights', { path: settings, mode: '0640' }),
+    ),
+    'doctor.fix': { result: { result: 'repaired', journal: 3, reason: '' } },
+    'doctor.undo': { result: { result: 'undone', reason: '', kept: [] } },
+    'doctor.history': history,
 };
 const check = (view) => view.locator('.checkup-heading .primary').click();
+const openPlan = async (view) => {
+    await check(view);
+    await view.locator('.finding-actions .primary').click();
+    await view.locator('.plan').waitFor();
+};
+const fix = async (view) => {
+    await openPlan(view);
+    await view.locator('.plan .primary').click();
+};
+const failing = (result, reason) => ({
+    ...repairable,
+    'doctor.look': look(dumps),
+    'doctor.fix': { result: { result, journal: 0, reason } },
+});
 
 export const scenes = [
     { name: 'home', page, answers: well, shows: 'How can we help?' },
@@ -88,27 +186,130 @@ export const scenes = [
         shows: 'The report was saved and opened.',
     },
     { name: 'home-without-host', page, withoutHost: true, shows: 'ordinary browser' },
+    {
+        name: 'home-without-doctor',
+        page,
+        withoutDoctor: true,
+        answers: well,
+        shows: 'System report',
+    },
     { name: 'home-well', page, answers: well, act: check, shows: 'Everything is fine' },
-    { name: 'home-findings', page, answers: ill, act: check, shows: '7 things need attention' },
+    {
+        name: 'home-checks',
+        page,
+        answers: {
+            ...ill,
+            'doctor.look': look(found, {
+                'updater.empty': { result: 'skipped', reason: 'The updater is not installed.' },
+            }),
+        },
+        act: async (view) => {
+            await check(view);
+            await view.locator('.checkup-more .quiet').click();
+        },
+        shows: 'The updater is not installed.',
+    },
+    { name: 'home-findings', page, answers: ill, act: check, shows: '5 things need attention' },
+    {
+        name: 'home-planned',
+        page,
+        answers: repairable,
+        act: openPlan,
+        shows: '+common\\CrashDump\\SaveDump=true',
+    },
+    {
+        name: 'home-administrator',
+        page,
+        answers: {
+            ...repairable,
+            'doctor.look': look({ 'permissions.foreign': found['permissions.foreign'] }),
+            'doctor.plan': plan(
+                change('command', {
+                    command: `sudo chown user ${settings}`,
+                    needs: 'administrator',
+                }),
+            ),
+        },
+        act: openPlan,
+        shows: `sudo chown user ${settings}`,
+    },
+    {
+        name: 'home-plan-refused',
+        page,
+        answers: {
+            ...repairable,
+            'doctor.plan': {
+                result: { plan: 9, changes: [], refusal: `${settings} cannot be read` },
+            },
+        },
+        act: openPlan,
+        shows: 'This cannot be fixed from here',
+    },
     {
         name: 'home-repaired',
         page,
-        answers: ill,
+        answers: repairable,
+        act: fix,
+        shows: 'Fixed and checked again: Crash dumps are kept',
+    },
+    {
+        name: 'home-unchanged',
+        page,
+        answers: failing('unchanged', 'the finding was still there, so it was taken back'),
+        act: fix,
+        shows: 'The fix did not help',
+    },
+    {
+        name: 'home-undone',
+        page,
+        answers: { ...repairable, 'doctor.look': [look(dumps), look(), look(dumps)] },
         act: async (view) => {
-            await check(view);
-            await view.locator('.finding-actions .primary').click();
-            await view.locator('.checkup-repaired').waitFor();
+            await fix(view);
+            await view.locator('.checkup-done .push-button').click();
         },
-        shows: 'Fixed and checked again: documents open with the suite.',
+        shows: 'Undone: Keep dumps',
+    },
+    {
+        name: 'home-history',
+        page,
+        answers: repairable,
+        act: (view) => view.locator('.checkup-heading .quiet').click(),
+        shows: 'had no effect and was undone',
+    },
+    {
+        name: 'home-history-empty',
+        page,
+        answers: well,
+        act: (view) => view.locator('.checkup-heading .quiet').click(),
+        shows: 'Nothing has been fixed yet.',
+    },
+    {
+        name: 'home-history-conflict',
+        page,
+        answers: {
+            ...repairable,
+            'doctor.undo': {
+                result: {
+                    result: 'conflict',
+                    reason: 'What you changed later is in the way.',
+                    kept: [associations],
+                },
+            },
+        },
+        act: async (view) => {
+            await view.locator('.checkup-heading .quiet').click();
+            await view.locator('.history .push-button').click();
+        },
+        shows: 'The fix was not undone.',
     },
     {
         name: 'home-ignored',
         page,
-        answers: { ...well, getcomputermemory: ill.getcomputermemory },
+        answers: { ...well, 'doctor.look': look({ 'memory.full': [memory] }) },
         act: async (view) => {
             await check(view);
             await view.locator('.finding-actions .quiet').click();
-            await view.locator('.ignored-findings > button').click();
+            await view.locator('.checkup-more .quiet').click();
         },
         shows: 'Memory is almost full',
     },
@@ -117,26 +318,47 @@ export const scenes = [
         page,
         answers: {
             ...well,
-            getassoopen: { result: 'error' },
-            getDumpState: {},
-            inputcheck: { refused: 'closing' },
+            'doctor.list': {
+                result: {
+                    ...list.result,
+                    mistakes: [
+                        {
+                            file: '/etc/office-assistant/checks.d/own.json',
+                            line: 3,
+                            column: 9,
+                            message: 'unknown key "loook"',
+                        },
+                    ],
+                },
+            },
+            'doctor.look': look(
+                {},
+                { 'updater.empty': { result: 'failed', reason: 'given up after 2.5 s' } },
+            ),
         },
         act: check,
         shows: 'not everything could be checked',
     },
     {
+        name: 'home-refused',
+        page,
+        answers: { ...well, 'doctor.list': { refused: 'closing' } },
+        act: check,
+        shows: 'The assistant rejected the request (closing)',
+    },
+    {
         name: 'home-late',
         page,
-        answers: { ...well, getassoopen: { ...well.getassoopen, late: true } },
+        answers: { ...well, 'doctor.look': { ...look(), late: true } },
         act: check,
-        shows: '2 of 7: File associations',
+        shows: '6 of 6 checks',
         later: 'Everything is fine',
     },
     {
         name: 'home-never',
         page,
-        answers: { ...well, getupdatesupport: { never: true } },
+        answers: { ...well, 'doctor.look': { never: true, lines: look().lines.slice(0, 2) } },
         act: check,
-        shows: '5 of 7: Updater',
+        shows: '2 of 6 checks',
     },
 ];

@@ -1,0 +1,248 @@
+/** The doctor, which a shell may offer beside the library's commands. */
+import type { Caller } from './caller';
+import { list, members, text, type Decoder } from './decode';
+import { UnreadableAnswer } from './outcome';
+
+export interface ListedCheck {
+    check: string;
+    /** What holds on a healthy machine. */
+    title: string;
+    /** By the repair's id. */
+    repairTitles: Record<string, string>;
+}
+
+interface CheckList {
+    checks: ListedCheck[];
+    /** What is wrong in check files, each with its place. */
+    mistakes: string[];
+}
+
+const results = ['ok', 'finding', 'failed', 'skipped'] as const;
+const states = ['bad', 'warning', 'note'] as const;
+const repairResults = ['repaired', 'unchanged', 'refused', 'failed'] as const;
+const undoResults = ['undone', 'conflict', 'failed'] as const;
+const entryStates = ['begun', 'applied', 'undone', 'taken-back', 'damaged'] as const;
+const changeKinds = ['write', 'create', 'remove', 'move', 'rights', 'end', 'command'] as const;
+
+/** How a check has ended; the reason is for people. */
+export interface CheckResult {
+    check: string;
+    result: (typeof results)[number];
+    reason: string;
+}
+
+export interface Place {
+    path: string;
+    /** From 1; 0 for the whole file. */
+    line: number;
+    process: number;
+}
+
+export interface DoctorFinding {
+    /** Names the finding until its check runs again. */
+    number: number;
+    check: string;
+    state: (typeof states)[number];
+    text: string;
+    where: Place[];
+    /** Ids of the repairs that fit, the recommended one first. */
+    repairs: string[];
+}
+
+/** What a look reports while it is under way. */
+interface LookListener {
+    check: (result: CheckResult) => void;
+    finding: (finding: DoctorFinding) => void;
+    note: (text: string) => void;
+}
+
+export interface PlannedChange {
+    kind: (typeof changeKinds)[number];
+    path: string;
+    target: string;
+    /** A unified diff; may be empty. */
+    diff: string;
+    /** For the administrator; empty for what the doctor does itself. */
+    command: string;
+    mode: string;
+    process: number;
+}
+
+export interface RepairPlan {
+    number: number;
+    changes: PlannedChange[];
+    /** Why nothing can be done; empty otherwise. */
+    refusal: string;
+}
+
+export interface RepairOutcome {
+    result: (typeof repairResults)[number];
+    /** The repair's number in the history. */
+    journal: number;
+    reason: string;
+}
+
+export interface UndoOutcome {
+    result: (typeof undoResults)[number];
+    reason: string;
+    /** Files that were changed after the repair. */
+    kept: string[];
+}
+
+export interface HistoryEntry {
+    journal: number;
+    time: Date;
+    check: string;
+    repair: string;
+    state: (typeof entryStates)[number];
+    paths: string[];
+}
+
+function number(value: unknown): number {
+    if (typeof value !== 'number') throw new UnreadableAnswer('no number');
+    return value;
+}
+
+function word<Word extends string>(value: unknown, words: readonly Word[]): Word {
+    const found = words.find((known) => known === value);
+    if (found === undefined) throw new UnreadableAnswer(`unknown word: ${String(value)}`);
+    return found;
+}
+
+const optional = <Value>(value: unknown, decode: Decoder<Value>, otherwise: Value): Value =>
+    value === undefined ? otherwise : decode(value);
+
+const textList = (value: unknown): string[] => list(value).map(text);
+
+function checkList(result: unknown): CheckList {
+    const { checks, mistakes } = members(result);
+    return {
+        checks: list(checks).map((one) => {
+            const { check, title, repairTitles } = members(one);
+            const titles = Object.entries(members(repairTitles));
+            return {
+                check: text(check),
+                title: text(title),
+                repairTitles: Object.fromEntries(titles.map(([id, name]) => [id, text(name)])),
+            };
+        }),
+        mistakes: list(mistakes).map((one) => {
+            const { file, line, column, message } = members(one);
+            return `${text(file)}:${number(line)}:${number(column)}: ${text(message)}`;
+        }),
+    };
+}
+
+function place(value: unknown): Place {
+    const { path, line, process } = members(value);
+    return {
+        path: optional(path, text, ''),
+        line: optional(line, number, 0),
+        process: optional(process, number, 0),
+    };
+}
+
+function finding(line: Record<string, unknown>): DoctorFinding {
+    return {
+        number: number(line.finding),
+        check: text(line.check),
+        state: word(line.state, states),
+        text: text(line.text),
+        where: list(line.where).map(place),
+        repairs: textList(line.repairs),
+    };
+}
+
+function tell(listener: LookListener, line: unknown): void {
+    const values = members(line);
+    if (values.type === 'check') {
+        const { check, result, reason } = values;
+        listener.check({ check: text(check), result: word(result, results), reason: text(reason) });
+    } else if (values.type === 'finding') {
+        listener.finding(finding(values));
+    } else if (values.type === 'note') {
+        listener.note(text(values.text));
+    }
+}
+
+function plannedChange(value: unknown): PlannedChange {
+    const { kind, path, target, diff, command, mode, process } = members(value);
+    return {
+        kind: word(kind, changeKinds),
+        path: text(path),
+        target: optional(target, text, ''),
+        diff: text(diff),
+        command: text(command),
+        mode: optional(mode, text, ''),
+        process: optional(process, number, 0),
+    };
+}
+
+function repairPlan(result: unknown): RepairPlan {
+    const { plan, changes, refusal } = members(result);
+    return {
+        number: number(plan),
+        changes: list(changes).map(plannedChange),
+        refusal: text(refusal),
+    };
+}
+
+function repairOutcome(answer: unknown): RepairOutcome {
+    const { result, journal, reason } = members(answer);
+    return { result: word(result, repairResults), journal: number(journal), reason: text(reason) };
+}
+
+function undoOutcome(answer: unknown): UndoOutcome {
+    const { result, reason, kept } = members(answer);
+    return { result: word(result, undoResults), reason: text(reason), kept: textList(kept) };
+}
+
+function historyEntries(result: unknown): HistoryEntry[] {
+    return list(members(result).entries).map((entry) => {
+        const { journal, time, check, repair, state, paths } = members(entry);
+        return {
+            journal: number(journal),
+            time: new Date(text(time)),
+            check: text(check),
+            repair: text(repair),
+            state: word(state, entryStates),
+            paths: textList(paths),
+        };
+    });
+}
+
+const nothing = (): void => undefined;
+const quiet: LookListener = { check: nothing, finding: nothing, note: nothing };
+
+/** The doctor's operations; texts come in `language`. */
+export function doctorOperations(caller: Caller) {
+    const listening = (listener: Partial<LookListener>) => (line: unknown) =>
+        tell({ ...quiet, ...listener }, line);
+    return {
+        /** Whether this shell has them. */
+        get isOffered(): boolean {
+            return caller.offers('doctor.look');
+        },
+        list: (language: string) => caller.operate('doctor.list', checkList, { language }),
+        /** Runs these checks, or all. Findings come to `listener`; the answer is the end. */
+        look: (language: string, checks: string[], listener: LookListener) =>
+            caller.operate(
+                'doctor.look',
+                () => undefined,
+                { language, checks },
+                listening(listener),
+            ),
+        /** Ends a look early. */
+        cancel: () => caller.operate('doctor.cancel', () => undefined),
+        plan: (findings: number[], repair: string) =>
+            caller.operate('doctor.plan', repairPlan, { findings, repair }),
+        /** Does what the plan has shown, and checks again. */
+        fix: (language: string, plan: number, note: LookListener['note']) =>
+            caller.operate('doctor.fix', repairOutcome, { language, plan }, listening({ note })),
+        undo: (journal: number, note: LookListener['note']) =>
+            caller.operate('doctor.undo', undoOutcome, { journal }, listening({ note })),
+        /** The repairs that were made, the oldest first. */
+        history: (note: LookListener['note']) =>
+            caller.operate('doctor.history', historyEntries, {}, listening({ note })),
+    };
+}
