@@ -184,9 +184,19 @@ QString Draft::move(const QString &path, const QString &target)
     return {};
 }
 
+bool Draft::isDirectoryPlanned(const QString &located) const
+{
+    return std::any_of(m_changes.begin(), m_changes.end(), [&located](const Change &change) {
+        return change.kind == Change::Kind::Create && change.entry == Change::Entry::Directory &&
+               change.path == located;
+    });
+}
+
 QString Draft::makeDirectory(const QString &path, mode_t mode)
 {
     const QString located = m_machine.located(path);
+    if (isDirectoryPlanned(located))
+        return {};
     if (exists(path))
         return QFileInfo(located).isDir() ? QString() : texts::tr("%1 is no directory").arg(path);
     if (!isOurs(located)) {

@@ -42,6 +42,7 @@ public:
 
 private:
     bool isOurs(const QString &path) const;
+    bool isDirectoryPlanned(const QString &located) const;
     QString followed(const QString &path) const;
     QString addWrite(const QString &path, const QByteArray &before, const QByteArray &after);
 

@@ -47,11 +47,6 @@ QString addSteps(const QVector<Step> &steps, const Values &values, Draft &draft)
 
 } // namespace
 
-Plan planSteps(const QVector<Step> &steps, const Values &values, const Machine &machine)
-{
-    return planSteps(steps, QVector<Values>{values}, machine);
-}
-
 Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine)
 {
     Plan plan;

@@ -34,10 +34,8 @@ struct Step
     RawArguments arguments;
 };
 
-/// The changes of all steps, each planned on what the ones before it will leave. Refused as a whole
-/// if one step cannot be done.
-Plan planSteps(const QVector<Step> &steps, const Values &values, const Machine &machine);
-/// The same for several cases, one after the other.
+/// The changes of all steps for each case, each planned on what the ones before it will leave.
+/// Refused as a whole if one step cannot be done.
 Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine);
 
 } // namespace doctor

@@ -99,7 +99,7 @@ CheckResult lookedAt(const CheckDefinition &check, const Looking &looking, const
 {
     CheckResult result;
     result.check = check.id;
-    const Matches cases = applicable(check, looking);
+    Matches cases = applicable(check, looking);
     if (!cases.problem.isEmpty())
         return failed(result, cases.problem);
     if (cases.matches.isEmpty()) {
@@ -107,7 +107,9 @@ CheckResult lookedAt(const CheckDefinition &check, const Looking &looking, const
         result.reason = check.skipped.inLanguage(locale);
         return result;
     }
-    for (const Match &known : cases.matches) {
+    for (Match &known : cases.matches) {
+        // Where the check applies is not where something is wrong.
+        known.where.clear();
         const Matches found = evaluated(check.look, known, looking);
         const QString problem = found.problem.isEmpty()
                                     ? addFindings(check, found.matches, looking, locale, result)

@@ -39,6 +39,11 @@ public:
     /// @param steps what stands between the brackets of a check file
     Plan plan(const QByteArray &steps, const Values &values = {}) const
     {
+        return planOfCases(steps, {values});
+    }
+
+    Plan planOfCases(const QByteArray &steps, const QVector<Values> &cases) const
+    {
         const CheckFile file = readChecks(
             R"({"id": "a", "title": "a", "look": {"process": "x"}, "finding": {"text": "a"}, "repairs":
                [{"id": "r", "title": "r", "steps": [)" +
@@ -48,7 +53,7 @@ public:
             qWarning().noquote() << mistake.line << mistake.column << mistake.message;
         if (file.checks.isEmpty())
             return {};
-        return planSteps(file.checks.first().repairs.first().steps, values, m_machine);
+        return planSteps(file.checks.first().repairs.first().steps, cases, m_machine);
     }
 
     const Machine &machine() const { return m_machine; }
@@ -85,6 +90,7 @@ private slots:
     void rightsOfAnothersFileAreForTheAdministrator();
     void aDefaultApplicationGoesToTheUsersList();
     void copiesLinksAndDirectoriesAreMade();
+    void severalCasesShareOnePlan();
     void aProcessIsNamedWithItsStart();
     void aLinkOutOfTheTreeIsNotFollowedToAnothersFile();
     void pathsWithTwoDotsAreRefused();
@@ -198,6 +204,20 @@ void TestPlans::copiesLinksAndDirectoriesAreMade()
     QCOMPARE(*plan.changes.at(1).after, QByteArray("d"));
     QCOMPARE(*plan.changes.at(1).mode, mode_t(0600));
     QCOMPARE(plan.changes.at(2).target, home.path("default"));
+}
+
+void TestPlans::severalCasesShareOnePlan()
+{
+    const Home home;
+    const Plan plan =
+        home.planOfCases(R"({"directory": "$HOME/d"}, {"write": "$HOME/d/{name}", "content": "x"})",
+                         {{{QStringLiteral("name"), Value::ofText(QStringLiteral("one"))}},
+                          {{QStringLiteral("name"), Value::ofText(QStringLiteral("two"))}}});
+    QCOMPARE(plan.refusal, QString());
+    QStringList paths;
+    for (const Change &change : plan.changes)
+        paths.append(change.path);
+    QCOMPARE(paths, QStringList({home.path("d"), home.path("d/one"), home.path("d/two")}));
 }
 
 void TestPlans::aProcessIsNamedWithItsStart()
