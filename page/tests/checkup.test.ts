@@ -44,6 +44,12 @@ describe('a diff', () => {
         ]);
     });
 
+    it('of a new file has its lines only', () => {
+        expect(diffLines('--- /dev/null\n+++ /a\n@@ -0,0 +1 @@\n+new\n')).toEqual([
+            { kind: 'added', text: '+new' },
+        ]);
+    });
+
     it('may be one sentence', () => {
         expect(diffLines('Binary files differ\n')).toEqual([
             { kind: 'same', text: 'Binary files differ' },

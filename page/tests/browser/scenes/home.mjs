@@ -108,6 +108,12 @@ const diff = `--- ${settings}
 +common\\CrashDump\\SaveDump=true
  common\\Window=maximised
 `;
+const newFile = `--- /dev/null
++++ ${settings}.old
+@@ -0,0 +1,2 @@
++[6.0]
++common\\Language=en_US
+`;
 const entry = (journal, state, check, repair, path) => ({
     journal,
     time: `2026-03-0${journal}T08:30:00Z`,
@@ -140,6 +146,7 @@ const repairable = {
     'doctor.look': [look(dumps), look()],
     'doctor.plan': plan(
         change('write', { path: settings, diff }),
+        change('create', { path: `${settings}.old`, diff: newFile }),
         change('rights', { path: settings, mode: '0640' }),
     ),
     'doctor.fix': { result: { result: 'repaired', journal: 3, reason: '' } },
