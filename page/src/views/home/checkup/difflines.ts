@@ -1,4 +1,4 @@
-export interface DiffLine {
+interface DiffLine {
     kind: 'added' | 'removed' | 'same' | 'place';
     /** With its sign; of a place the number of its first line. */
     text: string;
