@@ -10,7 +10,7 @@ function(room_headers target scope directory)
     cmake_path(GET directory PARENT_PATH parent)
     file(MAKE_DIRECTORY ${ROOM_HEADERS}/${name}/${parent})
     file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${directory} ${ROOM_HEADERS}/${name}/${directory} SYMBOLIC)
-    target_include_directories(${target} ${scope} ${ROOM_HEADERS}/${name})
+    target_include_directories(${target} ${scope} $<BUILD_INTERFACE:${ROOM_HEADERS}/${name}>)
 endfunction()
 
 # add_room(TYPE [USES rooms and libraries its headers need…] [PRIVATE those only its sources need…]):

@@ -29,7 +29,7 @@ public:
     /// background.
     void RunEverythingDaemon();
 
-signals:
+Q_SIGNALS:
     /// A hit: its absolute path, the keyword, and whether it is a folder.
     void SigGetContentHasKey(QString path, QString keyword, bool isDirectory);
 
@@ -40,3 +40,7 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+
+// The plug-in holds one by value.
+static_assert(sizeof(KFsSearch) == sizeof(QObject) + sizeof(void *),
+              "the size is part of the border");

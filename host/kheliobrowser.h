@@ -44,7 +44,7 @@ public:
     /// Replaces the page that is shown.
     virtual void navigate(const QUrl &url) = 0;
 
-signals:
+Q_SIGNALS:
     /// Asks the owner for the object that the page's JavaScript talks to. The owner makes a
     /// KxWebViewAsynJSObject on @p container and writes it to @p api.
     void creatingApi(KxWebViewContainer *container, QObject **api);
@@ -55,6 +55,9 @@ signals:
     void loadFinished(bool ok);
 };
 
+// Shells derive from it.
+static_assert(sizeof(KHelioBrowserWidgetBase) == sizeof(QWidget), "the size is part of the border");
+
 /// Reports a browser that CreateHelioBrowserWidget made.
 class HELIO_EXPORT KHelioBrowserCreator : public QObject
 {
@@ -64,9 +67,12 @@ public:
     explicit KHelioBrowserCreator(QObject *parent = nullptr);
     ~KHelioBrowserCreator() override;
 
-signals:
+Q_SIGNALS:
     void createSucceeded(KHelioBrowserWidgetBase *browser);
 };
+
+// The plug-in holds one by value.
+static_assert(sizeof(KHelioBrowserCreator) == sizeof(QObject), "the size is part of the border");
 
 /// Starts to make a browser as a child of @p owner and reports it through @p creator, before or
 /// after the call returns. Nothing is reported when no browser can be made.

@@ -26,3 +26,6 @@ public:
     /// Called after the shell's language has changed, so that the page can set its texts anew.
     virtual void retranslate();
 };
+
+// Plug-ins derive from it.
+static_assert(sizeof(KHelioPluginWidget) == sizeof(QWidget), "the size is part of the border");

@@ -36,6 +36,10 @@ private:
     QString m_strType;
 };
 
+// Plug-ins derive from it.
+static_assert(sizeof(KHelioPluginWidgetFactoryItemBase) == 2 * sizeof(void *) + sizeof(QString),
+              "the size is part of the border");
+
 /// The shell's register of page kinds. Items belong to the plug-in that registered them.
 /// A later item of the same kind takes precedence while it is registered.
 class HELIO_EXPORT KHelioPluginWidgetFactory

@@ -23,3 +23,7 @@ private:
     QWidget *m_widget;
     bool m_visible;
 };
+
+// Plug-ins allocate it.
+static_assert(sizeof(KLiteLinuxShadowBorder) == sizeof(QObject) + 2 * sizeof(void *),
+              "the size is part of the border");

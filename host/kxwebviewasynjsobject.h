@@ -76,3 +76,7 @@ private:
     QHash<QString, KxWebViewJSApiHandler *> m_handlers;
     bool m_handlersValid = false;
 };
+
+// Plug-ins derive from it.
+static_assert(sizeof(KxWebViewAsynJSObject) == sizeof(QObject) + 3 * sizeof(void *),
+              "the size is part of the border");

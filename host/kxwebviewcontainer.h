@@ -27,4 +27,8 @@ public:
     ~KxWebViewContainer() override;
 };
 
+// Shells derive from it.
+static_assert(sizeof(KxWebViewContainer) == sizeof(QObject) + sizeof(void *),
+              "the size is part of the border");
+
 Q_DECLARE_METATYPE(KxWebViewContainer *)

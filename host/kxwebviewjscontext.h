@@ -46,3 +46,8 @@ private:
     QMap<QByteArray, QVariant> m_properties;
     Json::Value m_result;
 };
+
+// Plug-ins make them on the stack.
+static_assert(sizeof(KxWebViewJSContext) ==
+                  2 * sizeof(QString) + 2 * sizeof(QVariantMap) + sizeof(Json::Value),
+              "the size is part of the border");
