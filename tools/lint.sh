@@ -49,7 +49,7 @@ lint_spelling() {
 
 lint_desktop_files() {
     desktop-file-validate packaging/*.desktop build/suite/desktops/*.desktop \
-        && appstreamcli validate --no-net packaging/office-assistant.metainfo.xml
+        && appstreamcli validate --no-net packaging/*.metainfo.xml
 }
 
 lint_licences() {

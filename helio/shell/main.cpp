@@ -123,7 +123,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(chromium.count(), chromium.values());
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setDesktopFileName(QStringLiteral("office-assistant"));
+    QApplication::setDesktopFileName(QStringLiteral("org.officeassistant.officeassistant"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
 
     const helio::TerminationSignals terminationSignals(helio::signalAwaitedGroups);
