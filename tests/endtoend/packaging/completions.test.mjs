@@ -6,7 +6,7 @@ import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 import { commands } from '../helio/ctl/commandtable.mjs';
 import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { canBuildPackage } from './debianpackage.mjs';
+import { canInstall } from './installedtree.mjs';
 
 const completions = path.join(path.dirname(suiteDirectory), 'packaging/completions');
 const files = ['assistantctl.bash', '_assistantctl', 'assistantctl.fish'];
@@ -32,7 +32,7 @@ async function longOptions(words) {
     return wordsOf(stdout, /(?<=^ {2}(?:-\w, )?)--[a-z-]+/gm);
 }
 
-describe.runIf(canBuildPackage)('completions', () => {
+describe.runIf(canInstall)('completions', () => {
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
         const wanted = [...(await longOptions([])), ...(await longOptions(['doctor']))];

@@ -4,9 +4,8 @@ import { afterAll, afterEach, beforeAll, beforeEach, describe, expect, test } fr
 
 import { suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
-import { canBuildPackage, DebianPackage, installPackage } from './debianpackage.mjs';
+import { canInstall, InstalledTree, packagingFile, showInstalled } from './installedtree.mjs';
 
-const configFile = '/opt/orvane/vtool/vyrupdate.cfg';
 const updaterPath = '/opt/orvane/vtool/vyrupdate';
 const logFile = '/var/log/vyrlog/vyrupdate.log';
 
@@ -16,19 +15,17 @@ printf '%s\\n' "$*" >> /tmp/asked
 printf 'office-assistant:\\n  Installed: %s\\n  Candidate: %s\\n' '${installed}' '${candidate}'
 `;
 
-describe.runIf(canBuildPackage)('the Debian package', () => {
-    let debianPackage;
+describe.runIf(canInstall)('an installation as packages', () => {
+    const installed = new InstalledTree();
     let root;
 
-    beforeAll(async () => {
-        debianPackage = await DebianPackage.build();
-    }, 300_000);
+    beforeAll(async () => installed.install(), 300_000);
 
-    afterAll(() => debianPackage?.dispose());
+    afterAll(() => installed.dispose());
 
     beforeEach(async () => {
         root = await SandboxRoot.create();
-        await installPackage(root, debianPackage);
+        await showInstalled(root, installed);
         await root.fake('apt-cache', policy('1.0.0', '1.0.0'));
     });
 
@@ -43,31 +40,22 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
     const logText = async () => Buffer.from(await send('getlogfile'), 'base64').toString();
     const log = async (line) => expect(await root.readFile(logFile)).toContain(line);
 
-    test('has the updater at its place, and nothing that others may write', async () => {
-        const contents = await debianPackage.contents();
-        const outside = contents.filter(
-            ({ name, mode }) => !mode.startsWith('d') && !name.startsWith('/usr/'),
+    test('has the updater where links of the package lead to', () => {
+        const links = packagingFile('office-assistant-updater.links').trim().split('\n');
+        expect(links).toContain(
+            'usr/lib/office-assistant/updater/vyrupdate opt/orvane/vtool/vyrupdate',
         );
-        expect(outside.map(({ mode, name }) => `${mode} ${name}`).sort()).toEqual([
-            '-rw-r--r-- /opt/orvane/vtool/vyrupdate.cfg',
-            '-rwxr-xr-x /opt/orvane/vtool/vyrupdate',
-        ]);
-        for (const { mode, owner, name } of contents) {
-            expect(owner, name).toBe('root/root');
-            if (!mode.startsWith('l')) expect(mode, name).toMatch(/^[-d]rw[-x]r-[-x]r-[-x]$/);
-        }
-        expect(fs.readFileSync(path.join(debianPackage.control, 'conffiles'), 'utf8')).toBe(
-            `${configFile}\n`,
-        );
+        expect(fs.statSync(installed.path(links[0].split(' ')[0])).mode & 0o777).toBe(0o755);
+        expect(fs.existsSync(installed.path('opt'))).toBe(false);
         expect(fs.existsSync(path.join(suiteDirectory, 'office/vyrupdate'))).toBe(false);
     });
 
     test('its shortcuts name the place of its programs', () => {
-        const directory = path.join(debianPackage.tree, 'usr/lib/office-assistant/desktops');
+        const directory = installed.path('usr/lib/office-assistant/desktops');
         const entry = fs.readFileSync(path.join(directory, 'vyr-office-vyr.desktop'), 'utf8');
         expect(entry).toContain('Exec="/usr/lib/office-assistant/office/opencomponent" vyr %F\n');
         for (const [, place] of entry.matchAll(/^(?:TryExec|Icon)=(.*)$/gm)) {
-            expect(fs.existsSync(path.join(debianPackage.tree, place)), place).toBe(true);
+            expect(fs.existsSync(installed.path(place)), place).toBe(true);
         }
     });
 
@@ -163,59 +151,44 @@ describe.runIf(canBuildPackage)('the Debian package', () => {
         expect(await root.exists('/tmp/missing')).toBe(false);
     });
 
-    describe('its control scripts', () => {
-        const logDirectory = '/var/log/vyrlog';
+    describe('its log directory', () => {
         let admin;
 
         beforeEach(async () => {
             admin = await SandboxRoot.create({ user: 'root' });
-            await installPackage(admin, debianPackage);
         });
 
         afterEach(async () => admin.dispose());
 
-        /** Runs a control script where the log directory can be created and removed. */
-        const control = (script, before, after) =>
-            admin.run([
+        const inScratch = (text) => text.replaceAll('/var/log/vyrlog', '/tmp/logs');
+        const purge = (before, task) =>
+            admin.run(['bash', '-c', `${before}\nset -- ${task}\n${inScratch(postrm)}`]);
+        const postrm = packagingFile('office-assistant-updater.postrm');
+
+        test('is everybody’s, with a sticky bit, and a link in its place is not followed', async () => {
+            await admin.writeFile(
+                '/tmp/logs.conf',
+                inScratch(packagingFile('office-assistant-updater.tmpfiles')),
+            );
+            const create = ['systemd-tmpfiles', '--create', '/tmp/logs.conf'];
+            expect((await admin.run(create)).status).toBe(0);
+            expect((await admin.stat('/tmp/logs')).mode & 0o7777).toBe(0o1777);
+
+            await admin.run([
                 'bash',
                 '-c',
-                `
-            sed 's#/var/log/vyrlog#/tmp/logs#' /tmp/control/${script} > /tmp/script
-            ${before}
-            sh /tmp/script ${after}`,
+                'cd /tmp; rmdir logs; mkdir -m 700 other; ln -s other logs',
             ]);
-        const logs = async () => ((await admin.stat('/tmp/logs')).mode & 0o7777).toString(8);
-
-        test('make the log directory everybody’s, with a sticky bit', async () => {
-            expect(fs.readFileSync(path.join(debianPackage.control, 'postinst'), 'utf8')).toContain(
-                logDirectory,
-            );
-            expect(await control('postinst', 'umask 077', 'configure')).toMatchObject({
-                status: 0,
-                stderr: '',
-            });
-            expect(await logs()).toBe('1777');
-        });
-
-        test('leave a directory that is there and never follow a link', async () => {
-            await control('postinst', 'mkdir -m 755 /tmp/logs', 'configure');
-            expect(await logs()).toBe('755');
-            const end = await control(
-                'postinst',
-                'rmdir /tmp/logs; mkdir -m 700 /tmp/other; ln -s /tmp/other /tmp/logs',
-                'configure',
-            );
-            expect(end.status).toBe(0);
-            expect(end.stderr).toContain('/tmp/logs is no directory');
+            await admin.run(create);
             expect((await admin.stat('/tmp/other')).mode & 0o7777).toBe(0o700);
         });
 
-        test('remove the log and its directory on purging only, and no other file', async () => {
-            await control('postrm', 'mkdir /tmp/logs; touch /tmp/logs/vyrupdate.log', 'remove');
+        test('goes with the log on purging only, and no other file goes', async () => {
+            await purge('mkdir /tmp/logs; touch /tmp/logs/vyrupdate.log', 'remove');
             expect(await admin.list('/tmp/logs')).toEqual(['vyrupdate.log']);
-            await control('postrm', 'touch /tmp/logs/other', 'purge');
+            await purge('touch /tmp/logs/other', 'purge');
             expect(await admin.list('/tmp/logs')).toEqual(['other']);
-            await control('postrm', 'rm /tmp/logs/other', 'purge');
+            await purge('rm /tmp/logs/other', 'purge');
             expect(await admin.exists('/tmp/logs')).toBe(false);
         });
     });
