@@ -40,13 +40,8 @@ describe.runIf(canInstall)('an installation as packages', () => {
     const logText = async () => Buffer.from(await send('getlogfile'), 'base64').toString();
     const log = async (line) => expect(await root.readFile(logFile)).toContain(line);
 
-    test('has the updater where links of the package lead to', () => {
-        const links = packagingFile('office-assistant-updater.links').trim().split('\n');
-        expect(links).toContain(
-            'usr/lib/office-assistant/updater/vyrupdate opt/orvane/vtool/vyrupdate',
-        );
-        expect(fs.statSync(installed.path(links[0].split(' ')[0])).mode & 0o777).toBe(0o755);
-        expect(fs.existsSync(installed.path('opt'))).toBe(false);
+    test('has nothing outside /usr, and no updater beside the programs', () => {
+        expect(fs.readdirSync(installed.directory)).toEqual(['usr']);
         expect(fs.existsSync(path.join(suiteDirectory, 'office/vyrupdate'))).toBe(false);
     });
 
@@ -151,7 +146,7 @@ describe.runIf(canInstall)('an installation as packages', () => {
         expect(await root.exists('/tmp/missing')).toBe(false);
     });
 
-    describe('its log directory', () => {
+    describe('what tmpfiles.d makes for it', () => {
         let admin;
 
         beforeEach(async () => {
@@ -160,35 +155,55 @@ describe.runIf(canInstall)('an installation as packages', () => {
 
         afterEach(async () => admin.dispose());
 
-        const inScratch = (text) => text.replaceAll('/var/log/vyrlog', '/tmp/logs');
-        const purge = (before, task) =>
-            admin.run(['bash', '-c', `${before}\nset -- ${task}\n${inScratch(postrm)}`]);
-        const postrm = packagingFile('office-assistant-updater.postrm');
+        const inScratch = (text) =>
+            text.replaceAll('/var/log/vyrlog', '/tmp/logs').replaceAll('/opt/', '/tmp/opt/');
+        const tmpfiles = inScratch(packagingFile('office-assistant-updater.tmpfiles'));
+        const postrm = inScratch(packagingFile('office-assistant-updater.postrm'));
+        const shell = (script) => admin.run(['bash', '-c', script]);
+        const create = async () => {
+            await admin.writeFile('/tmp/updater.conf', tmpfiles);
+            return admin.run(['systemd-tmpfiles', '--create', '/tmp/updater.conf']);
+        };
+        const links = '/tmp/opt/orvane/vtool';
 
-        test('is everybody’s, with a sticky bit, and a link in its place is not followed', async () => {
-            await admin.writeFile(
-                '/tmp/logs.conf',
-                inScratch(packagingFile('office-assistant-updater.tmpfiles')),
-            );
-            const create = ['systemd-tmpfiles', '--create', '/tmp/logs.conf'];
-            expect((await admin.run(create)).status).toBe(0);
+        test('is a log directory of everybody’s, with a sticky bit', async () => {
+            expect((await create()).status).toBe(0);
             expect((await admin.stat('/tmp/logs')).mode & 0o7777).toBe(0o1777);
+        });
 
-            await admin.run([
-                'bash',
-                '-c',
-                'cd /tmp; rmdir logs; mkdir -m 700 other; ln -s other logs',
-            ]);
-            await admin.run(create);
+        test('is not made where a link leads to', async () => {
+            await shell('mkdir -m 700 /tmp/other; ln -s other /tmp/logs');
+            await create();
             expect((await admin.stat('/tmp/other')).mode & 0o7777).toBe(0o700);
         });
 
-        test('goes with the log on purging only, and no other file goes', async () => {
-            await purge('mkdir /tmp/logs; touch /tmp/logs/vyrupdate.log', 'remove');
+        test('is links to the updater and its settings at their fixed place', async () => {
+            await create();
+            const program = await shell(`readlink ${links}/vyrupdate ${links}/vyrupdate.cfg`);
+            expect(program.stdout.split('\n').slice(0, 2)).toEqual([
+                '/usr/lib/office-assistant/updater/vyrupdate',
+                '/etc/office-assistant/vyrupdate.cfg',
+            ]);
+            expect(fs.existsSync(installed.path(program.stdout.split('\n')[0]))).toBe(true);
+        });
+
+        test('keeps the updater and the settings of a suite', async () => {
+            await shell(`mkdir -p ${links}; echo suite > ${links}/vyrupdate`);
+            await create();
+            await shell(`set -- remove\n${postrm}`);
+            expect(await admin.readFile(`${links}/vyrupdate`)).toBe('suite\n');
+            expect(await admin.list(links)).toEqual(['vyrupdate']);
+        });
+
+        test('goes with the package, the log on purging only, and no other file goes', async () => {
+            await create();
+            await shell('touch /tmp/logs/vyrupdate.log');
+            await shell(`set -- remove\n${postrm}`);
+            expect(await admin.list('/tmp/opt')).toEqual([]);
             expect(await admin.list('/tmp/logs')).toEqual(['vyrupdate.log']);
-            await purge('touch /tmp/logs/other', 'purge');
+            await shell(`touch /tmp/logs/other; set -- purge\n${postrm}`);
             expect(await admin.list('/tmp/logs')).toEqual(['other']);
-            await purge('rm /tmp/logs/other', 'purge');
+            await shell(`rm /tmp/logs/other; set -- purge\n${postrm}`);
             expect(await admin.exists('/tmp/logs')).toBe(false);
         });
     });
