@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include "doctor/journal/tree/descriptor.h"
+#include "doctor/model/descriptor.h"
 
 namespace doctor {
 
