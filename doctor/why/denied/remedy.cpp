@@ -128,25 +128,23 @@ std::optional<Remedy> forMount(const Component &component, const char *from, con
 {
     const Mount mount = mountNumbered(component.mount);
     const QString point = QFile::decodeName(mount.point);
-    const auto change = [&](const QStringList &options) {
-        return forAdministrator(component, {QStringLiteral("mount"), QStringLiteral("-o"),
-                                            options.join(QLatin1Char(',')), point});
-    };
-    if (QFile::encodeName(point) != mount.point || point.isEmpty())
-        return std::nullopt;
-    if (mount.options.contains(from)) {
-        // The kernel takes away every option that is not named again.
-        QStringList options{QStringLiteral("remount"), QStringLiteral("bind")};
-        for (const QByteArray &option : mount.options)
-            options.append(QLatin1String(option == from ? QByteArray(to) : option));
-        options.removeAll(QStringLiteral("idmapped"));
-        return change(options);
-    }
+    const bool isWhole = mount.fileSystemOptions.contains(from);
     const bool isFixed =
         std::find(readOnlyTypes.begin(), readOnlyTypes.end(), mount.type) != readOnlyTypes.end();
-    if (isFixed || !mount.fileSystemOptions.contains(from))
+    if (point.isEmpty() || QFile::encodeName(point) != mount.point || (isWhole && isFixed) ||
+        (!isWhole && !mount.options.contains(from)))
         return std::nullopt;
-    return change({QStringLiteral("remount"), QLatin1String(to)});
+    QStringList options{QStringLiteral("remount")};
+    if (!isWhole)
+        options.append(QStringLiteral("bind"));
+    // The kernel takes away every option that is not named again.
+    for (const QByteArray &option : mount.options)
+        options.append(QLatin1String(option == from ? QByteArray(to) : option));
+    options.removeAll(QStringLiteral("idmapped"));
+    if (!options.contains(QLatin1String(to)))
+        options.append(QLatin1String(to));
+    return forAdministrator(component, {QStringLiteral("mount"), QStringLiteral("-o"),
+                                        options.join(QLatin1Char(',')), point});
 }
 
 std::optional<Remedy> forAttribute(const Component &component, const char *option)
