@@ -31,7 +31,4 @@ int removeEntry(int directory, const QByteArray &name);
 int renameNew(int fromDirectory, const QByteArray &from, int toDirectory, const QByteArray &to);
 int syncDescriptor(int descriptor);
 
-/// What /proc calls an open file: a path for calls that take no descriptor made with O_PATH.
-QByteArray descriptorPath(int descriptor);
-
 } // namespace doctor

@@ -8,16 +8,12 @@
 #include <deque>
 
 #include <fcntl.h>
-#include <linux/limits.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <sys/vfs.h>
-#include <sys/xattr.h>
-#include <unistd.h>
 
-#include "doctor/model/descriptor.h"
 #include "doctor/why/denied/ending.h"
+#include "doctor/why/denied/lookups.h"
 
 namespace doctor {
 
@@ -27,57 +23,6 @@ constexpr int mostLinks = 40;
 constexpr int mostComponents = 4096;
 constexpr int longestPlace = 4 * PATH_MAX;
 constexpr unsigned long noLinks = 0x2000; // ST_NOSYMFOLLOW of newer headers
-
-QByteArray descriptorPath(int descriptor)
-{
-    return "/proc/self/fd/" + QByteArray::number(descriptor);
-}
-
-QByteArray linkTarget(int directory, const QByteArray &name)
-{
-    QByteArray target(PATH_MAX, '\0');
-    const ssize_t size = ::readlinkat(directory, name.constData(), target.data(),
-                                      static_cast<std::size_t>(target.size()));
-    return target.left(static_cast<int>(std::max<ssize_t>(0, size)));
-}
-
-void readAcl(int descriptor, Component &component)
-{
-    QByteArray attribute(XATTR_SIZE_MAX, '\0');
-    const ssize_t size =
-        ::getxattr(descriptorPath(descriptor).constData(), "system.posix_acl_access",
-                   attribute.data(), static_cast<std::size_t>(attribute.size()));
-    component.takesAcl = size > 0 || (size < 0 && errno == ENODATA);
-    if (size > 0)
-        component.guard.acl = parseAcl(attribute.left(static_cast<int>(size)));
-}
-
-/// 0, or an errno.
-int inspect(int descriptor, Component &component)
-{
-    struct statx state = {};
-    if (::statx(descriptor, "", AT_EMPTY_PATH, STATX_BASIC_STATS | STATX_MNT_ID, &state) != 0)
-        return errno;
-    component.guard = {state.stx_mode, state.stx_uid, state.stx_gid, {}};
-    if (!S_ISLNK(state.stx_mode))
-        readAcl(descriptor, component);
-    component.device = makedev(state.stx_dev_major, state.stx_dev_minor);
-    component.inode = state.stx_ino;
-    component.mount = state.stx_mnt_id;
-    component.immutable = (state.stx_attributes & STATX_ATTR_IMMUTABLE) != 0;
-    component.appendOnly = (state.stx_attributes & STATX_ATTR_APPEND) != 0;
-    return 0;
-}
-
-/// Directories as such, so that what is mounted there on demand is.
-Descriptor openedAt(int directory, const QByteArray &name)
-{
-    constexpr int flags = O_PATH | O_NOFOLLOW | O_CLOEXEC;
-    Descriptor opened(::openat(directory, name.constData(), flags | O_DIRECTORY));
-    if (!opened.isOpen() && errno == ENOTDIR)
-        return Descriptor(::openat(directory, name.constData(), flags));
-    return opened;
-}
 
 QByteArray below(const QByteArray &directory, const QByteArray &name)
 {
@@ -95,7 +40,7 @@ private:
     void plan(const QByteArray &path);
     bool step();
     bool pass();
-    bool goUp();
+    bool ascend();
     bool follow(Component &link, const Descriptor &opened);
     bool followByKernel(Component &link);
     bool enter(Descriptor opened, const Component &component);
@@ -214,7 +159,7 @@ bool Walk::pass()
     return false;
 }
 
-bool Walk::goUp()
+bool Walk::ascend()
 {
     Descriptor opened(::openat(m_here.number(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     Component component;
@@ -234,7 +179,7 @@ bool Walk::step()
     if (name == ".")
         return true;
     if (name == "..")
-        return goUp();
+        return ascend();
     Component component;
     component.path = below(here().path, name);
     Descriptor opened = openedAt(m_here.number(), name);
