@@ -10,7 +10,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "doctor/journal/tree/descriptor.h"
+#include "doctor/model/descriptor.h"
 #include "texts/texts.h"
 
 namespace doctor {

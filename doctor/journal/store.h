@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "doctor/journal/record.h"
-#include "doctor/journal/tree/descriptor.h"
+#include "doctor/model/descriptor.h"
 
 namespace doctor {
 

@@ -117,7 +117,8 @@ ctl::CommandLine ctl::parseCommandLine(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Runs a command of the office assistant and prints each event as one line of JSON.\n"
-        "The doctor has a help of its own: assistantctl doctor --help."));
+        "The doctor and its explanations have a help of their own: assistantctl doctor --help,\n"
+        "assistantctl why --help."));
     parser.addOptions({options.page, options.choose, options.wait, options.until, options.open,
                        options.trace, options.pretty, options.session, options.commands,
                        options.help, options.version});

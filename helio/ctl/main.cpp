@@ -11,6 +11,7 @@
 #include "helio/ctl/session.h"
 #include "helio/ctl/singlecommand.h"
 #include "helio/ctl/standardstreams.h"
+#include "helio/ctl/why/whycommand.h"
 #include "helio/headless/headlessapplication.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
@@ -23,6 +24,7 @@
 namespace {
 
 constexpr char doctorWord[] = "doctor";
+constexpr char whyWord[] = "why";
 
 void printText(const QString &text, std::FILE *stream)
 {
@@ -92,6 +94,10 @@ int main(int argc, char *argv[])
     if (arguments.value(1) == QLatin1String(doctorWord)) {
         const QCoreApplication application(argc, argv);
         return ctl::runDoctor(arguments.mid(2));
+    }
+    if (arguments.value(1) == QLatin1String(whyWord)) {
+        const QCoreApplication application(argc, argv);
+        return ctl::runWhy(arguments.mid(2));
     }
     const int input = ctl::takeStandardInput();
 

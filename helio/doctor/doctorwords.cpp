@@ -125,4 +125,15 @@ QString commandLineOf(const doctor::Change &change)
     return words.join(QLatin1Char(' '));
 }
 
+QString visible(const QString &text)
+{
+    QString shown;
+    for (const QChar character : text)
+        shown += character.category() == QChar::Other_Control ||
+                         character.category() == QChar::Other_Format
+                     ? QChar(QChar::ReplacementCharacter)
+                     : character;
+    return shown;
+}
+
 } // namespace helio

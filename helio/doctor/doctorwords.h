@@ -23,5 +23,7 @@ QString nameOf(doctor::JournalEntry::State state);
 QString diffOf(const doctor::Change &change);
 /// The command as a line for sh.
 QString commandLineOf(const doctor::Change &change);
+/// Without the characters that a terminal obeys, which text of files and check files may hold.
+QString visible(const QString &text);
 
 } // namespace helio

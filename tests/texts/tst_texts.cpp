@@ -18,8 +18,9 @@ private slots:
     void everyTextOfARoomHasItsChinese_data()
     {
         QTest::addColumn<QString>("room");
-        for (const char *room : {"doctor", "helio/ctl/doctor", "helio/shell", "helio/webengine",
-                                 "programs/checktool", "programs/component", "programs/screengrab"})
+        for (const char *room :
+             {"doctor", "helio/ctl/doctor", "helio/ctl/why", "helio/shell", "helio/webengine",
+              "programs/checktool", "programs/component", "programs/screengrab"})
             QTest::newRow(room) << QString::fromLatin1(room);
     }
 

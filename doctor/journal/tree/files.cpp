@@ -112,9 +112,4 @@ int syncDescriptor(int descriptor)
     return errno;
 }
 
-QByteArray descriptorPath(int descriptor)
-{
-    return "/proc/self/fd/" + QByteArray::number(descriptor);
-}
-
 } // namespace doctor

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include "doctor/journal/tree/descriptor.h"
+#include "doctor/model/descriptor.h"
 
 namespace doctor {
 
@@ -30,8 +30,5 @@ int removeEntry(int directory, const QByteArray &name);
 /// Renames, also between directories, and never replaces anything: EEXIST.
 int renameNew(int fromDirectory, const QByteArray &from, int toDirectory, const QByteArray &to);
 int syncDescriptor(int descriptor);
-
-/// What /proc calls an open file: a path for calls that take no descriptor made with O_PATH.
-QByteArray descriptorPath(int descriptor);
 
 } // namespace doctor

@@ -13,6 +13,7 @@
 #include "helio/ctl/doctor/doctorline.h"
 #include "helio/ctl/doctor/doctorsession.h"
 #include "helio/ctl/doctor/jsonprinter.h"
+#include "helio/ctl/doctor/messagelocale.h"
 #include "helio/ctl/doctor/textprinter.h"
 #include "texts/texts.h"
 
@@ -21,22 +22,6 @@ namespace ctl {
 namespace {
 
 constexpr char shippedChecks[] = "/checks";
-
-/// The locale of messages, chosen as gettext(3) does: LANGUAGE counts only in a real locale.
-QString messageLocale(const doctor::Machine &machine)
-{
-    QString locale;
-    for (const char *name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        if (locale.isEmpty())
-            locale = machine.environment.value(QLatin1String(name));
-    }
-    const QString name = locale.section(QLatin1Char('.'), 0, 0);
-    if (name.isEmpty() || name == QLatin1String("C") || name == QLatin1String("POSIX"))
-        return QStringLiteral("en");
-    const QString wanted =
-        machine.environment.value(QStringLiteral("LANGUAGE")).section(QLatin1Char(':'), 0, 0);
-    return wanted.isEmpty() ? name : wanted;
-}
 
 int complain(const QString &fault)
 {

@@ -12,20 +12,10 @@ namespace ctl {
 
 namespace {
 
+using helio::visible;
+
 constexpr int idWidth = 30;
 constexpr int stateWidth = 10;
-
-/// Text of files and check files may hold what a terminal obeys.
-QString visible(const QString &text)
-{
-    QString shown;
-    for (const QChar character : text)
-        shown += character.category() == QChar::Other_Control ||
-                         character.category() == QChar::Other_Format
-                     ? QChar(QChar::ReplacementCharacter)
-                     : character;
-    return shown;
-}
 
 void printLine(const QString &line)
 {

@@ -35,7 +35,8 @@ async function longOptions(words) {
 describe.runIf(canInstall)('completions', () => {
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
-        const wanted = [...(await longOptions([])), ...(await longOptions(['doctor']))];
+        const helps = await Promise.all([[], ['doctor'], ['why']].map(longOptions));
+        const wanted = helps.flat();
         const options = file.endsWith('.fish')
             ? wordsOf(text, /(?<=^complete .* -l )[a-z-]+/gm).map((name) => `--${name}`)
             : wordsOf(text, /(?<![\w-])--[a-z][a-z-]*/g);
@@ -83,9 +84,9 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
         ['bash', completedByBash],
         ['fish', completedByFish],
     ])('in %s', (_shell, completed) => {
-        test('a first word is a command or the doctor', async () => {
+        test('a first word is a command, the doctor or why', async () => {
             const words = await completed('');
-            expect(words.toSorted()).toEqual([...commands, 'doctor'].sort());
+            expect(words.toSorted()).toEqual([...commands, 'doctor', 'why'].sort());
             expect(await completed('mousePr')).toEqual(['mousePress']);
         });
 
@@ -112,6 +113,17 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
                 'permissions.open',
             ]);
             expect(await completed('doctor', 'hi')).toEqual(['history']);
+        });
+
+        test('why denied takes a path and an access', async () => {
+            expect(await completed('why', 'd')).toEqual(['denied']);
+            expect(await completed('why', 'denied', '--for', 'r')).toEqual(['read', 'run']);
+            expect(await completed('why', 'denied', '/completions/assistantctl.f')).toEqual([
+                '/completions/assistantctl.fish',
+            ]);
+            expect((await completed('why', 'denied', '--')).toSorted()).toEqual(
+                await longOptions(['why']),
+            );
         });
 
         test('a repair to undo is one of the history', async () => {

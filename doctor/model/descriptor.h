@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <utility>
 
 #include <unistd.h>
@@ -29,5 +31,11 @@ public:
 private:
     int m_number;
 };
+
+/// What /proc calls an open file: a path for calls that take no descriptor made with O_PATH.
+inline QByteArray descriptorPath(int descriptor)
+{
+    return "/proc/self/fd/" + QByteArray::number(descriptor);
+}
 
 } // namespace doctor

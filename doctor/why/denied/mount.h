@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+namespace doctor {
+
+/// A line of /proc/self/mountinfo, see proc(5).
+struct Mount
+{
+    QByteArray point;
+    QByteArray type;
+    QList<QByteArray> options;
+    /// Those of the whole file system, which all its mounts share.
+    QList<QByteArray> fileSystemOptions;
+};
+
+/// The mount with that number, as statx(2) gives it; the point is empty if it is not found.
+Mount mountNumbered(quint64 number);
+
+} // namespace doctor

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "doctor/doctor.h"
+
+namespace ctl {
+
+/// The locale of messages, chosen as gettext(3) does: LANGUAGE counts only in a real locale.
+QString messageLocale(const doctor::Machine &machine);
+
+} // namespace ctl
