@@ -128,7 +128,8 @@ bool isPlainPath(const QByteArray &path)
            });
 }
 
-/// Both nodes are files or links with content, unless the step leaves content alone.
+/// A step has what its kind needs, and no more. Both nodes of a replacement are files or links with
+/// content.
 bool isWhole(const TreeStep &step)
 {
     const auto hasContent = [](const Node &node) {
@@ -137,12 +138,14 @@ bool isWhole(const TreeStep &step)
     };
     switch (step.kind) {
     case TreeStep::Kind::Move:
-        return isPlainPath(step.target);
+        return isPlainPath(step.target) && step.temporary.isEmpty();
     case TreeStep::Kind::Rights:
-        return !step.from.content && !step.to.content;
+        return !step.from.content && !step.to.content && step.target.isEmpty() &&
+               step.temporary.isEmpty();
     default:
-        return hasContent(step.from) && hasContent(step.to) && !step.temporary.isEmpty() &&
-               !step.temporary.contains('/') && !step.temporary.contains('\0');
+        return hasContent(step.from) && hasContent(step.to) && step.target.isEmpty() &&
+               !step.temporary.isEmpty() && !step.temporary.contains('/') &&
+               !step.temporary.contains('\0');
     }
 }
 

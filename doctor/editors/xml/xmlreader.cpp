@@ -156,7 +156,8 @@ XmlToken XmlReader::readInstruction()
     const auto name = readName();
     const QByteArray target = name ? bytesIn(m_content, *name) : QByteArray();
     const bool isSpaced = skipSpace();
-    if (!name || (!isSpaced && !startsWith("?>")))
+    // "Namespaces in XML" allows no colon in it.
+    if (!name || target.contains(':') || (!isSpaced && !startsWith("?>")))
         return broken(texts::tr("an instruction has no name."), begin);
     const bool isFirst = begin == markSize(m_content);
     if (target.toLower() != "xml") {
