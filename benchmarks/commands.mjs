@@ -41,7 +41,9 @@ function markingViewer(place) {
 }
 
 async function archiveFigure(place) {
-    const sample = `${place.home}/sample.bin`;
+    const directory = `${place.home}/bare`;
+    mkdirSync(directory);
+    const sample = `${directory}/sample.bin`;
     const noise = Buffer.alloc(1 << 20);
     for (let piece = 0; piece < 200; piece++) {
         writeFileSync(sample, randomFillSync(noise), { flag: 'a' });
@@ -59,9 +61,8 @@ async function archiveFigure(place) {
             await waitFor(() => existsSync(mark), { what: 'the end of the archive', everyMs: 5 });
             return Number(process.hrtime.bigint() - begin) / 1e9;
         }, env);
-    const tree = `${place.home}/.local/share/Orvane/tmp/archive`;
     const peer = () =>
-        place.shell(`tar -cf - ${tree} 2> /dev/null | gzip > ${place.home}/bare.tar.gz`);
+        place.shell(`tar -cf - ${directory} 2> /dev/null | gzip > ${place.home}/bare.tar.gz`);
     return figure(
         'feedback archive of 200 MB against tar and gzip',
         's',

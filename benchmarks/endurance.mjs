@@ -1,6 +1,7 @@
 // What a session holds after many commands, compared with after few.
 
 import { readFileSync, readdirSync } from 'node:fs';
+import { waitFor } from 'browser-driver';
 import { figure } from './measure.mjs';
 
 const mixedCommands = [
@@ -52,6 +53,11 @@ export async function enduranceFigures(place) {
         await sendMixed(session, 100);
         const early = holdingsOf(session.pid);
         await sendMixed(session, 9900);
+        // Listings go on by themselves, and the ended ones are collected from time to time.
+        await waitFor(() => holdingsOf(session.pid).children === 0, {
+            timeoutMs: 5000,
+            what: 'the end of the listings',
+        }).catch(() => {});
         const late = holdingsOf(session.pid);
         const against = (key) => ({
             ours: late[key],

@@ -5,11 +5,14 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
+#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
 
 #include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "helio/ctl/callbackwait.h"
@@ -24,6 +27,8 @@ constexpr int longestWaitMs = 30000;
 /// After a termination signal, which ends all of it.
 constexpr int longestEndMs = 2000;
 constexpr int checkIntervalMs = 20;
+/// Whoever started a program collects it long before.
+constexpr int collectIntervalMs = 2000;
 /// How long a thread that a command has just started may sleep before it runs.
 constexpr int threadStartMs = 50;
 
@@ -122,11 +127,34 @@ bool hasRunningThread()
     });
 }
 
+QSet<qint64> endedChildren()
+{
+    QSet<qint64> ended;
+    const QStringList processes = helio::processIds();
+    for (const QString &processId : processes) {
+        const helio::ProcessStatus status =
+            helio::processStatus(QStringLiteral("/proc/") + processId);
+        if (status.state == "Z" && status.parent == QCoreApplication::applicationPid())
+            ended.insert(processId.toLongLong());
+    }
+    return ended;
+}
+
 } // namespace
 
-void ctl::adoptLeftovers()
+void ctl::adoptLeftovers(QObject *owner)
 {
     ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+    auto *collector = new QTimer(owner);
+    QObject::connect(collector, &QTimer::timeout, collector, [before = QSet<qint64>()]() mutable {
+        const QSet<qint64> ended = endedChildren();
+        for (const qint64 child : ended) {
+            if (before.contains(child))
+                ::waitpid(static_cast<pid_t>(child), nullptr, WNOHANG);
+        }
+        before = ended;
+    });
+    collector->start(collectIntervalMs);
 }
 
 bool ctl::isScriptRunningFrom(const QString &directory)

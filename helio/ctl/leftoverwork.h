@@ -2,11 +2,13 @@
 
 #include <QString>
 
+class QObject;
+
 namespace ctl {
 
 /// Makes programs whose parent ends children of this process, so that it finds all that it has
-/// started.
-void adoptLeftovers();
+/// started, and collects those that have ended for as long as @p owner lives.
+void adoptLeftovers(QObject *owner);
 
 /// Whether a program that this process has started runs a script in @p directory, directly or by an
 /// interpreter.

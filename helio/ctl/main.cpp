@@ -109,7 +109,7 @@ int main(int argc, char *argv[])
         printText(line.text, stdout);
         return ctl::Answered;
     }
-    ctl::adoptLeftovers();
+    ctl::adoptLeftovers(&application);
     const helio::TerminationSignals terminationSignals(ctl::endStartedWork, STDOUT_FILENO);
     QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
                      &QCoreApplication::quit);

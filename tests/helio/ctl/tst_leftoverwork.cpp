@@ -9,6 +9,8 @@
 #include <memory>
 #include <thread>
 
+#include <sys/wait.h>
+
 #include "helio/ctl/leftoverwork.h"
 #include "host/krt.h"
 #include "tests/support/patience.h"
@@ -145,12 +147,15 @@ private slots:
             "#!/bin/bash\nsleep 600 & sleep 600\n");
         const QString directory = testsupport::PrivateHome::current().suiteHome() +
                                   QStringLiteral("/tmp/officeassis_script");
-        ctl::adoptLeftovers();
+        ctl::adoptLeftovers(qApp);
         QVERIFY(krt::ksafe::KProcess::StartDetach(
             QStringLiteral("bash"), {directory + QStringLiteral("/stuck.sh")}, QString(), nullptr));
         QTRY_VERIFY_WITH_TIMEOUT(ctl::isScriptRunningFrom(directory), testsupport::longestWaitMs);
         ctl::endStartedWork(SIGTERM);
         QTRY_VERIFY_WITH_TIMEOUT(!ctl::isScriptRunningFrom(directory), testsupport::longestWaitMs);
+        // What has ended is collected.
+        QTRY_VERIFY_WITH_TIMEOUT(::waitid(P_ALL, 0, nullptr, WEXITED | WNOHANG | WNOWAIT) != 0,
+                                 testsupport::longestWaitMs);
     }
 
     void nothingLeftMeansNoWait()
