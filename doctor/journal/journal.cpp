@@ -133,7 +133,7 @@ Journal::Journal(const QString &directory, const JournalLimits &limits)
 QString Journal::defaultDirectory()
 {
     QString state = qEnvironmentVariable(stateVariable);
-    // Relative paths do not count, says the XDG Base Directory Specification.
+    // Relative paths do not count, says the XDG standard for base directories.
     if (!QDir::isAbsolutePath(state))
         state = QDir::home().filePath(QLatin1String(stateDirectory));
     return QDir::cleanPath(state) + QLatin1Char('/') + QLatin1String(journalDirectory);

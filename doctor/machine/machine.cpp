@@ -27,7 +27,7 @@ struct Default
     const char *name;
     const char *belowHome;
 };
-/// The XDG Base Directory Specification.
+/// As the XDG standard for base directories has them.
 constexpr std::array<Default, 4> baseDirectories{{
     {"XDG_CONFIG_HOME", "/.config"},
     {"XDG_DATA_HOME", "/.local/share"},

@@ -23,8 +23,8 @@ QStringList dataFolders(const Machine &machine)
     return folders(machine, "XDG_DATA_HOME", "XDG_DATA_DIRS", "/usr/local/share:/usr/share");
 }
 
-/// The lists of default applications, the deciding one first: the specification "MIME
-/// applications".
+/// The lists of default applications, the deciding one first, as the XDG standard for associations
+/// between MIME types and applications orders them.
 QStringList mimeLists(const Machine &machine)
 {
     const QString desktops = machine.environment.value(QStringLiteral("XDG_CURRENT_DESKTOP"));
