@@ -2,13 +2,12 @@
 
 #include <QCommandLineParser>
 
+#include "helio/ctl/doctor/optiontable.h"
 #include "texts/texts.h"
 
 namespace ctl {
 
 namespace {
-
-constexpr int optionWidth = 17;
 
 struct Options
 {
@@ -42,14 +41,6 @@ struct Options
 
 QString helpText(const Options &options)
 {
-    QString table;
-    for (const QCommandLineOption &option : options.all()) {
-        QString name = QStringLiteral("--") + option.names().constFirst();
-        if (!option.valueName().isEmpty())
-            name += QLatin1Char(' ') + option.valueName();
-        table += QStringLiteral("  ") + name.leftJustified(optionWidth) + option.description() +
-                 QLatin1Char('\n');
-    }
     return texts::tr("Usage: assistantctl doctor [OPTION...] [CHECK...]\n"
                      "       assistantctl doctor undo [N]\n"
                      "       assistantctl doctor history\n\n"
@@ -61,7 +52,7 @@ QString helpText(const Options &options)
                      "Exit status: 0 nothing found or done as asked, 1 findings or something not "
                      "repaired,\n"
                      "2 wrong usage, 3 a check failed itself.\n")
-        .arg(table);
+        .arg(optionTable(options.all()));
 }
 
 /// Sets the mode. Returns what is wrong with the choice; empty if nothing is.

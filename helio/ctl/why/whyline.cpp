@@ -2,13 +2,13 @@
 
 #include <QCommandLineParser>
 
+#include "helio/ctl/doctor/optiontable.h"
 #include "texts/texts.h"
 
 namespace ctl {
 
 namespace {
 
-constexpr int optionWidth = 17;
 constexpr char deniedWord[] = "denied";
 
 struct Options
@@ -35,14 +35,6 @@ struct Options
 
 QString helpText(const Options &options)
 {
-    QString table;
-    for (const QCommandLineOption &option : options.all()) {
-        QString name = QStringLiteral("--") + option.names().constFirst();
-        if (!option.valueName().isEmpty())
-            name += QLatin1Char(' ') + option.valueName();
-        table += QStringLiteral("  ") + name.leftJustified(optionWidth) + option.description() +
-                 QLatin1Char('\n');
-    }
     return texts::tr("Usage: assistantctl why denied [OPTION...] PATH\n\n"
                      "Says whether you get access to a file or directory, which part of the path "
                      "blocks it\n"
@@ -50,7 +42,7 @@ QString helpText(const Options &options)
                      "%1\n"
                      "Exit status: 0 access is granted, 1 it is denied, 2 wrong usage, 3 the "
                      "reason is unknown.\n")
-        .arg(table);
+        .arg(optionTable(options.all()));
 }
 
 /// Returns what is wrong; empty if nothing is.
