@@ -1,17 +1,17 @@
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <cstring>
+#include <filesystem>
 
 #include <unistd.h>
 
 #include "helio/ctl/commandline.h"
-#include "helio/ctl/doctor/doctorcommand.h"
 #include "helio/ctl/eventprinter.h"
 #include "helio/ctl/exitstatus.h"
 #include "helio/ctl/leftoverwork.h"
 #include "helio/ctl/session.h"
 #include "helio/ctl/singlecommand.h"
 #include "helio/ctl/standardstreams.h"
-#include "helio/ctl/why/whycommand.h"
 #include "helio/headless/headlessapplication.h"
 #include "helio/headless/headlesspage.h"
 #include "helio/headless/headlessshell.h"
@@ -19,16 +19,33 @@
 #include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/processes/terminationsignals.h"
 #include "helio/runtime/suitehome.h"
-#include "helio/runtime/textencoding.h"
+#include "texts/encoding.h"
 
 namespace {
 
-constexpr char doctorWord[] = "doctor";
-constexpr char whyWord[] = "why";
+constexpr char doctorProgram[] = "assistantdoctor";
 
 void printText(const QString &text, std::FILE *stream)
 {
     std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+/// @param word the first argument; null without one
+bool isForDoctor(const char *word)
+{
+    return word && (std::strcmp(word, "doctor") == 0 || std::strcmp(word, "why") == 0);
+}
+
+/// Replaces this program by the doctor's, which stands beside it: with the doctor's libraries every
+/// command would start later. Returns only if that fails.
+int becomeDoctor(char *argv[])
+{
+    std::error_code error;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::filesystem::path program = self.parent_path() / doctorProgram;
+    ::execv(program.c_str(), argv);
+    std::fprintf(stderr, "assistantctl: %s: %s\n", program.c_str(), std::strerror(errno));
+    return ctl::NoLibrary;
 }
 
 int refuse(const QString &fault)
@@ -87,18 +104,12 @@ int run(const ctl::CommandLine &line, int input)
 int main(int argc, char *argv[])
 {
     ctl::openMissingStandardStreams();
-    helio::assumeUtf8WithoutLocale();
+    if (isForDoctor(argv[1]))
+        return becomeDoctor(argv);
+    texts::assumeUtf8WithoutLocale();
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
-    if (arguments.value(1) == QLatin1String(doctorWord)) {
-        const QCoreApplication application(argc, argv);
-        return ctl::runDoctor(arguments.mid(2));
-    }
-    if (arguments.value(1) == QLatin1String(whyWord)) {
-        const QCoreApplication application(argc, argv);
-        return ctl::runWhy(arguments.mid(2));
-    }
     const int input = ctl::takeStandardInput();
 
     helio::HeadlessApplication application(argv[0]);

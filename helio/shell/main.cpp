@@ -14,7 +14,6 @@
 #include "helio/runtime/processes/runningprocess.h"
 #include "helio/runtime/processes/terminationsignals.h"
 #include "helio/runtime/suitehome.h"
-#include "helio/runtime/textencoding.h"
 #include "helio/shell/assistantwindows.h"
 #include "helio/shell/chromiumarguments.h"
 #include "helio/shell/desktoplook.h"
@@ -24,6 +23,7 @@
 #include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
+#include "texts/encoding.h"
 #include "texts/texts.h"
 
 namespace {
@@ -137,7 +137,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
 
 int main(int argc, char *argv[])
 {
-    helio::assumeUtf8WithoutLocale();
+    texts::assumeUtf8WithoutLocale();
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));

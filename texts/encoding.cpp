@@ -1,4 +1,4 @@
-#include "helio/runtime/textencoding.h"
+#include "texts/encoding.h"
 
 #include <QTextCodec>
 
@@ -7,7 +7,7 @@
 
 #include <langinfo.h>
 
-void helio::assumeUtf8WithoutLocale()
+void texts::assumeUtf8WithoutLocale()
 {
     std::setlocale(LC_ALL, "");
     if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
