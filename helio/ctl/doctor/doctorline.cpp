@@ -2,6 +2,9 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+#include <iterator>
+
 #include "helio/ctl/doctor/optiontable.h"
 #include "texts/texts.h"
 
@@ -13,8 +16,7 @@ struct Options
 {
     const QCommandLineOption list{QStringLiteral("list"),
                                   texts::tr("Lists the checks of this machine.")};
-    const QCommandLineOption fix{
-        QStringLiteral("fix"),
+    const QCommandLineOption fix{QStringLiteral("fix"), 
         texts::tr("Repairs what was found; shows each plan and asks first.")};
     const QCommandLineOption yes{QStringLiteral("yes"),
                                  texts::tr("With --fix: repairs without asking.")};
@@ -25,8 +27,7 @@ struct Options
         QStringLiteral("repair"),
         texts::tr("With --fix: takes this repair where a finding has several."),
         QStringLiteral("ID")};
-    const QCommandLineOption lint{QStringLiteral("lint"),
-                                  texts::tr("Says what is wrong in a check file."),
+    const QCommandLineOption lint{QStringLiteral("lint"), texts::tr("Says what is wrong in a check file."),
                                   QStringLiteral("FILE")};
     const QCommandLineOption json{QStringLiteral("json"),
                                   texts::tr("Prints JSON, an object a line.")};
@@ -39,15 +40,31 @@ struct Options
     }
 };
 
+/// A first word that says what to do.
+struct ModeWord
+{
+    const char *word;
+    DoctorLine::Mode mode;
+};
+
+constexpr char planWord[] = "plan";
+constexpr ModeWord modeWords[] = {
+    {planWord, DoctorLine::Fix},      {"fix", DoctorLine::Fix},   {"undo", DoctorLine::Undo},
+    {"history", DoctorLine::History}, {"lint", DoctorLine::Lint},
+};
+
 QString helpText(const Options &options)
 {
     return texts::tr("Usage: assistantctl doctor [OPTION...] [CHECK...]\n"
+                     "       assistantctl doctor plan|fix [OPTION...] [CHECK...]\n"
                      "       assistantctl doctor undo [N]\n"
-                     "       assistantctl doctor history\n\n"
+                     "       assistantctl doctor history\n"
+                     "       assistantctl doctor lint FILE\n\n"
                      "Looks at what keeps the suite from working well: with all checks, or with "
                      "those named.\n"
-                     "“undo” takes back the latest repair or number N, “history” lists the "
-                     "repairs.\n\n"
+                     "“fix” is --fix, “plan” is --fix --dry-run, “lint” is --lint. “undo” takes "
+                     "back the latest\n"
+                     "repair or number N, “history” lists the repairs.\n\n"
                      "%1\n"
                      "Exit status: 0 nothing found or done as asked, 1 findings or something not "
                      "repaired,\n"
@@ -65,21 +82,30 @@ QString readMode(const QCommandLineParser &parser, const Options &options, QStri
         if (isChosen)
             line.mode = mode;
     };
-    const QString word = words.value(0);
-    choose(word == QLatin1String("undo"), DoctorLine::Undo);
-    choose(word == QLatin1String("history"), DoctorLine::History);
-    if (modes > 0)
+    const auto word = std::find_if(std::begin(modeWords), std::end(modeWords),
+                                   [first = words.value(0)](const ModeWord &candidate) {
+                                       return first == QLatin1String(candidate.word);
+                                   });
+    const bool isPlan = words.value(0) == QLatin1String(planWord);
+    if (word != std::end(modeWords)) {
+        choose(true, word->mode);
         words.removeFirst();
+    }
     choose(parser.isSet(options.list), DoctorLine::List);
     choose(parser.isSet(options.fix), DoctorLine::Fix);
     choose(parser.isSet(options.lint), DoctorLine::Lint);
     if (modes > 1)
-        return texts::tr("only one of --list, --fix, --lint, undo and history can be done");
+        return texts::tr("only one of plan, fix, undo, history, lint and --list can be done");
     for (const QCommandLineOption &option : {options.yes, options.dryRun, options.repair}) {
         if (parser.isSet(option) && line.mode != DoctorLine::Fix)
             return texts::tr("--%1 belongs to --fix").arg(option.names().constFirst());
     }
-    return {};
+    line.dryRun = isPlan || parser.isSet(options.dryRun);
+    if (line.mode == DoctorLine::Lint)
+        line.file = parser.isSet(options.lint) || words.isEmpty() ? parser.value(options.lint)
+                                                                  : words.takeFirst();
+    return line.mode == DoctorLine::Lint && line.file.isEmpty() ? texts::tr("lint takes a file")
+                                                                : QString();
 }
 
 /// Gives the words their meaning. Returns what is wrong with them; empty if nothing is.
@@ -105,9 +131,7 @@ QString readLine(const QCommandLineParser &parser, const Options &options, Docto
     const QString fault = readMode(parser, options, words, line);
     line.json = parser.isSet(options.json);
     line.yes = parser.isSet(options.yes);
-    line.dryRun = parser.isSet(options.dryRun);
     line.repair = parser.value(options.repair);
-    line.file = parser.value(options.lint);
     return fault.isEmpty() ? readWords(words, line) : fault;
 }
 

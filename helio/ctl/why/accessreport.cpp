@@ -73,6 +73,14 @@ bool isBlocking(const doctor::Passage &passage, int index)
     return passage.obstacle != Obstacle::None && index == passage.blocker;
 }
 
+/// The component that blocks; empty if none does.
+QString blockingPath(const doctor::Passage &passage)
+{
+    return passage.obstacle == Obstacle::None
+               ? QString()
+               : QFile::decodeName(passage.chain.at(passage.blocker).path);
+}
+
 QString componentLine(const Component &component, bool blocks, const doctor::Credentials &own)
 {
     QString line = blocks ? QStringLiteral("✘ ") : QStringLiteral("  ");
@@ -237,21 +245,23 @@ QJsonObject accessObject(const QString &path, Access access, const Denial &denia
     QJsonArray chain;
     for (const Component &component : denial.passage.chain)
         chain.append(componentObject(component, own));
-    QJsonObject line{{QStringLiteral("type"), QStringLiteral("access")},
-                     {QStringLiteral("path"), path},
-                     {QStringLiteral("for"), nameOf(access)},
-                     {QStringLiteral("verdict"), nameOf(denial.verdict)},
-                     {QStringLiteral("reason"), nameOf(denial.passage.obstacle)},
-                     {QStringLiteral("text"), denial.text},
-                     {QStringLiteral("chain"), chain}};
-    if (denial.passage.obstacle != Obstacle::None)
-        line.insert(QStringLiteral("blocker"), denial.passage.blocker);
+    QJsonObject line{
+        {QStringLiteral("type"), QStringLiteral("why")},
+        {QStringLiteral("question"), QStringLiteral("denied")},
+        {QStringLiteral("subject"), path},
+        {QStringLiteral("access"), nameOf(access)},
+        {QStringLiteral("verdict"), nameOf(denial.verdict)},
+        {QStringLiteral("text"),
+         denial.text.isEmpty() ? verdictText(path, access, denial.verdict) : denial.text},
+        {QStringLiteral("blocked"), denial.verdict == Denial::Verdict::Denied},
+        {QStringLiteral("component"), blockingPath(denial.passage)},
+        {QStringLiteral("reason"), nameOf(denial.passage.obstacle)},
+        {QStringLiteral("remedy"), denial.remedy ? commandOf(*denial.remedy) : QString()},
+        {QStringLiteral("chain"), chain}};
     if (denial.remedy)
-        line.insert(QStringLiteral("remedy"),
-                    QJsonObject{{QStringLiteral("command"), commandOf(*denial.remedy)},
-                                {QStringLiteral("needs"), isOwn(*denial.remedy)
-                                                              ? QStringLiteral("user")
-                                                              : QStringLiteral("administrator")}});
+        line.insert(QStringLiteral("needs"), isOwn(*denial.remedy)
+                                                 ? QStringLiteral("user")
+                                                 : QStringLiteral("administrator"));
     return line;
 }
 

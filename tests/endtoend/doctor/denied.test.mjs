@@ -42,7 +42,20 @@ function expectValid(events) {
 test('an access that is granted is said in one line of JSON', async () => {
     const { status, events } = await lines('--for', 'write', file);
     expect(status).toBe(0);
-    expect(events).toMatchObject([{ type: 'access', verdict: 'granted', path: file }]);
+    expect(events).toMatchObject([
+        {
+            type: 'why',
+            question: 'denied',
+            subject: file,
+            access: 'write',
+            verdict: 'granted',
+            text: `${file}: you may write to it`,
+            blocked: false,
+            component: '',
+            reason: '',
+            remedy: '',
+        },
+    ]);
     expectValid(events);
     expect(events[0].chain.map((one) => one.path)).toEqual([
         '/',
@@ -60,13 +73,15 @@ test('what the user may open is opened, and taken back by undo', async () => {
         {
             verdict: 'denied',
             reason: 'rights',
-            blocker: 4,
-            remedy: { command: `chmod u+r ${file}`, needs: 'user' },
+            blocked: true,
+            component: file,
+            remedy: `chmod u+r ${file}`,
+            needs: 'user',
         },
     ]);
     const { status, events } = await lines('--fix', '--yes', file);
     expect(status).toBe(0);
-    expect(events.map((event) => event.type)).toEqual(['access', 'change', 'repair', 'access']);
+    expect(events.map((event) => event.type)).toEqual(['why', 'change', 'repair', 'why']);
     expect(events.at(-1).verdict).toBe('granted');
     expect((await root.stat(file)).mode & 0o777).toBe(0o600);
     const undo = await root.run(['/suite/office/assistantctl', 'doctor', 'undo']);

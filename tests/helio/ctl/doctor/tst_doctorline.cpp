@@ -43,6 +43,10 @@ private slots:
         row("--json undo 3", DoctorLine::Undo);
         row("history --json", DoctorLine::History);
         row("--lint file.json", DoctorLine::Lint);
+        row("lint file.json", DoctorLine::Lint);
+        row("plan", DoctorLine::Fix);
+        row("--json plan a.b --repair r", DoctorLine::Fix);
+        row("fix a.b --yes", DoctorLine::Fix);
         row("--help", DoctorLine::ShowText);
         row("a.b", DoctorLine::Check);
         row("a.b undo", DoctorLine::Check);
@@ -63,6 +67,12 @@ private slots:
         QCOMPARE(fix.repair, QStringLiteral("r"));
         QCOMPARE(parsed("undo 12").journal, 12);
         QCOMPARE(parsed("--lint x").file, QStringLiteral("x"));
+        QCOMPARE(parsed("lint x").file, QStringLiteral("x"));
+        const DoctorLine plan = parsed("plan a.b");
+        QVERIFY(plan.dryRun);
+        QCOMPARE(plan.checks, QStringList(QStringLiteral("a.b")));
+        QVERIFY(!parsed("fix a.b").dryRun);
+        QVERIFY(parsed("fix a.b --dry-run").dryRun);
     }
 
     void wrongLinesAreFaults_data()
@@ -78,12 +88,15 @@ private slots:
         row("--unknown", "there is no option --unknown");
         row("--list x", "unexpected argument: x");
         row("--lint a b", "unexpected argument: b");
+        row("lint a b", "unexpected argument: b");
+        row("lint", "lint takes a file");
+        row("plan --list", "only one of plan, fix, undo, history, lint and --list can be done");
         row("history x", "unexpected argument: x");
         row("--yes", "--yes belongs to --fix");
         row("--list --dry-run", "--dry-run belongs to --fix");
         row("undo --repair r", "--repair belongs to --fix");
-        row("--fix --list", "only one of --list, --fix, --lint, undo and history can be done");
-        row("undo --fix", "only one of --list, --fix, --lint, undo and history can be done");
+        row("--fix --list", "only one of plan, fix, undo, history, lint and --list can be done");
+        row("undo --fix", "only one of plan, fix, undo, history, lint and --list can be done");
         row("--lint", "Missing value after '--lint'.");
         row("--repair", "Missing value after '--repair'.");
     }
