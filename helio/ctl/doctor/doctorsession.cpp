@@ -64,7 +64,7 @@ helio::RepairOutcome DoctorSession::apply(const doctor::Finding &finding, const 
         if (known.check == finding.check && known.text != finding.text)
             repaired.others.append(known);
     }
-    const helio::RepairOutcome outcome =
+    helio::RepairOutcome outcome =
         helio::verifiedRepair(m_doctor, m_journal, plan, repaired, m_locale);
     for (const QString &note : outcome.notes)
         m_printer.printNote(note);
