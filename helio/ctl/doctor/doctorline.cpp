@@ -12,7 +12,10 @@ namespace {
 struct Options
 {
     const QCommandLineOption list{QStringLiteral("list"),
-                                  texts::tr("Lists the checks of this machine.")};
+                                  texts::tr("Lists the suites and the checks of this machine.")};
+    const QCommandLineOption suite{QStringLiteral("suite"),
+                                   texts::tr("Looks after the suite in this folder from now on."),
+                                   QStringLiteral("FOLDER")};
     const QCommandLineOption fix{
         QStringLiteral("fix"),
         texts::tr("Repairs what was found; shows each plan and asks first.")};
@@ -35,7 +38,7 @@ struct Options
 
     QList<QCommandLineOption> all() const
     {
-        return {list, fix, yes, dryRun, repair, lint, json, help};
+        return {list, suite, fix, yes, dryRun, repair, lint, json, help};
     }
 };
 
@@ -71,10 +74,12 @@ QString readMode(const QCommandLineParser &parser, const Options &options, QStri
     if (modes > 0)
         words.removeFirst();
     choose(parser.isSet(options.list), DoctorLine::List);
+    choose(parser.isSet(options.suite), DoctorLine::Choose);
     choose(parser.isSet(options.fix), DoctorLine::Fix);
     choose(parser.isSet(options.lint), DoctorLine::Lint);
     if (modes > 1)
-        return texts::tr("only one of --list, --fix, --lint, undo and history can be done");
+        return texts::tr(
+            "only one of --list, --suite, --fix, --lint, undo and history can be done");
     for (const QCommandLineOption &option : {options.yes, options.dryRun, options.repair}) {
         if (parser.isSet(option) && line.mode != DoctorLine::Fix)
             return texts::tr("--%1 belongs to --fix").arg(option.names().constFirst());
@@ -107,6 +112,7 @@ QString readLine(const QCommandLineParser &parser, const Options &options, Docto
     line.yes = parser.isSet(options.yes);
     line.dryRun = parser.isSet(options.dryRun);
     line.repair = parser.value(options.repair);
+    line.suite = parser.value(options.suite);
     line.file = parser.value(options.lint);
     return fault.isEmpty() ? readWords(words, line) : fault;
 }

@@ -35,6 +35,7 @@ private slots:
             QTest::newRow(words) << int(mode);
         };
         row("--list", DoctorLine::List);
+        row("--suite /opt/libreoffice7.6", DoctorLine::Choose);
         row("--fix", DoctorLine::Fix);
         row("--fix --yes a.b c.d", DoctorLine::Fix);
         row("a.b --fix --dry-run", DoctorLine::Fix);
@@ -82,8 +83,8 @@ private slots:
         row("--yes", "--yes belongs to --fix");
         row("--list --dry-run", "--dry-run belongs to --fix");
         row("undo --repair r", "--repair belongs to --fix");
-        row("--fix --list", "only one of --list, --fix, --lint, undo and history can be done");
-        row("undo --fix", "only one of --list, --fix, --lint, undo and history can be done");
+        row("--fix --list", "only one of --list, --suite, --fix, --lint, undo and history can be done");
+        row("undo --fix", "only one of --list, --suite, --fix, --lint, undo and history can be done");
         row("--lint", "Missing value after '--lint'.");
         row("--repair", "Missing value after '--repair'.");
     }
