@@ -61,6 +61,8 @@ struct CheckDefinition
     Cost cost = Cost::Quick;
     std::chrono::milliseconds limit{2000};
     bool isDisabled = false;
+    /// The suite that it belongs to; empty for none. Without an installation it is skipped.
+    QString suite;
     /// Whether the check applies to this machine; always if there is none.
     std::optional<Look> when;
     /// Why it does not apply.

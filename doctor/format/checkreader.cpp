@@ -5,6 +5,7 @@
 #include "doctor/format/jsondocument.h"
 #include "doctor/format/lookreader.h"
 #include "doctor/machine/filereading.h"
+#include "suites/description.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -139,15 +140,25 @@ void readRepairs(const JsonNode &object, const QSet<QString> &values, CheckDefin
     }
 }
 
-CheckDefinition readCheck(const JsonNode &node, const QString &path)
+/// The values of the suite's installation can be used in all looks.
+QSet<QString> valuesOfSuite()
+{
+    QSet<QString> values;
+    for (const ProbeValue &value : probeKindNamed(QStringLiteral("suite"))->values)
+        values.insert(QStringLiteral("suite.") + QLatin1String(value.name));
+    return values;
+}
+
+/// @param suite that of the file, for a check that names none
+CheckDefinition readCheck(const JsonNode &node, const QString &path, const QString &suite)
 {
     CheckDefinition check;
     check.file = path;
     if (!isObjectOrReport(node, texts::tr("a check")))
         return check;
     QStringList known;
-    for (const char *name : {"id", "title", "about", "cost", "limit", "disabled", "when", "skipped",
-                             "look", "finding", "repairs", "$schema"})
+    for (const char *name : {"id", "title", "about", "cost", "limit", "disabled", "suite", "when",
+                             "skipped", "look", "finding", "repairs", "$schema"})
         known.append(QLatin1String(name));
     reportUnknown(node, known, texts::tr("a check"));
     check.id = readId(node);
@@ -168,7 +179,8 @@ CheckDefinition readCheck(const JsonNode &node, const QString &path)
         QLatin1String("slow"))
         check.cost = CheckDefinition::Cost::Slow;
     readLimit(node, check);
-    QSet<QString> values;
+    check.suite = readWord(node, "suite", suites::descriptionIds()).value_or(suite);
+    QSet<QString> values = check.suite.isEmpty() ? QSet<QString>() : valuesOfSuite();
     if (const std::optional<JsonNode> when = node.member("when"))
         check.when = readLook(*when, values);
     if (const std::optional<JsonNode> skipped = node.member("skipped"))
@@ -187,7 +199,8 @@ QVector<JsonNode> checksIn(const JsonNode &root)
     const std::optional<JsonNode> list = root.member("checks");
     if (!list)
         return {root};
-    reportUnknown(root, {QStringLiteral("checks"), QStringLiteral("$schema")},
+    reportUnknown(root,
+                  {QStringLiteral("checks"), QStringLiteral("suite"), QStringLiteral("$schema")},
                   texts::tr("a file of several checks"));
     const QVector<JsonNode> items = list->items();
     if (items.isEmpty() || items.size() > mostChecks)
@@ -205,8 +218,12 @@ CheckFile readChecks(const QByteArray &content, const QString &path)
     QVector<CheckDefinition> checks;
     if (const std::optional<JsonNode> root = document.root()) {
         QSet<QString> ids;
+        const QString suite =
+            root->member("checks")
+                ? readWord(*root, "suite", suites::descriptionIds()).value_or(QString())
+                : QString();
         for (const JsonNode &node : checksIn(*root)) {
-            checks.append(readCheck(node, path));
+            checks.append(readCheck(node, path, suite));
             if (ids.contains(checks.last().id) && !checks.last().id.isEmpty())
                 node.report(texts::tr("another check in this file has this id"));
             ids.insert(checks.last().id);

@@ -7,6 +7,7 @@
 #include "doctor/conditions/condition.h"
 #include "doctor/probes/probe.h"
 #include "doctor/repairs/step.h"
+#include "suites/description.h"
 
 namespace doctor {
 
@@ -208,6 +209,7 @@ QJsonObject checkObjectSchema()
                 {QStringLiteral("cost"), words({QStringLiteral("quick"), QStringLiteral("slow")})},
                 {QStringLiteral("limit"), typed("string")},
                 {QStringLiteral("disabled"), typed("boolean")},
+                {QStringLiteral("suite"), words(suites::descriptionIds())},
                 {QStringLiteral("when"), look},
                 {QStringLiteral("skipped"), text},
                 {QStringLiteral("look"), look},
@@ -240,6 +242,7 @@ QJsonObject checkSchema()
         definitions.insert(conditionName(type.type), conditionSchema(type.type));
     const QJsonObject check = reference(QStringLiteral("check"));
     const QJsonObject several = object({{QStringLiteral("$schema"), typed("string")},
+                                        {QStringLiteral("suite"), words(suites::descriptionIds())},
                                         {QStringLiteral("checks"), listOf(check, 500)}},
                                        {QStringLiteral("checks")});
     QJsonObject schema = oneOf({check, several});

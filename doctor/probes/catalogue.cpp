@@ -59,7 +59,12 @@ QVector<const ProbeKind *> probeKinds()
             &accountKind,
             &membershipKind,
             &resourceLimitKind,
-            &kernelSettingKind};
+            &kernelSettingKind,
+            &suiteKind,
+            &xmlDocumentKind,
+            &packedCopyKind,
+            &fileAddressKind,
+            &userLanguageKind};
 }
 
 const ProbeKind *probeKindNamed(const QString &name)

@@ -9,6 +9,7 @@
 
 #include "doctor/machine/deadline.h"
 #include "doctor/machine/machine.h"
+#include "suites/installation.h"
 
 namespace doctor {
 
@@ -38,6 +39,9 @@ public:
     const QHash<QString, InstalledPackage> &debianPackages(const Machine &machine);
     /// Lower-case family names of the installed fonts, with the path of one file each.
     const QHash<QString, QString> &fontFamilies(const Machine &machine, const Deadline &deadline);
+    /// Of all suites, by the suite's id.
+    const QHash<QString, QVector<suites::Installation>> &installations(const Machine &machine,
+                                                                       const Deadline &deadline);
 
 private:
     std::once_flag m_processesRead;
@@ -46,6 +50,8 @@ private:
     QHash<QString, InstalledPackage> m_packages;
     std::once_flag m_fontsRead;
     QHash<QString, QString> m_fonts;
+    std::once_flag m_installationsFound;
+    QHash<QString, QVector<suites::Installation>> m_installations;
 };
 
 } // namespace doctor

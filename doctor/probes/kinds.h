@@ -42,5 +42,10 @@ extern const ProbeKind accountKind;
 extern const ProbeKind membershipKind;
 extern const ProbeKind resourceLimitKind;
 extern const ProbeKind kernelSettingKind;
+extern const ProbeKind suiteKind;
+extern const ProbeKind xmlDocumentKind;
+extern const ProbeKind packedCopyKind;
+extern const ProbeKind fileAddressKind;
+extern const ProbeKind userLanguageKind;
 
 } // namespace doctor

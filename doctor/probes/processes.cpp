@@ -83,6 +83,28 @@ double bootTime(const Machine &machine)
     return 0;
 }
 
+/// "running", "stopped" (by a signal or a debugger), "waiting" (for a disk or network that does not
+/// answer) or "ended"; see proc(5).
+QString stateOf(const Machine &machine, qint64 process)
+{
+    const QString path = machine.located(QStringLiteral("/proc/%1/stat").arg(process));
+    const QByteArray letter =
+        statFields(readFile(path, largestEntry).content.value_or(QByteArray())).value(0);
+    if (letter == "T" || letter == "t")
+        return QStringLiteral("stopped");
+    if (letter == "D")
+        return QStringLiteral("waiting");
+    return letter == "Z" || letter == "X" || letter.isEmpty() ? QStringLiteral("ended")
+                                                              : QStringLiteral("running");
+}
+
+QString argumentsOf(const Machine &machine, qint64 process)
+{
+    const QString path = machine.located(QStringLiteral("/proc/%1/cmdline").arg(process));
+    QByteArray content = readFile(path, largestEntry).content.value_or(QByteArray());
+    return QString::fromLocal8Bit(content.replace('\0', ' ')).trimmed();
+}
+
 Value memoryOf(const Machine &machine, qint64 process)
 {
     const QString path = machine.located(QStringLiteral("/proc/%1/statm").arg(process));
@@ -108,6 +130,9 @@ Observed lookAtProcess(const Arguments &arguments, const Looking &looking)
         values.insert(QStringLiteral("user"),
                       Value::ofText(accountOf(looking.machine, process.user).name));
         values.insert(QStringLiteral("memory"), memoryOf(looking.machine, process.id));
+        values.insert(QStringLiteral("state"), Value::ofText(stateOf(looking.machine, process.id)));
+        values.insert(QStringLiteral("arguments"),
+                      Value::ofText(argumentsOf(looking.machine, process.id)));
         const double now = static_cast<double>(QDateTime::currentSecsSinceEpoch());
         values.insert(QStringLiteral("age"),
                       Value::ofAge(now - boot - static_cast<double>(process.start) / ticks));
@@ -165,9 +190,9 @@ Observed lookAtEnvironment(const Arguments &arguments, const Looking &looking)
 constexpr Parameter processParameters[] = {{"process", ParameterType::Text, true},
                                            {"ofAnybody", ParameterType::Flag}};
 constexpr ProbeValue processValues[] = {
-    {"running", ValueType::Flag},     {"name", ValueType::Text}, {"pid", ValueType::Number},
-    {"programPath", ValueType::Text}, {"user", ValueType::Text}, {"age", ValueType::Age},
-    {"memory", ValueType::Size},
+    {"running", ValueType::Flag},     {"name", ValueType::Text},  {"pid", ValueType::Number},
+    {"programPath", ValueType::Text}, {"user", ValueType::Text},  {"age", ValueType::Age},
+    {"memory", ValueType::Size},      {"state", ValueType::Text}, {"arguments", ValueType::Text},
 };
 constexpr Parameter processEnvironmentParameters[] = {
     {"processEnvironment", ParameterType::Text, true}, {"variable", ParameterType::Text, true}};

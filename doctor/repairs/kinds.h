@@ -11,6 +11,7 @@ extern const StepKind defaultApplicationStep;
 extern const StepKind addLineStep;
 extern const StepKind replaceLineStep;
 extern const StepKind removeLineStep;
+extern const StepKind dropLineStep;
 extern const StepKind asideStep;
 extern const StepKind restoreStep;
 extern const StepKind copyStep;
@@ -22,5 +23,9 @@ extern const StepKind directoryStep;
 extern const StepKind rightsStep;
 extern const StepKind endStep;
 extern const StepKind showStep;
+extern const StepKind installStep;
+extern const StepKind notRunningStep;
+extern const StepKind restorePackedStep;
+extern const StepKind keepWholeItemsStep;
 
 } // namespace doctor

@@ -40,6 +40,17 @@ QString planRemoveLine(const Arguments &arguments, Draft &draft)
     return written(path, removeLine(*content, queryOf(arguments)), draft);
 }
 
+/// The line with exactly this text.
+QString planDropLine(const Arguments &arguments, Draft &draft)
+{
+    const QString path = arguments.text("dropLine");
+    const std::optional<QByteArray> content = draft.content(path);
+    if (!content)
+        return texts::tr("%1 cannot be read").arg(path);
+    return written(path, removeLine(*content, {LineQuery::Kind::Whole, arguments.text("text")}),
+                   draft);
+}
+
 QString planAddLine(const Arguments &arguments, Draft &draft)
 {
     const QString path = arguments.text("addLine");
@@ -60,6 +71,8 @@ constexpr Parameter replaceParameters[] = {{"replaceLine", ParameterType::Path, 
                                            {"with", ParameterType::Text, true}};
 constexpr Parameter removeParameters[] = {{"removeLine", ParameterType::Path, true},
                                           {"pattern", ParameterType::Pattern, true}};
+constexpr Parameter dropParameters[] = {{"dropLine", ParameterType::Path, true},
+                                        {"text", ParameterType::Text, true}};
 constexpr Parameter addParameters[] = {{"addLine", ParameterType::Path, true},
                                        {"text", ParameterType::Text, true}};
 
@@ -67,6 +80,7 @@ constexpr Parameter addParameters[] = {{"addLine", ParameterType::Path, true},
 
 const StepKind replaceLineStep{"replaceLine", replaceParameters, &planReplaceLine};
 const StepKind removeLineStep{"removeLine", removeParameters, &planRemoveLine};
+const StepKind dropLineStep{"dropLine", dropParameters, &planDropLine};
 const StepKind addLineStep{"addLine", addParameters, &planAddLine};
 
 } // namespace doctor

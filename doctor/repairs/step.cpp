@@ -11,12 +11,28 @@ namespace doctor {
 QVector<const StepKind *> stepKinds()
 {
     return {
-        &setStep,        &unsetStep,       &defaultApplicationStep,
-        &addLineStep,    &replaceLineStep, &asideStep,
-        &removeLineStep, &restoreStep,     &copyStep,
-        &writeStep,      &removeStep,      &unlockStep,
-        &linkStep,       &directoryStep,   &rightsStep,
-        &endStep,        &showStep,
+        &setStep,
+        &unsetStep,
+        &defaultApplicationStep,
+        &addLineStep,
+        &replaceLineStep,
+        &asideStep,
+        &removeLineStep,
+        &restoreStep,
+        &copyStep,
+        &writeStep,
+        &removeStep,
+        &unlockStep,
+        &linkStep,
+        &directoryStep,
+        &rightsStep,
+        &endStep,
+        &showStep,
+        &dropLineStep,
+        &installStep,
+        &notRunningStep,
+        &restorePackedStep,
+        &keepWholeItemsStep,
     };
 }
 

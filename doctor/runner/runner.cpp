@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "doctor/probes/facts.h"
+#include "doctor/probes/suiteprobe.h"
 #include "doctor/runner/evaluation.h"
 #include "texts/texts.h"
 
@@ -81,10 +82,11 @@ QString addFindings(const CheckDefinition &check, const QVector<Match> &matches,
     return {};
 }
 
-/// Cases in which the check applies; the only one, without values, if it always does.
-Matches applicable(const CheckDefinition &check, const Looking &looking)
+/// Cases in which the check applies; the only one if it always does. All have what is known of the
+/// check's suite.
+Matches applicable(const CheckDefinition &check, const Match &known, const Looking &looking)
 {
-    return check.when ? evaluated(*check.when, {}, looking) : Matches{{Match()}, {}};
+    return check.when ? evaluated(*check.when, known, looking) : Matches{{known}, {}};
 }
 
 CheckResult failed(CheckResult result, const QString &problem)
@@ -95,18 +97,28 @@ CheckResult failed(CheckResult result, const QString &problem)
     return result;
 }
 
+CheckResult skipped(CheckResult result, const QString &reason)
+{
+    result.outcome = CheckResult::Outcome::Skipped;
+    result.reason = reason;
+    return result;
+}
+
 CheckResult lookedAt(const CheckDefinition &check, const Looking &looking, const QString &locale)
 {
     CheckResult result;
     result.check = check.id;
-    Matches cases = applicable(check, looking);
+    Match suite;
+    if (!check.suite.isEmpty()) {
+        suite.values = valuesOfSuite(check.suite, looking);
+        if (suite.values.isEmpty())
+            return skipped(result, texts::tr("The suite is not installed."));
+    }
+    Matches cases = applicable(check, suite, looking);
     if (!cases.problem.isEmpty())
         return failed(result, cases.problem);
-    if (cases.matches.isEmpty()) {
-        result.outcome = CheckResult::Outcome::Skipped;
-        result.reason = check.skipped.inLanguage(locale);
-        return result;
-    }
+    if (cases.matches.isEmpty())
+        return skipped(result, check.skipped.inLanguage(locale));
     for (Match &known : cases.matches) {
         // Where the check applies is not where something is wrong.
         known.where.clear();

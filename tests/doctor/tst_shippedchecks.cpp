@@ -37,6 +37,10 @@ public:
         for (auto entry = variables.begin(); entry != variables.end(); ++entry)
             m_machine.environment.insert(entry.key(), entry->toString());
         writeAccounts(world);
+        if (world.value(QStringLiteral("libreoffice")).toBool())
+            write(QStringLiteral("/usr/lib/libreoffice/program/bootstraprc"),
+                  "[Bootstrap]\nProductKey=LibreOffice 7.4\n"
+                  "UserInstallation=$SYSUSERCONFIG/libreoffice/4\n");
         const QJsonObject files = world.value(QStringLiteral("files")).toObject();
         for (auto entry = files.begin(); entry != files.end(); ++entry)
             writeFile(entry.key(), *entry);

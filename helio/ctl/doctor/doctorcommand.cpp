@@ -43,6 +43,8 @@ int runMode(const DoctorLine &line, DoctorSession &session)
     switch (line.mode) {
     case DoctorLine::List:
         return session.list();
+    case DoctorLine::Choose:
+        return session.choose(line.suite);
     case DoctorLine::Fix:
         return session.fix(line);
     case DoctorLine::Undo:

@@ -15,8 +15,12 @@ namespace {
 struct Options
 {
     const QCommandLineOption list{QStringLiteral("list"),
-                                  texts::tr("Lists the checks of this machine.")};
-    const QCommandLineOption fix{QStringLiteral("fix"), 
+                                  texts::tr("Lists the suites and the checks of this machine.")};
+    const QCommandLineOption suite{QStringLiteral("suite"),
+                                   texts::tr("Looks after the suite in this folder from now on."),
+                                   QStringLiteral("FOLDER")};
+    const QCommandLineOption fix{
+        QStringLiteral("fix"),
         texts::tr("Repairs what was found; shows each plan and asks first.")};
     const QCommandLineOption yes{QStringLiteral("yes"),
                                  texts::tr("With --fix: repairs without asking.")};
@@ -27,7 +31,8 @@ struct Options
         QStringLiteral("repair"),
         texts::tr("With --fix: takes this repair where a finding has several."),
         QStringLiteral("ID")};
-    const QCommandLineOption lint{QStringLiteral("lint"), texts::tr("Says what is wrong in a check file."),
+    const QCommandLineOption lint{QStringLiteral("lint"),
+                                  texts::tr("Says what is wrong in a check file."),
                                   QStringLiteral("FILE")};
     const QCommandLineOption json{QStringLiteral("json"),
                                   texts::tr("Prints JSON, an object a line.")};
@@ -36,7 +41,7 @@ struct Options
 
     QList<QCommandLineOption> all() const
     {
-        return {list, fix, yes, dryRun, repair, lint, json, help};
+        return {list, suite, fix, yes, dryRun, repair, lint, json, help};
     }
 };
 
@@ -92,10 +97,12 @@ QString readMode(const QCommandLineParser &parser, const Options &options, QStri
         words.removeFirst();
     }
     choose(parser.isSet(options.list), DoctorLine::List);
+    choose(parser.isSet(options.suite), DoctorLine::Choose);
     choose(parser.isSet(options.fix), DoctorLine::Fix);
     choose(parser.isSet(options.lint), DoctorLine::Lint);
     if (modes > 1)
-        return texts::tr("only one of plan, fix, undo, history, lint and --list can be done");
+        return texts::tr(
+            "only one of plan, fix, undo, history, lint, --list and --suite can be done");
     for (const QCommandLineOption &option : {options.yes, options.dryRun, options.repair}) {
         if (parser.isSet(option) && line.mode != DoctorLine::Fix)
             return texts::tr("--%1 belongs to --fix").arg(option.names().constFirst());
@@ -132,6 +139,7 @@ QString readLine(const QCommandLineParser &parser, const Options &options, Docto
     line.json = parser.isSet(options.json);
     line.yes = parser.isSet(options.yes);
     line.repair = parser.value(options.repair);
+    line.suite = parser.value(options.suite);
     return fault.isEmpty() ? readWords(words, line) : fault;
 }
 

@@ -11,6 +11,7 @@ struct DoctorLine
     enum Mode {
         Check,
         List,
+        Choose,
         Fix,
         Undo,
         History,
@@ -28,6 +29,8 @@ struct DoctorLine
     QString repair;
     /// The file to lint.
     QString file;
+    /// The folder of the suite to choose.
+    QString suite;
     /// The journal's number to undo; 0 is the latest.
     int journal = 0;
     bool json = false;

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "doctor/doctor.h"
+#include "suites/installation.h"
 
 namespace doctor {
 struct JournalEntry;
@@ -23,6 +24,8 @@ public:
     virtual void printCheck(const doctor::CheckDefinition &check,
                             const doctor::CheckResult &result) = 0;
     virtual void printListed(const doctor::CheckDefinition &check) = 0;
+    /// @param isChosen it is the one that is looked after
+    virtual void printSuite(const suites::Installation &installation, bool isChosen) = 0;
     virtual void printProblem(const doctor::FileProblem &problem) = 0;
     virtual void printChange(const QString &repair, const doctor::Change &change) = 0;
     virtual void printRepair(const helio::RepairOutcome &outcome) = 0;

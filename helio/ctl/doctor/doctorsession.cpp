@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "doctor/journal/journal.h"
+#include "suites/installation.h"
 #include "texts/texts.h"
 
 namespace ctl {
@@ -10,6 +11,8 @@ namespace ctl {
 namespace {
 
 using Result = helio::RepairOutcome::Result;
+
+constexpr std::chrono::seconds suiteLimit(5);
 
 bool isForAdministrator(const doctor::Change &change)
 {
@@ -43,8 +46,40 @@ DoctorStatus DoctorSession::check(const QStringList &ids)
     return summary(!m_findings.isEmpty());
 }
 
+void DoctorSession::printSuites()
+{
+    for (const suites::Description &description : suites::descriptions()) {
+        const QVector<suites::Installation> found =
+            suites::installations(description, m_doctor.machine(), doctor::Deadline(suiteLimit));
+        const std::optional<suites::Installation> chosen =
+            suites::chosen(found, m_doctor.machine());
+        for (const suites::Installation &installation : found)
+            m_printer.printSuite(installation, installation.folder == chosen->folder);
+    }
+}
+
+DoctorStatus DoctorSession::choose(const QString &folder)
+{
+    for (const suites::Description &description : suites::descriptions()) {
+        for (const suites::Installation &installation :
+             suites::installations(description, m_doctor.machine(), doctor::Deadline(suiteLimit))) {
+            if (installation.folder != folder)
+                continue;
+            const QString reason = suites::keepChoice(installation, m_doctor.machine());
+            if (!reason.isEmpty())
+                m_printer.printNote(texts::tr("The choice cannot be kept: %1").arg(reason));
+            printSuites();
+            return reason.isEmpty() ? Done : Found;
+        }
+    }
+    m_printer.printNote(texts::tr("There is no suite in %1").arg(folder));
+    printSuites();
+    return Found;
+}
+
 DoctorStatus DoctorSession::list()
 {
+    printSuites();
     for (const doctor::CheckDefinition &check : m_doctor.checks())
         m_printer.printListed(check);
     return Done;

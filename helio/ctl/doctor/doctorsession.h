@@ -34,7 +34,10 @@ public:
     }
 
     DoctorStatus check(const QStringList &ids);
+    /// The suites, then the checks.
     DoctorStatus list();
+    /// Looks after the suite in that folder from now on.
+    DoctorStatus choose(const QString &folder);
     /// Repairs what is found. A dry run only shows the plans, and writes nothing.
     DoctorStatus fix(const DoctorLine &line);
     DoctorStatus undo(int number);
@@ -43,6 +46,7 @@ public:
 private:
     /// Runs checks and prints them; their findings go to m_findings.
     void look(const QStringList &ids);
+    void printSuites();
     DoctorStatus summary(bool hasRemaining);
     /// The repair to take for a finding; empty if none fits.
     QString repairFor(const doctor::Finding &finding, const DoctorLine &line) const;

@@ -32,6 +32,11 @@ void JsonPrinter::printListed(const doctor::CheckDefinition &check)
     print(helio::listedLine(check, m_locale));
 }
 
+void JsonPrinter::printSuite(const suites::Installation &installation, bool isChosen)
+{
+    print(helio::suiteLine(installation, isChosen));
+}
+
 void JsonPrinter::printProblem(const doctor::FileProblem &problem)
 {
     print(helio::mistakeLine(problem));

@@ -13,6 +13,7 @@ public:
     void printCheck(const doctor::CheckDefinition &check,
                     const doctor::CheckResult &result) override;
     void printListed(const doctor::CheckDefinition &check) override;
+    void printSuite(const suites::Installation &installation, bool isChosen) override;
     void printProblem(const doctor::FileProblem &problem) override;
     void printChange(const QString &repair, const doctor::Change &change) override;
     void printRepair(const helio::RepairOutcome &outcome) override;

@@ -182,6 +182,14 @@ void TextPrinter::printListed(const doctor::CheckDefinition &check)
               visible(check.title.inLanguage(m_locale)));
 }
 
+void TextPrinter::printSuite(const suites::Installation &installation, bool isChosen)
+{
+    const QString mark = isChosen ? QStringLiteral("* ") : QStringLiteral("  ");
+    printLine(mark + texts::tr("%1 %2 (%3) in %4, settings in %5")
+                         .arg(installation.name, visible(installation.version), installation.source,
+                              visible(installation.folder), visible(installation.profile)));
+}
+
 void TextPrinter::printProblem(const doctor::FileProblem &problem)
 {
     std::fputs(QStringLiteral("%1:%2:%3: %4\n")

@@ -35,6 +35,7 @@ private slots:
             QTest::newRow(words) << int(mode);
         };
         row("--list", DoctorLine::List);
+        row("--suite /opt/libreoffice7.6", DoctorLine::Choose);
         row("--fix", DoctorLine::Fix);
         row("--fix --yes a.b c.d", DoctorLine::Fix);
         row("a.b --fix --dry-run", DoctorLine::Fix);
@@ -90,13 +91,16 @@ private slots:
         row("--lint a b", "unexpected argument: b");
         row("lint a b", "unexpected argument: b");
         row("lint", "lint takes a file");
-        row("plan --list", "only one of plan, fix, undo, history, lint and --list can be done");
+        row("plan --list",
+            "only one of plan, fix, undo, history, lint, --list and --suite can be done");
         row("history x", "unexpected argument: x");
         row("--yes", "--yes belongs to --fix");
         row("--list --dry-run", "--dry-run belongs to --fix");
         row("undo --repair r", "--repair belongs to --fix");
-        row("--fix --list", "only one of plan, fix, undo, history, lint and --list can be done");
-        row("undo --fix", "only one of plan, fix, undo, history, lint and --list can be done");
+        row("--fix --list",
+            "only one of plan, fix, undo, history, lint, --list and --suite can be done");
+        row("undo --fix",
+            "only one of plan, fix, undo, history, lint, --list and --suite can be done");
         row("--lint", "Missing value after '--lint'.");
         row("--repair", "Missing value after '--repair'.");
     }

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+namespace suites {
+
+/// What a file below an installation says: the first capture of the pattern's first match.
+struct Entry
+{
+    QString file;
+    QString pattern;
+};
+
+/// Where a suite may be installed.
+struct Place
+{
+    /// "package", "folder", "flatpak" or "snap".
+    QString source;
+    /// A pattern (doctor/machine/pathpattern.h); "~" at its beginning is the home.
+    QString folder;
+    /// The settings of all programs below the home, where they are not those of the session.
+    QString configuration;
+};
+
+/// A suite as its file says it; libreoffice.json is an example.
+struct Description
+{
+    QString id;
+    QString name;
+    QVector<Place> places;
+    Entry version;
+    /// The address of the user's directory.
+    Entry profile;
+    /// The part of that directory that holds the settings.
+    QString profilePart;
+    /// A file below the installation, by component.
+    QMap<QString, QString> components;
+    /// Patterns below the installation; "*" stands for a name.
+    QString plugins;
+    QString languages;
+    /// Packages by what they are for and family of distributions ("debian", "fedora", "suse",
+    /// "arch"); "%1" stands for a language.
+    QMap<QString, QMap<QString, QString>> packages;
+};
+
+/// All that this program knows.
+const QVector<Description> &descriptions();
+
+/// Null for an unknown id.
+const Description *descriptionNamed(const QString &id);
+QStringList descriptionIds();
+
+} // namespace suites
