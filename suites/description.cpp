@@ -44,11 +44,14 @@ Description descriptionFrom(const QJsonObject &object)
     for (const QJsonValue &value : object.value(QStringLiteral("places")).toArray()) {
         const QJsonObject place = value.toObject();
         description.places.append(
-            {textIn(place, "source"), textIn(place, "folder"), textIn(place, "configuration")});
+            {textIn(place, "source"), textIn(place, "folder"), textIn(place, "configuration"),
+             place.value(QStringLiteral("command")).toVariant().toStringList()});
     }
     description.version = entryIn(object, "version");
     description.profile = entryIn(object, "profile");
     description.profilePart = textIn(object.value(QStringLiteral("profile")).toObject(), "part");
+    description.program = textIn(object, "program");
+    description.counterparts = textsIn(object.value(QStringLiteral("counterparts")).toObject());
     description.components = textsIn(object.value(QStringLiteral("components")).toObject());
     description.plugins = textIn(object, "plugins");
     description.languages = textIn(object, "languages");

@@ -25,6 +25,8 @@ struct Place
     QString folder;
     /// The settings of all programs below the home, where they are not those of the session.
     QString configuration;
+    /// What starts it; empty for the program of the description.
+    QStringList command;
 };
 
 /// A suite as its file says it; libreoffice.json is an example.
@@ -38,6 +40,10 @@ struct Description
     Entry profile;
     /// The part of that directory that holds the settings.
     QString profilePart;
+    /// What starts it: a file below the installation.
+    QString program;
+    /// The option that opens an empty document, by the program of this suite that it stands for.
+    QMap<QString, QString> counterparts;
     /// A file below the installation, by component.
     QMap<QString, QString> components;
     /// Patterns below the installation; "*" stands for a name.

@@ -70,6 +70,9 @@ Installation described(const Description &description, const Place &place, const
     installation.version = entryValue(description.version, folder, machine);
     installation.source = place.source;
     installation.folder = folder;
+    installation.command = place.command.isEmpty()
+                               ? QStringList(folder + QLatin1Char('/') + description.program)
+                               : place.command;
     const QString directory =
         profileOf(entryValue(description.profile, folder, machine), place, folder, machine);
     if (!directory.isEmpty())
@@ -113,8 +116,8 @@ QString choiceFile(const QString &suite, const doctor::Machine &machine)
                            QLatin1String(choiceDirectory) + suite);
 }
 
-std::optional<Installation> chosen(const QVector<Installation> &found,
-                                   const doctor::Machine &machine)
+std::optional<Installation> keptChoice(const QVector<Installation> &found,
+                                       const doctor::Machine &machine)
 {
     if (found.isEmpty())
         return std::nullopt;
@@ -124,7 +127,14 @@ std::optional<Installation> chosen(const QVector<Installation> &found,
     const auto same = std::find_if(found.begin(), found.end(), [&kept](const Installation &known) {
         return known.folder == kept;
     });
-    return same == found.end() ? found.first() : *same;
+    return same == found.end() ? std::nullopt : std::make_optional(*same);
+}
+
+std::optional<Installation> chosen(const QVector<Installation> &found,
+                                   const doctor::Machine &machine)
+{
+    const std::optional<Installation> kept = keptChoice(found, machine);
+    return kept || found.isEmpty() ? kept : found.first();
 }
 
 QString keepChoice(const Installation &installation, const doctor::Machine &machine)

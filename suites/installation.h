@@ -23,6 +23,8 @@ struct Installation
     QString folder;
     /// Where its settings of this user are, or will be; empty if that cannot be told.
     QString profile;
+    /// Starts it.
+    QStringList command;
     QStringList components;
     QStringList plugins;
     QStringList languages;
@@ -32,7 +34,11 @@ struct Installation
 QVector<Installation> installations(const Description &description, const doctor::Machine &machine,
                                     const doctor::Deadline &deadline);
 
-/// The one that is looked after: the kept choice if it is still there, otherwise the first.
+/// The user's choice, if it was kept and is still there.
+std::optional<Installation> keptChoice(const QVector<Installation> &found,
+                                       const doctor::Machine &machine);
+
+/// The one that is looked after: the kept choice, otherwise the first.
 std::optional<Installation> chosen(const QVector<Installation> &found,
                                    const doctor::Machine &machine);
 

@@ -1,11 +1,15 @@
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <unistd.h>
-
 #include <QApplication>
 #include <QFile>
 #include <QMessageBox>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+#include <unistd.h>
 
 #include "programs/component/suiteprograms.h"
 #include "texts/texts.h"
@@ -16,12 +20,18 @@ constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 
 /// Replaces this process with the program; returns only on failure.
-int become(const QString &path, char *arguments[])
+int become(QStringList command)
 {
-    QByteArray program = QFile::encodeName(path);
-    arguments[0] = program.data();
-    ::execv(program.constData(), arguments);
-    std::fprintf(stderr, "opencomponent: cannot start %s: %s\n", program.constData(),
+    if (!command.first().contains(QLatin1Char('/')))
+        command.first() = QStandardPaths::findExecutable(command.first());
+    QList<QByteArray> words;
+    std::transform(command.begin(), command.end(), std::back_inserter(words), QFile::encodeName);
+    QVector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.append(word.data());
+    arguments.append(nullptr);
+    ::execv(arguments.first(), arguments.data());
+    std::fprintf(stderr, "opencomponent: cannot start %s: %s\n", arguments.first(),
                  std::strerror(errno));
     return failed;
 }
@@ -39,8 +49,9 @@ void tellAbsence(int argc, char *argv[], const QString &program)
         texts::tr("The office suite's program \"%1\" is not on this machine, so this "
                   "shortcut has nothing to open.")
             .arg(program);
-    const QString advice = texts::tr("Install the office suite, or open the document with another "
-                                     "application from its context menu in the file manager.");
+    const QString advice = texts::tr("Install the office suite or LibreOffice, or open the "
+                                     "document with another application from its context menu "
+                                     "in the file manager.");
     std::fprintf(stderr, "%s\n%s\n", what.toUtf8().constData(), advice.toUtf8().constData());
     // Without a display QApplication would abort.
     if (!hasDisplay())
@@ -55,7 +66,7 @@ void tellAbsence(int argc, char *argv[], const QString &program)
 } // namespace
 
 /// Started by the shortcuts of the suite: "opencomponent PROGRAM [DOCUMENT…]" runs the suite's
-/// program, or tells the user that it is not installed.
+/// program, or another office suite in its place, or tells the user that there is none.
 int main(int argc, char *argv[])
 {
     const QString program = argc > 1 ? QFile::decodeName(argv[1]) : QString();
@@ -65,8 +76,13 @@ int main(int argc, char *argv[])
         return wrongUsage;
     }
     const QString path = programs::installedProgram(programs::suiteProgramDirectory(), program);
+    QStringList documents;
+    std::transform(argv + 2, argv + argc, std::back_inserter(documents),
+                   [](const char *name) { return QFile::decodeName(name); });
     if (!path.isEmpty())
-        return become(path, argv + 1);
+        return become(QStringList(path) + documents);
+    if (const std::optional<suites::Installation> instead = programs::suiteInstead())
+        return become(programs::commandInstead(*instead, program, documents));
     tellAbsence(argc, argv, program);
     return failed;
 }

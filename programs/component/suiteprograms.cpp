@@ -2,7 +2,21 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace programs {
+
+namespace {
+
+constexpr std::chrono::seconds longestSearch(2);
+
+/// A name that begins like an option is none.
+QString asDocument(const QString &name)
+{
+    return name.startsWith(QLatin1Char('-')) ? QStringLiteral("./") + name : name;
+}
+
+} // namespace
 
 const QStringList &suitePrograms()
 {
@@ -23,6 +37,31 @@ QString installedProgram(const QString &directory, const QString &program)
 {
     const QFileInfo file(directory + QLatin1Char('/') + program);
     return file.isFile() && file.isExecutable() ? file.filePath() : QString();
+}
+
+QStringList commandInstead(const suites::Installation &installation, const QString &program,
+                           const QStringList &documents)
+{
+    QStringList command = installation.command;
+    std::transform(documents.begin(), documents.end(), std::back_inserter(command), asDocument);
+    if (!documents.isEmpty())
+        return command;
+    const suites::Description *suite = suites::descriptionNamed(installation.suite);
+    const QString option = suite ? suite->counterparts.value(program) : QString();
+    return option.isEmpty() ? command : command << option;
+}
+
+std::optional<suites::Installation> suiteInstead()
+{
+    const doctor::Machine machine = doctor::thisMachine();
+    const doctor::Deadline deadline(longestSearch);
+    for (const suites::Description &description : suites::descriptions()) {
+        const std::optional<suites::Installation> found =
+            suites::chosen(suites::installations(description, machine, deadline), machine);
+        if (found)
+            return found;
+    }
+    return std::nullopt;
 }
 
 } // namespace programs

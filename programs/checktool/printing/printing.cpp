@@ -16,6 +16,7 @@
 #include "programs/checktool/printing/printingprofile.h"
 #include "programs/process/boundedprogram.h"
 #include "programs/suitehome/suitehome.h"
+#include "suites/installation.h"
 #include "texts/texts.h"
 
 namespace programs {
@@ -27,6 +28,7 @@ const QStringList converters = {QStringLiteral("soffice"), QStringLiteral("libre
 const QStringList converterPlaces = {QStringLiteral("/usr/lib/libreoffice/program"),
                                      QStringLiteral("/opt/libreoffice/program"),
                                      QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin")};
+constexpr std::chrono::seconds longestSearch(2);
 constexpr int beginningBytes = 4096;
 /// ZIP packages, OLE2 files and text in UTF-16.
 const QList<QByteArray> documentSignatures = {"PK\x03\x04", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1",
@@ -39,8 +41,27 @@ constexpr qint64 leftoverSeconds = 3600;
     throw std::runtime_error(text.toStdString());
 }
 
+/// The installation that the user has chosen to be looked after; empty if none was.
+QString chosenConverter(const Machine &machine)
+{
+    doctor::Machine looked = doctor::thisMachine();
+    looked.root = machine.root;
+    const doctor::Deadline deadline(longestSearch);
+    for (const suites::Description &suite : suites::descriptions()) {
+        const auto kept =
+            suites::keptChoice(suites::installations(suite, looked, deadline), looked);
+        // A confined one does not see the copy that is printed.
+        if (kept && kept->command.size() == 1)
+            return kept->command.first();
+    }
+    return {};
+}
+
 QString findConverter(const Machine &machine)
 {
+    const QString chosen = chosenConverter(machine);
+    if (!chosen.isEmpty())
+        return chosen;
     QStringList places = machine.variable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
     for (const QString &place : converterPlaces)
         places.append(machine.root + place);

@@ -101,11 +101,46 @@ mv ${opened}.new ${opened}
     expect(await root.readFile(opened)).toBe('/home/user/my sheet.xlsx\n');
 });
 
-test('without the suite a shortcut says what is missing and what to do', async () => {
+/** Shows an installation of LibreOffice whose program says how it was started. */
+function installLibreOffice(place) {
+    const folder = root.hostPath('/tmp/libreoffice');
+    const program = path.join(folder, 'program');
+    fs.mkdirSync(program, { recursive: true });
+    fs.writeFileSync(path.join(program, 'bootstraprc'), 'ProductKey=LibreOffice 24.8\n');
+    const script = '#!/bin/sh\nprintf "%s\\n" "$0" "$@"\n';
+    fs.writeFileSync(path.join(program, 'soffice'), script, { mode: 0o755 });
+    root.bind(folder, place);
+    return `${place}/program/soffice`;
+}
+
+test('without the suite LibreOffice opens the documents', async () => {
+    const program = installLibreOffice('/usr/lib/libreoffice');
+    const words = async (...args) => {
+        const { status, stdout } = await root.run(['/suite/office/opencomponent', ...args]);
+        expect(status).toBe(0);
+        return stdout.trimEnd().split('\n');
+    };
+    expect(await words('vyr', 'my text.docx', '--x')).toEqual([program, 'my text.docx', './--x']);
+    expect(await words('tbl')).toEqual([program, '--calc']);
+    expect(await words('board')).toEqual([program, '--draw']);
+    expect(await words('vyroffice')).toEqual([program]);
+});
+
+test('the chosen one of several opens them', async () => {
+    installLibreOffice('/usr/lib/libreoffice');
+    const other = installLibreOffice('/opt/libreoffice24.8');
+    const choice = ['/suite/office/assistantctl', 'doctor', '--suite', '/opt/libreoffice24.8'];
+    expect((await root.run(choice)).status).toBe(0);
+    const { stdout } = await root.run(['/suite/office/opencomponent', 'shw']);
+    expect(stdout).toBe(`${other}\n--impress\n`);
+});
+
+test('without any suite a shortcut says what is missing and what to do', async () => {
+    root.smallDisk('/usr/lib/libreoffice', 4096);
     const end = await root.run(['/suite/office/opencomponent', 'vyr', '/home/user/a.docx']);
     expect(end.status).toBe(1);
     expect(end.stderr).toMatch(/program "vyr" is not on this machine/);
-    expect(end.stderr).toMatch(/Install the office suite, or open/);
+    expect(end.stderr).toMatch(/Install the office suite or LibreOffice, or open/);
     const chinese = await root.run(['/suite/office/opencomponent', 'vyrpdf'], {
         env: { LANG: 'zh_CN.UTF-8' },
     });

@@ -145,6 +145,23 @@ echo gone`,
         );
     });
 
+    test('that was chosen prints, whatever PATH has', async () => {
+        const folder = root.hostPath('/tmp/libreoffice');
+        fs.mkdirSync(`${folder}/program`, { recursive: true });
+        fs.writeFileSync(`${folder}/program/bootstraprc`, 'ProductKey=LibreOffice 24.8\n');
+        const script = '#!/bin/sh\necho %PDF-1.7 chosen > "$7/a.pdf"\n';
+        fs.writeFileSync(`${folder}/program/soffice`, script, { mode: 0o755 });
+        root.bind(folder, '/opt/libreoffice24.8');
+        await root.fake('soffice', '#!/bin/sh\necho %PDF-1.7 other > "$7/a.pdf"\n');
+        const pdf = () => root.readFile(`${workDirectory}/a.pdf`);
+        await print('vyr', '/home/user/a.docx');
+        expect(await pdf()).toBe('%PDF-1.7 other\n');
+        const choice = ['/suite/office/assistantctl', 'doctor', '--suite', '/opt/libreoffice24.8'];
+        expect((await root.run(choice)).status).toBe(0);
+        await print('vyr', '/home/user/a.docx');
+        expect(await pdf()).toBe('%PDF-1.7 chosen\n');
+    });
+
     test('that fills the disk leaves no PDF', async () => {
         root.smallDisk('/home/user/.local/share/Orvane', 256 * 1024);
         await root.fake(
