@@ -53,6 +53,14 @@ PageWindow *AssistantWindows::mainWindow() const
     return m_main.get();
 }
 
+void AssistantWindows::present()
+{
+    const bool hasView = m_child && m_child->isVisible();
+    m_main->present();
+    if (hasView)
+        m_child->present();
+}
+
 void AssistantWindows::connectPage(PageWindow *window)
 {
     // Either page may open a view in the child window or close the current one.

@@ -27,6 +27,10 @@ public:
 
     PageWindow *mainWindow() const;
 
+    /// Shows what the user sees of the assistant, with the view that is open, in front of other
+    /// windows.
+    void present();
+
 signals:
     /// The main window should close and the program end.
     void endRequested();

@@ -19,6 +19,7 @@
 #include "helio/shell/desktoplook.h"
 #include "helio/shell/hiddenvariables.h"
 #include "helio/shell/missingparts.h"
+#include "helio/shell/sessioninstance.h"
 #include "helio/shell/shelloptions.h"
 #include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
@@ -69,7 +70,7 @@ void takePicture(shell::PageWindow *window, const QString &path)
     });
 }
 
-int showWindows(const shell::ShellOptions &options)
+int showWindows(const shell::ShellOptions &options, const shell::SessionInstance &instance)
 {
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::useLanguage(look.language);
@@ -96,7 +97,9 @@ int showWindows(const shell::ShellOptions &options)
                      &QCoreApplication::quit);
     if (!options.screenshot.isEmpty())
         takePicture(windows.mainWindow(), options.screenshot);
-    windows.mainWindow()->present();
+    QObject::connect(&instance, &shell::SessionInstance::activated, &windows,
+                     &shell::AssistantWindows::present);
+    windows.present();
     const int status = QCoreApplication::exec();
     helio::endAwaitedPrograms();
     return status;
@@ -110,6 +113,12 @@ int printText(shell::ShellOptions::Mode mode, int argc, char *argv[])
                              : QStringLiteral("helio-shell " ASSISTANT_VERSION "\n");
     std::fputs(text.toLocal8Bit().constData(), stdout);
     return Ended;
+}
+
+/// What takes pictures and drives pages wants a window of its own.
+bool isForUser(const shell::ShellOptions &options)
+{
+    return options.screenshot.isEmpty() && options.debugPort == 0;
 }
 
 int runApplication(const shell::ShellOptions &options, const char *programName)
@@ -130,7 +139,10 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
                      &QCoreApplication::quit);
     helio::makeDefaultSuiteHome();
-    return showWindows(options);
+    shell::SessionInstance instance;
+    if (isForUser(options) && instance.take() == shell::SessionInstance::Place::Second)
+        return Ended;
+    return showWindows(options, instance);
 }
 
 } // namespace
