@@ -21,9 +21,9 @@ RecordingBrowser::RecordingBrowser(QWidget *parent) : KHelioBrowserWidgetBase(pa
 
 void RecordingBrowser::install()
 {
-    helio::setBrowserMaker([](QWidget *owner, KxWebViewCefJsApiFlag flag) {
+    helio::setBrowserMaker([](QWidget *owner, KxWebViewCefJsApiFlag wanted) {
         latestBrowser = new RecordingBrowser(owner);
-        latestBrowser->flag = flag;
+        latestBrowser->flag = wanted;
         return latestBrowser.data();
     });
 }
