@@ -9,7 +9,7 @@ namespace OfficeAssiant {
 /// program's INI file, decoded from the locale's encoding.
 QString localIniText(const QVariant &value);
 
-/// The same, but bytes that are no valid text in that encoding stay as QSettings read them.
+/// The same, but bytes that are not valid text in that encoding stay as QSettings read them.
 QString readableIniText(const QVariant &value);
 
 } // namespace OfficeAssiant

@@ -99,7 +99,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
             line.name = *name;
             return isGroupName(bytesIn(content, line.name))
                        ? QString()
-                       : atLine(content, position, texts::tr("this is no name of a group."));
+                       : atLine(content, position, texts::tr("this is not the name of a group."));
         }
     }
     const int equals = content.indexOf('=', text.begin);
@@ -115,7 +115,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
         ++line.value.begin;
     line.spacedValue = line.value;
     if (!isKeyName(bytesIn(content, line.name)))
-        return atLine(content, position, texts::tr("this is no name of a key."));
+        return atLine(content, position, texts::tr("this is not the name of a key."));
     return {};
 }
 
@@ -155,11 +155,11 @@ QString DesktopDialect::writeProblem(const QStringList &key, const QString &valu
     const QString &group = key.first();
     const QString &name = key.last();
     if (!isGroupName(group.toUtf8()))
-        return texts::tr("“%1” is no name of a group.").arg(group);
+        return texts::tr("“%1” is not the name of a group.").arg(group);
     const bool isEntry = !name.startsWith(QLatin1Char('#')) && !name.contains(QLatin1Char('=')) &&
                          std::none_of(name.begin(), name.end(), isControl);
     if (!isEntry || !isKeyName(name.toUtf8()))
-        return texts::tr("“%1” is no name of a key.").arg(name);
+        return texts::tr("“%1” is not the name of a key.").arg(name);
     const bool isText = std::none_of(value.begin(), value.end(), [](QChar c) {
         return isControl(c) && !QStringLiteral("\t\n\r").contains(c);
     });

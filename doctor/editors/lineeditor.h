@@ -25,7 +25,7 @@ struct FoundLine
     QString problem;
 };
 
-/// A line ends with "\n" or "\r\n"; bytes that are no UTF-8 fit no text. Content up to 64 MiB.
+/// A line ends with "\n" or "\r\n"; bytes that are not UTF-8 fit no text. Content up to 64 MiB.
 /// However a pattern backtracks, a search is given up after a few seconds.
 FoundLine findLine(const QByteArray &content, const LineQuery &query);
 /// Gives the line that findLine() finds another text, which has no line end. The line keeps its

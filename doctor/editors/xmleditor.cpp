@@ -30,11 +30,11 @@ Target targetOf(const QByteArray &content, const QStringList &key)
         target.attribute = parts.takeLast().mid(1);
     const bool isAttribute = parts.size() < key.size();
     if (isAttribute && !isXmlName(target.attribute))
-        target.problem = texts::tr("“%1” is no name of an attribute.").arg(key.last());
+        target.problem = texts::tr("“%1” is not the name of an attribute.").arg(key.last());
     for (const QString &part : qAsConst(parts)) {
         const auto step = xmlStep(part);
         if (!step)
-            target.problem = texts::tr("“%1” is no name of an element.").arg(part);
+            target.problem = texts::tr("“%1” is not the name of an element.").arg(part);
         target.steps.append(step.value_or(XmlStep()));
     }
     return target;

@@ -31,7 +31,7 @@ public:
     QString text() const;
     QVector<JsonNode> items() const;
     QStringList names() const;
-    /// Names that are no text can be seen here only.
+    /// Names that are not text can be seen here only.
     QVector<std::pair<QString, JsonNode>> members() const;
     std::optional<JsonNode> member(const char *name) const { return member(QLatin1String(name)); }
     std::optional<JsonNode> member(const QString &name) const;

@@ -198,7 +198,8 @@ QString Draft::makeDirectory(const QString &path, mode_t mode)
     if (isDirectoryPlanned(located))
         return {};
     if (exists(path))
-        return QFileInfo(located).isDir() ? QString() : texts::tr("%1 is no directory").arg(path);
+        return QFileInfo(located).isDir() ? QString()
+                                          : texts::tr("%1 is not a directory").arg(path);
     if (!isOurs(located)) {
         show(asRoot("mkdir", {QStringLiteral("-m"), octal(mode), QStringLiteral("--"), located}));
         return {};

@@ -37,7 +37,7 @@ describe('an answer', () => {
         ).toEqual({ kind: 'done', value: undefined });
     });
 
-    it('is unreadable when it is no base64', async () => {
+    it('is unreadable when it is not base64', async () => {
         expect(
             await outcome('choosesamplefile', { result: '!' }, (client) => client.chooseSample()),
         ).toEqual({ kind: 'unreadable', reason: 'no base64 text' });

@@ -49,7 +49,7 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
     const QFileInfo information(path);
     // Reading a pipe would block.
     if (information.exists() && (!information.isFile() || information.size() > mostBytes))
-        fail(texts::tr("%1 is no file of answers").arg(path));
+        fail(texts::tr("%1 is not a file of answers").arg(path));
     waitForLock(path, lockMs);
     QSettings file(path, QSettings::IniFormat);
     file.setIniCodec("UTF-8");

@@ -42,7 +42,7 @@ InstalledPackage InstalledPackage::ofPolicy(const QByteArray &output)
 InstalledPackage InstalledPackage::ask(const QString &package, int timeoutMs)
 {
     if (!isPackageName(package))
-        return {{}, {}, QStringLiteral("\"%1\" is no name of a package").arg(package)};
+        return {{}, {}, QStringLiteral("\"%1\" is not the name of a package").arg(package)};
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
     const ProgramEnd end = runBounded(QStringLiteral("apt-cache"),

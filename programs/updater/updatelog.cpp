@@ -87,7 +87,7 @@ bool UpdateLog::isOwnKind()
     if (::fstat(m_descriptor, &status) != 0)
         return fail(QString::fromLocal8Bit(std::strerror(errno)));
     if (!S_ISREG(status.st_mode) || status.st_nlink != 1)
-        return fail(QStringLiteral("it is no plain file of its own"));
+        return fail(QStringLiteral("it is not a plain file of its own"));
     if (status.st_size > largestSize && ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0)
         return ::ftruncate(m_descriptor, 0) == 0 ||
                fail(QString::fromLocal8Bit(std::strerror(errno)));

@@ -37,7 +37,7 @@ QByteArray packed(const QByteArray &text, int window, int flush = Z_FINISH)
     return output;
 }
 
-/// What unpacks to 768 MiB of one byte, which is no UTF-8: each is shown as three.
+/// What unpacks to 768 MiB of one byte, which is not UTF-8: each is shown as three.
 QByteArray bomb()
 {
     const QByteArray block = packed(QByteArray(64 * mebibyte, '\xff'), rawWindow, Z_FULL_FLUSH);
@@ -129,7 +129,7 @@ private slots:
     void aCorruptAnswerIsAFailure()
     {
         LoopbackServer server([](const WireRequest &) {
-            return LoopbackServer::response("200 OK", "this is no gzip", encoded("gzip"));
+            return LoopbackServer::response("200 OK", "this is not gzip", encoded("gzip"));
         });
         QCOMPARE(tryServer(server), QStringLiteral("200:"));
     }

@@ -119,7 +119,7 @@ private:
                 texts.insert(text.replace(QLatin1String("\\\""), QLatin1String("\"")));
             }
             if (count != source.count(QLatin1String("texts::tr(")))
-                qFatal("%s says something that is no literal", qPrintable(files.filePath()));
+                qFatal("%s says something that is not a literal", qPrintable(files.filePath()));
         }
         return texts;
     }

@@ -15,7 +15,7 @@ using Kind = XmlToken::Kind;
 
 constexpr int mostAttributes = 1000;
 
-/// Where a byte is no UTF-8 or a character none of XML; -1 if all is well.
+/// Where a byte is not UTF-8 or a character not allowed in XML; -1 if all is well.
 int badCharacterIn(const QByteArray &content)
 {
     for (int i = markSize(content); i < content.size();) {
@@ -58,7 +58,7 @@ XmlReader::XmlReader(const QByteArray &content) : m_content(content), m_position
 {
     const int bad = badCharacterIn(content);
     if (bad >= 0)
-        broken(texts::tr("this is no character of XML in UTF-8."), bad);
+        broken(texts::tr("this is not an XML character in UTF-8."), bad);
 }
 
 XmlToken XmlReader::next()

@@ -109,7 +109,7 @@ QString wayText(const Passage &passage, const Component &blocker)
     case Obstacle::Missing:
         return followedBy(texts::tr("%1 does not exist.").arg(path), confinement());
     case Obstacle::NotDirectory:
-        return texts::tr("%1 is no directory, but the path leads on through it.").arg(path);
+        return texts::tr("%1 is not a directory, but the path leads on through it.").arg(path);
     case Obstacle::NameTooLong:
         return texts::tr("The path, or a name in it, is longer than the system allows.");
     case Obstacle::LinkLoop:

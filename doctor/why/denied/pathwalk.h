@@ -20,7 +20,7 @@ enum class Obstacle {
     None,
     Rights, ///< mode or access list; see Passage::decision
     Missing,
-    NotDirectory, ///< the path goes on behind something that is no directory
+    NotDirectory, ///< the path goes on behind something that is not a directory
     NameTooLong,
     LinkLoop,
     LinkProtected, ///< fs.protected_symlinks: another user's link in a shared sticky directory

@@ -144,9 +144,9 @@ int runWhy(const QStringList &arguments)
         print(line.text, stdout);
         return AccessGranted;
     }
-    // Bytes that are no text in the locale's encoding arrive as this.
+    // Bytes that are not text in the locale's encoding arrive as this.
     if (line.path.contains(QChar(QChar::ReplacementCharacter))) {
-        print(texts::tr("The path is no text in the encoding of this terminal.\n"), stderr);
+        print(texts::tr("The path is not text in the encoding of this terminal.\n"), stderr);
         return AccessUndecided;
     }
     Denial denial = look(line);

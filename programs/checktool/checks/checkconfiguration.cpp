@@ -71,7 +71,7 @@ bool checkDirectory(const QString &path, Findings &findings)
         return false;
     if (!QFileInfo(path).isDir()) {
         findings.problem(
-            texts::tr("%1 is no directory, so that nothing can be kept in it.").arg(path),
+            texts::tr("%1 is not a directory, so that nothing can be kept in it.").arg(path),
             texts::tr("Move it away; the suite makes the directory anew."));
         return false;
     }
@@ -101,7 +101,7 @@ void checkContent(const QString &path, Findings &findings)
     const int count = settings.allKeys().size();
     if (!isText || settings.status() == QSettings::FormatError)
         findings.problem(
-            texts::tr("The settings file %1 is damaged: some of it is no settings.").arg(path),
+            texts::tr("The settings file %1 is damaged: parts of it are not settings.").arg(path),
             remedy);
     else
         findings.fine(texts::tr("The settings file %1 can be read; settings in it: %2.")
@@ -114,7 +114,7 @@ void checkFile(const QString &path, Findings &findings)
         return;
     if (!QFileInfo(path).isFile()) {
         findings.problem(
-            texts::tr("%1 is no file, so that no settings can be kept in it.").arg(path),
+            texts::tr("%1 is not a file, so that no settings can be kept in it.").arg(path),
             texts::tr("Move it away; the suite makes the file anew."));
         return;
     }

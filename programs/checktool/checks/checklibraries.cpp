@@ -61,7 +61,7 @@ bool reportState(const QString &path, const ElfFile &file, Findings &findings)
         break;
     }
     findings.problem(
-        texts::tr("%1 is damaged: it is no program or library that Linux can load.").arg(path),
+        texts::tr("%1 is damaged: it is not a program or library that Linux can load.").arg(path),
         texts::tr("Install the suite again."));
     return false;
 }

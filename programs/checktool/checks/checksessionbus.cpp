@@ -31,8 +31,9 @@ void checkRuntimeDirectory(const Machine &machine, Findings &findings)
                                 "sockets into the temporary directory without it.")
                           .arg(runtimeVariable));
     else if (!directory.isDir())
-        findings.problem(texts::tr("%1 is %2, which is no directory.").arg(runtimeVariable, path),
-                         texts::tr("Log in to the desktop again."));
+        findings.problem(
+            texts::tr("%1 is %2, which is not a directory.").arg(runtimeVariable, path),
+            texts::tr("Log in to the desktop again."));
     else if (directory.ownerId() != ::geteuid())
         findings.problem(
             texts::tr("%1 is %2, which belongs to another user.").arg(runtimeVariable, path),

@@ -96,7 +96,7 @@ void checkDocument(const QFileInfo &document)
     if (!document.exists())
         fail(texts::tr("there is no document %1").arg(document.filePath()));
     if (!document.isFile())
-        fail(texts::tr("%1 is no file").arg(document.filePath()));
+        fail(texts::tr("%1 is not a file").arg(document.filePath()));
     if (!document.isReadable())
         fail(texts::tr("%1 cannot be read").arg(document.filePath()));
     if (!isDocument(document.filePath()))

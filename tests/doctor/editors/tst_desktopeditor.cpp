@@ -217,7 +217,7 @@ void TestDesktopEditor::readsAndRefusesAsGKeyFileDoes()
         if (!values)
             continue;
         ++readable;
-        // GLib gives no text for bytes that are no UTF-8.
+        // GLib gives no text for bytes that are not UTF-8.
         if (values->contains(name) && !content.contains('\xff'))
             QVERIFY2(m_editor.find(content, key) == values->value(name),
                      content.toPercentEncoding().constData());

@@ -96,7 +96,7 @@ void TestLineEditor::changesExactlyOneLine_data()
     row("a last line without end", "a\nx", "a\nnew", "a\n");
     row("an only line", "x", "new", "");
     row("behind a mark", "\xef\xbb\xbfx\n", "\xef\xbb\xbfnew\n", "\xef\xbb\xbf");
-    row("bytes that are no UTF-8", "\xff\nx\n\0z", "\xff\nnew\n", "\xff\n");
+    row("bytes that are not UTF-8", "\xff\nx\n\0z", "\xff\nnew\n", "\xff\n");
     row("a return is part of a line", "a\rx\nx\n", "a\rx\nnew\n", "a\rx\n");
 }
 

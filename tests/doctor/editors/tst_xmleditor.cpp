@@ -77,7 +77,7 @@ void TestXmlEditor::findsWhatQtReads()
         QVERIFY2(values, content.constData());
         for (auto value = values->begin(); value != values->end(); ++value) {
             QString found = m_editor.find(content, withoutIndex(value.key()));
-            // Blank text between elements is no value to Qt's side of the comparison.
+            // Blank text between elements is not a value to Qt's side of the comparison.
             if (value.value().isEmpty() && found.trimmed().isEmpty())
                 found.clear();
             QVERIFY2(found == value.value(),

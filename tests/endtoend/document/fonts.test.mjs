@@ -129,7 +129,7 @@ describe('comparefont', () => {
     });
 
     test.each(['', '%%%', 'a', 'L', '====', '/home/user/a.docx', 'AAAA', '\u{10ffff}'])(
-        'the argument "%s", which is no path in base64, is an error',
+        'the argument "%s", which is not a path in base64, is an error',
         async (filepath) => {
             expect(await runCommand(root, 'comparefont', { filepath })).toMatchObject({
                 status: 1,

@@ -73,7 +73,7 @@ describe('a layout problem', () => {
         await session.close();
     });
 
-    test('a file deleted before it is opened is an error, and so is no file', async () => {
+    test('a file deleted before it is opened is an error, and so is a missing one', async () => {
         const path = await writeDocument('a.docx');
         const session = Session.start(root);
         expect((await open(session)).result).toBe('error');

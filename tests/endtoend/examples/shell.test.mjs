@@ -129,7 +129,7 @@ test.each([
     expect(await main.call(command, args)).toEqual(answer);
 });
 
-test('refuses what is no command', async () => {
+test('refuses what is not a command', async () => {
     await expect(main.call('deleteLater')).rejects.toThrow('unknown command: deleteLater');
 });
 

@@ -109,7 +109,7 @@ describe.runIf(canInstall)('an installation as packages', () => {
         expect(await root.readFile('/tmp/asked')).toBe('policy other\n');
         await send('changeupdateconfig', 'keyvalue=package$--option');
         await root.run([updaterPath, '/from:manual']);
-        await log('"--option" is no name of a package');
+        await log('"--option" is not the name of a package');
         await send('changeupdateconfig', 'keyvalue=enabled$false');
         await root.run([updaterPath, '/from:manual']);
         await log('switched off (enabled=false)');

@@ -87,7 +87,7 @@ test.each([
     expect(request.parts).toEqual([{ name: 'fileName', value: 'test.txt' }, file]);
 });
 
-test('fields are sent in ascending order and what is no field not at all', async () => {
+test('fields are sent in ascending order and what is not a field not at all', async () => {
     const send = (reqtable) =>
         server.test({ urlpath: `${plainServer}/upload`, funcname: 'saveURL_FormData', reqtable });
     expect(await send('b:2;a:1;bad;x:y:z')).toBe('success');

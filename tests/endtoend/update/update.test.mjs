@@ -163,7 +163,7 @@ test.each([
     ['in UTF-8', '日本\n', '日本\n'],
     ['with other line ends', 'a\r\nb\r\n', 'a\nb\n'],
     ['with a zero byte', 'before\0after', 'before'],
-    ['with bytes that are no text', Buffer.from([0x61, 0xff, 0x62]), 'a\ufffdb'],
+    ['with bytes that are not text', Buffer.from([0x61, 0xff, 0x62]), 'a\ufffdb'],
 ])('a log %s is answered as base64', async (_, content, text) => {
     await root.writeFile(logFile, content);
     expect(await resultOf('getlogfile')).toBe(base64(text));

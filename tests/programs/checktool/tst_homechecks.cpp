@@ -109,7 +109,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("zeros") << QByteArray(100, '\0');
-        QTest::newRow("no settings") << QByteArray("this is no settings file\n");
+        QTest::newRow("no settings") << QByteArray("this is not a settings file\n");
         QTest::newRow("huge") << QByteArray(17 * 1024 * 1024, 'x');
     }
 
@@ -125,15 +125,16 @@ private slots:
     {
         CheckedMachine checked;
         checked.makeDirectory(conf);
-        QVERIFY(hasLine(problems(checked.check("configuration")), {QStringLiteral("is no file")}));
+        QVERIFY(
+            hasLine(problems(checked.check("configuration")), {QStringLiteral("is not a file")}));
         checked.set("XDG_CONFIG_HOME", checked.path(QStringLiteral("other")));
         QCOMPARE(problems(checked.check("configuration")), QStringList());
         checked.write(QStringLiteral("other/Orvane"), {});
-        QVERIFY(
-            hasLine(problems(checked.check("configuration")), {QStringLiteral("is no directory")}));
+        QVERIFY(hasLine(problems(checked.check("configuration")),
+                        {QStringLiteral("is not a directory")}));
         checked.write(QStringLiteral("home/.local/share/Orvane/tmp"), {});
         QVERIFY(hasLine(problems(checked.check("configuration")),
-                        {QStringLiteral("Orvane/tmp is no directory")}));
+                        {QStringLiteral("Orvane/tmp is not a directory")}));
     }
 
     void aLinkToNowhereIsAProblem()

@@ -29,7 +29,7 @@ private slots:
             << QByteArray("\\loch\\af0\\hich\\af0\\dbch\\af2\\loch\\f1 x") << QStringList{one};
         QTest::newRow("current East Asian run")
             << QByteArray("\\loch\\af0\\hich\\af0\\dbch\\f2 \\u25991?") << QStringList{song};
-        QTest::newRow("replacement is no text")
+        QTest::newRow("replacement is not text")
             << QByteArray("\\uc2\\f1\\u25991??") << QStringList{one};
         QTest::newRow("replacement ends with its group")
             << QByteArray("{\\uc9\\f2\\u25991?}x") << QStringList{zero, song};

@@ -9,7 +9,7 @@ interface LogLine {
 export function logLines(log: string): LogLine[] {
     const texts = log.split(/\r\n|\n|\r/);
     if (texts[texts.length - 1] === '') texts.pop();
-    // A tab is no unseen character here.
+    // A tab counts as visible here.
     return texts.map((text, index) => ({ number: index + 1, text: text.replace(/\t/g, '    ') }));
 }
 

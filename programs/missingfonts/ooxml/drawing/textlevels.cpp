@@ -13,7 +13,7 @@ constexpr std::array<Tag, 9> levelTags = {
     drawingTag("lvl4pPr"), drawingTag("lvl5pPr"), drawingTag("lvl6pPr"),
     drawingTag("lvl7pPr"), drawingTag("lvl8pPr"), drawingTag("lvl9pPr")};
 
-/// The number of levels for an element that is no level.
+/// The number of levels for an element that is not a level.
 std::size_t levelOf(Tag tag)
 {
     return static_cast<std::size_t>(std::find(levelTags.begin(), levelTags.end(), tag) -

@@ -13,7 +13,7 @@ class GeneratedTree
 public:
     GeneratedTree(const QByteArray &root, unsigned seed);
 
-    /// Everything in the tree that is no link.
+    /// Everything in the tree that is not a link.
     const QVector<QByteArray> &entries() const { return m_entries; }
     /// Paths that people ask for: also through links, with "..", missing, or through a file.
     QByteArray askedPath();

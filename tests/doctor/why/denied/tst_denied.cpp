@@ -151,7 +151,7 @@ void DeniedTest::namesMayHoldAnyByte()
             return QByteArray::number(int(denial.passage.obstacle)) +
                    (denial.remedy ? " remedy" : " none");
         });
-        // A command with a name that is no text would name another file.
+        // A command with a name that is not text would name another file.
         QCOMPARE(answer,
                  QByteArray::number(int(Obstacle::Rights)) + (name == text ? " remedy" : " none"));
     }

@@ -61,7 +61,7 @@ describe('exit status', () => {
         'setHandler',
         'a b',
         '-',
-    ])('2 for %s, which is no command', async (command) => {
+    ])('2 for %s, which is not a command', async (command) => {
         const end = await runCommand(root, command);
         expect(end.status).toBe(2);
         expect(end.events).toEqual([
@@ -74,7 +74,7 @@ describe('exit status', () => {
         ['an unknown option', ['--nosuch', 'mousePress']],
         ['a page that is neither', ['--page', 'third', 'mousePress']],
         ['an option without its value', ['mousePress', '--choose']],
-        ['a wait that is no number', ['--wait', 'soon', 'mousePress']],
+        ['a wait that is not a number', ['--wait', 'soon', 'mousePress']],
         ['a negative wait', ['--wait', '-1', 'mousePress']],
         ['an argument without a value', ['router', 'page']],
         ['an argument without a name', ['router', '=x']],

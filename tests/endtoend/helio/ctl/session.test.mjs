@@ -57,7 +57,7 @@ describe('malformed lines', () => {
         expect((await session.error()).id).toBe('x7');
     });
 
-    test('bytes that are no UTF-8 give an error', async () => {
+    test('bytes that are not UTF-8 give an error', async () => {
         await session.sendBytes(Buffer.from([0x7b, 0x22, 0xff, 0xfe, 0x22, 0x0a]));
         await session.error();
         await expectGoesOn();

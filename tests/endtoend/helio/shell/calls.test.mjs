@@ -74,11 +74,11 @@ test('many calls at once are all answered, each with its own answer', async () =
 test.each([
     ['an unknown command', "helio.call('nothing')", /unknown command: nothing/],
     ['an inherited slot', "helio.call('deleteLater')", /unknown command: deleteLater/],
-    ['a slot that is no command', "helio.call('onsearchfinished')", /unknown command/],
+    ['a slot that is not a command', "helio.call('onsearchfinished')", /unknown command/],
     ['another case', "helio.call('GetCollectionPage')", /unknown command/],
     ['no command', 'helio.call()', /needs the text "command"/],
-    ['a command that is no text', 'helio.call({})', /needs the text "command"/],
-    ['arguments that are no object', "helio.call('router', 'x')", /"args" is not an object/],
+    ['a command that is not text', 'helio.call({})', /needs the text "command"/],
+    ['arguments that are not an object', "helio.call('router', 'x')", /"args" is not an object/],
     ['arguments without end', 'const a = {}; a.a = a; helio.call("router", a)', /circular/],
 ])('%s is refused with a message', async (_, expression, message) => {
     const page = await startPage();
