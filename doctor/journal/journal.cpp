@@ -3,11 +3,13 @@
 #include <QDir>
 
 #include <algorithm>
+#include <utility>
 
 #include "doctor/journal/applysteps.h"
 #include "doctor/journal/ending.h"
 #include "doctor/journal/run.h"
 #include "doctor/journal/undosteps.h"
+#include "doctor/journal/watch.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -51,38 +53,6 @@ qint64 sizeOf(const QVector<TreeStep> &steps)
     return size;
 }
 
-JournalEntry::State stateOf(const Record &record)
-{
-    if (record.isDamaged)
-        return JournalEntry::State::Damaged;
-    if (record.actions.last().end == Action::End::None)
-        return JournalEntry::State::Begun;
-    if (record.isUndone())
-        return JournalEntry::State::Undone;
-    return record.isApplied() ? JournalEntry::State::Applied : JournalEntry::State::TakenBack;
-}
-
-JournalEntry entryOf(const Record &record)
-{
-    JournalEntry entry;
-    entry.number = record.number;
-    entry.check = record.check;
-    entry.repair = record.repair;
-    entry.state = stateOf(record);
-    if (record.actions.isEmpty())
-        return entry;
-    const Action &applied = record.actions.first();
-    entry.time = QDateTime::fromMSecsSinceEpoch(applied.time);
-    for (const TreeStep &step : applied.steps) {
-        for (const QByteArray &path : {step.path, step.target}) {
-            if (!path.isEmpty())
-                entry.paths.append(QFile::decodeName(path));
-        }
-    }
-    entry.paths.removeDuplicates();
-    return entry;
-}
-
 /// Where the contents before the repair are, for those of the steps whose paths stand in the way.
 QStringList backupNotes(const Store &store, const Record &record, const QStringList &paths)
 {
@@ -108,6 +78,15 @@ Problem undoRefusal(const std::optional<Record> &record, int number)
     if (!record->isApplied())
         return texts::tr("Repair %1 was taken back; there is nothing to undo.").arg(number);
     return {};
+}
+
+/// Makes and locks the journal, with nothing half done in it.
+Problem makeReady(Store &store, QStringList &notes)
+{
+    Problem problem = store.makeDirectory();
+    if (problem || !store.open(problem) || (problem = store.lock()))
+        return problem;
+    return recoverAll(store, notes);
 }
 
 /// What there is to do besides the steps.
@@ -144,11 +123,8 @@ JournalResult Journal::apply(const Plan &plan)
     if (!plan.refusal.isEmpty())
         return without(Outcome::Refused, plan.refusal);
     Store store(m_directory);
-    Problem problem = store.makeDirectory();
-    if (problem || !store.open(problem) || (problem = store.lock()))
-        return without(Outcome::Refused, *problem);
     QStringList notes;
-    problem = recoverAll(store, notes);
+    const Problem problem = makeReady(store, notes);
     JournalResult result = problem ? without(Outcome::Refused, *problem) : applyIn(store, plan);
     result.notes = notes + result.notes;
     return result;
@@ -230,6 +206,63 @@ JournalResult Journal::undoRecord(Store &store, Record &record)
     else
         result.outcome = Outcome::Undone;
     return result;
+}
+
+std::optional<QString> Journal::watchRefusal(const QStringList &paths) const
+{
+    QVector<TreeStep> steps;
+    return stepsToWatch(paths, m_limits.watched, steps);
+}
+
+JournalResult Journal::beginWatch(const QString &check, const QString &repair,
+                                  const QStringList &paths)
+{
+    const auto store = std::make_shared<Store>(m_directory);
+    QStringList notes;
+    Record record;
+    record.check = check;
+    record.repair = repair;
+    Action action;
+    action.isWatch = true;
+    action.time = QDateTime::currentMSecsSinceEpoch();
+    Problem problem = makeReady(*store, notes);
+    if (!problem)
+        problem = stepsToWatch(paths, m_limits.watched, action.steps);
+    if (!problem)
+        problem = store->begin(record, action);
+    JournalResult result = without(Outcome::Applied, {}, record.number);
+    if (problem) {
+        result = without(Outcome::Refused, *problem);
+    } else {
+        removeOld(*store, record.number);
+        m_watched = store;
+        m_watch = record.number;
+    }
+    result.notes = notes;
+    return result;
+}
+
+WatchResult Journal::endWatch()
+{
+    WatchResult watched;
+    const std::shared_ptr<Store> store = std::exchange(m_watched, nullptr);
+    std::optional<Record> record = store ? store->read(m_watch) : std::nullopt;
+    if (!record || !record->openAction() || !record->openAction()->isWatch) {
+        watched.journal.reason = texts::tr("There is no repair %1.").arg(m_watch);
+        return watched;
+    }
+    const Problem problem = adopt(*store, *record, watched.journal.notes);
+    watched.journal.number = record->number;
+    if (problem) {
+        watched.journal.reason = *problem;
+        return watched;
+    }
+    watched.journal.outcome = Outcome::Applied;
+    if (record->number == 0)
+        return watched;
+    for (const TreeStep &step : record->actions.first().steps)
+        watched.changes.append(changeOf(step));
+    return watched;
 }
 
 QVector<JournalEntry> Journal::history() const

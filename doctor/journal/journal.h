@@ -1,12 +1,14 @@
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 #include <chrono>
+#include <memory>
+#include <optional>
 
+#include "doctor/journal/journalentry.h"
 #include "doctor/model/plan.h"
 
 namespace doctor {
@@ -21,6 +23,9 @@ struct JournalLimits
     std::chrono::hours age{24 * 180};
     /// Many hundred repairs of settings, and a share of a home directory that nobody misses.
     qint64 size = 256 << 20;
+    /// Bytes that are read twice while somebody waits: a hundred dumps of crashes, and all
+    /// settings.
+    qint64 watched = 64 << 20;
     /// As long as a session manager gives programs to end.
     std::chrono::milliseconds patience{10000};
 };
@@ -46,22 +51,12 @@ struct JournalResult
     QStringList notes;
 };
 
-struct JournalEntry
+/// What came of a watch.
+struct WatchResult
 {
-    enum class State {
-        Begun, ///< interrupted, or under way in another program
-        Applied,
-        Undone,
-        TakenBack, ///< failed or interrupted; nothing of it is left
-        Damaged,   ///< its record cannot be read
-    };
-
-    int number = 0;
-    QDateTime time;
-    QString check;
-    QString repair;
-    State state = State::Damaged;
-    QStringList paths;
+    /// Applied, or Failed; its number is 0 if nothing was changed.
+    JournalResult journal;
+    QVector<Change> changes;
 };
 
 /// Applies plans so that they can be undone, on disk in a directory of the user. Stopped at any
@@ -81,6 +76,18 @@ public:
     JournalResult apply(const Plan &plan);
     /// In any order. Later changes of the user in the same files stay.
     JournalResult undo(int number);
+
+    /// Why changes of these paths by somebody else could not be undone: they cannot be read, or
+    /// there is too much at them. Only reads.
+    std::optional<QString> watchRefusal(const QStringList &paths) const;
+    /// Keeps what is at these absolute paths before somebody else changes them. Other repairs wait
+    /// for endWatch(). After a kill the next recover() ends the watch.
+    /// @return Applied with the number in the journal, or Refused
+    JournalResult beginWatch(const QString &check, const QString &repair, const QStringList &paths);
+    /// Makes what has changed at those paths an applied repair. What else has changed in the same
+    /// directories is not its.
+    WatchResult endWatch();
+
     /// The oldest first. Writes nothing.
     QVector<JournalEntry> history() const;
     /// Takes back what an earlier program left half done, and says so. Writes nothing if there is
@@ -95,6 +102,9 @@ private:
 
     QString m_directory;
     JournalLimits m_limits;
+    /// Locked as long as a watch lasts.
+    std::shared_ptr<Store> m_watched;
+    int m_watch = 0;
 };
 
 } // namespace doctor

@@ -19,6 +19,8 @@ constexpr char reachedKey[] = "reached";
 constexpr char endKey[] = "end";
 constexpr char applyWord[] = "apply";
 constexpr char undoWord[] = "undo";
+constexpr char watchWord[] = "watch";
+constexpr char adoptWord[] = "adopt";
 constexpr char checkKey[] = "check";
 constexpr char repairKey[] = "repair";
 constexpr char timeKey[] = "time";
@@ -48,11 +50,33 @@ std::optional<QJsonObject> objectOf(const QByteArray &line)
     return document.isObject() ? std::make_optional(document.object()) : std::nullopt;
 }
 
+const char *wordOf(const Action &action)
+{
+    if (action.isWatch)
+        return watchWord;
+    if (action.isUndo)
+        return undoWord;
+    return action.end == Action::End::Clean ? adoptWord : applyWord;
+}
+
+/// Whether an action may follow those of the record.
+bool isInOrder(const Action &action, const Record &record)
+{
+    if (action.isUndo)
+        return record.isApplied();
+    if (action.end == Action::End::Clean)
+        return record.actions.size() == 1 && record.actions.first().isWatch;
+    return record.actions.isEmpty();
+}
+
 bool readBegin(const QJsonObject &object, Record &record)
 {
     const QString word = object.value(QLatin1String(beginKey)).toString();
     Action action;
     action.isUndo = word == QLatin1String(undoWord);
+    action.isWatch = word == QLatin1String(watchWord);
+    if (word == QLatin1String(adoptWord))
+        action.end = Action::End::Clean;
     action.time = object.value(QLatin1String(timeKey)).toVariant().toLongLong();
     const QJsonArray steps = object.value(QLatin1String(stepsKey)).toArray();
     for (const QJsonValue &value : steps) {
@@ -61,11 +85,11 @@ bool readBegin(const QJsonObject &object, Record &record)
             return false;
         action.steps.append(*step);
     }
-    const bool isInOrder = action.isUndo
-                               ? record.isApplied()
-                               : word == QLatin1String(applyWord) && record.actions.isEmpty();
-    if (!isInOrder || object.value(QLatin1String(versionKey)).toInt() != formatVersion)
+    if (word != QLatin1String(wordOf(action)) || !isInOrder(action, record) ||
+        object.value(QLatin1String(versionKey)).toInt() != formatVersion)
         return false;
+    if (action.end == Action::End::Clean)
+        record.actions.clear();
     record.check = object.value(QLatin1String(checkKey)).toString();
     record.repair = object.value(QLatin1String(repairKey)).toString();
     record.actions.append(action);
@@ -75,7 +99,7 @@ bool readBegin(const QJsonObject &object, Record &record)
 bool readReached(const QJsonObject &object, Record &record)
 {
     const int reached = object.value(QLatin1String(reachedKey)).toInt(-1);
-    if (record.actions.isEmpty())
+    if (record.actions.isEmpty() || record.actions.last().isWatch)
         return false;
     Action &action = record.actions.last();
     // A mark that all was done may have been written but not synced; then all is taken back.
@@ -91,7 +115,7 @@ bool readEnd(const QJsonObject &object, Record &record)
 {
     const QByteArray word = object.value(QLatin1String(endKey)).toString().toLatin1();
     const auto *const found = std::find(std::begin(endWords) + 1, std::end(endWords), word);
-    if (found == std::end(endWords) || record.actions.isEmpty())
+    if (found == std::end(endWords) || record.actions.isEmpty() || record.actions.last().isWatch)
         return false;
     Action &action = record.actions.last();
     const auto end = Action::End(found - std::begin(endWords));
@@ -142,7 +166,7 @@ QByteArray beginLine(const Record &record, const Action &action)
     for (const TreeStep &step : action.steps)
         steps.append(jsonOf(step));
     return lineOf({{QLatin1String(versionKey), formatVersion},
-                   {QLatin1String(beginKey), QLatin1String(action.isUndo ? undoWord : applyWord)},
+                   {QLatin1String(beginKey), QLatin1String(wordOf(action))},
                    {QLatin1String(checkKey), record.check},
                    {QLatin1String(repairKey), record.repair},
                    {QLatin1String(timeKey), QString::number(action.time)},

@@ -10,7 +10,9 @@
 
 namespace doctor {
 
-/// Applying a repair, or undoing it: begun with all its steps, then done or taken back.
+/// Applying a repair, or undoing it: begun with all its steps, then done or taken back. Or a watch
+/// over paths that somebody else changes: its steps lead from each path to itself, until what was
+/// changed is adopted as a repair that is done.
 struct Action
 {
     enum class End {
@@ -21,6 +23,7 @@ struct Action
     };
 
     bool isUndo = false;
+    bool isWatch = false;
     /// Milliseconds since 1970, UTC.
     qint64 time = 0;
     QVector<TreeStep> steps;
@@ -51,7 +54,7 @@ struct Record
 // A record is a file to which lines are only ever added, each a checksum and a JSON object. A line
 // that a kill or a full disk cut off counts as not written.
 
-/// The line that an action begins with.
+/// The line that an action begins with; for one that is clean already the only line.
 QByteArray beginLine(const Record &record, const Action &action);
 /// The line for the first @p reached steps, before the last of them is done or after the next was
 /// taken back.

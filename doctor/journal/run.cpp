@@ -1,6 +1,7 @@
 #include "doctor/journal/run.h"
 
 #include "doctor/journal/ending.h"
+#include "doctor/journal/watch.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -76,9 +77,24 @@ Problem tidyUp(Store &store, int number, const Action &action)
     return store.add(number, endLine(Action::End::Clean));
 }
 
+Problem recoverWatch(Store &store, Record record, QStringList &notes)
+{
+    const QString name = record.repair;
+    if (Problem problem = adopt(store, record, notes))
+        return problem;
+    notes.append(
+        record.number == 0
+            ? texts::tr("\"%1\" was interrupted before it changed anything.").arg(name)
+            : texts::tr("\"%1\" was interrupted; what it changed can be undone as repair %2.")
+                  .arg(name, QString::number(record.number)));
+    return {};
+}
+
 Problem recover(Store &store, const Record &record, QStringList &notes)
 {
     Action action = *record.openAction();
+    if (action.isWatch)
+        return recoverWatch(store, record, notes);
     const QString number = QString::number(record.number);
     if (action.end == Action::End::Done) {
         const QString done =

@@ -1,0 +1,191 @@
+#include "helio/doctor/commandrepair.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+namespace helio {
+
+namespace {
+
+using doctor::Change;
+using doctor::Machine;
+
+/// Those that plugin/config/recovericon.sh puts in place or removes.
+constexpr std::array<const char *, 8> separateShortcuts{
+    "vyr-office-vyr.desktop",   "vyr-office-tbl.desktop",   "vyr-office-shw.desktop",
+    "vyr-office-pdf.desktop",   "vyr-office-fixed.desktop", "vyr-office-chart.desktop",
+    "vyr-office-board.desktop", "vyr-office-docket.desktop"};
+constexpr char integratedShortcut[] = "vyr-office-tessaly.desktop";
+
+constexpr qint64 largestShortcut = 1 << 20;
+
+std::optional<QByteArray> contentOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > largestShortcut)
+        return std::nullopt;
+    return file.readAll();
+}
+
+QString directory(const Machine &machine, const char *variable)
+{
+    return machine.variable(QLatin1String(variable)).value_or(QString());
+}
+
+/// As plugin/config/parts/desktopfolder.bash finds it, which goes by the user's name.
+QString desktopFolder(Machine machine)
+{
+    const QString user = directory(machine, "USER");
+    const QString home =
+        user == QLatin1String("root") ? QStringLiteral("/root") : QStringLiteral("/home/") + user;
+    const QString configuration = home + QStringLiteral("/.config");
+    const QDir homeDirectory(QDir::cleanPath(home));
+    if (QFileInfo::exists(configuration + QStringLiteral("/user-dirs.dirs"))) {
+        machine.environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration);
+        machine.environment.remove(QStringLiteral("XDG_DESKTOP_DIR"));
+        QString folder = directory(machine, "XDG_DESKTOP_DIR");
+        if (folder.startsWith(home + QLatin1Char('/')))
+            folder.remove(0, home.size());
+        return QDir::cleanPath(homeDirectory.path() + QLatin1Char('/') + folder);
+    }
+    for (const QString &name : {QStringLiteral("桌面"), QStringLiteral("Desktop")}) {
+        if (homeDirectory.exists(name))
+            return homeDirectory.filePath(name);
+    }
+    return homeDirectory.filePath(QStringLiteral("桌面"));
+}
+
+Change removal(const QString &path)
+{
+    Change change;
+    change.kind = Change::Kind::Remove;
+    change.path = path;
+    return change;
+}
+
+/// Nothing if the copy is there already.
+std::optional<Change> copying(const QString &source, const QString &target)
+{
+    Change change;
+    change.kind = QFileInfo::exists(target) ? Change::Kind::Write : Change::Kind::Create;
+    change.path = target;
+    change.before = contentOf(target);
+    change.after = contentOf(source);
+    if (change.before == change.after)
+        return std::nullopt;
+    return change;
+}
+
+CommandRepair restoring(const Machine &machine, bool isIntegrated)
+{
+    const QString source = directory(machine, "SUITE_ROOT") + QStringLiteral("/desktops/");
+    const QString desktop = desktopFolder(machine) + QLatin1Char('/');
+    CommandRepair repair;
+    repair.checks = {QStringLiteral("shortcuts.missing"),
+                     QStringLiteral("shortcuts.integrated-missing"),
+                     QStringLiteral("shortcuts.wrong")};
+    const auto add = [&](const char *shortcut, bool isWanted) {
+        const QString name = QLatin1String(shortcut);
+        const QString target = desktop + name;
+        repair.paths.append(target);
+        std::optional<Change> change;
+        if (isWanted && QFileInfo::exists(source + name))
+            change = copying(source + name, target);
+        else if (QFileInfo::exists(source) && QFileInfo::exists(target))
+            change = removal(target);
+        if (change)
+            repair.changes.append(*change);
+    };
+    for (const char *shortcut : separateShortcuts)
+        add(shortcut, !isIntegrated);
+    add(integratedShortcut, isIntegrated);
+    return repair;
+}
+
+CommandRepair restoringSeparate(const Machine &machine)
+{
+    return restoring(machine, false);
+}
+
+CommandRepair restoringIntegrated(const Machine &machine)
+{
+    return restoring(machine, true);
+}
+
+CommandRepair associating(const Machine &machine)
+{
+    CommandRepair repair;
+    repair.paths = {directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"),
+                    machine.home() + QStringLiteral("/.local/share/mime/packages/Override.xml")};
+    repair.checks = {
+        QStringLiteral("associations.writer"), QStringLiteral("associations.spreadsheet"),
+        QStringLiteral("associations.presentation"), QStringLiteral("associations.types")};
+    return repair;
+}
+
+CommandRepair forgettingDumps(const Machine &machine)
+{
+    CommandRepair repair;
+    repair.paths = {directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/Orvane/Office.conf")};
+    return repair;
+}
+
+CommandRepair keepingDumps(const Machine &machine)
+{
+    CommandRepair repair = forgettingDumps(machine);
+    repair.checks = {QStringLiteral("crash.dumps-off")};
+    return repair;
+}
+
+CommandRepair clearingDumps(const Machine &machine)
+{
+    const QString suite = machine.variable(QStringLiteral("HELIO_SUITE_HOME"))
+                              .value_or(machine.home() + QStringLiteral("/.local/share/Orvane"));
+    CommandRepair repair;
+    const QFileInfoList dumps =
+        QDir(suite + QStringLiteral("/tmp/dump")).entryInfoList(QDir::Files);
+    for (const QFileInfo &dump : dumps) {
+        repair.paths.append(dump.filePath());
+        repair.changes.append(removal(dump.filePath()));
+    }
+    repair.checks = {QStringLiteral("crash.dumps-there")};
+    return repair;
+}
+
+struct Known
+{
+    const char *command;
+    const char *subject;
+    CommandRepair (*repair)(const Machine &machine);
+};
+constexpr std::array<Known, 6> knownRepairs{{
+    {"fixfouricon", "shortcuts", restoringSeparate},
+    {"fixoneicon", "shortcuts", restoringIntegrated},
+    {"fileassorepair", "associations", associating},
+    {"startDump", "crash", keepingDumps},
+    {"stopDump", "crash", forgettingDumps},
+    {"cleardumpdir", "crash", clearingDumps},
+}};
+
+} // namespace
+
+std::optional<CommandRepair> commandRepair(const QString &command, const Machine &machine)
+{
+    const auto *const known =
+        std::find_if(knownRepairs.begin(), knownRepairs.end(), [&command](const Known &one) {
+            return command == QLatin1String(one.command);
+        });
+    if (known == knownRepairs.end())
+        return std::nullopt;
+    CommandRepair repair = known->repair(machine);
+    repair.command = command;
+    repair.subject = QLatin1String(known->subject);
+    return repair;
+}
+
+} // namespace helio

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+#include "doctor/machine/machine.h"
+#include "doctor/model/plan.h"
+
+namespace helio {
+
+/// A repair that a command of the library makes: docs/commands.md has what each does.
+struct CommandRepair
+{
+    /// The first word of the ids of the checks that judge the same.
+    QString subject;
+    QString command;
+    /// All that it may change.
+    QStringList paths;
+    /// What it will change, as far as that can be known before.
+    QVector<doctor::Change> changes;
+    /// Their findings are what it is for.
+    QStringList checks;
+};
+
+/// Only reads. Nothing for a command that repairs nothing.
+std::optional<CommandRepair> commandRepair(const QString &command, const doctor::Machine &machine);
+
+} // namespace helio
