@@ -86,9 +86,8 @@ CommandRepair restoring(const Machine &machine, bool isIntegrated)
     const QString source = directory(machine, "SUITE_ROOT") + QStringLiteral("/desktops/");
     const QString desktop = desktopFolder(machine) + QLatin1Char('/');
     CommandRepair repair;
-    repair.checks = {QStringLiteral("shortcuts.missing"),
-                     QStringLiteral("shortcuts.integrated-missing"),
-                     QStringLiteral("shortcuts.wrong")};
+    repair.checks = QStringList{isIntegrated ? QStringLiteral("shortcuts.integrated-missing")
+                                             : QStringLiteral("shortcuts.missing")};
     const auto add = [&](const char *shortcut, bool isWanted) {
         const QString name = QLatin1String(shortcut);
         const QString target = desktop + name;
@@ -120,9 +119,10 @@ CommandRepair restoringIntegrated(const Machine &machine)
 CommandRepair associating(const Machine &machine)
 {
     CommandRepair repair;
-    repair.paths = {directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"),
+    repair.paths =
+        QStringList{directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"),
                     machine.home() + QStringLiteral("/.local/share/mime/packages/Override.xml")};
-    repair.checks = {
+    repair.checks = QStringList{
         QStringLiteral("associations.writer"), QStringLiteral("associations.spreadsheet"),
         QStringLiteral("associations.presentation"), QStringLiteral("associations.types")};
     return repair;
@@ -131,14 +131,15 @@ CommandRepair associating(const Machine &machine)
 CommandRepair forgettingDumps(const Machine &machine)
 {
     CommandRepair repair;
-    repair.paths = {directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/Orvane/Office.conf")};
+    repair.paths =
+        QStringList{directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/Orvane/Office.conf")};
     return repair;
 }
 
 CommandRepair keepingDumps(const Machine &machine)
 {
     CommandRepair repair = forgettingDumps(machine);
-    repair.checks = {QStringLiteral("crash.dumps-off")};
+    repair.checks = QStringList{QStringLiteral("crash.dumps-off")};
     return repair;
 }
 
@@ -153,7 +154,7 @@ CommandRepair clearingDumps(const Machine &machine)
         repair.paths.append(dump.filePath());
         repair.changes.append(removal(dump.filePath()));
     }
-    repair.checks = {QStringLiteral("crash.dumps-there")};
+    repair.checks = QStringList{QStringLiteral("crash.dumps-there")};
     return repair;
 }
 

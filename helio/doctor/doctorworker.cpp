@@ -3,9 +3,11 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <utility>
 
 #include "helio/doctor/doctorlines.h"
 #include "helio/doctor/verifiedrepair.h"
+#include "texts/texts.h"
 
 namespace helio {
 
@@ -13,6 +15,8 @@ namespace {
 
 /// They hold the contents of files; nobody has as many open.
 constexpr int mostPlans = 50;
+/// Longer than any view waits for its command: the page is gone.
+constexpr qint64 longestWatchMs = 180000;
 
 QJsonObject result(const QJsonObject &value)
 {
@@ -24,12 +28,31 @@ QJsonObject error(const QString &reason)
     return {{QStringLiteral("error"), reason}};
 }
 
+QJsonArray changeLines(const QString &repair, const QVector<doctor::Change> &changes)
+{
+    QJsonArray lines;
+    for (const doctor::Change &change : changes)
+        lines.append(changeLine(repair, change));
+    return lines;
+}
+
 QStringList textsOf(const QJsonValue &list)
 {
     QStringList texts;
     for (const QJsonValue text : list.toArray())
         texts.append(text.toString());
     return texts;
+}
+
+QString commandOf(const DoctorRequest &request)
+{
+    return request.arguments.value(QStringLiteral("command")).toString();
+}
+
+void say(const QStringList &notes, const DoctorRequest &request)
+{
+    for (const QString &note : notes)
+        request.say(noteLine(note));
 }
 
 } // namespace
@@ -42,9 +65,11 @@ QString DoctorRequest::language() const
 const QVector<DoctorWorker::Operation> &DoctorWorker::table()
 {
     static const QVector<Operation> operations{
-        {"doctor.list", &DoctorWorker::list}, {"doctor.look", &DoctorWorker::look},
-        {"doctor.plan", &DoctorWorker::plan}, {"doctor.fix", &DoctorWorker::fix},
-        {"doctor.undo", &DoctorWorker::undo}, {"doctor.history", &DoctorWorker::history},
+        {"doctor.list", &DoctorWorker::list},       {"doctor.look", &DoctorWorker::look},
+        {"doctor.plan", &DoctorWorker::plan},       {"doctor.fix", &DoctorWorker::fix},
+        {"doctor.undo", &DoctorWorker::undo},       {"doctor.history", &DoctorWorker::history},
+        {"doctor.preview", &DoctorWorker::preview}, {"doctor.watch", &DoctorWorker::watch},
+        {"doctor.watched", &DoctorWorker::watched},
     };
     return operations;
 }
@@ -126,9 +151,8 @@ void DoctorWorker::report(const doctor::CheckResult &result, const DoctorRequest
 
 void DoctorWorker::recover(const DoctorRequest &request)
 {
-    const QStringList notes = m_journal.recover();
-    for (const QString &note : notes)
-        request.say(noteLine(note));
+    endOldWatch(request);
+    say(m_journal.recover(), request);
 }
 
 QJsonObject DoctorWorker::plan(const DoctorRequest &request)
@@ -150,11 +174,8 @@ QJsonObject DoctorWorker::plan(const DoctorRequest &request)
     m_plans.insert(++m_lastNumber, planned);
     if (m_plans.size() > mostPlans)
         m_plans.erase(m_plans.begin());
-    QJsonArray changes;
-    for (const doctor::Change &change : planned.plan.changes)
-        changes.append(changeLine(repair, change));
     return result({{QStringLiteral("plan"), m_lastNumber},
-                   {QStringLiteral("changes"), changes},
+                   {QStringLiteral("changes"), changeLines(repair, planned.plan.changes)},
                    {QStringLiteral("refusal"), planned.plan.refusal}});
 }
 
@@ -164,6 +185,7 @@ QJsonObject DoctorWorker::fix(const DoctorRequest &request)
     if (!m_plans.contains(number))
         return error(QStringLiteral("no such plan, make one again"));
     const Planned planned = m_plans.take(number);
+    endOldWatch(request);
     Repaired repaired{planned.findings, {}};
     for (const doctor::Finding &known : qAsConst(m_findings)) {
         const auto isSame = [&known](const doctor::Finding &one) { return one.text == known.text; };
@@ -173,17 +195,16 @@ QJsonObject DoctorWorker::fix(const DoctorRequest &request)
     }
     const RepairOutcome outcome =
         verifiedRepair(m_doctor, m_journal, planned.plan, repaired, request.language());
-    for (const QString &note : outcome.notes)
-        request.say(noteLine(note));
+    say(outcome.notes, request);
     return result(repairLine(outcome));
 }
 
 QJsonObject DoctorWorker::undo(const DoctorRequest &request)
 {
     const int number = request.arguments.value(QStringLiteral("journal")).toInt();
+    endOldWatch(request);
     const doctor::JournalResult undone = m_journal.undo(number);
-    for (const QString &note : undone.notes)
-        request.say(noteLine(note));
+    say(undone.notes, request);
     return result(undoneLine(number, undone));
 }
 
@@ -194,6 +215,82 @@ QJsonObject DoctorWorker::history(const DoctorRequest &request)
     for (const doctor::JournalEntry &entry : m_journal.history())
         entries.append(entryLine(entry));
     return result({{QStringLiteral("entries"), entries}});
+}
+
+QJsonObject DoctorWorker::preview(const DoctorRequest &request)
+{
+    const auto repair = commandRepair(commandOf(request), m_doctor.machine());
+    if (!repair)
+        return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
+    return result(
+        {{QStringLiteral("changes"), changeLines(repair->command, repair->changes)},
+         {QStringLiteral("paths"), QJsonArray::fromStringList(repair->paths)},
+         {QStringLiteral("lasting"), m_journal.watchRefusal(repair->paths).value_or(QString())}});
+}
+
+QJsonObject DoctorWorker::watch(const DoctorRequest &request)
+{
+    const auto repair = commandRepair(commandOf(request), m_doctor.machine());
+    if (!repair)
+        return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
+    endOldWatch(request);
+    const doctor::JournalResult begun =
+        m_journal.beginWatch(repair->subject, repair->command, repair->paths);
+    say(begun.notes, request);
+    if (begun.outcome == doctor::JournalResult::Outcome::Applied) {
+        m_watched = repair;
+        m_watchTime.start();
+    }
+    return result(
+        {{QStringLiteral("journal"), begun.number}, {QStringLiteral("refusal"), begun.reason}});
+}
+
+QJsonObject DoctorWorker::watched(const DoctorRequest &request)
+{
+    if (!m_watched)
+        return error(QStringLiteral("nothing is watched"));
+    const CommandRepair repair = *std::exchange(m_watched, std::nullopt);
+    const doctor::WatchResult watch = m_journal.endWatch();
+    say(watch.journal.notes, request);
+    RepairOutcome outcome{repair.subject,       repair.command,       RepairOutcome::Result::Failed,
+                          watch.journal.number, watch.journal.reason, {}};
+    const QStringList remaining = check(repair.checks, request);
+    if (outcome.reason.isEmpty() && !remaining.isEmpty()) {
+        outcome.reason =
+            texts::tr("This was still found afterwards: %1").arg(remaining.join(QLatin1Char('\n')));
+    } else if (outcome.reason.isEmpty()) {
+        outcome.result = watch.journal.number == 0 ? RepairOutcome::Result::Unchanged
+                                                   : RepairOutcome::Result::Repaired;
+    }
+    QJsonObject line = repairLine(outcome);
+    line.insert(QStringLiteral("changes"), changeLines(repair.command, watch.changes));
+    return result(line);
+}
+
+QStringList DoctorWorker::check(const QStringList &ids, const DoctorRequest &request)
+{
+    QStringList known;
+    std::copy_if(ids.begin(), ids.end(), std::back_inserter(known),
+                 [this](const QString &id) { return m_doctor.check(id); });
+    QStringList found;
+    // Without ids it would run them all.
+    if (known.isEmpty())
+        return found;
+    m_doctor.run(known, request.language(), [&](const doctor::CheckResult &ended) {
+        for (const doctor::Finding &finding : ended.findings)
+            found.append(finding.text);
+        report(ended, request);
+        return true;
+    });
+    return found;
+}
+
+void DoctorWorker::endOldWatch(const DoctorRequest &request)
+{
+    if (m_watched && m_watchTime.hasExpired(longestWatchMs)) {
+        m_watched.reset();
+        say(m_journal.endWatch().journal.notes, request);
+    }
 }
 
 } // namespace helio

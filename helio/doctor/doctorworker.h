@@ -1,13 +1,15 @@
 #pragma once
 
-#include <QHash>
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QMap>
 
 #include <functional>
+#include <optional>
 
 #include "doctor/doctor.h"
 #include "doctor/journal/journal.h"
+#include "helio/doctor/commandrepair.h"
 
 namespace helio {
 
@@ -58,8 +60,15 @@ private:
     QJsonObject fix(const DoctorRequest &request);
     QJsonObject undo(const DoctorRequest &request);
     QJsonObject history(const DoctorRequest &request);
+    QJsonObject preview(const DoctorRequest &request);
+    QJsonObject watch(const DoctorRequest &request);
+    QJsonObject watched(const DoctorRequest &request);
 
     void load();
+    /// Runs checks; @return the texts of what they found.
+    QStringList check(const QStringList &ids, const DoctorRequest &request);
+    /// Ends a watch that its page has left.
+    void endOldWatch(const DoctorRequest &request);
     /// Forgets what the check found before and says what it has found now.
     void report(const doctor::CheckResult &result, const DoctorRequest &request);
     void recover(const DoctorRequest &request);
@@ -74,6 +83,9 @@ private:
     QMap<int, doctor::Finding> m_findings;
     /// What a page may have done: exactly what it was shown.
     QMap<int, Planned> m_plans;
+    /// The command that the page runs while the journal watches, and since when.
+    std::optional<CommandRepair> m_watched;
+    QElapsedTimer m_watchTime;
 };
 
 } // namespace helio

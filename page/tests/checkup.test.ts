@@ -1,6 +1,6 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import { useCheckup } from '@/views/home/checkup/checkup';
-import { diffLines, rightsText } from '@/views/home/checkup/difflines';
+import { diffLines, rightsText } from '@/parts/difflines';
 import { findingId, grouped, viewOf } from '@/views/home/checkup/groups';
 import {
     ignoredKey,

@@ -2,6 +2,7 @@
 import type { Caller } from './caller';
 import { list, members, text, type Decoder } from './decode';
 import { UnreadableAnswer } from './outcome';
+import type { CommandName } from './wire';
 
 export interface ListedCheck {
     check: string;
@@ -87,6 +88,26 @@ export interface UndoOutcome {
     reason: string;
     /** Files that were changed after the repair. */
     kept: string[];
+}
+
+/** Commands of the library that the doctor can watch. */
+export type RepairCommand = Extract<
+    CommandName,
+    'fixfouricon' | 'fixoneicon' | 'fileassorepair' | 'startDump' | 'stopDump' | 'cleardumpdir'
+>;
+
+export interface CommandPreview {
+    /** As far as they are known before. */
+    changes: PlannedChange[];
+    /** All that the command may change. */
+    paths: string[];
+    /** Why it cannot be undone; empty otherwise. */
+    lasting: string;
+}
+
+/** What a command has changed; it failed if the doctor still finds what it is for. */
+export interface WatchedRepair extends RepairOutcome {
+    changes: PlannedChange[];
 }
 
 export interface HistoryEntry {
@@ -192,6 +213,20 @@ function repairOutcome(answer: unknown): RepairOutcome {
     return { result: word(result, repairResults), journal: number(journal), reason: text(reason) };
 }
 
+function commandPreview(answer: unknown): CommandPreview {
+    const { changes, paths, lasting } = members(answer);
+    return {
+        changes: list(changes).map(plannedChange),
+        paths: textList(paths),
+        lasting: text(lasting),
+    };
+}
+
+function watchedRepair(answer: unknown): WatchedRepair {
+    const changes = list(members(answer).changes).map(plannedChange);
+    return { ...repairOutcome(answer), changes };
+}
+
 function undoOutcome(answer: unknown): UndoOutcome {
     const { result, reason, kept } = members(answer);
     return { result: word(result, undoResults), reason: text(reason), kept: textList(kept) };
@@ -239,6 +274,24 @@ export function doctorOperations(caller: Caller) {
         /** Does what the plan has shown, and checks again. */
         fix: (language: string, plan: number, note: LookListener['note']) =>
             caller.operate('doctor.fix', repairOutcome, { language, plan }, listening({ note })),
+        /** Whether it can watch the library's own repairs. */
+        get watches(): boolean {
+            return caller.offers('doctor.watch');
+        },
+        /** What the command would change. */
+        preview: (command: RepairCommand) =>
+            caller.operate('doctor.preview', commandPreview, { command }),
+        /** Keeps what the command may change; gives the reason if that cannot be done now. */
+        watch: (command: RepairCommand, note: LookListener['note']) =>
+            caller.operate(
+                'doctor.watch',
+                (answer) => text(members(answer).refusal),
+                { command },
+                listening({ note }),
+            ),
+        /** Ends the watch: what was changed can then be undone. */
+        watched: (language: string, note: LookListener['note']) =>
+            caller.operate('doctor.watched', watchedRepair, { language }, listening({ note })),
         undo: (journal: number, note: LookListener['note']) =>
             caller.operate('doctor.undo', undoOutcome, { journal }, listening({ note })),
         /** The repairs that were made, the oldest first. */

@@ -22,14 +22,17 @@ export type { Failure, Outcome } from './outcome';
 export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type {
     CheckResult,
+    CommandPreview,
     DoctorFinding,
     HistoryEntry,
     ListedCheck,
     Place,
     PlannedChange,
+    RepairCommand,
     RepairOutcome,
     RepairPlan,
     UndoOutcome,
+    WatchedRepair,
 } from './doctor';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';

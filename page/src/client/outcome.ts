@@ -7,6 +7,7 @@
  * - unanswered: the library set no result where one was due;
  * - unreadable: the result has another shape than the command promises;
  * - refused: the host did not pass the call on, with its reason;
+ * - blocked: the doctor could not keep what was there before, with its reason;
  * - absent: there is no host, the page runs in an ordinary browser.
  */
 export type Outcome<Value> =
@@ -17,6 +18,7 @@ export type Outcome<Value> =
     | { kind: 'unanswered' }
     | { kind: 'unreadable'; reason: string }
     | { kind: 'refused'; reason: string }
+    | { kind: 'blocked'; reason: string }
     | { kind: 'absent' };
 
 export type Failure = Exclude<Outcome<never>, { kind: 'done' }>;

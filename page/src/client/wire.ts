@@ -107,6 +107,9 @@ export const doctorOperationNames = [
     'doctor.fix',
     'doctor.undo',
     'doctor.history',
+    'doctor.preview',
+    'doctor.watch',
+    'doctor.watched',
     'doctor.cancel',
 ] as const;
 

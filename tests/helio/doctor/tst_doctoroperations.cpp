@@ -40,6 +40,13 @@ constexpr char checks[] = R"json({"checks": [
                   "steps": [{"set": "{path}", "format": "ini", "key": ["s", "{part1}"],
                              "value": "new"}]}]}
 ]})json";
+constexpr char dumpCheck[] = R"json({"checks": [
+    {"id": "crash.dumps-off", "title": "Dumps are kept",
+     "look": {"ini": "$XDG_CONFIG_HOME/Orvane/Office.conf", "section": "6.0", "key": "SaveDump",
+              "value": "false"},
+     "finding": {"text": "Dumps are not kept."}}
+]})json";
+constexpr char dumpsOff[] = "[6.0]\nSaveDump=false\n";
 constexpr char threeLines[] = "[s]\na=old\nb=old\n";
 constexpr char colours[] = "[s]\ncolour=green\n";
 
@@ -266,6 +273,120 @@ private slots:
         QCOMPARE(testsupport::readFile(m_colours), QByteArray(colours));
     }
 
+    void aCommandsRepairIsPreviewedWatchedCheckedAndUndone()
+    {
+        const QString settings = PrivateHome::current().writeFile(
+            QStringLiteral(".config/Orvane/Office.conf"), dumpsOff);
+        PrivateHome::current().writeFile(
+            QStringLiteral(".config/office-assistant/checks.d/own.json"), dumpCheck);
+        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("startDump")}};
+        Page page;
+        const QJsonObject preview = page.result(QStringLiteral("doctor.preview"), command);
+        QCOMPARE(preview.value(QStringLiteral("paths")), QJsonValue(QJsonArray{settings}));
+        QCOMPARE(preview.value(QStringLiteral("lasting")), QJsonValue(QString()));
+
+        const QJsonObject begun = page.result(QStringLiteral("doctor.watch"), command);
+        QCOMPARE(begun.value(QStringLiteral("refusal")), QJsonValue(QString()));
+        PrivateHome::current().writeFile(QStringLiteral(".config/Orvane/Office.conf"),
+                                         "[6.0]\nSaveDump=true\n");
+        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
+        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("repaired")));
+        QCOMPARE(ended.value(QStringLiteral("journal")), begun.value(QStringLiteral("journal")));
+        QCOMPARE(page.linesOf("check").size(), 1);
+        const QJsonObject change =
+            ended.value(QStringLiteral("changes")).toArray().first().toObject();
+        QVERIFY(change.value(QStringLiteral("diff"))
+                    .toString()
+                    .contains(QStringLiteral("-SaveDump=false\n+SaveDump=true\n")));
+
+        const QJsonObject undone = page.result(QStringLiteral("doctor.undo"), ended);
+        QCOMPARE(undone.value(QStringLiteral("result")), QJsonValue(QStringLiteral("undone")));
+        QCOMPARE(testsupport::readFile(settings), QByteArray(dumpsOff));
+    }
+
+    void aCommandThatDidNotHelpSaysWhatIsStillThere()
+    {
+        PrivateHome::current().writeFile(QStringLiteral(".config/Orvane/Office.conf"), dumpsOff);
+        PrivateHome::current().writeFile(
+            QStringLiteral(".config/office-assistant/checks.d/own.json"), dumpCheck);
+        Page page;
+        page.result(QStringLiteral("doctor.watch"),
+                    {{QStringLiteral("command"), QStringLiteral("startDump")}});
+        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
+        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("failed")));
+        QVERIFY(ended.value(QStringLiteral("reason"))
+                    .toString()
+                    .contains(QStringLiteral("Dumps are not kept.")));
+        QCOMPARE(ended.value(QStringLiteral("journal")), QJsonValue(0));
+        QVERIFY(ended.value(QStringLiteral("changes")).toArray().isEmpty());
+    }
+
+    void whileACommandIsWatchedOtherRepairsWait()
+    {
+        Page page;
+        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("stopDump")}};
+        const QJsonValue none{QString()};
+        QCOMPARE(
+            page.result(QStringLiteral("doctor.watch"), command).value(QStringLiteral("refusal")),
+            none);
+        QVERIFY(
+            page.result(QStringLiteral("doctor.watch"), command).value(QStringLiteral("refusal")) !=
+            none);
+        const QJsonObject fixed = page.fixed(QStringLiteral("own.colour"), QStringLiteral("red"));
+        QCOMPARE(fixed.value(QStringLiteral("result")), QJsonValue(QStringLiteral("refused")));
+        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
+        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("unchanged")));
+        QVERIFY(!page.error(QStringLiteral("doctor.watched"), {}).isEmpty());
+    }
+
+    void restoringShortcutsIsPreviewedFileByFile()
+    {
+        // The script goes by the user's name.
+        const QByteArray user = qgetenv("USER");
+        const QString home = PrivateHome::current().path();
+        qputenv("USER", QFile::encodeName(QStringLiteral("..") + home));
+        qputenv("SUITE_ROOT", QFile::encodeName(home + QStringLiteral("/suite")));
+        for (const char *name : {"vyr", "tbl", "shw"})
+            PrivateHome::current().writeFile(
+                QStringLiteral("suite/desktops/vyr-office-%1.desktop").arg(QLatin1String(name)),
+                "new\n");
+        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-vyr.desktop"), "old\n");
+        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-tbl.desktop"), "new\n");
+        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-tessaly.desktop"), "");
+        Page page;
+        const QJsonObject preview =
+            page.result(QStringLiteral("doctor.preview"),
+                        {{QStringLiteral("command"), QStringLiteral("fixfouricon")}});
+        qunsetenv("SUITE_ROOT");
+        qputenv("USER", user);
+        QCOMPARE(preview.value(QStringLiteral("paths")).toArray().size(), 9);
+        QStringList changes;
+        for (const QJsonValue change : preview.value(QStringLiteral("changes")).toArray())
+            changes.append(change[QStringLiteral("kind")].toString() +
+                           change[QStringLiteral("path")].toString().mid(home.size()));
+        QCOMPARE(changes,
+                 (QStringList{QStringLiteral("write/Desktop/vyr-office-vyr.desktop"),
+                              QStringLiteral("create/Desktop/vyr-office-shw.desktop"),
+                              QStringLiteral("remove/Desktop/vyr-office-tessaly.desktop")}));
+    }
+
+    void dumpsThatAreTooLargeAreNamedAsLastingBefore()
+    {
+        const QString dump = PrivateHome::current().writeFile(
+            QStringLiteral(".local/share/Orvane/tmp/dump/vyr_1.dmp"), "dump");
+        Page page;
+        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("cleardumpdir")}};
+        const auto preview = [&] { return page.result(QStringLiteral("doctor.preview"), command); };
+        QCOMPARE(preview().value(QStringLiteral("lasting")), QJsonValue(QString()));
+        QCOMPARE(preview().value(QStringLiteral("changes")).toArray().size(), 1);
+        QVERIFY(QFile(dump).resize(65 << 20));
+        QVERIFY(!preview().value(QStringLiteral("lasting")).toString().isEmpty());
+        QVERIFY(!page.result(QStringLiteral("doctor.watch"), command)
+                     .value(QStringLiteral("refusal"))
+                     .toString()
+                     .isEmpty());
+    }
+
     void aPlanIsDoneOnceAndOnlyAsItWasShown()
     {
         Page page;
@@ -290,6 +411,9 @@ private slots:
                                  << QJsonObject{{QStringLiteral("findings"),
                                                  QJsonArray{QStringLiteral("/etc")}}};
         QTest::newRow("findings") << QStringLiteral("doctor.plan") << QJsonObject();
+        QTest::newRow("command") << QStringLiteral("doctor.watch")
+                                 << QJsonObject{{QStringLiteral("command"),
+                                                 QStringLiteral("exportsysinfo")}};
         QTest::newRow("plan") << QStringLiteral("doctor.fix") << QJsonObject();
     }
 

@@ -46,9 +46,10 @@ const lookAtOwn = (language) => operate('look', { checks: ['own.list'], language
 
 test('a page learns which operations its shell has', async () => {
     expect(await page.evaluate('helio.operations')).toEqual(
-        ['list', 'look', 'plan', 'fix', 'undo', 'history', 'cancel'].map(
-            (name) => `doctor.${name}`,
-        ),
+        [
+            ...['list', 'look', 'plan', 'fix', 'undo', 'history'],
+            ...['preview', 'watch', 'watched', 'cancel'],
+        ].map((name) => `doctor.${name}`),
     );
 });
 

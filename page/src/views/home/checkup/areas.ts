@@ -1,16 +1,33 @@
+import type { ListedCheck } from '@/client';
 import { useTexts } from '@/frame/texts';
+import { visibleText } from '@/parts/visibletext';
 import { areaOf } from './groups';
 
 /** The subjects of the shipped checks. */
 const areas = ['input', 'associations', 'shortcuts', 'crash', 'updater', 'permissions', 'memory'];
 
-/** Names of checks' subjects. A check of the administrator has its id only. */
+/** Repairs of the library, which the doctor has watched. */
+const commands = [
+    'fixfouricon',
+    'fixoneicon',
+    'fileassorepair',
+    'startDump',
+    'stopDump',
+    'cleardumpdir',
+];
+
+/** Names of checks' subjects and of repairs. A check of the administrator has its id only. */
 export function useAreas() {
     const { t } = useTexts();
     return {
         areaName(check: string): string {
             const area = areaOf(check);
             return areas.includes(area) ? t(`home.checkup.areas.${area}`) : check;
+        },
+        repairTitle(listed: ListedCheck | undefined, repair: string): string {
+            return commands.includes(repair)
+                ? t(`home.checkup.commands.${repair}`)
+                : visibleText(listed?.repairTitles[repair] ?? repair);
         },
     };
 }
