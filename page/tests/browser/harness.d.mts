@@ -29,6 +29,8 @@ export interface Scene {
     withoutHost?: boolean;
     /** The shell offers the library's commands only. */
     withoutDoctor?: boolean;
+    /** For a shell whose doctor watches the library's repairs. */
+    watched?: boolean;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
@@ -48,7 +50,7 @@ export interface ViewOptions {
 export function openView(
     browser: Chromium,
     directory: string,
-    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost' | 'withoutDoctor'>,
+    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost' | 'withoutDoctor' | 'watched'>,
     options?: ViewOptions,
 ): Promise<Page>;
 export function sentCommands(

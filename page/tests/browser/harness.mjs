@@ -28,10 +28,11 @@ const commonAnswers = {
     closechildwindow: {},
 };
 
-/** What the shell itself offers. */
+/** What the shell itself offers, the last of them only in a scene that is `watched`. */
 const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'cancel'].map(
     (name) => `doctor.${name}`,
 );
+const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
 /** Runs in the page, before its own scripts. */
 function installHost({ theme, language, textSize, answers, operations }) {
@@ -78,7 +79,8 @@ function installHost({ theme, language, textSize, answers, operations }) {
 
 /**
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
- * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it.
+ * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
+ * `watched` for one that watches the library's repairs.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -99,7 +101,10 @@ export async function openView(browser, directory, scene, options = {}) {
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...scene.answers };
-        const operations = scene.withoutDoctor ? undefined : doctorOperations;
+        const offered = scene.watched
+            ? [...doctorOperations, ...watchOperations]
+            : doctorOperations;
+        const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });
         await page.addInitScript(`(${installHost})(${host})`);
     }

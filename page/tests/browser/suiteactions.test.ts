@@ -38,6 +38,30 @@ describe('the desktop shortcuts', () => {
             expect(await sentNames(view)).not.toContain('fixfouricon');
         }));
 
+    it('are put back with the doctor watching, and can be undone', () =>
+        play(named('shortcuts-undone'), async (view) => {
+            const sentNow = await sentCommands(view);
+            expect(sentNow.map(({ command }) => command)).toEqual([
+                'getdesktopiconfile',
+                'doctor.preview',
+                'doctor.watch',
+                'fixfouricon',
+                'getdesktopiconfile',
+                'getdesktopiconfile',
+                'doctor.watched',
+                'doctor.undo',
+                'getdesktopiconfile',
+            ]);
+            expect(sentNow[2]!.args).toEqual({ command: 'fixfouricon' });
+            expect(sentNow[7]!.args).toEqual({ journal: 4 });
+            await view.getByText('This was changed:').waitForNone();
+        }));
+
+    it('are not touched when the doctor cannot watch', () =>
+        play(named('shortcuts-waiting'), async (view) => {
+            expect(await sentNames(view)).not.toContain('fixfouricon');
+        }));
+
     it('are not put back twice at once', () =>
         play(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
             await view.locator('.ask-once-confirm').click();

@@ -1,5 +1,7 @@
 import { suffixesOf } from '../../../../tests/support/documenttypes.mjs';
 
+import { change, preview, watching } from '../watching.mjs';
+
 const page = 'associations.html';
 
 /** Three objects as the library answers them; `wrong` are those that need a fix. */
@@ -30,6 +32,22 @@ async function repair(view) {
     await view.locator('.ask-once-start').click();
     await view.locator('.ask-once-confirm').click();
 }
+
+const defaults = '/home/user/.config/mimeapps.list';
+const changed = `--- ${defaults}
++++ ${defaults}
+@@ -1,2 +1,2 @@
+ [Default Applications]
+-application/vyr-office.doc=other.desktop
++application/vyr-office.doc=vyr-office-vyr.desktop
+`;
+const watched = {
+    getassomime: [types(['doc', 'xls']), types()],
+    getassoopen: programs(),
+    fileassorepair: { result: 'success' },
+    'doctor.preview': preview([], { paths: [defaults] }),
+    ...watching([change('write', defaults, changed)]),
+};
 
 export const scenes = [
     {
@@ -80,6 +98,22 @@ export const scenes = [
         },
         act: repair,
         shows: 'One type still needs a fix',
+    },
+    {
+        name: 'associations-previewed',
+        page,
+        watched: true,
+        answers: watched,
+        act: (view) => view.locator('.ask-once-start').click(),
+        shows: 'These files may be changed:',
+    },
+    {
+        name: 'associations-watched',
+        page,
+        watched: true,
+        answers: watched,
+        act: repair,
+        shows: '+application/vyr-office.doc=vyr-office-vyr.desktop',
     },
     {
         name: 'associations-no-samples',

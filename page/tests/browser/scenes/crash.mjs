@@ -1,3 +1,5 @@
+import { change, preview, watching } from '../watching.mjs';
+
 const page = 'crash.html';
 
 const none = { result: { enable: true, feedback: false } };
@@ -11,6 +13,15 @@ const answers = {
 const confirmClear = async (view) => {
     await view.locator('.ask-once-start').click();
     await view.locator('.ask-once-confirm').click();
+};
+
+const dump = '/home/user/.local/share/Orvane/tmp/dump/vyr_17.dmp';
+const settings = '/home/user/.config/Orvane/Office.conf';
+const watched = {
+    ...answers,
+    getDumpState: [some, none],
+    'doctor.preview': [preview([], { paths: [settings] }), preview([change('remove', dump)])],
+    ...watching([change('remove', dump)]),
 };
 
 export const scenes = [
@@ -46,6 +57,45 @@ export const scenes = [
         answers: { ...answers, getDumpState: [some, none] },
         act: confirmClear,
         shows: 'Deleted and checked again: no dumps are left.',
+    },
+    {
+        name: 'crash-previewed',
+        page,
+        watched: true,
+        answers: watched,
+        act: async (view) => {
+            await view.getByText(settings).waitFor();
+            await view.locator('.ask-once-start').click();
+        },
+        shows: dump,
+    },
+    {
+        name: 'crash-too-large',
+        page,
+        watched: true,
+        answers: {
+            ...watched,
+            'doctor.preview': [
+                preview([], { paths: [settings] }),
+                preview([change('remove', dump)], { lasting: 'The files are too large.' }),
+            ],
+        },
+        act: async (view) => {
+            await view.getByText(settings).waitFor();
+            await view.locator('.ask-once-start').click();
+        },
+        shows: 'This cannot be undone: The files are too large.',
+    },
+    {
+        name: 'crash-watched',
+        page,
+        watched: true,
+        answers: watched,
+        act: async (view) => {
+            await view.getByText(settings).waitFor();
+            await confirmClear(view);
+        },
+        shows: 'This was changed:',
     },
     {
         name: 'crash-not-cleared',

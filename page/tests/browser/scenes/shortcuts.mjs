@@ -1,3 +1,5 @@
+import { change, preview, watching } from '../watching.mjs';
+
 const page = 'shortcuts.html';
 
 function desktop(files, mode = 'helio_independ') {
@@ -19,6 +21,27 @@ async function putBack(view) {
     await view.locator('.ask-once-start').click();
     await view.locator('.ask-once-confirm').click();
 }
+
+const writer = '/home/user/Desktop/vyr-office-vyr.desktop';
+const entry = `--- ${writer}
++++ ${writer}
+@@ -1,3 +1,3 @@
+ [Desktop Entry]
+-Exec=other %f
++Exec=vyr %f
+ Name=Writer
+`;
+const replaced = [
+    change('write', writer, entry),
+    change('create', '/home/user/Desktop/vyr-office-tbl.desktop'),
+    change('remove', '/home/user/Desktop/vyr-office-tessaly.desktop'),
+];
+const watched = {
+    getdesktopiconfile: [desktop([]), desktop(separate)],
+    fixfouricon: { result: 'success' },
+    'doctor.preview': preview(replaced),
+    ...watching(replaced),
+};
 
 export const scenes = [
     {
@@ -76,6 +99,55 @@ export const scenes = [
         },
         act: putBack,
         shows: 'vyr-office-tessaly.desktop is still missing',
+    },
+    {
+        name: 'shortcuts-previewed',
+        page,
+        watched: true,
+        answers: watched,
+        act: (view) => view.locator('.ask-once-start').click(),
+        shows: 'This will be changed:',
+    },
+    {
+        name: 'shortcuts-watched',
+        page,
+        watched: true,
+        answers: watched,
+        act: putBack,
+        shows: 'This was changed:',
+    },
+    {
+        name: 'shortcuts-still-wrong',
+        page,
+        watched: true,
+        answers: {
+            ...watched,
+            ...watching(replaced, { result: 'failed', reason: `${writer} is missing.` }),
+        },
+        act: putBack,
+        shows: `${writer} is missing.`,
+    },
+    {
+        name: 'shortcuts-undone',
+        page,
+        watched: true,
+        answers: { ...watched, getdesktopiconfile: [desktop([]), desktop(separate)] },
+        act: async (view) => {
+            await putBack(view);
+            await view.locator('.repair-made button').click();
+        },
+        shows: 'Undone: Restore shortcuts',
+    },
+    {
+        name: 'shortcuts-waiting',
+        page,
+        watched: true,
+        answers: {
+            ...watched,
+            'doctor.watch': { result: { journal: 0, refusal: 'Another repair is under way.' } },
+        },
+        act: putBack,
+        shows: 'Nothing was changed: Another repair is under way.',
     },
     {
         name: 'shortcuts-failed',
