@@ -54,7 +54,7 @@ describe('the desktop shortcuts', () => {
             ]);
             expect(sentNow[2]!.args).toEqual({ command: 'fixfouricon' });
             expect(sentNow[7]!.args).toEqual({ journal: 4 });
-            await view.getByText('This was changed:').waitForNone();
+            await view.getByText('What was changed').waitForNone();
         }));
 
     it('are not touched when the doctor cannot watch', () =>

@@ -31,6 +31,42 @@ test('shortcuts are put back on the desktop after a question', async () => {
     expect(fs.readdirSync(shared.inHome('Desktop')).sort()).toEqual(['own.desktop', integrated]);
 });
 
+/** All of a folder that an undo gives back. */
+function desktopNow() {
+    const folder = shared.inHome('Desktop');
+    return fs.readdirSync(folder).map((name) => {
+        const { mode, mtimeMs } = fs.statSync(path.join(folder, name));
+        return { name, mode, mtimeMs, text: fs.readFileSync(path.join(folder, name), 'utf8') };
+    });
+}
+
+test('restored shortcuts are shown before and after, and undone in the history', async () => {
+    const texts = pageTexts.home.checkup;
+    const writer = shared.writeInHome(`Desktop/${entries.vyr}`, entry('broken'), { mode: 0o600 });
+    shared.writeInHome(`Desktop/${integrated}`, entry('of the other mode'));
+    fs.utimesSync(writer, 1e9, 1.1e9);
+    const before = desktopNow();
+    const { home, view } = await shared.open('shortcuts');
+    await view.press(pageTexts.shortcuts.restore.start, patience);
+    await view.shows('-Name=broken', patience);
+    await view.shows(`${pageTexts.changes.kinds.remove} ${shared.inHome('Desktop', integrated)}`);
+    expect(desktopNow()).toEqual(before);
+
+    await view.press(pageTexts.shortcuts.restore.confirm);
+    await view.shows(pageTexts.changes.done, patience);
+    await view.shows('-Name=broken');
+    await view.shows(`${pageTexts.changes.made.remove} ${shared.inHome('Desktop', integrated)}`);
+    expect(desktopNow().map(({ name }) => name)).not.toContain(integrated);
+    expect(fs.readFileSync(writer, 'utf8')).not.toContain('broken');
+
+    await view.press(pageTexts.frame.close);
+    await home.press(texts.history.title, patience);
+    await home.shows(`${texts.areas.shortcuts}: ${texts.commands.fixfouricon}`, patience);
+    await home.press(filled(pageTexts.undo.undoThis, { what: texts.commands.fixfouricon }));
+    await home.shows(filled(pageTexts.undo.undone, { what: texts.commands.fixfouricon }), patience);
+    expect(desktopNow()).toEqual(before);
+});
+
 test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
     const texts = pageTexts.associations;
     const allRepaired = filled(texts.repaired, { count: 39 });

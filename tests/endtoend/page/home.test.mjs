@@ -80,7 +80,7 @@ test('a repair is undone in the history, also by a page that did not make it', a
     const { home, file, mode } = await checkedWithOwn();
     await home.shows(`Everybody can change ${file}.`);
     await home.press('Close the list…');
-    await home.shows(filled(texts.plan.kinds.rights, { rights: 'rw-rw-r--' }));
+    await home.shows(filled(pageTexts.changes.kinds.rights, { rights: 'rw-rw-r--' }));
     expect(mode()).toBe(0o666);
     await home.press('Close the list');
     await home.shows(filled(texts.repaired, { what: 'Only you can change the list' }), patience);
@@ -90,8 +90,8 @@ test('a repair is undone in the history, also by a page that did not make it', a
     await home.until("document.readyState === 'complete' && !document.querySelector('.findings')");
     await home.press(texts.history.title);
     await home.shows(texts.history.states.applied);
-    await home.press(filled(texts.undoThis, { what: 'Close the list' }));
-    await home.shows(filled(texts.undone, { what: 'Close the list' }), patience);
+    await home.press(filled(pageTexts.undo.undoThis, { what: 'Close the list' }));
+    await home.shows(filled(pageTexts.undo.undone, { what: 'Close the list' }), patience);
     expect(mode()).toBe(0o666);
     expect(fs.readFileSync(file, 'utf8')).toBe('one\n');
 });

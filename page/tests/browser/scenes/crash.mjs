@@ -95,7 +95,7 @@ export const scenes = [
             await view.getByText(settings).waitFor();
             await confirmClear(view);
         },
-        shows: 'This was changed:',
+        shows: 'What was changed',
     },
     {
         name: 'crash-not-cleared',

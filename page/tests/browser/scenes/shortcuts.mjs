@@ -114,7 +114,7 @@ export const scenes = [
         watched: true,
         answers: watched,
         act: putBack,
-        shows: 'This was changed:',
+        shows: 'What was changed',
     },
     {
         name: 'shortcuts-still-wrong',
