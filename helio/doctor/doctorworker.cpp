@@ -257,7 +257,7 @@ QJsonObject DoctorWorker::watched(const DoctorRequest &request)
     const QStringList remaining = check(repair.checks, request);
     if (outcome.reason.isEmpty() && !remaining.isEmpty()) {
         outcome.reason =
-            texts::tr("This was still found afterwards: %1").arg(remaining.join(QLatin1Char('\n')));
+            texts::tr("This was still found afterwards: %1").arg(remaining.join(QLatin1Char(' ')));
     } else if (outcome.reason.isEmpty()) {
         outcome.result = watch.journal.number == 0 ? RepairOutcome::Result::Unchanged
                                                    : RepairOutcome::Result::Repaired;
