@@ -96,6 +96,33 @@ describe('a configuration file', () => {
         expect(judge(file({ owner: '' }), null).name).toBe('nameless');
     });
 
+    it('is as the doctor has found it', () => {
+        const home = '/home/user';
+        const found = {
+            findings: [
+                {
+                    number: 1,
+                    check: 'permissions.closed',
+                    state: 'bad' as const,
+                    text: 'closed, says the doctor',
+                    where: [{ path: `${home}/.config/Orvane`, line: 0, process: 0 }],
+                    repairs: [],
+                },
+            ],
+            skipped: false,
+        };
+        const strange = file({ owner: 'root', permissions: '000-000-000' });
+        expect(judge({ ...strange, name: 'Orvane' }, 'user', found)).toEqual({
+            name: 'closed',
+            state: 'bad',
+            text: 'closed, says the doctor',
+            commands: ['chmod u+x ~/.config/Orvane'],
+        });
+        expect(judge(strange, 'user', found).name).toBe('good');
+        expect(judge(strange, 'user', { findings: [], skipped: true }).name).toBe('root');
+        expect(judge({ ...strange, name: 'added' }, 'user', found).name).toBe('foreign');
+    });
+
     it('is never a problem of the administrator', () => {
         expect(judge(file({ permissions: '000-000-000' }), 'root').name).toBe('root');
     });

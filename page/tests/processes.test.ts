@@ -33,6 +33,13 @@ describe('the memory', () => {
         expect(judgeMemory({ usedPercent: used, totalGibibytes: 8 })).toBe(state);
     });
 
+    it('is judged by the doctor where there is one', () => {
+        expect(judgeMemory(memory, { findings: [], skipped: false })).toBe('good');
+        const finding = { number: 1, check: 'memory.full', text: '', where: [], repairs: [] };
+        const full = { findings: [{ ...finding, state: 'bad' as const }], skipped: false };
+        expect(judgeMemory(memory, full)).toBe('bad');
+    });
+
     it('tells what is free of it, if it tells anything', () => {
         expect(freeGibibytes(memory)).toBeCloseTo(4.8);
         expect(freeGibibytes({ usedPercent: null, totalGibibytes: 8 })).toBeNull();

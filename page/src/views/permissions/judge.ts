@@ -1,5 +1,6 @@
 import type { FilePermissions, Variable } from '@/client';
-import type { Judged } from '@/parts/judged';
+import { judged, type Judged } from '@/parts/judged';
+import type { Found } from '@/tasks/findings';
 
 /** What a path is found to be; each has its sentence under permissions.verdicts. */
 type VerdictName =
@@ -19,6 +20,8 @@ type VerdictName =
 
 interface Verdict {
     name: VerdictName;
+    /** In the doctor's words. */
+    text?: string;
     state: Judged;
     /** Terminal commands that fix it; empty when there is nothing to fix. */
     commands: string[];
@@ -42,6 +45,18 @@ const knownPaths: Record<string, { path: string; directory: boolean }> = {
     '.config': { path: '~/.config', directory: true },
     Orvane: { path: '~/.config/Orvane', directory: true },
 };
+
+/** What the doctor's checks of these paths say, by their ids. */
+const verdictsOfChecks: Record<string, VerdictName> = {
+    'permissions.foreign': 'foreign',
+    'permissions.foreign-open': 'foreignOpen',
+    'permissions.nameless': 'nameless',
+    'permissions.unreadable': 'unreadable',
+    'permissions.read-only': 'readOnly',
+    'permissions.closed': 'closed',
+    'permissions.open': 'open',
+};
+export const permissionChecks = Object.keys(verdictsOfChecks);
 
 /** The path of a listed name; null for an added file. */
 export function knownPath(name: string): string | null {
@@ -79,33 +94,69 @@ function change(name: string, mode: string): string {
     return `chmod ${mode} ${knownPath(name) ?? 'FILE'}`;
 }
 
+function commandsFor(verdict: VerdictName, name: string): string[] {
+    const directory = knownPath(name) !== null && knownPaths[name]!.directory;
+    const modes: Partial<Record<VerdictName, string>> = {
+        unreadable: directory ? 'u+rwx' : 'u+rw',
+        readOnly: 'u+w',
+        closed: 'u+x',
+        open: 'o-w',
+    };
+    const mode = modes[verdict];
+    if (mode) return [change(name, mode)];
+    return verdict.startsWith('foreign') || verdict.startsWith('nameless') ? [takeOver(name)] : [];
+}
+
+function judgedByDoctor({ name }: FilePermissions, { findings, skipped }: Found): Verdict {
+    const end = knownPath(name)!.slice('~'.length);
+    const finding = findings.find(({ where }) => where.some(({ path }) => path.endsWith(end)));
+    if (!finding) {
+        return skipped
+            ? { name: 'root', state: 'plain', commands: [] }
+            : { name: 'good', state: 'good', commands: [] };
+    }
+    const verdict = verdictsOfChecks[finding.check] ?? 'unclear';
+    return {
+        name: verdict,
+        state: judged(finding.state),
+        text: finding.text,
+        commands: commandsFor(verdict, name),
+    };
+}
+
 function judgeOwn({ name }: FilePermissions, { owner, others }: AllRights): Verdict {
     const directory = knownPath(name) !== null && knownPaths[name]!.directory;
-    if (!owner.read) {
-        const mode = directory ? 'u+rwx' : 'u+rw';
-        return { name: 'unreadable', state: 'bad', commands: [change(name, mode)] };
-    }
-    if (!owner.write) return { name: 'readOnly', state: 'bad', commands: [change(name, 'u+w')] };
-    if (directory && !owner.execute) {
-        return { name: 'closed', state: 'bad', commands: [change(name, 'u+x')] };
-    }
-    if (others.write) return { name: 'open', state: 'warning', commands: [change(name, 'o-w')] };
-    return { name: 'good', state: 'good', commands: [] };
+    const verdict = (found: VerdictName, state: Judged): Verdict => ({
+        name: found,
+        state,
+        commands: commandsFor(found, name),
+    });
+    if (!owner.read) return verdict('unreadable', 'bad');
+    if (!owner.write) return verdict('readOnly', 'bad');
+    if (directory && !owner.execute) return verdict('closed', 'bad');
+    return others.write ? verdict('open', 'warning') : verdict('good', 'good');
 }
 
 function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
-    const commands = [takeOver(file.name)];
-    const name = file.owner === '' ? 'nameless' : 'foreign';
-    return others.write
-        ? { name: `${name}Open`, state: 'warning', commands }
-        : { name, state: 'bad', commands };
+    const owner = file.owner === '' ? 'nameless' : 'foreign';
+    const name: VerdictName = others.write ? `${owner}Open` : owner;
+    const state = others.write ? 'warning' : 'bad';
+    return { name, state, commands: commandsFor(name, file.name) };
 }
 
-/** Whether the suite of `user` can read and change the path, and the fix if not. */
-export function judge(file: FilePermissions, user: string | null): Verdict {
+/**
+ * Whether the suite of `user` can read and change the path, and the fix if not. What the doctor
+ * has looked at is as it has found it.
+ */
+export function judge(
+    file: FilePermissions,
+    user: string | null,
+    found: Found | null = null,
+): Verdict {
     if (!file.exists) return { name: 'missing', state: 'plain', commands: [] };
     const rights = rightsOf(file.permissions);
     if (!rights) return { name: 'unclear', state: 'plain', commands: [] };
+    if (found && knownPath(file.name)) return judgedByDoctor(file, found);
     if (user === 'root') return { name: 'root', state: 'plain', commands: [] };
     const own = user === null || file.owner === user;
     if (file.owner === '' || !own) return judgeForeign(file, rights);
@@ -118,7 +169,11 @@ export function judge(file: FilePermissions, user: string | null): Verdict {
 const urgency: Judged[] = ['bad', 'warning', 'plain', 'good'];
 
 /** The files, those that need a fix first, otherwise in their order. */
-export function byUrgency(files: FilePermissions[], user: string | null): FilePermissions[] {
-    const rank = (file: FilePermissions): number => urgency.indexOf(judge(file, user).state);
+export function byUrgency(
+    files: FilePermissions[],
+    user: string | null,
+    found: Found | null = null,
+): FilePermissions[] {
+    const rank = (file: FilePermissions): number => urgency.indexOf(judge(file, user, found).state);
     return [...files].sort((first, second) => rank(first) - rank(second));
 }

@@ -1,6 +1,7 @@
 import type { FilePermissions } from '@/client';
 import type { Translate } from '@/frame/texts';
 import { visibleText } from '@/parts/visibletext';
+import type { Found } from '@/tasks/findings';
 import { judge, rightsOf, type Rights } from './judge';
 
 function granted({ read, write, execute }: Rights, t: Translate): string {
@@ -24,8 +25,14 @@ export function rightsText(digits: string, t: Translate): string {
 }
 
 /** What the view says about a path. */
-export function verdictText(file: FilePermissions, user: string | null, t: Translate): string {
-    const { name } = judge(file, user);
+export function verdictText(
+    file: FilePermissions,
+    user: string | null,
+    t: Translate,
+    found: Found | null = null,
+): string {
+    const { name, text } = judge(file, user, found);
+    if (text !== undefined) return visibleText(text);
     return t(`permissions.verdicts.${name}.text`, {
         owner: visibleText(file.owner),
         user: visibleText(user ?? ''),
@@ -33,14 +40,19 @@ export function verdictText(file: FilePermissions, user: string | null, t: Trans
 }
 
 /** The list as text to paste. */
-export function listText(files: FilePermissions[], user: string | null, t: Translate): string {
+export function listText(
+    files: FilePermissions[],
+    user: string | null,
+    t: Translate,
+    found: Found | null = null,
+): string {
     return files
         .map((file) => {
             const { owner, group, permissions, modified } = file;
             const facts = file.exists
                 ? `  ${visibleText(owner)}:${visibleText(group)}  ${permissions}  ${modified}`
                 : '';
-            return `${visibleText(file.name)}${facts}\n    ${verdictText(file, user, t)}`;
+            return `${visibleText(file.name)}${facts}\n    ${verdictText(file, user, t, found)}`;
         })
         .join('\n');
 }

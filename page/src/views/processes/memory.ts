@@ -1,12 +1,17 @@
 import type { MachineMemory } from '@/client';
-import type { Judged } from '@/parts/judged';
+import { judged, type Judged } from '@/parts/judged';
+import type { Found } from '@/tasks/findings';
+
+export const memoryChecks = ['memory.full', 'memory.tight'];
 
 /** From here on, in per cent, an office document may fail to open for want of memory. */
 const tightPercent = 80;
 const fullPercent = 90;
 
-export function judgeMemory({ usedPercent }: MachineMemory): Judged {
+/** The doctor's verdict where there is one. */
+export function judgeMemory({ usedPercent }: MachineMemory, found: Found | null = null): Judged {
     if (usedPercent === null) return 'plain';
+    if (found) return found.findings[0] ? judged(found.findings[0].state) : 'good';
     if (usedPercent >= fullPercent) return 'bad';
     return usedPercent >= tightPercent ? 'warning' : 'good';
 }

@@ -23,7 +23,27 @@ const answers = {
     exportspecialfileperm: { result: 'error' },
 };
 
-export const scenes = [
+const checks = [
+    ...['foreign', 'foreign-open', 'nameless', 'unreadable', 'read-only', 'closed', 'open'],
+].map((name) => `permissions.${name}`);
+const finding = {
+    type: 'finding',
+    finding: 1,
+    check: 'permissions.foreign',
+    state: 'bad',
+    text: '/home/user/.config/Orvane/Office.conf belongs to root: the suite cannot save your settings.',
+    where: [{ path: '/home/user/.config/Orvane/Office.conf' }],
+    repairs: ['take-over'],
+};
+const look = {
+    result: { type: 'summary' },
+    lines: [
+        ...checks.map((check) => ({ type: 'check', check, result: 'ok', reason: '' })),
+        finding,
+    ],
+};
+
+const alone = [
     { name: 'permissions', page, answers, shows: 'It belongs to root, not to you (user)' },
     {
         name: 'permissions-added',
@@ -82,5 +102,21 @@ export const scenes = [
         page,
         answers: { ...answers, stratextractfileinfo: { never: true } },
         shows: 'Reading permissions.',
+    },
+];
+
+export const scenes = [
+    ...alone.map((scene) => ({ ...scene, withoutDoctor: true })),
+    {
+        name: 'permissions-by-doctor',
+        page,
+        answers: { ...answers, 'doctor.look': look },
+        shows: finding.text,
+    },
+    {
+        name: 'permissions-doctor-failed',
+        page,
+        answers: { ...answers, 'doctor.look': { refused: 'closing' } },
+        shows: 'It belongs to root, not to you (user)',
     },
 ];

@@ -41,7 +41,7 @@ async function readThrice(view) {
     }
 }
 
-export const scenes = [
+const alone = [
     { name: 'processes', page, answers, act: readThrice, shows: '5.4 of 15.5 GiB free' },
     {
         name: 'processes-table',
@@ -95,5 +95,35 @@ export const scenes = [
         page,
         answers: { ...answers, getcomputermemory: { never: true } },
         shows: 'Reading processes and memory',
+    },
+];
+
+const check = (name, result) => ({ type: 'check', check: `memory.${name}`, result, reason: '' });
+
+export const scenes = [
+    ...alone.map((scene) => ({ ...scene, withoutDoctor: true })),
+    {
+        name: 'processes-by-doctor',
+        page,
+        answers: {
+            ...answers,
+            'doctor.look': {
+                result: { type: 'summary' },
+                lines: [
+                    check('full', 'ok'),
+                    check('tight', 'finding'),
+                    {
+                        type: 'finding',
+                        finding: 1,
+                        check: 'memory.tight',
+                        state: 'warning',
+                        text: 'Memory is running low.',
+                        where: [],
+                        repairs: [],
+                    },
+                ],
+            },
+        },
+        shows: 'Running low',
     },
 ];

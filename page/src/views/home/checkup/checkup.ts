@@ -1,6 +1,6 @@
 import { computed, ref, shallowReactive, shallowRef, watch } from 'vue';
 import type { CheckResult, Client, DoctorFinding, Failure, ListedCheck } from '@/client';
-import { areaOf, findingId, grouped, type FindingGroup } from './groups';
+import { viewOf, findingId, grouped, type FindingGroup } from './groups';
 import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
 
 /** A look at the machine by the doctor: its checks, and what they found. */
@@ -75,11 +75,11 @@ export function useCheckup({ doctor }: Client, language: () => string) {
         ignoredGroups: computed(() => groupsOf(isIgnored)),
         readList,
         run,
-        /** Runs the checks of that check's subject again: one repair may have served several. */
-        async runAgain(check: string): Promise<void> {
+        /** Runs a view's or a check's whole subject again: one repair may have served several. */
+        async runAgain(subject: string): Promise<void> {
             const ids = checks.value
                 .map((listed) => listed.check)
-                .filter((id) => areaOf(id) === areaOf(check));
+                .filter((id) => viewOf(id) === viewOf(subject));
             if (finishedAt.value && !running.value && ids.length) await look(ids);
         },
         async stop(): Promise<void> {

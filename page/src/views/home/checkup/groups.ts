@@ -1,5 +1,4 @@
 import type { DoctorFinding } from '@/client';
-import type { Judged } from '@/parts/judged';
 
 /** Findings of one check that the same repairs fit; they share a row and a repair. */
 export interface FindingGroup {
@@ -11,10 +10,6 @@ export interface FindingGroup {
 }
 
 const urgency: DoctorFinding['state'][] = ['bad', 'warning', 'note'];
-
-export function judged(state: DoctorFinding['state']): Judged {
-    return state === 'note' ? 'plain' : state;
-}
 
 /** The rows for findings, the worst first. */
 export function grouped(findings: DoctorFinding[]): FindingGroup[] {
