@@ -1,15 +1,11 @@
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
 
 #include <sys/stat.h>
 
-#include "helio/doctor/doctoroperations.h"
+#include "tests/helio/doctor/doctorpage.h"
 #include "tests/support/patience.h"
 #include "tests/support/privatehome.h"
 #include "tests/support/shell/headlesstest.h"
@@ -40,98 +36,8 @@ constexpr char checks[] = R"json({"checks": [
                   "steps": [{"set": "{path}", "format": "ini", "key": ["s", "{part1}"],
                              "value": "new"}]}]}
 ]})json";
-constexpr char dumpCheck[] = R"json({"checks": [
-    {"id": "crash.dumps-off", "title": "Dumps are kept",
-     "look": {"ini": "$XDG_CONFIG_HOME/Orvane/Office.conf", "section": "6.0", "key": "SaveDump",
-              "value": "false"},
-     "finding": {"text": "Dumps are not kept."}}
-]})json";
-constexpr char dumpsOff[] = "[6.0]\nSaveDump=false\n";
 constexpr char threeLines[] = "[s]\na=old\nb=old\n";
 constexpr char colours[] = "[s]\ncolour=green\n";
-
-/// A page's end of the operations.
-class Page : public QObject
-{
-public:
-    bool call(const QString &operation, const QJsonObject &arguments = {})
-    {
-        const QJsonObject call{{QStringLiteral("command"), operation},
-                               {QStringLiteral("callback"), QString::number(++m_calls)},
-                               {QStringLiteral("args"), arguments}};
-        return operations.take(
-            QString::fromUtf8(QJsonDocument(call).toJson()), this,
-            [this](const QString &callback, const QString &json) { receive(callback, json); });
-    }
-
-    /// The envelope that ends the last call.
-    QJsonObject ended()
-    {
-        const auto isOver = [this] { return envelopes.contains(m_calls); };
-        return QTest::qWaitFor(isOver, testsupport::longestWaitMs) ? envelopes.value(m_calls)
-                                                                   : QJsonObject();
-    }
-
-    QJsonObject result(const QString &operation, const QJsonObject &arguments = {})
-    {
-        lines.clear();
-        call(operation, arguments);
-        return ended().value(QStringLiteral("result")).toObject();
-    }
-
-    QString error(const QString &operation, const QJsonObject &arguments)
-    {
-        call(operation, arguments);
-        return ended().value(QStringLiteral("error")).toString();
-    }
-
-    /// The lines of that type among those of the last result.
-    QVector<QJsonObject> linesOf(const char *type) const
-    {
-        QVector<QJsonObject> found;
-        for (const QJsonObject &line : lines) {
-            if (line.value(QStringLiteral("type")) == QLatin1String(type))
-                found.append(line);
-        }
-        return found;
-    }
-
-    /// Looks, and plans a repair of all findings of a check.
-    QJsonObject planned(const QString &check, const QString &repair)
-    {
-        result(QStringLiteral("doctor.look"), {{QStringLiteral("checks"), QJsonArray{check}}});
-        QJsonArray numbers;
-        for (const QJsonObject &finding : linesOf("finding"))
-            numbers.append(finding.value(QStringLiteral("finding")));
-        return result(QStringLiteral("doctor.plan"),
-                      {{QStringLiteral("findings"), numbers}, {QStringLiteral("repair"), repair}});
-    }
-
-    QJsonObject fixed(const QString &check, const QString &repair)
-    {
-        const QJsonObject plan = planned(check, repair);
-        return result(QStringLiteral("doctor.fix"),
-                      {{QStringLiteral("plan"), plan.value(QStringLiteral("plan"))}});
-    }
-
-    helio::DoctorOperations operations{QStringLiteral("/nonexistent")};
-    QVector<QJsonObject> lines;
-    QMap<int, QJsonObject> envelopes;
-
-private:
-    void receive(const QString &callback, const QString &json)
-    {
-        if (QThread::currentThread() != qApp->thread())
-            qFatal("delivered on another thread");
-        const QJsonObject envelope = QJsonDocument::fromJson(json.toUtf8()).object();
-        if (envelope.contains(QStringLiteral("line")))
-            lines.append(envelope.value(QStringLiteral("line")).toObject());
-        else
-            envelopes.insert(callback.toInt(), envelope);
-    }
-
-    int m_calls = 0;
-};
 
 mode_t modeOf(const QString &path)
 {
@@ -162,7 +68,7 @@ private slots:
 
     void checksAreListedWithTitlesInThePagesLanguage()
     {
-        Page page;
+        DoctorPage page;
         const QJsonArray listed =
             page.result(QStringLiteral("doctor.list"),
                         {{QStringLiteral("language"), QStringLiteral("zh-CN")}})
@@ -178,7 +84,7 @@ private slots:
 
     void mistakesInCheckFilesAreListed()
     {
-        Page page;
+        DoctorPage page;
         PrivateHome::current().writeFile(
             QStringLiteral(".config/office-assistant/checks.d/own.json"), "{");
         const QJsonArray mistakes =
@@ -188,7 +94,7 @@ private slots:
 
     void findingsComeBeforeTheSummaryEachWithItsNumber()
     {
-        Page page;
+        DoctorPage page;
         const QJsonObject summary = page.result(QStringLiteral("doctor.look"));
         QCOMPARE(summary.value(QStringLiteral("checks")), QJsonValue(3));
         QCOMPARE(summary.value(QStringLiteral("findings")), QJsonValue(5));
@@ -202,7 +108,7 @@ private slots:
 
     void aPlanShowsWhatWouldChangeAndChangesNothing()
     {
-        Page page;
+        DoctorPage page;
         const QJsonArray changes = page.planned(QStringLiteral("own.colour"), QStringLiteral("red"))
                                        .value(QStringLiteral("changes"))
                                        .toArray();
@@ -217,7 +123,7 @@ private slots:
 
     void oneRepairServesAllFindingsOfACheckAndIsUndoneAsOne()
     {
-        Page page;
+        DoctorPage page;
         const QJsonObject outcome = page.fixed(QStringLiteral("own.open"), QStringLiteral("close"));
         QCOMPARE(outcome.value(QStringLiteral("result")), QJsonValue(QStringLiteral("repaired")));
         QCOMPARE(modeOf(m_one), mode_t(0664));
@@ -238,7 +144,7 @@ private slots:
 
     void oneOfTwoFindingsInAFileCanBeRepairedAlone()
     {
-        Page page;
+        DoctorPage page;
         page.result(QStringLiteral("doctor.look"),
                     {{QStringLiteral("checks"), QJsonArray{QStringLiteral("own.line")}}});
         const QJsonValue number = page.linesOf("finding").last().value(QStringLiteral("finding"));
@@ -254,7 +160,7 @@ private slots:
 
     void aPlanForSeveralFindingsInAFileHasOneChange()
     {
-        Page page;
+        DoctorPage page;
         const QJsonArray changes = page.planned(QStringLiteral("own.line"), QStringLiteral("renew"))
                                        .value(QStringLiteral("changes"))
                                        .toArray();
@@ -265,7 +171,7 @@ private slots:
 
     void aRepairThatDoesNotHelpIsTakenBack()
     {
-        Page page;
+        DoctorPage page;
         const QJsonObject outcome =
             page.fixed(QStringLiteral("own.colour"), QStringLiteral("blue"));
         QCOMPARE(outcome.value(QStringLiteral("result")), QJsonValue(QStringLiteral("unchanged")));
@@ -273,123 +179,9 @@ private slots:
         QCOMPARE(testsupport::readFile(m_colours), QByteArray(colours));
     }
 
-    void aCommandsRepairIsPreviewedWatchedCheckedAndUndone()
-    {
-        const QString settings = PrivateHome::current().writeFile(
-            QStringLiteral(".config/Orvane/Office.conf"), dumpsOff);
-        PrivateHome::current().writeFile(
-            QStringLiteral(".config/office-assistant/checks.d/own.json"), dumpCheck);
-        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("startDump")}};
-        Page page;
-        const QJsonObject preview = page.result(QStringLiteral("doctor.preview"), command);
-        QCOMPARE(preview.value(QStringLiteral("paths")), QJsonValue(QJsonArray{settings}));
-        QCOMPARE(preview.value(QStringLiteral("lasting")), QJsonValue(QString()));
-
-        const QJsonObject begun = page.result(QStringLiteral("doctor.watch"), command);
-        QCOMPARE(begun.value(QStringLiteral("refusal")), QJsonValue(QString()));
-        PrivateHome::current().writeFile(QStringLiteral(".config/Orvane/Office.conf"),
-                                         "[6.0]\nSaveDump=true\n");
-        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
-        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("repaired")));
-        QCOMPARE(ended.value(QStringLiteral("journal")), begun.value(QStringLiteral("journal")));
-        QCOMPARE(page.linesOf("check").size(), 1);
-        const QJsonObject change =
-            ended.value(QStringLiteral("changes")).toArray().first().toObject();
-        QVERIFY(change.value(QStringLiteral("diff"))
-                    .toString()
-                    .contains(QStringLiteral("-SaveDump=false\n+SaveDump=true\n")));
-
-        const QJsonObject undone = page.result(QStringLiteral("doctor.undo"), ended);
-        QCOMPARE(undone.value(QStringLiteral("result")), QJsonValue(QStringLiteral("undone")));
-        QCOMPARE(testsupport::readFile(settings), QByteArray(dumpsOff));
-    }
-
-    void aCommandThatDidNotHelpSaysWhatIsStillThere()
-    {
-        PrivateHome::current().writeFile(QStringLiteral(".config/Orvane/Office.conf"), dumpsOff);
-        PrivateHome::current().writeFile(
-            QStringLiteral(".config/office-assistant/checks.d/own.json"), dumpCheck);
-        Page page;
-        page.result(QStringLiteral("doctor.watch"),
-                    {{QStringLiteral("command"), QStringLiteral("startDump")}});
-        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
-        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("failed")));
-        QVERIFY(ended.value(QStringLiteral("reason"))
-                    .toString()
-                    .contains(QStringLiteral("Dumps are not kept.")));
-        QCOMPARE(ended.value(QStringLiteral("journal")), QJsonValue(0));
-        QVERIFY(ended.value(QStringLiteral("changes")).toArray().isEmpty());
-    }
-
-    void whileACommandIsWatchedOtherRepairsWait()
-    {
-        Page page;
-        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("stopDump")}};
-        const QJsonValue none{QString()};
-        QCOMPARE(
-            page.result(QStringLiteral("doctor.watch"), command).value(QStringLiteral("refusal")),
-            none);
-        QVERIFY(
-            page.result(QStringLiteral("doctor.watch"), command).value(QStringLiteral("refusal")) !=
-            none);
-        const QJsonObject fixed = page.fixed(QStringLiteral("own.colour"), QStringLiteral("red"));
-        QCOMPARE(fixed.value(QStringLiteral("result")), QJsonValue(QStringLiteral("refused")));
-        const QJsonObject ended = page.result(QStringLiteral("doctor.watched"));
-        QCOMPARE(ended.value(QStringLiteral("result")), QJsonValue(QStringLiteral("unchanged")));
-        QVERIFY(!page.error(QStringLiteral("doctor.watched"), {}).isEmpty());
-    }
-
-    void restoringShortcutsIsPreviewedFileByFile()
-    {
-        // The script goes by the user's name.
-        const QByteArray user = qgetenv("USER");
-        const QString home = PrivateHome::current().path();
-        qputenv("USER", QFile::encodeName(QStringLiteral("..") + home));
-        qputenv("SUITE_ROOT", QFile::encodeName(home + QStringLiteral("/suite")));
-        for (const char *name : {"vyr", "tbl", "shw"})
-            PrivateHome::current().writeFile(
-                QStringLiteral("suite/desktops/vyr-office-%1.desktop").arg(QLatin1String(name)),
-                "new\n");
-        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-vyr.desktop"), "old\n");
-        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-tbl.desktop"), "new\n");
-        PrivateHome::current().writeFile(QStringLiteral("Desktop/vyr-office-tessaly.desktop"), "");
-        Page page;
-        const QJsonObject preview =
-            page.result(QStringLiteral("doctor.preview"),
-                        {{QStringLiteral("command"), QStringLiteral("fixfouricon")}});
-        qunsetenv("SUITE_ROOT");
-        qputenv("USER", user);
-        QCOMPARE(preview.value(QStringLiteral("paths")).toArray().size(), 9);
-        QStringList changes;
-        for (const QJsonValue change : preview.value(QStringLiteral("changes")).toArray())
-            changes.append(change[QStringLiteral("kind")].toString() +
-                           change[QStringLiteral("path")].toString().mid(home.size()));
-        QCOMPARE(changes,
-                 (QStringList{QStringLiteral("write/Desktop/vyr-office-vyr.desktop"),
-                              QStringLiteral("create/Desktop/vyr-office-shw.desktop"),
-                              QStringLiteral("remove/Desktop/vyr-office-tessaly.desktop")}));
-    }
-
-    void dumpsThatAreTooLargeAreNamedAsLastingBefore()
-    {
-        const QString dump = PrivateHome::current().writeFile(
-            QStringLiteral(".local/share/Orvane/tmp/dump/vyr_1.dmp"), "dump");
-        Page page;
-        const QJsonObject command{{QStringLiteral("command"), QStringLiteral("cleardumpdir")}};
-        const auto preview = [&] { return page.result(QStringLiteral("doctor.preview"), command); };
-        QCOMPARE(preview().value(QStringLiteral("lasting")), QJsonValue(QString()));
-        QCOMPARE(preview().value(QStringLiteral("changes")).toArray().size(), 1);
-        QVERIFY(QFile(dump).resize(65 << 20));
-        QVERIFY(!preview().value(QStringLiteral("lasting")).toString().isEmpty());
-        QVERIFY(!page.result(QStringLiteral("doctor.watch"), command)
-                     .value(QStringLiteral("refusal"))
-                     .toString()
-                     .isEmpty());
-    }
-
     void aPlanIsDoneOnceAndOnlyAsItWasShown()
     {
-        Page page;
+        DoctorPage page;
         const QJsonValue plan = page.planned(QStringLiteral("own.colour"), QStringLiteral("red"))
                                     .value(QStringLiteral("plan"));
         PrivateHome::current().writeFile(QStringLiteral("own.ini"), "[s]\ncolour=grey\n");
@@ -421,13 +213,13 @@ private slots:
     {
         QFETCH(const QString, operation);
         QFETCH(const QJsonObject, arguments);
-        Page page;
+        DoctorPage page;
         QVERIFY(!page.error(operation, arguments).isEmpty());
     }
 
     void findingsOfDifferentChecksHaveNoCommonPlan()
     {
-        Page page;
+        DoctorPage page;
         page.result(QStringLiteral("doctor.look"));
         QJsonArray numbers;
         for (const QJsonObject &finding : page.linesOf("finding"))
@@ -441,7 +233,7 @@ private slots:
 
     void anUndoOfWhatIsNotThereSaysSo()
     {
-        Page page;
+        DoctorPage page;
         const QJsonObject undone =
             page.result(QStringLiteral("doctor.undo"), {{QStringLiteral("journal"), 7}});
         QCOMPARE(undone.value(QStringLiteral("result")), QJsonValue(QStringLiteral("failed")));
@@ -450,7 +242,7 @@ private slots:
 
     void cancellingEndsLooksThatWait()
     {
-        Page page;
+        DoctorPage page;
         constexpr int looks = 100;
         for (int look = 0; look < looks; ++look)
             page.call(QStringLiteral("doctor.look"));
@@ -466,7 +258,7 @@ private slots:
 
     void callsOfThePlugInAreLeft()
     {
-        Page page;
+        DoctorPage page;
         QVERIFY(!page.call(QStringLiteral("getmemoryinfo")));
         QVERIFY(!page.call(QStringLiteral("startsearchfile"),
                            {{QStringLiteral("name"), QStringLiteral("doctor.look")}}));

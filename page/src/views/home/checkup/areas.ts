@@ -16,13 +16,13 @@ const commands = [
     'cleardumpdir',
 ];
 
-/** Names of checks' subjects and of repairs. A check of the administrator has its id only. */
+/** Names of checks' subjects and of repairs. Checks of others have no known one. */
 export function useAreas() {
     const { t } = useTexts();
     return {
-        areaName(check: string): string {
+        areaName(check: string, otherwise: string): string {
             const area = areaOf(check);
-            return areas.includes(area) ? t(`home.checkup.areas.${area}`) : check;
+            return areas.includes(area) ? t(`home.checkup.areas.${area}`) : otherwise;
         },
         repairTitle(listed: ListedCheck | undefined, repair: string): string {
             return commands.includes(repair)
