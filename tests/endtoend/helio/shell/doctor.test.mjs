@@ -9,6 +9,12 @@ const shared = windowTests();
 let program;
 let page;
 
+async function startProgram() {
+    program = await shared.start();
+    page = await program.page();
+    await page.until('Boolean(window.helio)');
+}
+
 beforeEach(async () => {
     const checks = path.join(shared.suite.home, '.config/office-assistant/checks.d');
     fs.mkdirSync(checks, { recursive: true });
@@ -22,9 +28,7 @@ beforeEach(async () => {
         ],
     };
     fs.writeFileSync(path.join(checks, 'own.json'), JSON.stringify(check));
-    program = await shared.start();
-    page = await program.page();
-    await page.until('Boolean(window.helio)');
+    await startProgram();
 });
 
 /** Calls an operation: {lines, result} or {lines, error}. */
@@ -96,6 +100,32 @@ test('a repair is planned, made, listed and undone', async () => {
         result: { result: 'undone', kept: [] },
     });
     expect(fs.existsSync(list)).toBe(false);
+});
+
+test('what a command changed before the program was killed is found and undone', async () => {
+    const settings = path.join(shared.suite.home, '.config/Orvane/Office.conf');
+    fs.mkdirSync(path.dirname(settings), { recursive: true });
+    fs.writeFileSync(settings, '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+    const { result: begun } = await operate('watch', { command: 'startDump' });
+    expect(begun).toMatchObject({ refusal: '' });
+    await page.call('startDump');
+    expect(fs.readFileSync(settings, 'utf8')).toContain('SaveDump=true');
+    program.signal('SIGKILL');
+    await program.waitForExit();
+
+    await startProgram();
+    const { lines, result } = await operate('history');
+    expect(lines).toMatchObject([
+        { type: 'note', text: expect.stringContaining('"startDump" was interrupted') },
+    ]);
+    expect(result.entries.at(-1)).toMatchObject({
+        journal: begun.journal,
+        repair: 'startDump',
+        state: 'applied',
+        paths: [settings],
+    });
+    await operate('undo', { journal: begun.journal });
+    expect(fs.readFileSync(settings, 'utf8')).toBe('[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
 });
 
 test('a request that makes no sense is refused', async () => {
