@@ -140,10 +140,10 @@ private slots:
         const JournalResult refused = journal.undo(number);
         QCOMPARE(refused.outcome, Outcome::Conflict);
         QCOMPARE(refused.kept, QStringList{tree.path(QStringLiteral("settings.ini"))});
-        tree.overwrite(QStringLiteral("settings.ini"), "a=1\nb=two\nc=3\nd=mine\n");
+        tree.overwrite(QStringLiteral("settings.ini"), "a=1\nb=two\nc=3\ny=mine\n");
         tree.write(QStringLiteral("new/mine"), "of the user\n");
         QCOMPARE(journal.undo(number).outcome, Outcome::Undone);
-        QCOMPARE(tree.read(QStringLiteral("settings.ini")), QByteArray("a=1\nb=2\nc=3\nd=mine\n"));
+        QCOMPARE(tree.read(QStringLiteral("settings.ini")), QByteArray("a=1\nb=2\nc=3\ny=mine\n"));
         QVERIFY(!QFile::exists(tree.path(QStringLiteral("new/deep"))));
         QCOMPARE(tree.read(QStringLiteral("new/mine")), QByteArray("of the user\n"));
     }
@@ -172,7 +172,8 @@ private slots:
         const int number = tree.begin(journal).number;
         Journal other(tree.journalPath());
         QCOMPARE(tree.begin(other).outcome, Outcome::Refused);
-        const doctor::Plan plan = changes::plan({changes::create(tree.path(QStringLiteral("x")), "x")});
+        const doctor::Plan plan =
+            changes::plan({changes::create(tree.path(QStringLiteral("x")), "x")});
         QCOMPARE(other.apply(plan).outcome, Outcome::Refused);
         QCOMPARE(journal.apply(plan).outcome, Outcome::Refused);
         QCOMPARE(other.undo(number).outcome, Outcome::Failed);
