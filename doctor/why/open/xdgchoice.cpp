@@ -77,8 +77,10 @@ QStringList foldersIn(const QString &folder)
     for (const QString &name : namesIn(folder, mostEntries).value_or(QStringList())) {
         if (!name.startsWith(QLatin1Char('.')) &&
             QFileInfo(folder + QLatin1Char('/') + name).isDir())
-            found.append(name);
+            found.append(name + QLatin1Char('/'));
     }
+    // With the slash, as the shell sorts them.
+    std::sort(found.begin(), found.end());
     return found;
 }
 
@@ -143,7 +145,7 @@ QString XdgMime::entryPath(const QString &folder, const QString &name) const
     for (const QString &room : rooms) {
         candidates.append(room + name);
         for (const QString &inner : foldersIn(m_places.machine.located(room)))
-            candidates.append(room + inner + QLatin1Char('/') + name);
+            candidates.append(room + inner + name);
     }
     const auto found =
         std::find_if(candidates.begin(), candidates.end(), [this](const QString &path) {
@@ -188,30 +190,34 @@ OpenChoice XdgMime::fromDefaults(const AssociationList &list, const QString &typ
     return choice;
 }
 
-std::optional<OpenChoice> XdgMime::fromCache(const QString &path, const QString &type) const
+std::optional<XdgMime::CacheLine> XdgMime::cacheLine(const QString &path, const QString &type) const
 {
     const AssociationList *known = list(path);
     const QByteArray content =
         known != nullptr
             ? known->content
             : readFile(m_places.machine.located(path), largestCache).content.value_or(QByteArray());
-    bool isFound = false;
-    OpenChoice choice;
+    if (content.contains('\0'))
+        return std::nullopt;
+    std::optional<CacheLine> found;
     const QByteArray wanted = type.toUtf8();
-    eachLine(content.contains('\0') ? QByteArray() : content,
-             [&](const QByteArray &line, int number) {
-                 if (!containsType(line, wanted, '='))
-                     return false;
-                 // grep prints no line of a file that is not text.
-                 if (!decoded(line))
-                     return true;
-                 const QByteArray value = before(before(line.mid(line.indexOf('=') + 1), '='), ';');
-                 // The script tests the value and then prints its words.
-                 isFound = !value.isEmpty();
-                 choice = {words(value).join(QLatin1Char(' ')), {}, type, {path, number, 0}};
-                 return true;
-             });
-    return isFound ? std::optional(choice) : std::nullopt;
+    eachLine(content, [&](const QByteArray &line, int number) {
+        // grep prints no line that is not text.
+        if (!containsType(line, wanted, '=') || !decoded(line))
+            return false;
+        found =
+            CacheLine{before(before(line.mid(line.indexOf('=') + 1), '='), ';'), {path, number, 0}};
+        return true;
+    });
+    return found;
+}
+
+/// The first line of both lists counts, whether it names an entry or not.
+std::optional<XdgMime::CacheLine> XdgMime::firstCacheLine(const QString &start,
+                                                          const QString &type) const
+{
+    const auto line = cacheLine(start + QStringLiteral("defaults.list"), type);
+    return line ? line : cacheLine(start + QStringLiteral("mimeinfo.cache"), type);
 }
 
 void XdgMime::search(const QString &folder, int depth) const
@@ -239,7 +245,7 @@ void XdgMime::search(const QString &folder, int depth) const
             m_searched.append(entry);
     }
     for (const QString &name : depth < deepest ? foldersIn(located) : QStringList())
-        search(folder + QLatin1Char('/') + name, depth + 1);
+        search(folder + QLatin1Char('/') + name.chopped(1), depth + 1);
 }
 
 OpenChoice XdgMime::fromEntries(const QString &type) const
@@ -274,12 +280,11 @@ OpenChoice XdgMime::choice(const QString &type) const
     prefixes.removeDuplicates();
     for (const QString &folder : m_places.data) {
         for (const QString &prefix : qAsConst(prefixes)) {
-            for (const char *name : {"defaults.list", "mimeinfo.cache"}) {
-                const QString path =
-                    folder + QStringLiteral("/applications/") + prefix + QLatin1String(name);
-                if (const std::optional<OpenChoice> choice = fromCache(path, type))
-                    return *choice;
-            }
+            const auto line =
+                firstCacheLine(folder + QStringLiteral("/applications/") + prefix, type);
+            // The script tests the value and then prints its words.
+            if (line && !line->value.isEmpty())
+                return {words(line->value).join(QLatin1Char(' ')), {}, type, line->where};
         }
     }
     return fromEntries(type);

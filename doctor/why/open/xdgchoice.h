@@ -27,10 +27,16 @@ private:
         QByteArray lines;
         int preference = 0;
     };
+    struct CacheLine
+    {
+        QByteArray value;
+        Place where;
+    };
 
     OpenChoice fromDefaults(const AssociationList &list, const QString &type) const;
-    /// Nothing if the cache has no line for the type.
-    std::optional<OpenChoice> fromCache(const QString &path, const QString &type) const;
+    /// Nothing if there is no line for the type.
+    std::optional<CacheLine> cacheLine(const QString &path, const QString &type) const;
+    std::optional<CacheLine> firstCacheLine(const QString &start, const QString &type) const;
     OpenChoice fromEntries(const QString &type) const;
     /// The desktop entry that the script finds by name, and only if it can start its program.
     QString startable(const QString &name) const;

@@ -82,13 +82,6 @@ void OpenTruthTest::ask(GeneratedSession &session, int number)
     if (gio.choice.entry == gioTruth && xdgMime.entry == xdgMimeTruth)
         return;
     ++m_disagreements;
-    for (const auto &each : lists.all())
-        qWarning("%s %d %s %d", qPrintable(each.path), each.isThere, qPrintable(each.problem),
-                 each.brokenLine);
-    for (const doctor::Statement &each : gio.statements)
-        qWarning("%s %d %s:%d %s: %d", qPrintable(each.type), int(each.group),
-                 qPrintable(each.where.path), each.where.line, qPrintable(each.entry),
-                 int(each.fate));
     qWarning("%s session %d, %s: gio \"%s\", predicted \"%s\"; xdg-mime \"%s\", predicted \"%s\"",
              qPrintable(session.environment.value(QStringLiteral("HOME"))), number,
              qPrintable(type), qPrintable(gioTruth), qPrintable(gio.choice.entry),
