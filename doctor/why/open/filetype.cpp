@@ -133,41 +133,39 @@ FoundType typeOfFile(const QString &path, const OpenPlaces &places, const MimeTy
         found.how = FoundType::How::Kind;
     } else {
         found.names = types.ofName(path.section(QLatin1Char('/'), -1));
-        if (found.names.size() == 1 || !isThere) {
+        if (isThere && state.st_size == 0) {
+            found.type = QLatin1String(text);
+            found.how = FoundType::How::Empty;
+        } else if (found.names.size() == 1 || !isThere) {
             found.type = found.names.isEmpty() ? QString() : found.names.constFirst().type;
             found.how = FoundType::How::Name;
-        } else if (state.st_size == 0) {
-            found.type = found.names.isEmpty() ? QStringLiteral("application/x-zerosize")
-                                               : found.names.constFirst().type;
-            found.how = found.names.isEmpty() ? FoundType::How::Guessed : FoundType::How::Name;
         } else {
             lookInside(path, places, types, found);
         }
     }
-    const auto match =
-        std::find_if(found.names.begin(), found.names.end(),
-                     [&found](const NameMatch &each) { return each.type == found.type; });
-    const QString pattern = match == found.names.end() ? QString() : match->pattern;
-    found.package = packageOf(found.type, pattern, places, types);
     return found;
 }
 
-Place packageOf(const QString &type, const QString &pattern, const OpenPlaces &places,
-                const MimeTypes &types)
+Place packageOf(const FoundType &type, const OpenPlaces &places, const MimeTypes &types)
 {
+    const auto match =
+        std::find_if(type.names.begin(), type.names.end(),
+                     [&type](const NameMatch &each) { return each.type == type.type; });
+    const QString pattern = match == type.names.end() ? QString() : match->pattern;
+    const QString name = types.unaliased(type.type);
     Place place;
-    const QByteArray wanted = '"' + type.toUtf8() + '"';
-    for (const QString &mime : type.isEmpty() ? QStringList() : types.folders()) {
+    const QByteArray wanted = '"' + name.toUtf8() + '"';
+    for (const QString &mime : name.isEmpty() ? QStringList() : types.folders()) {
         const QString folder = mime + QStringLiteral("/packages");
-        for (const QString &name :
+        for (const QString &file :
              namesIn(places.machine.located(folder), mostPackages).value_or(QStringList())) {
-            const QString path = folder + QLatin1Char('/') + name;
-            const QByteArray content = name.endsWith(QLatin1String(".xml"))
+            const QString path = folder + QLatin1Char('/') + file;
+            const QByteArray content = file.endsWith(QLatin1String(".xml"))
                                            ? readFile(places.machine.located(path), largestFile)
                                                  .content.value_or(QByteArray())
                                            : QByteArray();
             const Place found =
-                content.contains(wanted) ? placeIn(path, content, type, pattern) : Place();
+                content.contains(wanted) ? placeIn(path, content, name, pattern) : Place();
             if (place.path.isEmpty())
                 place = found;
         }

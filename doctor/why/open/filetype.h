@@ -13,6 +13,7 @@ struct FoundType
     enum class How {
         Asked,   ///< it was asked for by its name
         Kind,    ///< it is a directory, a device, a pipe or a broken link
+        Empty,   ///< it is an empty file, which is text whatever its name
         Name,    ///< by the file's name
         Content, ///< by the beginning of the file, as the name says nothing or several things
         Guessed  ///< by neither; text, or anything
@@ -24,16 +25,13 @@ struct FoundType
     QVector<NameMatch> names;
     /// The strength of the rule that the content fits; 0 if it fits none.
     int priority = 0;
-    /// Where a package declares it: the pattern, else the rule for contents, else the type.
-    Place package;
     /// Why the file could not be looked into; for people.
     QString problem;
 };
 
 FoundType typeOfFile(const QString &path, const OpenPlaces &places, const MimeTypes &types);
 
-/// Where a MIME package declares the type, with @p pattern if one does.
-Place packageOf(const QString &type, const QString &pattern, const OpenPlaces &places,
-                const MimeTypes &types);
+/// Where a MIME package declares the type: the pattern that the name fits, or else the type itself.
+Place packageOf(const FoundType &type, const OpenPlaces &places, const MimeTypes &types);
 
 } // namespace doctor

@@ -136,11 +136,11 @@ QVector<NameMatch> MimeTypes::ofName(const QString &name) const
         if ((isExact || !glob.isCaseSensitive) && !isKnown)
             found.append(glob.match);
     };
-    // First by the name in small letters, then by the name itself where patterns ask for that.
+    // First by the name as it is, then in small letters by patterns that allow it.
     const auto twice = [&](const auto &look) {
-        look(lower, false);
+        look(name, true);
         if (found.size() < 2)
-            look(name, true);
+            look(lower, false);
     };
     twice([&](const QString &text, bool isExact) {
         for (const Glob &glob : m_names.value(text))

@@ -159,6 +159,7 @@ Opening OpenQuestion::answer(const FoundType &found) const
         opening.text = texts::tr("The type is not known: no pattern fits the name.");
         return opening;
     }
+    opening.package = packageOf(found, m_places, m_types);
     opening.verdict = Opening::Verdict::Nothing;
     opening.types = m_types.withParents(found.type);
     opening.gio = gioChoice(m_lists, m_entries, opening.types);
@@ -178,7 +179,6 @@ Opening OpenQuestion::ofType(const QString &type) const
 {
     FoundType found;
     found.type = type;
-    found.package = packageOf(m_types.unaliased(type), {}, m_places, m_types);
     return answer(found);
 }
 

@@ -25,6 +25,8 @@ struct Opening
 
     Verdict verdict = Verdict::Undecided;
     FoundType found;
+    /// Where a package declares the type.
+    Place package;
     /// The type without alias, then the more general ones.
     QStringList types;
     GioChoice gio;

@@ -125,8 +125,9 @@ void printObject(const QJsonObject &object)
 /// A file of that name comes before a type.
 bool isType(const QString &subject)
 {
-    static const QRegularExpression type(
-        QStringLiteral("\\A[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*/[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*\\z"));
+    static const QRegularExpression type(QStringLiteral(
+        "\\A(application|audio|chemical|font|image|inode|message|model|multipart|text|video|"
+        "x-[a-z]+)/[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*\\z"));
     return !QFileInfo::exists(subject) && type.match(subject).hasMatch();
 }
 

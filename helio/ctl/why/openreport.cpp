@@ -2,8 +2,6 @@
 
 #include <QJsonArray>
 
-#include <array>
-
 #include "helio/doctor/doctorwords.h"
 #include "texts/texts.h"
 
@@ -47,6 +45,8 @@ QString nameOf(FoundType::How how)
         return QStringLiteral("asked");
     case FoundType::How::Kind:
         return QStringLiteral("kind");
+    case FoundType::How::Empty:
+        return QStringLiteral("empty");
     case FoundType::How::Name:
         return QStringLiteral("name");
     case FoundType::How::Content:
@@ -72,36 +72,52 @@ QString nameOf(ListGroup group)
     return QStringLiteral("entry");
 }
 
-struct FateWords
-{
-    Fate fate;
-    const char *name;
-    const char *text;
-};
-constexpr std::array<FateWords, 8> fateWords{
-    {{Fate::Decides, "decides", "decides"},
-     {Fate::Later, "later", "comes after the one that decides"},
-     {Fate::Repeated, "repeated", "was named before"},
-     {Fate::Removed, "removed", "is removed by a list before"},
-     {Fate::Removes, "removes", "takes it out"},
-     {Fate::RemovesLate, "removes-late", "takes it out too late: it was named before"},
-     {Fate::Masked, "masked", "an entry of this name in a directory before counts instead"},
-     {Fate::NotObeyed, "not-obeyed", "is not obeyed: such a file may not say that"}}};
-
 QString nameOf(Fate fate)
 {
-    for (const FateWords &words : fateWords) {
-        if (words.fate == fate)
-            return QLatin1String(words.name);
+    switch (fate) {
+    case Fate::Decides:
+        return QStringLiteral("decides");
+    case Fate::Later:
+        return QStringLiteral("later");
+    case Fate::Repeated:
+        return QStringLiteral("repeated");
+    case Fate::Removed:
+        return QStringLiteral("removed");
+    case Fate::Removes:
+        return QStringLiteral("removes");
+    case Fate::RemovesLate:
+        return QStringLiteral("removes-late");
+    case Fate::Masked:
+        return QStringLiteral("masked");
+    case Fate::NotObeyed:
+        return QStringLiteral("not-obeyed");
+    case Fate::Fails:
+        break;
     }
     return QStringLiteral("fails");
 }
 
 QString textOf(const Statement &statement, const OpenQuestion &question)
 {
-    for (const FateWords &words : fateWords) {
-        if (words.fate == statement.fate)
-            return texts::tr(words.text);
+    switch (statement.fate) {
+    case Fate::Decides:
+        return texts::tr("decides");
+    case Fate::Later:
+        return texts::tr("comes after the one that decides");
+    case Fate::Repeated:
+        return texts::tr("was named before");
+    case Fate::Removed:
+        return texts::tr("is removed by a list before");
+    case Fate::Removes:
+        return texts::tr("is taken out here");
+    case Fate::RemovesLate:
+        return texts::tr("is taken out too late: it was named before");
+    case Fate::Masked:
+        return texts::tr("an entry of this name in a directory before counts instead");
+    case Fate::NotObeyed:
+        return texts::tr("is not obeyed: such a file may not say that");
+    case Fate::Fails:
+        break;
     }
     return doctor::entryProblem(question.entries().entry(statement.entry));
 }
@@ -111,8 +127,9 @@ QString placeText(const Place &place)
     return place.line > 0 ? QStringLiteral("%1:%2").arg(place.path).arg(place.line) : place.path;
 }
 
-QString typeText(const FoundType &found)
+QString typeText(const Opening &opening)
 {
+    const FoundType &found = opening.found;
     QStringList reasons;
     for (const doctor::NameMatch &match : found.names)
         reasons.append(texts::tr("the name fits %1 (%2, weight %3, %4)")
@@ -121,10 +138,12 @@ QString typeText(const FoundType &found)
                            .arg(placeText(match.where)));
     if (found.priority > 0)
         reasons.append(texts::tr("the content fits a rule of strength %1").arg(found.priority));
+    if (found.how == FoundType::How::Empty)
+        reasons.append(texts::tr("the file is empty, and such files count as text"));
     if (found.how == FoundType::How::Guessed)
         reasons.append(texts::tr("neither name nor content fits a type"));
-    if (!found.package.path.isEmpty())
-        reasons.append(texts::tr("declared in %1").arg(placeText(found.package)));
+    if (!opening.package.path.isEmpty())
+        reasons.append(texts::tr("declared in %1").arg(placeText(opening.package)));
     if (!found.problem.isEmpty())
         reasons.append(found.problem);
     return texts::tr("Type: %1").arg(found.type) +
@@ -180,8 +199,9 @@ QJsonValue choiceValue(const OpenChoice &choice)
     return object;
 }
 
-QJsonObject foundObject(const FoundType &found)
+QJsonObject foundObject(const Opening &opening)
 {
+    const FoundType &found = opening.found;
     QJsonArray names;
     for (const doctor::NameMatch &match : found.names)
         names.append(QJsonObject{{QStringLiteral("mime"), match.type},
@@ -192,8 +212,8 @@ QJsonObject foundObject(const FoundType &found)
                        {QStringLiteral("names"), names}};
     if (found.priority > 0)
         object.insert(QStringLiteral("strength"), found.priority);
-    if (!found.package.path.isEmpty())
-        object.insert(QStringLiteral("package"), placeObject(found.package));
+    if (!opening.package.path.isEmpty())
+        object.insert(QStringLiteral("package"), placeObject(opening.package));
     return object;
 }
 
@@ -220,7 +240,7 @@ QString openText(const QString &subject, const OpenQuestion &question, const Ope
     if (!opening.text.isEmpty())
         lines.append(opening.text);
     if (!opening.types.isEmpty())
-        lines.append(typeText(opening.found));
+        lines.append(typeText(opening));
     if (opening.types.size() > 1)
         lines.append(texts::tr("More general: %1")
                          .arg(QStringList(opening.types.mid(1)).join(QStringLiteral(", "))));
@@ -255,7 +275,7 @@ QJsonObject openObject(const QString &subject, const OpenQuestion &question, con
     QJsonObject line{{QStringLiteral("type"), QStringLiteral("opening")},
                      {QStringLiteral("subject"), subject},
                      {QStringLiteral("mime"), opening.found.type},
-                     {QStringLiteral("found"), foundObject(opening.found)},
+                     {QStringLiteral("found"), foundObject(opening)},
                      {QStringLiteral("mimes"), QJsonArray::fromStringList(opening.types)},
                      {QStringLiteral("verdict"), nameOf(opening.verdict)},
                      {QStringLiteral("text"), opening.text},

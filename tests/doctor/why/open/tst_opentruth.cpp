@@ -3,16 +3,43 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "doctor/why/open/giochoice.h"
-#include "doctor/why/open/mimetypes.h"
-#include "doctor/why/open/xdgchoice.h"
+#include "doctor/why/open/open.h"
 #include "tests/doctor/why/open/generatedsession.h"
 
 namespace {
 
-constexpr int usualSessions = 50;
+constexpr int usualSessions = 25;
 constexpr int questions = 2;
 constexpr int timeLimit = 20000;
+
+constexpr char fileNames[] =
+    "README x a.C a.c A.DOCX a.tar.gz Makefile a.desktop core .hidden a.xml "
+    "a.sub a.ogg a.unknown a~ a.bak a.pdf.part";
+
+/// The beginnings of files of many kinds.
+QVector<QByteArray> contents()
+{
+    return {QByteArray(),
+            "words\n",
+            "%PDF-1.4\n",
+            QByteArray("PK\3\4\0\0", 6),
+            QByteArray("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1", 8) + QByteArray(600, '\0'),
+            QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
+            "{\\rtf1 x}",
+            "#!/bin/sh\n",
+            "[Desktop Entry]\nType=Application\n",
+            "<?xml version=\"1.0\"?><svg/>",
+            "\x7f"
+            "ELF\2\1\1" +
+                QByteArray(9, '\0') + QByteArray("\2\0\x3e\0", 4),
+            QByteArray(40, '\0'),
+            "\xff\xfe",
+            QByteArray("\x1f\x8b\b\0", 4),
+            "OggS",
+            "<html><body>",
+            "MSCF",
+            QByteArray(257, 'x') + QByteArray("ustar\0", 6)};
+}
 
 QString run(const QStringList &command, const QHash<QString, QString> &variables)
 {
@@ -54,6 +81,7 @@ class OpenTruthTest : public QObject
 
 private slots:
     void choicesEqualThoseOfTheToolsInGeneratedSessions();
+    void typesOfFilesEqualThoseOfGio();
 
 private:
     void ask(GeneratedSession &session, int number);
@@ -82,12 +110,9 @@ void OpenTruthTest::ask(GeneratedSession &session, int number)
     if (gio.choice.entry == gioTruth && xdgMime.entry == xdgMimeTruth)
         return;
     ++m_disagreements;
-    qWarning("%s session %d, %s: gio \"%s\", predicted \"%s\"; xdg-mime \"%s\", predicted \"%s\"",
-             qPrintable(session.environment.value(QStringLiteral("HOME"))), number,
-             qPrintable(type), qPrintable(gioTruth), qPrintable(gio.choice.entry),
-             qPrintable(xdgMimeTruth),
-             qPrintable(xdgMime.entry + QLatin1Char('@') + xdgMime.where.path +
-                        QString::number(xdgMime.where.line)));
+    qWarning("session %d, %s: gio \"%s\", predicted \"%s\"; xdg-mime \"%s\", predicted \"%s\"",
+             number, qPrintable(type), qPrintable(gioTruth), qPrintable(gio.choice.entry),
+             qPrintable(xdgMimeTruth), qPrintable(xdgMime.entry));
 }
 
 void OpenTruthTest::choicesEqualThoseOfTheToolsInGeneratedSessions()
@@ -102,7 +127,6 @@ void OpenTruthTest::choicesEqualThoseOfTheToolsInGeneratedSessions()
     for (int number = first; number < first + sessions; ++number) {
         QTemporaryDir directory;
         QVERIFY(directory.isValid());
-        directory.setAutoRemove(!qEnvironmentVariableIsSet("OPEN_KEEP"));
         GeneratedSession session(directory.path(), static_cast<unsigned>(number));
         for (int count = 0; count < questions; ++count)
             ask(session, number);
@@ -117,6 +141,46 @@ void OpenTruthTest::choicesEqualThoseOfTheToolsInGeneratedSessions()
           doctor::Fate::Removes, doctor::Fate::RemovesLate, doctor::Fate::Masked,
           doctor::Fate::NotObeyed, doctor::Fate::Fails})
         QVERIFY2(m_fates.value(fate) > 0, qPrintable(QString::number(int(fate))));
+}
+
+/// With the types that are installed: every kind of name with every kind of content.
+void OpenTruthTest::typesOfFilesEqualThoseOfGio()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("gio")).isEmpty())
+        QSKIP("gio is not installed");
+    QStringList names = QString::fromLatin1(fileNames).split(QLatin1Char(' '));
+    for (const QString &suffix : doctor::OpenQuestion::suffixes())
+        names.append(QStringLiteral("a.") + suffix);
+    QTemporaryDir directory;
+    QStringList paths;
+    for (const QByteArray &content : contents()) {
+        const QString folder = directory.filePath(QString::number(paths.size()));
+        QVERIFY(QDir().mkdir(folder));
+        for (const QString &name : qAsConst(names)) {
+            paths.append(folder + QLatin1Char('/') + name);
+            QFile file(paths.constLast());
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            QCOMPARE(file.write(content), qint64(content.size()));
+        }
+    }
+    const QStringList command{QStringLiteral("gio"), QStringLiteral("info"), QStringLiteral("-a"),
+                              QStringLiteral("standard::content-type")};
+    QStringList truths;
+    for (const QString &line : run(command + paths, {}).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("  standard::content-type: ")))
+            truths.append(line.section(QStringLiteral(": "), 1));
+    }
+    QCOMPARE(truths.size(), paths.size());
+    const doctor::OpenPlaces places = doctor::openPlaces({});
+    const doctor::MimeTypes types(places);
+    QStringList wrong;
+    for (int number = 0; number < paths.size(); ++number) {
+        const QString found = doctor::typeOfFile(paths.at(number), places, types).type;
+        if (found != truths.at(number))
+            wrong.append(QStringLiteral("%1: gio %2, found %3")
+                             .arg(paths.at(number), truths.at(number), found));
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
 }
 
 QTEST_GUILESS_MAIN(OpenTruthTest)
