@@ -1,19 +1,25 @@
 #include "doctor/why/open/giochoice.h"
 
-#include <algorithm>
+#include <QSet>
 
 namespace doctor {
 
 namespace {
 
-using Indexes = QVector<int>;
-
-/// Entries of one kind that a directory's lists name, as places in the statements.
+/// Entries of one kind, as places in the statements, each name once.
 struct Named
 {
-    Indexes indexes;
+    QVector<int> indexes;
+    QSet<QString> names;
     /// Whether a line of the kind was read, perhaps one without entries.
     bool isBegun = false;
+
+    bool has(const QString &name) const { return names.contains(name); }
+    void add(int index, const QString &name)
+    {
+        indexes.append(index);
+        names.insert(name);
+    }
 };
 
 /// What the lists of one directory say of a type.
@@ -42,23 +48,16 @@ private:
     void addLine(const AssociationList &list, const QString &type, const ListLine &line,
                  Tweaks &tweaks);
     void lookUp(const Tweaks &tweaks, int dataFolder);
-    void take(const Indexes &candidates);
-    bool has(const Indexes &indexes, const QString &entry) const;
+    void take();
     Statement &at(int index) { return result.statements[index]; }
 
     const AssociationLists &m_lists;
     const DesktopEntries &m_entries;
     /// What is in the running for the type.
-    Indexes m_hits;
+    Named m_hits;
     /// Removed entries stay out for the more general types as well.
-    Indexes m_removed;
+    Named m_removed;
 };
-
-bool Search::has(const Indexes &indexes, const QString &entry) const
-{
-    return std::any_of(indexes.begin(), indexes.end(),
-                       [&](int index) { return result.statements.at(index).entry == entry; });
-}
 
 void Search::addLine(const AssociationList &list, const QString &type, const ListLine &line,
                      Tweaks &tweaks)
@@ -72,16 +71,15 @@ void Search::addLine(const AssociationList &list, const QString &type, const Lis
     const bool isFirst = !target.isBegun;
     for (const QString &entry : *line.entries) {
         Statement statement{type, line.group, {list.path, line.line, 0}, entry, Fate::Later};
-        const bool isOpposed =
-            !isFirst && line.group != ListGroup::Default && has(opposite.indexes, entry);
+        const bool isOpposed = !isFirst && line.group != ListGroup::Default && opposite.has(entry);
         if (!list.takes(line.group))
             statement.fate = Fate::NotObeyed;
         else if (isOpposed)
             statement.fate = isRemoval ? Fate::RemovesLate : Fate::Removed;
-        else if (has(target.indexes, entry))
+        else if (target.has(entry))
             statement.fate = isRemoval ? Fate::Removes : Fate::Repeated;
         else
-            target.indexes.append(result.statements.size());
+            target.add(result.statements.size(), entry);
         result.statements.append(statement);
     }
     target.isBegun = target.isBegun || list.takes(line.group);
@@ -114,28 +112,28 @@ void Search::lookUp(const Tweaks &tweaks, int dataFolder)
         Statement &statement = at(index);
         if (m_entries.isMasked(statement.entry, dataFolder))
             statement.fate = Fate::Masked;
-        else if (has(m_removed, statement.entry))
+        else if (m_removed.has(statement.entry))
             statement.fate = Fate::Removed;
-        else if (has(m_hits, statement.entry))
+        else if (m_hits.has(statement.entry))
             statement.fate = Fate::Repeated;
         else
-            m_hits.append(index);
+            m_hits.add(index, at(index).entry);
     }
     for (const int index : tweaks.removals.indexes) {
         Statement &statement = at(index);
         statement.fate = Fate::Removes;
         if (m_entries.isMasked(statement.entry, dataFolder))
             statement.fate = Fate::Masked;
-        else if (has(m_hits, statement.entry))
+        else if (m_hits.has(statement.entry))
             statement.fate = Fate::RemovesLate;
         else
-            m_removed.append(index);
+            m_removed.add(index, statement.entry);
     }
 }
 
-void Search::take(const Indexes &candidates)
+void Search::take()
 {
-    for (const int index : candidates) {
+    for (const int index : qAsConst(m_hits.indexes)) {
         Statement &statement = at(index);
         const DesktopEntry &entry = m_entries.entry(statement.entry);
         if (entry.state != EntryState::Works) {
@@ -152,18 +150,18 @@ void Search::consider(const QString &type)
     QVector<Tweaks> folders;
     for (const AssociationLists::Folder &folder : m_lists.folders())
         folders.append(tweaksOf(folder, type));
-    m_hits.clear();
+    m_hits = {};
     for (const Tweaks &tweaks : qAsConst(folders)) {
         for (const int index : tweaks.defaults.indexes) {
-            if (has(m_hits, at(index).entry))
+            if (m_hits.has(at(index).entry))
                 at(index).fate = Fate::Repeated;
             else
-                m_hits.append(index);
+                m_hits.add(index, at(index).entry);
         }
     }
     for (int number = 0; number < folders.size(); ++number)
         lookUp(folders.at(number), m_lists.folders().at(number).dataFolder);
-    take(m_hits);
+    take();
 }
 
 } // namespace

@@ -13,6 +13,7 @@ namespace doctor {
 namespace {
 
 constexpr qint64 largestList = 8 * 1024 * 1024;
+constexpr int mostTypes = 1000;
 constexpr char special[] = "*?[";
 
 QByteArray read(const OpenPlaces &places, const QString &path)
@@ -107,7 +108,7 @@ QStringList MimeTypes::withParents(const QString &type) const
     for (int index = 0; index < types.size(); ++index) {
         const QString each = unaliased(types.at(index));
         for (const QString &parent : QStringList{each} + m_parents.value(each)) {
-            if (!types.contains(parent))
+            if (types.size() < mostTypes && !types.contains(parent))
                 types.append(parent);
         }
     }

@@ -9,7 +9,8 @@
 namespace {
 
 constexpr int usualSessions = 25;
-constexpr int questions = 2;
+/// Each row has a time limit of its own.
+constexpr int rowSize = 200;
 constexpr int timeLimit = 20000;
 
 constexpr char fileNames[] =
@@ -80,12 +81,15 @@ class OpenTruthTest : public QObject
     Q_OBJECT
 
 private slots:
+    void choicesEqualThoseOfTheToolsInGeneratedSessions_data();
     void choicesEqualThoseOfTheToolsInGeneratedSessions();
+    void theSessionsWereOfManyKinds();
     void typesOfFilesEqualThoseOfGio();
 
 private:
     void ask(GeneratedSession &session, int number);
 
+    int m_asked = 0;
     int m_disagreements = 0;
     int m_opened = 0;
     int m_different = 0;
@@ -94,6 +98,7 @@ private:
 
 void OpenTruthTest::ask(GeneratedSession &session, int number)
 {
+    ++m_asked;
     const QString type = session.type();
     const doctor::OpenPlaces places = doctor::openPlaces(session.machine());
     const doctor::MimeTypes types(places);
@@ -115,27 +120,43 @@ void OpenTruthTest::ask(GeneratedSession &session, int number)
              qPrintable(xdgMimeTruth), qPrintable(xdgMime.entry));
 }
 
+void OpenTruthTest::choicesEqualThoseOfTheToolsInGeneratedSessions_data()
+{
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("end");
+    const int wanted = qEnvironmentVariableIntValue("OPEN_SESSIONS");
+    const int start = qEnvironmentVariableIntValue("OPEN_FIRST_SESSION");
+    const int end = start + (wanted > 0 ? wanted : usualSessions);
+    for (int first = start; first < end; first += rowSize)
+        QTest::addRow("from %d", first) << first << std::min(first + rowSize, end);
+}
+
 void OpenTruthTest::choicesEqualThoseOfTheToolsInGeneratedSessions()
 {
     for (const char *tool : {"gio", "xdg-mime"}) {
         if (QStandardPaths::findExecutable(QLatin1String(tool)).isEmpty())
             QSKIP("gio or xdg-mime is not installed");
     }
-    const int wanted = qEnvironmentVariableIntValue("OPEN_SESSIONS");
-    const int first = qEnvironmentVariableIntValue("OPEN_FIRST_SESSION");
-    const int sessions = wanted > 0 ? wanted : usualSessions;
-    for (int number = first; number < first + sessions; ++number) {
+    QFETCH(int, first);
+    QFETCH(int, end);
+    const int before = m_disagreements;
+    for (int number = first; number < end; ++number) {
         QTemporaryDir directory;
         QVERIFY(directory.isValid());
         GeneratedSession session(directory.path(), static_cast<unsigned>(number));
-        for (int count = 0; count < questions; ++count)
-            ask(session, number);
+        ask(session, number);
     }
-    qInfo("%d sessions: %d types open, in %d the tools differ, %d disagreements", sessions,
-          m_opened, m_different, m_disagreements);
-    QCOMPARE(m_disagreements, 0);
-    QVERIFY(m_opened > sessions / 2);
-    QVERIFY(m_different > sessions / 10);
+    QCOMPARE(m_disagreements, before);
+}
+
+void OpenTruthTest::theSessionsWereOfManyKinds()
+{
+    if (m_asked == 0)
+        QSKIP("nothing was compared");
+    qInfo("%d sessions: %d types open, in %d the tools differ, %d disagreements", m_asked, m_opened,
+          m_different, m_disagreements);
+    QVERIFY(m_opened > m_asked / 5);
+    QVERIFY(m_different > m_asked / 10);
     for (const doctor::Fate fate :
          {doctor::Fate::Decides, doctor::Fate::Later, doctor::Fate::Repeated, doctor::Fate::Removed,
           doctor::Fate::Removes, doctor::Fate::RemovesLate, doctor::Fate::Masked,
