@@ -26,7 +26,7 @@ struct MagicType
 };
 
 /// The rules of a file "magic" that update-mime-database(1) compiles, the strongest first. What
-/// follows a part that is none is left out.
+/// follows something else is left out.
 QVector<MagicType> parseMagic(const QByteArray &content);
 
 /// The type whose rule the beginning of a file fits; null if it fits none.

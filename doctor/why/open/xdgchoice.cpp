@@ -35,21 +35,18 @@ void eachLine(const QByteArray &content, const Take &take)
     }
 }
 
-/// Whether the text ends with the type, which the script takes for a basic regular expression.
-bool endsWithType(const QByteArray &text, const QByteArray &type)
+/// The first place of @p behind with the type before it, which the script takes for a basic regular
+/// expression; -1 if there is none.
+int placeBehindType(const QByteArray &text, const QByteArray &type, char behind, int from = 0)
 {
-    return text.size() >= type.size() &&
-           std::equal(type.rbegin(), type.rend(), text.rbegin(),
-                      [](char wanted, char each) { return wanted == '.' || wanted == each; });
-}
-
-bool containsType(const QByteArray &line, const QByteArray &type, char behind)
-{
-    for (int end = line.indexOf(behind); end >= 0; end = line.indexOf(behind, end + 1)) {
-        if (endsWithType(QByteArray::fromRawData(line.constData(), end), type))
-            return true;
+    const auto fits = [](char wanted, char each) { return wanted == '.' || wanted == each; };
+    for (int place = text.indexOf(behind, from); place >= 0;
+         place = text.indexOf(behind, place + 1)) {
+        const char *start = text.constData() + place - type.size();
+        if (place - from >= type.size() && std::equal(type.begin(), type.end(), start, fits))
+            return place;
     }
-    return false;
+    return -1;
 }
 
 bool isReadable(const QString &path)
@@ -174,6 +171,8 @@ OpenChoice XdgMime::fromDefaults(const AssociationList &list, const QString &typ
     OpenChoice choice;
     const QByteArray prefix = type.toUtf8() + '=';
     bool isInGroup = false;
+    if (!list.content.contains(prefix))
+        return choice;
     eachLine(list.content, [&](const QByteArray &line, int number) {
         if (line.startsWith('[')) {
             isInGroup = line.startsWith("[Default Applications]");
@@ -197,19 +196,23 @@ std::optional<XdgMime::CacheLine> XdgMime::cacheLine(const QString &path, const 
         known != nullptr
             ? known->content
             : readFile(m_places.machine.located(path), largestCache).content.value_or(QByteArray());
-    if (content.contains('\0'))
-        return std::nullopt;
-    std::optional<CacheLine> found;
     const QByteArray wanted = type.toUtf8();
-    eachLine(content, [&](const QByteArray &line, int number) {
+    int place = content.contains('\0') ? -1 : placeBehindType(content, wanted, '=');
+    while (place >= 0) {
+        const int start = content.lastIndexOf('\n', place) + 1;
+        const int feed = content.indexOf('\n', place);
+        const int end = feed < 0 ? content.size() : feed;
+        const QByteArray line = content.mid(start, end - start);
         // grep prints no line that is not text.
-        if (!containsType(line, wanted, '=') || !decoded(line))
-            return false;
-        found =
-            CacheLine{before(before(line.mid(line.indexOf('=') + 1), '='), ';'), {path, number, 0}};
-        return true;
-    });
-    return found;
+        if (decoded(line)) {
+            const int number =
+                1 + static_cast<int>(std::count(content.begin(), content.begin() + start, '\n'));
+            return CacheLine{before(before(line.mid(line.indexOf('=') + 1), '='), ';'),
+                             {path, number, 0}};
+        }
+        place = placeBehindType(content, wanted, '=', end);
+    }
+    return std::nullopt;
 }
 
 /// The first line of both lists counts, whether it names an entry or not.
@@ -259,7 +262,7 @@ OpenChoice XdgMime::fromEntries(const QString &type) const
     const Searched *best = nullptr;
     for (const Searched &entry : qAsConst(m_searched)) {
         if ((best == nullptr || entry.preference > best->preference) &&
-            containsType(entry.lines, wanted, ';'))
+            placeBehindType(entry.lines, wanted, ';') >= 0)
             best = &entry;
     }
     if (best == nullptr)

@@ -112,7 +112,13 @@ test('a pipe as list is not waited for, and names do not reach the terminal', as
 });
 
 test('a wrong line is refused', async () => {
-    for (const args of [['a', 'b'], ['--with', 'x', 'a'], ['--fix'], ['--all', 'a'], ['--for', 'x']]) {
+    for (const args of [
+        ['a', 'b'],
+        ['--with', 'x', 'a'],
+        ['--fix'],
+        ['--all', 'a'],
+        ['--for', 'x'],
+    ]) {
         expect((await why(...args)).status).toBe(2);
     }
 });
