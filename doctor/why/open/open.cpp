@@ -7,6 +7,7 @@
 #include "doctor/editors/keyeditor.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/why/open/kdechoice.h"
+#include "doctor/why/open/xdgopen.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -57,7 +58,7 @@ const AssociationList *refusedList(const AssociationLists &lists, const QString 
 
 QString placeText(const Place &place)
 {
-    return texts::tr("%1, line %2").arg(place.path).arg(place.line);
+    return texts::tr("%1, line %2").arg(place.path, QString::number(place.line));
 }
 
 } // namespace
@@ -133,8 +134,7 @@ void OpenQuestion::decide(Opening &opening) const
     } else if (const AssociationList *refused = refusedList(m_lists, type)) {
         opening.verdict = Opening::Verdict::NotAsSaid;
         opening.text = texts::tr("%1 is not obeyed: line %2 is no entry, group or comment.")
-                           .arg(refused->path)
-                           .arg(refused->brokenLine);
+                           .arg(refused->path, QString::number(refused->brokenLine));
     } else if (wanted != nullptr && wanted->fate == Fate::Fails) {
         opening.verdict = Opening::Verdict::NotAsSaid;
         opening.text = texts::tr("%1 names %2, but %3.")
@@ -164,6 +164,7 @@ Opening OpenQuestion::answer(const FoundType &found) const
     opening.types = m_types.withParents(found.type);
     opening.gio = gioChoice(m_lists, m_entries, opening.types);
     opening.xdgMime = m_xdgMime.choice(found.type);
+    opening.xdgOpen = xdgOpenProgram(m_places);
     opening.kde = kdeChoice(m_lists, m_entries, opening.types);
     decide(opening);
     const bool isRight = opening.verdict == Opening::Verdict::Opens && opening.isOneForAll();

@@ -32,6 +32,8 @@ struct Opening
     GioChoice gio;
     OpenChoice xdgMime;
     OpenChoice kde;
+    /// What xdg-open hands the file to; empty where it opens what xdg-mime names.
+    QString xdgOpen;
     /// For people.
     QString text;
     /// The desktop entry that a repair would have open it; empty if none is proposed.

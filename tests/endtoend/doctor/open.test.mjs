@@ -50,12 +50,15 @@ test('a default that is not installed is named with its line', async () => {
     expect(status).toBe(1);
     expect(events).toMatchObject([
         {
-            type: 'opening',
+            type: 'why',
+            question: 'open',
             subject: type,
             mime: type,
             verdict: 'not-as-said',
             gio: { entry: 'right.desktop', path: `${entries}/right.desktop` },
+            xdgOpen: 'xdg-mime',
             proposal: 'right.desktop',
+            remedy: `assistantctl why open --fix --with right.desktop -- ${type}`,
         },
     ]);
     expect(events[0].text).toBe(`${list}, line 3 names lost.desktop, but it is not installed.`);
@@ -68,7 +71,7 @@ test('a default that is not installed is named with its line', async () => {
 test('the repair changes one line, and undo takes it back', async () => {
     const { status, events } = await lines('--fix', '--yes', type);
     expect(status).toBe(0);
-    expect(events.map((event) => event.type)).toEqual(['opening', 'change', 'repair', 'opening']);
+    expect(events.map((event) => event.type)).toEqual(['why', 'change', 'repair', 'why']);
     expect(events.at(-1)).toMatchObject({ verdict: 'opens', gio: { where: { line: 3 } } });
     expect(await root.readFile(list)).toBe(
         before.replace('lost.desktop', 'right.desktop;lost.desktop;'),

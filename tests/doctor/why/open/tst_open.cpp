@@ -1,10 +1,9 @@
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
 
-#include "doctor/why/open/open.h"
+#include "tests/doctor/why/open/openmachine.h"
 
 using doctor::Fate;
 using doctor::FoundType;
@@ -14,62 +13,8 @@ using doctor::OpenQuestion;
 namespace {
 
 constexpr char userList[] = "/home/u/.config/mimeapps.list";
-constexpr char systemEntries[] = "/usr/share/applications/";
 constexpr char type[] = "application/x-plan";
 constexpr int longest = 5000;
-
-/// A machine below a directory of its own, with two programs, a type and what tests add.
-class OpenMachine
-{
-public:
-    OpenMachine()
-    {
-        program("/usr/bin/tool");
-        write("/usr/share/mime/globs2", "50:application/x-plan:*.plan\n40:text/x-note:*.note\n");
-        write("/usr/share/mime/aliases", "application/plan application/x-plan\n");
-        write("/usr/share/mime/subclasses", "application/x-plan application/x-base\n"
-                                            "application/x-base application/x-plan\n");
-        write("/usr/share/mime/packages/plan.xml",
-              "<mime-info>\n<mime-type type=\"application/x-plan\">\n<comment/>\n"
-              "<glob pattern=\"*.plan\"/></mime-type></mime-info>\n");
-    }
-
-    doctor::Machine machine() const
-    {
-        return {m_root.path(),
-                {{QStringLiteral("HOME"), QStringLiteral("/home/u")},
-                 {QStringLiteral("PATH"), QStringLiteral("/usr/bin")},
-                 {QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("Odd:GNOME")}},
-                0};
-    }
-    Opening ofType(const char *name = type) const
-    {
-        return OpenQuestion(machine()).ofType(QLatin1String(name));
-    }
-    QString path(const char *name) const { return m_root.path() + QLatin1String(name); }
-
-    void write(const char *name, const QByteArray &content) const
-    {
-        const QString whole = path(name);
-        QVERIFY(QDir().mkpath(whole.section(QLatin1Char('/'), 0, -2)));
-        QFile file(whole);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), qint64(content.size()));
-    }
-    void program(const char *name) const
-    {
-        write(name, "#!/bin/sh\n");
-        QVERIFY(QFile::setPermissions(path(name), QFile::ReadOwner | QFile::ExeOwner));
-    }
-    void entry(const char *name, const QByteArray &more = "Exec=tool %f\n") const
-    {
-        write((QByteArray(systemEntries) + name).constData(),
-              "[Desktop Entry]\nType=Application\nName=x\n" + more);
-    }
-
-private:
-    QTemporaryDir m_root;
-};
 
 QByteArray defaults(const char *entries)
 {
@@ -99,6 +44,8 @@ private slots:
     void aMoreGeneralTypeIsTakenAlsoInACircle();
     void aFilesTypeComesFromItsNameOrItsContent();
     void theToolsThatDifferAreNamed();
+    void xdgOpenHandsAFileToTheDesktop_data();
+    void xdgOpenHandsAFileToTheDesktop();
     void theRepairChangesOneLineAndNoOtherByte();
     void aPipeOrAHugeFileAsListLeavesItUndecided();
     void unreadableEntriesAndOddNamesDoNotStopTheAnswer();
@@ -244,6 +191,39 @@ void OpenTest::theToolsThatDifferAreNamed()
     QCOMPARE(opening.gio.choice.entry, QStringLiteral("quoted.desktop"));
     QVERIFY(opening.xdgMime.entry.isEmpty());
     QVERIFY(!opening.isOneForAll());
+}
+
+void OpenTest::xdgOpenHandsAFileToTheDesktop_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("program");
+    const auto row = [](const char *variable, const char *value, const char *program) {
+        QTest::addRow("%s=%s", variable, value)
+            << QString::fromLatin1(variable) << QString::fromLatin1(value)
+            << QString::fromLatin1(program);
+    };
+    row("XDG_CURRENT_DESKTOP", "GNOME-Classic:GNOME", "gio");
+    row("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", "");
+    row("XDG_CURRENT_DESKTOP", "KDE", "kde-open5");
+    row("XDG_CURRENT_DESKTOP", "XFCE", "gio");
+    row("XDG_CURRENT_DESKTOP", "LXDE", "");
+    row("XDG_CURRENT_DESKTOP", "LXQt", "");
+    row("KDE_FULL_SESSION", "true", "kde-open5");
+    row("DESKTOP_SESSION", "xfce", "gio");
+}
+
+void OpenTest::xdgOpenHandsAFileToTheDesktop()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+    const OpenMachine files;
+    files.program("/usr/bin/gio");
+    doctor::Machine machine = files.machine();
+    machine.environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP"));
+    machine.environment.insert(QStringLiteral("KDE_SESSION_VERSION"), QStringLiteral("5"));
+    machine.environment.insert(variable, value);
+    QTEST(OpenQuestion(machine).ofType(QLatin1String(type)).xdgOpen, "program");
 }
 
 void OpenTest::theRepairChangesOneLineAndNoOtherByte()
