@@ -4,7 +4,6 @@
 
 #include "doctor/why/open/entries.h"
 #include "doctor/why/open/lists.h"
-#include "doctor/why/open/statement.h"
 
 namespace doctor {
 

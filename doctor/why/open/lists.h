@@ -7,6 +7,7 @@
 
 #include <optional>
 
+#include "doctor/model/finding.h"
 #include "doctor/why/open/mimetypes.h"
 #include "doctor/why/open/places.h"
 
@@ -81,6 +82,18 @@ private:
 
     QVector<AssociationList> m_lists;
     QVector<Folder> m_folders;
+};
+
+/// What a tool opens a type with.
+struct OpenChoice
+{
+    /// The desktop entry's name and, where the tool finds it, its file; empty if there is none.
+    QString entry;
+    QString path;
+    /// The type for which it was found, the asked one or a more general one.
+    QString type;
+    /// The line that decides, or the desktop entry that was found without one.
+    Place where;
 };
 
 } // namespace doctor

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "doctor/why/open/entries.h"
-#include "doctor/why/open/statement.h"
+#include "doctor/why/open/lists.h"
 
 namespace doctor {
 
