@@ -1,5 +1,7 @@
 #include "helio/ctl/why/openreport.h"
 
+#include <algorithm>
+
 #include "helio/doctor/doctorwords.h"
 #include "texts/texts.h"
 
@@ -119,14 +121,21 @@ QString toolText(const char *tool, const OpenChoice &choice)
         .arg(QLatin1String(tool), choice.entry, placeText(choice.where));
 }
 
-void addLists(const OpenQuestion &question, QStringList &lines)
+/// The lists that no line before has named, with what keeps them out.
+void addLists(const OpenQuestion &question, const Opening &opening, QStringList &lines)
 {
+    const auto isNamed = [&opening](const AssociationList &list) {
+        return std::any_of(opening.gio.statements.begin(), opening.gio.statements.end(),
+                           [&list](const Statement &each) { return each.where.path == list.path; });
+    };
     for (const AssociationList &list : question.lists().all()) {
         if (!list.problem.isEmpty())
             lines.append(QStringLiteral("  %1: %2").arg(list.path, list.problem));
         else if (list.brokenLine > 0)
             lines.append(texts::tr("  %1: not obeyed, line %2 is no entry, group or comment")
                              .arg(list.path, QString::number(list.brokenLine)));
+        else if (list.isThere && !isNamed(list))
+            lines.append(texts::tr("  %1: says nothing of it").arg(list.path));
     }
 }
 
@@ -147,7 +156,7 @@ QString openText(const QString &subject, const OpenQuestion &question, const Ope
                          .arg(placeText(statement.where), textOf(statement.group), statement.type,
                               statement.entry + marksOf(question.entries().entry(statement.entry)),
                               textOf(statement, question)));
-    addLists(question, lines);
+    addLists(question, opening, lines);
     if (!opening.types.isEmpty()) {
         lines.append(opening.isOneForAll() ? texts::tr("The tools agree:")
                                            : texts::tr("The tools differ:"));

@@ -8,6 +8,7 @@
 
 namespace {
 
+/// OPEN_SESSIONS asks for more, from OPEN_FIRST_SESSION on.
 constexpr int usualSessions = 25;
 /// Each row has a time limit of its own.
 constexpr int rowSize = 200;
