@@ -2,6 +2,7 @@
 
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
+import { associationFigures } from './associations.mjs';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
 import { doctorFigures } from './doctor.mjs';
@@ -26,6 +27,7 @@ const programs = {
     plugin: `${office}/addons/vyrassistanttool/libofficeassistant.so`,
     emptyPlugin: `${root}build/benchmarks/peers/libempty_plugin.so`,
     probeChecks: `${root}build/benchmarks/peers/probe_checks`,
+    listSuffixes: `${root}build/benchmarks/peers/list_suffixes`,
     loadPlugin: `${root}build/benchmarks/peers/load_plugin`,
 };
 
@@ -39,6 +41,7 @@ const figures = [];
 for (const measure of [
     loadingFigures,
     doctorFigures,
+    associationFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,

@@ -13,6 +13,7 @@
 #include "helio/ctl/doctor/messagelocale.h"
 #include "helio/ctl/doctor/textprinter.h"
 #include "helio/ctl/why/accessreport.h"
+#include "helio/ctl/why/opencommand.h"
 #include "helio/ctl/why/whyline.h"
 #include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
@@ -130,11 +131,8 @@ Denial fix(const WhyLine &line, Denial denial)
     return denial;
 }
 
-} // namespace
-
-int runWhy(const QStringList &arguments)
+int runWhyDenied(const QStringList &arguments)
 {
-    texts::useLanguage(messageLocale(doctor::thisMachine()));
     const WhyLine line = parseWhyLine(arguments);
     if (!line.fault.isEmpty()) {
         print(QStringLiteral("assistantctl why: %1\n").arg(line.fault), stderr);
@@ -156,6 +154,28 @@ int runWhy(const QStringList &arguments)
         printDenial(line, denial);
     }
     return statusOf(denial.verdict);
+}
+
+struct Question
+{
+    const char *word;
+    int (*run)(const QStringList &arguments);
+};
+constexpr Question questions[] = {
+    {"open", &runWhyOpen},
+};
+
+} // namespace
+
+/// The rest belongs to "why denied", which also says what is wrong.
+int runWhy(const QStringList &arguments)
+{
+    texts::useLanguage(messageLocale(doctor::thisMachine()));
+    for (const Question &question : questions) {
+        if (arguments.value(0) == QLatin1String(question.word))
+            return question.run(arguments.mid(1));
+    }
+    return runWhyDenied(arguments);
 }
 
 } // namespace ctl

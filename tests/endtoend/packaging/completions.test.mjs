@@ -35,7 +35,9 @@ async function longOptions(words) {
 describe.runIf(canInstall)('completions', () => {
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
-        const helps = await Promise.all([[], ['doctor'], ['why']].map(longOptions));
+        const helps = await Promise.all(
+            [[], ['doctor'], ['why'], ['why', 'open']].map(longOptions),
+        );
         const wanted = helps.flat();
         const options = file.endsWith('.fish')
             ? wordsOf(text, /(?<=^complete .* -l )[a-z-]+/gm).map((name) => `--${name}`)
@@ -124,6 +126,16 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
             ]);
             expect((await completed('why', 'denied', '--')).toSorted()).toEqual(
                 await longOptions(['why']),
+            );
+        });
+
+        test('why open takes a file and a desktop entry', async () => {
+            expect(await completed('why', 'o')).toEqual(['open']);
+            expect(await completed('why', 'open', '/completions/assistantctl.f')).toEqual([
+                '/completions/assistantctl.fish',
+            ]);
+            expect((await completed('why', 'open', '--')).toSorted()).toEqual(
+                await longOptions(['why', 'open']),
             );
         });
 
