@@ -97,7 +97,9 @@ std::optional<Span> XmlReader::readName()
 XmlToken XmlReader::broken(const QString &problem, int position)
 {
     m_problem = atLine(m_content, position, problem);
-    return {};
+    XmlToken token;
+    token.span = {position, position};
+    return token;
 }
 
 XmlToken XmlReader::readText()
