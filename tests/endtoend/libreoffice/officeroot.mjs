@@ -86,11 +86,14 @@ export class OfficeRoot {
         );
     }
 
-    /** The ODF version that LibreOffice saves in: "1.2" with the settings of this home; null if it saves nothing. */
-    async convert(env = {}) {
+    /**
+     * The ODF version that LibreOffice saves in: "1.2" with the settings of this home; null if it
+     * saves nothing within that many seconds.
+     */
+    async convert({ env = {}, patience = 40 } = {}) {
         const output = '/home/user/out/plan.fodt';
         const { stderr } = await this.shell(
-            `timeout -k 1 40 soffice --headless --convert-to fodt --outdir /home/user/out ${document}`,
+            `timeout -k 1 ${patience} soffice --headless --convert-to fodt --outdir /home/user/out ${document}`,
             env,
         );
         if (!(await this.exists(output))) return { version: null, stderr };
