@@ -5,6 +5,7 @@ import { fileURLToPath } from 'node:url';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
 import { doctorFigures } from './doctor.mjs';
+import { libreofficeFigures } from './libreoffice.mjs';
 import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
@@ -39,6 +40,7 @@ const figures = [];
 for (const measure of [
     loadingFigures,
     doctorFigures,
+    libreofficeFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,

@@ -13,6 +13,13 @@ const node = (path, name, values) =>
         )
         .join('')}</node></item>\n`;
 
+const recent = (address) =>
+    node(
+        "/org.openoffice.Office.Histories/Histories/org.openoffice.Office.Histories:HistoryInfo['PickList']/ItemList",
+        address,
+        { Title: 'recent' },
+    );
+
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
 
@@ -61,7 +68,6 @@ export const faults = [
     {
         check: 'settings-read-only',
         name: 'a folder of settings that cannot be changed',
-        normal: true,
         plant: async (office) => fs.chmodSync(office.hostPath(profile), 0o500),
         seen: 'what is set is lost at the end',
         works: ({ version }) => version === '1.2',
@@ -184,7 +190,6 @@ export const faults = [
     {
         check: 'extensions-damaged',
         name: 'a damaged list of extensions',
-        normal: true,
         plant: (office) =>
             office.writeFile(
                 `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`,
@@ -250,5 +255,46 @@ export const faults = [
             ),
         seen: 'LibreOffice starts slowly',
         works: ({ version }) => version !== null,
+    },
+];
+
+/** What only the administrator can install: how it is planted and the command that is shown. */
+export const missing = [
+    {
+        name: 'a formula without Math',
+        plant: async (office) => {
+            await office.writeFile('/home/user/area.odf', 'no formula');
+            await office.addItem(recent('file:///home/user/area.odf'));
+        },
+        findings: { 'math-missing': 'apt-get install libreoffice-math' },
+    },
+    {
+        name: 'a macro without Python',
+        plant: (office) =>
+            office.writeFile(`${profile}/Scripts/python/tidy.py`, 'def tidy():\n    pass\n'),
+        findings: { 'python-missing': 'apt-get install libreoffice-script-provider-python' },
+    },
+    {
+        name: 'a document on a server without GVFS',
+        plant: (office) => office.addItem(recent('smb://server/share/plan.odt')),
+        findings: { 'remote-missing': 'apt-get install gvfs-backends' },
+    },
+    {
+        name: 'a session in German',
+        env: { LANG: 'de_AT.UTF-8' },
+        plant: async () => {},
+        findings: {
+            hyphenation: 'apt-get install hyphen-de',
+            'language-pack': 'apt-get install libreoffice-l10n-de',
+            locale: null,
+            spelling: 'apt-get install hunspell-de-at',
+            thesaurus: 'apt-get install mythes-de',
+        },
+    },
+    {
+        name: 'a desktop with a LibreOffice that has no windows',
+        env: { DISPLAY: ':9' },
+        plant: async () => {},
+        findings: { 'no-windows': 'apt-get install libreoffice-gtk3' },
     },
 ];

@@ -1,7 +1,7 @@
 import { afterAll, afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { faults } from './faults.mjs';
-import { OfficeRoot, profile, removeUsedProfile } from './officeroot.mjs';
+import { faults, missing } from './faults.mjs';
+import { OfficeRoot, profile, removeUsedProfile, settings } from './officeroot.mjs';
 
 const all = process.env.LIBREOFFICE_FAULTS === 'all';
 const chosen = faults.filter((fault) => all || fault.normal);
@@ -53,10 +53,62 @@ describe.each(chosen)('$name', (fault) => {
         if (fault.shows) expect(fault.shows(await office.convert(fault))).toBe(true);
     });
 
-    test('is gone for LibreOffice after the repair', async () => {
+    test.runIf(all || fault.shows)('is gone for LibreOffice after the repair', async () => {
         await fault.plant(office);
         await office.fix(fault.check, fault.repair);
         // A new session no longer has what its file had set.
         expect(fault.works(await office.convert())).toBe(true);
     });
+});
+
+test.runIf(all).each(missing)(
+    '$name is named with the command',
+    async ({ env, plant, findings }) => {
+        await plant(office);
+        expect((await office.findings(env)).sort()).toEqual(Object.keys(findings).sort());
+        for (const [check, command] of Object.entries(findings)) {
+            const changes = await office.plan(check, env);
+            expect(changes.map((change) => change.command)).toEqual(
+                command === null ? [] : [command],
+            );
+        }
+    },
+);
+
+test.runIf(all)(
+    'a LibreOffice that hangs keeps others from starting until it is ended',
+    async () => {
+        const convert =
+            'timeout -k 1 8 soffice --headless --convert-to fodt --outdir out plan.txt >/dev/null 2>&1';
+        const { stdout } = await office.shell(`
+        soffice --headless --norestore plan.txt >/dev/null 2>&1 &
+        for _ in $(seq 100); do
+            pid=$(pgrep -x soffice.bin) && [ -e .~lock.plan.txt# ] && break
+            sleep 0.1
+        done
+        kill -STOP "$pid"
+        sleep 6
+        ${convert}; echo "stopped: $?"
+        /suite/office/assistantctl doctor libreoffice.hung
+        /suite/office/assistantctl doctor --fix --yes libreoffice.hung >/dev/null; echo "fixed: $?"
+        kill -0 "$pid" 2>/dev/null; echo "there: $?"
+        timeout -k 1 40 ${convert.replace(/^timeout -k 1 8 /, '')}; echo "ended: $?"
+        ls out`);
+        expect(stdout).toMatch(/^stopped: 1\d\d$/m);
+        expect(stdout).toMatch(/libreoffice\.hung .*hangs/);
+        expect(stdout).toMatch(/^fixed: 0\nthere: 1\nended: 0\nplan\.fodt$/m);
+    },
+);
+
+test('settings are not touched while LibreOffice runs', async () => {
+    await faults[0].plant(office);
+    const planted = await office.readFile(settings);
+    const { stdout } = await office.shell(`
+        cp /bin/sleep soffice.bin
+        ./soffice.bin 20 &
+        sleep 0.3
+        /suite/office/assistantctl doctor --fix --yes libreoffice.settings-damaged
+        kill %1`);
+    expect(stdout).toMatch(/soffice\.bin \(process \d+\) is running/);
+    expect(await office.readFile(settings)).toBe(planted);
 });
