@@ -256,6 +256,39 @@ export const faults = [
         seen: 'LibreOffice starts slowly',
         works: ({ version }) => version !== null,
     },
+    {
+        check: 'temp-missing',
+        name: 'a folder for temporary files that is gone',
+        normal: true,
+        area: '/home/user/tmp',
+        session: { TMPDIR: '/home/user/tmp' },
+        plant: async () => {},
+        shows: ({ version }) => version === null,
+        works: ({ version }) => version === '1.2',
+    },
+    {
+        check: 'extension-newer',
+        name: 'an extension for a newer LibreOffice',
+        byHand: true,
+        plant: (office) =>
+            office.writeFile(
+                `${profile}/uno_packages/cache/uno_packages/lu1_/tidy.oxt/description.xml`,
+                '<description xmlns:l="http://libreoffice.org/extensions/description/2011">\n<l:LibreOffice-minimal-version value="24.2"/>\n</description>\n',
+            ),
+        seen: 'the extension manager refuses it',
+        works: ({ version }) => version === '1.2',
+    },
+    {
+        check: 'default-printer',
+        name: 'a default printer that is gone',
+        area: '/home/user/.cups',
+        plant: async (office) => {
+            await office.writeFile('/home/user/.cups/lpoptions', 'Default gone\n');
+            await office.writeFile('/run/cups/cups.sock', '');
+        },
+        seen: 'the print dialog waits, and shows another printer',
+        works: ({ version }) => version === '1.2',
+    },
 ];
 
 /** What only the administrator can install: how it is planted and the command that is shown. */

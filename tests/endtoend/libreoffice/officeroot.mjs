@@ -121,12 +121,10 @@ export class OfficeRoot {
             .filter((check) => !check.startsWith('fonts-'));
     }
 
-    async fix(check, repair, env = {}) {
+    async fix({ check, repair, session = {} }) {
         const wanted = repair === undefined ? [] : ['--repair', repair];
-        const events = await this.#doctor(
-            ['--fix', '--yes', ...wanted, `libreoffice.${check}`],
-            env,
-        );
+        const args = ['--fix', '--yes', ...wanted, `libreoffice.${check}`];
+        const events = await this.#doctor(args, session);
         return events.filter((event) => event.type === 'repair');
     }
 
