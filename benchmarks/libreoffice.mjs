@@ -1,4 +1,4 @@
-// How long the checks of LibreOffice take: with a profile that it has just made, and with a full one.
+// How long the checks of LibreOffice take: with a profile that it has just made, and a full one.
 
 import { execFileSync } from 'node:child_process';
 import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';

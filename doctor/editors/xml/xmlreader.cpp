@@ -20,8 +20,7 @@ int badCharacterIn(const QByteArray &content)
 {
     for (int i = markSize(content); i < content.size();) {
         const int position = i;
-        // Most of any file is plain ASCII.
-        if (content.at(i) >= ' ') {
+        if (content.at(i) >= ' ') { // ASCII, as most of any file
             ++i;
             continue;
         }

@@ -137,8 +137,7 @@ void TestSuiteSteps::theCopiesOfAPackAreReadNewestFirst()
 {
     // Written by LibreOffice 7.4: one copy of four zero bytes.
     const QByteArray real =
-        QByteArray::fromHex(
-        "5041434b00000001000000042144df1c0000000c78da63606060000000040001");
+        QByteArray::fromHex("5041434b00000001000000042144df1c0000000c78da63606060000000040001");
     QCOMPARE(packedCopies(real, 100), QVector<QByteArray>{QByteArray(4, '\0')});
     QCOMPARE(packedCopies(packOf({"old", "new"}), 100), QVector<QByteArray>({"new", "old"}));
 }

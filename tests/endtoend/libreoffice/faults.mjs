@@ -1,25 +1,9 @@
 import fs from 'node:fs';
 
+import { entry, node } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
 
 const profileRoot = '/home/user/.config/libreoffice/4';
-const entry = (path, name, value) =>
-    `<item oor:path="${path}"><prop oor:name="${name}" oor:op="fuse"><value>${value}</value></prop></item>\n`;
-const node = (path, name, values) =>
-    `<item oor:path="${path}"><node oor:name="${name}" oor:op="replace">${Object.entries(values)
-        .map(
-            ([key, value]) =>
-                `<prop oor:name="${key}" oor:op="fuse"><value>${value}</value></prop>`,
-        )
-        .join('')}</node></item>\n`;
-
-const recent = (address) =>
-    node(
-        "/org.openoffice.Office.Histories/Histories/org.openoffice.Office.Histories:HistoryInfo['PickList']/ItemList",
-        address,
-        { Title: 'recent' },
-    );
-
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
 
@@ -276,49 +260,5 @@ export const faults = [
             ),
         seen: 'the extension manager refuses it',
         works: ({ version }) => version === '1.2',
-    },
-        seen: 'the print dialog waits, and shows another printer',
-        works: ({ version }) => version === '1.2',
-    },
-];
-
-/** What only the administrator can install: how it is planted and the command that is shown. */
-export const missing = [
-    {
-        name: 'a formula without Math',
-        plant: async (office) => {
-            await office.writeFile('/home/user/area.odf', 'no formula');
-            await office.addItem(recent('file:///home/user/area.odf'));
-        },
-        findings: { 'math-missing': 'apt-get install libreoffice-math' },
-    },
-    {
-        name: 'a macro without Python',
-        plant: (office) =>
-            office.writeFile(`${profile}/Scripts/python/tidy.py`, 'def tidy():\n    pass\n'),
-        findings: { 'python-missing': 'apt-get install libreoffice-script-provider-python' },
-    },
-    {
-        name: 'a document on a server without GVFS',
-        plant: (office) => office.addItem(recent('smb://server/share/plan.odt')),
-        findings: { 'remote-missing': 'apt-get install gvfs-backends' },
-    },
-    {
-        name: 'a session in German',
-        env: { LANG: 'de_AT.UTF-8' },
-        plant: async () => {},
-        findings: {
-            hyphenation: 'apt-get install hyphen-de',
-            'language-pack': 'apt-get install libreoffice-l10n-de',
-            locale: null,
-            spelling: 'apt-get install hunspell-de-at',
-            thesaurus: 'apt-get install mythes-de',
-        },
-    },
-    {
-        name: 'a desktop with a LibreOffice that has no windows',
-        env: { DISPLAY: ':9' },
-        plant: async () => {},
-        findings: { 'no-windows': 'apt-get install libreoffice-gtk3' },
     },
 ];

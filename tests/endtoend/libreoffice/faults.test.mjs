@@ -1,6 +1,7 @@
 import { afterAll, afterEach, beforeEach, describe, expect, test } from 'vitest';
 
-import { faults, missing } from './faults.mjs';
+import { faults } from './faults.mjs';
+import { missing } from './missing.mjs';
 import { OfficeRoot, profile, removeUsedProfile, settings } from './officeroot.mjs';
 
 const all = process.env.LIBREOFFICE_FAULTS === 'all';
@@ -46,7 +47,9 @@ describe.each(chosen)('$name', (fault) => {
         await fault.plant(office);
         const planted = office.tree(area);
         expect(await office.findings(fault.session)).toEqual([fault.check]);
-        if (fault.byHand) return;
+        if (fault.byHand) {
+            return;
+        }
         expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
         expect(await office.findings(fault.session)).toEqual([]);
         expect(await office.undo()).toBe('undone');
