@@ -20,11 +20,9 @@ int badCharacterIn(const QByteArray &content)
 {
     for (int i = markSize(content); i < content.size();) {
         const int position = i;
-        if (content.at(i) >= ' ') { // ASCII, as most of any file
-            ++i;
-            continue;
-        }
-        const auto character = nextCharacter(content, i);
+        // Most of any file is ASCII.
+        const auto character =
+            content.at(i) >= ' ' ? uint(content.at(i++)) : nextCharacter(content, i);
         if (!character || !isXmlCharacter(*character))
             return position;
     }

@@ -54,8 +54,9 @@ describe.each(chosen)('$name', (fault) => {
         expect(await office.findings(fault.session)).toEqual([]);
         expect(await office.undo()).toBe('undone');
         expect(office.tree(area)).toEqual(planted);
-        if (fault.shows)
+        if (fault.shows) {
             expect(fault.shows(await office.convert({ env: fault.session, ...fault }))).toBe(true);
+        }
     });
 
     test.runIf(all || fault.shows)('is gone for LibreOffice after the repair', async () => {
