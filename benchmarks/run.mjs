@@ -6,6 +6,7 @@ import { associationFigures } from './associations.mjs';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
 import { doctorFigures } from './doctor.mjs';
+import { libreofficeFigures } from './libreoffice.mjs';
 import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
 import { searchFigures } from './search.mjs';
@@ -42,6 +43,7 @@ for (const measure of [
     loadingFigures,
     doctorFigures,
     associationFigures,
+    libreofficeFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,

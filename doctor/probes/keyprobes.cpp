@@ -1,5 +1,7 @@
 #include <QFile>
 
+#include <algorithm>
+
 #include "doctor/editors/keyeditor.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/probes/kinds.h"
@@ -11,13 +13,24 @@ namespace {
 
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 
+/// Most settings are not set, and these files can be long: where the name does not stand, the XML
+/// need not be read.
+bool mayHave(const QByteArray &content, Format format, const QStringList &key)
+{
+    const QString name = key.last();
+    const bool isPlain = std::all_of(name.begin(), name.end(),
+                                     [](QChar character) { return character.isLetterOrNumber(); });
+    return format != Format::Xcu || !isPlain || content.contains(name.toUtf8());
+}
+
 Observation observedKey(const QString &path, Format format, const QStringList &key,
                         const Arguments &arguments, const Machine &machine)
 {
     Observation seen;
     const FileContent file = readFile(machine.located(path), largestFile);
-    const std::optional<FoundKey> found =
-        file.content ? keyEditor(format).find(*file.content, key) : std::nullopt;
+    const std::optional<FoundKey> found = file.content && mayHave(*file.content, format, key)
+                                              ? keyEditor(format).find(*file.content, key)
+                                              : std::nullopt;
     seen.where.append({path, found ? found->line : 0, 0});
     Values &values = seen.values;
     values.insert(QStringLiteral("path"), Value::ofText(path));

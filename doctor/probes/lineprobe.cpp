@@ -26,23 +26,32 @@ Observation lineSeen(const QString &path, int line, bool exists)
     return seen;
 }
 
+/// Independent of the content that a line was a part of.
+QString copied(const QString &part)
+{
+    return QString(part.constData(), part.size());
+}
+
 /// Adds the matching lines of one file, or one observation of none.
 QString addLines(const QString &path, const Pattern &pattern, const Looking &looking,
                  Observed &observed)
 {
     const QString located = looking.machine.located(path);
-    const QByteArray content = readFile(located, largestFile).content.value_or(QByteArray());
+    const QString content =
+        QString::fromUtf8(readFile(located, largestFile).content.value_or(QByteArray()));
     const int before = observed.seen.size();
     int number = 0;
     for (int begin = 0; begin < content.size() && observed.seen.size() - before < mostLines;) {
-        const int found = content.indexOf('\n', begin);
+        const int found = content.indexOf(QLatin1Char('\n'), begin);
         const int end = found < 0 ? content.size() : found;
-        QByteArray line = content.mid(begin, std::min(end - begin, longestLine));
+        int length = std::min(end - begin, longestLine);
+        if (length > 0 && content.at(begin + length - 1) == QLatin1Char('\r'))
+            --length;
+        // Not copied: most lines do not match.
+        const QString line = QString::fromRawData(content.constData() + begin, length);
         begin = end + 1;
         ++number;
-        if (line.endsWith('\r'))
-            line.chop(1);
-        const PatternMatch match = pattern.match(QString::fromUtf8(line));
+        const PatternMatch match = pattern.match(line);
         if (match.hasGivenUp)
             return texts::tr("the pattern needs too many steps for a line in %1").arg(path);
         if (looking.deadline.isOver())
@@ -50,10 +59,10 @@ QString addLines(const QString &path, const Pattern &pattern, const Looking &loo
         if (!match.hasMatched)
             continue;
         Observation seen = lineSeen(path, number, true);
-        seen.values.insert(QStringLiteral("text"), Value::ofText(QString::fromUtf8(line)));
+        seen.values.insert(QStringLiteral("text"), Value::ofText(copied(line)));
         for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
             seen.values.insert(QStringLiteral("part%1").arg(i),
-                               Value::ofText(match.captured.at(i)));
+                               Value::ofText(copied(match.captured.at(i))));
         observed.seen.append(seen);
     }
     if (observed.seen.size() == before)

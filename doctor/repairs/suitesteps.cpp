@@ -57,14 +57,30 @@ QStringList installer(const QString &family)
     return {QStringLiteral("pacman"), QStringLiteral("-S")};
 }
 
+/// @param tag a language such as "de-at"; a language may have a package of another name,
+/// "spelling:de"
+QString packageFor(const suites::Description &suite, const QString &purpose, const QString &tag,
+                   const QString &family)
+{
+    const QString language = tag.section(QLatin1Char('-'), 0, 0);
+    for (const QString &name :
+         {purpose + QLatin1Char(':') + tag, purpose + QLatin1Char(':') + language}) {
+        const QString package = suite.packages.value(name).value(family);
+        if (!package.isEmpty())
+            return package;
+    }
+    QString package = suite.packages.value(purpose).value(family);
+    return package.replace(QLatin1String("%1"), language);
+}
+
 QString planInstall(const Arguments &arguments, Draft &draft)
 {
     const QString purpose = arguments.text("install");
     const suites::Description *suite = suites::descriptionNamed(arguments.text("suite"));
     const QString family = familyOf(draft.machine());
-    QString package = suite ? suite->packages.value(purpose).value(family) : QString();
-    if (package.contains(QLatin1String("%1")))
-        package = package.arg(arguments.text("language").toLower());
+    const QString package =
+        suite ? packageFor(*suite, purpose, arguments.text("language").toLower(), family)
+              : QString();
     if (package.isEmpty())
         return texts::tr("no package for this is known on this distribution");
     draft.show(installer(family) + QStringList{package});

@@ -20,7 +20,9 @@ int badCharacterIn(const QByteArray &content)
 {
     for (int i = markSize(content); i < content.size();) {
         const int position = i;
-        const auto character = nextCharacter(content, i);
+        // Most of any file is ASCII.
+        const auto character =
+            content.at(i) >= ' ' ? uint(content.at(i++)) : nextCharacter(content, i);
         if (!character || !isXmlCharacter(*character))
             return position;
     }
@@ -45,6 +47,8 @@ bool isDeclaration(const QByteArrayList &names, const QByteArrayList &values)
 
 bool hasTwins(const QByteArray &content, const QVector<XmlAttribute> &attributes)
 {
+    if (attributes.size() < 2)
+        return false;
     QByteArrayList names;
     for (const XmlAttribute &attribute : attributes)
         names.append(bytesIn(content, attribute.name));
@@ -97,7 +101,9 @@ std::optional<Span> XmlReader::readName()
 XmlToken XmlReader::broken(const QString &problem, int position)
 {
     m_problem = atLine(m_content, position, problem);
-    return {};
+    XmlToken token;
+    token.span = {position, position};
+    return token;
 }
 
 XmlToken XmlReader::readText()
@@ -111,7 +117,7 @@ XmlToken XmlReader::readText()
         return broken(texts::tr("text stands outside the root element."), m_position);
     if (text.contains("]]>"))
         return broken(texts::tr("“]]>” stands in a text."), m_position);
-    if (!decodedXml(text))
+    if (text.contains('&') && !decodedXml(text))
         return broken(texts::tr("an entity is not one of the five of XML."), m_position);
     m_position = token.span.end;
     return token;
@@ -255,7 +261,7 @@ QString XmlReader::readAttribute(XmlAttribute &attribute)
         return texts::tr("an attribute's value has no end.");
     attribute.value = {begin, end};
     const QByteArray value = bytesIn(m_content, attribute.value);
-    if (value.contains('<') || !decodedXml(value))
+    if (value.contains('<') || (value.contains('&') && !decodedXml(value)))
         return texts::tr(
             "an attribute's value has a “<” or an entity that is not one of the five of XML.");
     m_position = end + 1;

@@ -111,7 +111,7 @@ void TestCheckSchema::theGuidesExamplesAreRight()
         QVERIFY2(file.mistakes.isEmpty(), qPrintable(file.mistakes.value(0).message));
         ++count;
     }
-    QCOMPARE(count, 5);
+    QCOMPARE(count, 6);
 }
 
 QTEST_GUILESS_MAIN(TestCheckSchema)

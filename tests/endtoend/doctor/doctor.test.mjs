@@ -249,6 +249,7 @@ test('every kind of line is as the published schema says', async () => {
         'listed',
         'mistake',
         'repair',
+        'suite',
         'summary',
         'undone',
     ]);

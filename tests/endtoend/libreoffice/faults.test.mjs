@@ -1,0 +1,120 @@
+import { afterAll, afterEach, beforeEach, describe, expect, test } from 'vitest';
+
+import { faults } from './faults.mjs';
+import { missing } from './missing.mjs';
+import { OfficeRoot, profile, removeUsedProfile, settings } from './officeroot.mjs';
+
+const all = process.env.LIBREOFFICE_FAULTS === 'all';
+const chosen = faults.filter((fault) => all || fault.normal);
+
+let office;
+
+beforeEach(async () => {
+    office = await OfficeRoot.create();
+});
+
+afterEach(async () => office.dispose());
+afterAll(removeUsedProfile);
+
+test('a LibreOffice that was used is found and has nothing wrong', async () => {
+    expect(await office.suites()).toMatchObject([
+        {
+            suite: 'libreoffice',
+            source: 'package',
+            folder: '/usr/lib/libreoffice',
+            profile,
+            chosen: true,
+        },
+    ]);
+    expect(await office.findings()).toEqual([]);
+    expect(await office.convert()).toMatchObject({ version: '1.2' });
+});
+
+test('so has one that was never started', async () => {
+    const fresh = await OfficeRoot.empty();
+    try {
+        expect(await fresh.findings()).toEqual([]);
+        expect(await fresh.exists(profile)).toBe(false);
+    } finally {
+        await fresh.dispose();
+    }
+});
+
+describe.each(chosen)('$name', (fault) => {
+    const area = fault.area ?? '/home/user/.config/libreoffice';
+
+    test('is seen, named, mended and brought back', async () => {
+        await fault.plant(office);
+        const planted = office.tree(area);
+        expect(await office.findings(fault.session)).toEqual([fault.check]);
+        if (fault.byHand) {
+            return;
+        }
+        expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
+        expect(await office.findings(fault.session)).toEqual([]);
+        expect(await office.undo()).toBe('undone');
+        expect(office.tree(area)).toEqual(planted);
+        if (fault.shows) {
+            expect(fault.shows(await office.convert({ env: fault.session, ...fault }))).toBe(true);
+        }
+    });
+
+    test.runIf(all || fault.shows)('is gone for LibreOffice after the repair', async () => {
+        await fault.plant(office);
+        await office.fix(fault);
+        // A new session no longer has what its file had set.
+        expect(fault.works(await office.convert({ env: fault.session }))).toBe(true);
+    });
+});
+
+test.runIf(all).each(missing)(
+    '$name is named with the command',
+    async ({ env, plant, findings }) => {
+        await plant(office);
+        expect((await office.findings(env)).sort()).toEqual(Object.keys(findings).sort());
+        for (const [check, command] of Object.entries(findings)) {
+            const changes = await office.plan(check, env);
+            expect(changes.map((change) => change.command)).toEqual(
+                command === null ? [] : [command],
+            );
+        }
+    },
+);
+
+test.runIf(all)(
+    'a LibreOffice that hangs keeps others from starting until it is ended',
+    async () => {
+        const convert =
+            'timeout -k 1 8 soffice --headless --convert-to fodt --outdir out plan.txt >/dev/null 2>&1';
+        const { stdout } = await office.shell(`
+        soffice --headless --norestore plan.txt >/dev/null 2>&1 &
+        for _ in $(seq 100); do
+            pid=$(pgrep -x soffice.bin) && [ -e .~lock.plan.txt# ] && break
+            sleep 0.1
+        done
+        kill -STOP "$pid"
+        sleep 6
+        ${convert}; echo "stopped: $?"
+        /suite/office/assistantctl doctor libreoffice.hung
+        /suite/office/assistantctl doctor --fix --yes libreoffice.hung >/dev/null; echo "fixed: $?"
+        kill -0 "$pid" 2>/dev/null; echo "there: $?"
+        timeout -k 1 40 ${convert.replace(/^timeout -k 1 8 /, '')}; echo "ended: $?"
+        ls out`);
+        expect(stdout).toMatch(/^stopped: 1\d\d$/m);
+        expect(stdout).toMatch(/libreoffice\.hung .*hangs/);
+        expect(stdout).toMatch(/^fixed: 0\nthere: 1\nended: 0\nplan\.fodt$/m);
+    },
+);
+
+test('settings are not touched while LibreOffice runs', async () => {
+    await faults[0].plant(office);
+    const planted = await office.readFile(settings);
+    const { stdout } = await office.shell(`
+        cp /bin/sleep soffice.bin
+        ./soffice.bin 20 &
+        sleep 0.3
+        /suite/office/assistantctl doctor --fix --yes libreoffice.settings-damaged
+        kill %1`);
+    expect(stdout).toMatch(/soffice\.bin \(process \d+\) is running/);
+    expect(await office.readFile(settings)).toBe(planted);
+});

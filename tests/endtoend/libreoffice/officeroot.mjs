@@ -1,0 +1,156 @@
+import fs from 'node:fs';
+import os from 'node:os';
+import path from 'node:path';
+
+import { SandboxRoot } from '../sandboxroot.mjs';
+
+export const profile = '/home/user/.config/libreoffice/4/user';
+export const settings = `${profile}/registrymodifications.xcu`;
+const program = '/suite/office/assistantctl';
+const document = '/home/user/plan.txt';
+/** Documents are saved as ODF 1.2: what LibreOffice writes shows whether it read its settings. */
+const savesOdf12 =
+    '<item oor:path="/org.openoffice.Office.Common/Save/ODF"><prop oor:name="DefaultVersion" ' +
+    'oor:op="fuse"><value>4</value></prop></item>\n';
+
+let used;
+
+/** A profile that the real LibreOffice made and used, as a directory of the host. */
+async function usedProfile() {
+    const root = await OfficeRoot.empty();
+    try {
+        await root.convert();
+        await root.addItem(savesOdf12);
+        await root.convert();
+        const copy = fs.mkdtempSync(path.join(os.tmpdir(), 'profile-'));
+        fs.cpSync(root.hostPath('/home/user/.config'), copy, { recursive: true });
+        return copy;
+    } finally {
+        await root.dispose();
+    }
+}
+
+export function removeUsedProfile() {
+    if (used !== undefined) fs.rmSync(used, { recursive: true, force: true });
+    used = undefined;
+}
+
+/** A private root with the real LibreOffice and a home that has used it. */
+export class OfficeRoot {
+    #root;
+
+    static async empty() {
+        const office = new OfficeRoot();
+        office.#root = await SandboxRoot.create({ suite: true });
+        await office.writeFile(document, 'A plan.\n');
+        return office;
+    }
+
+    static async create() {
+        used ??= await usedProfile();
+        const office = await OfficeRoot.empty();
+        fs.cpSync(used, office.hostPath('/home/user/.config'), { recursive: true });
+        return office;
+    }
+
+    hostPath(inside) {
+        return this.#root.hostPath(inside);
+    }
+
+    writeFile(inside, content) {
+        return this.#root.writeFile(inside, content);
+    }
+
+    readFile(inside) {
+        return this.#root.readFile(inside);
+    }
+
+    exists(inside) {
+        return this.#root.exists(inside);
+    }
+
+    dispose() {
+        return this.#root.dispose();
+    }
+
+    shell(script, env = {}) {
+        return this.#root.run(['/bin/bash', '-c', script], { env });
+    }
+
+    /** Adds an item to the settings, which LibreOffice writes one a line. */
+    async addItem(item) {
+        const content = await this.readFile(settings);
+        fs.writeFileSync(
+            this.hostPath(settings),
+            content.replace('</oor:items>', `${item}</oor:items>`),
+        );
+    }
+
+    /**
+     * The ODF version that LibreOffice saves in: "1.2" with the settings of this home; null if it
+     * saves nothing within that many seconds.
+     */
+    async convert({ env = {}, patience = 40 } = {}) {
+        const output = '/home/user/out/plan.fodt';
+        const { stderr } = await this.shell(
+            `timeout -k 1 ${patience} soffice --headless --convert-to fodt --outdir /home/user/out ${document}`,
+            env,
+        );
+        if (!(await this.exists(output))) return { version: null, stderr };
+        const [, version] = (await this.readFile(output)).match(/office:version="([0-9.]+)"/);
+        fs.rmSync(this.hostPath('/home/user/out'), { recursive: true });
+        return { version, stderr };
+    }
+
+    async #doctor(args, env) {
+        const { stdout } = await this.#root.run([program, 'doctor', ...args, '--json'], { env });
+        return stdout
+            .split('\n')
+            .filter((line) => line !== '')
+            .map((line) => JSON.parse(line));
+    }
+
+    /** The checks of LibreOffice that found something, but for fonts that this machine lacks. */
+    async findings(env = {}) {
+        const events = await this.#doctor([], env);
+        const failed = events.filter((event) => event.result === 'failed');
+        if (failed.length > 0) throw new Error(JSON.stringify(failed));
+        return events
+            .filter((event) => event.type === 'finding' && /^libreoffice\./.test(event.check))
+            .map((event) => event.check.replace('libreoffice.', ''))
+            .filter((check) => !check.startsWith('fonts-'));
+    }
+
+    async fix({ check, repair, session = {} }) {
+        const wanted = repair === undefined ? [] : ['--repair', repair];
+        const args = ['--fix', '--yes', ...wanted, `libreoffice.${check}`];
+        const events = await this.#doctor(args, session);
+        return events.filter((event) => event.type === 'repair');
+    }
+
+    async plan(check, env = {}) {
+        const events = await this.#doctor(['--fix', '--dry-run', `libreoffice.${check}`], env);
+        return events.filter((event) => event.type === 'change');
+    }
+
+    async undo() {
+        return (await this.#doctor(['undo'])).at(-1).result;
+    }
+
+    async suites() {
+        return (await this.#doctor(['--list'])).filter((event) => event.type === 'suite');
+    }
+
+    /** Everything below a path: name → mode and content or target. */
+    tree(inside, host = this.hostPath(inside), name = '') {
+        const stat = fs.lstatSync(host, { throwIfNoEntry: false });
+        if (stat === undefined) return {};
+        const mode = (stat.mode & 0o7777).toString(8);
+        if (stat.isSymbolicLink()) return { [name]: `link ${fs.readlinkSync(host)}` };
+        if (stat.isFile()) return { [name]: `${mode} ${fs.readFileSync(host, 'latin1')}` };
+        const below = fs
+            .readdirSync(host)
+            .map((entry) => this.tree(inside, path.join(host, entry), `${name}/${entry}`));
+        return Object.assign({ [`${name}/`]: mode }, ...below);
+    }
+}
