@@ -46,17 +46,17 @@ const knownPaths: Record<string, { path: string; directory: boolean }> = {
     Orvane: { path: '~/.config/Orvane', directory: true },
 };
 
-/** What the doctor's checks of these paths say, by their ids. */
+/** What the doctor's checks of these paths say, by their ids below "permissions". */
 const verdictsOfChecks: Record<string, VerdictName> = {
-    'permissions.foreign': 'foreign',
-    'permissions.foreign-open': 'foreignOpen',
-    'permissions.nameless': 'nameless',
-    'permissions.unreadable': 'unreadable',
-    'permissions.read-only': 'readOnly',
-    'permissions.closed': 'closed',
-    'permissions.open': 'open',
+    foreign: 'foreign',
+    'foreign-open': 'foreignOpen',
+    nameless: 'nameless',
+    unreadable: 'unreadable',
+    'read-only': 'readOnly',
+    closed: 'closed',
+    open: 'open',
 };
-export const permissionChecks = Object.keys(verdictsOfChecks);
+export const permissionChecks = Object.keys(verdictsOfChecks).map((name) => `permissions.${name}`);
 
 /** The path of a listed name; null for an added file. */
 export function knownPath(name: string): string | null {
@@ -115,7 +115,7 @@ function judgedByDoctor({ name }: FilePermissions, { findings, skipped }: Found)
             ? { name: 'root', state: 'plain', commands: [] }
             : { name: 'good', state: 'good', commands: [] };
     }
-    const verdict = verdictsOfChecks[finding.check] ?? 'unclear';
+    const verdict = verdictsOfChecks[finding.check.split('.')[1]!] ?? 'unclear';
     return {
         name: verdict,
         state: judged(finding.state),
