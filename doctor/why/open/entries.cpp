@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include <dirent.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "doctor/machine/filereading.h"
 #include "doctor/why/open/keyfile.h"
@@ -106,7 +106,8 @@ void DesktopEntries::addFolder(const QString &folder, const QString &prefix, int
                                QHash<QString, QString> &names)
 {
     const QString located = m_places.machine.located(folder);
-    if (!isDirectory(located))
+    // What may not be read is passed over, as GLib does.
+    if (!isDirectory(located) || ::access(QFile::encodeName(located).constData(), R_OK) != 0)
         return;
     const std::optional<QStringList> found = namesIn(located, mostEntries);
     m_isIncomplete = m_isIncomplete || !found || depth > deepest || names.size() > mostEntries;

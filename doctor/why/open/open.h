@@ -57,6 +57,8 @@ class OpenQuestion
 {
 public:
     explicit OpenQuestion(const Machine &machine);
+    // A member refers to another one.
+    Q_DISABLE_COPY(OpenQuestion)
 
     Opening ofType(const QString &type) const;
     Opening ofFile(const QString &path) const;

@@ -8,10 +8,10 @@
 
 namespace {
 
-/// OPEN_SESSIONS asks for more, from OPEN_FIRST_SESSION on.
+/// OPEN_SESSIONS asks for more, from OPEN_FIRST_SESSION on; QTEST_FUNCTION_TIMEOUT gives them time.
 constexpr int usualSessions = 25;
 /// Each row has a time limit of its own.
-constexpr int rowSize = 200;
+constexpr int rowSize = 100;
 constexpr int timeLimit = 20000;
 
 constexpr char fileNames[] =
