@@ -68,7 +68,8 @@ QVector<QStringList> accountLines(const Machine &machine, const char *path)
 
 Account fromEntry(const passwd &entry)
 {
-    return {QFile::decodeName(entry.pw_name), QFile::decodeName(entry.pw_dir), entry.pw_gid};
+    return {QFile::decodeName(entry.pw_name), QFile::decodeName(entry.pw_dir), entry.pw_gid,
+            QFile::decodeName(entry.pw_shell)};
 }
 
 constexpr std::size_t accountBuffer = 64 * 1024;
@@ -111,7 +112,7 @@ Account accountOf(const Machine &machine, uid_t user)
     if (!machine.root.isEmpty()) {
         for (const QStringList &fields : accountLines(machine, "/etc/passwd")) {
             if (fields.size() >= accountFields && fields[2] == QString::number(user))
-                return {fields[0], fields[5], fields[3].toUInt()};
+                return {fields[0], fields[5], fields[3].toUInt(), fields.value(6)};
         }
         return {};
     }

@@ -38,6 +38,8 @@ struct Account
     QString name;
     QString home;
     gid_t group = 0;
+    /// The login shell.
+    QString shell;
 };
 Account accountOf(const Machine &machine, uid_t user);
 /// Nothing for an unknown name.

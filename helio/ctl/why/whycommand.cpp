@@ -13,6 +13,7 @@
 #include "helio/ctl/doctor/messagelocale.h"
 #include "helio/ctl/doctor/textprinter.h"
 #include "helio/ctl/why/accessreport.h"
+#include "helio/ctl/why/inputcommand.h"
 #include "helio/ctl/why/opencommand.h"
 #include "helio/ctl/why/whyline.h"
 #include "helio/doctor/verifiedrepair.h"
@@ -162,6 +163,7 @@ struct Question
     int (*run)(const QStringList &arguments);
 };
 constexpr Question questions[] = {
+    {"input", &runWhyInput},
     {"open", &runWhyOpen},
 };
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include "doctor/why/input/input.h"
+#include "doctor/why/input/remedy.h"
+
+namespace ctl {
+
+/// Lines for people: the verdict, what was seen, where each variable comes from, and the remedy.
+QString inputText(const doctor::InputReport &report,
+                  const std::optional<doctor::InputRemedy> &remedy);
+
+/// The same as one line of docs/doctor.schema.json.
+QJsonObject inputObject(const doctor::InputReport &report,
+                        const std::optional<doctor::InputRemedy> &remedy);
+
+} // namespace ctl
