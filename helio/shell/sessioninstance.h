@@ -7,7 +7,7 @@ namespace shell {
 
 /// The one assistant of a user's session: a second start shows the window of the first.
 ///
-/// It is an application of the Desktop Entry Specification's section on D-Bus activation, with one
+/// It is an application of the desktop entry standard's section on D-Bus activation, with one
 /// window and neither documents nor actions.
 class SessionInstance : public QObject
 {
