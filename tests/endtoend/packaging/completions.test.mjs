@@ -111,9 +111,7 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
                 }),
             );
             expect(await completed('doctor', 'own')).toEqual(['own.check']);
-            expect(await completed('doctor', 'fix', 'permissions.o')).toEqual([
-                'permissions.open',
-            ]);
+            expect(await completed('doctor', 'fix', 'permissions.o')).toEqual(['permissions.open']);
             expect(await completed('doctor', 'pl')).toEqual(['plan']);
             expect(await completed('doctor', 'hi')).toEqual(['history']);
         });
