@@ -158,6 +158,28 @@ QJsonObject statementObject(const Statement &statement, const OpenQuestion &ques
     return object;
 }
 
+/// An entry with its place; empty and 0 where there is none.
+QJsonObject placedEntry(const QString &entry, const Place &place)
+{
+    return {{QStringLiteral("entry"), entry},
+            {QStringLiteral("path"), place.path},
+            {QStringLiteral("line"), place.line}};
+}
+
+/// What the lists name beside the entry that decides.
+QJsonArray otherEntries(const Opening &opening)
+{
+    QJsonArray others;
+    for (const Statement &statement : opening.gio.statements) {
+        if (statement.fate == Fate::Decides)
+            continue;
+        QJsonObject other = placedEntry(statement.entry, statement.where);
+        other.insert(QStringLiteral("reason"), nameOf(statement.fate));
+        others.append(other);
+    }
+    return others;
+}
+
 /// For sh.
 QString remedyOf(const QString &subject, const Opening &opening)
 {
@@ -176,23 +198,28 @@ QJsonObject openObject(const QString &subject, const OpenQuestion &question, con
     QJsonArray statements;
     for (const Statement &statement : opening.gio.statements)
         statements.append(statementObject(statement, question));
-    return QJsonObject{{QStringLiteral("type"), QStringLiteral("why")},
-                       {QStringLiteral("question"), QStringLiteral("open")},
-                       {QStringLiteral("subject"), subject},
-                       {QStringLiteral("mime"), opening.found.type},
-                       {QStringLiteral("found"), foundObject(opening)},
-                       {QStringLiteral("mimes"), QJsonArray::fromStringList(opening.types)},
-                       {QStringLiteral("verdict"), nameOf(opening.verdict)},
-                       {QStringLiteral("text"), opening.text},
-                       {QStringLiteral("lists"), listArray(question)},
-                       {QStringLiteral("statements"), statements},
-                       {QStringLiteral("gio"), choiceValue(opening.gio.choice)},
-                       {QStringLiteral("xdgMime"), choiceValue(opening.xdgMime)},
-                       {QStringLiteral("kde"), choiceValue(opening.kde)},
-                       {QStringLiteral("xdgOpen"),
-                        opening.xdgOpen.isEmpty() ? QStringLiteral("xdg-mime") : opening.xdgOpen},
-                       {QStringLiteral("proposal"), opening.proposal},
-                       {QStringLiteral("remedy"), remedyOf(subject, opening)}};
+    return QJsonObject{
+        {QStringLiteral("type"), QStringLiteral("why")},
+        {QStringLiteral("question"), QStringLiteral("open")},
+        {QStringLiteral("subject"), subject},
+        {QStringLiteral("mime"), opening.found.type},
+        {QStringLiteral("found"), foundObject(opening)},
+        {QStringLiteral("mimes"), QJsonArray::fromStringList(opening.types)},
+        {QStringLiteral("verdict"), nameOf(opening.verdict)},
+        {QStringLiteral("text"), opening.text},
+        {QStringLiteral("winner"), placedEntry(opening.gio.choice.entry, opening.gio.choice.where)},
+        {QStringLiteral("others"), otherEntries(opening)},
+        {QStringLiteral("tools"), QJsonObject{{QStringLiteral("gio"), opening.gio.choice.entry},
+                                              {QStringLiteral("xdg-mime"), opening.xdgMime.entry}}},
+        {QStringLiteral("lists"), listArray(question)},
+        {QStringLiteral("statements"), statements},
+        {QStringLiteral("gio"), choiceValue(opening.gio.choice)},
+        {QStringLiteral("xdgMime"), choiceValue(opening.xdgMime)},
+        {QStringLiteral("kde"), choiceValue(opening.kde)},
+        {QStringLiteral("xdgOpen"),
+         opening.xdgOpen.isEmpty() ? QStringLiteral("xdg-mime") : opening.xdgOpen},
+        {QStringLiteral("proposal"), opening.proposal},
+        {QStringLiteral("remedy"), remedyOf(subject, opening)}};
 }
 
 QJsonObject suffixObject(const doctor::SuffixOpening &row)
