@@ -7,7 +7,7 @@
 
 namespace doctor {
 
-/// The choice of KDE Frameworks 5 as its documentation describes it: list by list what is a
+/// The choice that KDE Frameworks 5 should make, not compared with it: list by list what is a
 /// default, then what was added; entries that are hidden or not for this desktop do not count,
 /// removed ones stay out. Among entries that no list names it goes by their InitialPreference; here
 /// the first one of the cache stands for that.

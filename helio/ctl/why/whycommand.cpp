@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 
 #include <unistd.h>
@@ -173,11 +175,18 @@ constexpr Question questions[] = {
 int runWhy(const QStringList &arguments)
 {
     texts::useLanguage(messageLocale(doctor::thisMachine()));
-    for (const Question &question : questions) {
-        if (arguments.value(0) == QLatin1String(question.word))
-            return question.run(arguments.mid(1));
-    }
-    return runWhyDenied(arguments);
+    QStringList words = arguments;
+    // Options may stand before the question.
+    const auto isWord = [](const QString &word) { return !word.startsWith(QLatin1Char('-')); };
+    const auto first = std::find_if(words.begin(), words.end(), isWord);
+    const auto *const question =
+        std::find_if(std::begin(questions), std::end(questions), [&](const Question &candidate) {
+            return first != words.end() && *first == QLatin1String(candidate.word);
+        });
+    if (question == std::end(questions))
+        return runWhyDenied(arguments);
+    words.erase(first);
+    return question->run(words);
 }
 
 } // namespace ctl
