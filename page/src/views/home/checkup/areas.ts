@@ -4,7 +4,16 @@ import { visibleText } from '@/parts/visibletext';
 import { areaOf } from './groups';
 
 /** The subjects of the shipped checks. */
-const areas = ['input', 'associations', 'shortcuts', 'crash', 'updater', 'permissions', 'memory'];
+const areas = [
+    'input',
+    'associations',
+    'shortcuts',
+    'crash',
+    'updater',
+    'permissions',
+    'memory',
+    'libreoffice',
+];
 
 /** Repairs of the library, which the doctor has watched. */
 const commands = [
