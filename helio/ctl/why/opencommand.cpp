@@ -122,13 +122,18 @@ void printObject(const QJsonObject &object)
           stdout);
 }
 
-/// A file of that name comes before a type.
+/// A file of that name comes before a type. What names no known class of types may still be a
+/// missing file, if its folder is there.
 bool isType(const QString &subject)
 {
-    static const QRegularExpression type(QStringLiteral(
+    static const QRegularExpression type(
+        QStringLiteral("\\A[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*/[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*\\z"));
+    static const QRegularExpression known(QStringLiteral(
         "\\A(application|audio|chemical|font|image|inode|message|model|multipart|text|video|"
-        "x-[a-z]+)/[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*\\z"));
-    return !QFileInfo::exists(subject) && type.match(subject).hasMatch();
+        "x-[a-z-]+)/"));
+    if (!type.match(subject).hasMatch() || QFileInfo::exists(subject))
+        return false;
+    return known.match(subject).hasMatch() || !QFileInfo::exists(QFileInfo(subject).path());
 }
 
 Opening look(const OpenQuestion &question, const QString &subject)

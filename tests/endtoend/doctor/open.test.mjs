@@ -71,6 +71,16 @@ test('a default that is not installed is named with its line', async () => {
     ]);
 });
 
+test.each(['x-scheme-handler/plan', 'odd/plan'])(
+    '%s is a type and no missing file',
+    async (name) => {
+        await root.writeFile(`${entries}/mimeinfo.cache`, `[MIME Cache]\n${name}=right.desktop;\n`);
+        const { status, events } = await lines(name);
+        expect(status).toBe(0);
+        expect(events).toMatchObject([{ mime: name, winner: { entry: 'right.desktop', line: 2 } }]);
+    },
+);
+
 test('the repair changes one line, and undo takes it back', async () => {
     const { status, events } = await lines('--fix', '--yes', type);
     expect(status).toBe(0);
