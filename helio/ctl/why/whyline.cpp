@@ -35,8 +35,10 @@ struct Options
 
 QString helpText(const Options &options)
 {
-    return texts::tr("Usage: assistantctl why denied [OPTION...] PATH\n\n"
-                     "Says whether you get access to a file or directory, which part of the path "
+    return texts::tr("Usage: assistantctl why denied [OPTION...] PATH\n"
+                     "       assistantctl why open|input --help\n\n"
+                     "“why denied” says whether you get access to a file or directory, which part "
+                     "of the path "
                      "blocks it\n"
                      "and what opens it for you alone.\n\n"
                      "%1\n"
@@ -60,7 +62,7 @@ QString readAccess(const QString &word, WhyLine &line)
 QString readWords(const QStringList &words, WhyLine &line)
 {
     if (words.value(0) != QLatin1String(deniedWord))
-        return texts::tr("expected: why denied PATH");
+        return texts::tr("expected: why denied PATH, why open [FILE|TYPE] or why input [PID]");
     if (words.size() != 2 || words.at(1).isEmpty())
         return texts::tr("why denied takes one path");
     line.path = words.at(1);

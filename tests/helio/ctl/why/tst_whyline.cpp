@@ -45,8 +45,8 @@ private slots:
         const auto row = [](const char *words, const char *reason) {
             QTest::newRow(words) << QString::fromLatin1(reason);
         };
-        row("", "expected: why denied PATH");
-        row("other x", "expected: why denied PATH");
+        row("", "expected: why denied PATH, why open [FILE|TYPE] or why input [PID]");
+        row("other x", "expected: why denied PATH, why open [FILE|TYPE] or why input [PID]");
         row("denied", "why denied takes one path");
         row("denied a b", "why denied takes one path");
         row("denied x --for open", "--for must be read, write or run");
