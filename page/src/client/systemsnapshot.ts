@@ -65,7 +65,7 @@ function fonts(result: unknown): Font[] {
     return [...lines].map(font);
 }
 
-/** A value may hold the "|" that joins the list: a piece that is not an assignment continues one. */
+/** A value may hold the "|" that joins the list: a piece without assignment continues one. */
 function variables(result: unknown): Variable[] {
     const found: Variable[] = [];
     for (const piece of text(result).split('|')) {
