@@ -17,7 +17,7 @@ constexpr qint64 largestFile = 16 * 1024 * 1024;
 /// need not be read.
 bool mayHave(const QByteArray &content, Format format, const QStringList &key)
 {
-    const QString name = key.last();
+    const QString &name = key.last();
     const bool isPlain = std::all_of(name.begin(), name.end(),
                                      [](QChar character) { return character.isLetterOrNumber(); });
     return format != Format::Xcu || !isPlain || content.contains(name.toUtf8());

@@ -52,9 +52,8 @@ QString addSteps(const QVector<Step> &steps, const Values &values, Draft &draft)
     for (const Step &step : steps) {
         const ExpandedArguments expansion =
             expandedArguments(step.arguments, step.kind->parameters, values, draft.machine());
-        const QString refusal = expansion.problem.isEmpty()
-                                    ? step.kind->plan(expansion.arguments, draft)
-                                    : expansion.problem;
+        QString refusal = expansion.problem.isEmpty() ? step.kind->plan(expansion.arguments, draft)
+                                                      : expansion.problem;
         if (!refusal.isEmpty())
             return refusal;
     }

@@ -21,7 +21,7 @@ QStringList distributionsOf(const Machine &machine)
     QStringList words;
     const FileContent file =
         readFile(machine.located(QStringLiteral("/etc/os-release")), largestFile);
-    for (QByteArray line : file.content.value_or(QByteArray()).split('\n')) {
+    for (const QByteArray &line : file.content.value_or(QByteArray()).split('\n')) {
         if (line.startsWith("ID=") || line.startsWith("ID_LIKE="))
             words += QString::fromUtf8(line.mid(line.indexOf('=') + 1))
                          .remove(QLatin1Char('"'))

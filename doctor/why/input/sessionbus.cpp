@@ -101,7 +101,7 @@ BusAnswer askBus(const QByteArray &address)
     if (!isAnswering(address))
         return {};
     const QString connection = QUuid::createUuid().toString();
-    const BusAnswer answer =
+    BusAnswer answer =
         answerOf(QDBusConnection::connectToBus(QString::fromUtf8(address), connection));
     QDBusConnection::disconnectFromBus(connection);
     return answer;

@@ -116,7 +116,7 @@ private:
     /// "QT_IM_MODULE=fcitx (/etc/environment:3)"
     QString assignment(const QByteArray &variable) const
     {
-        const QString text = shown(variable + '=' + m_report.value(variable));
+        QString text = shown(variable + '=' + m_report.value(variable));
         const InputVariable *known = m_report.named(variable);
         if (!known || known->origin.state != Origin::State::Line)
             return text;

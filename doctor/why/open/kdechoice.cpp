@@ -7,7 +7,7 @@ namespace doctor {
 namespace {
 
 /// "kde/app.desktop" and "kde-app.desktop" are one entry.
-QString nameOf(QString entry)
+QString nameOf(const QString &entry)
 {
     return entry.trimmed().replace(QLatin1Char('/'), QLatin1Char('-'));
 }

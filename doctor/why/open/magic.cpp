@@ -35,9 +35,8 @@ public:
     /// Empty if there are not so many.
     QByteArray bytes(int count)
     {
-        const QByteArray found = count <= m_content.size() - m_position
-                                     ? m_content.mid(m_position, count)
-                                     : QByteArray();
+        QByteArray found = count <= m_content.size() - m_position ? m_content.mid(m_position, count)
+                                                                  : QByteArray();
         m_position += found.size();
         return found;
     }

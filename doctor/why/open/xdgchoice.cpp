@@ -275,7 +275,7 @@ OpenChoice XdgMime::choice(const QString &type) const
     using Kind = AssociationList::Kind;
     for (const AssociationList &list : m_lists.all()) {
         const bool isAsked = list.kind == Kind::ForDesktop || list.kind == Kind::Plain;
-        const OpenChoice choice = isAsked ? fromDefaults(list, type) : OpenChoice();
+        OpenChoice choice = isAsked ? fromDefaults(list, type) : OpenChoice();
         if (!choice.entry.isEmpty())
             return choice;
     }
