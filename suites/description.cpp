@@ -41,7 +41,8 @@ Description descriptionFrom(const QJsonObject &object)
     Description description;
     description.id = textIn(object, "id");
     description.name = textIn(object, "name");
-    for (const QJsonValue &value : object.value(QStringLiteral("places")).toArray()) {
+    const QJsonArray places = object.value(QStringLiteral("places")).toArray();
+    for (const QJsonValue &value : places) {
         const QJsonObject place = value.toObject();
         description.places.append(
             {textIn(place, "source"), textIn(place, "folder"), textIn(place, "configuration"),

@@ -56,7 +56,7 @@ std::optional<suites::Installation> suiteInstead()
     const doctor::Machine machine = doctor::thisMachine();
     const doctor::Deadline deadline(longestSearch);
     for (const suites::Description &description : suites::descriptions()) {
-        const std::optional<suites::Installation> found =
+        std::optional<suites::Installation> found =
             suites::chosen(suites::installations(description, machine, deadline), machine);
         if (found)
             return found;

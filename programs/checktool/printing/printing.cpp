@@ -59,7 +59,7 @@ QString chosenConverter(const Machine &machine)
 
 QString findConverter(const Machine &machine)
 {
-    const QString chosen = chosenConverter(machine);
+    QString chosen = chosenConverter(machine);
     if (!chosen.isEmpty())
         return chosen;
     QStringList places = machine.variable("PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
