@@ -65,7 +65,7 @@ QString packageFor(const suites::Description &suite, const QString &purpose, con
     const QString language = tag.section(QLatin1Char('-'), 0, 0);
     for (const QString &name :
          {purpose + QLatin1Char(':') + tag, purpose + QLatin1Char(':') + language}) {
-        const QString package = suite.packages.value(name).value(family);
+        QString package = suite.packages.value(name).value(family);
         if (!package.isEmpty())
             return package;
     }
