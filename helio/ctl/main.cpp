@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -33,7 +35,9 @@ void printText(const QString &text, std::FILE *stream)
 /// @param word the first argument; null without one
 bool isForDoctor(const char *word)
 {
-    return word && (std::strcmp(word, "doctor") == 0 || std::strcmp(word, "why") == 0);
+    const std::array<const char *, 4> words{"doctor", "why", "report", "compare"};
+    return word && std::any_of(words.begin(), words.end(),
+                               [word](const char *one) { return std::strcmp(word, one) == 0; });
 }
 
 /// Replaces this program by the doctor's, which stands beside it: with the doctor's libraries every

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "helio/ctl/doctor/doctorcommand.h"
+#include "helio/ctl/fleet/fleetcommand.h"
 #include "helio/ctl/why/whycommand.h"
 #include "texts/encoding.h"
 
@@ -22,7 +23,12 @@ int main(int argc, char *argv[])
         return ctl::runDoctor(arguments.mid(2));
     if (word == QLatin1String("why"))
         return ctl::runWhy(arguments.mid(2));
-    std::fputs("assistantdoctor: started by \"assistantctl doctor\" and \"assistantctl why\"\n",
+    if (word == QLatin1String("report"))
+        return ctl::runReport(arguments.mid(2));
+    if (word == QLatin1String("compare"))
+        return ctl::runCompare(arguments.mid(2));
+    std::fputs("assistantdoctor: started by assistantctl for its words doctor, why, report and "
+               "compare\n",
                stderr);
     return wrongUsage;
 }
