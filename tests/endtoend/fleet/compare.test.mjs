@@ -47,7 +47,11 @@ test('a report has the documented form and no secret', async () => {
 test('two reports of one machine do not differ', async () => {
     await root.writeFile('/home/user/a.json', JSON.stringify(await report()));
     await root.writeFile('/home/user/b.json', JSON.stringify(await report()));
-    const { status, stdout } = await assistantctl('compare', '/home/user/a.json', '/home/user/b.json');
+    const { status, stdout } = await assistantctl(
+        'compare',
+        '/home/user/a.json',
+        '/home/user/b.json',
+    );
     expect(stdout).toContain('Nothing differs.');
     expect(status).toBe(0);
 });

@@ -36,7 +36,7 @@ describe.runIf(canInstall)('completions', () => {
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
         const helps = await Promise.all(
-            [[], ['doctor'], ['why'], ['why', 'open']].map(longOptions),
+            [[], ['doctor'], ['why'], ['why', 'open'], ['compare']].map(longOptions),
         );
         const wanted = helps.flat();
         const options = file.endsWith('.fish')
@@ -86,9 +86,9 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
         ['bash', completedByBash],
         ['fish', completedByFish],
     ])('in %s', (_shell, completed) => {
-        test('a first word is a command, the doctor or why', async () => {
+        test('a first word is a command or one of the doctor's program', async () => {
             const words = await completed('');
-            expect(words.toSorted()).toEqual([...commands, 'doctor', 'why'].sort());
+            expect(words.toSorted()).toEqual([...commands, 'doctor', 'why', 'report', 'compare'].sort());
             expect(await completed('mousePr')).toEqual(['mousePress']);
         });
 
@@ -134,6 +134,15 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
             ]);
             expect((await completed('why', 'open', '--')).toSorted()).toEqual(
                 await longOptions(['why', 'open']),
+            );
+        });
+
+        test('compare takes reports', async () => {
+            expect(await completed('compare', '/completions/assistantctl.f')).toEqual([
+                '/completions/assistantctl.fish',
+            ]);
+            expect((await completed('compare', '--')).toSorted()).toEqual(
+                await longOptions(['compare']),
             );
         });
 
