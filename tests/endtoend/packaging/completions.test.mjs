@@ -86,9 +86,11 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
         ['bash', completedByBash],
         ['fish', completedByFish],
     ])('in %s', (_shell, completed) => {
-        test('a first word is a command or one of the doctor's program', async () => {
+        test('a first word is a command or a word of its own', async () => {
             const words = await completed('');
-            expect(words.toSorted()).toEqual([...commands, 'doctor', 'why', 'report', 'compare'].sort());
+            expect(words.toSorted()).toEqual(
+                [...commands, 'doctor', 'why', 'report', 'compare'].sort(),
+            );
             expect(await completed('mousePr')).toEqual(['mousePress']);
         });
 
