@@ -1,0 +1,57 @@
+"""A logind for hosts that have no systemd: sessions as a JSON file says them.
+
+A session is {"id", "uid", "user", "type", "class", "locked"}.
+"""
+
+import json
+import sys
+
+import dbus
+import dbus.mainloop.glib
+import dbus.service
+from gi.repository import GLib
+
+NAME = 'org.freedesktop.login1'
+
+
+class Session(dbus.service.Object):
+    """One session object."""
+
+    def __init__(self, bus, described):
+        self.path = '/org/freedesktop/login1/session/_%s' % described['id']
+        self.described = described
+        super().__init__(bus, self.path)
+
+    @dbus.service.method('org.freedesktop.DBus.Properties', in_signature='s',
+                         out_signature='a{sv}')
+    def GetAll(self, _interface):
+        return {'Type': self.described['type'], 'Class': self.described.get('class', 'user'),
+                'State': 'active', 'LockedHint': bool(self.described.get('locked'))}
+
+
+class Manager(dbus.service.Object):
+    """The manager, which lists them."""
+
+    def __init__(self, bus, sessions):
+        super().__init__(bus, '/org/freedesktop/login1')
+        self.sessions = sessions
+
+    @dbus.service.method(NAME + '.Manager', out_signature='a(susso)')
+    def ListSessions(self):
+        return [(one.described['id'], dbus.UInt32(one.described['uid']), one.described['user'],
+                 'seat0', dbus.ObjectPath(one.path)) for one in self.sessions]
+
+
+def main():
+    dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+    bus = dbus.SystemBus()
+    with open(sys.argv[1]) as stream:
+        described = json.load(stream)
+    name = dbus.service.BusName(NAME, bus)
+    manager = Manager(bus, [Session(bus, one) for one in described])
+    GLib.MainLoop().run()
+    del name, manager
+
+
+if __name__ == '__main__':
+    main()
