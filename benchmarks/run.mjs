@@ -6,6 +6,7 @@ import { associationFigures } from './associations.mjs';
 import { commandLineFigures } from './commandline.mjs';
 import { commandFigures } from './commands.mjs';
 import { doctorFigures } from './doctor.mjs';
+import { fleetFigures } from './fleet.mjs';
 import { libreofficeFigures } from './libreoffice.mjs';
 import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
@@ -44,6 +45,7 @@ for (const measure of [
     doctorFigures,
     associationFigures,
     libreofficeFigures,
+    fleetFigures,
     commandLineFigures,
     commandFigures,
     searchFigures,

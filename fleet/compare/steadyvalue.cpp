@@ -94,7 +94,7 @@ QString steadyValue(const QString &value, const Report &report)
 bool isPassing(const QString &group, const QString &name)
 {
     static const QRegularExpression passing(
-        QStringLiteral("uptime|\\bload\\b|boot.?id|machine.?id|serial|\\buuid\\b|\\bmac\\b|"
+        QStringLiteral("uptime|\\b(load|uuid|mac)\\b|boot.?id|machine.?id|serial|"
                        "address of|free memory|available|\\bused\\b|temperature|"
                        "last (login|update|check)|started at|\\bsince\\b"),
         QRegularExpression::CaseInsensitiveOption);

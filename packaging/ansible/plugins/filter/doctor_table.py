@@ -5,25 +5,34 @@ from __future__ import absolute_import, division, print_function
 
 __metaclass__ = type
 
+import collections
 import csv
 import html
 import io
 import json
+import operator
+import sys
 
 from ansible.errors import AnsibleFilterError
 
 STATES = {'bad': 0, 'warning': 1, 'note': 2}
 CLASSES = ('unreachable', 'failed', 'timed_out', 'refused', 'no_environment', 'check_failed',
            'finding', 'locked', 'not_installed', 'no_session', 'ok')
+RANKS = dict((name, rank) for rank, name in enumerate(CLASSES))
 COLUMNS = ('host', 'user', 'class', 'state', 'check', 'text')
+Row = collections.namedtuple('Row', ('host', 'user', 'named', 'state', 'check', 'text'))
 LONGEST_TEXT = 2000
 MOST_FINDINGS = 10000
+PORTION = 1000
 
 
 def _text(value):
     """One line without control characters."""
     text = value if isinstance(value, str) else '' if value is None else str(value)
-    return ''.join(each if each.isprintable() else ' ' for each in text[:LONGEST_TEXT]).strip()
+    text = text[:LONGEST_TEXT]
+    if not text.isprintable():
+        text = ''.join(each if each.isprintable() else ' ' for each in text).strip()
+    return text
 
 
 def _class(result):
@@ -39,17 +48,8 @@ def _dicts(value):
 
 
 def _row(host, user, named, state='', check='', text=''):
-    return dict(zip(COLUMNS, (_text(host), _text(user), named, state, _text(check), _text(text))))
-
-
-def _rows_of_session(host, session):
-    named = _class(session)
-    user = session.get('user')
-    rows = [_row(host, user, named, _state(finding), finding.get('check'), finding.get('text'))
-            for finding in _dicts(session.get('findings'))[:MOST_FINDINGS]]
-    rows += [_row(host, user, named, '', failed.get('check'), failed.get('reason'))
-             for failed in _dicts(session.get('failed'))[:MOST_FINDINGS]]
-    return rows or [_row(host, user, named, text=session.get('text'))]
+    # Hundreds of thousands of rows have few different checks.
+    return Row(host, user, named, state, sys.intern(_text(check)), _text(text))
 
 
 def _state(finding):
@@ -57,8 +57,19 @@ def _state(finding):
     return state if state in STATES else 'warning'
 
 
+def _rows_of_session(host, session):
+    named = _class(session)
+    user = _text(session.get('user'))
+    rows = [_row(host, user, named, _state(finding), finding.get('check'), finding.get('text'))
+            for finding in _dicts(session.get('findings'))[:MOST_FINDINGS]]
+    rows += [_row(host, user, named, '', failed.get('check'), failed.get('reason'))
+             for failed in _dicts(session.get('failed'))[:MOST_FINDINGS]]
+    return rows or [_row(host, user, named, text=session.get('text'))]
+
+
 def rows_of(host, result):
     """All rows of one host: its findings, or why there are none."""
+    host = _text(host)
     if not isinstance(result, dict):
         return [_row(host, '', 'failed', text='there is no result')]
     rows = [row for session in _dicts(result.get('sessions'))
@@ -67,20 +78,21 @@ def rows_of(host, result):
 
 
 def _rank(row):
-    return CLASSES.index(row['class']), STATES.get(row['state'], len(STATES)), row['check']
+    return RANKS[row.named] * (len(STATES) + 1) + STATES.get(row.state, len(STATES))
 
 
 def grouped(rows):
     """Equal findings together, the worst and most frequent first."""
     groups = {}
     for row in rows:
-        key = (row['class'], row['state'], row['check'], '' if row['check'] else row['text'])
-        group = groups.setdefault(key, {'class': row['class'], 'state': row['state'],
-                                        'check': row['check'], 'text': row['text'], 'hosts': []})
-        if row['host'] not in group['hosts']:
-            group['hosts'].append(row['host'])
-    return sorted(groups.values(), key=lambda group: (_rank(group)[:2], -len(group['hosts']),
-                                                      group['check']))
+        key = (row.named, row.state, row.check, '' if row.check else row.text)
+        # A dictionary keeps the order of the hosts, and each once.
+        groups.setdefault(key, (row, {}))[1][row.host] = None
+    found = [{'class': row.named, 'state': row.state, 'check': row.check, 'text': row.text,
+              'hosts': list(hosts)} for row, hosts in groups.values()]
+    return sorted(found, key=lambda group: (RANKS[group['class']],
+                                            STATES.get(group['state'], len(STATES)),
+                                            -len(group['hosts']), group['check']))
 
 
 def _cell(text):
@@ -92,11 +104,16 @@ def as_csv(rows):
     stream = io.StringIO()
     writer = csv.writer(stream, lineterminator='\n')
     writer.writerow(COLUMNS)
-    writer.writerows([_cell(row[column]) for column in COLUMNS] for row in rows)
+    writer.writerows(map(_cell, row) for row in rows)
     return stream.getvalue()
 
 
-PAGE = '''<!DOCTYPE html>
+def as_json(rows):
+    return json.dumps({'groups': grouped(rows), 'rows': [dict(zip(COLUMNS, row)) for row in rows]},
+                      ensure_ascii=False)
+
+
+PAGE_START = '''<!DOCTYPE html>
 <html lang="en">
 <meta charset="utf-8">
 <meta http-equiv="Content-Security-Policy"
@@ -110,14 +127,16 @@ td { vertical-align: top; }
 .bar { background: #777; height: .8rem; } .bad .bar { background: #b3261e; }
 .warning .bar { background: #8a5a00; } input { font: inherit; width: 20rem; }
 </style>
-<h1>Office Assistant: %(hosts)d desktops</h1>
+<h1>Office Assistant: %d desktops</h1>
 <h2>What was found</h2>
 <table><thead><tr><th>Hosts<th>How many<th>Class<th>State<th>Check<th>Text</thead><tbody>
-%(groups)s</tbody></table>
+'''
+PAGE_ROWS = '''</tbody></table>
 <h2>Each desktop</h2>
 <p><label>Filter: <input id="filter" autocomplete="off"></label></p>
 <table id="rows"><thead><tr><th>Host<th>User<th>Class<th>State<th>Check<th>Text</thead><tbody>
-%(rows)s</tbody></table>
+'''
+PAGE_END = '''</tbody></table>
 <script>
 document.getElementById('filter').addEventListener('input', (event) => {
     const wanted = event.target.value.toLowerCase();
@@ -141,26 +160,38 @@ def _group_row(group, count):
                '<td>'.join(cells)))
 
 
+def _html_rows(rows):
+    return ''.join('<tr><td>%s\n' % html.escape('\0'.join(row)).replace('\0', '<td>')
+                   for row in rows)
+
+
 def as_html(rows, count):
-    lines = ['<tr><td>%s\n' % '<td>'.join(html.escape(row[column]) for column in COLUMNS)
-             for row in rows]
-    return PAGE % {'hosts': count, 'rows': ''.join(lines),
-                   'groups': ''.join(_group_row(group, count) for group in grouped(rows))}
+    parts = [PAGE_START % count]
+    parts += [_group_row(group, count) for group in grouped(rows)]
+    parts.append(PAGE_ROWS)
+    # In portions, which take the place of their rows: both at once would double the memory.
+    while rows:
+        parts.append(_html_rows(rows[:PORTION]))
+        del rows[:PORTION]
+    parts.append(PAGE_END)
+    return ''.join(parts)
+
+
+FORMS = {'csv': lambda rows, count: as_csv(rows), 'json': lambda rows, count: as_json(rows),
+         'html': as_html}
 
 
 def doctor_table(variables, hosts, form='csv', register='doctor'):
+    if form not in FORMS:
+        raise AnsibleFilterError('doctor_table: form must be csv, json or html, not %s' % form)
     rows = []
     for host in hosts:
         known = variables[host] if host in variables else {}
         rows += rows_of(host, known.get(register))
+    # In two steps, whose keys take no memory of their own.
+    rows.sort(key=operator.attrgetter('check'))
     rows.sort(key=_rank)
-    if form == 'csv':
-        return as_csv(rows)
-    if form == 'json':
-        return json.dumps({'groups': grouped(rows), 'rows': rows}, ensure_ascii=False)
-    if form == 'html':
-        return as_html(rows, len(hosts))
-    raise AnsibleFilterError('doctor_table: form must be csv, json or html, not %s' % form)
+    return FORMS[form](rows, len(hosts))
 
 
 class FilterModule(object):
