@@ -10,6 +10,7 @@ import { fleetFigures } from './fleet.mjs';
 import { libreofficeFigures } from './libreoffice.mjs';
 import { loadingFigures } from './loading.mjs';
 import { missingFontsFigures } from './missingfonts.mjs';
+import { quickstartFigures } from './quickstart.mjs';
 import { searchFigures } from './search.mjs';
 import { viewFigures } from './views.mjs';
 import { windowFigures } from './window.mjs';
@@ -21,6 +22,7 @@ const programs = {
     suite: `${root}build/suite`,
     assistantctl: `${office}/assistantctl`,
     vyr: `${office}/vyr`,
+    quickstart: `${office}/quickstartoffice`,
     shell: `${office}/helio-shell`,
     htmlDirectory,
     html: `${htmlDirectory}/index.html`,
@@ -50,6 +52,7 @@ for (const measure of [
     commandFigures,
     searchFigures,
     missingFontsFigures,
+    quickstartFigures,
     windowFigures,
     viewFigures,
 ]) {

@@ -5,10 +5,10 @@
 #include <QFile>
 #include <QStandardPaths>
 
-#include "programs/screengrab/desktopnotice.h"
+#include "programs/notice/desktopnotice.h"
 #include "programs/screengrab/picturefile.h"
 #include "programs/screengrab/portalgrab.h"
-#include "programs/screengrab/sessionbus.h"
+#include "programs/notice/sessionbus.h"
 #include "programs/screengrab/x11grab.h"
 #include "texts/texts.h"
 

@@ -1,6 +1,9 @@
 #include "host/krt.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <atomic>
 #include <limits>
@@ -19,6 +22,16 @@ constexpr int endingCheckMs = 100;
 std::atomic<int> awaitedPrograms{0};
 /// When to kill them, in milliseconds of the monotonic clock.
 std::atomic<qint64> endOfAwaiting{std::numeric_limits<qint64>::max()};
+
+/// Some of the suite's programs are named without a directory: those beside this program, unless
+/// the search path has them.
+QString located(const QString &program)
+{
+    const QFileInfo beside(QCoreApplication::applicationDirPath() + QLatin1Char('/') + program);
+    const bool isFound =
+        program.contains(QLatin1Char('/')) || !QStandardPaths::findExecutable(program).isEmpty();
+    return !isFound && beside.isFile() ? beside.filePath() : program;
+}
 
 int runToItsEnd(helio::QuietProcess &process)
 {
@@ -48,7 +61,7 @@ bool krt::ksafe::KProcess::StartDetach(const QString &program, const QStringList
                                        const QString &workingDirectory, qint64 *processId)
 {
     emit helio::HostEvents::instance().programStarting(program, arguments, workingDirectory, true);
-    helio::QuietProcess process(program, arguments);
+    helio::QuietProcess process(located(program), arguments);
     process.setWorkingDirectory(workingDirectory);
     return process.startDetached(processId);
 }

@@ -1,4 +1,4 @@
-#include "programs/screengrab/sessionbus.h"
+#include "programs/notice/sessionbus.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "programs/screengrab/desktopnotice.h"
+#include "programs/notice/desktopnotice.h"
 
 #include <QDBusMessage>
 #include <QStringList>
