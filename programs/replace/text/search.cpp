@@ -84,7 +84,7 @@ private:
     void begin(const XmlToken &token);
     bool end(const QByteArray &name);
     bool addText(const XmlToken &token);
-    void searchIn(const Paragraph &paragraph);
+    void searchParagraph(const Paragraph &paragraph);
     void replace(const Paragraph &paragraph, int begin, int end);
     QByteArray replacement() const;
     QByteArray edited() const;
@@ -158,7 +158,7 @@ bool PartSearch::end(const QByteArray &name)
     if (m_elements.isEmpty() || m_elements.last().name != name)
         return false;
     if (m_elements.takeLast().isParagraph)
-        searchIn(m_paragraphs.takeLast());
+        searchParagraph(m_paragraphs.takeLast());
     return true;
 }
 
@@ -170,7 +170,7 @@ bool PartSearch::addText(const XmlToken &token)
                                    m_words.collapsesSpaces);
 }
 
-void PartSearch::searchIn(const Paragraph &paragraph)
+void PartSearch::searchParagraph(const Paragraph &paragraph)
 {
     const Qt::CaseSensitivity cases =
         m_search.ignoresCase ? Qt::CaseInsensitive : Qt::CaseSensitive;

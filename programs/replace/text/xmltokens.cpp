@@ -9,7 +9,7 @@ XmlToken damaged(int position)
     return {XmlToken::Kind::Damaged, position, position, {}};
 }
 
-XmlToken upTo(const QByteArray &xml, int position, const char *mark)
+XmlToken closedBy(const QByteArray &xml, int position, const char *mark)
 {
     const int end = xml.indexOf(mark, position);
     if (end < 0)
@@ -69,11 +69,11 @@ XmlToken tokenAt(const QByteArray &xml, int position)
     }
     const QByteArray begin = xml.mid(position, 9);
     if (begin.startsWith("<!--"))
-        return upTo(xml, position, "-->");
+        return closedBy(xml, position, "-->");
     if (begin.startsWith("<![CDATA["))
-        return upTo(xml, position, "]]>");
+        return closedBy(xml, position, "]]>");
     if (begin.startsWith("<?"))
-        return upTo(xml, position, "?>");
+        return closedBy(xml, position, "?>");
     return begin.startsWith("<!") ? damaged(position) : tagAt(xml, position);
 }
 

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QProcess>
+#include <QTemporaryFile>
+
+#include "programs/screencap/screensource.h"
+
+namespace programs {
+
+/// A recording of the screen as a WebM without sound, under way from start() until ended().
+class Recording : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Recording(const QString &directory);
+    /// Ends the program, if it still runs.
+    ~Recording() override;
+
+    void start(const ScreenSource &source);
+    /// Has the file finished; ended() follows.
+    void stop();
+    qint64 seconds() const { return m_clock.elapsed() / 1000; }
+
+signals:
+    /// @p file is empty where nothing was recorded; @p reason says what went wrong, if anything
+    /// did.
+    void ended(const QString &file, const QString &reason);
+
+private:
+    void finish(const QString &reason);
+    QString keptFile();
+
+    const QString m_directory;
+    QTemporaryFile m_file;
+    QProcess m_program;
+    QElapsedTimer m_clock;
+    bool m_isStopping = false;
+    bool m_hasEnded = false;
+};
+
+} // namespace programs

@@ -1,0 +1,92 @@
+import { afterEach, beforeEach, expect, test } from 'vitest';
+
+import { beside, displayAndBus } from '../beside.mjs';
+import { SandboxRoot } from '../sandboxroot.mjs';
+
+const recorder = '/suite/office/addons/vyrassistanttool/screencap/screencap';
+const videos = '/home/user/Videos';
+const patience = 60_000;
+/** A display of odd width, as virtual machines have, and a window manager. */
+const display = [
+    displayAndBus.replace('-noreset', '-noreset -screen 0 641x480x24'),
+    'openbox &',
+].join('\n');
+const waits = 'await() { timeout 30 bash -c "until $*; do sleep 0.05; done"; }\n';
+const size = `$(stat -c %s ${videos}/.recording-*.webm 2> /dev/null || echo 0)`;
+const hasPictures = `await '[ "${size}" -gt 3000 ]'`;
+const window = 'xdotool search --sync --onlyvisible --name "Recording the screen"';
+
+let root;
+
+beforeEach(async () => {
+    root = await SandboxRoot.create({ suite: true });
+});
+
+afterEach(async () => root.dispose());
+
+async function runScript(script, options = {}) {
+    await root.writeFile('/tmp/script.sh', waits + script);
+    const prepared = await beside(root, display);
+    return prepared.run(['bash', '/tmp/script.sh'], { timeoutMs: patience, ...options });
+}
+
+test('the command records at once, shows it, and a key saves a WebM that plays', async () => {
+    const end = await runScript(`
+/suite/office/assistantctl recordscreen
+${hasPictures}
+id=$(${window})
+${recorder}
+xdotool windowactivate --sync $id key Escape
+await test -e ${videos}/recording-*.webm
+file ${videos}/*
+gst-launch-1.0 -q filesrc location=$(echo ${videos}/recording-*.webm) ! matroskademux \\
+    ! video/x-vp8,width=641,height=480 ! vp8dec ! videoconvert ! pngenc \\
+    ! multifilesink location=/tmp/picture%d.png
+ls /tmp/picture*.png | wc -l
+stat -c %a ${videos}/recording-*`);
+    expect(end.stderr).toBe('a recording is under way already\n');
+    const [answer, kind, pictures, rights] = end.stdout.trim().split('\n');
+    expect(answer).toContain('"success"');
+    expect(kind).toMatch(/recording-\d{4}-\d\d-\d\d-\d{6}\.webm: WebM$/);
+    expect(Number(pictures)).toBeGreaterThan(5);
+    expect(rights).toBe('600');
+    expect(await root.list(videos)).toHaveLength(1);
+});
+
+test('a click on Stop or a signal saves it too', async () => {
+    const end = await runScript(`
+${recorder} & recorder=$!
+${hasPictures}
+id=$(${window})
+eval $(xdotool getwindowgeometry --shell $id)
+xdotool mousemove --window $id $((WIDTH - 30)) $((HEIGHT / 2)) click 1
+wait $recorder
+echo status $?
+rm ${videos}/*
+${recorder} & recorder=$!
+${hasPictures}
+kill $recorder
+wait $recorder
+echo status $?`);
+    expect(end.stderr).toBe('');
+    expect(end.stdout).toMatch(
+        /^\/home\/user\/Videos\/recording-.+\.webm\nstatus 0\n\/home\/user\/Videos\/recording-.+\.webm\nstatus 0\n$/,
+    );
+});
+
+test('what cannot be recorded is said, and leaves nothing', async () => {
+    expect(await root.run([recorder])).toMatchObject({
+        status: 1,
+        stderr: 'this session has no display\n',
+    });
+    const fake = '#!/bin/sh\necho "ERROR: no pictures" >&2\nexit 1\n';
+    await root.writeFile('/fakes/gst-launch-1.0', fake, { mode: 0o755 });
+    const end = await runScript(`
+XDG_SESSION_TYPE=wayland QT_QPA_PLATFORM=xcb ${recorder} || echo $?
+${recorder} || echo $?`);
+    expect(end.stdout).toBe('1\n1\n');
+    expect(end.stderr).toMatch(
+        /^the desktop has no portal for recordings: .+\nERROR: no pictures\n$/,
+    );
+    expect(await root.list(videos)).toEqual([]);
+});
