@@ -19,8 +19,10 @@ private slots:
     {
         QTest::addColumn<QString>("room");
         for (const char *room :
-             {"doctor", "helio/ctl/doctor", "helio/ctl/why", "helio/ctl/fleet", "fleet", "helio/shell", "helio/webengine",
-              "programs/checktool", "programs/component", "programs/screengrab"})
+             {"doctor", "helio/ctl/doctor", "helio/ctl/why", "helio/ctl/fleet", "fleet",
+              "helio/shell", "helio/webengine", "programs/apilog", "programs/checktool",
+              "programs/component", "programs/eptools", "programs/quickstart", "programs/replace",
+              "programs/screencap", "programs/screengrab"})
             QTest::newRow(room) << QString::fromLatin1(room);
     }
 
