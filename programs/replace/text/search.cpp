@@ -3,6 +3,8 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
+
 #include "programs/replace/text/paragraph.h"
 #include "programs/replace/text/xmltokens.h"
 #include "texts/texts.h"
@@ -231,6 +233,13 @@ QByteArray PartSearch::edited() const
 
 SearchedPart searchedPart(const QByteArray &xml, Markup markup, const Search &search)
 {
+    const QString both = search.find + search.replacement;
+    const bool isText = std::none_of(both.begin(), both.end(), [](QChar character) {
+        return character.category() == QChar::Other_Control || character == separator;
+    });
+    if (!isText || search.find.isEmpty())
+        return {
+            {}, xml, texts::tr("the text to find or its replacement cannot stand in a document")};
     return PartSearch(xml, markup, search).result();
 }
 

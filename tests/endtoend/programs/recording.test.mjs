@@ -53,7 +53,7 @@ stat -c %a ${videos}/recording-*`);
     expect(await root.list(videos)).toHaveLength(1);
 });
 
-test('a click on Stop or a signal saves it too', async () => {
+test('a click on Stop saves it too', async () => {
     const end = await runScript(`
 ${recorder} & recorder=$!
 ${hasPictures}
@@ -61,17 +61,9 @@ id=$(${window})
 eval $(xdotool getwindowgeometry --shell $id)
 xdotool mousemove --window $id $((WIDTH - 30)) $((HEIGHT / 2)) click 1
 wait $recorder
-echo status $?
-rm ${videos}/*
-${recorder} & recorder=$!
-${hasPictures}
-kill $recorder
-wait $recorder
 echo status $?`);
     expect(end.stderr).toBe('');
-    expect(end.stdout).toMatch(
-        /^\/home\/user\/Videos\/recording-.+\.webm\nstatus 0\n\/home\/user\/Videos\/recording-.+\.webm\nstatus 0\n$/,
-    );
+    expect(end.stdout).toMatch(/^\/home\/user\/Videos\/recording-.+\.webm\nstatus 0\n$/);
 });
 
 test('what cannot be recorded is said, and leaves nothing', async () => {

@@ -35,6 +35,7 @@ private slots:
     void doesNotFindWhatNoReaderSees();
     void showsWhatIsAround();
     void ignoresCaseWhenAsked();
+    void refusesWhatNoDocumentCanHave();
     void refusesDamagedXml_data();
     void refusesDamagedXml();
 };
@@ -154,6 +155,14 @@ void TestTextSearch::ignoresCaseWhenAsked()
     QCOMPARE(searched(Markup::OpenDocument, xml, "one", "").hits.size(), 1);
     const Search search{QStringLiteral("one"), QStringLiteral("2"), true};
     QCOMPARE(programs::searchedPart(xml, Markup::OpenDocument, search).content, paragraph("2 2 2"));
+}
+
+void TestTextSearch::refusesWhatNoDocumentCanHave()
+{
+    const QByteArray xml = paragraph("one<text:tab/>two");
+    for (const char *words : {"", "a\nb", "\x01", "\xef\xbf\xbc"})
+        QVERIFY(!searched(Markup::OpenDocument, xml, words, "three").problem.isEmpty());
+    QVERIFY(!searched(Markup::OpenDocument, xml, "one", "a\nb").problem.isEmpty());
 }
 
 void TestTextSearch::refusesDamagedXml_data()
