@@ -87,7 +87,7 @@ int replaceCommand(QStringList words)
         if (!document.hits.isEmpty())
             found.append(document);
     }
-    print(stdout, texts::tr("%1 hits in %2 documents.").arg(hits).arg(found.size()));
+    print(stdout, texts::tr("Hits: %1, in documents: %2.").arg(hits).arg(found.size()));
     if (!replacement || found.isEmpty())
         return isWhole ? 0 : failed;
     const int status =

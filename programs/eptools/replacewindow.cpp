@@ -97,7 +97,8 @@ void ReplaceWindow::search()
 void ReplaceWindow::searchNext()
 {
     if (m_left.isEmpty()) {
-        m_status.setText(texts::tr("%1 hits in %2 documents.").arg(m_hitCount).arg(m_found.size()));
+        m_status.setText(
+            texts::tr("Hits: %1, in documents: %2.").arg(m_hitCount).arg(m_found.size()));
         m_replace.setEnabled(!m_found.isEmpty());
         return;
     }

@@ -71,7 +71,7 @@ test('text that runs over formatting is replaced, and LibreOffice reads the docu
     expect(preview.stdout.split('\n')).toEqual([
         `${folder}/contract.docx: To the [Old Company] of 1999`,
         `${folder}/letter.odt: Dear [Old Company], hello.`,
-        '2 hits in 2 documents.',
+        'Hits: 2, in documents: 2.',
         '',
     ]);
     expect(await bytesOf('letter.odt')).toBe(before.odt);
@@ -146,7 +146,7 @@ with zipfile.ZipFile(folder + '/signed.odt', 'a') as z: z.writestr('META-INF/doc
         'text.odt': 'it is no document of OpenDocument or Office Open XML',
         'xml.odt': 'it is damaged',
     });
-    expect(end.stdout).toContain('2 hits in 2 documents.');
+    expect(end.stdout).toContain('Hits: 2, in documents: 2.');
     expect(await bytesOf('locked.odt')).toContain('content.xml');
 });
 
