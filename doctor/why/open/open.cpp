@@ -188,6 +188,16 @@ Opening OpenQuestion::ofFile(const QString &path) const
     return answer(typeOfFile(QFileInfo(path).absoluteFilePath(), m_places, m_types));
 }
 
+Opening OpenQuestion::ofSuffix(const QString &suffix) const
+{
+    FoundType found;
+    found.how = FoundType::How::Name;
+    found.names = m_types.ofName(QStringLiteral("a.") + suffix);
+    if (!found.names.isEmpty())
+        found.type = found.names.constFirst().type;
+    return answer(found);
+}
+
 QVector<SuffixOpening> OpenQuestion::ofSuffixes() const
 {
     QVector<SuffixOpening> rows;

@@ -62,6 +62,8 @@ public:
 
     Opening ofType(const QString &type) const;
     Opening ofFile(const QString &path) const;
+    /// By the name alone, as if a file were called "a.docx".
+    Opening ofSuffix(const QString &suffix) const;
     QVector<SuffixOpening> ofSuffixes() const;
 
     /// Has the user's own list open the type with this entry: one line of one file.
