@@ -6,7 +6,6 @@
 
 #include "doctor/editors/keyeditor.h"
 #include "doctor/repairs/draft.h"
-#include "doctor/why/open/kdechoice.h"
 #include "doctor/why/open/xdgopen.h"
 #include "texts/texts.h"
 
@@ -165,7 +164,9 @@ Opening OpenQuestion::answer(const FoundType &found) const
     opening.gio = gioChoice(m_lists, m_entries, opening.types);
     opening.xdgMime = m_xdgMime.choice(found.type);
     opening.xdgOpen = xdgOpenProgram(m_places);
-    opening.kde = kdeChoice(m_lists, m_entries, opening.types);
+    if (!m_kde)
+        m_kde = std::make_unique<KdeChoices>(m_places, m_lists, m_entries, m_types);
+    opening.kde = m_kde->choice(found.type);
     decide(opening);
     const bool isRight = opening.verdict == Opening::Verdict::Opens && opening.isOneForAll();
     if (!isRight && opening.verdict != Opening::Verdict::Undecided) {

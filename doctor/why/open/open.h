@@ -4,11 +4,13 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
 #include <optional>
 
 #include "doctor/model/plan.h"
 #include "doctor/why/open/filetype.h"
 #include "doctor/why/open/giochoice.h"
+#include "doctor/why/open/kdechoice.h"
 #include "doctor/why/open/xdgchoice.h"
 
 namespace doctor {
@@ -87,6 +89,8 @@ private:
     AssociationLists m_lists;
     DesktopEntries m_entries;
     XdgMime m_xdgMime;
+    /// It reads all entries, so only once it is asked.
+    mutable std::unique_ptr<KdeChoices> m_kde;
 };
 
 /// Why a desktop entry cannot be used; empty if it can.
