@@ -1,7 +1,6 @@
 #include "texts/texts.h"
 
 #include <QFile>
-#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
@@ -17,26 +16,43 @@ namespace texts {
 
 namespace {
 
-QHash<QString, QString> &table()
+using Table = QHash<QString, QString>;
+
+Table &table()
 {
-    static QHash<QString, QString> translations;
+    static Table translations;
     return translations;
+}
+
+/// Of an InLanguage; null for the program's.
+thread_local const Table *tableOfThread = nullptr;
+
+QString codeOf(const QString &language)
+{
+    return QLocale(language).name().section(QLatin1Char('_'), 0, 0);
+}
+
+/// Empty where there is none.
+Table tableNamed(const QString &code)
+{
+    registerTables();
+    Table read;
+    QFile file(QStringLiteral(":/texts/%1.json").arg(code));
+    if (!file.open(QIODevice::ReadOnly))
+        return read;
+    const QJsonObject translations = QJsonDocument::fromJson(file.readAll()).object();
+    for (auto text = translations.begin(); text != translations.end(); ++text)
+        read.insert(text.key(), text.value().toString());
+    return read;
 }
 
 } // namespace
 
 QString useLanguage(const QString &language)
 {
-    registerTables();
-    table().clear();
-    QString code = QLocale(language).name().section(QLatin1Char('_'), 0, 0);
-    QFile file(QStringLiteral(":/texts/%1.json").arg(code));
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("en");
-    const QJsonObject translations = QJsonDocument::fromJson(file.readAll()).object();
-    for (auto text = translations.begin(); text != translations.end(); ++text)
-        table().insert(text.key(), text.value().toString());
-    return code;
+    const QString code = codeOf(language);
+    table() = tableNamed(code);
+    return table().isEmpty() ? QStringLiteral("en") : code;
 }
 
 QString useLanguageOfUser()
@@ -47,7 +63,20 @@ QString useLanguageOfUser()
 QString tr(const char *english)
 {
     const QString text = QString::fromUtf8(english);
-    return table().value(text, text);
+    return (tableOfThread ? *tableOfThread : table()).value(text, text);
+}
+
+InLanguage::InLanguage(const QString &language)
+{
+    if (language.isEmpty())
+        return;
+    m_table = tableNamed(codeOf(language));
+    tableOfThread = &m_table;
+}
+
+InLanguage::~InLanguage()
+{
+    tableOfThread = nullptr;
 }
 
 } // namespace texts

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 /// What users read, in their language. The English text in the source is the key of the tables, one
@@ -14,5 +15,18 @@ QString useLanguage(const QString &language);
 QString useLanguageOfUser();
 
 QString tr(const char *english);
+
+/// While it lives, tr() answers its own thread in another language than the program's.
+class InLanguage
+{
+public:
+    /// Such as "zh" or "zh_CN"; empty for that of the program.
+    explicit InLanguage(const QString &language);
+    ~InLanguage();
+    Q_DISABLE_COPY(InLanguage)
+
+private:
+    QHash<QString, QString> m_table;
+};
 
 } // namespace texts

@@ -9,6 +9,7 @@ namespace doctor {
 
 namespace {
 
+constexpr char fallbackMark[] = ":-";
 constexpr int longestText = 64 * 1024;
 
 using Found = std::function<std::optional<QString>(const QString &name)>;
@@ -64,13 +65,15 @@ private:
             return;
         }
         const int end = m_text.indexOf(QLatin1Char('}'), m_at);
-        const QString name = m_text.mid(m_at, end - m_at);
+        const QString inside = m_text.mid(m_at, end - m_at);
+        const QString name = inside.section(QLatin1String(fallbackMark), 0, 0);
         if (end < 0 || name.isEmpty() || !std::all_of(name.begin(), name.end(), isNameCharacter)) {
             m_problem = texts::tr("\"{\" needs a name and \"}\" after it; \"{{\" stands for \"{\"");
             return;
         }
         m_at = end + 1;
-        m_result += m_value(name).value_or(QString());
+        const QString value = m_value(name).value_or(QString());
+        m_result += value.isEmpty() ? inside.section(QLatin1String(fallbackMark), 1) : value;
     }
 
     void readVariable()
@@ -104,7 +107,7 @@ private:
     std::optional<QString> readFallback()
     {
         const int end = m_text.indexOf(QLatin1Char('}'), m_at);
-        const bool isMarked = m_text.midRef(m_at, 2) == QLatin1String(":-");
+        const bool isMarked = m_text.midRef(m_at, 2) == QLatin1String(fallbackMark);
         if (end < 0 || (!isMarked && end != m_at)) {
             m_problem = texts::tr("a variable in braces is ${NAME} or ${NAME:-text}");
             return std::nullopt;

@@ -21,13 +21,13 @@ enum class Filling {
     ForPathPattern
 };
 
-/// Fills in "{value}", "$NAME", "${NAME}" and "${NAME:-text}"; "$$" and "{{" stand for "$" and "{".
-/// Variables are those of the environment (Machine::variable()); one that is not set and has no
-/// text is a problem, a value that was not seen is empty.
+/// Fills in "{value}", "{value:-text}", "$NAME", "${NAME}" and "${NAME:-text}"; "$$" and "{{" stand
+/// for "$" and "{". Variables are those of the environment (Machine::variable()); one that is not
+/// set and has no text is a problem, a value that was not seen or is empty gives the text.
 Expansion expanded(const QString &text, const Values &values, const Machine &machine,
                    Filling filling = Filling::AsIs);
 
-/// Fills in "{value}" alone: for texts that people read.
+/// Fills in "{value}" and "{value:-text}" alone: for texts that people read.
 QString filledIn(const QString &text, const QMap<QString, QString> &values);
 
 /// The names in braces, in their order.

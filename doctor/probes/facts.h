@@ -5,10 +5,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
 #include <mutex>
 
 #include "doctor/machine/deadline.h"
 #include "doctor/machine/machine.h"
+#include "doctor/why/open/open.h"
 #include "suites/installation.h"
 
 namespace doctor {
@@ -42,6 +44,8 @@ public:
     /// Of all suites, by the suite's id.
     const QHash<QString, QVector<suites::Installation>> &installations(const Machine &machine,
                                                                        const Deadline &deadline);
+    /// What opens a type.
+    Opening opening(const Machine &machine, const QString &type);
 
 private:
     std::once_flag m_processesRead;
@@ -52,6 +56,9 @@ private:
     QHash<QString, QString> m_fonts;
     std::once_flag m_installationsFound;
     QHash<QString, QVector<suites::Installation>> m_installations;
+    /// It keeps the desktop entries that it has read.
+    std::mutex m_openMutex;
+    std::unique_ptr<OpenQuestion> m_openQuestion;
 };
 
 } // namespace doctor

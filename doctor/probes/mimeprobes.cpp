@@ -1,8 +1,7 @@
-#include <QFile>
 #include <QHash>
 
-#include "doctor/editors/keyeditor.h"
 #include "doctor/machine/filereading.h"
+#include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
 
 namespace doctor {
@@ -11,110 +10,42 @@ namespace {
 
 constexpr qint64 largestList = 4 * 1024 * 1024;
 
-QStringList folders(const Machine &machine, const char *own, const char *others, const char *usual)
-{
-    const QString ownFolder = machine.variable(QLatin1String(own)).value_or(QString());
-    const QString list = machine.variable(QLatin1String(others)).value_or(QLatin1String(usual));
-    return QStringList{ownFolder} + list.split(QLatin1Char(':'), Qt::SkipEmptyParts);
-}
-
 QStringList dataFolders(const Machine &machine)
 {
-    return folders(machine, "XDG_DATA_HOME", "XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+    const QString own = machine.variable(QStringLiteral("XDG_DATA_HOME")).value_or(QString());
+    const QString others = machine.variable(QStringLiteral("XDG_DATA_DIRS"))
+                               .value_or(QStringLiteral("/usr/local/share:/usr/share"));
+    return QStringList{own} + others.split(QLatin1Char(':'), Qt::SkipEmptyParts);
 }
 
-/// The lists of default applications, the deciding one first, as the XDG standard for associations
-/// between MIME types and applications orders them.
-QStringList mimeLists(const Machine &machine)
+/// What lists name though it cannot be used.
+QStringList missingOf(const Opening &opening)
 {
-    const QString desktops = machine.environment.value(QStringLiteral("XDG_CURRENT_DESKTOP"));
-    QStringList places = folders(machine, "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "/etc/xdg");
-    for (const QString &folder : dataFolders(machine))
-        places.append(folder + QStringLiteral("/applications"));
-    QStringList lists;
-    for (const QString &place : qAsConst(places)) {
-        for (const QString &desktop :
-             desktops.toLower().split(QLatin1Char(':'), Qt::SkipEmptyParts))
-            lists.append(place + QLatin1Char('/') + desktop + QStringLiteral("-mimeapps.list"));
-        lists.append(place + QStringLiteral("/mimeapps.list"));
-    }
-    return lists;
-}
-
-QString entryPath(const QString &entry, const Machine &machine)
-{
-    for (const QString &folder : dataFolders(machine)) {
-        QString path = folder + QStringLiteral("/applications/") + entry;
-        if (!entry.contains(QLatin1Char('/')) && QFile::exists(machine.located(path)))
-            return path;
-    }
-    return {};
-}
-
-/// The first entry of a list that is there. "Missing" are those before it that are not.
-struct Chosen
-{
-    QString entry;
-    QString path;
-    QString list;
-    int line = 0;
     QStringList missing;
-};
-
-void choose(const QString &list, const QString &group, const QString &type, const Machine &machine,
-            Chosen &chosen)
-{
-    const FileContent file = readFile(machine.located(list), largestList);
-    const std::optional<FoundKey> found =
-        file.content ? keyEditor(Format::DesktopEntry).find(*file.content, {group, type})
-                     : std::nullopt;
-    if (!found)
-        return;
-    for (const QString &name : found->value.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QString path = entryPath(name.trimmed(), machine);
-        if (path.isEmpty()) {
-            chosen.missing.append(name.trimmed());
-        } else if (chosen.entry.isEmpty()) {
-            chosen.entry = name.trimmed();
-            chosen.path = path;
-            chosen.list = list;
-            chosen.line = found->line;
-        }
+    for (const Statement &statement : opening.gio.statements) {
+        if (statement.fate == Fate::Fails)
+            missing.append(statement.entry);
     }
-}
-
-Chosen defaultOf(const QString &type, const Machine &machine)
-{
-    Chosen chosen;
-    for (const QString &list : mimeLists(machine)) {
-        choose(list, QStringLiteral("Default Applications"), type, machine, chosen);
-        if (!chosen.entry.isEmpty())
-            return chosen;
-    }
-    // Without a default it is the first that can open the type.
-    for (const QString &folder : dataFolders(machine)) {
-        choose(folder + QStringLiteral("/applications/mimeinfo.cache"),
-               QStringLiteral("MIME Cache"), type, machine, chosen);
-        if (!chosen.entry.isEmpty())
-            break;
-    }
-    return chosen;
+    return missing;
 }
 
 Observed lookAtMimeDefault(const Arguments &arguments, const Looking &looking)
 {
     const QString type = arguments.text("mimeDefault");
-    const Chosen chosen = defaultOf(type, looking.machine);
+    const Opening opening = looking.facts.opening(looking.machine, type);
+    if (opening.verdict == Opening::Verdict::Undecided)
+        return {{}, opening.text};
+    const OpenChoice &chosen = opening.gio.choice;
     Observation seen;
-    if (!chosen.list.isEmpty())
-        seen.where.append({chosen.list, chosen.line, 0});
+    if (!chosen.entry.isEmpty())
+        seen.where.append({chosen.where.path, chosen.where.line, 0});
     seen.values = {
         {QStringLiteral("mime"), Value::ofText(type)},
         {QStringLiteral("present"), Value::ofFlag(!chosen.entry.isEmpty())},
         {QStringLiteral("entry"), Value::ofText(chosen.entry)},
         {QStringLiteral("path"), Value::ofText(chosen.path)},
-        {QStringLiteral("list"), Value::ofText(chosen.list)},
-        {QStringLiteral("missing"), Value::ofText(chosen.missing.join(QStringLiteral(", ")))}};
+        {QStringLiteral("list"), Value::ofText(chosen.where.path)},
+        {QStringLiteral("missing"), Value::ofText(missingOf(opening).join(QStringLiteral(", ")))}};
     return {{seen}, {}};
 }
 
@@ -172,6 +103,14 @@ constexpr ProbeValue typeValues[] = {{"name", ValueType::Text},
                                      {"known", ValueType::Flag}};
 
 } // namespace
+
+Opening Facts::opening(const Machine &machine, const QString &type)
+{
+    const std::lock_guard<std::mutex> guard(m_openMutex);
+    if (!m_openQuestion)
+        m_openQuestion = std::make_unique<OpenQuestion>(machine);
+    return m_openQuestion->ofType(type);
+}
 
 const ProbeKind mimeDefaultKind{"mimeDefault", defaultParameters, defaultValues,
                                 &lookAtMimeDefault};

@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QPointer>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 
 #include "helio/doctor/doctorworker.h"
@@ -11,8 +13,23 @@ namespace helio {
 
 namespace {
 
-constexpr char prefix[] = "doctor.";
+constexpr std::array<const char *, 2> prefixes{"doctor.", "why."};
 constexpr char cancel[] = "doctor.cancel";
+
+/// The name may stand anywhere in the text of a call.
+bool mayBeOurs(const QString &call)
+{
+    return std::any_of(prefixes.begin(), prefixes.end(), [&call](const char *prefix) {
+        return call.contains(QLatin1String(prefix));
+    });
+}
+
+bool isOurs(const QString &operation)
+{
+    return std::any_of(prefixes.begin(), prefixes.end(), [&operation](const char *prefix) {
+        return operation.startsWith(QLatin1String(prefix));
+    });
+}
 
 QString textOf(const QJsonObject &object)
 {
@@ -57,11 +74,11 @@ QStringList DoctorOperations::names()
 bool DoctorOperations::take(const QString &call, QObject *receiver, const Deliver &deliver)
 {
     // Most calls are the plug-in's, and need not be parsed twice.
-    if (!call.contains(QLatin1String(prefix)))
+    if (!mayBeOurs(call))
         return false;
     const QJsonObject parsed = QJsonDocument::fromJson(call.toUtf8()).object();
     const QString operation = parsed.value(QStringLiteral("command")).toString();
-    if (!operation.startsWith(QLatin1String(prefix)))
+    if (!isOurs(operation))
         return false;
     if (operation == QLatin1String(cancel))
         ++m_stops->looks;

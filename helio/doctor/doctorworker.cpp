@@ -69,7 +69,8 @@ const QVector<DoctorWorker::Operation> &DoctorWorker::table()
         {"doctor.plan", &DoctorWorker::plan},       {"doctor.fix", &DoctorWorker::fix},
         {"doctor.undo", &DoctorWorker::undo},       {"doctor.history", &DoctorWorker::history},
         {"doctor.preview", &DoctorWorker::preview}, {"doctor.watch", &DoctorWorker::watch},
-        {"doctor.watched", &DoctorWorker::watched},
+        {"doctor.watched", &DoctorWorker::watched}, {"why.open", &DoctorWorker::whyOpen},
+        {"why.denied", &DoctorWorker::whyDenied},   {"why.input", &DoctorWorker::whyInput},
     };
     return operations;
 }
@@ -92,6 +93,8 @@ QJsonObject DoctorWorker::answer(const DoctorRequest &request)
         return error(QStringLiteral("no such operation: %1").arg(request.operation));
     if (!m_isLoaded)
         load();
+    const texts::InLanguage inLanguage(
+        request.arguments.value(QStringLiteral("language")).toString());
     return (this->*found->answer)(request);
 }
 
@@ -170,13 +173,20 @@ QJsonObject DoctorWorker::plan(const DoctorRequest &request)
     }
     if (findings.isEmpty())
         return error(QStringLiteral("no finding was named"));
-    const Planned planned{findings, m_doctor.plan(findings, repair)};
+    const doctor::Plan plan = m_doctor.plan(findings, repair);
+    return result(keep({plan, [this, plan, findings](const DoctorRequest &fixing) {
+                            return repaired(plan, findings, fixing);
+                        }}));
+}
+
+QJsonObject DoctorWorker::keep(const Planned &planned)
+{
     m_plans.insert(++m_lastNumber, planned);
     if (m_plans.size() > mostPlans)
         m_plans.erase(m_plans.begin());
-    return result({{QStringLiteral("plan"), m_lastNumber},
-                   {QStringLiteral("changes"), changeLines(repair, planned.plan.changes)},
-                   {QStringLiteral("refusal"), planned.plan.refusal}});
+    return {{QStringLiteral("plan"), m_lastNumber},
+            {QStringLiteral("changes"), changeLines(planned.plan.repair, planned.plan.changes)},
+            {QStringLiteral("refusal"), planned.plan.refusal}};
 }
 
 QJsonObject DoctorWorker::fix(const DoctorRequest &request)
@@ -186,17 +196,22 @@ QJsonObject DoctorWorker::fix(const DoctorRequest &request)
         return error(QStringLiteral("no such plan, make one again"));
     const Planned planned = m_plans.take(number);
     endOldWatch(request);
-    Repaired repaired{planned.findings, {}};
-    for (const doctor::Finding &known : qAsConst(m_findings)) {
-        const auto isSame = [&known](const doctor::Finding &one) { return one.text == known.text; };
-        if (known.check == planned.plan.check &&
-            std::none_of(planned.findings.begin(), planned.findings.end(), isSame))
-            repaired.others.append(known);
-    }
-    const RepairOutcome outcome =
-        verifiedRepair(m_doctor, m_journal, planned.plan, repaired, request.language());
+    const RepairOutcome outcome = planned.make(request);
     say(outcome.notes, request);
     return result(repairLine(outcome));
+}
+
+RepairOutcome DoctorWorker::repaired(const doctor::Plan &plan,
+                                     const QVector<doctor::Finding> &findings,
+                                     const DoctorRequest &request)
+{
+    Repaired repaired{findings, {}};
+    for (const doctor::Finding &known : qAsConst(m_findings)) {
+        const auto isSame = [&known](const doctor::Finding &one) { return one.text == known.text; };
+        if (known.check == plan.check && std::none_of(findings.begin(), findings.end(), isSame))
+            repaired.others.append(known);
+    }
+    return verifiedRepair(m_doctor, m_journal, plan, repaired, request.language());
 }
 
 QJsonObject DoctorWorker::undo(const DoctorRequest &request)

@@ -10,6 +10,7 @@
 #include "doctor/doctor.h"
 #include "doctor/journal/journal.h"
 #include "helio/doctor/commandrepair.h"
+#include "helio/doctor/explanation.h"
 
 namespace helio {
 
@@ -44,8 +45,9 @@ public:
 private:
     struct Planned
     {
-        QVector<doctor::Finding> findings;
         doctor::Plan plan;
+        /// Makes the repair of the plan, and verifies it.
+        std::function<RepairOutcome(const DoctorRequest &request)> make;
     };
     struct Operation
     {
@@ -63,8 +65,18 @@ private:
     QJsonObject preview(const DoctorRequest &request);
     QJsonObject watch(const DoctorRequest &request);
     QJsonObject watched(const DoctorRequest &request);
+    QJsonObject whyOpen(const DoctorRequest &request);
+    QJsonObject whyDenied(const DoctorRequest &request);
+    QJsonObject whyInput(const DoctorRequest &request);
 
     void load();
+    /// Keeps a plan under a new number; @return what a page is told of it.
+    QJsonObject keep(const Planned &planned);
+    /// The line of an explanation, with the plan of its repair.
+    QJsonObject told(const Explanation &explanation);
+    /// Makes the repair of a plan for findings of one check.
+    RepairOutcome repaired(const doctor::Plan &plan, const QVector<doctor::Finding> &findings,
+                           const DoctorRequest &request);
     /// Runs checks; @return the texts of what they found.
     QStringList check(const QStringList &ids, const DoctorRequest &request);
     /// Ends a watch that its page has left.

@@ -27,26 +27,36 @@ bool remains(const doctor::Finding &now, const Repaired &repaired)
            std::any_of(repaired.findings.begin(), repaired.findings.end(), isThere);
 }
 
-/// Whether the repair has helped; @p unverified says why that is not known.
-bool isGone(const doctor::Doctor &doctor, const QString &check, const Repaired &repaired,
-            const QString &locale, QString &unverified)
+Verification checkedAgain(const doctor::Doctor &doctor, const QString &check,
+                          const Repaired &repaired, const QString &locale)
 {
-    bool isThere = false;
+    using State = Verification::State;
+    Verification verification;
     doctor.run({check}, locale, [&](const doctor::CheckResult &result) {
         if (result.outcome == doctor::CheckResult::Outcome::Failed)
-            unverified = result.reason;
-        isThere = std::any_of(result.findings.begin(), result.findings.end(),
-                              [&](const doctor::Finding &now) { return remains(now, repaired); });
+            verification = {State::Unknown, result.reason};
+        else if (std::any_of(result.findings.begin(), result.findings.end(),
+                             [&](const doctor::Finding &now) { return remains(now, repaired); }))
+            verification.state = State::Remains;
         return true;
     });
-    return !isThere && unverified.isEmpty();
+    return verification;
+}
+
+QString reasonOf(const Verification &verification)
+{
+    if (verification.state == Verification::State::Unknown)
+        return texts::tr("it could not be checked, so it was taken back: %1")
+            .arg(verification.reason);
+    return verification.reason.isEmpty()
+               ? texts::tr("the finding was still there, so it was taken back")
+               : verification.reason;
 }
 
 } // namespace
 
-RepairOutcome verifiedRepair(const doctor::Doctor &doctor, doctor::Journal &journal,
-                             const doctor::Plan &plan, const Repaired &repaired,
-                             const QString &locale)
+RepairOutcome verifiedRepair(doctor::Journal &journal, const doctor::Plan &plan,
+                             const Verify &verify)
 {
     using Outcome = doctor::JournalResult::Outcome;
     using Result = RepairOutcome::Result;
@@ -57,20 +67,26 @@ RepairOutcome verifiedRepair(const doctor::Doctor &doctor, doctor::Journal &jour
         outcome.result = applied.outcome == Outcome::Refused ? Result::Refused : Result::Failed;
         return outcome;
     }
-    QString unverified;
-    if (isGone(doctor, plan.check, repaired, locale, unverified)) {
+    const Verification verification = verify();
+    if (verification.state == Verification::State::Gone) {
         outcome.result = Result::Repaired;
+        outcome.reason = verification.reason;
         return outcome;
     }
     const doctor::JournalResult undone = journal.undo(applied.number);
     const bool isUndone = undone.outcome == Outcome::Undone;
-    outcome.result = unverified.isEmpty() && isUndone ? Result::Unchanged : Result::Failed;
-    outcome.reason =
-        !isUndone ? undone.reason
-        : unverified.isEmpty()
-            ? texts::tr("the finding was still there, so it was taken back")
-            : texts::tr("it could not be checked, so it was taken back: %1").arg(unverified);
+    const bool isKnown = verification.state == Verification::State::Remains;
+    outcome.result = isKnown && isUndone ? Result::Unchanged : Result::Failed;
+    outcome.reason = isUndone ? reasonOf(verification) : undone.reason;
     return outcome;
+}
+
+RepairOutcome verifiedRepair(const doctor::Doctor &doctor, doctor::Journal &journal,
+                             const doctor::Plan &plan, const Repaired &repaired,
+                             const QString &locale)
+{
+    return verifiedRepair(journal, plan,
+                          [&] { return checkedAgain(doctor, plan.check, repaired, locale); });
 }
 
 } // namespace helio

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 #include "doctor/doctor.h"
 
 namespace doctor {
@@ -40,8 +42,26 @@ struct Repaired
     QVector<doctor::Finding> others;
 };
 
-/// Applies the plan and checks again. A repair after which something that it is for is still there
-/// is taken back.
+/// What a look after a repair has shown.
+struct Verification
+{
+    enum class State {
+        Gone,
+        Remains,
+        Unknown, ///< the look has failed
+    };
+
+    State state = State::Gone;
+    /// For people; may be empty unless the state is unknown.
+    QString reason;
+};
+using Verify = std::function<Verification()>;
+
+/// Applies the plan and verifies it. A repair that has not helped is taken back.
+RepairOutcome verifiedRepair(doctor::Journal &journal, const doctor::Plan &plan,
+                             const Verify &verify);
+
+/// The same for findings of a check, which runs again.
 RepairOutcome verifiedRepair(const doctor::Doctor &doctor, doctor::Journal &journal,
                              const doctor::Plan &plan, const Repaired &repaired,
                              const QString &locale);

@@ -115,6 +115,21 @@ QStringList MimeTypes::withParents(const QString &type) const
     return types;
 }
 
+QStringList MimeTypes::parents(const QString &type) const
+{
+    const QString each = unaliased(type);
+    QStringList parents;
+    for (const QString &parent : m_parents.value(each))
+        parents.append(unaliased(parent));
+    if (!parents.isEmpty())
+        return parents;
+    const QString bytes = QStringLiteral("application/octet-stream");
+    const QString text = QStringLiteral("text/plain");
+    if (each.startsWith(QLatin1String("text/")) && each != text)
+        return {text};
+    return each == bytes ? QStringList() : QStringList{bytes};
+}
+
 bool MimeTypes::isSubclass(const QString &type, const QString &base) const
 {
     const QString wanted = unaliased(base);

@@ -34,6 +34,9 @@ public:
     QString unaliased(const QString &type) const;
     /// The type without alias, then all types that it is based on, the nearest ones first.
     QStringList withParents(const QString &type) const;
+    /// The types that it is directly based on, as Qt has them: without any, text is plain text and
+    /// everything else bytes.
+    QStringList parents(const QString &type) const;
     bool isSubclass(const QString &type, const QString &base) const;
     /// The types of a file's name, the heaviest first. GLib is sure of the type if it is one.
     QVector<NameMatch> ofName(const QString &name) const;

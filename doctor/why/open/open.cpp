@@ -6,7 +6,6 @@
 
 #include "doctor/editors/keyeditor.h"
 #include "doctor/repairs/draft.h"
-#include "doctor/why/open/kdechoice.h"
 #include "doctor/why/open/xdgopen.h"
 #include "texts/texts.h"
 
@@ -165,7 +164,9 @@ Opening OpenQuestion::answer(const FoundType &found) const
     opening.gio = gioChoice(m_lists, m_entries, opening.types);
     opening.xdgMime = m_xdgMime.choice(found.type);
     opening.xdgOpen = xdgOpenProgram(m_places);
-    opening.kde = kdeChoice(m_lists, m_entries, opening.types);
+    if (!m_kde)
+        m_kde = std::make_unique<KdeChoices>(m_places, m_lists, m_entries, m_types);
+    opening.kde = m_kde->choice(found.type);
     decide(opening);
     const bool isRight = opening.verdict == Opening::Verdict::Opens && opening.isOneForAll();
     if (!isRight && opening.verdict != Opening::Verdict::Undecided) {
@@ -186,6 +187,16 @@ Opening OpenQuestion::ofType(const QString &type) const
 Opening OpenQuestion::ofFile(const QString &path) const
 {
     return answer(typeOfFile(QFileInfo(path).absoluteFilePath(), m_places, m_types));
+}
+
+Opening OpenQuestion::ofSuffix(const QString &suffix) const
+{
+    FoundType found;
+    found.how = FoundType::How::Name;
+    found.names = m_types.ofName(QStringLiteral("a.") + suffix);
+    if (!found.names.isEmpty())
+        found.type = found.names.constFirst().type;
+    return answer(found);
 }
 
 QVector<SuffixOpening> OpenQuestion::ofSuffixes() const

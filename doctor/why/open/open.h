@@ -4,11 +4,13 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
 #include <optional>
 
 #include "doctor/model/plan.h"
 #include "doctor/why/open/filetype.h"
 #include "doctor/why/open/giochoice.h"
+#include "doctor/why/open/kdechoice.h"
 #include "doctor/why/open/xdgchoice.h"
 
 namespace doctor {
@@ -62,6 +64,8 @@ public:
 
     Opening ofType(const QString &type) const;
     Opening ofFile(const QString &path) const;
+    /// By the name alone, as if a file were called "a.docx".
+    Opening ofSuffix(const QString &suffix) const;
     QVector<SuffixOpening> ofSuffixes() const;
 
     /// Has the user's own list open the type with this entry: one line of one file.
@@ -85,6 +89,8 @@ private:
     AssociationLists m_lists;
     DesktopEntries m_entries;
     XdgMime m_xdgMime;
+    /// It reads all entries, so only once it is asked.
+    mutable std::unique_ptr<KdeChoices> m_kde;
 };
 
 /// Why a desktop entry cannot be used; empty if it can.

@@ -14,6 +14,7 @@
 #include "helio/ctl/doctor/textprinter.h"
 #include "helio/ctl/why/inputreport.h"
 #include "helio/ctl/why/whycommand.h"
+#include "helio/doctor/inputjson.h"
 #include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
 
@@ -109,10 +110,11 @@ void printReport(const Line &line, const InputReport &report,
                  const std::optional<InputRemedy> &remedy)
 {
     if (line.json)
-        print(QString::fromUtf8(
-                  QJsonDocument(inputObject(report, remedy)).toJson(QJsonDocument::Compact)) +
-                  QLatin1Char('\n'),
-              stdout);
+        print(
+            QString::fromUtf8(
+                QJsonDocument(helio::inputObject(report, remedy)).toJson(QJsonDocument::Compact)) +
+                QLatin1Char('\n'),
+            stdout);
     else
         print(inputText(report, remedy), stdout);
 }

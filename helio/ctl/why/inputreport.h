@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonObject>
 #include <QString>
 
 #include "doctor/why/input/input.h"
@@ -11,9 +10,5 @@ namespace ctl {
 /// Lines for people: the verdict, what was seen, where each variable comes from, and the remedy.
 QString inputText(const doctor::InputReport &report,
                   const std::optional<doctor::InputRemedy> &remedy);
-
-/// The same as one line of docs/doctor.schema.json.
-QJsonObject inputObject(const doctor::InputReport &report,
-                        const std::optional<doctor::InputRemedy> &remedy);
 
 } // namespace ctl

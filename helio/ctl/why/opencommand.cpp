@@ -17,6 +17,7 @@
 #include "helio/ctl/doctor/textprinter.h"
 #include "helio/ctl/why/openreport.h"
 #include "helio/ctl/why/whycommand.h"
+#include "helio/doctor/openjson.h"
 #include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
 
@@ -144,7 +145,7 @@ Opening look(const OpenQuestion &question, const QString &subject)
 void printOpening(const Line &line, const OpenQuestion &question, const Opening &opening)
 {
     if (line.json)
-        printObject(openObject(line.subject, question, opening));
+        printObject(helio::openObject(line.subject, question, opening));
     else
         print(openText(line.subject, question, opening), stdout);
 }
@@ -242,7 +243,7 @@ int listAll(const Line &line, const OpenQuestion &question)
     for (const doctor::SuffixOpening &row : question.ofSuffixes()) {
         areAllOpened = areAllOpened && !row.gio.entry.isEmpty();
         if (line.json)
-            printObject(suffixObject(row));
+            printObject(helio::suffixObject(row));
         else
             print(suffixText(row), stdout);
     }

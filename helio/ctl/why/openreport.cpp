@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "helio/doctor/doctorwords.h"
+#include "helio/doctor/openjson.h"
 #include "texts/texts.h"
 
 namespace ctl {
@@ -10,7 +11,6 @@ namespace ctl {
 namespace {
 
 using doctor::AssociationList;
-using doctor::Fate;
 using doctor::FoundType;
 using doctor::ListGroup;
 using doctor::OpenChoice;
@@ -49,31 +49,6 @@ QString marksOf(const doctor::DesktopEntry &entry)
     if (!entry.isShown)
         marks += texts::tr(" (not for this desktop)");
     return marks;
-}
-
-QString textOf(const Statement &statement, const OpenQuestion &question)
-{
-    switch (statement.fate) {
-    case Fate::Decides:
-        return texts::tr("decides");
-    case Fate::Later:
-        return texts::tr("comes after the one that decides");
-    case Fate::Repeated:
-        return texts::tr("was named before");
-    case Fate::Removed:
-        return texts::tr("is removed by a list before");
-    case Fate::Removes:
-        return texts::tr("is taken out here");
-    case Fate::RemovesLate:
-        return texts::tr("is taken out too late: it was named before");
-    case Fate::Masked:
-        return texts::tr("an entry of this name in a directory before counts instead");
-    case Fate::NotObeyed:
-        return texts::tr("is not obeyed: such a file may not say that");
-    case Fate::Fails:
-        break;
-    }
-    return doctor::entryProblem(question.entries().entry(statement.entry));
 }
 
 QString placeText(const Place &place)
@@ -155,7 +130,7 @@ QString openText(const QString &subject, const OpenQuestion &question, const Ope
         lines.append(QStringLiteral("  %1  %2  %3  %4: %5")
                          .arg(placeText(statement.where), textOf(statement.group), statement.type,
                               statement.entry + marksOf(question.entries().entry(statement.entry)),
-                              textOf(statement, question)));
+                              helio::fateText(statement, question)));
     addLists(question, opening, lines);
     if (!opening.types.isEmpty()) {
         lines.append(opening.isOneForAll() ? texts::tr("The tools agree:")

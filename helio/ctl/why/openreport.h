@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonObject>
 #include <QString>
 
 #include "doctor/why/open/open.h"
@@ -12,12 +11,8 @@ namespace ctl {
 /// @p subject is the file or type as it was asked for.
 QString openText(const QString &subject, const doctor::OpenQuestion &question,
                  const doctor::Opening &opening);
-/// The same as one line of docs/doctor.schema.json.
-QJsonObject openObject(const QString &subject, const doctor::OpenQuestion &question,
-                       const doctor::Opening &opening);
 
-/// A line each for people, or as in docs/doctor.schema.json.
+/// A line for people.
 QString suffixText(const doctor::SuffixOpening &row);
-QJsonObject suffixObject(const doctor::SuffixOpening &row);
 
 } // namespace ctl

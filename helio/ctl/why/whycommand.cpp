@@ -18,6 +18,7 @@
 #include "helio/ctl/why/inputcommand.h"
 #include "helio/ctl/why/opencommand.h"
 #include "helio/ctl/why/whyline.h"
+#include "helio/doctor/accessjson.h"
 #include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
 
@@ -59,7 +60,7 @@ Denial look(const WhyLine &line)
 void printDenial(const WhyLine &line, const Denial &denial)
 {
     if (line.json)
-        print(QString::fromUtf8(QJsonDocument(accessObject(line.path, line.access, denial))
+        print(QString::fromUtf8(QJsonDocument(helio::accessObject(line.path, line.access, denial))
                                     .toJson(QJsonDocument::Compact)) +
                   QLatin1Char('\n'),
               stdout);

@@ -15,6 +15,27 @@ export function flag(result: unknown): boolean {
     return result;
 }
 
+export function number(result: unknown): number {
+    if (typeof result !== 'number') throw new UnreadableAnswer('no number');
+    return result;
+}
+
+/** One of a fixed set of words. */
+export function word<Word extends string>(result: unknown, words: readonly Word[]): Word {
+    const found = words.find((known) => known === result);
+    if (found === undefined) throw new UnreadableAnswer(`unknown word: ${String(result)}`);
+    return found;
+}
+
+/** What may be left out. */
+export function optional<Value, Otherwise>(
+    result: unknown,
+    decode: Decoder<Value>,
+    otherwise: Otherwise,
+): Value | Otherwise {
+    return result === undefined || result === null ? otherwise : decode(result);
+}
+
 export function members(result: unknown): Members {
     if (typeof result !== 'object' || result === null || Array.isArray(result)) {
         throw new UnreadableAnswer('no object');
@@ -26,6 +47,8 @@ export function list(result: unknown): unknown[] {
     if (!Array.isArray(result)) throw new UnreadableAnswer('no list');
     return result;
 }
+
+export const textList = (result: unknown): string[] => list(result).map(text);
 
 /** The answer of a command that only acts. */
 export function success(result: unknown): void {

@@ -1,7 +1,6 @@
 /** The doctor, which a shell may offer beside the library's commands. */
 import type { Caller } from './caller';
-import { list, members, text, type Decoder } from './decode';
-import { UnreadableAnswer } from './outcome';
+import { list, members, number, optional, text, textList, word } from './decode';
 import type { CommandName } from './wire';
 
 export interface ListedCheck {
@@ -106,7 +105,7 @@ export interface CommandPreview {
 }
 
 /** What a command has changed; it failed if the doctor still finds what it is for. */
-export interface WatchedRepair extends RepairOutcome {
+interface WatchedRepair extends RepairOutcome {
     changes: PlannedChange[];
 }
 
@@ -118,22 +117,6 @@ export interface HistoryEntry {
     state: (typeof entryStates)[number];
     paths: string[];
 }
-
-function number(value: unknown): number {
-    if (typeof value !== 'number') throw new UnreadableAnswer('no number');
-    return value;
-}
-
-function word<Word extends string>(value: unknown, words: readonly Word[]): Word {
-    const found = words.find((known) => known === value);
-    if (found === undefined) throw new UnreadableAnswer(`unknown word: ${String(value)}`);
-    return found;
-}
-
-const optional = <Value>(value: unknown, decode: Decoder<Value>, otherwise: Value): Value =>
-    value === undefined ? otherwise : decode(value);
-
-const textList = (value: unknown): string[] => list(value).map(text);
 
 function checkList(result: unknown): CheckList {
     const { checks, mistakes } = members(result);
@@ -154,7 +137,7 @@ function checkList(result: unknown): CheckList {
     };
 }
 
-function place(value: unknown): Place {
+export function place(value: unknown): Place {
     const { path, line, process } = members(value);
     return {
         path: optional(path, text, ''),
@@ -199,7 +182,7 @@ function plannedChange(value: unknown): PlannedChange {
     };
 }
 
-function repairPlan(result: unknown): RepairPlan {
+export function repairPlan(result: unknown): RepairPlan {
     const { plan, changes, refusal } = members(result);
     return {
         number: number(plan),

@@ -15,6 +15,7 @@ import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
 import { systemCommands } from './systemcommands';
 import { updateCommands } from './updatecommands';
+import { whyOperations } from './why';
 import { windowCommands } from './windowcommands';
 import type { Host } from './wire';
 
@@ -32,13 +33,13 @@ export type {
     RepairOutcome,
     RepairPlan,
     UndoOutcome,
-    WatchedRepair,
 } from './doctor';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
+export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
@@ -53,6 +54,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         },
         listen: notices.listen.bind(notices),
         doctor: doctorOperations(caller),
+        why: whyOperations(caller),
         ...windowCommands(caller),
         ...launcherCommands(caller),
         ...searchCommands(caller),

@@ -111,6 +111,9 @@ export const doctorOperationNames = [
     'doctor.watch',
     'doctor.watched',
     'doctor.cancel',
+    'why.open',
+    'why.denied',
+    'why.input',
 ] as const;
 
 export type OperationName = (typeof doctorOperationNames)[number];

@@ -31,6 +31,8 @@ export interface Scene {
     withoutDoctor?: boolean;
     /** For a shell whose doctor watches the library's repairs. */
     watched?: boolean;
+    /** For a shell whose doctor explains what it finds. */
+    explained?: boolean;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
@@ -50,7 +52,10 @@ export interface ViewOptions {
 export function openView(
     browser: Chromium,
     directory: string,
-    scene: Pick<Scene, 'page' | 'answers' | 'withoutHost' | 'withoutDoctor' | 'watched'>,
+    scene: Pick<
+        Scene,
+        'page' | 'answers' | 'withoutHost' | 'withoutDoctor' | 'watched' | 'explained'
+    >,
     options?: ViewOptions,
 ): Promise<Page>;
 export function sentCommands(

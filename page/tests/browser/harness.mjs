@@ -28,10 +28,11 @@ const commonAnswers = {
     closechildwindow: {},
 };
 
-/** What the shell itself offers, the last of them only in a scene that is `watched`. */
+/** What the shell itself offers; the last ones only in scenes that are `explained` or `watched`. */
 const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'cancel'].map(
     (name) => `doctor.${name}`,
 );
+const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
 /** Runs in the page, before its own scripts. */
@@ -80,7 +81,7 @@ function installHost({ theme, language, textSize, answers, operations }) {
 /**
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
- * `watched` for one that watches the library's repairs.
+ * `watched` for one that watches the library's repairs, `explained` for one that says why.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -101,9 +102,11 @@ export async function openView(browser, directory, scene, options = {}) {
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...scene.answers };
-        const offered = scene.watched
-            ? [...doctorOperations, ...watchOperations]
-            : doctorOperations;
+        const offered = [
+            ...doctorOperations,
+            ...(scene.watched ? watchOperations : []),
+            ...(scene.explained ? whyOperations : []),
+        ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });
         await page.addInitScript(`(${installHost})(${host})`);

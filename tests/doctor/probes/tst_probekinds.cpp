@@ -269,11 +269,12 @@ void TestProbeKinds::defaultsOfMimeTypesFollowTheLists()
 {
     Scene scene;
     scene.set("XDG_CURRENT_DESKTOP", "Plasma");
-    scene.write("/usr/share/applications/a.desktop", "");
-    scene.write("/usr/share/applications/b.desktop", "");
+    scene.write("/usr/share/applications/a.desktop", "[Desktop Entry]\nType=Application\n");
+    scene.write("/usr/share/applications/b.desktop", "[Desktop Entry]\nType=Application\n");
     scene.write("/usr/share/applications/mimeinfo.cache",
                 "[MIME Cache]\ntext/plain=a.desktop;b.desktop;\n");
     QCOMPARE(scene.value("mimeDefault", "text/plain", "entry"), QStringLiteral("a.desktop"));
+    QCOMPARE(scene.value("mimeDefault", "text/x-none", "present"), no());
     scene.write("/home/mira/.config/mimeapps.list",
                 "[Default Applications]\ntext/plain=gone.desktop;b.desktop\n");
     QCOMPARE(scene.value("mimeDefault", "text/plain", "entry"), QStringLiteral("b.desktop"));

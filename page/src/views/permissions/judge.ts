@@ -1,4 +1,4 @@
-import type { FilePermissions, Variable } from '@/client';
+import type { AccessReason, FilePermissions, Variable } from '@/client';
 import { judged, type Judged } from '@/parts/judged';
 import type { Found } from '@/tasks/findings';
 
@@ -6,6 +6,8 @@ import type { Found } from '@/tasks/findings';
 type VerdictName =
     | 'missing'
     | 'unclear'
+    | 'denied'
+    | 'granted'
     | 'foreign'
     | 'foreignOpen'
     | 'nameless'
@@ -26,6 +28,9 @@ interface Verdict {
     /** Terminal commands that fix it; empty when there is nothing to fix. */
     commands: string[];
 }
+
+/** By the path's name in the list. */
+export type AccessReasons = ReadonlyMap<string, AccessReason>;
 
 export interface Rights {
     read: boolean;
@@ -124,6 +129,18 @@ function judgedByDoctor({ name }: FilePermissions, { findings, skipped }: Found)
     };
 }
 
+/** What the kernel grants counts, whatever the permissions look like. */
+function judgedByAccess(
+    file: FilePermissions,
+    { verdict, text }: AccessReason,
+    found: Found | null,
+): Verdict {
+    if (verdict === 'denied') return { name: 'denied', state: 'bad', text, commands: [] };
+    if (verdict === 'undecided') return { name: 'unclear', state: 'plain', text, commands: [] };
+    const looks = judgedByDoctor(file, found ?? { findings: [], skipped: false });
+    return looks.state === 'bad' ? { name: 'granted', state: 'good', text, commands: [] } : looks;
+}
+
 function judgeOwn({ name }: FilePermissions, { owner, others }: AllRights): Verdict {
     const directory = knownPath(name) !== null && knownPaths[name]!.directory;
     const verdict = (found: VerdictName, state: Judged): Verdict => ({
@@ -146,14 +163,16 @@ function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
 
 /**
  * Whether the suite of `user` can read and change the path, and the fix if not. What the doctor
- * has looked at is as it has found it.
+ * has looked at is as it has found it, or as `reason` explains it.
  */
 export function judge(
     file: FilePermissions,
     user: string | null,
     found: Found | null = null,
+    reason?: AccessReason,
 ): Verdict {
     if (!file.exists) return { name: 'missing', state: 'plain', commands: [] };
+    if (reason) return judgedByAccess(file, reason, found);
     const rights = rightsOf(file.permissions);
     if (!rights) return { name: 'unclear', state: 'plain', commands: [] };
     if (found && knownPath(file.name)) return judgedByDoctor(file, found);
@@ -173,7 +192,9 @@ export function byUrgency(
     files: FilePermissions[],
     user: string | null,
     found: Found | null = null,
+    reasons: AccessReasons = new Map(),
 ): FilePermissions[] {
-    const rank = (file: FilePermissions): number => urgency.indexOf(judge(file, user, found).state);
+    const rank = (file: FilePermissions): number =>
+        urgency.indexOf(judge(file, user, found, reasons.get(file.name)).state);
     return [...files].sort((first, second) => rank(first) - rank(second));
 }

@@ -1,8 +1,9 @@
-import type { FilePermissions } from '@/client';
+import type { AccessReason, FilePermissions, PathPart } from '@/client';
 import type { Translate } from '@/frame/texts';
+import { rightsText as modeLetters } from '@/parts/difflines';
 import { visibleText } from '@/parts/visibletext';
 import type { Found } from '@/tasks/findings';
-import { judge, rightsOf, type Rights } from './judge';
+import { judge, rightsOf, type AccessReasons, type Rights } from './judge';
 
 function granted({ read, write, execute }: Rights, t: Translate): string {
     const words = [
@@ -11,6 +12,13 @@ function granted({ read, write, execute }: Rights, t: Translate): string {
         execute ? t('permissions.rights.execute') : '',
     ].filter(Boolean);
     return words.join(t('permissions.rights.and')) || t('permissions.rights.nothing');
+}
+
+const kindLetters: Record<string, string> = { directory: 'd', link: 'l' };
+
+/** As ls(1) and chmod(1) write them: "drwxr-x--- (0750)". */
+export function partRights({ kind, mode }: PathPart): string {
+    return `${kindLetters[kind] ?? '-'}${modeLetters(mode)} (${mode})`;
 }
 
 /** "110-100-100" in words; empty for anything else. */
@@ -30,8 +38,9 @@ export function verdictText(
     user: string | null,
     t: Translate,
     found: Found | null = null,
+    reason?: AccessReason,
 ): string {
-    const { name, text } = judge(file, user, found);
+    const { name, text } = judge(file, user, found, reason);
     if (text !== undefined) return visibleText(text);
     return t(`permissions.verdicts.${name}.text`, {
         owner: visibleText(file.owner),
@@ -45,6 +54,7 @@ export function listText(
     user: string | null,
     t: Translate,
     found: Found | null = null,
+    reasons: AccessReasons = new Map(),
 ): string {
     return files
         .map((file) => {
@@ -52,7 +62,8 @@ export function listText(
             const facts = file.exists
                 ? `  ${visibleText(owner)}:${visibleText(group)}  ${permissions}  ${modified}`
                 : '';
-            return `${visibleText(file.name)}${facts}\n    ${verdictText(file, user, t, found)}`;
+            const verdict = verdictText(file, user, t, found, reasons.get(file.name));
+            return `${visibleText(file.name)}${facts}\n    ${verdict}`;
         })
         .join('\n');
 }

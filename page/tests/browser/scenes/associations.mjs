@@ -1,5 +1,6 @@
 import { suffixesOf } from '../../../../tests/support/documenttypes.mjs';
 
+import { fix, openings, openReason, repairing } from '../explaining.mjs';
 import { change, preview, watching } from '../watching.mjs';
 
 const page = 'associations.html';
@@ -49,7 +50,42 @@ const watched = {
     ...watching([change('write', defaults, changed)]),
 };
 
+const explained = {
+    getassomime: types(['doc']),
+    getassoopen: programs(['doc']),
+    'why.open': [openings, openings, openReason],
+    ...repairing,
+};
+const why = (view) => view.locator('[aria-label="Why does .doc open like this?"]').click();
+
 export const scenes = [
+    {
+        name: 'associations-explained',
+        page,
+        explained: true,
+        answers: explained,
+        act: why,
+        shows: 'names lost.desktop, but it is not installed',
+    },
+    {
+        name: 'associations-explained-fixed',
+        page,
+        explained: true,
+        answers: { ...explained, 'why.open': [openings, openings, openReason] },
+        act: async (view) => {
+            await why(view);
+            await fix(view);
+        },
+        shows: 'Fixed and checked again.',
+    },
+    {
+        name: 'associations-unexplained',
+        page,
+        explained: true,
+        answers: { ...explained, 'why.open': [openings, { refused: 'closing' }] },
+        act: why,
+        shows: 'The assistant rejected the request',
+    },
     {
         name: 'associations',
         page,

@@ -1,3 +1,5 @@
+import { fix, inputReason, repairing } from '../explaining.mjs';
+
 const page = 'inputmethod.html';
 
 const environment =
@@ -19,6 +21,29 @@ const answers = {
 const answering = (result) => ({ ...answers, inputcheck: { result } });
 
 export const scenes = [
+    {
+        name: 'inputmethod-explained',
+        page,
+        explained: true,
+        answers: { ...answering('ERR_INVALID_ENV_CONFIG'), 'why.input': inputReason },
+        act: (view) => view.locator('.repair-offer .ask-once-start').click(),
+        shows: 'XMODIFIERS names fcitx, but ibus is running.',
+    },
+    {
+        name: 'inputmethod-explained-fixed',
+        page,
+        explained: true,
+        answers: { ...answers, ...repairing, 'why.input': inputReason },
+        act: fix,
+        shows: 'Log out and in so that it counts.',
+    },
+    {
+        name: 'inputmethod-unexplained',
+        page,
+        explained: true,
+        answers: { ...answers, 'why.input': { refused: 'closing' } },
+        shows: 'The cause could not be found out',
+    },
     { name: 'inputmethod', page, answers, shows: 'The input method is ready' },
     {
         name: 'inputmethod-plugin',

@@ -1,3 +1,5 @@
+import { deniedReason, fix, foreignReason, grantedReason, repairing } from '../explaining.mjs';
+
 const page = 'permissions.html';
 
 const files = {
@@ -107,6 +109,31 @@ const alone = [
 
 export const scenes = [
     ...alone.map((scene) => ({ ...scene, withoutDoctor: true })),
+    {
+        name: 'permissions-explained',
+        page,
+        explained: true,
+        answers: {
+            ...answers,
+            'doctor.look': look,
+            'why.denied': [grantedReason, grantedReason, deniedReason, foreignReason],
+        },
+        act: (view) => view.locator('.repair-offer .ask-once-start').click(),
+        shows: 'does not let you pass through it',
+    },
+    {
+        name: 'permissions-explained-fixed',
+        page,
+        explained: true,
+        answers: {
+            ...answers,
+            ...repairing,
+            'doctor.look': look,
+            'why.denied': [deniedReason, ...Array(20).fill(grantedReason)],
+        },
+        act: fix,
+        shows: 'Fixed and checked again.',
+    },
     {
         name: 'permissions-by-doctor',
         page,

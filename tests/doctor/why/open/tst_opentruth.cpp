@@ -1,10 +1,10 @@
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "doctor/why/open/open.h"
 #include "tests/doctor/why/open/generatedsession.h"
+#include "tests/doctor/why/open/toolrun.h"
 
 namespace {
 
@@ -12,7 +12,6 @@ namespace {
 constexpr int usualSessions = 25;
 /// Each row has a time limit of its own.
 constexpr int rowSize = 100;
-constexpr int timeLimit = 20000;
 
 constexpr char fileNames[] =
     "README x a.C a.c A.DOCX a.tar.gz Makefile a.desktop core .hidden a.xml "
@@ -41,19 +40,6 @@ QVector<QByteArray> contents()
             "<html><body>",
             "MSCF",
             QByteArray(257, 'x') + QByteArray("ustar\0", 6)};
-}
-
-QString run(const QStringList &command, const QHash<QString, QString> &variables)
-{
-    QProcess process;
-    QProcessEnvironment environment;
-    for (auto each = variables.begin(); each != variables.end(); ++each)
-        environment.insert(each.key(), each.value());
-    process.setProcessEnvironment(environment);
-    process.start(QStandardPaths::findExecutable(command.first()), command.mid(1));
-    if (!process.waitForFinished(timeLimit))
-        qFatal("%s does not end", qPrintable(command.join(QLatin1Char(' '))));
-    return QString::fromUtf8(process.readAllStandardOutput());
 }
 
 /// "Default application for “application/x”: a.desktop"

@@ -1,10 +1,11 @@
-#include "helio/ctl/why/openreport.h"
+#include "helio/doctor/openjson.h"
 
 #include <QJsonArray>
 
 #include "helio/doctor/doctorwords.h"
+#include "texts/texts.h"
 
-namespace ctl {
+namespace helio {
 
 namespace {
 
@@ -151,7 +152,8 @@ QJsonObject statementObject(const Statement &statement, const OpenQuestion &ques
                        {QStringLiteral("group"), nameOf(statement.group)},
                        {QStringLiteral("where"), placeObject(statement.where)},
                        {QStringLiteral("entry"), statement.entry},
-                       {QStringLiteral("fate"), nameOf(statement.fate)}};
+                       {QStringLiteral("fate"), nameOf(statement.fate)},
+                       {QStringLiteral("text"), fateText(statement, question)}};
     if (statement.fate == Fate::Fails)
         object.insert(QStringLiteral("problem"),
                       doctor::entryProblem(question.entries().entry(statement.entry)));
@@ -188,10 +190,35 @@ QString remedyOf(const QString &subject, const Opening &opening)
                                  QStringLiteral("open"),         QStringLiteral("--fix"),
                                  QStringLiteral("--with"),       opening.proposal,
                                  QStringLiteral("--"),           subject};
-    return opening.proposal.isEmpty() ? QString() : helio::commandLineOf(change);
+    return opening.proposal.isEmpty() ? QString() : commandLineOf(change);
 }
 
 } // namespace
+
+QString fateText(const Statement &statement, const OpenQuestion &question)
+{
+    switch (statement.fate) {
+    case Fate::Decides:
+        return texts::tr("decides");
+    case Fate::Later:
+        return texts::tr("comes after the one that decides");
+    case Fate::Repeated:
+        return texts::tr("was named before");
+    case Fate::Removed:
+        return texts::tr("is removed by a list before");
+    case Fate::Removes:
+        return texts::tr("is taken out here");
+    case Fate::RemovesLate:
+        return texts::tr("is taken out too late: it was named before");
+    case Fate::Masked:
+        return texts::tr("an entry of this name in a directory before counts instead");
+    case Fate::NotObeyed:
+        return texts::tr("is not obeyed: such a file may not say that");
+    case Fate::Fails:
+        break;
+    }
+    return doctor::entryProblem(question.entries().entry(statement.entry));
+}
 
 QJsonObject openObject(const QString &subject, const OpenQuestion &question, const Opening &opening)
 {
@@ -231,4 +258,4 @@ QJsonObject suffixObject(const doctor::SuffixOpening &row)
             {QStringLiteral("xdgMime"), choiceValue(row.xdgMime)}};
 }
 
-} // namespace ctl
+} // namespace helio

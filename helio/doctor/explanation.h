@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "doctor/machine/machine.h"
+#include "doctor/model/plan.h"
+#include "doctor/why/denied/pathwalk.h"
+#include "helio/doctor/verifiedrepair.h"
+
+namespace helio {
+
+/// The answer to a question "why", with what repairs it.
+struct Explanation
+{
+    /// As one line of docs/doctor.schema.json.
+    QJsonObject line;
+    /// Without changes and refusal where nothing is to be repaired.
+    doctor::Plan plan;
+    Verify verify;
+};
+
+/// What opens files with this suffix, such as "docx". The repair has the proposed entry open them.
+Explanation explainedOpening(const doctor::Machine &machine, const QString &suffix);
+/// What opens each kind of the suite's documents: lines of the schema.
+QJsonArray allOpenings(const doctor::Machine &machine);
+/// Whether this program gets @p access to a path. The repair opens what blocks, as far as the user
+/// may; behind it something else may block.
+Explanation explainedAccess(const QString &path, doctor::Access access);
+/// Why input methods work in the session, or not.
+Explanation explainedInput(const doctor::Machine &machine);
+
+} // namespace helio
