@@ -7,6 +7,7 @@ import { checkCommands } from './checkcommands';
 import { desktopCommands } from './desktopcommands';
 import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
+import { draftOperations } from './draftoperations';
 import { dumpCommands } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
@@ -16,6 +17,7 @@ import { serverCommands } from './servercommands';
 import { systemCommands } from './systemcommands';
 import { updateCommands } from './updatecommands';
 import { windowCommands } from './windowcommands';
+import { windowOperations } from './windowoperations';
 import type { Host } from './wire';
 
 export type { Failure, Outcome } from './outcome';
@@ -40,6 +42,7 @@ export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands'
 export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
 export type { ViewType } from './windowcommands';
+export type { WindowState } from './windowoperations';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {
@@ -53,6 +56,8 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         },
         listen: notices.listen.bind(notices),
         doctor: doctorOperations(caller),
+        draft: draftOperations(caller),
+        window: windowOperations(caller),
         ...windowCommands(caller),
         ...launcherCommands(caller),
         ...searchCommands(caller),

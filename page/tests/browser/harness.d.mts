@@ -31,6 +31,8 @@ export interface Scene {
     withoutDoctor?: boolean;
     /** For a shell whose doctor watches the library's repairs. */
     watched?: boolean;
+    /** The page of the view that the main page stands beside, in a shell with one window. */
+    beside?: string;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
