@@ -1,9 +1,11 @@
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
 #include <QStandardPaths>
 #include <QUrl>
 
 #include <cstdio>
+#include <memory>
 #include <optional>
 
 #include <unistd.h>
@@ -14,14 +16,14 @@
 #include "helio/runtime/processes/runningprocess.h"
 #include "helio/runtime/processes/terminationsignals.h"
 #include "helio/runtime/suitehome.h"
-#include "helio/shell/assistantwindows.h"
+#include "helio/shell/assistantwindow.h"
 #include "helio/shell/chromiumarguments.h"
 #include "helio/shell/desktoplook.h"
 #include "helio/shell/hiddenvariables.h"
+#include "helio/shell/keptdraft.h"
 #include "helio/shell/missingparts.h"
 #include "helio/shell/sessioninstance.h"
 #include "helio/shell/shelloptions.h"
-#include "helio/shell/window/pagewindow.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
 #include "texts/encoding.h"
@@ -54,7 +56,7 @@ QString storageDirectory()
            QStringLiteral("/office-assistant/pages");
 }
 
-/// The page that the hidden child window shows first; empty if the application has none.
+/// The page that the hidden child page shows first; empty if the application has none.
 QString waitingPage(const helio::PageDirectory &pages)
 {
     const QString name = QStringLiteral("waiting.html");
@@ -62,15 +64,59 @@ QString waitingPage(const helio::PageDirectory &pages)
 }
 
 /// Takes a picture of the window and then ends the program; a failure sets the exit status.
-void takePicture(shell::PageWindow *window, const QString &path)
+void takePicture(shell::AssistantWindow *window, const QString &path)
 {
-    auto *picture = new shell::WindowPicture(window, path, window);
+    auto *picture = new shell::WindowPicture(window, window->mainBrowser(), path);
     QObject::connect(picture, &shell::WindowPicture::finished, qApp, [](const QString &fault) {
         QCoreApplication::exit(fault.isEmpty() ? Ended : complain(NoPicture, fault));
     });
 }
 
-int showWindows(const shell::ShellOptions &options, const shell::SessionInstance &instance)
+/// What takes pictures and drives pages wants a window of its own, as it is at the first start.
+bool isForUser(const shell::ShellOptions &options)
+{
+    return options.screenshot.isEmpty() && options.debugPort == 0;
+}
+
+shell::WindowMemory memoryFor(const shell::ShellOptions &options)
+{
+    const QString directory =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return shell::WindowMemory(isForUser(options)
+                                   ? directory + QStringLiteral("/office-assistant/window.ini")
+                                   : QString());
+}
+
+QString draftFile()
+{
+    // Qt 5 has no name for this place.
+    const QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    return (state.startsWith(QLatin1Char('/'))
+                ? state
+                : QDir::homePath() + QStringLiteral("/.local/state")) +
+           QStringLiteral("/office-assistant/feedback-draft.json");
+}
+
+/// @p window is there once a page calls.
+helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow> &window,
+                                   shell::KeptDraft &draft)
+{
+    return {
+        {QStringLiteral("draft.keep"),
+         [&draft](const QJsonObject &text) { return draft.keep(text); }},
+        {QStringLiteral("draft.read"), [&draft](const QJsonObject &) { return draft.read(); }},
+        {QStringLiteral("window.leave"),
+         [&window](const QJsonObject &view) { return window->leaveView(view); }},
+        {QStringLiteral("window.maximise"),
+         [&window](const QJsonObject &) { return window->toggleMaximised(); }},
+        {QStringLiteral("window.sidebar"),
+         [&window](const QJsonObject &widths) { return window->useSidebar(widths); }},
+        {QStringLiteral("window.state"),
+         [&window](const QJsonObject &) { return window->state(); }},
+    };
+}
+
+int showWindow(const shell::ShellOptions &options, const shell::SessionInstance &instance)
 {
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::useLanguage(look.language);
@@ -90,18 +136,23 @@ int showWindows(const shell::ShellOptions &options, const shell::SessionInstance
                                                                 "QTWEBENGINE_DISABLE_SANDBOX"});
     helio::DoctorOperations doctor(QCoreApplication::applicationDirPath() +
                                    QStringLiteral("/checks"));
-    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory(), &doctor);
-    shell::AssistantWindows windows(options.page, waitingPage(pages));
+    shell::KeptDraft draft(draftFile());
+    std::unique_ptr<shell::AssistantWindow> window;
+    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory(), &doctor,
+                                            operationsOf(window, draft));
+    window = std::make_unique<shell::AssistantWindow>(options.page, waitingPage(pages),
+                                                      memoryFor(options));
     hidden.reset();
-    QObject::connect(&windows, &shell::AssistantWindows::endRequested, qApp,
+    QObject::connect(window.get(), &shell::AssistantWindow::endRequested, qApp,
                      &QCoreApplication::quit);
     if (!options.screenshot.isEmpty())
-        takePicture(windows.mainWindow(), options.screenshot);
-    QObject::connect(&instance, &shell::SessionInstance::activated, &windows,
-                     &shell::AssistantWindows::present);
-    windows.present();
+        takePicture(window.get(), options.screenshot);
+    QObject::connect(&instance, &shell::SessionInstance::activated, window.get(),
+                     &shell::AssistantWindow::present);
+    window->present();
     const int status = QCoreApplication::exec();
     helio::endAwaitedPrograms();
+    window.reset();
     return status;
 }
 
@@ -113,12 +164,6 @@ int printText(shell::ShellOptions::Mode mode, int argc, char *argv[])
                              : QStringLiteral("helio-shell " ASSISTANT_VERSION "\n");
     std::fputs(text.toLocal8Bit().constData(), stdout);
     return Ended;
-}
-
-/// What takes pictures and drives pages wants a window of its own.
-bool isForUser(const shell::ShellOptions &options)
-{
-    return options.screenshot.isEmpty() && options.debugPort == 0;
 }
 
 int runApplication(const shell::ShellOptions &options, const char *programName)
@@ -142,7 +187,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     shell::SessionInstance instance;
     if (isForUser(options) && instance.take() == shell::SessionInstance::Place::Second)
         return Ended;
-    return showWindows(options, instance);
+    return showWindow(options, instance);
 }
 
 } // namespace

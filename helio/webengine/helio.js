@@ -56,13 +56,6 @@
         return new TextDecoder().decode(bytes);
     }
 
-    // A page that has to stop something first cancels the event and closes the view itself.
-    function closeByUser() {
-        if (window.dispatchEvent(new Event('helioclose', { cancelable: true }))) {
-            call('closechildwindow');
-        }
-    }
-
     function receive(callback, json, isBase64) {
         const envelope = JSON.parse(isBase64 ? textOfBase64(json) : json);
         const openCall = openCalls.get(callback);
@@ -71,8 +64,8 @@
         } else if (openCall) {
             openCalls.delete(callback);
             settle(openCall, envelope);
-        } else if (callback === settings.closeCallback) {
-            closeByUser();
+        } else if (callback === settings.windowCallback) {
+            window.dispatchEvent(new CustomEvent('heliowindow', { detail: envelope.result }));
         } else if (
             Object.prototype.hasOwnProperty.call(window, callback) &&
             typeof window[callback] === 'function'

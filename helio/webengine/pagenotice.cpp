@@ -1,5 +1,6 @@
 #include "helio/webengine/pagenotice.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -19,8 +20,13 @@ constexpr double titleScale = 1.4;
 namespace helio {
 
 PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
-    : QWidget(parent), m_title(new QLabel(this)), m_explanation(new QLabel(this))
+    : QWidget(parent),
+      m_title(new QLabel(this)),
+      m_explanation(new QLabel(this)),
+      m_leave(new QPushButton(texts::tr("Close window"), this))
 {
+    // Its place may be as narrow as it likes.
+    setMinimumSize(1, 1);
     setColors(surroundings.isDark());
     QFont titleFont = font();
     titleFont.setPointSizeF(titleFont.pointSizeF() * titleScale);
@@ -40,8 +46,6 @@ PageNotice::PageNotice(const PageSurroundings &surroundings, QWidget *parent)
     column->addSpacing(8);
     column->addLayout(makeButtons());
     column->addStretch();
-    // With a fixed width the label gets the height that its lines need.
-    m_explanation->setFixedWidth(textWidth);
     auto *row = new QHBoxLayout(this);
     row->addStretch();
     row->addLayout(column);
@@ -67,6 +71,33 @@ PageNotice *PageNotice::sayNotShown(const QString &name)
     return this;
 }
 
+void PageNotice::nameWayOut(const QString &name)
+{
+    m_leave->setText(name);
+    m_escapeLeaves = true;
+}
+
+void PageNotice::keyPressEvent(QKeyEvent *event)
+{
+    // No shortcuts: both pages of the window may have a notice.
+    if (event->matches(QKeySequence::Refresh))
+        emit reloadRequested();
+    else if (event->matches(QKeySequence::Cancel) && m_escapeLeaves)
+        emit closeRequested();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void PageNotice::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const QMargins margins = layout()->contentsMargins();
+    const int room = width() - margins.left() - margins.right();
+    // With a fixed width a label gets the height that its lines need.
+    for (QLabel *label : {m_title, m_explanation})
+        label->setFixedWidth(qMax(1, qMin(textWidth, room)));
+}
+
 void PageNotice::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton && window()->windowHandle())
@@ -85,16 +116,14 @@ void PageNotice::setColors(bool dark)
 QBoxLayout *PageNotice::makeButtons()
 {
     auto *reload = new QPushButton(texts::tr("Reload"), this);
-    auto *close = new QPushButton(texts::tr("Close window"), this);
-    reload->setShortcut(QKeySequence::Refresh);
     connect(reload, &QPushButton::clicked, this, &PageNotice::reloadRequested);
-    connect(close, &QPushButton::clicked, this, &PageNotice::closeRequested);
+    connect(m_leave, &QPushButton::clicked, this, &PageNotice::closeRequested);
     setFocusProxy(reload);
 
     auto *row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(reload);
-    row->addWidget(close);
+    row->addWidget(m_leave);
     row->addStretch();
     return row;
 }

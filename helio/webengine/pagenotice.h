@@ -4,6 +4,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace helio {
 
@@ -23,6 +24,9 @@ public:
     /// Says that the page @p name is missing or cannot be read. Returns the notice itself.
     PageNotice *sayNotShown(const QString &name);
 
+    /// Names the button to leave, which Escape then presses.
+    void nameWayOut(const QString &name);
+
 signals:
     void reloadRequested();
     void closeRequested();
@@ -30,6 +34,8 @@ signals:
 protected:
     /// Moves the window, as the page's title bar is not there.
     void mousePressEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void setColors(bool dark);
@@ -37,6 +43,8 @@ private:
 
     QLabel *m_title;
     QLabel *m_explanation;
+    QPushButton *m_leave;
+    bool m_escapeLeaves = false;
 };
 
 } // namespace helio

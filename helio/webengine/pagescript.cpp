@@ -45,15 +45,15 @@ QString settingsText(const helio::PageDirectory &directory,
         {QStringLiteral("theme"), surroundings.theme},
         {QStringLiteral("language"), surroundings.language},
         {QStringLiteral("operations"), QJsonArray::fromStringList(operations)},
-        {QStringLiteral("closeCallback"), helio::closeCallback()}};
+        {QStringLiteral("windowCallback"), helio::windowCallback()}};
     return QString::fromUtf8(QJsonDocument(settings).toJson(QJsonDocument::Compact));
 }
 
 } // namespace
 
-QString helio::closeCallback()
+QString helio::windowCallback()
 {
-    return QStringLiteral("helioCloseByUser");
+    return QStringLiteral("helioWindow");
 }
 
 void helio::addPageScript(QWebEngineScriptCollection &scripts, const PageDirectory &directory,

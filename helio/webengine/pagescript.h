@@ -9,8 +9,8 @@ namespace helio {
 class PageDirectory;
 struct PageSurroundings;
 
-/// The callback by which the shell tells the page that the user closes its window.
-QString closeCallback();
+/// The callback by which the shell tells its pages how their window is.
+QString windowCallback();
 
 /// Adds the script that gives pages below @p directory their window.helio. It runs in main frames
 /// only, before the page's own scripts.

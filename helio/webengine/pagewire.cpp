@@ -1,5 +1,9 @@
 #include "helio/webengine/pagewire.h"
 
+#include <QJsonDocument>
+
+#include <algorithm>
+
 #include "helio/doctor/doctoroperations.h"
 #include "host/kxwebviewasynjsobject.h"
 
@@ -20,10 +24,20 @@ void PageWire::setDoctor(DoctorOperations *doctor)
     m_doctor = doctor;
 }
 
+void PageWire::setOperations(const PageOperations &operations)
+{
+    m_operations = operations;
+}
+
 void PageWire::deliver(const QString &callback, const QString &json, bool base64)
 {
-    if (m_isTrusted())
+    if (m_hasPage && m_isTrusted())
         emit callbackToJS(callback, json, base64);
+}
+
+void PageWire::forgetPage()
+{
+    m_hasPage = false;
 }
 
 void PageWire::fromJSAsynCall(const QString &call)
@@ -38,25 +52,43 @@ void PageWire::fromJSAsynCallBase64(const QString &call)
 
 void PageWire::pass(const QString &call, bool base64)
 {
+    m_hasPage = true;
     if (!m_isTrusted()) {
         qWarning("a call from a document outside the page directory was refused");
         return;
     }
-    if (isTakenByDoctor(call, base64))
+    const QString text = base64 ? QString::fromUtf8(QByteArray::fromBase64(call.toLatin1())) : call;
+    if (isTakenByDoctor(text) || isTakenByShell(text))
         return;
     // Queued: a command may show a dialog, and Chromium would be blocked until it returns.
     if (m_api)
         m_api->queueJSAsynCall(call, base64);
 }
 
-bool PageWire::isTakenByDoctor(const QString &call, bool base64)
+bool PageWire::isTakenByDoctor(const QString &call)
 {
     if (!m_doctor)
         return false;
-    const QString text = base64 ? QString::fromUtf8(QByteArray::fromBase64(call.toLatin1())) : call;
-    return m_doctor->take(text, this, [this](const QString &callback, const QString &json) {
+    return m_doctor->take(call, this, [this](const QString &callback, const QString &json) {
         deliver(callback, json, false);
     });
+}
+
+bool PageWire::isTakenByShell(const QString &call)
+{
+    // Most calls are the plug-in's, and need not be parsed twice.
+    const auto isNamed = [&call](const QString &name) { return call.contains(name); };
+    if (std::none_of(m_operations.keyBegin(), m_operations.keyEnd(), isNamed))
+        return false;
+    const QJsonObject parsed = QJsonDocument::fromJson(call.toUtf8()).object();
+    const auto operation = m_operations.value(parsed.value(QStringLiteral("command")).toString());
+    if (!operation)
+        return false;
+    const QJsonObject answer = operation(parsed.value(QStringLiteral("args")).toObject());
+    const QJsonDocument envelope(QJsonObject{{QStringLiteral("result"), answer}});
+    deliver(parsed.value(QStringLiteral("callback")).toString(),
+            QString::fromUtf8(envelope.toJson(QJsonDocument::Compact)), false);
+    return true;
 }
 
 } // namespace helio

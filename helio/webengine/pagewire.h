@@ -5,6 +5,8 @@
 
 #include <functional>
 
+#include "helio/webengine/pageoperations.h"
+
 class KxWebViewAsynJSObject;
 
 namespace helio {
@@ -31,6 +33,11 @@ public:
     void setApi(KxWebViewAsynJSObject *api);
     /// What the shell offers beside the plug-in's commands.
     void setDoctor(DoctorOperations *doctor);
+    void setOperations(const PageOperations &operations);
+
+    /// The page's process has ended. Nothing is delivered until a page calls again: a message to a
+    /// process that is gone would keep the channel from the next one.
+    void forgetPage();
 
     /// Calls the page's function @p callback if the document is trusted.
     void deliver(const QString &callback, const QString &json, bool base64);
@@ -50,11 +57,14 @@ public slots:
 
 private:
     void pass(const QString &call, bool base64);
-    bool isTakenByDoctor(const QString &call, bool base64);
+    bool isTakenByDoctor(const QString &call);
+    bool isTakenByShell(const QString &call);
 
     std::function<bool()> m_isTrusted;
+    bool m_hasPage = true;
     QPointer<KxWebViewAsynJSObject> m_api;
     QPointer<DoctorOperations> m_doctor;
+    PageOperations m_operations;
 };
 
 } // namespace helio

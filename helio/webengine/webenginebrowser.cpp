@@ -1,5 +1,6 @@
 #include "helio/webengine/webenginebrowser.h"
 
+#include <QApplication>
 #include <QChildEvent>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,6 +15,7 @@
 #include <cmath>
 
 #include "helio/doctor/doctoroperations.h"
+#include "helio/webengine/editmenu.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
 #include "helio/webengine/pagescript.h"
@@ -29,13 +31,19 @@ constexpr double zoomStep = 1.2;
 constexpr QRgb lightGround = 0xfff5f6f8;
 constexpr QRgb darkGround = 0xff16181d;
 
+QString textOf(const QJsonObject &object)
+{
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
 } // namespace
 
 namespace helio {
 
 WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
                                    const PageSurroundings &surroundings, DoctorOperations *doctor,
-                                   KxWebViewCefJsApiFlag flag, QWidget *parent)
+                                   const PageOperations &operations, KxWebViewCefJsApiFlag flag,
+                                   QWidget *parent)
     : KHelioBrowserWidgetBase(parent),
       m_directory(directory),
       m_flag(flag),
@@ -52,8 +60,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings,
-                      doctor ? DoctorOperations::names() : QStringList());
+                      (doctor ? DoctorOperations::names() : QStringList()) + operations.keys());
     m_wire->setDoctor(doctor);
+    m_wire->setOperations(operations);
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
     m_page->setBackgroundColor(ground);
     m_ground->setPalette(QPalette(ground));
@@ -63,11 +72,13 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     m_layers->addWidget(m_notice);
     setFocusProxy(m_view);
 
+    connect(m_view, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint &place) { showEditMenu(m_view, place); });
     connect(m_page, &QWebEnginePage::loadStarted, this, [this] { m_isLoading = true; });
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebEngineBrowser::passTitle);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
-            [this] { bringForward(m_notice->sayStopped()); });
+            &WebEngineBrowser::sayStopped);
     connect(m_page, &LocalPage::documentLost, this,
             [this] { bringForward(m_notice->sayNotShown(m_url.fileName())); });
     connect(m_notice, &PageNotice::reloadRequested, this, &WebEngineBrowser::reload);
@@ -85,7 +96,8 @@ void WebEngineBrowser::setFeatureEnabled(Feature feature, bool enabled)
 {
     switch (feature) {
     case ContextMenu:
-        m_view->setContextMenuPolicy(enabled ? Qt::DefaultContextMenu : Qt::PreventContextMenu);
+        // Without Chromium's menu there still is one to copy and paste.
+        m_view->setContextMenuPolicy(enabled ? Qt::DefaultContextMenu : Qt::CustomContextMenu);
         break;
     case FileDrop:
         m_view->setAcceptDrops(enabled);
@@ -119,21 +131,24 @@ void WebEngineBrowser::navigate(const QUrl &url)
         bringForward(m_ground);
 }
 
-bool WebEngineBrowser::askPageToClose()
+void WebEngineBrowser::tellPage(const QJsonObject &window)
 {
-    if (m_layers->currentWidget() == m_notice || !m_page->isAtHome())
-        return false;
-    m_wire->deliver(closeCallback(), QStringLiteral("{}"), false);
-    return true;
+    m_wire->deliver(windowCallback(), textOf({{QStringLiteral("result"), window}}), false);
 }
 
-void WebEngineBrowser::closeInPlaceOfPage()
+void WebEngineBrowser::nameWayOut(const QString &name)
+{
+    m_notice->nameWayOut(name);
+}
+
+void WebEngineBrowser::closeInPlaceOfPage(const QString &type)
 {
     if (!m_api)
         return;
-    const QJsonObject call{{QStringLiteral("command"), QStringLiteral("closechildwindow")}};
-    m_api->queueJSAsynCall(QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact)),
-                           false);
+    const QJsonObject arguments{{QStringLiteral("type"), type}};
+    const QJsonObject call{{QStringLiteral("command"), QStringLiteral("closechildwindow")},
+                           {QStringLiteral("args"), arguments}};
+    m_api->queueJSAsynCall(textOf(call), false);
 }
 
 bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
@@ -175,7 +190,7 @@ void WebEngineBrowser::finishLoad(bool ok)
     m_isLoading = false;
     if (m_layers->currentWidget() == m_ground)
         bringForward(m_view);
-    if (ok && m_focusOnLoad && isActiveWindow())
+    if (ok && m_focusOnLoad && mayTakeFocus())
         m_view->setFocus();
     passTitle();
     emit loadFinished(ok);
@@ -196,6 +211,12 @@ void WebEngineBrowser::reload()
     load();
 }
 
+void WebEngineBrowser::sayStopped()
+{
+    m_wire->forgetPage();
+    bringForward(m_notice->sayStopped());
+}
+
 void WebEngineBrowser::load()
 {
     if (!m_directory.contains(m_url)) {
@@ -209,10 +230,17 @@ void WebEngineBrowser::load()
 
 void WebEngineBrowser::bringForward(QWidget *layer)
 {
+    const bool takesFocus = mayTakeFocus();
     setFocusProxy(layer);
     m_layers->setCurrentWidget(layer);
-    if (isActiveWindow())
+    if (takesFocus)
         layer->setFocus();
+}
+
+bool WebEngineBrowser::mayTakeFocus() const
+{
+    const QWidget *focused = QApplication::focusWidget();
+    return isVisible() && isActiveWindow() && (!focused || isAncestorOf(focused));
 }
 
 } // namespace helio

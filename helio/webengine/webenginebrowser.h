@@ -3,6 +3,7 @@
 #include <QUrl>
 
 #include "helio/webengine/pagedirectory.h"
+#include "helio/webengine/pageoperations.h"
 #include "host/kheliobrowser.h"
 
 class KxWebViewAsynJSObject;
@@ -26,10 +27,10 @@ class WebEngineBrowser : public KHelioBrowserWidgetBase
     Q_OBJECT
 
 public:
-    /// @p doctor may be null: then the shell offers nothing but the plug-in's commands.
+    /// @p doctor may be null: then the shell offers the plug-in's commands and @p operations.
     WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
                      const PageSurroundings &surroundings, DoctorOperations *doctor,
-                     KxWebViewCefJsApiFlag flag, QWidget *parent);
+                     const PageOperations &operations, KxWebViewCefJsApiFlag flag, QWidget *parent);
     ~WebEngineBrowser() override;
 
     void setZoomLevel(int level) override;
@@ -38,12 +39,14 @@ public:
     void setStartupUrl(const QString &url) override;
     void navigate(const QUrl &url) override;
 
-    /// Tells the page that the user closes its window, so that it stops what its view is doing and
-    /// sends "closechildwindow". False if there is no page to tell.
-    bool askPageToClose();
+    /// Tells the page how its window is.
+    void tellPage(const QJsonObject &window);
 
-    /// Sends "closechildwindow" on behalf of a page that did not.
-    void closeInPlaceOfPage();
+    /// Sends "closechildwindow" for the view of that type on behalf of the page.
+    void closeInPlaceOfPage(const QString &type);
+
+    /// Names the notice's button to leave the page, for one that does not close the window.
+    void nameWayOut(const QString &name);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -54,7 +57,7 @@ signals:
     /// The page's title, once the page has one, and whenever it changes.
     void titleChanged(const QString &title);
 
-    /// The user pressed the notice's button to close the window.
+    /// The user pressed the notice's button to leave the page.
     void closeRequested();
 
 private:
@@ -62,9 +65,12 @@ private:
     void finishLoad(bool ok);
     void passTitle();
     void reload();
+    void sayStopped();
     void load();
     /// Shows the page, the empty ground or the notice.
     void bringForward(QWidget *layer);
+    /// False while another page of the window has the keyboard.
+    bool mayTakeFocus() const;
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;

@@ -45,10 +45,12 @@ namespace helio {
 
 WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
                                      const PageSurroundings &surroundings,
-                                     const QString &storageDirectory, DoctorOperations *doctor)
+                                     const QString &storageDirectory, DoctorOperations *doctor,
+                                     PageOperations operations)
     : m_directory(directory),
       m_surroundings(surroundings),
       m_doctor(doctor),
+      m_operations(std::move(operations)),
       m_guard(std::make_unique<RequestGuard>(directory)),
       m_profile(std::make_unique<QWebEngineProfile>(QStringLiteral("office-assistant")))
 {
@@ -72,8 +74,8 @@ WebEngineBrowsers::~WebEngineBrowsers()
 
 KHelioBrowserWidgetBase *WebEngineBrowsers::make(QWidget *owner, KxWebViewCefJsApiFlag flag)
 {
-    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, m_doctor, flag,
-                                owner);
+    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, m_doctor,
+                                m_operations, flag, owner);
 }
 
 } // namespace helio

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "helio/webengine/pagedirectory.h"
+#include "helio/webengine/pageoperations.h"
 #include "helio/webengine/pagesurroundings.h"
 #include "host/kheliobrowser.h"
 
@@ -18,9 +19,11 @@ class WebEngineBrowsers
 {
 public:
     /// Installs itself as the maker that CreateHelioBrowserWidget() calls. The pages' local storage
-    /// is kept in @p storageDirectory. They are offered @p doctor, which must outlive them.
+    /// is kept in @p storageDirectory. They are offered @p doctor, which must outlive them, and
+    /// @p operations.
     WebEngineBrowsers(const PageDirectory &directory, const PageSurroundings &surroundings,
-                      const QString &storageDirectory, DoctorOperations *doctor);
+                      const QString &storageDirectory, DoctorOperations *doctor,
+                      PageOperations operations);
     ~WebEngineBrowsers();
 
 private:
@@ -29,6 +32,7 @@ private:
     PageDirectory m_directory;
     PageSurroundings m_surroundings;
     DoctorOperations *m_doctor;
+    PageOperations m_operations;
     std::unique_ptr<RequestGuard> m_guard;
     std::unique_ptr<QWebEngineProfile> m_profile;
 };

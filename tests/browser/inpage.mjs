@@ -38,10 +38,10 @@ export function elementsOf(steps) {
 export async function restingPlaceOf(find) {
     const look = () => {
         const found = find();
-        if (!found || found.disabled) return null;
-        // The component library hides the inputs of its switches and choices.
-        const element = found.matches('[role="switch"], [type="radio"], [type="checkbox"]')
-            ? found.closest('.el-switch, label') || found
+        if (!found || found.disabled || found.getAttribute('aria-disabled') === 'true') return null;
+        // The inputs of choices are hidden.
+        const element = found.matches('[type="radio"], [type="checkbox"]')
+            ? found.closest('label') || found
             : found;
         element.scrollIntoView({ block: 'center' });
         const box = element.getBoundingClientRect();

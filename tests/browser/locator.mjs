@@ -155,6 +155,8 @@ export class Locator {
     }
 
     isDisabled() {
-        return this.evaluate((element) => /** @type {boolean} */ (element.disabled));
+        return this.evaluate(
+            (element) => element.disabled || element.getAttribute('aria-disabled') === 'true',
+        );
     }
 }

@@ -1,8 +1,8 @@
 #include "helio/shell/window/windowpicture.h"
 
 #include <QPixmap>
+#include <QWidget>
 
-#include "helio/shell/window/pagewindow.h"
 #include "helio/webengine/webenginebrowser.h"
 
 namespace {
@@ -30,12 +30,11 @@ bool hasContent(const QImage &image)
 
 namespace shell {
 
-WindowPicture::WindowPicture(PageWindow *window, const QString &path, QObject *parent)
-    : QObject(parent), m_window(window), m_path(path)
+WindowPicture::WindowPicture(QWidget *window, helio::WebEngineBrowser *browser, const QString &path)
+    : QObject(window), m_window(window), m_path(path)
 {
     m_waited.start();
-    connect(window->browser(), &KHelioBrowserWidgetBase::loadFinished, this,
-            [this] { m_isLoaded = true; });
+    connect(browser, &KHelioBrowserWidgetBase::loadFinished, this, [this] { m_isLoaded = true; });
     connect(&m_timer, &QTimer::timeout, this, &WindowPicture::look);
     m_timer.start(lookIntervalMs);
 }

@@ -5,9 +5,13 @@
 #include <QObject>
 #include <QTimer>
 
-namespace shell {
+class QWidget;
 
-class PageWindow;
+namespace helio {
+class WebEngineBrowser;
+}
+
+namespace shell {
 
 /// Takes a picture of a window once its page has painted and no longer changes.
 class WindowPicture : public QObject
@@ -15,8 +19,8 @@ class WindowPicture : public QObject
     Q_OBJECT
 
 public:
-    /// The picture is written to @p path as PNG.
-    WindowPicture(PageWindow *window, const QString &path, QObject *parent = nullptr);
+    /// Pictures @p window, in which @p browser shows its page, and writes that to @p path as PNG.
+    WindowPicture(QWidget *window, helio::WebEngineBrowser *browser, const QString &path);
 
 signals:
     /// The picture has been written if @p fault is empty; else it says why not.
@@ -26,7 +30,7 @@ private:
     void look();
     void save(const QImage &image);
 
-    PageWindow *m_window;
+    QWidget *m_window;
     QString m_path;
     QTimer m_timer;
     QElapsedTimer m_waited;

@@ -7,6 +7,7 @@ import { checkCommands } from './checkcommands';
 import { desktopCommands } from './desktopcommands';
 import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
+import { draftOperations } from './draftoperations';
 import { dumpCommands } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
@@ -17,6 +18,7 @@ import { systemCommands } from './systemcommands';
 import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
 import { windowCommands } from './windowcommands';
+import { windowOperations } from './windowoperations';
 import type { Host } from './wire';
 
 export type { Failure, Outcome } from './outcome';
@@ -41,6 +43,7 @@ export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
+export type { WindowState } from './windowoperations';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {
@@ -55,6 +58,8 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         listen: notices.listen.bind(notices),
         doctor: doctorOperations(caller),
         why: whyOperations(caller),
+        draft: draftOperations(caller),
+        window: windowOperations(caller),
         ...windowCommands(caller),
         ...launcherCommands(caller),
         ...searchCommands(caller),

@@ -116,4 +116,16 @@ export const doctorOperationNames = [
     'why.input',
 ] as const;
 
-export type OperationName = (typeof doctorOperationNames)[number];
+export const windowOperationNames = [
+    'window.leave',
+    'window.maximise',
+    'window.sidebar',
+    'window.state',
+] as const;
+
+export const draftOperationNames = ['draft.keep', 'draft.read'] as const;
+
+export type OperationName =
+    | (typeof doctorOperationNames)[number]
+    | (typeof windowOperationNames)[number]
+    | (typeof draftOperationNames)[number];

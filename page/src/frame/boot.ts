@@ -2,3 +2,7 @@
 import { applyPreferences, readPreferences } from './preferences';
 
 applyPreferences(readPreferences());
+document.documentElement.classList.toggle(
+    'one-window',
+    window.helio?.operations?.includes('window.sidebar') ?? false,
+);

@@ -1,9 +1,9 @@
 /** Theme, language and text size: what the host says, unless the user chose otherwise. */
 
-type Theme = 'light' | 'dark';
+type Theme = 'light' | 'dark' | 'contrast';
 export type Language = 'en' | 'zh-CN';
 
-export const themes = ['system', 'light', 'dark'] as const;
+export const themes = ['system', 'light', 'dark', 'contrast'] as const;
 export const languages = ['system', 'en', 'zh-CN'] as const;
 export const textSizes = [100, 125, 150, 200] as const;
 
@@ -22,6 +22,11 @@ interface Surroundings {
 export const storageKey = 'assistant.preferences';
 
 export const defaults: Preferences = { theme: 'system', language: 'system', textSize: 100 };
+
+/** The next larger or smaller text, or the same if there is none. */
+export function nextTextSize(size: Preferences['textSize'], step: 1 | -1): Preferences['textSize'] {
+    return textSizes[textSizes.indexOf(size) + step] ?? size;
+}
 
 /** The stored choice; whatever is missing or unknown in it falls back to the default. */
 export function parsePreferences(stored: string | null): Preferences {
@@ -72,7 +77,9 @@ export function languageOf(preferences: Preferences, { language }: Surroundings)
 /** Makes the document look as chosen. */
 export function applyPreferences(preferences: Preferences): void {
     const root = document.documentElement;
-    root.classList.toggle('dark', themeOf(preferences, surroundings()) === 'dark');
+    const theme = themeOf(preferences, surroundings());
+    root.classList.toggle('dark', theme !== 'light');
+    root.classList.toggle('contrast', theme === 'contrast');
     root.lang = languageOf(preferences, surroundings());
     root.style.fontSize = `${preferences.textSize}%`;
 }

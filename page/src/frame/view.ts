@@ -29,6 +29,19 @@ export const useClient = (): Client => need(clientKey);
 export const usePreferences = (): Preferences => need(preferencesKey);
 
 /**
+ * Keeps controls from acting that cannot be used now. They are not `disabled`, because that would
+ * take the focus from them.
+ */
+function guardControls(): void {
+    const guard = (event: MouseEvent): void => {
+        if (!(event.target as Element).closest('[aria-disabled="true"]')) return;
+        event.preventDefault();
+        event.stopImmediatePropagation();
+    };
+    window.addEventListener('click', guard, true);
+}
+
+/**
  * Mounts a view over the page's outline, which is painted first. `name` is the view's
  * folder.
  */
@@ -53,6 +66,7 @@ export function startView(view: Component, name: string): void {
         if (key === storageKey) Object.assign(preferences, parsePreferences(newValue));
     });
     apply();
+    guardControls();
     const application = createApp(view)
         .use(texts.i18n)
         .provide(clientKey, client)

@@ -50,9 +50,9 @@ describe('the view of crash dumps', () => {
 
     it('shows the switch as the library reads it afterwards', () =>
         play(named('crash'), async (view) => {
-            await view.locator('.el-switch').click();
+            await view.locator('.switch').click();
             await view.getByText('The setting did not change.').waitFor();
-            expect(await view.locator('.el-switch input').isChecked()).toBe(true);
+            expect(await view.locator('.switch').getAttribute('aria-checked')).toBe('true');
         }));
 });
 

@@ -33,6 +33,8 @@ export interface Scene {
     watched?: boolean;
     /** For a shell whose doctor explains what it finds. */
     explained?: boolean;
+    /** The page of the view that the main page stands beside, in a shell with one window. */
+    beside?: string;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */

@@ -33,7 +33,15 @@ const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'can
     (name) => `doctor.${name}`,
 );
 const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
+/** Of a shell that shows a view beside the main page, for a scene that is `beside` one. */
+const windowOperations = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
+
+/** The window of a scene beside a view, whose page is what the scene names. */
+function windowAnswers({ beside = '' }) {
+    const result = { view: beside, maximised: false, last: '' };
+    return Object.fromEntries(windowOperations.map((name) => [name, { result }]));
+}
 
 /** Runs in the page, before its own scripts. */
 function installHost({ theme, language, textSize, answers, operations }) {
@@ -81,18 +89,14 @@ function installHost({ theme, language, textSize, answers, operations }) {
 /**
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
- * `watched` for one that watches the library's repairs, `explained` for one that says why.
+ * `watched` for one that watches the library's repairs, `explained` for one that says why, `beside` the
+ * page of the view that the main page stands beside.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
 export async function openView(browser, directory, scene, options = {}) {
-    const {
-        theme = 'light',
-        language = 'en_US',
-        textSize = 100,
-        width = 1000,
-        height = 680,
-    } = options;
+    const { theme = 'light', language = 'en_US', textSize = 100, height = 680 } = options;
+    const width = scene.beside ? (14 * 16 * textSize) / 100 : (options.width ?? 1000);
     const page = await browser.newPage({
         width,
         height,
@@ -101,11 +105,12 @@ export async function openView(browser, directory, scene, options = {}) {
         theme,
     });
     if (!scene.withoutHost) {
-        const answers = { ...commonAnswers, ...scene.answers };
+        const answers = { ...commonAnswers, ...windowAnswers(scene), ...scene.answers };
         const offered = [
             ...doctorOperations,
             ...(scene.watched ? watchOperations : []),
             ...(scene.explained ? whyOperations : []),
+            ...(scene.beside ? windowOperations : []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });

@@ -66,7 +66,7 @@ describe('the desktop shortcuts', () => {
         play(named('shortcuts-asking', { fixfouricon: { never: true } }), async (view) => {
             await view.locator('.ask-once-confirm').click();
             await sent(view, 'fixfouricon');
-            await view.locator('.ask-once-start[disabled]').waitFor();
+            await view.locator('.ask-once-start[aria-disabled]').waitFor();
             await view.keyboard.press('F5');
             expect((await sentNames(view)).slice(1)).toEqual(['fixfouricon']);
         }));
@@ -285,8 +285,8 @@ describe('feedback', () => {
         play(named('feedback-files', { archivepackage: { result: 'error' } }), async (view) => {
             await view.locator('textarea').fill('Two\nlines');
             await view.locator('input[value="print"]').check();
-            await view.locator('.extras .el-switch', { nth: 1 }).click();
-            await view.locator('.extras .el-switch', { nth: 2 }).click();
+            await view.locator('.extras .switch', { nth: 1 }).click();
+            await view.locator('.extras .switch', { nth: 2 }).click();
             await view.locator('.summary-panel .el-button--primary').click();
             await sent(view, 'archivepackage');
             expect(await lastSent(view)).toEqual([

@@ -5,7 +5,7 @@ import { ShellPage } from '../helio/shell/shellpage.mjs';
 /** What a user may press or fill in now. */
 const usableControls = 'button, a[href], input, textarea, select, [role="tab"], [role="switch"]'
     .split(', ')
-    .map((selector) => `${selector}:not(:disabled)`)
+    .map((selector) => `${selector}:not(:disabled):not([aria-disabled="true"])`)
     .join(', ');
 
 /** A view of the application as its user sees it: names of controls, and texts. */
@@ -29,7 +29,7 @@ export class ViewPage extends ShellPage {
 
     /** The visible text, with runs of white space as one space. */
     async text() {
-        return this.evaluate("document.body.innerText.replace(/\\s+/g, ' ')");
+        return this.evaluate("(document.body?.innerText ?? '').replace(/\\s+/g, ' ')");
     }
 
     /** Waits until a text is shown. */

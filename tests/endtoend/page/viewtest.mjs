@@ -66,7 +66,7 @@ export function viewTests() {
         return { home, view: await shared.view(name) };
     };
 
-    /** The view that is opening in the child window. */
+    /** The view that is opening beside the home page. */
     shared.view = async (name) => {
         const view = await shared.program.page(`${name}.html`, { Kind: ViewPage });
         await view.shows(pageTexts[name].title);

@@ -55,6 +55,8 @@ private slots:
     void aForeignDocumentIsNeitherHeardNorAnswered();
     void withoutAScriptObjectNothingHappens();
     void operationsOfTheDoctorAreForTrustedDocumentsOnly();
+    void operationsOfTheShellAreAnsweredAtOnce();
+    void nothingIsSentToAPageThatHasStopped();
 };
 
 void PageWireTest::thePageReachesTwoCallsOnePropertyAndTheAnswers()
@@ -170,6 +172,45 @@ void PageWireTest::operationsOfTheDoctorAreForTrustedDocumentsOnly()
         doctor.take(call, this, [&isOver](const QString &, const QString &) { isOver = true; }));
     QTRY_VERIFY_WITH_TIMEOUT(isOver, testsupport::longestWaitMs);
     QCOMPARE(answers.count(), 3);
+}
+
+void PageWireTest::operationsOfTheShellAreAnsweredAtOnce()
+{
+    Wiring wiring;
+    wiring.wire.setOperations({{QStringLiteral("window.state"), [](const QJsonObject &arguments) {
+                                    return QJsonObject{{QStringLiteral("given"), arguments}};
+                                }}});
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    const QString call =
+        QStringLiteral(R"({"command":"window.state","callback":"told","args":{"a":1}})");
+    wiring.wire.fromJSAsynCall(call);
+    QCOMPARE(answers.count(), 1);
+    QCOMPARE(answers.takeFirst(),
+             (QVariantList{QStringLiteral("told"),
+                           QStringLiteral(R"({"result":{"given":{"a":1}}})"), false}));
+
+    // The name may also be in the arguments of a command.
+    wiring.wire.fromJSAsynCall(
+        QStringLiteral(R"({"command":"count","callback":"counted","args":{"of":"window.state"}})"));
+    QVERIFY(answers.wait(testsupport::longestWaitMs));
+    QCOMPARE(answers.takeFirst().first().toString(), QStringLiteral("counted"));
+
+    wiring.isTrusted = false;
+    QTest::ignoreMessage(QtWarningMsg,
+                         "a call from a document outside the page directory was refused");
+    wiring.wire.fromJSAsynCall(call);
+    QVERIFY(answers.isEmpty());
+}
+
+void PageWireTest::nothingIsSentToAPageThatHasStopped()
+{
+    Wiring wiring;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    wiring.wire.forgetPage();
+    wiring.wire.deliver(QStringLiteral("told"), QStringLiteral("{}"), false);
+    QVERIFY(answers.isEmpty());
+    wiring.wire.fromJSAsynCall(countCall);
+    QVERIFY(answers.wait(testsupport::longestWaitMs));
 }
 
 HEADLESS_TEST_MAIN(PageWireTest)

@@ -6,7 +6,7 @@ export interface Offer extends Tool {
     page: string;
 }
 
-interface OfferGroup {
+export interface OfferGroup {
     name: (typeof groups)[number];
     offers: Offer[];
 }

@@ -368,4 +368,5 @@ export const scenes = [
         act: check,
         shows: '2 of 6 checks',
     },
+    { name: 'home-beside', page, answers: well, beside: 'crash.html', shows: 'Overview' },
 ];

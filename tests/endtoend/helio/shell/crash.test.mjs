@@ -15,12 +15,6 @@ async function killRenderers(program) {
     });
 }
 
-/** Waits until the child window is there and has the keyboard. */
-async function focusedChild(mainWindow) {
-    const windows = await shared.display.windowCount(2);
-    await shared.display.focused(windows.find((window) => window !== mainWindow));
-}
-
 test('a killed renderer leaves a notice whose button brings the page back', async () => {
     const program = await shared.start();
     let page = await program.page();
@@ -44,33 +38,42 @@ test('nothing is reloaded by itself after a crash', async () => {
     expect(program.renderers()).toEqual([]);
 });
 
-test('a child window whose page has crashed can be closed, and the tip goes', async () => {
+/** Waits until the main page has become a sidebar, and the notice in place of the view the keys. */
+async function besideNotice(main) {
+    await main.until('innerWidth < 400');
+    await main.until('!document.hasFocus()');
+}
+
+test('a view whose page has crashed can be left, and the tip goes', async () => {
     const program = await shared.start();
     const main = await program.page();
-    const [mainWindow] = await shared.display.windowCount(1);
+    const [window] = await shared.display.windowCount(1);
     await main.call('router', { page: 'child.html', type: '' });
     const child = await program.page('child.html');
-    await focusedChild(mainWindow);
+    await child.until('document.hasFocus()');
     const renderers = program.renderers().length;
     // The crashed process does not answer.
     void child.tools.Page.crash().catch(() => {});
     await waitFor(() => program.renderers().length < renderers, { what: 'the crash' });
-    await shared.display.act('key', '--clearmodifiers', 'alt+F4');
-    await shared.display.windowCount(1);
-    await main.until('tips.length === 2');
+    await shared.display.focused(window);
+    await waitFor(async () => {
+        await shared.display.act('key', 'Escape');
+        return (await main.evaluate('tips.length')) === 2;
+    });
+    await main.until('innerWidth > 1000 && document.hasFocus()');
 
     await main.call('router', { page: 'other.html', type: '' });
     const other = await program.page('other.html');
     expect(await other.call('getcollectionpage')).toEqual({ result: { page: '' } });
 });
 
-test('a view that is missing is named in a notice, and its window can be closed', async () => {
+test('a view that is missing is named in a notice, which can be left', async () => {
     const program = await shared.start();
     const main = await program.page();
-    const [mainWindow] = await shared.display.windowCount(1);
+    const [window] = await shared.display.windowCount(1);
     await main.call('router', { page: 'none.html', type: '' });
-    await focusedChild(mainWindow);
-    await shared.display.act('key', '--clearmodifiers', 'alt+F4');
-    await shared.display.windowCount(1);
-    await main.until('tips.length === 2');
+    await shared.display.focused(window);
+    await besideNotice(main);
+    await shared.display.act('key', 'Escape');
+    await main.until('tips.length === 2 && innerWidth > 1000');
 });

@@ -1,0 +1,306 @@
+#include "helio/shell/assistantwindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "helio/shell/window/pageframe.h"
+#include "helio/shell/window/resizegrip.h"
+#include "helio/shell/window/windowmover.h"
+#include "helio/webengine/webenginebrowser.h"
+#include "texts/texts.h"
+
+namespace {
+
+constexpr QSize startSize(1120, 720);
+constexpr QSize leastSize(720, 480);
+
+/// The width of the line around the frameless window.
+constexpr int outline = 1;
+constexpr QRgb outlineColor = 0xff808690;
+
+/// The sidebar's widths until the main page says what it needs.
+constexpr int usualSidebar = 224;
+constexpr int usualNarrowSidebar = 56;
+constexpr int widestSidebar = 480;
+/// In a window of less than so many sidebars the sidebar is the narrow one.
+constexpr int fewestSidebars = 4;
+
+/// Gives the main page a head start; no user opens a view sooner.
+constexpr int childDelayMs = 250;
+
+/// A page that opens another view closes the current one first.
+constexpr int hideDelayMs = 20;
+
+constexpr int memoryDelayMs = 300;
+
+void startLater(QTimer &timer, int milliseconds)
+{
+    timer.setSingleShot(true);
+    timer.setInterval(milliseconds);
+}
+
+QVector<QRect> availableScreens(const QWidget *window)
+{
+    QVector<QRect> areas{window->screen()->availableGeometry()};
+    for (const QScreen *screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
+
+} // namespace
+
+namespace shell {
+
+AssistantWindow::AssistantWindow(const QString &startPage, const QString &waitingPage,
+                                 const WindowMemory &memory)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+      m_memory(memory),
+      m_mover(new WindowMover(this)),
+      m_main(new PageFrame(QStringLiteral("main"), startPage, this)),
+      m_waitingPage(waitingPage),
+      m_sidebar(usualSidebar),
+      m_narrowSidebar(usualNarrowSidebar)
+{
+    setWindowTitle(QGuiApplication::applicationDisplayName());
+    setAutoFillBackground(true);
+    setPalette(QPalette(QColor(outlineColor)));
+    ResizeGrip::addTo(this);
+    startLater(m_childDelay, childDelayMs);
+    startLater(m_hideDelay, hideDelayMs);
+    startLater(m_memoryDelay, memoryDelayMs);
+    connect(&m_childDelay, &QTimer::timeout, this, &AssistantWindow::prepareChild);
+    connect(&m_hideDelay, &QTimer::timeout, this, &AssistantWindow::hideChild);
+    connect(&m_memoryDelay, &QTimer::timeout, this, &AssistantWindow::remember);
+
+    const RememberedWindow last = m_memory.read();
+    m_lastView = last.view;
+    placeAt(last.area);
+    if (last.isMaximised)
+        setWindowState(Qt::WindowMaximized);
+    if (!m_main->browser())
+        return;
+    connectPage(m_main);
+    connect(m_main->browser(), &helio::WebEngineBrowser::closeRequested, this,
+            &AssistantWindow::endRequested);
+    if (!m_waitingPage.isEmpty())
+        connect(m_main->browser(), &helio::WebEngineBrowser::loadFinished, &m_childDelay,
+                qOverload<>(&QTimer::start));
+}
+
+AssistantWindow::~AssistantWindow()
+{
+    if (m_memoryDelay.isActive())
+        remember();
+}
+
+helio::WebEngineBrowser *AssistantWindow::mainBrowser() const
+{
+    return m_main->browser();
+}
+
+void AssistantWindow::present()
+{
+    restore();
+    raise();
+    activateWindow();
+    (isChildShown() ? m_child : m_main)->focusPage();
+}
+
+QJsonObject AssistantWindow::leaveView(const QJsonObject &view)
+{
+    if (m_child)
+        m_child->browser()->closeInPlaceOfPage(view.value(QStringLiteral("type")).toString());
+    return state();
+}
+
+QJsonObject AssistantWindow::toggleMaximised()
+{
+    setWindowState(windowState() ^ Qt::WindowMaximized);
+    return state();
+}
+
+QJsonObject AssistantWindow::useSidebar(const QJsonObject &widths)
+{
+    m_sidebar = qBound(1, widths.value(QStringLiteral("width")).toInt(), widestSidebar);
+    m_narrowSidebar = qBound(1, widths.value(QStringLiteral("narrow")).toInt(), m_sidebar);
+    layOut();
+    QJsonObject answer = state();
+    answer.insert(QStringLiteral("last"), m_lastView);
+    m_lastView.clear();
+    return answer;
+}
+
+QJsonObject AssistantWindow::state() const
+{
+    return {{QStringLiteral("view"), m_view}, {QStringLiteral("maximised"), isMaximized()}};
+}
+
+void AssistantWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    layOut();
+    tellPages();
+    m_memoryDelay.start();
+}
+
+void AssistantWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    emit endRequested();
+}
+
+void AssistantWindow::moveEvent(QMoveEvent *event)
+{
+    QWidget::moveEvent(event);
+    m_memoryDelay.start();
+}
+
+void AssistantWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
+    m_memoryDelay.start();
+}
+
+void AssistantWindow::connectPage(PageFrame *page)
+{
+    // Either page may open a view or close the current one.
+    using Signals = helio::WindowSignals;
+    Signals *asked = page->pageSignals();
+    connect(asked, &Signals::sigCloseMainWindow, this, &AssistantWindow::endRequested);
+    connect(asked, &Signals::sigChangeHtmlPage, this, &AssistantWindow::changeChildPage);
+    connect(asked, &Signals::sigShowChildWindow, this, &AssistantWindow::showChild);
+    connect(asked, &Signals::sigCloseChildWindow, &m_hideDelay, qOverload<>(&QTimer::start));
+    connect(asked, &Signals::sigShowMinimized, this, &QWidget::showMinimized);
+    connect(asked, &Signals::sigShowNormal, this, &AssistantWindow::restore);
+    connect(page->browser(), &helio::WebEngineBrowser::cefKeyEvent, this,
+            &AssistantWindow::takeKey);
+    connect(asked, &Signals::sigMousePress, m_mover, &WindowMover::start);
+    connect(asked, &Signals::sigMouseRelease, m_mover, &WindowMover::stop);
+}
+
+void AssistantWindow::prepareChild()
+{
+    if (!m_child)
+        makeChild(m_waitingPage);
+}
+
+void AssistantWindow::makeChild(const QString &html)
+{
+    m_child = new PageFrame(QStringLiteral("child"), html, this);
+    m_child->stackUnder(m_main);
+    m_child->hide();
+    layOut();
+    connectPage(m_child);
+    m_child->browser()->nameWayOut(texts::tr("Back"));
+    connect(m_child->browser(), &helio::WebEngineBrowser::closeRequested, this,
+            [this] { m_child->browser()->closeInPlaceOfPage({}); });
+    connect(m_child->browser(), &helio::WebEngineBrowser::titleChanged, this,
+            [this](const QString &title) {
+                if (isChildShown())
+                    setWindowTitle(title);
+            });
+}
+
+void AssistantWindow::changeChildPage(const QString &html)
+{
+    if (m_child)
+        m_child->changePage(html);
+}
+
+void AssistantWindow::showChild(const QString &html)
+{
+    m_hideDelay.stop();
+    if (!m_child)
+        makeChild(html);
+    m_view = html;
+    m_child->show();
+    layOut();
+    m_child->focusPage();
+    tellPages();
+    m_memoryDelay.start();
+}
+
+void AssistantWindow::hideChild()
+{
+    m_hideDelay.stop();
+    if (!isChildShown())
+        return;
+    m_view.clear();
+    m_child->hide();
+    layOut();
+    setWindowTitle(QGuiApplication::applicationDisplayName());
+    m_main->focusPage();
+    tellPages();
+    m_memoryDelay.start();
+}
+
+void AssistantWindow::takeKey(Qt::KeyboardModifiers, int key, bool pressed, bool &handled)
+{
+    if (key != Qt::Key_F6 || !isChildShown())
+        return;
+    handled = true;
+    if (pressed)
+        (sender() == m_main->browser() ? m_child : m_main)->focusPage();
+}
+
+bool AssistantWindow::isChildShown() const
+{
+    return m_child && !m_child->isHidden();
+}
+
+void AssistantWindow::restore()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+}
+
+void AssistantWindow::placeAt(const QRect &area)
+{
+    const QRect usable = screen()->availableGeometry();
+    QRect wanted = area;
+    if (!wanted.isValid()) {
+        wanted = QRect(QPoint(), startSize.boundedTo(usable.size()));
+        wanted.moveCenter(usable.center());
+    }
+    wanted = fittedToScreens(wanted, availableScreens(this));
+    // A screen may be smaller than the least size.
+    setMinimumSize(leastSize.boundedTo(usable.size()));
+    setGeometry(wanted);
+}
+
+void AssistantWindow::layOut()
+{
+    const int line = isMaximized() ? 0 : outline;
+    const QRect whole = rect().adjusted(line, line, -line, -line);
+    QRect side = whole;
+    side.setWidth(sidebarWidth());
+    // Also while it is hidden, so that a view has its size when it is shown.
+    if (m_child)
+        m_child->setGeometry(whole.adjusted(side.width(), 0, 0, 0));
+    m_main->setGeometry(isChildShown() ? side : whole);
+}
+
+int AssistantWindow::sidebarWidth() const
+{
+    return width() < fewestSidebars * m_sidebar ? m_narrowSidebar : m_sidebar;
+}
+
+void AssistantWindow::tellPages()
+{
+    for (const PageFrame *page : {m_main, m_child}) {
+        if (page && page->browser())
+            page->browser()->tellPage(state());
+    }
+}
+
+void AssistantWindow::remember()
+{
+    m_memoryDelay.stop();
+    m_memory.keep({normalGeometry(), isMaximized(), m_view});
+}
+
+} // namespace shell

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include "helio/shell/window/windowmemory.h"
+#include "helio/webengine/pageoperations.h"
+
+namespace helio {
+class WebEngineBrowser;
+}
+
+namespace shell {
+
+class PageFrame;
+class WindowMover;
+
+/// The frameless window: the main page, which becomes a sidebar while the child page shows a view
+/// beside it. It follows the signals of its pages.
+///
+/// The pages live as long as the window: a page's command may still be running, for example in a
+/// dialog, when the window closes.
+class AssistantWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Makes the window, still hidden, with the main page @p startPage. Once that page has loaded,
+    /// makes the child page too, hidden, with @p waitingPage: Chromium takes a while to start a
+    /// page's process. Does not if @p waitingPage is empty. The window opens as @p memory has it.
+    AssistantWindow(const QString &startPage, const QString &waitingPage,
+                    const WindowMemory &memory);
+    ~AssistantWindow() override;
+
+    /// The browser of the main page; null if the plug-in offers no page.
+    helio::WebEngineBrowser *mainBrowser() const;
+
+    /// Shows the window in front of others and gives it the keyboard.
+    void present();
+
+    /// What pages may ask of this window, see docs/host.md.
+    QJsonObject leaveView(const QJsonObject &view);
+    QJsonObject toggleMaximised();
+    QJsonObject useSidebar(const QJsonObject &widths);
+    QJsonObject state() const;
+
+signals:
+    /// The window should close and the program end.
+    void endRequested();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void connectPage(PageFrame *page);
+    void prepareChild();
+    void makeChild(const QString &html);
+    void changeChildPage(const QString &html);
+    void showChild(const QString &html);
+    void hideChild();
+    bool isChildShown() const;
+    /// F6 takes the keyboard from the main page to the view and back.
+    void takeKey(Qt::KeyboardModifiers modifiers, int key, bool pressed, bool &handled);
+    /// Brings a minimised window back; one that was maximised is maximised again.
+    void restore();
+    void placeAt(const QRect &area);
+    void layOut();
+    int sidebarWidth() const;
+    void tellPages();
+    void remember();
+
+    WindowMemory m_memory;
+    WindowMover *m_mover;
+    PageFrame *m_main;
+    /// Made at the latest when a page first opens a view.
+    PageFrame *m_child = nullptr;
+    QString m_waitingPage;
+    /// The page that is shown beside the main page; empty if none is.
+    QString m_view;
+    /// The page to open again, until the main page has asked.
+    QString m_lastView;
+    int m_sidebar;
+    int m_narrowSidebar;
+    QTimer m_childDelay;
+    QTimer m_hideDelay;
+    QTimer m_memoryDelay;
+};
+
+} // namespace shell

@@ -1,0 +1,51 @@
+#include "helio/shell/window/pageframe.h"
+
+#include <QVBoxLayout>
+
+#include "helio/webengine/webenginebrowser.h"
+#include "host/kheliopluginwidget.h"
+#include "host/kheliopluginwidgetfactory.h"
+
+namespace shell {
+
+PageFrame::PageFrame(const QString &type, const QString &html, QWidget *parent) : QWidget(parent)
+{
+    // The page widget reads both from its parent.
+    setProperty("widgettype", type);
+    setProperty("htmlpath", html);
+    auto *item = KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage);
+    if (!item)
+        return;
+    m_page = item->create(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_page);
+    m_signals = new helio::WindowSignals(m_page);
+    m_browser = m_page->findChild<helio::WebEngineBrowser *>();
+}
+
+PageFrame::~PageFrame() = default;
+
+helio::WindowSignals *PageFrame::pageSignals() const
+{
+    return m_signals;
+}
+
+helio::WebEngineBrowser *PageFrame::browser() const
+{
+    return m_browser;
+}
+
+void PageFrame::changePage(const QString &html)
+{
+    // The class is private to the plug-in; its slot is part of the interface.
+    QMetaObject::invokeMethod(m_page, "onChangeChildHtmlPage", Q_ARG(QString, html));
+}
+
+void PageFrame::focusPage()
+{
+    if (m_browser)
+        m_browser->setFocus();
+}
+
+} // namespace shell

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+#include "helio/runtime/windowsignals.h"
+
+class KHelioPluginWidget;
+
+namespace helio {
+class WebEngineBrowser;
+}
+
+namespace shell {
+
+/// The place of one page of the plug-in in the window.
+class PageFrame : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// A page of type "main" or "child" that starts with the file @p html.
+    PageFrame(const QString &type, const QString &html, QWidget *parent);
+    ~PageFrame() override;
+
+    /// What the page asks of its window; null if the plug-in offers no page.
+    helio::WindowSignals *pageSignals() const;
+
+    /// The page's browser; null if there is none.
+    helio::WebEngineBrowser *browser() const;
+
+    /// Asks the page widget to show another file of the page directory.
+    void changePage(const QString &html);
+
+    /// Gives the page the keyboard.
+    void focusPage();
+
+private:
+    KHelioPluginWidget *m_page = nullptr;
+    helio::WindowSignals *m_signals = nullptr;
+    helio::WebEngineBrowser *m_browser = nullptr;
+};
+
+} // namespace shell

@@ -1,0 +1,45 @@
+#include "helio/webengine/editmenu.h"
+
+#include <QMenu>
+#include <QWebEngineContextMenuData>
+#include <QWebEngineView>
+
+#include "texts/texts.h"
+
+namespace {
+
+struct Entry
+{
+    QWebEnginePage::WebAction action;
+    QWebEngineContextMenuData::EditFlag needed;
+    QString name;
+    QKeySequence::StandardKey key;
+};
+
+} // namespace
+
+void helio::showEditMenu(QWebEngineView *view, const QPoint &place)
+{
+    using Data = QWebEngineContextMenuData;
+    const Entry entries[] = {
+        {QWebEnginePage::Cut, Data::CanCut, texts::tr("Cut"), QKeySequence::Cut},
+        {QWebEnginePage::Copy, Data::CanCopy, texts::tr("Copy"), QKeySequence::Copy},
+        {QWebEnginePage::Paste, Data::CanPaste, texts::tr("Paste"), QKeySequence::Paste},
+        {QWebEnginePage::SelectAll, Data::CanSelectAll, texts::tr("Select all"),
+         QKeySequence::SelectAll},
+    };
+    const Data data = view->page()->contextMenuData();
+    if (!data.isContentEditable() && data.selectedText().isEmpty())
+        return;
+    auto *menu = new QMenu(view);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const Entry &entry : entries) {
+        QAction *item = menu->addAction(entry.name);
+        item->setShortcut(entry.key);
+        item->setEnabled(data.editFlags().testFlag(entry.needed));
+        QObject::connect(
+            item, &QAction::triggered, view->page(),
+            [page = view->page(), action = entry.action] { page->triggerAction(action); });
+    }
+    menu->popup(view->mapToGlobal(place));
+}

@@ -1,0 +1,44 @@
+/** The window, in a shell that shows a view beside the main page and not in a second window. */
+import type { Caller } from './caller';
+import { flag, members, text } from './decode';
+
+export interface WindowState {
+    /** The page that is shown beside the main page; empty if none is. */
+    view: string;
+    maximised: boolean;
+}
+
+/** Widths of the main page beside a view, in pixels. */
+interface SidebarWidths {
+    width: number;
+    /** In a small window. */
+    narrow: number;
+}
+
+function windowState(result: unknown): WindowState {
+    const { view, maximised } = members(result);
+    return { view: text(view), maximised: flag(maximised) };
+}
+
+export function windowOperations(caller: Caller) {
+    return {
+        /** Whether views open in the window of the main page. */
+        get isShared(): boolean {
+            return caller.offers('window.sidebar');
+        },
+        state: () => caller.operate('window.state', windowState),
+        toggleMaximised: () => caller.operate('window.maximise', windowState),
+        /** Closes the view of that type; its own page need not answer. */
+        leave: (type: string) => caller.operate('window.leave', windowState, { type }),
+        /** Gives the view that was open when the program ended, once. */
+        useSidebar: (widths: SidebarWidths) =>
+            caller.operate('window.sidebar', (result) => text(members(result).last), { ...widths }),
+        /** Calls `listener` whenever the window has changed, until the answer is called. */
+        listen(listener: (state: WindowState) => void): () => void {
+            const receive = (event: Event): void =>
+                listener(windowState((event as CustomEvent<unknown>).detail));
+            window.addEventListener('heliowindow', receive);
+            return () => window.removeEventListener('heliowindow', receive);
+        },
+    };
+}

@@ -1,0 +1,70 @@
+import { onBeforeUnmount, onMounted, ref, watch, type Ref } from 'vue';
+import type { Client } from '@/client';
+import type { Preferences } from '@/frame/preferences';
+
+/** How the main page is laid out: whole, or beside a view with or without names. */
+type Layout = 'page' | 'names' | 'icons';
+
+/** Widths of the sidebar, in rem. */
+const withNames = 14;
+const iconsOnly = 3.5;
+
+const remInPixels = (): number => parseFloat(getComputedStyle(document.documentElement).fontSize);
+
+/** The layout that fits the page's width. */
+function layoutAt(width: number, rem: number): Layout {
+    if (width > (withNames + 1) * rem) return 'page';
+    return width < (withNames - 1) * rem ? 'icons' : 'names';
+}
+
+/**
+ * The page's layout and the view beside it, in a shell that shows both in one window. `reopen` is
+ * called with the page of the view that was open when the program ended.
+ */
+export function useSidebar(
+    client: Client,
+    preferences: Preferences,
+    reopen: (page: string) => void,
+): { layout: Ref<Layout>; view: Ref<string> } {
+    const layout = ref<Layout>('page');
+    const view = ref('');
+    if (!client.window.isShared) return { layout, view };
+
+    const measure = (): void => {
+        layout.value = layoutAt(window.innerWidth, remInPixels());
+    };
+    async function tellWidths(): Promise<void> {
+        const rem = remInPixels();
+        const last = await client.window.useSidebar({
+            width: Math.round(withNames * rem),
+            narrow: Math.round(iconsOnly * rem),
+        });
+        if (last.kind === 'done' && last.value && !view.value) reopen(last.value);
+    }
+    async function start(): Promise<void> {
+        // After a reload a view may be open already.
+        const state = await client.window.state();
+        if (state.kind === 'done') view.value = state.value.view;
+        await tellWidths();
+    }
+
+    const stop = client.window.listen((state) => {
+        view.value = state.view;
+    });
+    // Vue renders before the browser does: the new layout comes with the new width.
+    window.addEventListener('resize', measure);
+    watch(
+        () => preferences.textSize,
+        () => void tellWidths().then(measure),
+        { flush: 'post' },
+    );
+    onMounted(() => {
+        measure();
+        void start();
+    });
+    onBeforeUnmount(() => {
+        stop();
+        window.removeEventListener('resize', measure);
+    });
+    return { layout, view };
+}

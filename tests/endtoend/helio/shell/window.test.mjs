@@ -1,0 +1,212 @@
+import fs from 'node:fs';
+import path from 'node:path';
+import { waitFor } from 'browser-driver';
+import { expect, test } from 'vitest';
+
+import { windowTests } from './windowtest.mjs';
+
+const shared = windowTests();
+
+/** What is left of the window's width inside its line. */
+const insideWidth = 1120 - 2;
+const sidebarWidth = 224;
+
+const width = (page, pixels) => page.until(`innerWidth === ${pixels}`);
+
+async function openChild() {
+    const program = await shared.start();
+    const main = await program.page();
+    const [window] = await shared.display.windowCount(1);
+    const answer = await main.call('router', { page: 'child.html', type: '' });
+    expect(answer).toEqual({ result: 'success' });
+    return { program, main, child: await program.page('child.html'), window };
+}
+
+test('the window starts at its size and cannot be made smaller than its least', async () => {
+    await shared.start();
+    const window = (await shared.display.windowCount(1))[0];
+    expect(await shared.display.geometry(window)).toMatchObject({ width: 1120, height: 720 });
+    await shared.display.act('windowsize', window, 300, 200);
+    await waitFor(async () => (await shared.display.geometry(window)).width !== 1120);
+    expect(await shared.display.geometry(window)).toMatchObject({ width: 720, height: 480 });
+});
+
+test('a view opens beside the main page with the keyboard, and the tip is shown', async () => {
+    const { main, child, window } = await openChild();
+    expect(await main.evaluate('tips')).toEqual(['show']);
+    expect(await child.evaluate('document.title')).toBe('Child page');
+    expect(await shared.display.windowCount(1)).toEqual([window]);
+    await width(main, sidebarWidth);
+    await width(child, insideWidth - sidebarWidth);
+    await child.until('document.hasFocus()');
+    expect(await shared.display.windows(['--name', '^Child page$'])).toEqual([window]);
+});
+
+test('a child page that closes itself takes the tip away and is kept', async () => {
+    const { program, main, child } = await openChild();
+    await child.evaluate('window.kept = true');
+    await child.call('closechildwindow', { type: '' });
+    await width(main, insideWidth);
+    expect(await main.evaluate('tips')).toEqual(['show', 'hide']);
+    await main.until('document.hasFocus()');
+    expect(await child.evaluate('kept')).toBe(true);
+
+    await main.call('router', { page: 'other.html', type: '' });
+    await width(main, sidebarWidth);
+    expect(await (await program.page('other.html')).evaluate('document.title')).toBe('Child page');
+});
+
+test('a view is left from the main page even if its own page does not answer', async () => {
+    const { main, child } = await openChild();
+    await child.call('feedbacktovyr', { infopage: 'crash' });
+    void child.evaluate('for (;;);').catch(() => {});
+    expect((await main.call('window.leave', { type: '' })).result).toMatchObject({
+        view: 'child.html',
+    });
+    await width(main, insideWidth);
+    expect(await main.evaluate('tips')).toEqual(['show', 'hide']);
+});
+
+test('a view that takes the place of another does not show the main page between', async () => {
+    const { program, main, child } = await openChild();
+    await child.call('feedbacktovyr', { infopage: 'crash' });
+    await width(main, sidebarWidth);
+    await main.evaluate(`window.widths = [];
+        addEventListener('resize', () => widths.push(innerWidth));
+        void helio.call('window.leave', { type: '' });
+        void helio.call('router', { page: 'other.html', type: '' })`);
+    const other = await program.page('other.html');
+    await main.until('tips.length === 3');
+    expect(await main.evaluate('tips')).toEqual(['show', 'hide', 'show']);
+    // What the earlier view has handed over went with it.
+    expect(await other.call('getcollectionpage')).toEqual({ result: { page: '' } });
+    expect(await main.evaluate('widths')).toEqual([]);
+});
+
+test('the pages learn which view is shown, and the main page how wide it will be', async () => {
+    const { main, child } = await openChild();
+    await main.evaluate(`window.states = [];
+        addEventListener('heliowindow', ({ detail }) => states.push(detail))`);
+    const { result } = await main.call('window.sidebar', { width: 300, narrow: 90 });
+    expect(result).toEqual({ view: 'child.html', maximised: false, last: '' });
+    // The window is less than four times as wide.
+    await width(main, 90);
+    await main.call('window.sidebar', { width: 250, narrow: 90 });
+    await width(main, 250);
+    await child.call('closechildwindow', { type: '' });
+    await main.until('states.length === 1');
+    expect(await main.evaluate('states')).toEqual([{ view: '', maximised: false }]);
+});
+
+test('the window is maximised and restored by its pages', async () => {
+    const { main, child, window } = await openChild();
+    const before = await shared.display.geometry(window);
+    await child.call('window.maximise');
+    await width(child, 1400 - sidebarWidth);
+    expect(await shared.display.geometry(window)).toMatchObject({ width: 1400, height: 1000 });
+    await waitFor(async () => (await child.call('window.state')).result.maximised);
+    await main.call('window.maximise');
+    await width(child, insideWidth - sidebarWidth);
+    expect(await shared.display.geometry(window)).toEqual(before);
+});
+
+test('the window manager ends the program by closing the window, also beside a view', async () => {
+    const { program, window } = await openChild();
+    await shared.display.focused(window);
+    await shared.display.act('key', '--clearmodifiers', 'alt+F4');
+    expect(await program.waitForExit()).toMatchObject({ status: 0, signal: null });
+    // Only complaints of scripts: Chromium's own lines about the display vary.
+    expect(program.stderr).not.toMatch(/^js: /m);
+});
+
+test('the window is minimised from a view, and the user brings it back', async () => {
+    const { child, window } = await openChild();
+    await child.call('showminimized');
+    await shared.display.windowCount(0);
+    await shared.display.act('windowmap', window);
+    await shared.display.windowCount(1);
+    await child.until('document.visibilityState === "visible"');
+});
+
+/** Holds screenshots until the test calls the returned function. */
+function holdScreenshots() {
+    const go = path.join(shared.suite.home, 'go');
+    fs.rmSync(go, { force: true });
+    const program = path.join(shared.suite.addon, 'independScreenshot/screengrab');
+    fs.rmSync(program);
+    fs.writeFileSync(program, `#!/bin/sh\nuntil [ -e '${go}' ]; do sleep 0.05; done\n`, {
+        mode: 0o755,
+    });
+    return () => fs.writeFileSync(go, '');
+}
+
+test('a screenshot from a view has no window in it', async () => {
+    const letGo = holdScreenshots();
+    const { child } = await openChild();
+    const answer = child.call('screenshots');
+    await shared.display.windowCount(0);
+    letGo();
+    expect(await answer).toEqual({ result: 'success' });
+    await shared.display.windowCount(1);
+});
+
+test('a screenshot minimises the window and brings it back', async () => {
+    const letGo = holdScreenshots();
+    const program = await shared.start();
+    const main = await program.page();
+    const window = (await shared.display.windowCount(1))[0];
+    const answer = main.call('screenshots');
+    await shared.display.windowCount(0);
+    letGo();
+    expect(await answer).toEqual({ result: 'success' });
+    await shared.display.windowCount(1);
+    await shared.display.focused(window);
+});
+
+test('the window is dragged by the title bar of the page', async () => {
+    const program = await shared.start();
+    const main = await program.page();
+    const window = (await shared.display.windowCount(1))[0];
+    const before = await shared.display.geometry(window);
+    const { x, y } = await main.placeOf('#bar');
+    await shared.display.act('mousemove', x, y, 'mousedown', 1);
+    await main.until('Boolean(window.isPressed)');
+    // The window follows once the window manager has grabbed the pointer.
+    await waitFor(
+        async () => {
+            await shared.display.act('mousemove', x + 79, y + 60, 'mousemove', x + 80, y + 60);
+            const now = await shared.display.geometry(window);
+            return now.x - before.x === 80 && now.y - before.y === 60;
+        },
+        { what: 'the move of the window' },
+    );
+    await shared.display.act('mouseup', 1);
+});
+
+test('the window is resized by its edge', async () => {
+    await shared.start();
+    const window = (await shared.display.windowCount(1))[0];
+    const { x, y, width, height } = await shared.display.geometry(window);
+    const edge = x + width - 2;
+    let pointer = edge;
+    await shared.display.act('mousemove', edge, y + height / 2, 'mousedown', 1);
+    // The edge follows once the window manager has grabbed the pointer.
+    await waitFor(
+        async () => {
+            await shared.display.act('mousemove', (pointer += 1), y + height / 2);
+            return (await shared.display.geometry(window)).width >= width + 20;
+        },
+        { what: 'the wider window' },
+    );
+    await shared.display.act('mouseup', 1);
+    const after = await shared.display.geometry(window);
+    expect(after.width - width).toBeLessThanOrEqual(pointer - edge);
+    expect(after).toMatchObject({ x, y, height });
+});
+
+test('a page ends the program by closing the window', async () => {
+    const program = await shared.start();
+    const main = await program.page();
+    void main.call('closemainwindow').catch(() => {});
+    expect(await program.waitForExit()).toMatchObject({ status: 0, signal: null });
+});

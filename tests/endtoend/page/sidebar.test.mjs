@@ -1,0 +1,91 @@
+import { expect, test } from 'vitest';
+
+import { pageTexts } from './texts.mjs';
+import { patience, viewTests } from './viewtest.mjs';
+
+const texts = pageTexts.home;
+const shared = viewTests();
+
+const press = (...keys) => shared.display.act('key', '--clearmodifiers', ...keys);
+
+/** Presses a key of the view once the view has the keyboard. */
+async function pressIn(view, key) {
+    await view.until('document.hasFocus()');
+    await press(key);
+}
+
+const marked = (home) =>
+    home.evaluate("document.querySelector('.side-item[aria-current]')?.innerText.trim()");
+
+async function expectWhole(home) {
+    await home.shows(texts.heading, patience);
+    await home.until('document.hasFocus()');
+    expect(await home.evaluate("document.querySelector('.side-bar')")).toBe(null);
+}
+
+test('a tool opens beside the sidebar, which marks it, in the one window', async () => {
+    const { home, view } = await shared.open('crash');
+    await home.shows(texts.sidebar.home, patience);
+    await shared.display.windowCount(1);
+    await home.until(`document.querySelector('.side-item[aria-current]')?.innerText.trim()
+        === ${JSON.stringify(pageTexts.crash.title)}`);
+    expect(await home.text()).not.toContain(texts.heading);
+    expect(await home.text()).not.toContain(texts.veil.title);
+    await view.until('document.hasFocus()');
+    const marks = "document.querySelectorAll('.title-bar-mark').length";
+    expect([await home.evaluate(marks), await view.evaluate(marks)]).toEqual([1, 0]);
+
+    // A press on the tool that is open leaves it as it is.
+    await view.evaluate('window.kept = true');
+    await home.press(pageTexts.crash.title);
+    await home.press(pageTexts.crash.title);
+    expect(await view.evaluate('window.kept')).toBe(true);
+});
+
+test.each(['Escape', 'alt+Left'])('%s leads back to where the user was', async (key) => {
+    const { home, view } = await shared.open('permissions');
+    await home.shows(texts.sidebar.home, patience);
+    await pressIn(view, key);
+    await expectWhole(home);
+    await home.until("document.activeElement.getAttribute('aria-label') === 'the tile'");
+});
+
+test('the button of the view and the sidebar’s first entry lead back as well', async () => {
+    const { home, view } = await shared.open('tools');
+    await home.shows(texts.sidebar.home, patience);
+    await view.press(pageTexts.frame.back);
+    await expectWhole(home);
+    await home.press('the tile');
+    await home.shows(texts.sidebar.home, patience);
+    await home.press(texts.sidebar.home);
+    await expectWhole(home);
+});
+
+test('another tool is one click away, and the work of the first ends', async () => {
+    const { home, view } = await shared.open('processes');
+    await home.shows(texts.sidebar.home, patience);
+    await home.evaluate(`window.widths = [];
+        addEventListener('resize', () => widths.push(innerWidth))`);
+    await home.press(pageTexts.about.title);
+    const about = await shared.view('about');
+    await about.until('document.hasFocus()');
+    expect(await about.evaluate('window.helio !== undefined')).toBe(true);
+    await home.until(`document.querySelector('.side-item[aria-current]')?.innerText.trim()
+        === ${JSON.stringify(pageTexts.about.title)}`);
+    expect(await marked(home)).toBe(pageTexts.about.title);
+    expect(await home.evaluate('widths')).toEqual([]);
+    expect(await view.evaluate("location.pathname.endsWith('about.html')")).toBe(true);
+});
+
+test('in a small window the sidebar has icons with names for all who cannot see them', async () => {
+    const { home, view } = await shared.open('sysinfo');
+    await home.shows(texts.sidebar.home, patience);
+    const [window] = await shared.display.windowCount(1);
+    await shared.display.act('windowsize', window, 720, 480);
+    await home.until("document.querySelector('.side-bar.icons-only') !== null");
+    expect(await view.evaluate('innerWidth')).toBe(720 - 2 - 56);
+    await home.press(pageTexts.about.title);
+    const about = await shared.view('about');
+    void about.press(pageTexts.frame.close).catch(() => {});
+    expect(await shared.program.waitForExit()).toMatchObject({ status: 0, signal: null });
+});
