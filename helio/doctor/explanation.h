@@ -3,10 +3,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "doctor/machine/machine.h"
-#include "doctor/model/plan.h"
-#include "doctor/why/denied/pathwalk.h"
-#include "helio/doctor/verifiedrepair.h"
+#include "helio/doctor/whyrepair.h"
 
 namespace helio {
 
@@ -15,9 +12,8 @@ struct Explanation
 {
     /// As one line of docs/doctor.schema.json.
     QJsonObject line;
-    /// Without changes and refusal where nothing is to be repaired.
-    doctor::Plan plan;
-    Verify verify;
+    /// Nothing where nothing is to be repaired.
+    std::optional<WhyRepair> repair;
 };
 
 /// What opens files with this suffix, such as "docx". The repair has the proposed entry open them.

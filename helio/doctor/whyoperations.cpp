@@ -34,12 +34,11 @@ QJsonObject ended(const char *how, const QJsonValue &value)
 QJsonObject DoctorWorker::told(const Explanation &explanation)
 {
     QJsonObject line = explanation.line;
-    const doctor::Plan &plan = explanation.plan;
-    if (!plan.changes.isEmpty() || !plan.refusal.isEmpty()) {
-        const auto make = [this, plan, verify = explanation.verify](const DoctorRequest &) {
-            return verifiedRepair(m_journal, plan, verify);
+    if (explanation.repair) {
+        const auto make = [this, repair = *explanation.repair](const DoctorRequest &) {
+            return verifiedRepair(m_journal, repair.plan, repair.verify);
         };
-        line.insert(QStringLiteral("repair"), keep({plan, make}));
+        line.insert(QStringLiteral("repair"), keep({explanation.repair->plan, make}));
     }
     return ended("result", line);
 }

@@ -1,6 +1,7 @@
 #include "doctor/why/open/open.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -58,6 +59,18 @@ const AssociationList *refusedList(const AssociationLists &lists, const QString 
 QString placeText(const Place &place)
 {
     return texts::tr("%1, line %2").arg(place.path, QString::number(place.line));
+}
+
+bool isType(const QString &subject)
+{
+    static const QRegularExpression type(
+        QStringLiteral("\\A[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*/[A-Za-z0-9][A-Za-z0-9!#$&^_.+-]*\\z"));
+    static const QRegularExpression known(QStringLiteral(
+        "\\A(application|audio|chemical|font|image|inode|message|model|multipart|text|video|"
+        "x-[a-z-]+)/"));
+    if (!type.match(subject).hasMatch() || QFileInfo::exists(subject))
+        return false;
+    return known.match(subject).hasMatch() || !QFileInfo::exists(QFileInfo(subject).path());
 }
 
 } // namespace
@@ -175,6 +188,11 @@ Opening OpenQuestion::answer(const FoundType &found) const
             opening.proposal = opening.gio.choice.entry;
     }
     return opening;
+}
+
+Opening OpenQuestion::of(const QString &subject) const
+{
+    return isType(subject) ? ofType(subject) : ofFile(subject);
 }
 
 Opening OpenQuestion::ofType(const QString &type) const

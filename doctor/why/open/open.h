@@ -62,6 +62,9 @@ public:
     // A member refers to another one.
     Q_DISABLE_COPY(OpenQuestion)
 
+    /// Answers for a file or a type. A file of that name comes before a type. What names no known
+    /// class of types may still be a missing file, if its folder is there.
+    Opening of(const QString &subject) const;
     Opening ofType(const QString &type) const;
     Opening ofFile(const QString &path) const;
     /// By the name alone, as if a file were called "a.docx".

@@ -1,28 +1,28 @@
 #include <QTest>
 
-#include "helio/ctl/why/whyline.h"
+#include "helio/ctl/why/deniedline.h"
 
-using ctl::WhyLine;
+using ctl::DeniedLine;
 using doctor::Access;
 
 namespace {
 
-WhyLine parsed(const char *words)
+DeniedLine parsed(const char *words)
 {
-    return ctl::parseWhyLine(
+    return ctl::parseDeniedLine(
         QString::fromLatin1(words).split(QLatin1Char(' '), Qt::SkipEmptyParts));
 }
 
 } // namespace
 
-class WhyLineTest : public QObject
+class DeniedLineTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void readingIsAskedWithoutAnAccess()
     {
-        const WhyLine line = parsed("denied /x");
+        const DeniedLine line = parsed("denied /x");
         QCOMPARE(line.fault, QString());
         QCOMPARE(line.path, QStringLiteral("/x"));
         QCOMPARE(line.access, Access::Read);
@@ -31,7 +31,7 @@ private slots:
 
     void optionsStandAnywhere()
     {
-        const WhyLine line = parsed("--json denied --for write x --fix --yes");
+        const DeniedLine line = parsed("--json denied --for write x --fix --yes");
         QCOMPARE(line.fault, QString());
         QCOMPARE(line.access, Access::Write);
         QVERIFY(line.json && line.fix && line.yes && !line.dryRun);
@@ -62,12 +62,12 @@ private slots:
 
     void theHelpDescribesEveryOption()
     {
-        const QString help = parsed("--help").text;
+        const QString help = ctl::deniedHelp();
         for (const char *option :
              {"--for ACCESS ", "--fix ", "--yes ", "--dry-run ", "--json ", "--help ", "denied"})
             QVERIFY2(help.contains(QLatin1String(option)), option);
     }
 };
 
-QTEST_GUILESS_MAIN(WhyLineTest)
-#include "tst_whyline.moc"
+QTEST_GUILESS_MAIN(DeniedLineTest)
+#include "tst_deniedline.moc"
