@@ -13,8 +13,8 @@ import {
     openings,
     openReason,
     repairing,
-} from './browser/explaining.mjs';
-import { scriptedClient, type Answer } from './scriptedhost';
+} from '../browser/explaining.mjs';
+import { scriptedClient, type Answer } from '../scriptedhost';
 
 const language = (): string => 'zh-CN';
 const offered = [...doctorOperationNames];

@@ -1,7 +1,7 @@
 import { describe, expect, it } from 'vitest';
 import { useCommandRepair } from '@/tasks/commandrepair';
 import { doctorOperationNames } from '@/client/wire';
-import { scriptedClient, type Answer } from './scriptedhost';
+import { scriptedClient, type Answer } from '../scriptedhost';
 
 const change = {
     kind: 'remove',

@@ -10,7 +10,7 @@ import {
 } from '@/views/home/checkup/ignored';
 import { useRepairs } from '@/views/home/checkup/repairs';
 import { doctorOperationNames } from '@/client/wire';
-import { scriptedClient, type Answer } from './scriptedhost';
+import { scriptedClient, type Answer } from '../scriptedhost';
 
 describe('ignored findings', () => {
     it.each([null, '', '{', '{}', '"a"', 'null'])('are none when %j is stored', (stored) => {
