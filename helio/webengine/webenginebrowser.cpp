@@ -77,8 +77,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     connect(m_page, &QWebEnginePage::loadStarted, this, [this] { m_isLoading = true; });
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebEngineBrowser::passTitle);
-    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
-            &WebEngineBrowser::sayStopped);
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, this, &WebEngineBrowser::sayStopped);
     connect(m_page, &LocalPage::documentLost, this,
             [this] { bringForward(m_notice->sayNotShown(m_url.fileName())); });
     connect(m_notice, &PageNotice::reloadRequested, this, &WebEngineBrowser::reload);

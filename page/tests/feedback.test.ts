@@ -1,8 +1,22 @@
 import { describe, expect, it } from 'vitest';
 import { archiveContents, archivePath, chosenFiles, fileProblem } from '@/views/feedback/contents';
 import { draftFrom, emptyDraft, withSample } from '@/views/feedback/draft';
+import { parseDraft } from '@/views/feedback/keeping';
 
 describe('the draft', () => {
+    it('is the same after it was kept', () => {
+        const draft = { ...emptyDraft(), description: 'two\nlines', attachments: ['/b'] };
+        expect(parseDraft(JSON.stringify({ ...draft, category: 'print' }))).toEqual({
+            ...draft,
+            category: 'print',
+        });
+    });
+
+    it.each(['', 'null', '[]', '{"description":3,"attachments":"x","crashDumps":"yes"}'])(
+        'is empty where what was kept is %j',
+        (kept) => expect(parseDraft(kept)).toEqual(emptyDraft()),
+    );
+
     it('leaves dumps out unless the user comes from a crash', () => {
         expect(emptyDraft().crashDumps).toBe(false);
         expect(draftFrom({ page: 'crash', file: null })).toMatchObject({

@@ -43,7 +43,6 @@ export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
-export type { WindowState } from './windowoperations';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {

@@ -2,7 +2,7 @@
 import type { Caller } from './caller';
 import { flag, members, text } from './decode';
 
-export interface WindowState {
+interface WindowState {
     /** The page that is shown beside the main page; empty if none is. */
     view: string;
     maximised: boolean;
