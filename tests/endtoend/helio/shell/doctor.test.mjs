@@ -49,12 +49,17 @@ function operate(name, args) {
 const lookAtOwn = (language) => operate('look', { checks: ['own.list'], language });
 
 test('a page learns which operations its shell has', async () => {
-    expect(await page.evaluate('helio.operations')).toEqual(
-        [
-            ...['list', 'look', 'plan', 'fix', 'undo', 'history'],
-            ...['preview', 'watch', 'watched', 'cancel'],
-        ].map((name) => `doctor.${name}`),
-    );
+    const doctor = [
+        ...['list', 'look', 'plan', 'fix', 'undo', 'history'],
+        ...['preview', 'watch', 'watched', 'cancel'],
+    ].map((name) => `doctor.${name}`);
+    const window = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
+    expect(await page.evaluate('helio.operations')).toEqual([
+        ...doctor,
+        'draft.keep',
+        'draft.read',
+        ...window,
+    ]);
 });
 
 test('the shipped checks are listed with those of the user', async () => {

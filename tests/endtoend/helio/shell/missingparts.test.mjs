@@ -99,7 +99,7 @@ test('a picture of the window is a PNG of its size, and the program ends', async
     expect(await run(['--screenshot', picture])).toMatchObject({ status: 0, signal: null });
     const bytes = fs.readFileSync(picture);
     expect(bytes.subarray(1, 4).toString()).toBe('PNG');
-    expect([bytes.readUInt32BE(16), bytes.readUInt32BE(20)]).toEqual([1000, 680]);
+    expect([bytes.readUInt32BE(16), bytes.readUInt32BE(20)]).toEqual([1120, 720]);
 });
 
 test('an unwritable picture is a failure', async () => {
