@@ -6,9 +6,9 @@
 #include <QStandardPaths>
 
 #include "programs/notice/desktopnotice.h"
+#include "programs/notice/sessionbus.h"
 #include "programs/screengrab/picturefile.h"
 #include "programs/screengrab/portalgrab.h"
-#include "programs/notice/sessionbus.h"
 #include "programs/screengrab/x11grab.h"
 #include "texts/texts.h"
 
