@@ -156,6 +156,9 @@ EndAnswer askToEnd(const suites::Installation &installation, const doctor::Deadl
 {
     const QString name = QUuid::createUuid().toString(QUuid::Id128);
     const QString socket = QStringLiteral("=pipe,name=%1;urp").arg(name);
+    // Requests are worked off in turn: a document that is being opened is open then.
+    if (!answers(installation, deadline))
+        return EndAnswer::Silent;
     const bool listens = start(installation, {QStringLiteral("--accept") + socket}) &&
                          holdsInTime([&] { return !socketNamed(name).isEmpty(); }, deadline);
     if (!listens)
