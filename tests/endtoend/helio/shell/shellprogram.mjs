@@ -59,7 +59,11 @@ export class ShellProgram {
         return this.#child.pid;
     }
 
-    /** Connects to a page of the window; Kind is the class of the returned object. */
+    /**
+     * Connects to a page of the window; Kind is the class of the returned object.
+     * @param {string} [name]
+     * @param {{ Kind?: typeof ShellPage, timeoutMs?: number, what?: string }} [options]
+     */
     async page(name = 'index.html', { Kind = ShellPage, ...options } = {}) {
         const page = await Kind.of(this.port, name, options);
         this.#pages.push(page);
