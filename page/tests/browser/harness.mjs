@@ -89,8 +89,8 @@ function installHost({ theme, language, textSize, answers, operations }) {
 /**
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
- * `watched` for one that watches the library's repairs, `explained` for one that says why, `beside` the
- * page of the view that the main page stands beside.
+ * `watched` for one that watches the library's repairs, `explained` for one that says why,
+ * `beside` the page of the view that the main page stands beside.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
