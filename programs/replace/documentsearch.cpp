@@ -56,7 +56,7 @@ QString refusal(const ZipArchive &archive, Markup &markup)
     const bool isOpenDocument = type.startsWith("application/vnd.oasis.opendocument.");
     markup = isOpenDocument ? Markup::OpenDocument : Markup::OfficeOpenXml;
     if (!isOpenDocument && !archive.has(QStringLiteral("[Content_Types].xml")))
-        return texts::tr("it is no document of OpenDocument or Office Open XML");
+        return texts::tr("it is neither an OpenDocument nor an Office Open XML document");
     const QByteArray list =
         archive.content(QLatin1String(manifest), largestPart).value_or(QByteArray());
     if (list.contains("encryption-data"))
@@ -110,7 +110,7 @@ SearchedDocument searchedDocument(const QString &path, const Search &search)
     document.path = path;
     QFile file(path);
     if (!QFileInfo(path).isFile())
-        document.problem = texts::tr("it is no file");
+        document.problem = texts::tr("it is not a file");
     else if (isOpenElsewhere(QFileInfo(path)))
         document.problem = texts::tr("it is open in another program");
     else if (!file.open(QIODevice::ReadOnly))
@@ -118,7 +118,7 @@ SearchedDocument searchedDocument(const QString &path, const Search &search)
     else if (file.size() > largestDocument)
         document.problem = texts::tr("it is too big");
     else if (file.peek(4) != QByteArray(archiveBegin, 4))
-        document.problem = texts::tr("it is no document of OpenDocument or Office Open XML");
+        document.problem = texts::tr("it is neither an OpenDocument nor an Office Open XML document");
     if (document.problem.isEmpty())
         document.problem = searchArchive(document, file.read(largestDocument), search);
     if (!document.problem.isEmpty())

@@ -134,6 +134,17 @@ export const inputReason = {
     },
 };
 
+/** Of a session whose language needs no input method. */
+export const unneededInput = {
+    result: {
+        type: 'why',
+        question: 'input',
+        verdict: 'well',
+        text: 'Nothing is wrong: no input method is set up, and the language needs none.',
+        variables: [variable('XMODIFIERS', null, 'unset')],
+    },
+};
+
 /** A repair that is made, and its undo. */
 export const repairing = {
     'doctor.fix': { result: { type: 'repair', result: 'repaired', journal: 9, reason: '' } },

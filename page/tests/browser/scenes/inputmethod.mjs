@@ -1,4 +1,4 @@
-import { fix, inputReason, repairing } from '../explaining.mjs';
+import { fix, inputReason, repairing, unneededInput } from '../explaining.mjs';
 
 const page = 'inputmethod.html';
 
@@ -36,6 +36,13 @@ export const scenes = [
         answers: { ...answers, ...repairing, 'why.input': inputReason },
         act: fix,
         shows: 'Log out and in so that it counts.',
+    },
+    {
+        name: 'inputmethod-unneeded',
+        page,
+        explained: true,
+        answers: { ...answering('ERR_LOADPLUGIN_FAILED'), 'why.input': unneededInput },
+        shows: 'Not required',
     },
     {
         name: 'inputmethod-unexplained',

@@ -25,11 +25,15 @@ const commands = [
     'cleardumpdir',
 ];
 
+/** Repairs of the doctor's explanations, by their question. */
+const explanations = ['why.open', 'why.denied', 'why.input'];
+
 /** Names of checks' subjects and of repairs. Checks of others have no known one. */
 export function useAreas() {
     const { t } = useTexts();
     return {
         areaName(check: string, otherwise: string): string {
+            if (explanations.includes(check)) return t(`home.checkup.${check}`);
             const area = areaOf(check);
             return areas.includes(area) ? t(`home.checkup.areas.${area}`) : otherwise;
         },
