@@ -35,6 +35,8 @@ export interface Scene {
     explained?: boolean;
     /** The page of the view that the main page stands beside, in a shell with one window. */
     beside?: string;
+    /** For a shell that keeps the draft of the feedback. */
+    keeps?: boolean;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */

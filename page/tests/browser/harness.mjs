@@ -35,6 +35,7 @@ const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'can
 const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
 /** Of a shell that shows a view beside the main page, for a scene that is `beside` one. */
 const windowOperations = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
+const draftOperations = ['draft.keep', 'draft.read'];
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
 /** The window of a scene beside a view, whose page is what the scene names. */
@@ -90,7 +91,8 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
  * `watched` for one that watches the library's repairs, `explained` for one that says why,
- * `beside` the page of the view that the main page stands beside.
+ * `beside` the page of the view that the main page stands beside, `keeps` for one that keeps the
+ * draft of the feedback.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -111,6 +113,7 @@ export async function openView(browser, directory, scene, options = {}) {
             ...(scene.watched ? watchOperations : []),
             ...(scene.explained ? whyOperations : []),
             ...(scene.beside ? windowOperations : []),
+            ...(scene.keeps ? draftOperations : []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });

@@ -333,8 +333,9 @@ describe('feedback', () => {
                 ),
         ],
     ])('warns of that when %s closes it, too', (_, close) =>
-        play(named('feedback'), async (view) => {
+        play(named('feedback-unkept'), async (view) => {
             await view.locator('textarea').fill('The third page is empty.');
+            await sent(view, 'draft.keep');
             await close(view);
             await view.getByText('Close again to leave anyway').waitFor();
             expect(await sentNames(view)).not.toContain('closechildwindow');

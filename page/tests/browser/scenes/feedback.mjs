@@ -6,6 +6,12 @@ const answers = {
     getcollectionpage: { result: { page: '' } },
     getDumpState: { result: { enable: true, feedback: false } },
 };
+/** Of a shell whose disk is full. */
+const notKept = {
+    ...answers,
+    'draft.read': { result: { text: '' } },
+    'draft.keep': { result: { kept: false } },
+};
 const files = {
     ...answers,
     choosesamplefile: path('/home/user/Documents/report.docx'),
@@ -17,6 +23,9 @@ const files = {
 };
 
 const describe = (view) => view.locator('textarea').fill('The third page\nis empty.');
+/** The text is handed to the shell, which answers at once, before the next frame. */
+const triedToKeep = (view) =>
+    view.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
 const build = (view) => view.locator('.summary-panel .el-button--primary').click();
 
 async function describeAndBuild(view) {
@@ -85,11 +94,20 @@ export const scenes = [
         shows: 'The assistant did not answer',
     },
     {
+        name: 'feedback-unkept',
+        page,
+        keeps: true,
+        answers: notKept,
+        shows: 'Describe what happened first.',
+    },
+    {
         name: 'feedback-unsaved',
         page,
-        answers,
+        keeps: true,
+        answers: notKept,
         act: async (view) => {
             await describe(view);
+            await triedToKeep(view);
             await view.keyboard.press('Escape');
         },
         shows: 'Close again to leave anyway',
