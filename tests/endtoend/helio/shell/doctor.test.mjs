@@ -51,11 +51,14 @@ const lookAtOwn = (language) => operate('look', { checks: ['own.list'], language
 test('a page learns which operations its shell has', async () => {
     const doctor = [
         ...['list', 'look', 'plan', 'fix', 'undo', 'history'],
-        ...['preview', 'watch', 'watched', 'cancel'],
+        ...['preview', 'watch', 'watched'],
     ].map((name) => `doctor.${name}`);
+    const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
     const window = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,
+        ...why,
+        'doctor.cancel',
         'draft.keep',
         'draft.read',
         ...window,
