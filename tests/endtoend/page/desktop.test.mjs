@@ -59,7 +59,7 @@ test('restored shortcuts are shown before and after, and undone in the history',
     expect(desktopNow().map(({ name }) => name)).not.toContain(integrated);
     expect(fs.readFileSync(writer, 'utf8')).not.toContain('broken');
 
-    await view.press(pageTexts.frame.close);
+    await view.press(pageTexts.frame.back);
     await home.press(texts.history.title, patience);
     await home.shows(`${texts.areas.shortcuts}: ${texts.commands.fixfouricon}`, patience);
     await home.press(filled(pageTexts.undo.undoThis, { what: texts.commands.fixfouricon }));
