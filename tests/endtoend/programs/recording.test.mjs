@@ -14,7 +14,9 @@ const display = [
 const waits = 'await() { timeout 30 bash -c "until $*; do sleep 0.05; done"; }\n';
 const size = `$(stat -c %s ${videos}/.recording-*.webm 2> /dev/null || echo 0)`;
 const hasPictures = `await '[ "${size}" -gt 1000 ]'`;
-const window = 'timeout 20 xdotool search --sync --onlyvisible --name "Recording the screen"';
+/** A window that goes while xdotool looks at it ends the search: it is made again. */
+const findsWindow = `await 'xdotool search --onlyvisible --name "Recording the screen" > /tmp/window 2> /dev/null'
+id=$(head -n 1 /tmp/window)`;
 
 let root;
 
@@ -34,7 +36,7 @@ test('the command records at once, shows it, and a key saves a WebM that plays',
     const end = await runScript(`
 /suite/office/assistantctl recordscreen
 ${hasPictures}
-id=$(${window})
+${findsWindow}
 ${recorder}
 xdotool windowactivate --sync $id key Escape
 await test -e ${videos}/recording-*.webm
@@ -57,7 +59,7 @@ test('a click on Stop saves it too', async () => {
     const end = await runScript(`
 ${recorder} & recorder=$!
 ${hasPictures}
-id=$(${window})
+${findsWindow}
 eval $(xdotool getwindowgeometry --shell $id)
 xdotool mousemove --window $id $((WIDTH - 30)) $((HEIGHT / 2)) click 1
 wait $recorder
