@@ -29,7 +29,7 @@ test('an environment check runs the tool once and shows what it found', async ()
     await view.press(environment.start);
     await shared.fileWith(shared.inHome('toolcalls'), (text) => text !== '');
     await view.until(`[...document.querySelectorAll('button')].find((button) =>
-        button.textContent.trim() === ${JSON.stringify(environment.start)}).disabled`);
+        button.textContent.trim() === ${JSON.stringify(environment.start)}).ariaDisabled === 'true'`);
     shared.writeInHome('go', '');
     await view.shows('libexample is missing', patience);
     await view.shows(`${environment.components.tbl} – ${environment.checks.libraries.name}`);
