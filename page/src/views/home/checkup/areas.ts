@@ -25,16 +25,18 @@ const commands = [
     'cleardumpdir',
 ];
 
-/** Repairs of the doctor's explanations, by their question. */
-const explanations = ['why.open', 'why.denied', 'why.input'];
+/** The questions whose explanations can repair something: "why.open" and so on. */
+const questions = ['open', 'denied', 'input'];
 
 /** Names of checks' subjects and of repairs. Checks of others have no known one. */
 export function useAreas() {
     const { t } = useTexts();
     return {
         areaName(check: string, otherwise: string): string {
-            if (explanations.includes(check)) return t(`home.checkup.${check}`);
             const area = areaOf(check);
+            const question = check.slice(area.length + 1);
+            if (area === 'why' && questions.includes(question))
+                return t(`home.checkup.why.${question}`);
             return areas.includes(area) ? t(`home.checkup.areas.${area}`) : otherwise;
         },
         repairTitle(listed: ListedCheck | undefined, repair: string): string {
