@@ -31,6 +31,9 @@ constexpr int childDelayMs = 250;
 
 /// A page that opens another view closes the current one first.
 constexpr int hideDelayMs = 20;
+/// Longer where the page has said that it will: on a busy machine its next call takes its time, and
+/// the main page would flash at its full width.
+constexpr int nextViewDelayMs = 1000;
 
 constexpr int memoryDelayMs = 300;
 
@@ -109,6 +112,8 @@ void AssistantWindow::present()
 
 QJsonObject AssistantWindow::leaveView(const QJsonObject &view)
 {
+    const bool isForAnother = view.value(QStringLiteral("next")).toBool();
+    m_hideDelay.setInterval(isForAnother ? nextViewDelayMs : hideDelayMs);
     if (m_child)
         m_child->browser()->closeInPlaceOfPage(view.value(QStringLiteral("type")).toString());
     return state();
@@ -214,6 +219,7 @@ void AssistantWindow::changeChildPage(const QString &html)
 void AssistantWindow::showChild(const QString &html)
 {
     m_hideDelay.stop();
+    m_hideDelay.setInterval(hideDelayMs);
     if (!m_child)
         makeChild(html);
     m_view = html;

@@ -28,8 +28,9 @@ export function windowOperations(caller: Caller) {
         },
         state: () => caller.operate('window.state', windowState),
         toggleMaximised: () => caller.operate('window.maximise', windowState),
-        /** Closes the view of that type; its own page need not answer. */
-        leave: (type: string) => caller.operate('window.leave', windowState, { type }),
+        /** Closes the view of that type; its own page need not answer. `next`: for another one. */
+        leave: (type: string, next: boolean) =>
+            caller.operate('window.leave', windowState, { type, next }),
         /** Gives the view that was open when the program ended, once. */
         useSidebar: (widths: SidebarWidths) =>
             caller.operate('window.sidebar', (result) => text(members(result).last), { ...widths }),

@@ -143,7 +143,7 @@ with zipfile.ZipFile(folder + '/signed.odt', 'a') as z: z.writestr('META-INF/doc
         'locked.odt': 'it is open in another program',
         'secret.odt': 'it is protected with a password',
         'signed.odt': 'it is signed, and a change would break the signature',
-        'text.odt': 'it is no document of OpenDocument or Office Open XML',
+        'text.odt': 'it is neither an OpenDocument nor an Office Open XML document',
         'xml.odt': 'it is damaged',
     });
     expect(end.stdout).toContain('Hits: 2, in documents: 2.');

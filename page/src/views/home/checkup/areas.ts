@@ -35,8 +35,9 @@ export function useAreas() {
         areaName(check: string, otherwise: string): string {
             const area = areaOf(check);
             const question = check.slice(area.length + 1);
-            if (area === 'why' && questions.includes(question))
+            if (area === 'why' && questions.includes(question)) {
                 return t(`home.checkup.why.${question}`);
+            }
             return areas.includes(area) ? t(`home.checkup.areas.${area}`) : otherwise;
         },
         repairTitle(listed: ListedCheck | undefined, repair: string): string {
