@@ -14,7 +14,10 @@ import { createRequire } from 'node:module';
 import { join } from 'node:path';
 import { pathToFileURL } from 'node:url';
 
-const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
+const axeSource = readFileSync(
+    createRequire(import.meta.url).resolve('axe-core/axe.min.js'),
+    'utf8',
+);
 
 /** What every view calls and no scene cares about. */
 const commonAnswers = {

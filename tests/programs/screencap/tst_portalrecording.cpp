@@ -182,7 +182,9 @@ private:
 
     void start(QProcess &recorder)
     {
-        QProcessEnvironment environment;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "XDG_CONFIG_HOME"})
+            environment.remove(QLatin1String(name));
         environment.insert(QStringLiteral("HOME"), m_home.path());
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home.path());
         environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
