@@ -57,7 +57,8 @@ QString useLanguage(const QString &language)
 
 QString useLanguageOfUser()
 {
-    return useLanguage(QLocale::system().uiLanguages().value(0));
+    const QString chosen = qEnvironmentVariable("OFFICE_ASSISTANT_LANGUAGE");
+    return useLanguage(chosen.isEmpty() ? QLocale::system().uiLanguages().value(0) : chosen);
 }
 
 QString tr(const char *english)

@@ -11,7 +11,8 @@ namespace texts {
 /// @return the code of the language in use: "en" when there is no table for @p language
 QString useLanguage(const QString &language);
 
-/// Same for the first language of the desktop's settings.
+/// Same for the first language of the desktop's settings, or the one that the window names in
+/// OFFICE_ASSISTANT_LANGUAGE for a program that it starts.
 QString useLanguageOfUser();
 
 QString tr(const char *english);

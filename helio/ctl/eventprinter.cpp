@@ -32,9 +32,10 @@ void EventPrinter::printAnswer(const QJsonValue &id, const QString &page, const 
                       {QStringLiteral("id"), id},
                       {QStringLiteral("page"), page},
                       {QStringLiteral("command"), command}};
-    const auto result = envelope.constFind(QLatin1String("result"));
-    if (result != envelope.constEnd())
-        event.insert(QStringLiteral("result"), *result);
+    for (const QString &key : {QStringLiteral("result"), QStringLiteral("incomplete")}) {
+        if (envelope.contains(key))
+            event.insert(key, envelope.value(key));
+    }
     print(event);
 }
 

@@ -19,6 +19,7 @@
 #include "helio/shell/assistantwindow.h"
 #include "helio/shell/chromiumarguments.h"
 #include "helio/shell/desktoplook.h"
+#include "helio/shell/filequestions.h"
 #include "helio/shell/hiddenvariables.h"
 #include "helio/shell/keptdraft.h"
 #include "helio/shell/missingparts.h"
@@ -136,9 +137,11 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
                                                                 "QTWEBENGINE_DISABLE_SANDBOX"});
     helio::DoctorOperations doctor(QCoreApplication::applicationDirPath() +
                                    QStringLiteral("/checks"));
+    helio::TaskOperations tasks(
+        {QCoreApplication::applicationDirPath(), shell::askForFile, shell::openFile});
     shell::KeptDraft draft(draftFile());
     std::unique_ptr<shell::AssistantWindow> window;
-    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory(), &doctor,
+    const helio::WebEngineBrowsers browsers(pages, look, storageDirectory(), {&doctor, &tasks},
                                             operationsOf(window, draft));
     window = std::make_unique<shell::AssistantWindow>(options.page, waitingPage(pages),
                                                       memoryFor(options));

@@ -12,4 +12,14 @@ namespace helio {
 /// a call, and answers at once.
 using PageOperations = QMap<QString, std::function<QJsonObject(const QJsonObject &)>>;
 
+class DoctorOperations;
+class TaskOperations;
+
+/// What answers later; either may be missing.
+struct PageHelpers
+{
+    DoctorOperations *doctor = nullptr;
+    TaskOperations *tasks = nullptr;
+};
+
 } // namespace helio

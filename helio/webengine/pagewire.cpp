@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "helio/doctor/doctoroperations.h"
+#include "helio/tasks/taskoperations.h"
 #include "host/kxwebviewasynjsobject.h"
 
 namespace helio {
@@ -22,6 +23,11 @@ void PageWire::setApi(KxWebViewAsynJSObject *api)
 void PageWire::setDoctor(DoctorOperations *doctor)
 {
     m_doctor = doctor;
+}
+
+void PageWire::setTasks(TaskOperations *tasks)
+{
+    m_tasks = tasks;
 }
 
 void PageWire::setOperations(const PageOperations &operations)
@@ -58,20 +64,20 @@ void PageWire::pass(const QString &call, bool base64)
         return;
     }
     const QString text = base64 ? QString::fromUtf8(QByteArray::fromBase64(call.toLatin1())) : call;
-    if (isTakenByDoctor(text) || isTakenByShell(text))
+    if (isTakenByHelpers(text) || isTakenByShell(text))
         return;
     // Queued: a command may show a dialog, and Chromium would be blocked until it returns.
     if (m_api)
         m_api->queueJSAsynCall(call, base64);
 }
 
-bool PageWire::isTakenByDoctor(const QString &call)
+bool PageWire::isTakenByHelpers(const QString &call)
 {
-    if (!m_doctor)
-        return false;
-    return m_doctor->take(call, this, [this](const QString &callback, const QString &json) {
+    const auto toPage = [this](const QString &callback, const QString &json) {
         deliver(callback, json, false);
-    });
+    };
+    return (m_doctor && m_doctor->take(call, this, toPage)) ||
+           (m_tasks && m_tasks->take(call, this, toPage));
 }
 
 bool PageWire::isTakenByShell(const QString &call)

@@ -11,8 +11,6 @@ class KxWebViewAsynJSObject;
 
 namespace helio {
 
-class DoctorOperations;
-
 /// The only object in the page's QWebChannel: calls come in through two methods or a property, and
 /// answers leave through a signal. Whatever document the main frame shows can reach everything
 /// public in its meta-object.
@@ -33,6 +31,7 @@ public:
     void setApi(KxWebViewAsynJSObject *api);
     /// What the shell offers beside the plug-in's commands.
     void setDoctor(DoctorOperations *doctor);
+    void setTasks(TaskOperations *tasks);
     void setOperations(const PageOperations &operations);
 
     /// The page's process has ended. Nothing is delivered until a page calls again: a message to a
@@ -57,13 +56,14 @@ public slots:
 
 private:
     void pass(const QString &call, bool base64);
-    bool isTakenByDoctor(const QString &call);
+    bool isTakenByHelpers(const QString &call);
     bool isTakenByShell(const QString &call);
 
     std::function<bool()> m_isTrusted;
     bool m_hasPage = true;
     QPointer<KxWebViewAsynJSObject> m_api;
     QPointer<DoctorOperations> m_doctor;
+    QPointer<TaskOperations> m_tasks;
     PageOperations m_operations;
 };
 

@@ -15,6 +15,7 @@
 #include <cmath>
 
 #include "helio/doctor/doctoroperations.h"
+#include "helio/tasks/taskoperations.h"
 #include "helio/webengine/editmenu.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
@@ -40,8 +41,18 @@ QString textOf(const QJsonObject &object)
 
 namespace helio {
 
+namespace {
+
+QStringList namesOf(const PageHelpers &helpers)
+{
+    return (helpers.doctor ? DoctorOperations::names() : QStringList()) +
+           (helpers.tasks ? helpers.tasks->names() : QStringList());
+}
+
+} // namespace
+
 WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
-                                   const PageSurroundings &surroundings, DoctorOperations *doctor,
+                                   const PageSurroundings &surroundings, const PageHelpers &helpers,
                                    const PageOperations &operations, KxWebViewCefJsApiFlag flag,
                                    QWidget *parent)
     : KHelioBrowserWidgetBase(parent),
@@ -60,8 +71,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings,
-                      (doctor ? DoctorOperations::names() : QStringList()) + operations.keys());
-    m_wire->setDoctor(doctor);
+                      namesOf(helpers) + operations.keys());
+    m_wire->setDoctor(helpers.doctor);
+    m_wire->setTasks(helpers.tasks);
     m_wire->setOperations(operations);
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
     m_page->setBackgroundColor(ground);

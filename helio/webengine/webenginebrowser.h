@@ -13,7 +13,6 @@ class QWebEngineView;
 
 namespace helio {
 
-class DoctorOperations;
 class LocalPage;
 class PageNotice;
 class PageWire;
@@ -27,9 +26,9 @@ class WebEngineBrowser : public KHelioBrowserWidgetBase
     Q_OBJECT
 
 public:
-    /// @p doctor may be null: then the shell offers the plug-in's commands and @p operations.
+    /// Without @p helpers the shell offers the plug-in's commands and @p operations.
     WebEngineBrowser(QWebEngineProfile *profile, const PageDirectory &directory,
-                     const PageSurroundings &surroundings, DoctorOperations *doctor,
+                     const PageSurroundings &surroundings, const PageHelpers &helpers,
                      const PageOperations &operations, KxWebViewCefJsApiFlag flag, QWidget *parent);
     ~WebEngineBrowser() override;
 

@@ -45,11 +45,11 @@ namespace helio {
 
 WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
                                      const PageSurroundings &surroundings,
-                                     const QString &storageDirectory, DoctorOperations *doctor,
+                                     const QString &storageDirectory, const PageHelpers &helpers,
                                      PageOperations operations)
     : m_directory(directory),
       m_surroundings(surroundings),
-      m_doctor(doctor),
+      m_helpers(helpers),
       m_operations(std::move(operations)),
       m_guard(std::make_unique<RequestGuard>(directory)),
       m_profile(std::make_unique<QWebEngineProfile>(QStringLiteral("office-assistant")))
@@ -74,7 +74,7 @@ WebEngineBrowsers::~WebEngineBrowsers()
 
 KHelioBrowserWidgetBase *WebEngineBrowsers::make(QWidget *owner, KxWebViewCefJsApiFlag flag)
 {
-    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, m_doctor,
+    return new WebEngineBrowser(m_profile.get(), m_directory, m_surroundings, m_helpers,
                                 m_operations, flag, owner);
 }
 

@@ -11,7 +11,6 @@ class QWebEngineProfile;
 
 namespace helio {
 
-class DoctorOperations;
 class RequestGuard;
 
 /// Makes the browsers of the windows and owns what they share. Must outlive them.
@@ -19,10 +18,10 @@ class WebEngineBrowsers
 {
 public:
     /// Installs itself as the maker that CreateHelioBrowserWidget() calls. The pages' local storage
-    /// is kept in @p storageDirectory. They are offered @p doctor, which must outlive them, and
+    /// is kept in @p storageDirectory. They are offered @p helpers, which must outlive them, and
     /// @p operations.
     WebEngineBrowsers(const PageDirectory &directory, const PageSurroundings &surroundings,
-                      const QString &storageDirectory, DoctorOperations *doctor,
+                      const QString &storageDirectory, const PageHelpers &helpers,
                       PageOperations operations);
     ~WebEngineBrowsers();
 
@@ -31,7 +30,7 @@ private:
 
     PageDirectory m_directory;
     PageSurroundings m_surroundings;
-    DoctorOperations *m_doctor;
+    PageHelpers m_helpers;
     PageOperations m_operations;
     std::unique_ptr<RequestGuard> m_guard;
     std::unique_ptr<QWebEngineProfile> m_profile;

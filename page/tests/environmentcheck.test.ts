@@ -1,5 +1,5 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import type { Outcome } from '@/client';
+import type { CheckFinding, Outcome } from '@/client';
 import { patience, useCheckRun } from '@/views/environmentcheck/checkrun';
 import {
     answers,
@@ -60,9 +60,14 @@ describe('a check under way', () => {
     beforeEach(() => void vi.useFakeTimers());
     afterEach(() => void vi.useRealTimers());
 
-    function checkRun(outcome: Outcome<void> = { kind: 'done', value: undefined }) {
+    function checkRun(outcome: Outcome<CheckFinding | null> = { kind: 'done', value: null }) {
         const startCheck = vi.fn(() => Promise.resolve(outcome));
-        return { startCheck, run: useCheckRun({ startCheck }) };
+        const received: CheckFinding[] = [];
+        const run = useCheckRun({ startCheck }, (found) => {
+            received.push(found);
+            run.receive(found);
+        });
+        return { startCheck, received, run };
     }
 
     it('is not started twice, because the library would stand still', async () => {
@@ -101,6 +106,13 @@ describe('a check under way', () => {
         expect(run.long.value).toBe(true);
         run.giveUp();
         expect([run.running.value, run.slow.value, run.long.value]).toEqual([false, false, false]);
+    });
+
+    it('ends with the finding that its start has answered', async () => {
+        const { run, received } = checkRun({ kind: 'done', value: finding('ok') });
+        await run.start(request);
+        expect(received).toEqual([finding('ok')]);
+        expect(run.running.value).toBe(false);
     });
 
     it('that was refused says why and is over', async () => {

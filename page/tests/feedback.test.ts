@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { archiveContents, archivePath, chosenFiles, fileProblem } from '@/views/feedback/contents';
+import { archiveContents, chosenFiles, fileProblem } from '@/views/feedback/contents';
 import { draftFrom, emptyDraft, withSample } from '@/views/feedback/draft';
 import { parseDraft } from '@/views/feedback/keeping';
 
@@ -47,6 +47,8 @@ describe('the draft', () => {
     });
 });
 
+const alike = { ...emptyDraft(), sample: '/a/x.docx', attachments: ['/b/y.png', '/b/x.docx'] };
+
 describe('a file', () => {
     it.each([
         ['/home/a.docx', null],
@@ -63,15 +65,22 @@ describe('a file', () => {
     });
 
     it('is compared with those that come before it', () => {
-        const files = chosenFiles({
-            ...emptyDraft(),
-            sample: '/a/x.docx',
-            attachments: ['/b/y.png', '/b/x.docx'],
-        });
+        const files = chosenFiles(alike, false);
         expect(files.map(({ role, problem }) => [role, problem])).toEqual([
             ['sample', null],
             ['attachment', null],
             ['attachment', 'sameName'],
+        ]);
+    });
+
+    it('gets a number where the shell archives files of any name', () => {
+        const attachments = ['/b/y $(x).png', '/b/x.docx', '/c/setup.cfg'];
+        const files = chosenFiles({ ...alike, attachments }, true);
+        expect(files.map(({ name, problem }) => [name, problem])).toEqual([
+            ['x.docx', null],
+            ['y $(x).png', null],
+            ['2-x.docx', null],
+            ['2-setup.cfg', null],
         ]);
     });
 });
@@ -79,7 +88,7 @@ describe('a file', () => {
 describe('the archive', () => {
     it('holds what was asked for, in the order in which it is packed', () => {
         const draft = { ...emptyDraft(), sample: '/a/x.docx', crashDumps: true };
-        expect(archiveContents(draft).map(({ part }) => part)).toEqual([
+        expect(archiveContents(draft, false).map(({ part }) => part)).toEqual([
             'description',
             'file',
             'systemInformation',
@@ -90,13 +99,8 @@ describe('the archive', () => {
 
     it('always holds the description', () => {
         const draft = { ...emptyDraft(), systemInformation: false, suiteSettings: false };
-        expect(archiveContents(draft)).toEqual([
+        expect(archiveContents(draft, true)).toEqual([
             { part: 'description', names: ['describe.txt'], problem: null },
         ]);
-    });
-
-    it('gets an ending, even after one', () => {
-        expect(archivePath('/home/u/report')).toBe('/home/u/report.tar.gz');
-        expect(archivePath('/home/u/report.tar.gz')).toBe('/home/u/report.tar.gz.tar.gz');
     });
 });

@@ -16,7 +16,7 @@ const exportReport = (answer: Envelope | Error) =>
 
 describe('an answer', () => {
     it.each([
-        ['success', { result: 'success' }, { kind: 'done', value: undefined }],
+        ['success', { result: 'success' }, { kind: 'done', value: 'started' }],
         ['error', { result: 'error' }, { kind: 'failed' }],
         ['a wrong argument', { result: 'parame error' }, { kind: 'badRequest' }],
         ['a full disk', { result: 'success', incomplete: true }, { kind: 'incomplete' }],

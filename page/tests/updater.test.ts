@@ -6,9 +6,25 @@ import { scriptedClient } from './scriptedhost';
 
 describe('a setting of the updater', () => {
     it('may hold anything but the sign that parts key and value', () => {
-        expect(valueObjection('')).toBeNull();
-        expect(valueObjection('a=b;c/d\\e 文')).toBeNull();
-        expect(valueObjection('a$')).toBe('dollar');
+        expect(valueObjection('a', '', false)).toBeNull();
+        expect(valueObjection('a', 'a=b;c/d\\e 文', false)).toBeNull();
+        expect(valueObjection('a', 'a$', false)).toBe('dollar');
+        expect(valueObjection('a', 'a$', true)).toBeNull();
+    });
+
+    it.each([
+        ['timeout', '1', null],
+        ['timeout', '60', null],
+        ['timeout', '0', 'number'],
+        ['timeout', '61', 'number'],
+        ['timeout', '2.5', 'number'],
+        ['timeout', '1e1', 'number'],
+        ['timeout', '', 'number'],
+        ['enabled', 'false', null],
+        ['enabled', 'no', 'truth'],
+        ['toString', 'x', null],
+    ])('%s = %j meets %s', (key, value, objection) => {
+        expect(valueObjection(key, value, true)).toBe(objection);
     });
 
     it.each([

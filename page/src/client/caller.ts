@@ -1,6 +1,8 @@
-import type { Decoder } from './decode';
+import { members, text, word, type Decoder } from './decode';
 import { type Outcome, UnreadableAnswer } from './outcome';
-import type { CommandName, Envelope, Host, OperationName } from './wire';
+import type { CommandName, Envelope, Host, OperationName, TaskName } from './wire';
+
+const taskEnds = ['done', 'failed', 'cancelled', 'dismissed'] as const;
 
 /** Sends commands to the host, if any, and turns answers into outcomes. */
 export class Caller {
@@ -36,6 +38,45 @@ export class Caller {
             }
         };
         return this.decoded(await this.send(operation, args, receive), decode);
+    }
+
+    /** A task of the shell; one whose dialog the user cancelled has failed, as with commands. */
+    async perform<Value>(
+        task: TaskName,
+        decode: Decoder<Value>,
+        args: Record<string, unknown> = {},
+    ): Promise<Outcome<Value>> {
+        const language = globalThis.document?.documentElement.lang;
+        const ended = await this.operate(
+            task,
+            (result): Outcome<Value> => {
+                const { end, reason } = members(result);
+                switch (word(end, taskEnds)) {
+                    case 'done':
+                        return { kind: 'done', value: decode(result) };
+                    case 'failed':
+                        return { kind: 'broken', reason: text(reason) };
+                    case 'cancelled':
+                        return { kind: 'stopped' };
+                    case 'dismissed':
+                        return { kind: 'failed' };
+                }
+            },
+            { ...args, language },
+        );
+        return ended.kind === 'done' ? ended.value : ended;
+    }
+
+    /** A command, in a process of its own where the shell can cancel it. */
+    async askAside<Value>(
+        task: TaskName,
+        command: CommandName,
+        decode: Decoder<Value>,
+        args?: Record<string, unknown>,
+    ): Promise<Outcome<Value>> {
+        if (!this.offers(task)) return this.ask(command, decode, args);
+        const envelope = (result: unknown): Envelope => members(members(result).envelope);
+        return this.decoded(await this.perform(task, envelope, args), decode);
     }
 
     /** Whether the host has an operation of its own. */

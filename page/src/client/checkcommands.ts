@@ -1,6 +1,7 @@
 import type { Caller } from './caller';
-import { success, text, textTable } from './decode';
+import { members, success, text, textTable } from './decode';
 import type { CheckFinding } from './notices';
+import type { Outcome } from './outcome';
 
 /**
  * Kept answers are keyed check-component. A component has no hyphen, a check may have one; the
@@ -18,11 +19,35 @@ function keptFindings(result: unknown): CheckFinding[] {
 /** Checks of the suite's environment and of the input method. */
 export function checkCommands(caller: Caller) {
     return {
-        /** The finding comes as a notice. */
-        startCheck: (check: string, component: string, argument = '') =>
-            caller.ask('vyrenvcheck', success, { type: check, app: component, arg: argument }),
-        /** Fails when no check has been run yet. */
-        keptFindings: () => caller.ask('getvyrenvcheckedresult', keptFindings),
+        /** The finding, or nothing yet: that of the command comes as a notice. */
+        startCheck: (
+            check: string,
+            component: string,
+            argument = '',
+        ): Promise<Outcome<CheckFinding | null>> => {
+            const args = { type: check, app: component, arg: argument };
+            const finding = (result: unknown): CheckFinding => ({
+                check,
+                component,
+                value: text(members(result).value),
+            });
+            if (caller.offers('task.check')) return caller.perform('task.check', finding, args);
+            return caller.ask(
+                'vyrenvcheck',
+                (result) => {
+                    success(result);
+                    return null;
+                },
+                args,
+            );
+        },
+        /** The command fails when no check has been run yet. */
+        keptFindings: () =>
+            caller.offers('task.findings')
+                ? caller.operate('task.findings', (result) =>
+                      keptFindings(members(result).findings),
+                  )
+                : caller.ask('getvyrenvcheckedresult', keptFindings),
         openPluginCheck: () => caller.ask('runfirefoxplugin', success),
         /** A code such as "ERR_OK", or its translation by the suite. */
         checkInputMethod: () => caller.ask('inputcheck', text),

@@ -1,5 +1,5 @@
 import type { Caller } from './caller';
-import { base64Text, members, success, toBase64Text } from './decode';
+import { base64Text, members, success, text, toBase64Text } from './decode';
 
 function missingFonts(result: unknown): string {
     return base64Text(members(result).MissFonts);
@@ -10,10 +10,16 @@ export function documentCommands(caller: Caller) {
     return {
         /** The missing fonts in the suite's own form. */
         missingFonts: (path: string) =>
-            caller.ask('comparefont', missingFonts, { filepath: toBase64Text(path) }),
+            caller.askAside('task.fonts', 'comparefont', missingFonts, {
+                filepath: toBase64Text(path),
+            }),
         chooseLayoutDocument: () => caller.ask('chooselayouterrorfile', base64Text),
         /** Unanswered when the host considers the document unsafe to open. */
         openLayoutDocument: () => caller.ask('openlaytouerrorfile', success),
-        printDocument: () => caller.ask('openprinterrorfile', base64Text),
+        /** The document; the command may show the PDF of an earlier print. */
+        printDocument: () =>
+            caller.offers('task.print')
+                ? caller.perform('task.print', (result) => text(members(result).document))
+                : caller.ask('openprinterrorfile', base64Text),
     };
 }

@@ -15,6 +15,7 @@ import { Notices, type NoticeTarget } from './notices';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
 import { systemCommands } from './systemcommands';
+import { taskOperations } from './tasks';
 import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
 import { windowCommands } from './windowcommands';
@@ -36,13 +37,15 @@ export type {
     RepairPlan,
     UndoOutcome,
 } from './doctor';
+export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
-export type { FilePermissions, MachineMemory, Process } from './systemcommands';
+export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
+export type { TaskName } from './wire';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {
@@ -56,6 +59,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         },
         listen: notices.listen.bind(notices),
         doctor: doctorOperations(caller),
+        task: taskOperations(caller),
         why: whyOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),

@@ -7,6 +7,8 @@
  * - unanswered: the library set no result where one was due;
  * - unreadable: the result has another shape than the command promises;
  * - refused: the host did not pass the call on, with its reason;
+ * - broken: a task of the shell did not come to its end, with the reason for people;
+ * - stopped: the user has cancelled it;
  * - blocked: the doctor could not keep what was there before, with its reason;
  * - absent: there is no host, the page runs in an ordinary browser.
  */
@@ -19,6 +21,8 @@ export type Outcome<Value> =
     | { kind: 'unreadable'; reason: string }
     | { kind: 'refused'; reason: string }
     | { kind: 'blocked'; reason: string }
+    | { kind: 'broken'; reason: string }
+    | { kind: 'stopped' }
     | { kind: 'absent' };
 
 export type Failure = Exclude<Outcome<never>, { kind: 'done' }>;

@@ -33,7 +33,7 @@ function joined(rows: NamedValues): string {
 export function serverCommands(caller: Caller) {
     return {
         testServer: (request: ServerRequest) =>
-            caller.ask('openremoveurlcheck', serverAnswer, {
+            caller.askAside('task.server', 'openremoveurlcheck', serverAnswer, {
                 urlpath: request.url,
                 funcname: request.functionName,
                 reqheader: joined(request.headers),

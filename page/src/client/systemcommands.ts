@@ -1,6 +1,6 @@
 import type { Caller } from './caller';
-import { members, numberedLines, list, success, text, textTable } from './decode';
-import { UnreadableAnswer } from './outcome';
+import { flag, members, numberedLines, list, success, text, textTable } from './decode';
+import { UnreadableAnswer, type Outcome } from './outcome';
 import { systemSnapshot } from './systemsnapshot';
 
 export interface Process {
@@ -28,6 +28,13 @@ export interface FilePermissions {
     permissions: string;
     /** Time of day of the last change. */
     modified: string;
+}
+
+/** Whether the report was read back, and whether the desktop shows it. */
+export type ReportEnd = 'started' | 'saved' | 'shown';
+
+function reportEnd(result: unknown): ReportEnd {
+    return flag(members(result).opened) ? 'shown' : 'saved';
 }
 
 function process(line: string): Process {
@@ -70,9 +77,18 @@ function filePermissions(result: unknown): FilePermissions[] {
 /** System information, load and configuration files. */
 export function systemCommands(caller: Caller) {
     return {
-        systemSnapshot: () => caller.ask('stratcheckenv', systemSnapshot),
-        /** Fails when the dialog was cancelled; unanswered when the report was not opened. */
-        exportReport: () => caller.ask('exportsysinfo', success),
+        systemSnapshot: () => caller.askAside('task.system', 'stratcheckenv', systemSnapshot),
+        /**
+         * Fails when the dialog was cancelled; unanswered when the report was not opened. The
+         * command does not look whether it could write the report.
+         */
+        exportReport: (): Promise<Outcome<ReportEnd>> =>
+            caller.offers('task.report')
+                ? caller.perform('task.report', reportEnd)
+                : caller.ask('exportsysinfo', (result) => {
+                      success(result);
+                      return 'started';
+                  }),
         /** Fails when the dialog was cancelled. */
         addConfigurationFile: () => caller.ask('addconfigfile', success),
         configurationFiles: () => caller.ask('stratextractfileinfo', filePermissions),

@@ -8,9 +8,14 @@ export function updateCommands(caller: Caller) {
         clearUpdateLog: () => caller.ask('clearlogfile', success),
         updaterInstalled: () => caller.ask('getupdatesupport', flag),
         updateConfiguration: () => caller.ask('getupdateconfig', textTable),
-        /** Neither key nor value may hold a "$", which parts them on the wire. */
+        /**
+         * The command writes the whole file anew and does not say whether it could. Neither key nor
+         * value may hold a "$", which parts them on its way.
+         */
         changeUpdateConfiguration: (key: string, value: string) =>
-            caller.ask('changeupdateconfig', success, { keyvalue: `${key}$${value}` }),
+            caller.offers('task.updater')
+                ? caller.perform('task.updater', () => undefined, { key, value })
+                : caller.ask('changeupdateconfig', success, { keyvalue: `${key}$${value}` }),
         testUpdate: () => caller.ask('testupdate', success),
         testDailyReport: () => caller.ask('testdailyreport', success),
         testUninstallReport: () => caller.ask('testuninstallreport', success),

@@ -125,7 +125,24 @@ export const windowOperationNames = [
 
 export const draftOperationNames = ['draft.keep', 'draft.read'] as const;
 
+export const taskNames = [
+    'task.report',
+    'task.archive',
+    'task.check',
+    'task.print',
+    'task.fonts',
+    'task.server',
+    'task.system',
+    'task.updater',
+] as const;
+
+export type TaskName = (typeof taskNames)[number];
+
 export type OperationName =
+    | TaskName
+    | 'task.cancel'
+    | 'task.findings'
+    | 'task.printed'
     | (typeof doctorOperationNames)[number]
     | (typeof windowOperationNames)[number]
     | (typeof draftOperationNames)[number];

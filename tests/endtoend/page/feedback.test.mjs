@@ -33,7 +33,7 @@ test('the archive holds what was chosen, and nothing that was not', async () => 
     await view.press(texts.extras.systemInformation.title);
     await view.press(texts.build);
     await shared.choose('Save File', shared.inHome('problem'));
-    await view.shows(texts.archive.written, patience);
+    await view.shows(texts.archive.there, patience);
     await view.shows(shared.inHome('problem.tar.gz'));
 
     const files = await archived(shared.inHome('problem.tar.gz'));
@@ -52,7 +52,7 @@ test('system report and dumps are included on request', async () => {
     await view.press(texts.extras.crashDumps.title);
     await view.press(texts.build);
     await shared.choose('Save File', shared.inHome('whole'));
-    await view.shows(texts.archive.written, patience);
+    await view.shows(texts.archive.there, patience);
     const files = await archived(shared.inHome('whole.tar.gz'));
     expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
 });

@@ -30,7 +30,7 @@ async function sendFeedback(category, document) {
     await view.fill(feedback.description, 'It looks wrong');
     await view.press(feedback.build);
     await shared.choose('Save File', shared.inHome('problem'));
-    await view.shows(feedback.archive.written, patience);
+    await view.shows(feedback.archive.there, patience);
     return archived(shared.inHome('problem.tar.gz'));
 }
 

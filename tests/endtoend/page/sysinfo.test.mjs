@@ -21,6 +21,6 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.press(pageTexts.report.export);
     const report = shared.inHome('report.txt');
     await shared.choose('Save File', report);
-    await view.shows(pageTexts.export.done, patience);
+    await view.shows(pageTexts.export.shown, patience);
     expect(await shared.fileWith(report, Boolean)).toContain('seen in the report');
 });

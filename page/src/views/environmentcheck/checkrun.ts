@@ -1,5 +1,5 @@
 import { computed, ref, shallowRef } from 'vue';
-import type { CheckFinding, Client, Outcome } from '@/client';
+import type { CheckFinding, Client, Failure } from '@/client';
 import { progressDelay } from '@/tasks/task';
 import { answers, type CheckRequest } from './checks';
 
@@ -9,10 +9,14 @@ export const patience = 20_000;
 /**
  * One check at a time: asked for, waited for, answered. The library would stop its whole window
  * for a second check until the first one has ended, so that none is started before that.
+ * `receive` gets a finding that is the answer of the start itself.
  */
-export function useCheckRun(client: Pick<Client, 'startCheck'>) {
+export function useCheckRun(
+    client: Pick<Client, 'startCheck'>,
+    receive: (finding: CheckFinding) => void = () => undefined,
+) {
     const request = shallowRef<CheckRequest | null>(null);
-    const refusal = shallowRef<Exclude<Outcome<void>, { kind: 'done' }> | null>(null);
+    const refusal = shallowRef<Failure | null>(null);
     const slow = ref(false);
     const long = ref(false);
     let timers: ReturnType<typeof setTimeout>[] = [];
@@ -46,9 +50,13 @@ export function useCheckRun(client: Pick<Client, 'startCheck'>) {
                 }, patience),
             ];
             const outcome = await client.startCheck(asked.check, asked.component, asked.argument);
-            if (outcome.kind === 'done') return;
-            refusal.value = outcome;
-            end();
+            if (request.value !== asked) return;
+            if (outcome.kind !== 'done') {
+                refusal.value = outcome;
+                end();
+            } else if (outcome.value) {
+                receive(outcome.value);
+            }
         },
         /** Takes a finding; true if it is the one that was waited for. */
         receive(finding: CheckFinding): boolean {

@@ -7,6 +7,7 @@ import { startTestRun, type TestRun } from './testruns';
 /** What the view knows of the updater, and all that it does to it. */
 export function useUpdater(client: Client) {
     const { t } = useTexts();
+    const readBack = client.task.isOffered('task.updater');
     const installed = ref<boolean | null>(null);
     /** Null when it cannot be read. */
     const configuration = shallowRef<Record<string, string> | null>(null);
@@ -44,8 +45,9 @@ export function useUpdater(client: Client) {
         if (outcome.kind !== 'done') {
             fail('updater.notSaved', outcome);
         } else if (await readConfiguration()) {
-            // The library says "success" even when the file could not be written.
-            if (configuration.value?.[key] === value) message.value = t('updater.saved');
+            // The command says "success" even when the file could not be written.
+            if (readBack || configuration.value?.[key] === value)
+                message.value = t('updater.saved');
             else problem.value = { title: t('updater.notSaved'), text: t('updater.notWritable') };
         }
     }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "helio/tasks/taskrun.h"
+
+/// The tasks; docs/host.md lists them.
+namespace helio::tasks {
+
+/// Writes the system report to the chosen file.
+TaskEnd writeReport(const TaskRun &run);
+/// Builds the feedback archive as the chosen file.
+TaskEnd buildArchive(const TaskRun &run);
+/// Has the suite's check tool check, and answers only what it has written meanwhile.
+TaskEnd checkEnvironment(const TaskRun &run);
+/// Has the check tool print the chosen document, and gives only a PDF that was made meanwhile.
+TaskEnd printDocument(const TaskRun &run);
+/// Commands that take long, in a process of their own: the answer has their envelope.
+TaskEnd readSystem(const TaskRun &run);
+TaskEnd compareFonts(const TaskRun &run);
+TaskEnd askServer(const TaskRun &run);
+/// Sets one value of the updater's configuration; every other byte stays.
+TaskEnd setUpdaterValue(const TaskRun &run);
+
+} // namespace helio::tasks
