@@ -38,12 +38,13 @@ struct Task
     TaskEnd (*run)(const TaskRun &run);
 };
 
-constexpr std::array<Task, 8> knownTasks{{
+constexpr std::array<Task, 9> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive},
     {checkTask, FileQuestion::Kind::None, "", "", tasks::checkEnvironment},
     {printTask, FileQuestion::Kind::Open, "", "", tasks::printDocument},
     {"task.fonts", FileQuestion::Kind::None, "", "", tasks::compareFonts},
+    {"task.substitutes", FileQuestion::Kind::None, "", "", tasks::findSubstitutes},
     {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer},
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue},

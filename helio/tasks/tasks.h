@@ -17,6 +17,8 @@ TaskEnd printDocument(const TaskRun &run);
 TaskEnd readSystem(const TaskRun &run);
 TaskEnd compareFonts(const TaskRun &run);
 TaskEnd askServer(const TaskRun &run);
+/// What missing fonts are shown in, and which font packages are installed.
+TaskEnd findSubstitutes(const TaskRun &run);
 /// Sets one value of the updater's configuration; every other byte stays.
 TaskEnd setUpdaterValue(const TaskRun &run);
 

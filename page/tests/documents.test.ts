@@ -62,12 +62,16 @@ describe('advice for a missing font', () => {
 
     it('is not made up for an unknown font', () => {
         expect(fontAdvice('Brand Face')).toBeNull();
-        expect(installCommand(['Brand Face'])).toBe('');
+        expect(installCommand(['Brand Face'], [])).toBe('');
     });
 
     it('installs each package once', () => {
-        expect(installCommand(['Times New Roman', 'Arial', 'Calibri', 'Brand; rm -rf /'])).toBe(
+        const names = ['Times New Roman', 'Arial', 'Calibri', 'Brand; rm -rf /'];
+        expect(installCommand(names, [])).toBe(
             'sudo apt-get install fonts-crosextra-carlito fonts-liberation',
+        );
+        expect(installCommand(names, ['fonts-liberation'])).toBe(
+            'sudo apt-get install fonts-crosextra-carlito',
         );
     });
 });

@@ -1,8 +1,21 @@
 import type { Caller } from './caller';
-import { base64Text, members, success, text, toBase64Text } from './decode';
+import { base64Text, members, success, text, textList, textTable, toBase64Text } from './decode';
 
 function missingFonts(result: unknown): string {
     return base64Text(members(result).MissFonts);
+}
+
+/** What missing fonts are shown in. */
+export interface FontSubstitutes {
+    /** A family for each missing one. */
+    families: Record<string, string>;
+    /** Packages of fonts that are installed. */
+    packages: string[];
+}
+
+function fontSubstitutes(result: unknown): FontSubstitutes {
+    const { families, packages } = members(result);
+    return { families: textTable(families), packages: textList(packages) };
 }
 
 /** Documents with problems; a dialog that the user cancels counts as failed. */
@@ -13,6 +26,8 @@ export function documentCommands(caller: Caller) {
             caller.askAside('task.fonts', 'comparefont', missingFonts, {
                 filepath: toBase64Text(path),
             }),
+        fontSubstitutes: (names: string[]) =>
+            caller.perform('task.substitutes', fontSubstitutes, { names }),
         chooseLayoutDocument: () => caller.ask('chooselayouterrorfile', base64Text),
         /** Unanswered when the host considers the document unsafe to open. */
         openLayoutDocument: () => caller.ask('openlaytouerrorfile', success),

@@ -37,6 +37,7 @@ export type {
     RepairPlan,
     UndoOutcome,
 } from './doctor';
+export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';

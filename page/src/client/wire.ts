@@ -131,6 +131,7 @@ export const taskNames = [
     'task.check',
     'task.print',
     'task.fonts',
+    'task.substitutes',
     'task.server',
     'task.system',
     'task.updater',

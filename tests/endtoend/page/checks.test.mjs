@@ -48,11 +48,36 @@ test('the findings of the project’s own check tool are shown line by line', as
     ).toBe(true);
 });
 
+test('a check whose tool is killed shows the fault and no earlier answer', async () => {
+    const suite = '.local/share/Orvane/tmp/vyrEnv.ini';
+    shared.writeInHome(suite, '[vyrEnv]\nvyr-libraries=\u2714 No problem was found.\n');
+    fs.rmSync(path.join(shared.suite.office, toolName));
+    shared.writeInOffice(toolName, '#!/bin/sh\nkill -KILL $$\n', { mode: 0o755 });
+    const { view } = await shared.open('environmentcheck');
+    await view.press(environment.start);
+    await view.shows(environment.failed, patience);
+    await view.shows('was ended by a signal');
+    expect(await view.text()).not.toContain('No problem was found');
+});
+
+test('a check that hangs is cancelled with its tool, and the next one can start', async () => {
+    fs.rmSync(path.join(shared.suite.office, toolName));
+    shared.writeInOffice(toolName, '#!/bin/sh\nexec sleep 600\n', { mode: 0o755 });
+    const { view } = await shared.open('environmentcheck');
+    await view.press(environment.start);
+    await view.press(pageTexts.common.cancel, patience);
+    await view.shows(pageTexts.failure.stopped, patience);
+    shared.writeInHome('go', '');
+    shared.writeInOffice(toolName, toolScript);
+    await view.press(environment.start);
+    await view.shows('libexample is missing', patience);
+});
+
 test('an environment check without its tool explains why there is no answer', async () => {
     fs.rmSync(path.join(shared.suite.office, toolName));
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.start);
-    await view.shows(environment.noAnswerWhy, patience);
+    await view.shows('vyrEnvCheckTool cannot be started', patience);
 });
 
 test('an unset input method is no alarm, and has the steps that set one up', async () => {

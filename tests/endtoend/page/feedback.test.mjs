@@ -1,3 +1,4 @@
+import fs from 'node:fs';
 import { expect, test } from 'vitest';
 
 import { archived } from './archive.mjs';
@@ -57,10 +58,23 @@ test('system report and dumps are included on request', async () => {
     expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
 });
 
-test('a file that would be left out is reported before anything is built', async () => {
+test('a file of any name is in the archive, and none is run', async () => {
     const view = await described();
-    await attach(view, texts.files.attach, shared.writeInHome('my notes.txt', 'x'));
-    await view.shows(texts.problems.blank, patience);
+    const name = 'my $(touch ran);`touch ran`"\'[*]&.txt';
+    await attach(view, texts.files.attach, shared.writeInHome(name, 'x'));
+    await view.shows(texts.added, patience);
+    await view.press(texts.build);
+    await shared.choose('Save File', shared.inHome('a b.tar.gz'));
+    await view.shows(texts.archive.there, patience);
+    expect((await archived(shared.inHome('a b.tar.gz'))).get(name)).toBe('x');
+    expect(fs.existsSync(shared.inHome('ran'))).toBe(false);
+});
+
+test('an archive to a place that cannot be written ends with the reason', async () => {
+    const view = await described();
+    await view.press(texts.build);
+    await shared.choose('Save File', '/proc/problem.tar.gz');
+    await view.shows('/proc/problem.tar.gz cannot be written', patience);
 });
 
 test('without a name for the archive nothing is built, and the view says so', async () => {

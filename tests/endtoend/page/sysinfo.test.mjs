@@ -24,3 +24,10 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.shows(pageTexts.export.shown, patience);
     expect(await shared.fileWith(report, Boolean)).toContain('seen in the report');
 });
+
+test('a report that cannot be written is not called saved', async () => {
+    const home = await shared.home();
+    await home.press(pageTexts.report.export);
+    await shared.choose('Save File', '/proc/report.txt');
+    await home.shows('The report was not saved. /proc/report.txt cannot be written', patience);
+});

@@ -1,3 +1,4 @@
+import fs from 'node:fs';
 import { expect, test } from 'vitest';
 
 import { filled, pageTexts } from './texts.mjs';
@@ -23,6 +24,18 @@ test('an edited value of the updater is stored in its settings file', async () =
     const text = await shared.fileWith(file, (found) => found.includes('https://new.invalid/a b'));
     expect(text).toContain('[other]\nkept=1');
     expect(text).not.toContain('old');
+});
+
+test('a value is stored without a change to any other byte, and only in its range', async () => {
+    const before = '; why\n[update]\n; 1 to 60\ntimeout = 20\n\n[other]\nkept=a,b\n';
+    const { file, view } = await openUpdater(before);
+    await view.press(filled(texts.editOne, { name: 'timeout' }));
+    await view.fill('timeout', '61');
+    await view.shows(filled(texts.objections.number, { from: 1, to: 60 }));
+    await view.fill('timeout', '30');
+    await view.press(texts.save);
+    await view.shows(texts.saved, patience);
+    expect(fs.readFileSync(file, 'utf8')).toBe(before.replace('20', '30'));
 });
 
 test('a new key is added, and one that cannot be stored is refused', async () => {

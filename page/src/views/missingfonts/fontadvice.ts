@@ -91,8 +91,9 @@ export function fontAdvice(name: string): Advice | null {
     return family ? { package: family[1], face: name.replace(/^@/, ''), closeness: 'same' } : null;
 }
 
-/** One command for all that can be installed; empty when nothing can. */
-export function installCommand(names: string[]): string {
+/** One command for all that can be installed and is not there; empty when nothing can. */
+export function installCommand(names: string[], installed: string[]): string {
     const packages = new Set(names.flatMap((name) => fontAdvice(name)?.package ?? []));
+    installed.forEach((there) => packages.delete(there));
     return packages.size ? `sudo apt-get install ${[...packages].sort().join(' ')}` : '';
 }
