@@ -36,18 +36,21 @@ struct Task
     const char *file;
     const char *suffix;
     TaskEnd (*run)(const TaskRun &run);
+    /// It changes nothing of the user's.
+    bool onlyLooks = false;
 };
 
 constexpr std::array<Task, 9> knownTasks{{
-    {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport},
-    {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive},
-    {checkTask, FileQuestion::Kind::None, "", "", tasks::checkEnvironment},
-    {printTask, FileQuestion::Kind::Open, "", "", tasks::printDocument},
-    {"task.fonts", FileQuestion::Kind::None, "", "", tasks::compareFonts},
-    {"task.substitutes", FileQuestion::Kind::None, "", "", tasks::findSubstitutes},
-    {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer},
-    {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem},
-    {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue},
+    {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
+    {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
+     false},
+    {checkTask, FileQuestion::Kind::None, "", "", tasks::checkEnvironment, true},
+    {printTask, FileQuestion::Kind::Open, "", "", tasks::printDocument, false},
+    {"task.fonts", FileQuestion::Kind::None, "", "", tasks::compareFonts, true},
+    {"task.substitutes", FileQuestion::Kind::None, "", "", tasks::findSubstitutes, true},
+    {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer, true},
+    {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
+    {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
 }};
 
 const Task *taskNamed(const QString &name)
@@ -78,6 +81,20 @@ QString wordOf(TaskEnd::Kind kind)
         break;
     }
     return QStringLiteral("dismissed");
+}
+
+QString languageOf(const QJsonObject &arguments)
+{
+    return arguments.value(QStringLiteral("language")).toString();
+}
+
+QJsonObject resultOf(const TaskEnd &end)
+{
+    QJsonObject result = end.answer;
+    result.insert(QStringLiteral("end"), wordOf(end.kind));
+    result.insert(QStringLiteral("reason"), end.reason);
+    result.insert(QStringLiteral("file"), end.file);
+    return result;
 }
 
 QJsonObject envelope(const QJsonObject &result)
@@ -136,76 +153,92 @@ bool TaskOperations::take(const QString &call, QObject *receiver, const Deliver 
             deliver(callback,
                     QString::fromUtf8(QJsonDocument(envelope).toJson(QJsonDocument::Compact)));
     };
-    if (name == QLatin1String(cancel)) {
-        const auto running =
-            m_running.constFind(arguments.value(QStringLiteral("task")).toString());
-        if (running != m_running.constEnd())
-            *running->isCancelled = true;
-    }
-    if (!taskNamed(name)) {
+    if (name == QLatin1String(cancel))
+        stop(arguments.value(QStringLiteral("task")).toString());
+    if (taskNamed(name))
+        start({name, arguments, answer});
+    else
         answer(names().contains(name) ? envelope(recall(name))
                                       : error(QStringLiteral("no such operation: ") + name));
-    } else if (m_running.contains(name)) {
-        answer(error(QStringLiteral("this is running already: ") + name));
-    } else {
-        m_running.insert(name, {std::make_shared<std::atomic<bool>>(false), nullptr});
-        // Queued: it may show a dialog, and Chromium would be blocked until it returns.
-        QMetaObject::invokeMethod(
-            this, [this, name, arguments, answer] { begin(name, arguments, answer); },
-            Qt::QueuedConnection);
-    }
     return true;
 }
 
-void TaskOperations::begin(const QString &name, const QJsonObject &arguments, const Answer &answer)
+void TaskOperations::stop(const QString &name)
 {
-    const Task &task = *taskNamed(name);
-    const auto isCancelled = m_running.value(name).isCancelled;
+    const auto running = m_running.find(name);
+    if (running == m_running.end())
+        return;
+    *running->isCancelled = true;
+    if (running->next)
+        running->next->answer(envelope(resultOf(TaskEnd::cancelled())));
+    running->next.reset();
+}
+
+void TaskOperations::start(const Call &call)
+{
+    const auto running = m_running.find(call.name);
+    if (running == m_running.end()) {
+        m_running.insert(call.name, {std::make_shared<std::atomic<bool>>(false), nullptr, {}});
+        // Queued: it may show a dialog, and Chromium would be blocked until it returns.
+        QMetaObject::invokeMethod(
+            this, [this, call] { begin(call); }, Qt::QueuedConnection);
+    } else if (taskNamed(call.name)->onlyLooks) {
+        stop(call.name);
+        running->next = call;
+    } else {
+        const texts::InLanguage language(languageOf(call.arguments));
+        call.answer(envelope(resultOf(TaskEnd::failed(texts::tr("This is still under way.")))));
+    }
+}
+
+void TaskOperations::begin(const Call &call)
+{
+    const Task &task = *taskNamed(call.name);
+    const auto isCancelled = m_running.value(call.name).isCancelled;
     TaskRun run{
-        arguments, {}, m_surroundings.programs, [isCancelled] { return isCancelled->load(); }};
+        call.arguments, {}, m_surroundings.programs, [isCancelled] { return isCancelled->load(); }};
     if (task.asks != FileQuestion::Kind::None) {
-        const texts::InLanguage language(run.text("language"));
+        const texts::InLanguage language(languageOf(call.arguments));
         run.file = m_surroundings.askForFile(questionOf(task));
         if (run.file.isEmpty()) {
-            finish(name, arguments, {TaskEnd::Kind::Dismissed, {}, {}, false, {}}, answer);
+            finish(call, {TaskEnd::Kind::Dismissed, {}, {}, false, {}});
             return;
         }
     }
     const auto end = std::make_shared<TaskEnd>();
     QThread *thread = QThread::create([run, end, work = task.run] {
-        const texts::InLanguage language(run.text("language"));
+        const texts::InLanguage language(languageOf(run.arguments));
         *end = work(run);
     });
-    m_running[name].thread = thread;
-    connect(thread, &QThread::finished, this, [this, name, arguments, end, answer, thread] {
+    m_running[call.name].thread = thread;
+    connect(thread, &QThread::finished, this, [this, call, end, thread] {
         thread->deleteLater();
-        finish(name, arguments, *end, answer);
+        finish(call, *end);
     });
     thread->start();
 }
 
-void TaskOperations::finish(const QString &name, const QJsonObject &arguments, TaskEnd end,
-                            const Answer &answer)
+void TaskOperations::finish(const Call &call, const TaskEnd &end)
 {
-    m_running.remove(name);
-    remember(name, arguments, end);
-    QJsonObject result = end.answer;
-    result.insert(QStringLiteral("end"), wordOf(end.kind));
-    result.insert(QStringLiteral("reason"), end.reason);
-    result.insert(QStringLiteral("file"), end.file);
+    const std::optional<Call> next = m_running.take(call.name).next;
+    remember(call, end);
+    QJsonObject result = resultOf(end);
     result.insert(QStringLiteral("opened"), end.isToOpen && m_surroundings.open(end.file));
-    answer(envelope(result));
+    call.answer(envelope(result));
+    if (next)
+        start(*next);
 }
 
-void TaskOperations::remember(const QString &name, const QJsonObject &arguments, const TaskEnd &end)
+void TaskOperations::remember(const Call &call, const TaskEnd &end)
 {
+    const QString &name = call.name;
     const bool isDone = end.kind == TaskEnd::Kind::Done;
     if (isDone && name == QLatin1String(printTask))
         m_printed = end.answer.value(QStringLiteral("document")).toString();
     if (name != QLatin1String(checkTask))
         return;
-    const QString key = arguments.value(QStringLiteral("type")).toString() + QLatin1Char('-') +
-                        arguments.value(QStringLiteral("app")).toString();
+    const QString key = call.arguments.value(QStringLiteral("type")).toString() + QLatin1Char('-') +
+                        call.arguments.value(QStringLiteral("app")).toString();
     // What an earlier run has found is no answer of this one.
     m_findings.remove(key);
     if (isDone)

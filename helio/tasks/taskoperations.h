@@ -8,6 +8,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QThread;
 
@@ -46,6 +47,7 @@ struct TaskSurroundings
 
 /// Operations that take long, which a shell offers to its pages beside the plug-in's commands;
 /// docs/host.md lists them. Each has a thread of its own, runs once at a time and can be cancelled.
+/// One that only looks gives way to a later start, as its page may be gone.
 class TaskOperations : public QObject
 {
     Q_OBJECT
@@ -67,18 +69,27 @@ public:
     bool take(const QString &call, QObject *receiver, const Deliver &deliver);
 
 private:
+    using Answer = std::function<void(const QJsonObject &envelope)>;
+    struct Call
+    {
+        QString name;
+        QJsonObject arguments;
+        Answer answer;
+    };
     struct Running
     {
         std::shared_ptr<std::atomic<bool>> isCancelled;
         /// Null while the user is asked for a file.
         QThread *thread = nullptr;
+        /// Begins after this one.
+        std::optional<Call> next;
     };
-    using Answer = std::function<void(const QJsonObject &envelope)>;
 
-    void begin(const QString &name, const QJsonObject &arguments, const Answer &answer);
-    void finish(const QString &name, const QJsonObject &arguments, TaskEnd end,
-                const Answer &answer);
-    void remember(const QString &name, const QJsonObject &arguments, const TaskEnd &end);
+    void stop(const QString &name);
+    void start(const Call &call);
+    void begin(const Call &call);
+    void finish(const Call &call, const TaskEnd &end);
+    void remember(const Call &call, const TaskEnd &end);
     /// What is known without a task.
     QJsonObject recall(const QString &name) const;
 

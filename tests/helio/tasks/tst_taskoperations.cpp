@@ -43,7 +43,8 @@ private slots:
     void aToolThatIsKilledShowsNoEarlierAnswer();
     void aToolThatWritesNothingShowsNoEarlierAnswer();
     void aToolIsToldTheLanguageOfTheWindow();
-    void aSecondStartIsRefused();
+    void aLaterLookTakesThePlaceOfTheFirst();
+    void aSecondReportIsRefused();
     void cancellingEndsTheToolAndItsPrograms();
     void theEndOfTheShellCancels();
     void printingGivesTheNewPdf();
@@ -115,16 +116,32 @@ void TaskOperationsTest::aToolIsToldTheLanguageOfTheWindow()
     QCOMPARE(word(page.run(check, arguments), "value"), QStringLiteral("zh-CN is missing"));
 }
 
-void TaskOperationsTest::aSecondStartIsRefused()
+void TaskOperationsTest::aLaterLookTakesThePlaceOfTheFirst()
 {
     TaskPage page;
-    page.program(QStringLiteral("assistantctl"), ":");
-    page.program(QStringLiteral("vyrEnvCheckTool"), "exec sleep 600");
-    const int first = page.start(check, fontCheck());
-    const int second = page.start(check, fontCheck());
-    QVERIFY(page.envelope(second).contains(QStringLiteral("error")));
-    page.start(QStringLiteral("task.cancel"), {{QStringLiteral("task"), check}});
+    page.program(QStringLiteral("vyrEnvCheckTool"),
+                 "[ \"$3\" = hang ] && exec sleep 600\n" + answering);
+    QJsonObject hanging = fontCheck();
+    hanging.insert(QStringLiteral("arg"), QStringLiteral("hang"));
+    const int first = page.start(check, hanging);
+    const int second = page.start(check, hanging);
+    const int third = page.start(check, fontCheck());
     QCOMPARE(word(page.result(first), "end"), QStringLiteral("cancelled"));
+    QCOMPARE(word(page.result(second), "end"), QStringLiteral("cancelled"));
+    QCOMPARE(word(page.result(third), "value"), QStringLiteral("one is missing"));
+}
+
+void TaskOperationsTest::aSecondReportIsRefused()
+{
+    TaskPage page;
+    page.program(QStringLiteral("assistantctl"), "exec sleep 600");
+    page.chosen = PrivateHome::current().path() + QStringLiteral("/second.txt");
+    const int first = page.start(report);
+    const int second = page.start(report);
+    QVERIFY(!word(page.result(second), "reason").isEmpty());
+    page.start(QStringLiteral("task.cancel"), {{QStringLiteral("task"), report}});
+    QCOMPARE(word(page.result(first), "end"), QStringLiteral("cancelled"));
+    QVERIFY(!QFileInfo::exists(page.chosen));
 }
 
 void TaskOperationsTest::cancellingEndsTheToolAndItsPrograms()

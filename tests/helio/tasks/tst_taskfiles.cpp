@@ -1,0 +1,220 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QProcess>
+
+#include "tests/helio/tasks/taskpage.h"
+#include "tests/support/fakeprograms.h"
+#include "tests/support/privatehome.h"
+
+using testsupport::FakePrograms;
+using testsupport::PrivateHome;
+using testsupport::readFile;
+
+namespace {
+
+const QString archive = QStringLiteral("task.archive");
+const QString updater = QStringLiteral("task.updater");
+
+QString homePath(const QString &name)
+{
+    return PrivateHome::current().path() + QLatin1Char('/') + name;
+}
+
+/// What tar writes about a file, with these arguments before its name.
+QByteArray tarOutput(const QStringList &arguments, const QString &file,
+                     const QStringList &more = {})
+{
+    QProcess tar;
+    tar.start(QStringLiteral("tar"), arguments + QStringList(file) + more);
+    return tar.waitForFinished(testsupport::longestWaitMs) ? tar.readAllStandardOutput()
+                                                           : QByteArray();
+}
+
+/// A member of an archive by its name in the one folder.
+QByteArray memberOf(const QString &file, const QString &name)
+{
+    return tarOutput({QStringLiteral("-xzOf")}, file,
+                     {homePath(QStringLiteral(".local/share/Orvane/tmp/archive/")).mid(1) + name});
+}
+
+QJsonObject attached(const QStringList &paths)
+{
+    QJsonArray files;
+    for (const QString &path : paths)
+        files.append(QJsonObject{{QStringLiteral("path"), path},
+                                 {QStringLiteral("name"), QFileInfo(path).fileName()}});
+    return {{QStringLiteral("type"), QStringLiteral("print")},
+            {QStringLiteral("description"), QStringLiteral("two\nlines")},
+            {QStringLiteral("files"), files},
+            {QStringLiteral("dumps"), true},
+            {QStringLiteral("settings"), true}};
+}
+
+} // namespace
+
+class TaskFilesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void filesOfAnyNameAreArchived_data();
+    void filesOfAnyNameAreArchived();
+    void anArchiveHoldsWhatIsWanted();
+    void anArchiveReplacesAnEarlierOneWhole();
+    void anArchiveThatCannotBeWrittenSaysSo_data();
+    void anArchiveThatCannotBeWrittenSaysSo();
+    void aFileThatIsMissingEndsTheArchive();
+    void nothingIsLeftBesideAnArchive();
+    void oneValueOfTheUpdaterChangesAlone();
+    void aValueThatCannotBeStoredSaysSo();
+    void missingFontsHaveTheirSubstitutes();
+};
+
+void TaskFilesTest::filesOfAnyNameAreArchived_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"two words.txt",   "a  b.txt",  "a;b.txt",   "$(touch ran).txt",
+                             "`touch ran`.txt", "\"q\".txt", "'q'.txt",   "[a].txt",
+                             "*.txt",           "?.txt",     "{a,b}.txt", "a&b.txt",
+                             "a|b.txt",         "a>b.txt",   "-rf.txt",   "host:a.txt",
+                             "文档.txt",        "\\a.txt",   "a\tb.txt",  "~.txt",
+                             "#.txt",           "%s.txt"})
+        QTest::newRow(name) << QString::fromUtf8(name);
+}
+
+void TaskFilesTest::filesOfAnyNameAreArchived()
+{
+    QFETCH(const QString, name);
+    TaskPage page;
+    const QString file = PrivateHome::current().writeFile(name, name.toUtf8());
+    page.chosen = homePath(name + QStringLiteral(".tar.gz"));
+    const QJsonObject result = page.run(archive, attached({file}));
+    QCOMPARE(word(result, "reason"), QString());
+    QCOMPARE(page.opened, QStringList(page.chosen));
+    // tar reads escapes in the names of its arguments.
+    QCOMPARE(
+        memberOf(page.chosen, QString(name).replace(QLatin1Char('\\'), QStringLiteral("\\\\"))),
+        name.toUtf8());
+    QVERIFY(!QFileInfo::exists(homePath(QStringLiteral("ran"))) &&
+            !QFileInfo::exists(QStringLiteral("ran")));
+}
+
+void TaskFilesTest::anArchiveHoldsWhatIsWanted()
+{
+    TaskPage page;
+    PrivateHome::current().writeFile(QStringLiteral(".config/Orvane/Office.conf"), "[6.0]\n");
+    PrivateHome::current().writeFile(QStringLiteral(".local/share/Orvane/tmp/dump/vyr_1.dmp"), "d");
+    PrivateHome::current().writeFile(QStringLiteral(".local/share/Orvane/tmp/dump/other"), "o");
+    page.chosen = homePath(QStringLiteral("whole.tar.gz"));
+    QCOMPARE(word(page.run(archive, attached({})), "end"), QStringLiteral("done"));
+    QCOMPARE(memberOf(page.chosen, QStringLiteral("Office.conf")), QByteArray("[6.0]\n"));
+    QCOMPARE(memberOf(page.chosen, QStringLiteral("vyr_1.dmp")), QByteArray("d"));
+    QVERIFY(!tarOutput({QStringLiteral("-tzf")}, page.chosen).contains("other"));
+    QCOMPARE(memberOf(page.chosen, QStringLiteral("describe.txt")),
+             QStringLiteral("name: %1\ntype: print\ndescribe: two lines\nfile:Office.conf\n"
+                            "dumpfile: %2\n")
+                 .arg(homePath(QStringLiteral("whole")),
+                      homePath(QStringLiteral(".local/share/Orvane/tmp/dump/vyr_1.dmp")))
+                 .toUtf8());
+    QCOMPARE(QFileInfo(page.chosen).permissions() & (QFile::ReadGroup | QFile::ReadOther), 0);
+}
+
+void TaskFilesTest::anArchiveReplacesAnEarlierOneWhole()
+{
+    TaskPage page;
+    page.chosen =
+        PrivateHome::current().writeFile(QStringLiteral("old.tar.gz"), QByteArray(100000, 'x'));
+    QCOMPARE(word(page.run(archive, attached({})), "end"), QStringLiteral("done"));
+    QVERIFY(!memberOf(page.chosen, QStringLiteral("describe.txt")).isEmpty());
+    QVERIFY(!readFile(page.chosen).contains("xxxx"));
+}
+
+void TaskFilesTest::anArchiveThatCannotBeWrittenSaysSo_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::newRow("no such directory") << homePath(QStringLiteral("none/a.tar.gz"));
+    QTest::newRow("a file system of the kernel") << QStringLiteral("/proc/a.tar.gz");
+    QTest::newRow("a full device") << QStringLiteral("/dev/full");
+    QTest::newRow("a directory") << PrivateHome::current().path();
+}
+
+void TaskFilesTest::anArchiveThatCannotBeWrittenSaysSo()
+{
+    QFETCH(const QString, place);
+    TaskPage page;
+    page.chosen = place;
+    const QJsonObject result = page.run(archive, attached({}));
+    QCOMPARE(word(result, "end"), QStringLiteral("failed"));
+    QVERIFY2(word(result, "reason").startsWith(place), qPrintable(word(result, "reason")));
+    QVERIFY(page.opened.isEmpty());
+}
+
+void TaskFilesTest::aFileThatIsMissingEndsTheArchive()
+{
+    TaskPage page;
+    page.chosen = homePath(QStringLiteral("missing.tar.gz"));
+    const QString missing = homePath(QStringLiteral("no such file"));
+    const QJsonObject result = page.run(archive, attached({missing}));
+    QVERIFY(word(result, "reason").contains(missing));
+    QVERIFY(!QFileInfo::exists(page.chosen));
+}
+
+void TaskFilesTest::nothingIsLeftBesideAnArchive()
+{
+    const QDir directory(PrivateHome::current().suiteHome());
+    QCOMPARE(directory.entryList({QStringLiteral(".archive-*")}, QDir::AllEntries | QDir::Hidden),
+             QStringList());
+}
+
+void TaskFilesTest::oneValueOfTheUpdaterChangesAlone()
+{
+    TaskPage page;
+    const QByteArray before = "; why\r\n[update]\r\n; 1 to 60\r\ntimeout = 20\r\nlist=a, b\r\n";
+    const QString file = PrivateHome::current().writeFile(QStringLiteral("update.cfg"), before);
+    qputenv("HELIO_UPDATE_CFG", QFile::encodeName(file));
+    const auto set = [&page](const char *value) {
+        return page.run(updater, {{QStringLiteral("key"), QStringLiteral("timeout")},
+                                  {QStringLiteral("value"), QLatin1String(value)}});
+    };
+    QCOMPARE(word(set("30"), "reason"), QString());
+    QCOMPARE(readFile(file), QByteArray(before).replace("20", "30"));
+    QCOMPARE(word(set("$(x) a=b"), "end"), QStringLiteral("done"));
+}
+
+void TaskFilesTest::aValueThatCannotBeStoredSaysSo()
+{
+    TaskPage page;
+    qputenv("HELIO_UPDATE_CFG", QFile::encodeName(homePath(QStringLiteral("none.cfg"))));
+    const QJsonObject result = page.run(updater, {{QStringLiteral("key"), QStringLiteral("a")},
+                                                  {QStringLiteral("value"), QStringLiteral("b")}});
+    QCOMPARE(word(result, "end"), QStringLiteral("failed"));
+    QVERIFY(word(result, "reason").contains(QStringLiteral("none.cfg")));
+    QVERIFY(!QFileInfo::exists(homePath(QStringLiteral("none.cfg"))));
+}
+
+void TaskFilesTest::missingFontsHaveTheirSubstitutes()
+{
+    TaskPage page;
+    const FakePrograms programs;
+    programs.add(QStringLiteral("fc-match"), "printf 'for %s' \"$4\"");
+    programs.add(QStringLiteral("dpkg-query"),
+                 "printf 'installed fonts-a\\nconfig-files fonts-b\\n'");
+    const QJsonObject result =
+        page.run(QStringLiteral("task.substitutes"),
+                 {{QStringLiteral("names"), QJsonArray{QStringLiteral("A-b: $(c)")}}});
+    const QJsonObject families = result.value(QStringLiteral("families")).toObject();
+    QCOMPARE(word(families, "A-b: $(c)"), QStringLiteral("for A\\-b\\: $(c)"));
+    QCOMPARE(result.value(QStringLiteral("packages")).toArray(),
+             QJsonArray{QStringLiteral("fonts-a")});
+}
+
+int main(int argc, char *argv[])
+{
+    const PrivateHome home;
+    QCoreApplication application(argc, argv);
+    TaskFilesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_taskfiles.moc"
