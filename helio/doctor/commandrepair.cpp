@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 
+#include "helio/doctor/desktopfolder.h"
+
 namespace helio {
 
 namespace {
@@ -35,29 +37,6 @@ std::optional<QByteArray> contentOf(const QString &path)
 QString directory(const Machine &machine, const char *variable)
 {
     return machine.variable(QLatin1String(variable)).value_or(QString());
-}
-
-/// As plugin/config/parts/desktopfolder.bash finds it, which goes by the user's name.
-QString desktopFolder(Machine machine)
-{
-    const QString user = directory(machine, "USER");
-    const QString home =
-        user == QLatin1String("root") ? QStringLiteral("/root") : QStringLiteral("/home/") + user;
-    const QString configuration = home + QStringLiteral("/.config");
-    const QDir homeDirectory(QDir::cleanPath(home));
-    if (QFileInfo::exists(configuration + QStringLiteral("/user-dirs.dirs"))) {
-        machine.environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration);
-        machine.environment.remove(QStringLiteral("XDG_DESKTOP_DIR"));
-        QString folder = directory(machine, "XDG_DESKTOP_DIR");
-        if (folder.startsWith(home + QLatin1Char('/')))
-            folder.remove(0, home.size());
-        return QDir::cleanPath(homeDirectory.path() + QLatin1Char('/') + folder);
-    }
-    for (const QString &name : {QStringLiteral("桌面"), QStringLiteral("Desktop")}) {
-        if (homeDirectory.exists(name))
-            return homeDirectory.filePath(name);
-    }
-    return homeDirectory.filePath(QStringLiteral("桌面"));
 }
 
 Change removal(const QString &path)

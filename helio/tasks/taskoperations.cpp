@@ -40,7 +40,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 9> knownTasks{{
+constexpr std::array<Task, 10> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
      false},
@@ -50,6 +50,7 @@ constexpr std::array<Task, 9> knownTasks{{
     {"task.substitutes", FileQuestion::Kind::None, "", "", tasks::findSubstitutes, true},
     {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer, true},
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
+    {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
 }};
 

@@ -19,6 +19,8 @@ TaskEnd compareFonts(const TaskRun &run);
 TaskEnd askServer(const TaskRun &run);
 /// What missing fonts are shown in, and which font packages are installed.
 TaskEnd findSubstitutes(const TaskRun &run);
+/// What the command for it answers, without making the folder of the desktop.
+TaskEnd listShortcuts(const TaskRun &run);
 /// Sets one value of the updater's configuration; every other byte stays.
 TaskEnd setUpdaterValue(const TaskRun &run);
 

@@ -134,6 +134,7 @@ export const taskNames = [
     'task.substitutes',
     'task.server',
     'task.system',
+    'task.shortcuts',
     'task.updater',
 ] as const;
 

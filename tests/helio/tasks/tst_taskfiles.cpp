@@ -68,6 +68,7 @@ private slots:
     void nothingIsLeftBesideAnArchive();
     void oneValueOfTheUpdaterChangesAlone();
     void aValueThatCannotBeStoredSaysSo();
+    void lookingForShortcutsMakesNoFolder();
     void missingFontsHaveTheirSubstitutes();
 };
 
@@ -191,6 +192,26 @@ void TaskFilesTest::aValueThatCannotBeStoredSaysSo()
     QCOMPARE(word(result, "end"), QStringLiteral("failed"));
     QVERIFY(word(result, "reason").contains(QStringLiteral("none.cfg")));
     QVERIFY(!QFileInfo::exists(homePath(QStringLiteral("none.cfg"))));
+}
+
+void TaskFilesTest::lookingForShortcutsMakesNoFolder()
+{
+    TaskPage page;
+    const QString user = QStringLiteral("..") + homePath(QStringLiteral("fresh"));
+    qputenv("USER", user.toUtf8());
+    QVERIFY(QDir().mkdir(homePath(QStringLiteral("fresh"))));
+    const auto shortcuts = [&page] {
+        return page.run(QStringLiteral("task.shortcuts"))
+            .value(QStringLiteral("envelope"))
+            .toObject()
+            .value(QStringLiteral("result"))
+            .toObject();
+    };
+    QCOMPARE(word(shortcuts(), "mode"), QStringLiteral("helio_independ"));
+    QCOMPARE(word(shortcuts(), "icon"), QString());
+    QVERIFY(QDir(homePath(QStringLiteral("fresh"))).isEmpty());
+    PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"), "x");
+    QCOMPARE(word(shortcuts(), "icon"), QStringLiteral("vyr-office-vyr.desktop"));
 }
 
 void TaskFilesTest::missingFontsHaveTheirSubstitutes()

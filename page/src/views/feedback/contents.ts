@@ -6,8 +6,8 @@ import type { Draft } from './draft';
 type FileProblem = 'blank' | 'semicolon' | 'sameName' | 'reserved';
 
 /**
- * Of the library's own archive: its list of files is split at ";" and at spaces on its way into the archive, so a path must not
- * contain them. All files are in one folder there.
+ * The library splits its list of files at ";" and at spaces, so a path must not contain them. All
+ * files are in one folder of the archive.
  */
 export function fileProblem(path: string, earlier: string[]): FileProblem | null {
     if (path.includes(';')) return 'semicolon';

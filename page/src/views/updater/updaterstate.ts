@@ -46,8 +46,8 @@ export function useUpdater(client: Client) {
             fail('updater.notSaved', outcome);
         } else if (await readConfiguration()) {
             // The command says "success" even when the file could not be written.
-            if (readBack || configuration.value?.[key] === value)
-                message.value = t('updater.saved');
+            const isThere = readBack || configuration.value?.[key] === value;
+            if (isThere) message.value = t('updater.saved');
             else problem.value = { title: t('updater.notSaved'), text: t('updater.notWritable') };
         }
     }

@@ -1,0 +1,47 @@
+#include <QDir>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include "doctor/machine/machine.h"
+#include "helio/doctor/desktopfolder.h"
+#include "helio/tasks/tasks.h"
+#include "host/krt.h"
+
+namespace helio {
+
+namespace {
+
+constexpr char settingsFile[] = "/Orvane/Office.conf";
+constexpr char modeKey[] = "6.0/vyroffice/Application Settings/AppComponentMode";
+constexpr char separateMode[] = "helio_independ";
+
+QString componentMode()
+{
+    const QSettings settings(
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+            QLatin1String(settingsFile),
+        QSettings::IniFormat);
+    const QString mode = settings.value(QLatin1String(modeKey)).toString();
+    return mode.isEmpty() ? QLatin1String(separateMode) : mode;
+}
+
+} // namespace
+
+TaskEnd tasks::listShortcuts(const TaskRun &)
+{
+    // The command makes the folder of the desktop where it is missing.
+    const QDir folder(desktopFolder(doctor::thisMachine()));
+    const QStringList files =
+        folder.entryList({QStringLiteral("vyr-office*desktop")}, QDir::Files | QDir::System);
+    const QJsonObject state{
+        {QStringLiteral("icon"), files.join(QLatin1Char('|'))},
+        {QStringLiteral("mode"), componentMode()},
+        {QStringLiteral("chartboard"), krt::kcmc::support(QStringLiteral("ChartBoard"))},
+        {QStringLiteral("docket"), krt::kcmc::support(QStringLiteral("DocketComponent"))},
+        {QStringLiteral("fixedcomponent"), krt::kcmc::support(QStringLiteral("FixedComponent"))}};
+    TaskEnd end;
+    end.answer.insert(QStringLiteral("envelope"), QJsonObject{{QStringLiteral("result"), state}});
+    return end;
+}
+
+} // namespace helio
