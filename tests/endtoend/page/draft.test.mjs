@@ -74,7 +74,7 @@ test('a draft is gone once it is packed, or discarded', async () => {
     await shared.fileWith(draftFile(), (text) => text.includes(typed));
     await view.press(texts.build);
     await shared.choose('Save File', shared.inHome('problem'));
-    await view.shows(texts.built, patience);
+    await view.shows(texts.written, patience);
     await waitFor(() => !fs.existsSync(draftFile()), { what: 'the end of the draft' });
 
     await view.fill(texts.description, 'Another matter');

@@ -55,10 +55,16 @@ test('a page learns which operations its shell has', async () => {
     ].map((name) => `doctor.${name}`);
     const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
     const window = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
+    const tasks = [
+        ...['cancel', 'findings', 'printed'],
+        ...['report', 'archive', 'check', 'print', 'fonts', 'substitutes'],
+        ...['server', 'system', 'shortcuts', 'updater'],
+    ].map((name) => `task.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,
         ...why,
         'doctor.cancel',
+        ...tasks,
         'draft.keep',
         'draft.read',
         ...window,
