@@ -24,6 +24,10 @@ struct CommandRepair
     QStringList checks;
 };
 
+/// The folder of the desktop as plugin/config/parts/desktopfolder.bash finds it, which goes by the
+/// user's name. Unlike there it is not made.
+QString desktopFolder(doctor::Machine machine);
+
 /// Only reads. Nothing for a command that repairs nothing.
 std::optional<CommandRepair> commandRepair(const QString &command, const doctor::Machine &machine);
 

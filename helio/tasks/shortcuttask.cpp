@@ -3,7 +3,7 @@
 #include <QStandardPaths>
 
 #include "doctor/machine/machine.h"
-#include "helio/doctor/desktopfolder.h"
+#include "helio/doctor/commandrepair.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
 
