@@ -32,7 +32,11 @@ void EventPrinter::printAnswer(const QJsonValue &id, const QString &page, const 
                       {QStringLiteral("id"), id},
                       {QStringLiteral("page"), page},
                       {QStringLiteral("command"), command}};
-    for (const QString &key : {QStringLiteral("result"), QStringLiteral("incomplete")}) {
+    QStringList keys{QStringLiteral("result")};
+    // For the window's tasks; other readers know the documented keys alone.
+    if (qEnvironmentVariableIsSet("OFFICE_ASSISTANT_TASK"))
+        keys.append(QStringLiteral("incomplete"));
+    for (const QString &key : qAsConst(keys)) {
         if (envelope.contains(key))
             event.insert(key, envelope.value(key));
     }

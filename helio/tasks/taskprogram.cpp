@@ -99,6 +99,7 @@ CommandResult sendCommand(const TaskRun &run, const QString &command, const QJso
                               {QStringLiteral("choose"), QJsonArray::fromStringList(choices)}};
     // Over its input: other users could read arguments, and a request may have passwords.
     TaskProgram program{run.programs + QLatin1String(commandLine), {QStringLiteral("--session")}};
+    program.environment.insert(QStringLiteral("OFFICE_ASSISTANT_TASK"), QStringLiteral("1"));
     program.input = QJsonDocument(request).toJson(QJsonDocument::Compact);
     const ProgramResult ended = runProgram(program, run.isCancelled);
     CommandResult result;
