@@ -36,6 +36,11 @@ QMap<QString, QString> textsIn(const QJsonObject &object)
     return texts;
 }
 
+QStringList textsIn(const QJsonObject &object, const char *key)
+{
+    return object.value(QLatin1String(key)).toVariant().toStringList();
+}
+
 Description descriptionFrom(const QJsonObject &object)
 {
     Description description;
@@ -44,9 +49,8 @@ Description descriptionFrom(const QJsonObject &object)
     const QJsonArray places = object.value(QStringLiteral("places")).toArray();
     for (const QJsonValue &value : places) {
         const QJsonObject place = value.toObject();
-        description.places.append(
-            {textIn(place, "source"), textIn(place, "folder"), textIn(place, "configuration"),
-             place.value(QStringLiteral("command")).toVariant().toStringList()});
+        description.places.append({textIn(place, "source"), textIn(place, "folder"),
+                                   textIn(place, "configuration"), textsIn(place, "command")});
     }
     description.version = entryIn(object, "version");
     description.profile = entryIn(object, "profile");
@@ -56,6 +60,13 @@ Description descriptionFrom(const QJsonObject &object)
     description.components = textsIn(object.value(QStringLiteral("components")).toObject());
     description.plugins = textIn(object, "plugins");
     description.languages = textIn(object, "languages");
+    description.process = textIn(object, "process");
+    for (const QJsonValue value : object.value(QStringLiteral("toolkits")).toArray())
+        description.toolkits.append(
+            {textIn(value.toObject(), "desktop"), textsIn(value.toObject(), "plugins")});
+    for (const QJsonValue value : object.value(QStringLiteral("parts")).toArray())
+        description.parts.append(
+            {textIn(value.toObject(), "id"), textsIn(value.toObject(), "names")});
     const QJsonObject packages = object.value(QStringLiteral("packages")).toObject();
     for (auto purpose = packages.begin(); purpose != packages.end(); ++purpose)
         description.packages.insert(purpose.key(), textsIn(purpose->toObject()));

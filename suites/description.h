@@ -29,6 +29,21 @@ struct Place
     QStringList command;
 };
 
+/// The plug-ins for a desktop, the one that fits best first.
+struct Toolkit
+{
+    /// What XDG_CURRENT_DESKTOP contains; empty for all others.
+    QString desktop;
+    QStringList plugins;
+};
+
+/// Files and folders of a profile that belong together.
+struct ProfilePart
+{
+    QString id;
+    QStringList names;
+};
+
 /// A suite as its file says it; libreoffice.json is an example.
 struct Description
 {
@@ -49,6 +64,10 @@ struct Description
     /// Patterns below the installation; "*" stands for a name.
     QString plugins;
     QString languages;
+    /// The name of the process that has the documents.
+    QString process;
+    QVector<Toolkit> toolkits;
+    QVector<ProfilePart> parts;
     /// Packages by what they are for and family of distributions ("debian", "fedora", "suse",
     /// "arch"); "%1" stands for a language.
     QMap<QString, QMap<QString, QString>> packages;

@@ -35,7 +35,7 @@ void printText(const QString &text, std::FILE *stream)
 /// @param word the first argument; null without one
 bool isForDoctor(const char *word)
 {
-    const std::array<const char *, 4> words{"doctor", "why", "report", "compare"};
+    const std::array<const char *, 5> words{"doctor", "why", "report", "compare", "suite"};
     return word && std::any_of(words.begin(), words.end(),
                                [word](const char *one) { return std::strcmp(word, one) == 0; });
 }

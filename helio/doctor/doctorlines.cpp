@@ -89,22 +89,6 @@ QJsonObject listedLine(const doctor::CheckDefinition &check, const QString &loca
     return line;
 }
 
-QJsonObject suiteLine(const suites::Installation &installation, bool isChosen)
-{
-    QJsonObject line = typed("suite");
-    line.insert(QStringLiteral("suite"), installation.suite);
-    line.insert(QStringLiteral("name"), installation.name);
-    line.insert(QStringLiteral("version"), installation.version);
-    line.insert(QStringLiteral("source"), installation.source);
-    line.insert(QStringLiteral("folder"), installation.folder);
-    line.insert(QStringLiteral("profile"), installation.profile);
-    line.insert(QStringLiteral("components"), QJsonArray::fromStringList(installation.components));
-    line.insert(QStringLiteral("plugins"), QJsonArray::fromStringList(installation.plugins));
-    line.insert(QStringLiteral("languages"), QJsonArray::fromStringList(installation.languages));
-    line.insert(QStringLiteral("chosen"), isChosen);
-    return line;
-}
-
 QJsonObject mistakeLine(const doctor::FileProblem &problem)
 {
     QJsonObject line = typed("mistake");

@@ -4,7 +4,6 @@
 
 #include "doctor/doctor.h"
 #include "doctor/journal/journal.h"
-#include "suites/installation.h"
 
 namespace helio {
 
@@ -14,7 +13,6 @@ struct RepairOutcome;
 QJsonObject checkLine(const doctor::CheckResult &result);
 QJsonObject findingLine(const doctor::Finding &finding);
 QJsonObject listedLine(const doctor::CheckDefinition &check, const QString &locale);
-QJsonObject suiteLine(const suites::Installation &installation, bool isChosen);
 QJsonObject mistakeLine(const doctor::FileProblem &problem);
 QJsonObject changeLine(const QString &repair, const doctor::Change &change);
 QJsonObject repairLine(const RepairOutcome &outcome);

@@ -13,7 +13,7 @@ namespace helio {
 
 namespace {
 
-constexpr std::array<const char *, 2> prefixes{"doctor.", "why."};
+constexpr std::array<const char *, 3> prefixes{"doctor.", "why.", "suite."};
 constexpr char cancel[] = "doctor.cancel";
 
 /// The name may stand anywhere in the text of a call.

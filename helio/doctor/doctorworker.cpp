@@ -65,12 +65,22 @@ QString DoctorRequest::language() const
 const QVector<DoctorWorker::Operation> &DoctorWorker::table()
 {
     static const QVector<Operation> operations{
-        {"doctor.list", &DoctorWorker::list},       {"doctor.look", &DoctorWorker::look},
-        {"doctor.plan", &DoctorWorker::plan},       {"doctor.fix", &DoctorWorker::fix},
-        {"doctor.undo", &DoctorWorker::undo},       {"doctor.history", &DoctorWorker::history},
-        {"doctor.preview", &DoctorWorker::preview}, {"doctor.watch", &DoctorWorker::watch},
-        {"doctor.watched", &DoctorWorker::watched}, {"why.open", &DoctorWorker::whyOpen},
-        {"why.denied", &DoctorWorker::whyDenied},   {"why.input", &DoctorWorker::whyInput},
+        {"doctor.list", &DoctorWorker::list},
+        {"doctor.look", &DoctorWorker::look},
+        {"doctor.plan", &DoctorWorker::plan},
+        {"doctor.fix", &DoctorWorker::fix},
+        {"doctor.undo", &DoctorWorker::undo},
+        {"doctor.history", &DoctorWorker::history},
+        {"doctor.preview", &DoctorWorker::preview},
+        {"doctor.watch", &DoctorWorker::watch},
+        {"doctor.watched", &DoctorWorker::watched},
+        {"why.open", &DoctorWorker::whyOpen},
+        {"why.denied", &DoctorWorker::whyDenied},
+        {"why.input", &DoctorWorker::whyInput},
+        {"suite.describe", &DoctorWorker::suiteDescribe},
+        {"suite.choose", &DoctorWorker::suiteChoose},
+        {"suite.plan", &DoctorWorker::suitePlan},
+        {"suite.start", &DoctorWorker::suiteStart},
     };
     return operations;
 }

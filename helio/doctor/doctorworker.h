@@ -68,6 +68,10 @@ private:
     QJsonObject whyOpen(const DoctorRequest &request);
     QJsonObject whyDenied(const DoctorRequest &request);
     QJsonObject whyInput(const DoctorRequest &request);
+    QJsonObject suiteDescribe(const DoctorRequest &request);
+    QJsonObject suiteChoose(const DoctorRequest &request);
+    QJsonObject suitePlan(const DoctorRequest &request);
+    QJsonObject suiteStart(const DoctorRequest &request);
 
     void load();
     /// Keeps a plan under a new number; @return what a page is told of it.

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "programs/apilog/addons.h"
 #include "programs/component/suiteprograms.h"
+#include "suites/addons/addons.h"
 #include "texts/texts.h"
 
 namespace tools {
@@ -18,7 +18,7 @@ QString ownerText(const QString &owner)
                                             : texts::tr("comes with LibreOffice");
 }
 
-ReportEntry entryOf(const programs::Addon &addon)
+ReportEntry entryOf(const suites::Addon &addon)
 {
     ReportEntry entry;
     const QString name = (addon.name + QLatin1Char(' ') + addon.version).trimmed();
@@ -32,11 +32,11 @@ ReportEntry entryOf(const programs::Addon &addon)
 }
 
 /// What fails comes first.
-ReportSection section(const QString &title, const QVector<programs::Addon> &addons)
+ReportSection section(const QString &title, const QVector<suites::Addon> &addons)
 {
     ReportSection result{title, {}};
     for (const bool isFaulty : {true, false}) {
-        for (const programs::Addon &addon : addons) {
+        for (const suites::Addon &addon : addons) {
             if (addon.faults.isEmpty() != isFaulty)
                 result.entries.append(entryOf(addon));
         }
@@ -51,7 +51,7 @@ QVector<ReportSection> addonReport()
     const std::optional<suites::Installation> office = programs::suiteInstead();
     if (!office)
         return {};
-    const programs::Addons addons = programs::addonsOf(*office);
+    const suites::Addons addons = suites::addonsOf(*office);
     ReportSection log{texts::tr("Log of the extension manager"), {}};
     for (const QString &line : addons.log)
         log.entries.append({line, {}, false});

@@ -19,10 +19,10 @@ private slots:
     {
         QTest::addColumn<QString>("room");
         for (const char *room :
-             {"doctor", "helio/ctl/doctor", "helio/ctl/why", "helio/ctl/fleet", "fleet",
-              "helio/shell", "helio/webengine", "programs/apilog", "programs/checktool",
-              "programs/component", "programs/eptools", "programs/quickstart", "programs/replace",
-              "programs/screencap", "programs/screengrab"})
+             {"doctor", "helio/ctl/doctor", "helio/ctl/why", "helio/ctl/fleet", "helio/ctl/suite",
+              "helio/suite", "fleet", "helio/shell", "helio/webengine", "suites/addons",
+              "programs/checktool", "programs/component", "programs/eptools", "programs/quickstart",
+              "programs/replace", "programs/screencap", "programs/screengrab"})
             QTest::newRow(room) << QString::fromLatin1(room);
     }
 

@@ -4,6 +4,7 @@
 
 #include "helio/ctl/doctor/doctorcommand.h"
 #include "helio/ctl/fleet/fleetcommand.h"
+#include "helio/ctl/suite/suitecommand.h"
 #include "helio/ctl/why/whycommand.h"
 #include "texts/encoding.h"
 
@@ -27,8 +28,10 @@ int main(int argc, char *argv[])
         return ctl::runReport(arguments.mid(2));
     if (word == QLatin1String("compare"))
         return ctl::runCompare(arguments.mid(2));
-    std::fputs("assistantdoctor: started by assistantctl for its words doctor, why, report and "
-               "compare\n",
+    if (word == QLatin1String("suite"))
+        return ctl::runSuite(arguments.mid(2));
+    std::fputs("assistantdoctor: started by assistantctl for its words doctor, why, report, "
+               "compare and suite\n",
                stderr);
     return wrongUsage;
 }

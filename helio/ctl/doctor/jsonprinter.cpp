@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "helio/doctor/doctorlines.h"
+#include "helio/suite/statejson.h"
 
 namespace ctl {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "programs/apilog/addons.h"
+#include "suites/addons/addons.h"
 
-namespace programs {
+namespace suites {
 
 /// The text of a file; empty if it cannot be read or is unreasonably big.
 QByteArray addonFile(const QString &path);
@@ -17,4 +17,4 @@ QVector<Addon> macrosIn(const QString &folder, const QString &owner);
 /// Events in the settings of @p profile that start a macro.
 QVector<Addon> eventsOf(const QString &profile);
 
-} // namespace programs
+} // namespace suites

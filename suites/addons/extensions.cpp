@@ -3,10 +3,10 @@
 #include <QVersionNumber>
 #include <QXmlStreamReader>
 
-#include "programs/apilog/parts.h"
+#include "suites/addons/parts.h"
 #include "texts/texts.h"
 
-namespace programs {
+namespace suites {
 
 namespace {
 
@@ -121,4 +121,4 @@ QVector<Addon> bundledExtensions(const QString &folder, const QString &version)
     return addons;
 }
 
-} // namespace programs
+} // namespace suites

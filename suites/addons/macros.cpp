@@ -4,10 +4,10 @@
 #include <QUrl>
 #include <QXmlStreamReader>
 
-#include "programs/apilog/parts.h"
+#include "suites/addons/parts.h"
 #include "texts/texts.h"
 
-namespace programs {
+namespace suites {
 
 namespace {
 
@@ -147,4 +147,4 @@ QVector<Addon> eventsOf(const QString &profile)
     return events;
 }
 
-} // namespace programs
+} // namespace suites

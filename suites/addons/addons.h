@@ -5,7 +5,7 @@
 
 #include "suites/installation.h"
 
-namespace programs {
+namespace suites {
 
 /// An extension or macro library, or something that runs by itself.
 struct Addon
@@ -32,7 +32,10 @@ struct Addons
     QStringList log;
 };
 
-/// Those of the user's profile, of all users and of the installation.
-Addons addonsOf(const suites::Installation &installation);
+/// The extensions of the user's profile, of all users and of the installation.
+QVector<Addon> extensionsOf(const Installation &installation);
 
-} // namespace programs
+/// Those of the user's profile, of all users and of the installation.
+Addons addonsOf(const Installation &installation);
+
+} // namespace suites
