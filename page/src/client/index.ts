@@ -14,6 +14,7 @@ import { launcherCommands } from './launchercommands';
 import { Notices, type NoticeTarget } from './notices';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
+import { suiteOperations } from './suite';
 import { systemCommands } from './systemcommands';
 import { taskOperations } from './tasks';
 import { updateCommands } from './updatecommands';
@@ -42,6 +43,7 @@ export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
+export type { Extension, Installation, SuiteDescription, SuiteState } from './suite';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
@@ -62,6 +64,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         doctor: doctorOperations(caller),
         task: taskOperations(caller),
         why: whyOperations(caller),
+        suite: suiteOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

@@ -116,6 +116,13 @@ export const doctorOperationNames = [
     'why.input',
 ] as const;
 
+export const suiteOperationNames = [
+    'suite.describe',
+    'suite.choose',
+    'suite.plan',
+    'suite.start',
+] as const;
+
 export const windowOperationNames = [
     'window.leave',
     'window.maximise',
@@ -146,5 +153,6 @@ export type OperationName =
     | 'task.findings'
     | 'task.printed'
     | (typeof doctorOperationNames)[number]
+    | (typeof suiteOperationNames)[number]
     | (typeof windowOperationNames)[number]
     | (typeof draftOperationNames)[number];

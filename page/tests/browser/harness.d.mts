@@ -33,6 +33,8 @@ export interface Scene {
     watched?: boolean;
     /** For a shell whose doctor explains what it finds. */
     explained?: boolean;
+    /** For a shell that describes the suite. */
+    suited?: boolean;
     /** The page of the view that the main page stands beside, in a shell with one window. */
     beside?: string;
     /** For a shell that keeps the draft of the feedback. */

@@ -38,6 +38,7 @@ const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'can
 const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
 /** Of a shell that shows a view beside the main page, for a scene that is `beside` one. */
 const windowOperations = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
+const suiteOperations = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
 const draftOperations = ['draft.keep', 'draft.read'];
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
@@ -94,8 +95,8 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
  * `watched` for one that watches the library's repairs, `explained` for one that says why,
- * `beside` the page of the view that the main page stands beside, `keeps` for one that keeps the
- * draft of the feedback.
+ * `suited` for one that describes the suite, `beside` the page of the view that the main page
+ * stands beside, `keeps` for one that keeps the draft of the feedback.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -115,6 +116,7 @@ export async function openView(browser, directory, scene, options = {}) {
             ...doctorOperations,
             ...(scene.watched ? watchOperations : []),
             ...(scene.explained ? whyOperations : []),
+            ...(scene.suited ? suiteOperations : []),
             ...(scene.beside ? windowOperations : []),
             ...(scene.keeps ? draftOperations : []),
         ];

@@ -1,3 +1,5 @@
+import { described } from './libreoffice.mjs';
+
 const page = 'index.html';
 
 const settings = '/home/user/.config/Orvane/Office.conf';
@@ -171,6 +173,13 @@ const failing = (result, reason) => ({
 
 export const scenes = [
     { name: 'home', page, answers: well, shows: 'How can we help?' },
+    {
+        name: 'home-suite',
+        page,
+        suited: true,
+        answers: { ...well, 'suite.describe': { result: described } },
+        shows: 'LibreOffice 7.4 is installed and not running.',
+    },
     {
         name: 'home-settings',
         page,

@@ -1,0 +1,4 @@
+import { startView } from '@/frame/view';
+import SuiteView from './SuiteView.vue';
+
+startView(SuiteView, 'libreoffice');
