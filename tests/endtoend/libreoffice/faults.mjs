@@ -260,4 +260,13 @@ export const faults = [
         seen: 'the extension manager refuses it',
         works: ({ version }) => version === '1.2',
     },
+    {
+        check: 'print-server',
+        name: 'a print server that does not answer',
+        area: '/home/user/.cups',
+        plant: (office) =>
+            office.writeFile('/home/user/.cups/client.conf', 'ServerName 127.0.0.2\n'),
+        seen: 'the print dialog opens late',
+        works: ({ version }) => version === '1.2',
+    },
 ];
