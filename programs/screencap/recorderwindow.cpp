@@ -28,6 +28,11 @@ RecorderWindow::RecorderWindow(Recording &recording)
     layout->addWidget(&m_time);
     layout->addWidget(stop);
     connect(stop, &QPushButton::clicked, &m_recording, &Recording::stop);
+    connect(&m_recording, &Recording::stopping, this, [this, stop] {
+        m_clock.stop();
+        m_time.setText(texts::tr("Saving"));
+        stop->setEnabled(false);
+    });
     connect(&m_clock, &QTimer::timeout, this, &RecorderWindow::showTime);
     m_clock.start(second);
     showTime();

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QProcess>
 #include <QTemporaryFile>
+#include <QTimer>
 
 #include "programs/screencap/screensource.h"
 
@@ -25,11 +26,15 @@ public:
     qint64 seconds() const { return m_clock.elapsed() / 1000; }
 
 signals:
+    /// The file is being finished, which takes long on a busy machine.
+    void stopping();
     /// @p file is empty where nothing was recorded; @p reason says what went wrong, if anything
     /// did.
     void ended(const QString &file, const QString &reason);
 
 private:
+    void watchGrowth();
+    QString reasonOfEnd();
     void finish(const QString &reason);
     QString keptFile();
 
@@ -37,6 +42,11 @@ private:
     QTemporaryFile m_file;
     QProcess m_program;
     QElapsedTimer m_clock;
+    /// While the file is being finished: how large it was, and since when.
+    QTimer m_growth;
+    qint64 m_size = 0;
+    QElapsedTimer m_sinceGrowth;
+    bool m_isGivenUp = false;
     bool m_isStopping = false;
     bool m_hasEnded = false;
 };

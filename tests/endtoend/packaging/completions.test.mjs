@@ -36,7 +36,7 @@ describe.runIf(canInstall)('completions', () => {
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
         const helps = await Promise.all(
-            [[], ['doctor'], ['why'], ['why', 'open'], ['compare']].map(longOptions),
+            [[], ['doctor'], ['why'], ['why', 'open'], ['compare'], ['suite']].map(longOptions),
         );
         const wanted = helps.flat();
         const options = file.endsWith('.fish')
@@ -89,7 +89,7 @@ printf '%s\\n' "\${COMPREPLY[@]}"`;
         test('a first word is a command or a word of its own', async () => {
             const words = await completed('');
             expect(words.toSorted()).toEqual(
-                [...commands, 'doctor', 'why', 'report', 'compare'].sort(),
+                [...commands, 'doctor', 'why', 'report', 'compare', 'suite'].sort(),
             );
             expect(await completed('mousePr')).toEqual(['mousePress']);
         });

@@ -54,6 +54,7 @@ test('a page learns which operations its shell has', async () => {
         ...['preview', 'watch', 'watched'],
     ].map((name) => `doctor.${name}`);
     const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
+    const suite = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
     const window = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
     const tasks = [
         ...['cancel', 'findings', 'printed'],
@@ -63,6 +64,7 @@ test('a page learns which operations its shell has', async () => {
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,
         ...why,
+        ...suite,
         'doctor.cancel',
         ...tasks,
         'draft.keep',
