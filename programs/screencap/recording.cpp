@@ -13,10 +13,10 @@ namespace programs {
 namespace {
 
 constexpr char program[] = "gst-launch-1.0";
-/// At the end the last pictures are encoded and the index is written. On a busy machine that may
-/// take long: it is given up only when the file no longer grows.
+/// On a busy machine GStreamer's source may not hear for long that it is to end. A second interrupt
+/// ends the program at once: what is recorded stays and plays, without an index.
+constexpr int interruptAgainMs = 5'000;
 constexpr int endTimeoutMs = 15'000;
-constexpr int growthIntervalMs = 500;
 /// Most recordings with the time of the same second.
 constexpr int mostOfOneSecond = 100;
 
@@ -49,11 +49,10 @@ Recording::Recording(const QString &directory) : m_directory(directory)
                              "gstreamer1.0-plugins-good")
                        .arg(QLatin1String(program)));
     });
-    connect(&m_growth, &QTimer::timeout, this, &Recording::watchGrowth);
     connect(&m_program, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             [this](int status) {
-                const bool isWell = m_isStopping && status == 0 && !m_isGivenUp;
-                finish(isWell ? QString() : reasonOfEnd());
+                const bool isWell = m_isStopping && status == 0;
+                finish(isWell ? QString() : lastError(m_program.readAllStandardError()));
             });
 }
 
@@ -85,29 +84,14 @@ void Recording::stop()
     if (m_isStopping || m_program.state() == QProcess::NotRunning)
         return;
     m_isStopping = true;
-    ::kill(static_cast<pid_t>(m_program.processId()), SIGINT);
-    m_sinceGrowth.start();
-    m_growth.start(growthIntervalMs);
+    const auto interrupt = [this] {
+        if (m_program.state() != QProcess::NotRunning)
+            ::kill(static_cast<pid_t>(m_program.processId()), SIGINT);
+    };
+    interrupt();
+    QTimer::singleShot(interruptAgainMs, &m_program, interrupt);
+    QTimer::singleShot(endTimeoutMs, &m_program, &QProcess::kill);
     emit stopping();
-}
-
-void Recording::watchGrowth()
-{
-    const qint64 size = QFileInfo(m_file.fileName()).size();
-    if (size != m_size) {
-        m_size = size;
-        m_sinceGrowth.restart();
-    } else if (m_sinceGrowth.hasExpired(endTimeoutMs)) {
-        m_growth.stop();
-        m_isGivenUp = true;
-        m_program.kill();
-    }
-}
-
-QString Recording::reasonOfEnd()
-{
-    return m_isGivenUp ? texts::tr("the recorder did not finish")
-                       : lastError(m_program.readAllStandardError());
 }
 
 void Recording::finish(const QString &reason)
@@ -115,7 +99,6 @@ void Recording::finish(const QString &reason)
     if (m_hasEnded)
         return;
     m_hasEnded = true;
-    m_growth.stop();
     const QString file = keptFile();
     emit ended(file,
                file.isEmpty() && reason.isEmpty() ? texts::tr("nothing was recorded") : reason);

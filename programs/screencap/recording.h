@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QProcess>
 #include <QTemporaryFile>
-#include <QTimer>
 
 #include "programs/screencap/screensource.h"
 
@@ -33,8 +32,6 @@ signals:
     void ended(const QString &file, const QString &reason);
 
 private:
-    void watchGrowth();
-    QString reasonOfEnd();
     void finish(const QString &reason);
     QString keptFile();
 
@@ -42,11 +39,6 @@ private:
     QTemporaryFile m_file;
     QProcess m_program;
     QElapsedTimer m_clock;
-    /// While the file is being finished: how large it was, and since when.
-    QTimer m_growth;
-    qint64 m_size = 0;
-    QElapsedTimer m_sinceGrowth;
-    bool m_isGivenUp = false;
     bool m_isStopping = false;
     bool m_hasEnded = false;
 };

@@ -106,7 +106,8 @@ State stateOf(const Installation &installation, const doctor::Machine &machine,
     state.graphics = graphicsOf(installation, machine);
     state.processes = processesOf(*descriptionNamed(installation.suite), machine);
     const QString root = QFileInfo(located.profile).path();
-    state.isLocked = !installation.profile.isEmpty() && QFileInfo::exists(root + QStringLiteral("/.lock"));
+    state.isLocked =
+        !installation.profile.isEmpty() && QFileInfo::exists(root + QStringLiteral("/.lock"));
     return state;
 }
 

@@ -43,7 +43,7 @@ export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
-export type { Extension, Installation, SuiteDescription, SuiteState } from './suite';
+export type { Extension, Installation, SuiteState } from './suite';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';

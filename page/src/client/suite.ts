@@ -54,7 +54,7 @@ export interface SuiteState {
     graphics: { plugin: string; forced: boolean; skia: boolean | null; openCl: boolean | null };
 }
 
-export interface SuiteDescription {
+interface SuiteDescription {
     installations: Installation[];
     /** Null without an installation. */
     state: SuiteState | null;
