@@ -50,8 +50,10 @@ Recording::Recording(const QString &directory) : m_directory(directory)
                        .arg(QLatin1String(program)));
     });
     connect(&m_program, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this](int status) {
-                const bool isWell = m_isStopping && status == 0;
+            [this](int status, QProcess::ExitStatus how) {
+                // It hears the first interrupt only; the second one kills it.
+                const bool isWell =
+                    m_isStopping && (how == QProcess::NormalExit ? status == 0 : status == SIGINT);
                 finish(isWell ? QString() : lastError(m_program.readAllStandardError()));
             });
 }
