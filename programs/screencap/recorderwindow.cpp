@@ -24,13 +24,17 @@ RecorderWindow::RecorderWindow(Recording &recording)
 {
     setWindowTitle(texts::tr("Recording the screen"));
     auto *stop = new QPushButton(texts::tr("Stop"));
+    const QString saving = texts::tr("Saving");
+    m_time.setMinimumWidth(m_time.fontMetrics().horizontalAdvance(saving));
     auto *layout = new QHBoxLayout(this);
+    // Its size stays while the text changes.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
     layout->addWidget(&m_time);
     layout->addWidget(stop);
     connect(stop, &QPushButton::clicked, &m_recording, &Recording::stop);
-    connect(&m_recording, &Recording::stopping, this, [this, stop] {
+    connect(&m_recording, &Recording::stopping, this, [this, stop, saving] {
         m_clock.stop();
-        m_time.setText(texts::tr("Saving"));
+        m_time.setText(saving);
         stop->setEnabled(false);
     });
     connect(&m_clock, &QTimer::timeout, this, &RecorderWindow::showTime);
