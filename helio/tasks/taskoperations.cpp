@@ -40,7 +40,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 10> knownTasks{{
+constexpr std::array<Task, 11> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
      false},
@@ -51,6 +51,7 @@ constexpr std::array<Task, 10> knownTasks{{
     {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer, true},
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
     {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
+    {"task.compare", FileQuestion::Kind::None, "", "", tasks::compareReports, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
 }};
 

@@ -21,6 +21,8 @@ TaskEnd askServer(const TaskRun &run);
 TaskEnd findSubstitutes(const TaskRun &run);
 /// What the command for it answers, without making the folder of the desktop.
 TaskEnd listShortcuts(const TaskRun &run);
+/// What differs between reports, and from this machine where that is asked for.
+TaskEnd compareReports(const TaskRun &run);
 /// Sets one value of the updater's configuration; every other byte stays.
 TaskEnd setUpdaterValue(const TaskRun &run);
 

@@ -4,6 +4,7 @@ import texts from '@/views/sysinfo/texts.en.json';
 import { createTexts } from '@/frame/texts';
 import { faceStyle } from '@/views/sysinfo/fontstyle';
 import { isSecret, rawText, sectionsOf, wholeText } from '@/views/sysinfo/sections';
+import { createClient } from '@/client';
 import { offerGroups } from '@/views/home/offers';
 import type { Tool } from '@/frame/tools';
 
@@ -85,12 +86,18 @@ describe('the offers of the home page', () => {
         tool: { group, order, icon: {}, type: '' },
     });
 
-    it('stand in their groups by order, without empty groups', () => {
-        const found = offerGroups({
+    it('stand in their groups by order, without empty groups and what the shell cannot do', () => {
+        const elsewhere = { ...tool('help', 1).tool, isOffered: () => false };
+        const modules = {
             '../b/tool.ts': tool('suite', 2),
             '../a/tool.ts': tool('suite', 1),
+            '../elsewhere/tool.ts': { tool: elsewhere },
             '../sysinfo/tool.ts': tool('machine', 1),
-        });
+        };
+        const found = offerGroups(
+            modules,
+            createClient(() => undefined, {}),
+        );
         expect(found.map((group) => [group.name, group.offers.map(({ page }) => page)])).toEqual([
             ['machine', ['sysinfo.html']],
             ['suite', ['a.html', 'b.html']],

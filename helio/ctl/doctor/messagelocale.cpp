@@ -4,6 +4,9 @@ namespace ctl {
 
 QString messageLocale(const doctor::Machine &machine)
 {
+    const QString chosen = machine.environment.value(QStringLiteral("OFFICE_ASSISTANT_LANGUAGE"));
+    if (!chosen.isEmpty())
+        return chosen;
     QString locale;
     for (const char *name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         if (locale.isEmpty())

@@ -58,7 +58,8 @@ function associations(result: unknown): Associations {
 /** Desktop shortcuts and file associations. Repairs run on after their answer. */
 export function desktopCommands(caller: Caller) {
     return {
-        desktopShortcuts: () => caller.askAside('task.shortcuts', 'getdesktopiconfile', desktopShortcuts),
+        desktopShortcuts: () =>
+            caller.askAside('task.shortcuts', 'getdesktopiconfile', desktopShortcuts),
         restoreSeparateShortcuts: () => caller.ask('fixfouricon', success),
         restoreIntegratedShortcut: () => caller.ask('fixoneicon', success),
         defaultApplications: () => caller.ask('getassoopen', associations),

@@ -12,6 +12,7 @@ import { dumpCommands } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
 import { Notices, type NoticeTarget } from './notices';
+import { reportOperations } from './reports';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
 import { suiteOperations } from './suite';
@@ -41,6 +42,7 @@ export type {
 export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
+export type { Comparison, Difference } from './reports';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { Extension, Installation, SuiteState } from './suite';
@@ -65,6 +67,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         task: taskOperations(caller),
         why: whyOperations(caller),
         suite: suiteOperations(caller),
+        reports: reportOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

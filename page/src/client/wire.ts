@@ -143,6 +143,7 @@ export const taskNames = [
     'task.system',
     'task.shortcuts',
     'task.updater',
+    'task.compare',
 ] as const;
 
 export type TaskName = (typeof taskNames)[number];

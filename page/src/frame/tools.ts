@@ -1,5 +1,5 @@
 import type { Component } from 'vue';
-import type { ViewType } from '@/client';
+import type { Client, ViewType } from '@/client';
 
 /** The groups of the home page, in order. */
 export const groups = ['machine', 'suite', 'documents', 'help'] as const;
@@ -11,4 +11,6 @@ export interface Tool {
     order: number;
     icon: Component;
     type: ViewType;
+    /** Whether a shell can do what the view is for; every shell can where it is left out. */
+    isOffered?: (client: Client) => boolean;
 }

@@ -37,6 +37,8 @@ export interface Scene {
     suited?: boolean;
     /** The page of the view that the main page stands beside, in a shell with one window. */
     beside?: string;
+    /** For a shell that compares reports. */
+    compares?: boolean;
     /** For a shell that keeps the draft of the feedback. */
     keeps?: boolean;
     /** Brings the opened view to what the scene shows. */

@@ -39,6 +39,7 @@ const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
 /** Of a shell that shows a view beside the main page, for a scene that is `beside` one. */
 const windowOperations = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
 const suiteOperations = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
+const reportOperations = ['task.cancel', 'task.compare'];
 const draftOperations = ['draft.keep', 'draft.read'];
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
@@ -97,6 +98,8 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * `watched` for one that watches the library's repairs, `explained` for one that says why,
  * `suited` for one that describes the suite, `beside` the page of the view that the main page
  * stands beside, `keeps` for one that keeps the draft of the feedback.
+ * `beside` the page of the view that the main page stands beside, `keeps` for one that keeps the
+ * draft of the feedback, `compares` for one that compares reports.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -118,6 +121,7 @@ export async function openView(browser, directory, scene, options = {}) {
             ...(scene.explained ? whyOperations : []),
             ...(scene.suited ? suiteOperations : []),
             ...(scene.beside ? windowOperations : []),
+            ...(scene.compares ? reportOperations : []),
             ...(scene.keeps ? draftOperations : []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;

@@ -1,3 +1,4 @@
+import type { Client } from '@/client';
 import { groups, type Tool } from '@/frame/tools';
 
 /** A view that the home page opens; `name` is its folder and its texts' key. */
@@ -11,8 +12,8 @@ export interface OfferGroup {
     offers: Offer[];
 }
 
-/** The offered views by group; a group without any is left out. */
-export function offerGroups(modules: Record<string, { tool: Tool }>): OfferGroup[] {
+/** The views that the shell can serve, by group; a group without any is left out. */
+export function offerGroups(modules: Record<string, { tool: Tool }>, client: Client): OfferGroup[] {
     const offers = Object.entries(modules).map(([path, { tool }]) => {
         const name = path.split('/').slice(-2)[0] ?? '';
         return { ...tool, name, page: `${name}.html` };
@@ -21,7 +22,7 @@ export function offerGroups(modules: Record<string, { tool: Tool }>): OfferGroup
         .map((group) => ({
             name: group,
             offers: offers
-                .filter((offer) => offer.group === group)
+                .filter((offer) => offer.group === group && (offer.isOffered?.(client) ?? true))
                 .sort((first, second) => first.order - second.order),
         }))
         .filter((group) => group.offers.length > 0);

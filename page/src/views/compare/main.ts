@@ -1,0 +1,4 @@
+import { startView } from '@/frame/view';
+import CompareView from './CompareView.vue';
+
+startView(CompareView, 'compare');
