@@ -102,12 +102,24 @@ helio::WebEngineBrowser *AssistantWindow::mainBrowser() const
     return m_main->browser();
 }
 
-void AssistantWindow::present()
+void AssistantWindow::present(const QString &action)
 {
     restore();
     raise();
     activateWindow();
     (isChildShown() ? m_child : m_main)->focusPage();
+    if (action.isEmpty())
+        return;
+    m_action = action;
+    m_lastView.clear();
+    tellPages();
+}
+
+QJsonObject AssistantWindow::takeAction()
+{
+    QJsonObject answer = state();
+    m_action.clear();
+    return answer;
 }
 
 QJsonObject AssistantWindow::leaveView(const QJsonObject &view)
@@ -138,7 +150,9 @@ QJsonObject AssistantWindow::useSidebar(const QJsonObject &widths)
 
 QJsonObject AssistantWindow::state() const
 {
-    return {{QStringLiteral("view"), m_view}, {QStringLiteral("maximised"), isMaximized()}};
+    return {{QStringLiteral("action"), m_action},
+            {QStringLiteral("maximised"), isMaximized()},
+            {QStringLiteral("view"), m_view}};
 }
 
 void AssistantWindow::changeEvent(QEvent *event)

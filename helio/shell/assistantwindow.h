@@ -35,10 +35,12 @@ public:
     /// The browser of the main page; null if the plug-in offers no page.
     helio::WebEngineBrowser *mainBrowser() const;
 
-    /// Shows the window in front of others and gives it the keyboard.
-    void present();
+    /// Shows the window in front of others and gives it the keyboard. The main page starts
+    /// @p action, as in ShellOptions, if it knows it.
+    void present(const QString &action);
 
     /// What pages may ask of this window, see docs/host.md.
+    QJsonObject takeAction();
     QJsonObject leaveView(const QJsonObject &view);
     QJsonObject toggleMaximised();
     QJsonObject useSidebar(const QJsonObject &widths);
@@ -80,6 +82,8 @@ private:
     QString m_waitingPage;
     /// The page that is shown beside the main page; empty if none is.
     QString m_view;
+    /// What the main page should start, until it has asked.
+    QString m_action;
     /// The page to open again, until the main page has asked.
     QString m_lastView;
     int m_sidebar;

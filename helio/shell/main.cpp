@@ -106,6 +106,8 @@ helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow>
         {QStringLiteral("draft.keep"),
          [&draft](const QJsonObject &text) { return draft.keep(text); }},
         {QStringLiteral("draft.read"), [&draft](const QJsonObject &) { return draft.read(); }},
+        {QStringLiteral("window.action"),
+         [&window](const QJsonObject &) { return window->takeAction(); }},
         {QStringLiteral("window.leave"),
          [&window](const QJsonObject &view) { return window->leaveView(view); }},
         {QStringLiteral("window.maximise"),
@@ -152,7 +154,7 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
         takePicture(window.get(), options.screenshot);
     QObject::connect(&instance, &shell::SessionInstance::activated, window.get(),
                      &shell::AssistantWindow::present);
-    window->present();
+    window->present(options.action);
     const int status = QCoreApplication::exec();
     helio::endAwaitedPrograms();
     window.reset();
@@ -188,7 +190,8 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
                      &QCoreApplication::quit);
     helio::makeDefaultSuiteHome();
     shell::SessionInstance instance;
-    if (isForUser(options) && instance.take() == shell::SessionInstance::Place::Second)
+    if (isForUser(options) &&
+        instance.take(options.action) == shell::SessionInstance::Place::Second)
         return Ended;
     return showWindow(options, instance);
 }

@@ -5,6 +5,8 @@
 #include <QDBusMessage>
 #include <QFile>
 
+#include "helio/shell/shelloptions.h"
+
 namespace {
 
 constexpr char service[] = "org.officeassistant.officeassistant";
@@ -32,12 +34,14 @@ QVariantMap platformData()
     return data;
 }
 
-bool isAnswered(QDBusConnection &bus)
+bool isAnswered(QDBusConnection &bus, const QString &action)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
-                                                       QLatin1String(applicationInterface),
-                                                       QStringLiteral("Activate"));
-    call.setArguments({platformData()});
+    const bool isPlain = action.isEmpty();
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QLatin1String(service), QLatin1String(path), QLatin1String(applicationInterface),
+        isPlain ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
+    call.setArguments(isPlain ? QVariantList{platformData()}
+                              : QVariantList{action, QVariantList(), platformData()});
     return bus.call(call, QDBus::Block, longestAnswerMs).type() == QDBusMessage::ReplyMessage;
 }
 
@@ -47,7 +51,7 @@ namespace shell {
 
 SessionInstance::SessionInstance(QObject *parent) : QObject(parent) {}
 
-SessionInstance::Place SessionInstance::take()
+SessionInstance::Place SessionInstance::take(const QString &action)
 {
     if (!hasSessionBus())
         return Place::Alone;
@@ -58,13 +62,13 @@ SessionInstance::Place SessionInstance::take()
     bus.registerObject(QLatin1String(path), this, QDBusConnection::ExportScriptableSlots);
     if (bus.registerService(QLatin1String(service)))
         return Place::First;
-    return isAnswered(bus) ? Place::Second : Place::Alone;
+    return isAnswered(bus, action) ? Place::Second : Place::Alone;
 }
 
 void SessionInstance::Activate(const QVariantMap &platformData)
 {
     Q_UNUSED(platformData)
-    emit activated();
+    emit activated({});
 }
 
 void SessionInstance::Open(const QStringList &uris, const QVariantMap &platformData)
@@ -76,9 +80,9 @@ void SessionInstance::Open(const QStringList &uris, const QVariantMap &platformD
 void SessionInstance::ActivateAction(const QString &action, const QVariantList &parameter,
                                      const QVariantMap &platformData)
 {
-    Q_UNUSED(action)
     Q_UNUSED(parameter)
-    Activate(platformData);
+    Q_UNUSED(platformData)
+    emit activated(isAction(action) ? action : QString());
 }
 
 } // namespace shell

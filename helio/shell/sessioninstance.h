@@ -8,7 +8,7 @@ namespace shell {
 /// The one assistant of a user's session: a second start shows the window of the first.
 ///
 /// It is an application of the desktop entry standard's section on D-Bus activation, with one
-/// window and neither documents nor actions.
+/// window, the desktop entry's actions and no documents.
 class SessionInstance : public QObject
 {
     Q_OBJECT
@@ -23,9 +23,10 @@ public:
 
     explicit SessionInstance(QObject *parent = nullptr);
 
-    /// Takes the place of the session's assistant, or asks the one that has it. Waits for its
-    /// answer, for some seconds at most.
-    Place take();
+    /// Takes the place of the session's assistant, or asks the one that has it to show its window
+    /// and to start @p action, if that is not empty. Waits for its answer, for some seconds at
+    /// most.
+    Place take(const QString &action);
 
 public slots:
     // The interface has these names.
@@ -37,8 +38,8 @@ public slots:
     // NOLINTEND(readability-identifier-naming)
 
 signals:
-    /// The window should come to the front.
-    void activated();
+    /// The window should come to the front, and start the action if that is not empty.
+    void activated(const QString &action);
 };
 
 } // namespace shell

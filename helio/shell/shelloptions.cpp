@@ -9,6 +9,12 @@ constexpr int highestPort = 65535;
 
 struct Options
 {
+    const QCommandLineOption action{
+        QStringLiteral("action"),
+        QStringLiteral(
+            "Begin with the check-up or with the export of the system report: check-up or "
+            "export-report."),
+        QStringLiteral("ACTION")};
     const QCommandLineOption page{QStringLiteral("page"),
                                   QStringLiteral("Start with this page of the application."),
                                   QStringLiteral("FILE"), QStringLiteral("index.html")};
@@ -38,8 +44,8 @@ struct Options
 void setUp(QCommandLineParser &parser, const Options &options)
 {
     parser.setApplicationDescription(QStringLiteral("Shows the office assistant in a window."));
-    parser.addOptions({options.page, options.theme, options.language, options.screenshot,
-                       options.debugPort, options.help, options.version});
+    parser.addOptions({options.action, options.page, options.theme, options.language,
+                       options.screenshot, options.debugPort, options.help, options.version});
 }
 
 /// Returns what is wrong with the options; empty if nothing is.
@@ -48,6 +54,9 @@ QString readOptions(const QCommandLineParser &parser, const Options &options,
 {
     if (!parser.positionalArguments().isEmpty())
         return QStringLiteral("unexpected argument: ") + parser.positionalArguments().first();
+    read.action = parser.value(options.action);
+    if (parser.isSet(options.action) && !shell::isAction(read.action))
+        return QStringLiteral("--action must be check-up or export-report");
     read.page = parser.value(options.page);
     if (read.page.isEmpty())
         return QStringLiteral("--page needs a file name");
@@ -87,6 +96,11 @@ shell::ShellOptions shell::parseShellOptions(const QStringList &arguments)
     else
         read.fault = readOptions(parser, options, read);
     return read;
+}
+
+bool shell::isAction(const QString &name)
+{
+    return name == QLatin1String("check-up") || name == QLatin1String("export-report");
 }
 
 QString shell::shellHelp()

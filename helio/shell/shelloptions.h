@@ -17,6 +17,8 @@ struct ShellOptions
     /// What is wrong with the arguments; empty if nothing is. Nothing else counts then.
     QString fault;
     Mode mode = ShowWindow;
+    /// What the main page starts: one of the desktop entry's actions; empty for nothing.
+    QString action;
     /// The start page: the name of a file in the page directory.
     QString page = QStringLiteral("index.html");
     /// "light" or "dark"; empty for the desktop's theme.
@@ -31,6 +33,9 @@ struct ShellOptions
 
 /// Parses the program's arguments, the first of which is its name.
 ShellOptions parseShellOptions(const QStringList &arguments);
+
+/// Whether the main page knows that action.
+bool isAction(const QString &name);
 
 /// The text of --help. Needs the application object, which knows the program's name.
 QString shellHelp();

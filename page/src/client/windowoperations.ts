@@ -3,6 +3,8 @@ import type { Caller } from './caller';
 import { flag, members, text } from './decode';
 
 interface WindowState {
+    /** What the user asked for from outside; empty if nothing or if it has been taken. */
+    action: string;
     /** The page that is shown beside the main page; empty if none is. */
     view: string;
     maximised: boolean;
@@ -16,8 +18,8 @@ interface SidebarWidths {
 }
 
 function windowState(result: unknown): WindowState {
-    const { view, maximised } = members(result);
-    return { view: text(view), maximised: flag(maximised) };
+    const { action, view, maximised } = members(result);
+    return { action: text(action), view: text(view), maximised: flag(maximised) };
 }
 
 export function windowOperations(caller: Caller) {
@@ -27,6 +29,8 @@ export function windowOperations(caller: Caller) {
             return caller.offers('window.sidebar');
         },
         state: () => caller.operate('window.state', windowState),
+        /** The state from before the action was taken. */
+        takeAction: () => caller.operate('window.action', windowState),
         toggleMaximised: () => caller.operate('window.maximise', windowState),
         /** Closes the view of that type; its own page need not answer. `next`: for another one. */
         leave: (type: string, next: boolean) =>

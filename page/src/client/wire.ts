@@ -124,6 +124,7 @@ export const suiteOperationNames = [
 ] as const;
 
 export const windowOperationNames = [
+    'window.action',
     'window.leave',
     'window.maximise',
     'window.sidebar',

@@ -42,13 +42,13 @@ export function viewTests() {
     });
 
     /** Starts the application; gives its home page. */
-    shared.home = async ({ env = {} } = {}) => {
+    shared.home = async ({ args = [], env = {} } = {}) => {
         // The scripts use /home/$USER as the home directory and ignore HOME.
         const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(
             shared.suite,
             shared.display,
-            ['--language', 'en'],
+            ['--language', 'en', ...args],
             { env: { USER: user, ...env } },
         );
         return shared.program.page('index.html', { Kind: ViewPage });

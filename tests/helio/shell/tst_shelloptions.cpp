@@ -32,17 +32,19 @@ void ShellOptionsTest::withoutOptionsTheDesktopDecides()
     QCOMPARE(options.fault, QString());
     QCOMPARE(options.mode, ShellOptions::ShowWindow);
     QCOMPARE(options.page, QStringLiteral("index.html"));
-    QCOMPARE(options.theme + options.language + options.screenshot, QString());
+    QCOMPARE(options.action + options.theme + options.language + options.screenshot, QString());
     QCOMPARE(options.debugPort, 0);
 }
 
 void ShellOptionsTest::everyOptionIsRead()
 {
-    const auto options = parse({QStringLiteral("--page"), QStringLiteral("crash.html"),
-                                QStringLiteral("--theme=dark"), QStringLiteral("--language=zh_CN"),
-                                QStringLiteral("--screenshot"), QStringLiteral("/tmp/a.png"),
-                                QStringLiteral("--debug-port"), QStringLiteral("65535")});
+    const auto options = parse({QStringLiteral("--action=check-up"), QStringLiteral("--page"),
+                                QStringLiteral("crash.html"), QStringLiteral("--theme=dark"),
+                                QStringLiteral("--language=zh_CN"), QStringLiteral("--screenshot"),
+                                QStringLiteral("/tmp/a.png"), QStringLiteral("--debug-port"),
+                                QStringLiteral("65535")});
     QCOMPARE(options.fault, QString());
+    QCOMPARE(options.action, QStringLiteral("check-up"));
     QCOMPARE(options.page, QStringLiteral("crash.html"));
     QCOMPARE(options.theme, QStringLiteral("dark"));
     QCOMPARE(options.language, QStringLiteral("zh_CN"));
@@ -55,8 +57,8 @@ void ShellOptionsTest::everyOptionIsRead()
 void ShellOptionsTest::helpNamesEveryOption()
 {
     const QString help = shell::shellHelp();
-    for (const char *name :
-         {"--page", "--theme", "--language", "--screenshot", "--debug-port", "--help", "--version"})
+    for (const char *name : {"--action", "--page", "--theme", "--language", "--screenshot",
+                             "--debug-port", "--help", "--version"})
         QVERIFY2(help.contains(QLatin1String(name)), name);
 }
 
@@ -65,6 +67,8 @@ void ShellOptionsTest::wrongUsageIsRefused_data()
     QTest::addColumn<QStringList>("words");
     QTest::newRow("unknown") << QStringList{QStringLiteral("--nothing")};
     QTest::newRow("argument") << QStringList{QStringLiteral("index.html")};
+    QTest::newRow("action") << QStringList{QStringLiteral("--action=report")};
+    QTest::newRow("no action") << QStringList{QStringLiteral("--action=")};
     QTest::newRow("no page") << QStringList{QStringLiteral("--page=")};
     QTest::newRow("theme") << QStringList{QStringLiteral("--theme=blue")};
     QTest::newRow("language") << QStringList{QStringLiteral("--language=C")};

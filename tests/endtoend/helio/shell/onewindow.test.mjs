@@ -1,29 +1,18 @@
-import path from 'node:path';
-import { end, start, waitFor } from 'browser-driver';
 import { afterAll, beforeAll, expect, test } from 'vitest';
 
+import { SessionBus } from './sessionbus.mjs';
 import { windowTests } from './windowtest.mjs';
 
 const shared = windowTests();
 let bus;
-let env;
 
 beforeAll(async () => {
-    env = { DBUS_SESSION_BUS_ADDRESS: `unix:path=${path.join(shared.suite.directory, 'bus')}` };
-    const words = ['--session', '--nofork', '--print-address', '--address'];
-    bus = start('dbus-daemon', [...words, env.DBUS_SESSION_BUS_ADDRESS], {
-        stdio: ['ignore', 'pipe', 'ignore'],
-    });
-    let address = '';
-    bus.stdout.on('data', (text) => {
-        address += text;
-    });
-    await waitFor(() => address.includes('\n'), { what: 'the session bus' });
+    bus = await SessionBus.start(shared.suite);
 });
 
-afterAll(() => end(bus));
+afterAll(() => bus?.stop());
 
-const startForUser = (args = []) => shared.start(args, { debug: false, env });
+const startForUser = (args = []) => shared.start(args, { debug: false, env: bus.env });
 
 test('a second start shows the window of the first, minimised or behind another', async () => {
     const first = await startForUser();
@@ -51,6 +40,6 @@ test('the place is free again when the first has ended', async () => {
 test('a start with the developer tools has a window of its own', async () => {
     await startForUser();
     await shared.display.windowCount(1);
-    await shared.start([], { env });
+    await shared.start([], { env: bus.env });
     await shared.display.windowCount(2);
 });
