@@ -25,6 +25,11 @@ function(suite_place target directory rpath component)
         RUNTIME_OUTPUT_DIRECTORY ${directory}
         INSTALL_RPATH "${rpath}"
         BUILD_WITH_INSTALL_RPATH ON)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL EXECUTABLE)
+        # The suite has libraries of the same names, and users who set LD_LIBRARY_PATH to its directory.
+        target_link_options(${target} PRIVATE LINKER:--disable-new-dtags)
+    endif()
     suite_destination(destination ${directory})
     install(TARGETS ${target} DESTINATION ${destination} COMPONENT ${component})
     add_dependencies(suite ${target})

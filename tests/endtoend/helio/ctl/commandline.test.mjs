@@ -219,3 +219,11 @@ test('an unusable home is no reason to fail', async () => {
     );
     expect(end).toMatchObject({ status: 0, answer: { result: { page: '' } } });
 });
+
+test('a library of the same name in LD_LIBRARY_PATH is not taken', async () => {
+    await root.writeFile('/home/user/libs/libhelio.so', 'no library');
+    const end = await root.run(['/suite/office/assistantctl', '--commands'], {
+        env: { LD_LIBRARY_PATH: '/home/user/libs' },
+    });
+    expect(end).toMatchObject({ status: 0, stderr: '' });
+});
