@@ -4,7 +4,7 @@ import path from 'node:path';
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { commands } from '../helio/ctl/commandtable.mjs';
-import { suiteDirectory } from '../paths.mjs';
+import { repository, suiteDirectory } from '../paths.mjs';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { canInstall } from './installedtree.mjs';
 
@@ -27,22 +27,41 @@ function wordsOf(text, pattern) {
     return [...new Set(text.match(pattern))].sort();
 }
 
-async function longOptions(words) {
-    const { stdout } = await root.run([program, ...words, '--help']);
+async function longOptions(words, of = program) {
+    const { stdout } = await root.run([of, ...words, '--help']);
     return wordsOf(stdout, /(?<=^ {2}(?:-\w, )?)--[a-z-]+/gm);
 }
 
-describe.runIf(canInstall)('completions', () => {
+/** The options of assistantctl and of its words. */
+async function allOptions() {
+    const words = [[], ['doctor'], ['why'], ['why', 'open'], ['compare'], ['suite']];
+    const helps = await Promise.all(words.map((some) => longOptions(some)));
+    return [...new Set(helps.flat())].sort();
+}
+
+describe.runIf(canInstall)('man pages and completions', () => {
+    test.each(['', 'zh_CN/'])(
+        'the man pages in %sman1 have every option, and no others',
+        async (language) => {
+            const manual = (name) =>
+                fs
+                    .readFileSync(path.join(repository, `packaging/${language}${name}.1`), 'utf8')
+                    .replaceAll('\\-', '-');
+            const options = (name) => wordsOf(manual(name), /--[a-z][a-z-]*/g);
+            expect(options('assistantctl')).toEqual(await allOptions());
+            expect(options('helio-shell')).toEqual(
+                await longOptions([], '/suite/office/helio-shell'),
+            );
+        },
+    );
+
     test.each(files)('%s has every option and command, and no others', async (file) => {
         const text = fs.readFileSync(path.join(completions, file), 'utf8');
-        const helps = await Promise.all(
-            [[], ['doctor'], ['why'], ['why', 'open'], ['compare'], ['suite']].map(longOptions),
-        );
-        const wanted = helps.flat();
+        const wanted = await allOptions();
         const options = file.endsWith('.fish')
             ? wordsOf(text, /(?<=^complete .* -l )[a-z-]+/gm).map((name) => `--${name}`)
             : wordsOf(text, /(?<![\w-])--[a-z][a-z-]*/g);
-        expect(options).toEqual([...new Set(wanted)].sort());
+        expect(options).toEqual(wanted);
         const line = text.split('\n').find((one) => one.includes(commands[0]));
         const words = line.match(/\w+/g);
         const places = commands.map((command) => words.indexOf(command)).sort((a, b) => a - b);
