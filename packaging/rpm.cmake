@@ -14,10 +14,8 @@ set(CPACK_RPM_PACKAGE_GROUP Applications/Productivity)
 set(CPACK_RPM_SPEC_MORE_DEFINE "%define _build_id_links none")
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
     /usr/share/applications /usr/share/bash-completion /usr/share/bash-completion/completions
-    /usr/share/dbus-1 /usr/share/dbus-1/services /usr/share/fish /usr/share/fish/vendor_completions.d
-    /usr/share/man /usr/share/man/man1 /usr/share/man/man7 /usr/share/man/zh_CN
-    /usr/share/man/zh_CN/man1 /usr/share/man/zh_CN/man7 /usr/share/metainfo /usr/share/zsh
-    /usr/share/zsh/site-functions /usr/share/zsh/vendor-completions)
+    /usr/share/dbus-1 /usr/share/dbus-1/services /usr/share/man /usr/share/man/man1
+    /usr/share/man/man7 /usr/share/man/zh_CN /usr/share/man/zh_CN/man1)
 
 # rpm_package(NAME REQUIRES SUMMARY COMPONENT...): what it needs besides the libraries that rpm finds.
 set(CPACK_COMPONENTS_ALL)
