@@ -1,6 +1,6 @@
 /** The window, in a shell that shows a view beside the main page and not in a second window. */
 import type { Caller } from './caller';
-import { flag, members, text } from './decode';
+import { flag, members, optional, text } from './decode';
 
 interface WindowState {
     /** What the user asked for from outside; empty if nothing or if it has been taken. */
@@ -19,7 +19,7 @@ interface SidebarWidths {
 
 function windowState(result: unknown): WindowState {
     const { action, view, maximised } = members(result);
-    return { action: text(action), view: text(view), maximised: flag(maximised) };
+    return { action: optional(action, text, ''), view: text(view), maximised: flag(maximised) };
 }
 
 export function windowOperations(caller: Caller) {

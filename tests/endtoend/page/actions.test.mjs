@@ -82,9 +82,7 @@ test('a new window begins with the check-up', async () => {
     const home = await shared.home({ args: wordsOf('check-up') });
     await home.shows(pageTexts.home.checkup.stop, patience);
     await waitFor(() => count.asked, { what: 'the check', ...patience });
-    expect(await home.call('window.state', {})).toMatchObject({
-        result: { action: '' },
-    });
+    expect(await home.call('window.state', {})).toMatchObject({ result: { action: '' } });
 });
 
 test('a new window begins with the export; a running one does what it is asked for', async () => {
