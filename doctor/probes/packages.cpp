@@ -1,4 +1,4 @@
-#include <QFile>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -23,17 +23,18 @@ QByteArray field(const QByteArray &line, const char *name)
                                  : QByteArray();
 }
 
-/// Read only where rpm keeps its packages; dpkg's are read from its file.
+/// Read only where rpm keeps packages; dpkg's are read from its file. Where rpm is a tool among
+/// others it keeps none, and would make a database in the home directory.
 std::optional<InstalledPackage> rpmPackage(const QString &name, const Looking &looking)
 {
     if (name.startsWith(QLatin1Char('-')) || !looking.machine.root.isEmpty() ||
-        !QFile::exists(QLatin1String(rpmDatabase)))
+        QDir(QLatin1String(rpmDatabase)).isEmpty())
         return std::nullopt;
-    const ProgramOutput output =
-        runSystemProgram(QStringLiteral("rpm"),
-                         {QStringLiteral("-q"), QStringLiteral("--qf"),
-                          QStringLiteral("=%{VERSION}-%{RELEASE}\\n"), name},
-                         looking.deadline);
+    const ProgramOutput output = runSystemProgram(
+        QStringLiteral("rpm"),
+        {QStringLiteral("-q"), QStringLiteral("--dbpath"), QLatin1String(rpmDatabase),
+         QStringLiteral("--qf"), QStringLiteral("=%{VERSION}-%{RELEASE}\\n"), name},
+        looking.deadline);
     const QByteArray line = output.output.value_or(QByteArray()).split('\n').value(0);
     if (!line.startsWith('='))
         return std::nullopt;
