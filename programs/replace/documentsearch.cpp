@@ -118,7 +118,8 @@ SearchedDocument searchedDocument(const QString &path, const Search &search)
     else if (file.size() > largestDocument)
         document.problem = texts::tr("it is too big");
     else if (file.peek(4) != QByteArray(archiveBegin, 4))
-        document.problem = texts::tr("it is neither an OpenDocument nor an Office Open XML document");
+        document.problem =
+            texts::tr("it is neither an OpenDocument nor an Office Open XML document");
     if (document.problem.isEmpty())
         document.problem = searchArchive(document, file.read(largestDocument), search);
     if (!document.problem.isEmpty())

@@ -42,7 +42,7 @@ export type {
 export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
-export type { Comparison, Difference } from './reports';
+export type { Difference } from './reports';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { Extension, Installation, SuiteState } from './suite';

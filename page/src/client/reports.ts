@@ -4,7 +4,7 @@ import { list, members, number, optional, text, textList, word } from './decode'
 
 const weights = ['high', 'medium', 'low'] as const;
 
-export interface ComparedReport {
+interface ComparedReport {
     host: string;
     user: string;
     made: Date;
@@ -23,7 +23,7 @@ export interface Difference {
     deviating: number[];
 }
 
-export interface Comparison {
+interface Comparison {
     /** Why a report cannot be read, one for each that was sent; empty for those that can. */
     problems: string[];
     /** Empty if one cannot be read. */

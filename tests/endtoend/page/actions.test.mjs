@@ -56,10 +56,11 @@ async function countedCheck() {
     });
     server.listen(0, '127.0.0.1');
     await once(server, 'listening');
+    const { port } = /** @type {net.AddressInfo} */ (server.address());
     const check = {
         id: 'own.server',
         title: 'The server answers',
-        look: { port: server.address().port, reachable: false },
+        look: { port, reachable: false },
         finding: { text: 'It does not.' },
     };
     shared.writeInHome('.config/office-assistant/checks.d/own.json', JSON.stringify(check));
