@@ -102,6 +102,8 @@ describe('the client', () => {
                     'fontSubstitutes',
                     'hasHost',
                     'listen',
+                    'reports',
+                    'suite',
                     'task',
                     'why',
                     'window',

@@ -47,7 +47,7 @@ export const scenes = [
         page,
         answers: { ...answers, vyrenvcheck: { refused: 'closing' } },
         act: start,
-        shows: 'The check could not be started',
+        shows: 'The check gave no result',
     },
     {
         name: 'environmentcheck-unanswered',

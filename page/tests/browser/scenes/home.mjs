@@ -199,7 +199,7 @@ export const scenes = [
         page,
         answers: well,
         act: (view) => view.locator('.report-actions .primary').click(),
-        shows: 'The report was saved and opened.',
+        shows: 'The report should now be where you saved it.',
     },
     { name: 'home-without-host', page, withoutHost: true, shows: 'ordinary browser' },
     {

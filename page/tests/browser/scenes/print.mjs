@@ -60,7 +60,7 @@ export const scenes = [
         answers: { openprinterrorfile: { late: true, ...printed } },
         act: choose,
         shows: 'Choose a document in the file dialog',
-        later: 'The document was printed to a PDF',
+        later: 'The suite was asked to print the document',
     },
     {
         name: 'print-never',

@@ -113,7 +113,7 @@ export const scenes = [
         answers: { ...answers, exportsysinfo: { late: true, result: 'success' } },
         act: exportReport,
         shows: 'Collecting the report',
-        later: 'The report was saved and opened.',
+        later: 'The report should now be where you saved it.',
     },
     {
         name: 'sysinfo-read-again',
