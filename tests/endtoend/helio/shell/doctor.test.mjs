@@ -55,11 +55,13 @@ test('a page learns which operations its shell has', async () => {
     ].map((name) => `doctor.${name}`);
     const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
     const suite = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
-    const window = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
+    const window = ['action', 'leave', 'maximise', 'sidebar', 'state'].map(
+        (name) => `window.${name}`,
+    );
     const tasks = [
         ...['cancel', 'findings', 'printed'],
         ...['report', 'archive', 'check', 'print', 'fonts', 'substitutes'],
-        ...['server', 'system', 'shortcuts', 'updater'],
+        ...['server', 'system', 'shortcuts', 'compare', 'updater'],
     ].map((name) => `task.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,

@@ -88,14 +88,14 @@ test('the pages learn which view is shown, and the main page how wide it will be
     await main.evaluate(`window.states = [];
         addEventListener('heliowindow', ({ detail }) => states.push(detail))`);
     const { result } = await main.call('window.sidebar', { width: 300, narrow: 90 });
-    expect(result).toEqual({ view: 'child.html', maximised: false, last: '' });
+    expect(result).toEqual({ action: '', view: 'child.html', maximised: false, last: '' });
     // The window is less than four times as wide.
     await width(main, 90);
     await main.call('window.sidebar', { width: 250, narrow: 90 });
     await width(main, 250);
     await child.call('closechildwindow', { type: '' });
     await main.until('states.length === 1');
-    expect(await main.evaluate('states')).toEqual([{ view: '', maximised: false }]);
+    expect(await main.evaluate('states')).toEqual([{ action: '', view: '', maximised: false }]);
 });
 
 test('the window is maximised and restored by its pages', async () => {
