@@ -1,4 +1,5 @@
 import { execFileSync } from 'node:child_process';
+import fs from 'node:fs';
 import { fileURLToPath } from 'node:url';
 
 import { afterEach, beforeEach, expect, test } from 'vitest';
@@ -98,4 +99,14 @@ test('a file that cannot be read is named', async () => {
         expect(stderr).toContain(`assistantctl compare: /home/user/${name}: `);
     }
     expect((await assistantctl('compare', '/home/user/good.json')).status).toBe(2);
+});
+
+test('the commands of the documentation compare as it says', async () => {
+    const guide = fs.readFileSync(new URL('fleet.md', docs), 'utf8');
+    const [, block] = guide.match(/^```sh\n(.*?)^```$/ms);
+    await root.fake('assistantctl', '#!/bin/bash\nexec /suite/office/assistantctl "$@"\n');
+    const { status, stdout } = await root.run(['bash', '-ec', `cd /home/user\n${block}`]);
+    expect(status).toBe(0);
+    const compared = 'A: sandbox, user user\nB: sandbox, user user\nNothing differs.\n';
+    expect(stdout.replace(/, made .*/g, '')).toBe(compared.repeat(2));
 });
