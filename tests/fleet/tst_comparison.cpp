@@ -43,6 +43,7 @@ private slots:
     void plantedDifferencesAreFoundAmongPassingOnes()
     {
         int causesInFront = 0;
+        int falseRows = 0;
         for (unsigned number = 0; number < pairs; ++number) {
             GeneratedMachines machines(number, 2);
             machines.plant(1);
@@ -54,10 +55,13 @@ private slots:
             const QString label =
                 QStringLiteral("pair %1: %2").arg(number).arg(found.join(QLatin1Char(' ')));
             QVERIFY2(seen.contains(machines.planted), qPrintable(label));
-            QVERIFY2(seen.size() <= machines.planted.size() + 2, qPrintable(label));
+            falseRows += seen.size() - machines.planted.size();
+            QVERIFY2(falseRows <= 2, qPrintable(label));
             if (found.mid(0, 3).contains(machines.cause))
                 ++causesInFront;
         }
+        qInfo("%d pairs: %d false rows, the cause in the first three rows of %d", pairs, falseRows,
+              causesInFront);
         QVERIFY2(causesInFront * 100 >= pairs * 95, qPrintable(QString::number(causesInFront)));
     }
 

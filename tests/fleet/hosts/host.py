@@ -29,6 +29,20 @@ PidFile none
 Subsystem sftp internal-sftp
 '''
 
+# What a session runs, by its kind of bus. The broker is the real one with the real launcher, which
+# systemd would start in this way; it cannot start services here.
+BODIES = {
+    'dbus-daemon': 'dbus-run-session -- sleep infinity',
+    'dbus-broker': """bash -c '
+        bus=$XDG_RUNTIME_DIR/bus
+        until [ -S /run/systemd/journal/socket ]; do sleep 0.1; done
+        systemd-socket-activate -E XDG_RUNTIME_DIR -l "$bus" dbus-broker-launch --scope user &
+        export DBUS_SESSION_BUS_ADDRESS=unix:path=$bus
+        until busctl --user list > /dev/null; do sleep 0.1; done
+        exec sleep infinity
+    '""",
+}
+
 
 def session(number, user, kind='x11', **others):
     """A session as logind knows it."""
@@ -104,17 +118,18 @@ class Host:
             os.chown(upper.joinpath(*parts[:depth]), uid, uid)
 
     def _start_of(self, one):
-        """A real message bus with the environment that a desktop sets."""
+        """A real message bus, and a process with the environment that a desktop sets."""
         if one['type'] == 'tty':
             return ''
         display = 'WAYLAND_DISPLAY=wayland-0' if one['type'] == 'wayland' else 'DISPLAY=:0'
+        words = dict(one, display=display, body=BODIES[one.get('bus', 'dbus-daemon')])
         return ('mkdir -p /run/user/%(uid)s && chown %(uid)s:%(uid)s /run/user/%(uid)s && '
                 'chmod 700 /run/user/%(uid)s\n'
                 'setpriv --reuid %(uid)s --regid %(uid)s --clear-groups env -i '
                 'PATH=/usr/bin:/bin HOME=/home/%(user)s USER=%(user)s LOGNAME=%(user)s '
                 'LANG=C.UTF-8 XDG_SESSION_ID=%(id)s XDG_SESSION_TYPE=%(type)s '
                 'XDG_RUNTIME_DIR=/run/user/%(uid)s XDG_CURRENT_DESKTOP=X-Test %(display)s '
-                'dbus-run-session -- sleep infinity &\n' % dict(one, display=display))
+                '%(body)s &\n' % words)
 
     def start(self):
         """Starts the host; wait_until_up() says when it answers."""
@@ -137,22 +152,28 @@ class Host:
     def wait_until_up(self):
         end = time.monotonic() + PATIENCE
         while time.monotonic() < end:
-            first = self.first_process()
-            if first and self._answers(first):
+            if self.first_process() and self._answers():
                 return
             time.sleep(0.1)
         raise TimeoutError('%s: %s' % (self.name, (self.directory / 'log').read_text()))
 
-    def _answers(self, first):
+    def _enter(self):
+        return ['nsenter', '-t', str(self.first_process()), '--mount', '--net', '--pid', 'chroot',
+                str(self.directory / 'root')]
+
+    def inside(self, *command):
+        """What a program prints that root runs in the host."""
+        return subprocess.run(self._enter() + list(command), check=True, stdout=subprocess.PIPE,
+                              timeout=PATIENCE).stdout.decode()
+
+    def _answers(self):
         """Whether ssh listens, logind has its name and every session has its bus."""
-        root = self.directory / 'root'
-        enter = ['nsenter', '-t', str(first), '--mount', '--net', '--pid', 'chroot', str(root)]
         asked = ('busctl --system --timeout=2 call org.freedesktop.login1 /org/freedesktop/login1 '
                  'org.freedesktop.login1.Manager ListSessions && '
                  'busybox nc -w 2 127.0.0.1 22 < /dev/null | grep -q SSH && '
                  '[ "$(pgrep -c -f "^sleep infinity")" = %d ]'
                  % len([one for one in self.sessions if one['type'] != 'tty']))
-        return subprocess.run(enter + ['bash', '-c', asked], stdout=subprocess.DEVNULL,
+        return subprocess.run(self._enter() + ['bash', '-c', asked], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL).returncode == 0
 
     def read(self, path):

@@ -1,9 +1,12 @@
 """A logind for hosts that have no systemd: sessions as a JSON file says them.
 
-A session is {"id", "uid", "user", "type", "class", "locked"}.
+A session is {"id", "uid", "user", "type", "class", "locked"}. It takes the place of the journal,
+too: dbus-broker does not start where nobody reads what it logs.
 """
 
 import json
+import os
+import socket
 import sys
 
 import dbus
@@ -12,6 +15,7 @@ import dbus.service
 from gi.repository import GLib
 
 NAME = 'org.freedesktop.login1'
+JOURNAL = '/run/systemd/journal/socket'
 
 
 class Session(dbus.service.Object):
@@ -42,7 +46,17 @@ class Manager(dbus.service.Object):
                  'seat0', dbus.ObjectPath(one.path)) for one in self.sessions]
 
 
+def read_journal():
+    """Reads what is logged, and forgets it."""
+    os.makedirs(os.path.dirname(JOURNAL))
+    journal = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+    journal.bind(JOURNAL)
+    os.chmod(JOURNAL, 0o666)
+    GLib.io_add_watch(journal, GLib.IO_IN, lambda *_: bool(journal.recv(65536)) or True)
+
+
 def main():
+    read_journal()
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
     bus = dbus.SystemBus()
     with open(sys.argv[1]) as stream:

@@ -16,14 +16,15 @@ import sys
 from ansible.errors import AnsibleFilterError
 
 STATES = {'bad': 0, 'warning': 1, 'note': 2}
-CLASSES = ('unreachable', 'failed', 'timed_out', 'refused', 'no_environment', 'check_failed',
-           'finding', 'locked', 'not_installed', 'no_session', 'ok')
+CLASSES = ('unreachable', 'failed', 'timed_out', 'other_version', 'refused', 'no_environment',
+           'check_failed', 'finding', 'locked', 'not_installed', 'no_session', 'ok')
 RANKS = dict((name, rank) for rank, name in enumerate(CLASSES))
 COLUMNS = ('host', 'user', 'class', 'state', 'check', 'text')
 Row = collections.namedtuple('Row', ('host', 'user', 'named', 'state', 'check', 'text'))
 LONGEST_TEXT = 2000
 MOST_FINDINGS = 10000
 PORTION = 1000
+FORMULAS = ('=', '+', '-', '@', '\uff1d', '\uff0b', '\uff0d', '\uff20')
 
 
 def _text(value):
@@ -60,11 +61,17 @@ def _state(finding):
 def _rows_of_session(host, session):
     named = _class(session)
     user = _text(session.get('user'))
-    rows = [_row(host, user, named, _state(finding), finding.get('check'), finding.get('text'))
+    # A finding is the same whatever else is wrong on the host, or it would not be grouped.
+    rows = [_row(host, user, 'finding', _state(finding), finding.get('check'), finding.get('text'))
             for finding in _dicts(session.get('findings'))[:MOST_FINDINGS]]
-    rows += [_row(host, user, named, '', failed.get('check'), failed.get('reason'))
+    rows += [_row(host, user, 'check_failed', '', failed.get('check'), failed.get('reason'))
              for failed in _dicts(session.get('failed'))[:MOST_FINDINGS]]
-    return rows or [_row(host, user, named, text=session.get('text'))]
+    rows += [_row(host, user, named, '', repair.get('check'), repair.get('reason'))
+             for repair in _dicts(session.get('repairs'))[:MOST_FINDINGS]
+             if repair.get('result') in ('refused', 'failed', 'conflict')]
+    if session.get('text') or named not in [row.named for row in rows]:
+        rows.append(_row(host, user, named, text=session.get('text')))
+    return rows
 
 
 def rows_of(host, result):
@@ -96,21 +103,37 @@ def grouped(rows):
 
 
 def _cell(text):
-    """Programs that open CSV take these beginnings for a formula."""
-    return "'" + text if text[:1] in ('=', '+', '-', '@') else text
+    """Programs that open CSV take these beginnings for a formula, some in their wide form too."""
+    return "'" + text if text.lstrip()[:1] in FORMULAS else text
 
 
-def as_csv(rows):
+def _portions(rows):
+    """Some rows at a time, which are forgotten then: with their text they take twice the memory."""
+    while rows:
+        yield rows[:PORTION]
+        del rows[:PORTION]
+
+
+def _csv_of(rows):
     stream = io.StringIO()
-    writer = csv.writer(stream, lineterminator='\n')
-    writer.writerow(COLUMNS)
-    writer.writerows(map(_cell, row) for row in rows)
+    csv.writer(stream, lineterminator='\n').writerows(map(_cell, row) for row in rows)
     return stream.getvalue()
 
 
-def as_json(rows):
-    return json.dumps({'groups': grouped(rows), 'rows': [dict(zip(COLUMNS, row)) for row in rows]},
-                      ensure_ascii=False)
+def csv_parts(rows, _count):
+    yield _csv_of([COLUMNS])
+    for portion in _portions(rows):
+        yield _csv_of(portion)
+
+
+def json_parts(rows, _count):
+    yield '{"groups": %s, "rows": [' % json.dumps(grouped(rows), ensure_ascii=False)
+    comma = ''
+    for portion in _portions(rows):
+        for row in portion:
+            yield comma + json.dumps(dict(zip(COLUMNS, row)), ensure_ascii=False)
+            comma = ', '
+    yield ']}'
 
 
 PAGE_START = '''<!DOCTYPE html>
@@ -165,33 +188,35 @@ def _html_rows(rows):
                    for row in rows)
 
 
-def as_html(rows, count):
-    parts = [PAGE_START % count]
-    parts += [_group_row(group, count) for group in grouped(rows)]
-    parts.append(PAGE_ROWS)
-    # In portions, which take the place of their rows: both at once would double the memory.
-    while rows:
-        parts.append(_html_rows(rows[:PORTION]))
-        del rows[:PORTION]
-    parts.append(PAGE_END)
-    return ''.join(parts)
+def html_parts(rows, count):
+    yield PAGE_START % count
+    for group in grouped(rows):
+        yield _group_row(group, count)
+    yield PAGE_ROWS
+    for portion in _portions(rows):
+        yield _html_rows(portion)
+    yield PAGE_END
 
 
-FORMS = {'csv': lambda rows, count: as_csv(rows), 'json': lambda rows, count: as_json(rows),
-         'html': as_html}
+FORMS = {'csv': csv_parts, 'json': json_parts, 'html': html_parts}
 
 
-def doctor_table(variables, hosts, form='csv', register='doctor'):
+def table_parts(results, hosts, form):
+    """The table's text in parts; results has what each of the hosts answered."""
     if form not in FORMS:
         raise AnsibleFilterError('doctor_table: form must be csv, json or html, not %s' % form)
     rows = []
     for host in hosts:
-        known = variables[host] if host in variables else {}
-        rows += rows_of(host, known.get(register))
+        rows += rows_of(host, results[host] if host in results else None)
     # In two steps, whose keys take no memory of their own.
     rows.sort(key=operator.attrgetter('check'))
     rows.sort(key=_rank)
     return FORMS[form](rows, len(hosts))
+
+
+def doctor_table(variables, hosts, form='csv', register='doctor'):
+    results = dict((host, variables[host].get(register)) for host in hosts if host in variables)
+    return ''.join(table_parts(results, hosts, form))
 
 
 class FilterModule(object):

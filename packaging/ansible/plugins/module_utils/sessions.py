@@ -16,8 +16,15 @@ import time
 GRAPHICAL = ('x11', 'wayland', 'mir')
 LOGIND = 'org.freedesktop.login1'
 MANAGER = '/org/freedesktop/login1'
-MOST_OUTPUT = 64 * 1024 * 1024
+MOST_OUTPUT = 8 * 1024 * 1024
+LONGEST_TEXT = 2000
+MOST_PARTS = 200
+DEEPEST = 4
 BUS_LIMIT = 10
+VERSION_LIMIT = 10
+# The collection's own; galaxy.yml says the same.
+VERSION = '0.1.0'
+NOT_STARTED = (KeyError, OSError, subprocess.SubprocessError)
 PROGRAMS = ('/usr/bin/assistantctl', '/usr/local/bin/assistantctl')
 
 
@@ -131,13 +138,17 @@ def program(wanted):
 
 
 class Run(object):
-    """What a program said, or that it was ended."""
+    """What a program said, or that it was ended by a limit of "time" or "size"."""
 
-    def __init__(self, status, lines, errors, ended):
+    def __init__(self, status, output, errors, ended):
         self.status = status
-        self.lines = lines
+        self.output = output.decode('utf-8', 'replace')
         self.errors = errors
         self.ended = ended
+        self.lines, self.spoilt = _objects(self.output)
+
+    def of_type(self, *kinds):
+        return [line for line in self.lines if line.get('type') in kinds]
 
 
 def _become(session, account):
@@ -169,17 +180,38 @@ def _read(started, limit):
     return pipes, ''
 
 
+def bounded(value, text=LONGEST_TEXT, parts=MOST_PARTS, depth=DEEPEST):
+    """The value with long texts, long lists and deep parts cut: one host must not fill the
+    controller's memory."""
+    if isinstance(value, str):
+        return value[:text]
+    if isinstance(value, float) and value - value != 0:
+        # Infinite, or not a number.
+        return None
+    if not isinstance(value, (dict, list)):
+        return value
+    if depth == 0:
+        return None
+    if isinstance(value, list):
+        return [bounded(one, text, parts, depth - 1) for one in value[:parts]]
+    return dict((name[:text], bounded(value[name], text, parts, depth - 1))
+                for name in list(value)[:parts])
+
+
 def _objects(output):
-    """The JSON objects of the lines, without what is none."""
+    """The JSON objects of the lines, and how many lines are something else."""
     objects = []
-    for line in output.decode('utf-8', 'replace').split('\n'):
+    spoilt = 0
+    for line in output.split('\n'):
         try:
-            parsed = json.loads(line)
-        except ValueError:
-            continue
+            parsed = json.loads(line) if line else None
+        except (ValueError, RecursionError):
+            parsed = ''
         if isinstance(parsed, dict):
             objects.append(parsed)
-    return objects
+        elif line:
+            spoilt += 1
+    return objects, spoilt
 
 
 def run_in(session, words, limit):
@@ -199,5 +231,29 @@ def run_in(session, words, limit):
         except OSError:
             pass
         status = started.wait()
-    errors = bytes(pipes[started.stderr]).decode('utf-8', 'replace')[:2000]
-    return Run(status, _objects(bytes(pipes[started.stdout])), errors, ended)
+        started.stdout.close()
+        started.stderr.close()
+    errors = bytes(pipes[started.stderr][:LONGEST_TEXT]).decode('utf-8', 'replace').strip()
+    # What is cut off by the limit of size is not worth reading.
+    output = b'' if ended == 'size' else bytes(pipes[started.stdout])
+    return Run(status, output, errors, ended)
+
+
+def _version_of(session, path):
+    """What the program says of itself, such as "0.1.0"; empty if it does not."""
+    run = run_in(session, [path, '--version'], VERSION_LIMIT)
+    words = run.output[:LONGEST_TEXT].split()
+    return words[-1] if run.status == 0 and words else ''
+
+
+def why_not(session, path, run, limit, fault=''):
+    """The class of a run without a usable answer, and the reason in words."""
+    if run.ended == 'time':
+        return 'timed_out', 'it took longer than %d s' % limit
+    if run.ended == 'size':
+        return 'failed', 'it wrote too much'
+    said = fault or run.errors or 'its answer is cut or is not the expected JSON'
+    version = _version_of(session, path)
+    if version in ('', VERSION):
+        return 'failed', said
+    return 'other_version', 'assistantctl is %s, the collection %s: %s' % (version, VERSION, said)

@@ -15,19 +15,15 @@ author:
   - Office Assistant (@officeassistant)
 description:
   - Runs C(assistantctl doctor) in each graphical session that logind knows, as the session's
-    user, with the
-    session's own environment, display and message bus. It has to be run as root.
+    user, with the session's own environment, display and message bus. It has to be run as root.
   - Each session gets one of the classes C(ok), C(finding), C(check_failed), C(locked),
-    C(no_environment),
-    C(timed_out), C(refused) and C(failed). A host without a graphical session has the class
-    C(no_session), one
-    without the package C(not_installed).
+    C(no_environment), C(timed_out), C(refused), C(other_version) and C(failed). A host without a
+    graphical session has the class C(no_session), one without the package C(not_installed).
 options:
   state:
     description:
       - C(checked) looks and changes nothing. C(fixed) makes the repairs of O(checks). C(undone)
-        takes the
-        repair O(journal) of O(user) back.
+        takes the repair O(journal) of O(user) back.
     type: str
     choices: [checked, fixed, undone]
     default: checked
@@ -72,6 +68,13 @@ options:
     description:
       - The path of C(assistantctl), where it is not in C(/usr/bin).
     type: path
+  results:
+    description:
+      - A directory of the controller. What is found is written there, to a file C(HOST.json) for
+        each host, as soon as the host has answered, and only the class is kept in Ansible's
+        memory. M(office_assistant.desktop.table) reads these files. A file stays until its host is
+        asked again.
+    type: path
 attributes:
   check_mode:
     description: Gives the plan of the repairs as a diff, and writes nothing.
@@ -84,6 +87,10 @@ attributes:
 EXAMPLES = r'''
 - name: Look at all sessions
   office_assistant.desktop.doctor:
+
+- name: Look at all sessions of many desktops
+  office_assistant.desktop.doctor:
+    results: results
 
 - name: Remove stale locks of the profile
   office_assistant.desktop.doctor:
@@ -105,7 +112,7 @@ class:
   sample: finding
 sessions:
   description: What the doctor said in each session.
-  returned: always
+  returned: without O(results)
   type: list
   elements: dict
   contains:
@@ -135,16 +142,22 @@ sessions:
       elements: dict
 '''
 
+import json  # noqa: E402
 import time  # noqa: E402
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import sessions  # noqa: E402
 
 # The worst first.
-CLASSES = ('failed', 'timed_out', 'refused', 'no_environment', 'check_failed', 'finding', 'locked',
-           'not_installed', 'no_session', 'ok')
+CLASSES = ('failed', 'timed_out', 'other_version', 'refused', 'no_environment', 'check_failed',
+           'finding', 'locked', 'not_installed', 'no_session', 'ok')
 MOST_FINDINGS = 10000
-LONGEST_TEXT = 2000
+# What lines of these types can end with.
+RESULTS = {
+    'check': ('ok', 'finding', 'failed', 'skipped'),
+    'repair': ('repaired', 'unchanged', 'refused', 'failed', 'planned'),
+    'undone': ('undone', 'conflict', 'failed'),
+}
 
 
 def words_for(parameters, check_mode, path):
@@ -160,25 +173,29 @@ def words_for(parameters, check_mode, path):
     return words + ['--json', '--'] + parameters['checks']
 
 
-def short(line):
-    """The line with its texts cut: one host must not fill the controller's memory."""
-    return dict((name, value[:LONGEST_TEXT] if isinstance(value, str) else value)
-                for name, value in line.items())
-
-
 def lines_of(run, *kinds):
-    return [short(line) for line in run.lines if line.get('type') in kinds][:MOST_FINDINGS]
+    return [sessions.bounded(line) for line in run.of_type(*kinds)[:MOST_FINDINGS]]
+
+
+def fault_of(run):
+    """What of the answer another version of the program must have written, or nothing."""
+    for line in run.of_type(*RESULTS):
+        if line.get('result') not in RESULTS[line['type']]:
+            return 'the result %s of a %s is not known' % (
+                json.dumps(line.get('result'))[:80], line['type'])
+    return ''
+
+
+def is_whole(run):
+    # A look and a repair end with a summary.
+    return not run.ended and run.status in (0, 1, 3) and bool(run.of_type('summary', 'undone'))
 
 
 def class_of(run, result):
-    if run.ended:
-        return 'timed_out' if run.ended == 'time' else 'failed'
-    if run.status not in (0, 1, 3) or not run.lines:
-        return 'failed'
     done = [line.get('result') for line in result['repairs']]
     if 'failed' in done:
         return 'failed'
-    if 'refused' in done:
+    if 'refused' in done or 'conflict' in done:
         return 'refused'
     if result['failed'] or run.status == 3:
         return 'check_failed'
@@ -186,8 +203,8 @@ def class_of(run, result):
 
 
 def diff_of(run):
-    parts = [line.get('diff') or '%s %s\n' % (line.get('kind'), line.get('path'))
-             for line in run.lines if line.get('type') == 'change']
+    parts = [str(line.get('diff') or '%s %s\n' % (line.get('kind'), line.get('path')))
+             for line in run.of_type('change')]
     return {'prepared': ''.join(parts)[:1000000]}
 
 
@@ -201,16 +218,23 @@ def look(session, parameters, check_mode, path, limit):
         result['class'] = 'no_environment'
         result['text'] = 'no process of the session has a display'
         return result, {}
-    run = sessions.run_in(session, words_for(parameters, check_mode, path), limit)
+    try:
+        run = sessions.run_in(session, words_for(parameters, check_mode, path), limit)
+    except sessions.NOT_STARTED as problem:
+        result.update({'class': 'failed', 'text': str(problem)})
+        return result, {}
     result['findings'] = lines_of(run, 'finding')
     result['repairs'] = lines_of(run, 'repair', 'undone')
     result['failed'] = [line for line in lines_of(run, 'check') if line.get('result') == 'failed']
     changing = ('planned',) if check_mode else ('repaired', 'undone')
     result['changed'] = any(line.get('result') in changing for line in result['repairs'])
-    result['class'] = class_of(run, result)
-    if result['class'] in ('failed', 'timed_out'):
-        result['text'] = {'time': 'it took longer than %d s' % limit,
-                          'size': 'it wrote too much'}.get(run.ended, run.errors)
+    fault = fault_of(run)
+    if fault or not is_whole(run):
+        result['class'], result['text'] = sessions.why_not(session, path, run, limit, fault)
+    else:
+        result['class'] = class_of(run, result)
+        if run.spoilt:
+            result['text'] = '%d lines of its answer are not JSON' % run.spoilt
     return result, diff_of(run)
 
 
@@ -227,6 +251,8 @@ def main():
             'limit': {'type': 'int', 'default': 60},
             'host_limit': {'type': 'int', 'default': 300},
             'program': {'type': 'path'},
+            # For the part of this module on the controller.
+            'results': {'type': 'path'},
         },
         required_if=[('state', 'fixed', ('checks',)), ('state', 'undone', ('journal', 'user'))],
         supports_check_mode=True,

@@ -80,12 +80,17 @@ def describe(session, path, limit):
     if session.environment is None:
         result['text'] = 'no process of the session has a display'
         return result
-    run = sessions.run_in(session, [path, 'report'], limit)
-    reports = [line for line in run.lines if line.get('type') == 'report']
+    try:
+        run = sessions.run_in(session, [path, 'report'], limit)
+    except sessions.NOT_STARTED as problem:
+        result['text'] = str(problem)
+        return result
+    reports = run.of_type('report')
     if reports and not run.ended and run.status == 0:
-        result['report'] = reports[0]
+        # As much of it as assistantctl compare reads.
+        result['report'] = sessions.bounded(reports[0], text=4096, parts=20000)
     else:
-        result['text'] = run.errors or 'it did not end in time'
+        result['text'] = sessions.why_not(session, path, run, limit)[1]
     return result
 
 
