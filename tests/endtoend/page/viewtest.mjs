@@ -41,8 +41,8 @@ export function viewTests() {
         scratch?.dispose();
     });
 
-    /** Starts the application; gives its home page. */
-    shared.home = async ({ args = [], env = {} } = {}) => {
+    /** Starts the application; gives its home page, after the check-up of the start unless told. */
+    shared.home = async ({ args = [], env = {}, settled = true } = {}) => {
         // The scripts use /home/$USER as the home directory and ignore HOME.
         const user = `..${shared.suite.home}`;
         shared.program = await ShellProgram.start(
@@ -51,7 +51,15 @@ export function viewTests() {
             ['--language', 'en', ...args],
             { env: { USER: user, ...env } },
         );
-        return shared.program.page('index.html', { Kind: ViewPage });
+        const home = await shared.program.page('index.html', { Kind: ViewPage });
+        // What follows the check-up moves when it ends, and a click would miss it.
+        if (settled) {
+            await home.until(
+                "document.querySelector('.checkup-start') && !document.querySelector('.progress-ground')",
+                patience,
+            );
+        }
+        return home;
     };
 
     /** Opens a view by its tile on the home page: {home, view}. */
