@@ -1,10 +1,11 @@
 import CDP from 'chrome-remote-interface';
 import { existsSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
+import { once } from 'node:events';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { Page } from './page.mjs';
 import { end, start } from './process.mjs';
-import { waitFor } from './waiting.mjs';
+import { waitFor, within } from './waiting.mjs';
 
 /** Debian's package chromium, unless the environment names another one. */
 export const chromiumPath = process.env.CHROMIUM ?? '/usr/bin/chromium';
@@ -49,7 +50,14 @@ export class Chromium {
         child.stderr.setEncoding('utf8').on('data', (text) => {
             complaints = (complaints + text).slice(-10_000);
         });
-        const stop = async () => {
+        const stop = async (client) => {
+            // Its helper processes end with it, and write into the profile until they do. One that
+            // does not answer is killed.
+            if (client && child.exitCode === null) {
+                const gone = once(child, 'exit');
+                client.Browser.close().catch(() => {});
+                await within(10_000, gone, 'the request to close').catch(() => {});
+            }
             await end(child);
             rmSync(profile, { recursive: true, force: true, maxRetries: 10, retryDelay: 100 });
         };
@@ -63,7 +71,7 @@ export class Chromium {
                 { what: `the start of ${program}` },
             );
             const browser = await Chromium.connect(port);
-            browser.#stop = stop;
+            browser.#stop = () => stop(browser.#client);
             return browser;
         } catch (error) {
             await stop();
@@ -109,7 +117,7 @@ export class Chromium {
     }
 
     async close() {
-        await this.#client.close();
         await this.#stop();
+        await this.#client.close();
     }
 }

@@ -1,4 +1,4 @@
-const keyCodes = { ArrowUp: 38, End: 35, Enter: 13, Escape: 27, F5: 116, Tab: 9 };
+const keyCodes = { ArrowDown: 40, ArrowUp: 38, End: 35, Enter: 13, Escape: 27, F5: 116, Tab: 9 };
 const modifierBits = { Control: 2 };
 
 /** The keyboard of a page. */

@@ -69,7 +69,7 @@ describe('the environment check', () => {
     it('does not start a second check while one runs', () =>
         play(named('environmentcheck-never'), async (view) => {
             await view.keyboard.press('F5');
-            expect(await view.locator('.check-start .el-button--primary').isDisabled()).toBe(true);
+            expect(await view.locator('.check-start .check-one').isDisabled()).toBe(true);
             expect(await view.locator('.check-start').getAttribute('title')).toContain(
                 'A check is running',
             );
@@ -146,7 +146,7 @@ describe('the view of processes', () => {
 
 describe('the check-up', () => {
     it('opens the view that fixes a finding, and checks again when that has closed', () =>
-        play(named('home-findings'), async (view) => {
+        play(named('home'), async (view) => {
             await view.locator('button', { named: 'Open “Input method”' }).click();
             await sent(view, 'router');
             expect(await lastSent(view)).toEqual([
@@ -176,9 +176,8 @@ describe('the check-up', () => {
             );
             await view.reload();
             await view.locator('.frame:not([aria-busy])').waitFor();
-            await view.locator('.checkup-heading .primary').click();
             await view.getByText('One ignored problem').waitFor();
-            await view.getByText('Everything is fine except for what you ignore').waitFor();
+            await view.getByText('All is well, except for what you ignore').waitFor();
         }));
 
     it('changes nothing before its plan was shown, and then what was shown', () =>
@@ -202,6 +201,66 @@ describe('the check-up', () => {
             expect((await lastSent(view))[0]!.args).toEqual({
                 verification: 'sudo chown user /home/user/.config/Orvane/Office.conf',
             });
+        }));
+
+    it('sends its result with what was typed into the feedback before', () =>
+        play(named('home'), async (view) => {
+            await view.evaluate(() =>
+                localStorage.setItem(
+                    'assistant.feedbackDraft',
+                    JSON.stringify({ category: 'print', description: 'It prints nothing' }),
+                ),
+            );
+            await view.locator('.send-result').click();
+            await sent(view, 'router');
+            expect((await lastSent(view))[0]!.args).toEqual({ page: 'feedback.html', type: '' });
+            const draft = await view.evaluate(
+                () =>
+                    JSON.parse(localStorage.getItem('assistant.feedbackDraft') ?? '') as {
+                        category: string;
+                        description: string;
+                    },
+            );
+            expect(draft.category).toBe('print');
+            expect(draft.description).toMatch(/^It prints nothing\n\n5 things to look at\n/);
+            expect(draft.description).toContain('The input method ibus is not running.');
+        }));
+
+    it('finds tools, findings and settings by the keyboard alone, and gives the focus back', () =>
+        play(named('home'), async (view) => {
+            await view.locator('.checkup-start').focus();
+            const focused = () =>
+                view.evaluate(() => {
+                    const { classList, textContent } = document.activeElement!;
+                    return `${classList} ${textContent}`;
+                });
+            const start = await focused();
+            const find = async (text: string) => {
+                await view.keyboard.press('Control+k');
+                await view.locator('.finder-field').fill(text);
+            };
+            await find('no such thing');
+            await view.getByText('Nothing was found.').waitFor();
+            await view.keyboard.press('Escape');
+            await view.until(() => !document.querySelector('.finder'));
+            expect(await focused()).toBe(start);
+
+            await find('theme dark');
+            await view.keyboard.press('Enter');
+            await view.until(() => document.documentElement.classList.contains('dark'));
+            expect(await focused()).toBe(start);
+
+            await find('memory almost full');
+            await view.keyboard.press('Enter');
+            await view.until(() => document.activeElement?.closest('.finding-card'));
+            expect(await focused()).toContain('Open “Processes and memory”');
+
+            await find('crash');
+            await view.keyboard.press('ArrowDown');
+            await view.keyboard.press('ArrowUp');
+            await view.keyboard.press('Enter');
+            await sent(view, 'router');
+            expect((await lastSent(view))[0]!.args).toMatchObject({ page: 'crash.html' });
         }));
 
     it('takes a repair of the history back', () =>

@@ -37,10 +37,16 @@ export interface Scene {
     suited?: boolean;
     /** The page of the view that the main page stands beside, in a shell with one window. */
     beside?: string;
+    /** For a shell that measures the suite's start. */
+    measured?: boolean;
     /** For a shell that compares reports. */
     compares?: boolean;
+    /** For a shell whose checks of the environment give their answers. */
+    checksAll?: boolean;
     /** For a shell that keeps the draft of the feedback. */
     keeps?: boolean;
+    /** For a shell that lists all processes. */
+    lists?: boolean;
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */
@@ -70,4 +76,7 @@ export function sentCommands(
     page: Page,
 ): Promise<{ command: string; args?: Record<string, unknown> }[]>;
 export function unexpectedCommands(page: Page): Promise<string[]>;
-export function accessibilityFindings(page: Page): Promise<string[]>;
+export function accessibilityFindings(
+    page: Page,
+    options?: { bothThemes?: boolean },
+): Promise<string[]>;

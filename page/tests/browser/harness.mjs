@@ -32,14 +32,24 @@ const commonAnswers = {
 };
 
 /** What the shell itself offers; the last ones only in scenes that are `explained` or `watched`. */
-const doctorOperations = ['list', 'look', 'plan', 'fix', 'undo', 'history', 'cancel'].map(
-    (name) => `doctor.${name}`,
-);
+const doctorOperations = [
+    'list',
+    'look',
+    'checkups',
+    'plan',
+    'fix',
+    'undo',
+    'history',
+    'cancel',
+].map((name) => `doctor.${name}`);
 const whyOperations = ['open', 'denied', 'input'].map((name) => `why.${name}`);
 /** Of a shell that shows a view beside the main page, for a scene that is `beside` one. */
 const windowOperations = ['leave', 'maximise', 'sidebar', 'state'].map((name) => `window.${name}`);
 const suiteOperations = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
+const checkOperations = ['task.cancel', 'task.check', 'task.findings'];
 const reportOperations = ['task.cancel', 'task.compare'];
+const measureOperations = ['task.cancel', 'task.start'];
+const processOperations = ['task.processes', 'task.programs', 'task.end', 'task.cancel'];
 const draftOperations = ['draft.keep', 'draft.read'];
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
@@ -96,10 +106,10 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * Opens a view. `directory` is the built page, `scene` names its `page` file and the `answers`;
  * `withoutHost` is for an ordinary browser, `withoutDoctor` for a shell that does not offer it,
  * `watched` for one that watches the library's repairs, `explained` for one that says why,
- * `suited` for one that describes the suite, `beside` the page of the view that the main page
- * stands beside, `keeps` for one that keeps the draft of the feedback.
+ * `suited` for one that describes the suite, `measured` for one that measures its start,
  * `beside` the page of the view that the main page stands beside, `keeps` for one that keeps the
- * draft of the feedback, `compares` for one that compares reports.
+ * draft of the feedback, `compares` for one that compares reports, `checksAll` for one whose checks
+ * give their answers, `lists` for one that lists all processes.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -122,7 +132,10 @@ export async function openView(browser, directory, scene, options = {}) {
             ...(scene.suited ? suiteOperations : []),
             ...(scene.beside ? windowOperations : []),
             ...(scene.compares ? reportOperations : []),
+            ...(scene.measured ? measureOperations : []),
+            ...(scene.checksAll ? checkOperations : []),
             ...(scene.keeps ? draftOperations : []),
+            ...(scene.lists ? processOperations : []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });
@@ -144,20 +157,25 @@ export function unexpectedCommands(page) {
 }
 
 /**
- * Serious and critical findings of axe-core, each in a line: all of its rules as the view stands,
- * and once more for the contrast in the other theme.
+ * Serious and critical findings of axe-core, each in a line: all rules that can have one, as the
+ * view stands, and with `bothThemes` the contrast in the other theme too.
  */
-export async function accessibilityFindings(page) {
+export async function accessibilityFindings(page, { bothThemes = false } = {}) {
     await page.evaluate(`${axeSource};undefined`);
-    const found = await page.evaluate(async () => {
+    const found = await page.evaluate(async (alsoOther) => {
         const root = document.documentElement;
         // A colour on its way from one state to the next is not what a person reads.
         const still = new CSSStyleSheet();
         still.replaceSync('* { transition: none !important; }');
         document.adoptedStyleSheets = [still];
+        const rules = window.axe._audit.rules
+            .filter(({ impact }) => ['serious', 'critical'].includes(impact))
+            .filter(({ enabled, tags }) => enabled && !tags.includes('experimental'))
+            .map(({ id }) => id);
         // Style sheets of files cannot be fetched again, and no rule that runs needs it.
         const options = { preload: false, resultTypes: ['violations'] };
-        const asShown = await window.axe.run(document, options);
+        const asShown = await window.axe.run(document, { ...options, runOnly: rules });
+        if (!alsoOther) return asShown.violations;
         root.classList.toggle('dark');
         const otherTheme = await window.axe.run(document, {
             ...options,
@@ -165,13 +183,11 @@ export async function accessibilityFindings(page) {
         });
         root.classList.toggle('dark');
         return [...asShown.violations, ...otherTheme.violations];
-    });
-    return found
-        .filter(({ impact }) => ['serious', 'critical'].includes(impact))
-        .flatMap(({ id, help, nodes }) =>
-            nodes.map(
-                ({ target, failureSummary }) =>
-                    `${id}: ${help} at ${target.join(' ')} (${failureSummary})`,
-            ),
-        );
+    }, bothThemes);
+    return found.flatMap(({ id, help, nodes }) =>
+        nodes.map(
+            ({ target, failureSummary }) =>
+                `${id}: ${help} at ${target.join(' ')} (${failureSummary})`,
+        ),
+    );
 }

@@ -12,10 +12,26 @@ const answers = {
     },
     runfirefoxplugin: { result: 'success' },
 };
-const start = (view) => view.locator('.check-start .el-button--primary').click();
+const start = (view) => view.locator('.check-start .check-one').click();
+const answer = (value) => ({ result: { end: 'done', reason: '', file: '', value } });
+const bad =
+    '✘ One problem was found.\n✘ The printing service (CUPS) does not answer. ' +
+    'Start it with “sudo systemctl start cups”.\n✔ The spool directory has room.';
+const everything = {
+    ...answers,
+    'task.findings': { result: { findings: {} } },
+    'task.cancel': { result: {} },
+    'task.check': [
+        answer(bad),
+        answer('✔ No problem was found.\n⚠ No input method is chosen.'),
+        { result: { end: 'failed', reason: 'The check tool ended without an answer.', file: '' } },
+        answer('✔ No problem was found.'),
+    ],
+};
+const startAll = (view) => view.locator('.check-everything').click();
 
 export const scenes = [
-    { name: 'environmentcheck', page, answers, shows: 'No checks have been run' },
+    { name: 'environmentcheck-command', page, answers, shows: 'No checks have been run' },
     { name: 'environmentcheck-found', page, answers, act: start, shows: 'libcups.so.2 is missing' },
     {
         name: 'environmentcheck-earlier',
@@ -82,5 +98,25 @@ export const scenes = [
         answers,
         act: (view) => view.locator('.tool-page-actions .el-button').click(),
         shows: 'opens in your web browser',
+    },
+    {
+        name: 'environmentcheck',
+        page,
+        checksAll: true,
+        answers: everything,
+        act: startAll,
+        shows: 'One check found a problem.',
+    },
+    {
+        name: 'environmentcheck-everything-running',
+        page,
+        checksAll: true,
+        answers: {
+            ...everything,
+            'task.check': [answer(bad), { ...answer('✔ No problem was found.'), late: true }],
+        },
+        act: startAll,
+        shows: '2 of 30 checks',
+        later: 'One check found a problem.',
     },
 ];

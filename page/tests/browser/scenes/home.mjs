@@ -85,8 +85,16 @@ const found = {
         ),
     ],
 };
+const changed = {
+    type: 'summary',
+    since: new Date().toISOString(),
+    last: '2026-03-01T08:30:00Z',
+    fixed: ['updater.empty', 'memory.tight'],
+    new: ['crash.dumps-off'],
+    unkept: '',
+};
 const look = (findings = {}, changes = {}) => ({
-    result: { type: 'summary' },
+    result: changed,
     lines: list.result.checks.flatMap(({ check }) => [
         {
             type: 'check',
@@ -134,12 +142,21 @@ const history = {
     },
 };
 
+const kept = (since, until, found, failed) => ({ since, until, found, failed });
 const well = {
     exportsysinfo: { result: 'success' },
     'doctor.list': list,
     'doctor.look': look(),
     'doctor.cancel': { result: {} },
     'doctor.history': { result: { entries: [] } },
+    'doctor.checkups': {
+        result: {
+            checkups: [
+                kept('2026-03-01T08:00:00Z', '2026-03-02T09:30:00Z', ['crash.dumps-off'], []),
+                kept('2026-03-04T08:15:00Z', '2026-03-04T08:15:00Z', [], ['updater.empty']),
+            ],
+        },
+    },
 };
 const ill = { ...well, 'doctor.look': look(found) };
 const dumps = { 'crash.dumps-off': found['crash.dumps-off'] };
@@ -155,9 +172,7 @@ const repairable = {
     'doctor.undo': { result: { result: 'undone', reason: '', kept: [] } },
     'doctor.history': history,
 };
-const check = (view) => view.locator('.checkup-heading .primary').click();
 const openPlan = async (view) => {
-    await check(view);
     await view.locator('.finding-actions .primary').click();
     await view.locator('.plan').waitFor();
 };
@@ -171,8 +186,29 @@ const failing = (result, reason) => ({
     'doctor.fix': { result: { result, journal: 0, reason } },
 });
 
+const manyRepairs = {
+    ...repairable,
+    'doctor.look': [
+        look({ ...dumps, 'associations.writer': found['associations.writer'] }),
+        look(),
+    ],
+    'doctor.plan': [
+        plan(
+            change('write', {
+                path: associations,
+                diff: `--- ${associations}\n+++ ${associations}\n@@ -13,2 +13,2 @@\n-application/rtf=other.desktop;\n+application/rtf=vyr-office-vyr.desktop;other.desktop;\n`,
+            }),
+        ),
+        plan(change('write', { path: settings, diff })),
+    ],
+};
+const planAll = async (view) => {
+    await view.locator('.fix-all-start').click();
+    await view.locator('.fix-all').waitFor();
+};
+
 export const scenes = [
-    { name: 'home', page, answers: well, shows: 'How can we help?' },
+    { name: 'home', page, answers: ill, shows: '5 things to look at' },
     {
         name: 'home-suite',
         page,
@@ -207,9 +243,52 @@ export const scenes = [
         page,
         withoutDoctor: true,
         answers: well,
-        shows: 'System report',
+        shows: 'How can we help?',
     },
-    { name: 'home-well', page, answers: well, act: check, shows: 'Everything is fine' },
+    { name: 'home-well', page, answers: well, shows: 'All is well' },
+    {
+        name: 'home-old',
+        page,
+        answers: well,
+        act: async (view) => {
+            await view.locator('.verdict.good').waitFor();
+            await view.evaluate(() => {
+                const later = Date.now() + 60 * 60 * 1000;
+                Date.now = () => later;
+                window.dispatchEvent(new Event('focus'));
+            });
+        },
+        shows: 'may be out of date',
+    },
+    {
+        name: 'home-finder',
+        page,
+        answers: ill,
+        act: async (view) => {
+            await view.locator('.finding-card').waitFor();
+            await view.keyboard.press('Control+k');
+            await view.locator('.finder-field').fill('e');
+        },
+        shows: 'Setting',
+    },
+    {
+        name: 'home-copied',
+        page,
+        answers: ill,
+        act: (view) => view.locator('.history-start + .quiet').click(),
+        shows: 'Copied.',
+    },
+    { name: 'home-fix-all', page, answers: manyRepairs, act: planAll, shows: 'Make 2 fixes' },
+    {
+        name: 'home-fixed-all',
+        page,
+        answers: manyRepairs,
+        act: async (view) => {
+            await planAll(view);
+            await view.locator('.fix-all .primary').click();
+        },
+        shows: 'All is well',
+    },
     {
         name: 'home-checks',
         page,
@@ -219,13 +298,9 @@ export const scenes = [
                 'updater.empty': { result: 'skipped', reason: 'The updater is not installed.' },
             }),
         },
-        act: async (view) => {
-            await check(view);
-            await view.locator('.checkup-more .quiet').click();
-        },
+        act: (view) => view.locator('.well-line').click(),
         shows: 'The updater is not installed.',
     },
-    { name: 'home-findings', page, answers: ill, act: check, shows: '5 things need attention' },
     {
         name: 'home-planned',
         page,
@@ -289,14 +364,14 @@ export const scenes = [
         name: 'home-history',
         page,
         answers: repairable,
-        act: (view) => view.locator('.checkup-heading .quiet').click(),
+        act: (view) => view.locator('.history-start').click(),
         shows: 'had no effect and was undone',
     },
     {
         name: 'home-history-empty',
         page,
         answers: well,
-        act: (view) => view.locator('.checkup-heading .quiet').click(),
+        act: (view) => view.locator('.history-start').click(),
         shows: 'Nothing has been fixed yet.',
     },
     {
@@ -313,7 +388,7 @@ export const scenes = [
             },
         },
         act: async (view) => {
-            await view.locator('.checkup-heading .quiet').click();
+            await view.locator('.history-start').click();
             await view.locator('.history .push-button').click();
         },
         shows: 'The fix was not undone.',
@@ -323,9 +398,8 @@ export const scenes = [
         page,
         answers: { ...well, 'doctor.look': look({ 'memory.full': [memory] }) },
         act: async (view) => {
-            await check(view);
             await view.locator('.finding-actions .quiet').click();
-            await view.locator('.checkup-more .quiet').click();
+            await view.locator('.well-line + .quiet').click();
         },
         shows: 'Memory is almost full',
     },
@@ -352,30 +426,26 @@ export const scenes = [
                 { 'updater.empty': { result: 'failed', reason: 'given up after 2.5 s' } },
             ),
         },
-        act: check,
         shows: 'not everything could be checked',
     },
     {
         name: 'home-refused',
         page,
         answers: { ...well, 'doctor.list': { refused: 'closing' } },
-        act: check,
         shows: 'The assistant rejected the request (closing)',
     },
     {
         name: 'home-late',
         page,
         answers: { ...well, 'doctor.look': { ...look(), late: true } },
-        act: check,
-        shows: '6 of 6 checks',
-        later: 'Everything is fine',
+        shows: 'Checking this computer…',
+        later: 'All is well',
     },
     {
         name: 'home-never',
         page,
         answers: { ...well, 'doctor.look': { never: true, lines: look().lines.slice(0, 2) } },
-        act: check,
-        shows: '2 of 6 checks',
+        shows: 'Checking this computer…',
     },
     { name: 'home-beside', page, answers: well, beside: 'crash.html', shows: 'Overview' },
 ];

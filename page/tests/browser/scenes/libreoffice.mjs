@@ -84,6 +84,31 @@ export const scenes = [
         shows: 'Preview bringing the earlier profile back',
     },
     {
+        name: 'libreoffice-measured',
+        page,
+        suited: true,
+        measured: true,
+        answers: {
+            ...answers,
+            'task.start': {
+                result: {
+                    end: 'done',
+                    reason: '',
+                    file: '',
+                    clean: 812,
+                    own: 1904,
+                    parts: [
+                        { part: 'extensions', saved: 930 },
+                        { part: 'recent', saved: 120 },
+                        { part: 'settings', saved: 140 },
+                    ],
+                },
+            },
+        },
+        act: async (view) => view.locator('.start-measure').click(),
+        shows: 'Your profile costs 1.09 sec',
+    },
+    {
         name: 'libreoffice-running',
         page,
         suited: true,

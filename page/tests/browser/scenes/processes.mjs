@@ -42,7 +42,7 @@ async function readThrice(view) {
 }
 
 const alone = [
-    { name: 'processes', page, answers, act: readThrice, shows: '5.4 of 15.5 GiB free' },
+    { name: 'processes-largest', page, answers, act: readThrice, shows: '5.4 of 15.5 GiB free' },
     {
         name: 'processes-table',
         page,
@@ -98,10 +98,111 @@ const alone = [
     },
 ];
 
+const megabyte = 1024 * 1024;
+
+function listed(id, program, megabytes, processorTime, more = {}) {
+    return {
+        id,
+        start: `${id}0`,
+        user: 'user',
+        isOwn: true,
+        program,
+        command: `/usr/lib/${program}`,
+        memory: megabytes * megabyte,
+        processorTime,
+        ...more,
+    };
+}
+
+const icon =
+    'data:image/svg+xml;base64,PHN2ZyB4bWxucz0iaHR0cDovL3d3dy53My5vcmcvMjAwMC9zdmciIHZpZXdCb3g9IjAgMCAxIDEiPjxyZWN0IHdpZHRoPSIxIiBoZWlnaHQ9IjEiIGZpbGw9IiMzYTciLz48L3N2Zz4=';
+
+/** A reading after `seconds` of one in which everything had just started. */
+function reading(seconds) {
+    return {
+        result: {
+            end: 'done',
+            reason: '',
+            file: '',
+            processes: [
+                listed(4000, 'soffice.bin', 812, seconds * 430),
+                listed(4100, 'chromium', 420, seconds * 1180),
+                listed(4101, 'chromium', 260, seconds * 35),
+                listed(4102, 'chromium', 130, 0),
+                listed(4200, 'plasmashell', 310, seconds * 12),
+                listed(4300, 'fcitx5', 41, 0),
+                listed(900, 'Xorg', 180, seconds * 70, { user: 'root', isOwn: false }),
+                listed(1, 'systemd', 12, 0, { user: 'root', isOwn: false }),
+            ],
+            memory: {
+                total: 15872 * megabyte,
+                available: 9216 * megabyte,
+                swapTotal: 2048 * megabyte,
+                swapFree: 1843 * megabyte,
+            },
+            load: [0.8, 1.4, 0.9],
+            pressure: { cpu: [3.1, 2, 1.5], memory: [0, 0, 0], io: [1, 4.5, 2] },
+            processors: 4,
+        },
+    };
+}
+
+const ended = (how) => ({ result: { end: 'done', reason: '', file: '', ...how } });
+
+export const allAnswers = {
+    'doctor.look': { result: { type: 'summary' } },
+    'task.processes': [reading(1), reading(6), reading(11)],
+    'task.programs': ended({
+        programs: {
+            'soffice.bin': { title: 'LibreOffice', icon },
+            chromium: { title: 'Chromium', icon },
+        },
+    }),
+    'task.end': ended({ ended: true }),
+};
+
+async function endTheLargest(view) {
+    await view.locator('.ask-once-start', { nth: 0 }).click();
+    await view.locator('.ask-once-confirm').click();
+}
+
+const listing = [
+    { name: 'processes', answers: allAnswers, shows: 'LibreOffice' },
+    {
+        name: 'processes-all-opened',
+        answers: allAnswers,
+        act: (view) => view.getByText('3 processes').click(),
+        shows: 'Process 4101',
+    },
+    {
+        name: 'processes-all-filtered',
+        answers: allAnswers,
+        act: (view) => view.locator('input[placeholder="Filter programs"]').fill('4102'),
+        shows: 'Process 4102',
+    },
+    { name: 'processes-all-ended', answers: allAnswers, act: endTheLargest, shows: 'has ended' },
+    {
+        name: 'processes-all-stubborn',
+        answers: { ...allAnswers, 'task.end': ended({ ended: false }) },
+        act: endTheLargest,
+        shows: 'End now',
+    },
+    {
+        name: 'processes-all-refused',
+        answers: {
+            ...allAnswers,
+            'task.end': ended({ end: 'failed', reason: 'This process has ended already.' }),
+        },
+        act: endTheLargest,
+        shows: 'The process could not be ended',
+    },
+];
+
 const check = (name, result) => ({ type: 'check', check: `memory.${name}`, result, reason: '' });
 
 export const scenes = [
     ...alone.map((scene) => ({ ...scene, withoutDoctor: true })),
+    ...listing.map((scene) => ({ ...scene, page, lists: true })),
     {
         name: 'processes-by-doctor',
         page,
