@@ -1,14 +1,11 @@
 #include "doctor/machine/boundedprogram.h"
 
 #include <QFileInfo>
-#include <QProcess>
 
 #include <algorithm>
 #include <array>
 
-#include <csignal>
-#include <unistd.h>
-
+#include "doctor/machine/groupprocess.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -23,13 +20,6 @@ constexpr std::array<const char *, 12> allowedPrograms{
     "bash", "fc-match", "fcitx",       "fcitx5", "gio",     "gs",
     "ibus", "java",     "libreoffice", "lpstat", "python3", "rpm"};
 
-/// Its children are killed with it.
-class GroupProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override { setpgid(0, 0); }
-};
-
 QProcessEnvironment plainEnvironment()
 {
     QProcessEnvironment environment;
@@ -39,14 +29,6 @@ QProcessEnvironment plainEnvironment()
     for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
         environment.insert(QLatin1String(name), nowhere);
     return environment;
-}
-
-void kill(QProcess &process)
-{
-    const qint64 group = process.processId();
-    if (group > 0)
-        ::kill(-static_cast<pid_t>(group), SIGKILL);
-    process.waitForFinished(1000);
 }
 
 } // namespace
@@ -80,7 +62,7 @@ ProgramOutput runSystemProgram(const QString &name, const QStringList &arguments
     while (process.state() != QProcess::NotRunning) {
         const int left = static_cast<int>(deadline.left().count());
         if (left == 0 || output.size() > mostOutput) {
-            kill(process);
+            process.killGroup();
             return {std::nullopt, left == 0 ? texts::tr("%1 took too long").arg(name)
                                             : texts::tr("%1 wrote too much").arg(name)};
         }

@@ -44,7 +44,7 @@ public:
     /// Of all suites, by the suite's id.
     const QHash<QString, QVector<suites::Installation>> &installations(const Machine &machine,
                                                                        const Deadline &deadline);
-    /// What opens a type.
+    /// What opens a type, as OpenQuestion::byGio() has it.
     Opening opening(const Machine &machine, const QString &type);
 
 private:

@@ -109,7 +109,7 @@ Opening Facts::opening(const Machine &machine, const QString &type)
     const std::lock_guard<std::mutex> guard(m_openMutex);
     if (!m_openQuestion)
         m_openQuestion = std::make_unique<OpenQuestion>(machine);
-    return m_openQuestion->ofType(type);
+    return m_openQuestion->byGio(type);
 }
 
 const ProbeKind mimeDefaultKind{"mimeDefault", defaultParameters, defaultValues,

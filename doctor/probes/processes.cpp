@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/machine/processfiles.h"
+#include "doctor/machine/processview.h"
 #include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
 
@@ -14,28 +16,8 @@ namespace {
 
 constexpr int mostProcesses = 100000;
 constexpr qint64 largestEntry = 1024 * 1024;
+constexpr int stateField = 3;
 constexpr int startField = 22;
-
-/// The fields of /proc/PID/stat from the third on: the second, the name, may contain anything.
-QList<QByteArray> statFields(const QByteArray &stat)
-{
-    return stat.mid(stat.lastIndexOf(')') + 2).simplified().split(' ');
-}
-
-QString programOf(const QString &directory)
-{
-    QByteArray target(4096, Qt::Uninitialized);
-    const QByteArray link = QFile::encodeName(directory + QStringLiteral("/exe"));
-    const ssize_t length =
-        readlink(link.constData(), target.data(), static_cast<std::size_t>(target.size()));
-    if (length <= 0)
-        return {};
-    QString program = QFile::decodeName(target.left(static_cast<int>(length)));
-    const QString deleted = QStringLiteral(" (deleted)");
-    if (program.endsWith(deleted))
-        program.chop(deleted.size());
-    return program;
-}
 
 std::optional<RunningProcess> processIn(const Machine &machine, const QString &entry)
 {
@@ -46,26 +28,25 @@ std::optional<RunningProcess> processIn(const Machine &machine, const QString &e
     struct stat state;
     if (!isNumber || stat(QFile::encodeName(directory).constData(), &state) != 0)
         return std::nullopt;
-    const FileContent stat = readFile(directory + QStringLiteral("/stat"), largestEntry);
-    if (!stat.content)
+    const std::optional<ProcessStat> line = processStat(machine, process.id);
+    if (!line)
         return std::nullopt;
     process.user = state.st_uid;
-    process.start = statFields(*stat.content).value(startField - 3).toULongLong();
-    process.program = programOf(directory);
+    process.start = line->field(startField).toULongLong();
+    process.program = programPath(machine, process.id);
     process.name = process.program.section(QLatin1Char('/'), -1);
-    const int open = stat.content->indexOf('(') + 1;
     if (process.name.isEmpty())
-        process.name =
-            QString::fromUtf8(stat.content->mid(open, stat.content->lastIndexOf(')') - open));
+        process.name = QString::fromUtf8(line->name);
     return process;
 }
 
-/// Those of a name: the user's own, or everybody's.
+/// Those of a name: the user's own, or everybody's. Own ones work with the user's home.
 QVector<RunningProcess> named(const QString &name, bool ofAnybody, const Looking &looking)
 {
     QVector<RunningProcess> found;
     for (const RunningProcess &process : looking.facts.processes(looking.machine)) {
-        if (process.name == name && (ofAnybody || process.user == looking.machine.user))
+        const bool isOwn = process.user == looking.machine.user;
+        if (process.name == name && (ofAnybody || (isOwn && seesHome(looking.machine, process.id))))
             found.append(process);
     }
     return found;
@@ -87,9 +68,8 @@ double bootTime(const Machine &machine)
 /// answer) or "ended"; see proc(5).
 QString stateOf(const Machine &machine, qint64 process)
 {
-    const QString path = machine.located(QStringLiteral("/proc/%1/stat").arg(process));
-    const QByteArray letter =
-        statFields(readFile(path, largestEntry).content.value_or(QByteArray())).value(0);
+    const std::optional<ProcessStat> line = processStat(machine, process);
+    const QByteArray letter = line ? line->field(stateField) : QByteArray();
     if (letter == "T" || letter == "t")
         return QStringLiteral("stopped");
     if (letter == "D")

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QStringList>
+
+#include "doctor/machine/machine.h"
+
+namespace helio {
+
+/// How the desktop shows programs: by the name of each that a desktop entry starts, its "title" in
+/// @p language, and its "icon" as a data address where it has one of at most 64 KiB.
+/// @param programs as ListedProcess names them; at most 500 are looked at
+QJsonObject programLooks(const QStringList &programs, const QString &language,
+                         const doctor::Machine &machine);
+
+} // namespace helio
