@@ -129,7 +129,8 @@ Plan Doctor::plan(const Finding &finding, const QString &repair) const
     return plan(QVector<Finding>{finding}, repair);
 }
 
-Plan Doctor::plan(const QVector<Finding> &findings, const QString &repair) const
+Plan Doctor::plan(const QVector<Finding> &findings, const QString &repair,
+                  const QVector<Change> &earlier) const
 {
     Plan plan;
     const QString id = findings.isEmpty() ? QString() : findings.first().check;
@@ -143,7 +144,7 @@ Plan Doctor::plan(const QVector<Finding> &findings, const QString &repair) const
     } else {
         QVector<Values> cases;
         std::transform(findings.begin(), findings.end(), std::back_inserter(cases), valuesOf);
-        plan = planSteps(found->steps, cases, m_machine);
+        plan = planSteps(found->steps, cases, m_machine, earlier);
     }
     plan.check = id;
     plan.repair = repair;

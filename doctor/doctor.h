@@ -52,8 +52,9 @@ public:
     /// What a repair of this finding would change. The finding must come from run(): its values
     /// become paths.
     Plan plan(const Finding &finding, const QString &repair) const;
-    /// One plan for several findings of one check.
-    Plan plan(const QVector<Finding> &findings, const QString &repair) const;
+    /// One plan for several findings of one check. @p earlier is what other plans will have done.
+    Plan plan(const QVector<Finding> &findings, const QString &repair,
+              const QVector<Change> &earlier = {}) const;
 
 private:
     void loadDirectory(const QString &directory);

@@ -52,7 +52,46 @@ QString needsAdministrator(const QString &path)
     return texts::tr("%1 is not yours to change; the administrator has to").arg(path);
 }
 
+bool makesDirectory(const QVector<Change> &changes, const QString &path)
+{
+    return std::any_of(changes.begin(), changes.end(), [&path](const Change &change) {
+        return change.kind == Change::Kind::Create && change.entry == Change::Entry::Directory &&
+               change.path == path;
+    });
+}
+
 } // namespace
+
+Draft::Draft(const Machine &machine, const QVector<Change> &earlier)
+    : m_machine(machine), m_earlier(earlier)
+{
+    for (const Change &change : earlier)
+        expect(change);
+}
+
+/// Paths of changes are where these are on the disk, as in m_later.
+void Draft::expect(const Change &earlier)
+{
+    switch (earlier.kind) {
+    case Change::Kind::Write:
+    case Change::Kind::Create:
+        m_later.insert(earlier.path, earlier.after.value_or(QByteArray()));
+        break;
+    case Change::Kind::Remove:
+        m_later.insert(earlier.path, std::nullopt);
+        break;
+    case Change::Kind::Move:
+        m_later.insert(earlier.target,
+                       m_later.value(earlier.path, readFile(earlier.path, largestFile).content)
+                           .value_or(QByteArray()));
+        m_later.insert(earlier.path, std::nullopt);
+        break;
+    case Change::Kind::Rights:
+    case Change::Kind::End:
+    case Change::Kind::Command:
+        break;
+    }
+}
 
 /// In the home directory, or in a directory that only this user can change.
 bool Draft::isOurs(const QString &path) const
@@ -186,10 +225,7 @@ QString Draft::move(const QString &path, const QString &target)
 
 bool Draft::isDirectoryPlanned(const QString &located) const
 {
-    return std::any_of(m_changes.begin(), m_changes.end(), [&located](const Change &change) {
-        return change.kind == Change::Kind::Create && change.entry == Change::Entry::Directory &&
-               change.path == located;
-    });
+    return makesDirectory(m_changes, located) || makesDirectory(m_earlier, located);
 }
 
 QString Draft::makeDirectory(const QString &path, mode_t mode)

@@ -18,7 +18,8 @@ namespace doctor {
 class Draft
 {
 public:
-    explicit Draft(const Machine &machine) : m_machine(machine) {}
+    /// @p earlier is what will have been done before, by other repairs.
+    explicit Draft(const Machine &machine, const QVector<Change> &earlier = {});
 
     const Machine &machine() const { return m_machine; }
     const QVector<Change> &changes() const { return m_changes; }
@@ -43,11 +44,13 @@ public:
 private:
     bool isOurs(const QString &path) const;
     bool isDirectoryPlanned(const QString &located) const;
+    void expect(const Change &earlier);
     QString followed(const QString &path) const;
     QString addWrite(const QString &path, const QByteArray &before, const QByteArray &after);
 
     const Machine &m_machine;
     QVector<Change> m_changes;
+    QVector<Change> m_earlier;
     /// By path, for what is not as on the disk; nothing for what will be gone.
     QHash<QString, std::optional<QByteArray>> m_later;
 };

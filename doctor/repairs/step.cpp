@@ -62,10 +62,11 @@ QString addSteps(const QVector<Step> &steps, const Values &values, Draft &draft)
 
 } // namespace
 
-Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine)
+Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine,
+               const QVector<Change> &earlier)
 {
     Plan plan;
-    Draft draft(machine);
+    Draft draft(machine, earlier);
     for (const Values &values : cases) {
         plan.refusal = addSteps(steps, values, draft);
         if (!plan.refusal.isEmpty())

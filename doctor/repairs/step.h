@@ -35,7 +35,8 @@ struct Step
 };
 
 /// The changes of all steps for each case, each planned on what the ones before it will leave.
-/// Refused as a whole if one step cannot be done.
-Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine);
+/// Refused as a whole if one step cannot be done. @p earlier is what other repairs will have done.
+Plan planSteps(const QVector<Step> &steps, const QVector<Values> &cases, const Machine &machine,
+               const QVector<Change> &earlier = {});
 
 } // namespace doctor

@@ -3,6 +3,7 @@
 #include "doctor/editors/xml/wholexml.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/machine/packedcopies.h"
+#include "doctor/machine/processview.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/repairs/kinds.h"
 #include "suites/description.h"
@@ -98,7 +99,8 @@ QString planNotRunning(const Arguments &arguments, Draft &draft)
         const FileContent stat =
             isProcess ? readFile(directory + entry + QStringLiteral("/stat"), largestFile)
                       : FileContent();
-        if (stat.content.value_or(QByteArray()).contains(mark))
+        if (stat.content.value_or(QByteArray()).contains(mark) &&
+            seesHome(draft.machine(), entry.toLongLong()))
             return texts::tr("%1 (process %2) is running: close it first").arg(name, entry);
     }
     return {};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "helio/doctor/checkups/checkuphistory.h"
 #include "helio/doctor/doctorlines.h"
 #include "helio/doctor/verifiedrepair.h"
 #include "texts/texts.h"
@@ -44,6 +45,17 @@ QStringList textsOf(const QJsonValue &list)
     return texts;
 }
 
+void note(const doctor::CheckResult &ended, Checkup &checkup)
+{
+    using Outcome = doctor::CheckResult::Outcome;
+    if (ended.outcome == Outcome::Found)
+        checkup.found.append(ended.check);
+    else if (ended.outcome == Outcome::Ok)
+        checkup.well.append(ended.check);
+    else if (ended.outcome == Outcome::Failed)
+        checkup.failed.append(ended.check);
+}
+
 QString commandOf(const DoctorRequest &request)
 {
     return request.arguments.value(QStringLiteral("command")).toString();
@@ -67,6 +79,7 @@ const QVector<DoctorWorker::Operation> &DoctorWorker::table()
     static const QVector<Operation> operations{
         {"doctor.list", &DoctorWorker::list},
         {"doctor.look", &DoctorWorker::look},
+        {"doctor.checkups", &DoctorWorker::checkups},
         {"doctor.plan", &DoctorWorker::plan},
         {"doctor.fix", &DoctorWorker::fix},
         {"doctor.undo", &DoctorWorker::undo},
@@ -137,16 +150,32 @@ QJsonObject DoctorWorker::look(const DoctorRequest &request)
     int checks = 0;
     int findings = 0;
     int failed = 0;
+    Checkup checkup;
     m_doctor.run(ids, request.language(), [&](const doctor::CheckResult &ended) {
         if (request.isStopped())
             return false;
         ++checks;
+        note(ended, checkup);
         findings += ended.findings.size();
         failed += ended.outcome == doctor::CheckResult::Outcome::Failed ? 1 : 0;
         report(ended, request);
         return true;
     });
-    return result(summaryLine(checks, findings, failed));
+    QJsonObject summary = summaryLine(checks, findings, failed);
+    const bool isWhole = ids.isEmpty() && checks > 0 && checks == m_doctor.checks().size();
+    if (isWhole && request.arguments.value(QStringLiteral("keep")).toBool()) {
+        checkup.until = QDateTime::currentDateTimeUtc();
+        addChange(CheckupHistory().add(checkup), summary);
+    }
+    return result(summary);
+}
+
+QJsonObject DoctorWorker::checkups(const DoctorRequest & /*request*/)
+{
+    QJsonArray lines;
+    for (const Checkup &checkup : CheckupHistory().read())
+        lines.append(checkupLine(checkup));
+    return result({{QStringLiteral("checkups"), lines}});
 }
 
 void DoctorWorker::report(const doctor::CheckResult &result, const DoctorRequest &request)
@@ -183,7 +212,14 @@ QJsonObject DoctorWorker::plan(const DoctorRequest &request)
     }
     if (findings.isEmpty())
         return error(QStringLiteral("no finding was named"));
-    const doctor::Plan plan = m_doctor.plan(findings, repair);
+    QVector<doctor::Change> earlier;
+    for (const QJsonValue number : request.arguments.value(QStringLiteral("after")).toArray()) {
+        const auto planned = m_plans.constFind(number.toInt());
+        if (planned == m_plans.constEnd())
+            return error(QStringLiteral("no such plan, make one again"));
+        earlier += planned->plan.changes;
+    }
+    const doctor::Plan plan = m_doctor.plan(findings, repair, earlier);
     return result(keep({plan, [this, plan, findings](const DoctorRequest &fixing) {
                             return repaired(plan, findings, fixing);
                         }}));

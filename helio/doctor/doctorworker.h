@@ -58,6 +58,7 @@ private:
 
     QJsonObject list(const DoctorRequest &request);
     QJsonObject look(const DoctorRequest &request);
+    QJsonObject checkups(const DoctorRequest &request);
     QJsonObject plan(const DoctorRequest &request);
     QJsonObject fix(const DoctorRequest &request);
     QJsonObject undo(const DoctorRequest &request);

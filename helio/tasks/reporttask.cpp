@@ -1,13 +1,24 @@
+#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "helio/tasks/placing.h"
 #include "helio/tasks/reporting.h"
+#include "helio/tasks/suitesection.h"
 #include "helio/tasks/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "texts/texts.h"
 
 namespace helio {
+
+namespace {
+
+TaskEnd notCollected()
+{
+    return TaskEnd::failed(texts::tr("The report could not be collected. The disk may be full."));
+}
+
+} // namespace
 
 TaskEnd reportedTo(const TaskRun &run, const QString &file)
 {
@@ -22,9 +33,11 @@ TaskEnd reportedTo(const TaskRun &run, const QString &file)
         result.envelope.value(QStringLiteral("result")) == QLatin1String("success") &&
         !result.envelope.contains(QStringLiteral("incomplete"));
     if (!isWhole || QFileInfo(file).size() == 0)
-        return TaskEnd::failed(
-            texts::tr("The report could not be collected. The disk may be full."));
-    return {};
+        return notCollected();
+    QFile report(file);
+    const bool isAdded = report.open(QIODevice::WriteOnly | QIODevice::Append) &&
+                         report.write(suiteSection(doctor::thisMachine())) >= 0 && report.flush();
+    return isAdded ? TaskEnd() : notCollected();
 }
 
 TaskEnd tasks::writeReport(const TaskRun &run)

@@ -40,8 +40,9 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 11> knownTasks{{
+constexpr std::array<Task, 16> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
+    {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
      false},
     {checkTask, FileQuestion::Kind::None, "", "", tasks::checkEnvironment, true},
@@ -52,7 +53,11 @@ constexpr std::array<Task, 11> knownTasks{{
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
     {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
     {"task.compare", FileQuestion::Kind::None, "", "", tasks::compareReports, true},
+    {"task.start", FileQuestion::Kind::None, "", "", tasks::measureStart, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
+    {"task.processes", FileQuestion::Kind::None, "", "", tasks::listProcesses, true},
+    {"task.programs", FileQuestion::Kind::None, "", "", tasks::describePrograms, true},
+    {"task.end", FileQuestion::Kind::None, "", "", tasks::endOneProcess, false},
 }};
 
 const Task *taskNamed(const QString &name)

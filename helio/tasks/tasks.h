@@ -7,6 +7,8 @@ namespace helio::tasks {
 
 /// Writes the system report to the chosen file.
 TaskEnd writeReport(const TaskRun &run);
+/// Writes the text of the page to the chosen file.
+TaskEnd saveText(const TaskRun &run);
 /// Builds the feedback archive as the chosen file.
 TaskEnd buildArchive(const TaskRun &run);
 /// Has the suite's check tool check, and answers only what it has written meanwhile.
@@ -23,7 +25,15 @@ TaskEnd findSubstitutes(const TaskRun &run);
 TaskEnd listShortcuts(const TaskRun &run);
 /// What differs between reports, and from this machine where that is asked for.
 TaskEnd compareReports(const TaskRun &run);
+/// What the suite's profile costs at its start.
+TaskEnd measureStart(const TaskRun &run);
 /// Sets one value of the updater's configuration; every other byte stays.
 TaskEnd setUpdaterValue(const TaskRun &run);
+/// The processes but for the window's own, and how busy the machine is.
+TaskEnd listProcesses(const TaskRun &run);
+/// How the desktop shows the programs that are named.
+TaskEnd describePrograms(const TaskRun &run);
+/// Ends one of the user's processes, and waits until it is gone.
+TaskEnd endOneProcess(const TaskRun &run);
 
 } // namespace helio::tasks

@@ -18,6 +18,8 @@ constexpr int largestWhole = 256 << 20;
 constexpr int mostDocuments = 10000;
 
 constexpr char archiveBegin[] = "PK\x03\x04";
+/// Of the binary formats of before 2007.
+constexpr char compoundBegin[] = "\xd0\xcf\x11\xe0";
 constexpr char manifest[] = "META-INF/manifest.xml";
 
 /// Members with text, of each kind of document.
@@ -28,12 +30,14 @@ const QRegularExpression &textMembers(Markup markup)
     return markup == Markup::OpenDocument ? openDocument : officeOpenXml;
 }
 
+/// The older binary formats are looked at to name what is left out.
 QStringList suffixes()
 {
     QStringList patterns;
     for (const char *suffix :
-         {"odt",  "ott",  "ods",  "ots",  "odp",  "otp",  "odg",  "otg",  "docx", "docm", "dotx",
-          "dotm", "xlsx", "xlsm", "xltx", "xltm", "pptx", "pptm", "ppsx", "potx", "potm"})
+         {"odt",  "ott",  "ods",  "ots",  "odp",  "otp",  "odg",  "otg",  "docx", "docm",
+          "dotx", "dotm", "xlsx", "xlsm", "xltx", "xltm", "pptx", "pptm", "ppsx", "potx",
+          "potm", "doc",  "dot",  "xls",  "xlt",  "ppt",  "pps",  "pot"})
         patterns.append(QStringLiteral("*.") + QLatin1String(suffix));
     return patterns;
 }
@@ -117,6 +121,9 @@ SearchedDocument searchedDocument(const QString &path, const Search &search)
         document.problem = file.errorString();
     else if (file.size() > largestDocument)
         document.problem = texts::tr("it is too big");
+    else if (file.peek(4) == QByteArray(compoundBegin, 4))
+        document.problem = texts::tr(
+            "it is in an older binary format; convert it first, for example to .odt or .docx");
     else if (file.peek(4) != QByteArray(archiveBegin, 4))
         document.problem =
             texts::tr("it is neither an OpenDocument nor an Office Open XML document");

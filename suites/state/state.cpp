@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/machine/processview.h"
 
 namespace suites {
 
@@ -86,7 +87,8 @@ QVector<qint64> processesOf(const Description &description, const doctor::Machin
         if (isNumber && isOf(proc + entry, machine.user) &&
             doctor::readFile(proc + entry + QStringLiteral("/comm"), largestName)
                     .content.value_or(QByteArray())
-                    .trimmed() == wanted)
+                    .trimmed() == wanted &&
+            doctor::seesHome(machine, id))
             processes.append(id);
     }
     std::sort(processes.begin(), processes.end());

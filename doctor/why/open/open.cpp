@@ -165,22 +165,20 @@ void OpenQuestion::decide(Opening &opening) const
 
 Opening OpenQuestion::answer(const FoundType &found) const
 {
-    Opening opening;
-    opening.found = found;
     if (found.type.isEmpty()) {
-        opening.text = texts::tr("The type is not known: no pattern fits the name.");
-        return opening;
+        Opening unknown;
+        unknown.found = found;
+        unknown.text = texts::tr("The type is not known: no pattern fits the name.");
+        return unknown;
     }
+    Opening opening = byGio(found.type);
+    opening.found = found;
     opening.package = packageOf(found, m_places, m_types);
-    opening.verdict = Opening::Verdict::Nothing;
-    opening.types = m_types.withParents(found.type);
-    opening.gio = gioChoice(m_lists, m_entries, opening.types);
     opening.xdgMime = m_xdgMime.choice(found.type);
     opening.xdgOpen = xdgOpenProgram(m_places);
     if (!m_kde)
         m_kde = std::make_unique<KdeChoices>(m_places, m_lists, m_entries, m_types);
     opening.kde = m_kde->choice(found.type);
-    decide(opening);
     const bool isRight = opening.verdict == Opening::Verdict::Opens && opening.isOneForAll();
     if (!isRight && opening.verdict != Opening::Verdict::Undecided) {
         opening.proposal = suiteEntry(opening.types.constFirst());
@@ -200,6 +198,17 @@ Opening OpenQuestion::ofType(const QString &type) const
     FoundType found;
     found.type = type;
     return answer(found);
+}
+
+Opening OpenQuestion::byGio(const QString &type) const
+{
+    Opening opening;
+    opening.found.type = type;
+    opening.verdict = Opening::Verdict::Nothing;
+    opening.types = m_types.withParents(type);
+    opening.gio = gioChoice(m_lists, m_entries, opening.types);
+    decide(opening);
+    return opening;
 }
 
 Opening OpenQuestion::ofFile(const QString &path) const

@@ -66,6 +66,9 @@ public:
     /// class of types may still be a missing file, if its folder is there.
     Opening of(const QString &subject) const;
     Opening ofType(const QString &type) const;
+    /// What gio opens a type with, and the verdict: without the other tools, a package and a
+    /// proposal, which take most of the time.
+    Opening byGio(const QString &type) const;
     Opening ofFile(const QString &path) const;
     /// By the name alone, as if a file were called "a.docx".
     Opening ofSuffix(const QString &suffix) const;

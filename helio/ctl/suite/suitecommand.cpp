@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 
 #include <algorithm>
+#include <csignal>
 
 #include "doctor/machine/machine.h"
 #include "helio/ctl/doctor/messagelocale.h"
@@ -11,6 +12,7 @@
 #include "helio/ctl/why/whyterminal.h"
 #include "helio/suite/cleanstart.h"
 #include "helio/suite/profilereset.h"
+#include "helio/suite/starttime.h"
 #include "helio/suite/statejson.h"
 #include "texts/texts.h"
 
@@ -24,6 +26,9 @@ struct Options
         QStringLiteral("keep"),
         texts::tr("With reset: the parts of the profile that stay, with commas between them."),
         QStringLiteral("PARTS")};
+    const QCommandLineOption measure{
+        QStringLiteral("measure"),
+        texts::tr("With start: says how long it takes with the profile and without.")};
     const QCommandLineOption yes{QStringLiteral("yes"), texts::tr("Does not ask.")};
     const QCommandLineOption dryRun{QStringLiteral("dry-run"), texts::tr("Changes nothing.")};
     const QCommandLineOption json{QStringLiteral("json"),
@@ -31,18 +36,20 @@ struct Options
     const QCommandLineOption help{{QStringLiteral("help"), QStringLiteral("h")},
                                   texts::tr("Shows this help.")};
 
-    QList<QCommandLineOption> all() const { return {keep, yes, dryRun, json, help}; }
+    QList<QCommandLineOption> all() const { return {keep, measure, yes, dryRun, json, help}; }
 };
 
 QString helpText(const Options &options)
 {
-    return texts::tr("Usage: assistantctl suite [OPTION...] [reset|restore|start]\n\n"
+    return texts::tr("Usage: assistantctl suite [OPTION...] [reset|restore|start]\n"
+                     "       assistantctl suite choose FOLDER\n\n"
                      "Shows the office suite that is looked after: version, state, profile and "
                      "extensions.\n"
                      "reset moves its profile aside but for the parts to keep, and restore brings "
                      "it back;\n"
                      "both show what they will do and ask first. start starts it with a temporary "
-                     "profile.\n\n"
+                     "profile.\n"
+                     "choose looks after the installation in that folder from now on.\n\n"
                      "%1\n"
                      "Exit status: 0 done, 1 not done or no suite, 2 wrong usage.\n")
         .arg(optionTable(options.all()));
@@ -82,14 +89,61 @@ int changeProfile(const doctor::Plan &plan, const suites::State &state,
                : SuiteNotDone;
 }
 
-int carryOut(const QString &word, const QStringList &keep, const WhyFlags &flags)
+volatile std::sig_atomic_t isInterrupted = 0;
+
+void interrupt(int)
+{
+    isInterrupted = 1;
+}
+
+int failed(const QString &problem)
+{
+    print(problem + QLatin1Char('\n'), stderr);
+    return SuiteNotDone;
+}
+
+int measure(const suites::State &state, const WhyFlags &flags)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, interrupt);
+    int shown = -1;
+    const auto watch = [&shown, &flags](int done, int all) {
+        if (done > shown && !flags.json)
+            print(texts::tr("Start %1 of %2").arg(done + 1).arg(all) + QLatin1Char('\n'), stderr);
+        shown = done;
+        return isInterrupted == 0;
+    };
+    const helio::StartTimes times = helio::measuredStart(state, watch);
+    if (times.isCancelled || !times.problem.isEmpty())
+        return failed(times.isCancelled ? texts::tr("Cancelled.") : times.problem);
+    printAnswer(flags, flags.json ? helio::startTimesObject(times) : QJsonObject(),
+                startTimesText(times));
+    return SuiteDone;
+}
+
+int start(const suites::Installation &installation)
+{
+    const QString problem = helio::startClean(installation);
+    return problem.isEmpty() ? SuiteDone : failed(problem);
+}
+
+int choose(const QString &folder, const doctor::Machine &machine)
+{
+    for (const suites::Installation &one : helio::allInstallations(machine)) {
+        if (one.folder != folder)
+            continue;
+        const QString problem = suites::keepChoice(one, machine);
+        return problem.isEmpty() ? SuiteDone : failed(problem);
+    }
+    return failed(texts::tr("There is no suite in %1").arg(folder));
+}
+
+int carryOut(const QString &word, const QStringList &keep, bool measures, const WhyFlags &flags)
 {
     const doctor::Machine machine = doctor::thisMachine();
     const std::optional<suites::State> state = helio::stateOfChosen(machine);
-    if (!state) {
-        print(texts::tr("No office suite is installed.") + QLatin1Char('\n'), stderr);
-        return SuiteNotDone;
-    }
+    if (!state)
+        return failed(texts::tr("No office suite is installed."));
     const QStringList unknown =
         unknownParts(keep, *suites::descriptionNamed(state->installation.suite));
     if (!unknown.isEmpty())
@@ -98,15 +152,26 @@ int carryOut(const QString &word, const QStringList &keep, const WhyFlags &flags
         return changeProfile(helio::resetPlan(*state, keep, machine), *state, machine, flags);
     if (word == QLatin1String("restore"))
         return changeProfile(helio::restorePlan(*state, machine), *state, machine, flags);
-    if (word == QLatin1String("start")) {
-        const QString problem = helio::startClean(state->installation);
-        if (!problem.isEmpty())
-            print(problem + QLatin1Char('\n'), stderr);
-        return problem.isEmpty() ? SuiteDone : SuiteNotDone;
-    }
+    if (word == QLatin1String("start"))
+        return measures ? measure(*state, flags) : start(state->installation);
     printAnswer(flags, flags.json ? helio::suiteDescription(machine) : QJsonObject(),
                 suiteText(*state));
     return SuiteDone;
+}
+
+/// What is wrong with the words and the options that belong to one of them; empty if nothing is.
+QString faultOf(const QStringList &words, bool keeps, bool measures)
+{
+    static const QStringList known{QStringLiteral("reset"), QStringLiteral("restore"),
+                                   QStringLiteral("start")};
+    const QString word = words.value(0);
+    const bool isChoice = words.size() == 2 && word == QLatin1String("choose");
+    if (!isChoice && (words.size() > 1 || (!words.isEmpty() && !known.contains(word))))
+        return texts::tr("expected: reset, restore, start, choose FOLDER or nothing");
+    if (keeps && word != QLatin1String("reset"))
+        return texts::tr("--keep belongs to reset");
+    return measures && word != QLatin1String("start") ? texts::tr("--measure belongs to start")
+                                                      : QString();
 }
 
 } // namespace
@@ -124,12 +189,10 @@ int runSuite(const QStringList &arguments)
         return SuiteDone;
     }
     const QStringList words = parser.positionalArguments();
-    const QStringList known{QStringLiteral("reset"), QStringLiteral("restore"),
-                            QStringLiteral("start")};
-    if (words.size() > 1 || (!words.isEmpty() && !known.contains(words.first())))
-        return misused(texts::tr("expected: reset, restore, start or nothing"));
-    if (parser.isSet(options.keep) && words != QStringList(known.first()))
-        return misused(texts::tr("--keep belongs to reset"));
+    const bool measures = parser.isSet(options.measure);
+    const QString fault = faultOf(words, parser.isSet(options.keep), measures);
+    if (!fault.isEmpty())
+        return misused(fault);
     WhyFlags flags;
     flags.json = parser.isSet(options.json);
     flags.yes = parser.isSet(options.yes);
@@ -137,8 +200,11 @@ int runSuite(const QStringList &arguments)
     // As for other repairs, with --json nobody is asked.
     if (flags.json && !flags.yes)
         flags.dryRun = true;
+    if (words.size() == 2)
+        return choose(words.last(), doctor::thisMachine());
     return carryOut(words.value(0),
-                    parser.value(options.keep).split(QLatin1Char(','), Qt::SkipEmptyParts), flags);
+                    parser.value(options.keep).split(QLatin1Char(','), Qt::SkipEmptyParts),
+                    measures, flags);
 }
 
 } // namespace ctl

@@ -69,4 +69,17 @@ QString suiteText(const suites::State &state)
     return text;
 }
 
+QString startTimesText(const helio::StartTimes &times)
+{
+    const auto seconds = [](int ms) { return texts::tr("%1 s").arg(ms / 1000.0, 0, 'f', 2); };
+    QString text = line(texts::tr("Your profile"), seconds(times.own)) +
+                   line(texts::tr("A clean one"), seconds(times.clean)) +
+                   texts::tr("Your profile costs %1. What leaving out a part saves:")
+                       .arg(seconds(qMax(0, times.own - times.clean))) +
+                   QLatin1Char('\n');
+    for (const helio::StartTimes::Part &one : times.parts)
+        text += line(QStringLiteral("  ") + one.part, seconds(one.saved));
+    return text;
+}
+
 } // namespace ctl

@@ -36,6 +36,20 @@ constexpr char checks[] = R"json({"checks": [
                   "steps": [{"set": "{path}", "format": "ini", "key": ["s", "{part1}"],
                              "value": "new"}]}]}
 ]})json";
+constexpr char sameFileChecks[] = R"json({"checks": [
+    {"id": "own.colour", "title": "The colour is red",
+     "look": {"ini": "$HOME/own.ini", "section": "s", "key": "colour", "value": {"not": "red"}},
+     "finding": {"text": "The colour is wrong."},
+     "repairs": [{"id": "set", "title": "Red",
+                  "steps": [{"set": "$HOME/own.ini", "format": "ini", "key": ["s", "colour"],
+                             "value": "red"}]}]},
+    {"id": "own.size", "title": "The size is big",
+     "look": {"ini": "$HOME/own.ini", "section": "s", "key": "size", "present": false},
+     "finding": {"text": "There is no size."},
+     "repairs": [{"id": "set", "title": "Big",
+                  "steps": [{"set": "$HOME/own.ini", "format": "ini", "key": ["s", "size"],
+                             "value": "big"}]}]}
+]})json";
 constexpr char threeLines[] = "[s]\na=old\nb=old\n";
 constexpr char colours[] = "[s]\ncolour=green\n";
 
@@ -229,6 +243,68 @@ private slots:
                                 {{QStringLiteral("findings"), numbers},
                                  {QStringLiteral("repair"), QLatin1String(repair)}})
                          .isEmpty());
+    }
+
+    void plansForTheSameFileAreMadeOneAfterTheOther()
+    {
+        PrivateHome::current().writeFile(
+            QStringLiteral(".config/office-assistant/checks.d/own.json"), sameFileChecks);
+        DoctorPage page;
+        page.result(QStringLiteral("doctor.look"));
+        QMap<QString, int> numbers;
+        for (const QJsonObject &finding : page.linesOf("finding"))
+            numbers.insert(finding.value(QStringLiteral("check")).toString(),
+                           finding.value(QStringLiteral("finding")).toInt());
+        const auto plan = [&](const char *check, const QJsonArray &after) {
+            return page.result(
+                QStringLiteral("doctor.plan"),
+                {{QStringLiteral("findings"), QJsonArray{numbers.value(QLatin1String(check))}},
+                 {QStringLiteral("repair"), QStringLiteral("set")},
+                 {QStringLiteral("after"), after}});
+        };
+        const QJsonValue first = plan("own.colour", {}).value(QStringLiteral("plan"));
+        const QJsonObject second = plan("own.size", {first});
+        const QString diff = second.value(QStringLiteral("changes"))
+                                 .toArray()
+                                 .first()
+                                 .toObject()
+                                 .value(QStringLiteral("diff"))
+                                 .toString();
+        QVERIFY2(diff.contains(QStringLiteral("\n colour=red\n")), qPrintable(diff));
+        QVERIFY2(diff.contains(QStringLiteral("\n+size=big\n")), qPrintable(diff));
+        for (const QJsonValue &number : {first, second.value(QStringLiteral("plan"))})
+            QCOMPARE(page.result(QStringLiteral("doctor.fix"), {{QStringLiteral("plan"), number}})
+                         .value(QStringLiteral("result")),
+                     QJsonValue(QStringLiteral("repaired")));
+        QFile file(m_colours);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("[s]\ncolour=red\nsize=big\n"));
+    }
+
+    void aWholeLookIsKeptWhenThePageWants()
+    {
+        DoctorPage page;
+        const auto look = [&page](const QJsonObject &arguments) {
+            return page.result(QStringLiteral("doctor.look"), arguments);
+        };
+        const QJsonObject keep{{QStringLiteral("keep"), true}};
+        QVERIFY(!look({}).contains(QStringLiteral("since")));
+        QVERIFY(!look({{QStringLiteral("keep"), true},
+                       {QStringLiteral("checks"), QJsonArray{QStringLiteral("own.colour")}}})
+                     .contains(QStringLiteral("since")));
+        const QJsonObject first = look(keep);
+        QCOMPARE(first.value(QStringLiteral("last")), QJsonValue(QString()));
+        QCOMPARE(first.value(QStringLiteral("unkept")), QJsonValue(QString()));
+        page.fixed(QStringLiteral("own.colour"), QStringLiteral("red"));
+        const QJsonObject second = look(keep);
+        QCOMPARE(second.value(QStringLiteral("fixed")),
+                 QJsonValue(QJsonArray{QStringLiteral("own.colour")}));
+        QCOMPARE(second.value(QStringLiteral("last")), first.value(QStringLiteral("since")));
+        const QJsonArray kept = page.result(QStringLiteral("doctor.checkups"))
+                                    .value(QStringLiteral("checkups"))
+                                    .toArray();
+        QCOMPARE(kept.size(), 2);
+        QCOMPARE(kept.last().toObject().value(QStringLiteral("found")).toArray().size(), 2);
     }
 
     void anUndoOfWhatIsNotThereSaysSo()

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QVector>
+
+#include <functional>
+
+#include "suites/state/state.h"
+
+namespace helio {
+
+/// How long the suite takes to start, in milliseconds.
+struct StartTimes
+{
+    /// Why it was not measured, for people; empty if it was, or was cancelled.
+    QString problem;
+    bool isCancelled = false;
+    int clean = 0;
+    int own = 0;
+
+    /// What leaving out one part of the profile saves.
+    struct Part
+    {
+        /// Of the suite's description, or "recent" for the recent documents.
+        QString part;
+        int saved = 0;
+    };
+    /// Those that the profile has, the one that saves most first.
+    QVector<Part> parts;
+};
+
+/// Asked often, with the starts that are done and all; false ends the measuring.
+using StartWatch = std::function<bool(int done, int all)>;
+
+/// Starts the suite without windows several times: with an empty profile, with a copy of the
+/// user's, and with copies that lack a part. The shortest time of each counts. The user's profile
+/// is only read; the copies go at the end.
+StartTimes measuredStart(const suites::State &state, const StartWatch &watch);
+
+/// As docs/host.md describes it.
+QJsonObject startTimesObject(const StartTimes &times);
+
+} // namespace helio
