@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import { createClient, type Client } from '@/client';
-import { commandNames } from '@/client/wire';
+import { commandNames } from '@/client/wire/host';
 import { base64, scriptedClient } from './scriptedhost';
 
 const feedback = {
@@ -102,6 +102,7 @@ describe('the client', () => {
                     'fontSubstitutes',
                     'hasHost',
                     'listen',
+                    'processes',
                     'reports',
                     'suite',
                     'task',

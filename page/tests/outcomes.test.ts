@@ -1,6 +1,6 @@
 import { describe, expect, it, vi } from 'vitest';
 import type { Client } from '@/client';
-import type { Envelope } from '@/client/wire';
+import type { Envelope } from '@/client/wire/host';
 import { base64, scriptedClient } from './scriptedhost';
 
 async function outcome(

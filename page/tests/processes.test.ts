@@ -1,15 +1,25 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import type { Process } from '@/client';
+import type { ListedProcess, MachineReading, Process } from '@/client';
 import {
+    axisEnd,
+    beforeFirst,
     chartColumns,
     historyLength,
     sample,
+    sampleOf,
     withSample,
     type Sample,
 } from '@/views/processes/history';
 import { freeGibibytes, judgeMemory } from '@/views/processes/memory';
+import {
+    matchingRows,
+    programRows,
+    shownProcesses,
+    sortedRows,
+    wholeProcessor,
+} from '@/views/processes/programs';
 import { createRefresher } from '@/views/processes/refresher';
-import { loadText, rawLoad } from '@/views/processes/report';
+import { loadText, programsText, rawLoad } from '@/views/processes/report';
 
 const process = (memory: number, command = 'vyr'): Process => ({
     id: 1,
@@ -50,10 +60,9 @@ describe('the history', () => {
     it('holds the sum of the largest processes, which shared pages never take past the whole', () => {
         expect(sample(5, memory, [process(30), process(12.5)])).toEqual({
             time: 5,
-            used: 40,
-            largest: 42.5,
+            values: { used: 40, largest: 42.5 },
         });
-        expect(sample(5, memory, [process(70), process(60)])?.largest).toBe(100);
+        expect(sample(5, memory, [process(70), process(60)])?.values.largest).toBe(100);
     });
 
     it('leaves out a moment that the machine tells nothing about', () => {
@@ -63,14 +72,116 @@ describe('the history', () => {
     it('forgets the oldest samples', () => {
         let history: Sample[] = [];
         for (let time = 0; time < historyLength + 3; time += 1) {
-            history = withSample(history, { time, used: 1, largest: 1 });
+            history = withSample(history, { time, values: { used: 1 } });
         }
         expect(history).toHaveLength(historyLength);
         expect(history[0]!.time).toBe(3);
     });
 
     it('is drawn in seconds', () => {
-        expect(chartColumns([{ time: 1500, used: 2, largest: 3 }])).toEqual([[1.5], [2], [3]]);
+        const history = [{ time: 1500, values: { used: 2 } }];
+        expect(chartColumns(history, ['used', 'swap'])).toEqual([[1.5], [2], [null]]);
+    });
+});
+
+const listed = (id: number, program: string, processorTime = 0, memory = 0): ListedProcess => ({
+    id,
+    start: '7',
+    user: 'user',
+    isOwn: true,
+    program,
+    command: `/usr/bin/${program} --number=${id}`,
+    memory,
+    processorTime,
+});
+const reading = (processes: ListedProcess[]): MachineReading => ({
+    processes,
+    memory: { total: 1000, available: 400, swapTotal: 0, swapFree: 0 },
+    load: [1, 4, 0.5],
+    pressure: { cpu: [1, 2, 3], memory: [], io: [9, 0, 0] },
+    processors: 2,
+});
+
+describe('all processes', () => {
+    const before = { time: 0, reading: reading([listed(1, 'vyr', 100), listed(2, 'tbl', 0)]) };
+    const now = {
+        time: 1000,
+        reading: reading([listed(1, 'vyr', 600, 5), listed(3, 'vyr', 50, 7), listed(4, 'tbl')]),
+    };
+
+    it('tell what they used since the last reading', () => {
+        const shown = shownProcesses(before, now);
+        expect(shown.map(({ processor }) => processor)).toEqual([50, null, null]);
+        expect(wholeProcessor(shown, 2)).toBe(25);
+        expect(wholeProcessor(shownProcesses(null, now), 2)).toBeNull();
+    });
+
+    it('do not take over the time of an earlier process of the same number', () => {
+        const again = { time: 1000, reading: reading([{ ...listed(1, 'vyr', 5), start: '8' }]) };
+        expect(shownProcesses(before, again)[0]!.processor).toBeNull();
+    });
+
+    const looks = new Map([['tbl', { title: 'Accounts', icon: '' }]]);
+    const rows = programRows(shownProcesses(before, now), looks);
+
+    it('are one row for each program, named as on the desktop', () => {
+        expect(
+            rows.map(({ title, memory, processes }) => [title, memory, processes.length]),
+        ).toEqual([
+            ['vyr', 12, 2],
+            ['Accounts', 0, 1],
+        ]);
+        expect(rows[0]!.processes[0]!.id).toBe(3);
+    });
+
+    it.each([
+        ['title', false, ['Accounts', 'vyr']],
+        ['memory', true, ['vyr', 'Accounts']],
+        ['processor', false, ['Accounts', 'vyr']],
+    ] as const)('are sorted by %s', (column, descending, titles) => {
+        const sorted = sortedRows(rows, { column, descending });
+        expect(sorted.map(({ title }) => title)).toEqual(titles);
+    });
+
+    it.each([
+        ['acc', [4]],
+        ['vyr', [3, 1]],
+        ['vyr number=1', [1]],
+        ['4', [4]],
+        ['nothing', []],
+    ])('are found by %s', (filter, ids) => {
+        const found = matchingRows(rows, filter).flatMap(({ processes }) => processes);
+        expect(found.map(({ id }) => id)).toEqual(ids);
+    });
+
+    it('are copied with name and program', () => {
+        const t = (key: string): string => key;
+        expect(programsText(rows, t).split('\n')[2]).toBe('Accounts (tbl)\t1\t\t0.0\tuser');
+    });
+});
+
+describe('a reading as a sample', () => {
+    it('has what is known', () => {
+        expect(sampleOf(5, reading([]), 30)).toEqual({
+            time: 5,
+            values: { processor: 30, used: 60, waited: 9 },
+        });
+    });
+
+    it("begins with the kernel's averages", () => {
+        const before = beforeFirst(900_000, reading([]));
+        expect(before.map(({ time }) => time)).toEqual([0, 600_000, 840_000]);
+        expect(before.map(({ values }) => values.processor)).toEqual([25, 100, 50]);
+        expect(before.map(({ values }) => values.waited)).toEqual([undefined, 3, 2]);
+    });
+
+    it.each([
+        [0, 10],
+        [9.5, 25],
+        [40, 50],
+        [90, 100],
+    ])('of %s per cent is drawn on an axis up to %s', (used, end) => {
+        expect(axisEnd([{ time: 0, values: { used, swap: 99 } }], ['used'])).toBe(end);
     });
 });
 

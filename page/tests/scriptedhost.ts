@@ -1,5 +1,5 @@
 import { createClient } from '@/client';
-import type { Envelope } from '@/client/wire';
+import type { Envelope } from '@/client/wire/host';
 
 interface Sent {
     command: string;

@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { base64Text } from '@/client/decode';
+import { base64Text } from '@/client/wire/decode';
 import { HitList } from '@/views/search/hitlist';
 import { hitPath } from '@/views/search/hitpath';
 import { mostRows, rowWindow, scrollFor } from '@/views/search/rowwindow';

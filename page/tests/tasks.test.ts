@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { taskNames } from '@/client/wire';
+import { taskNames } from '@/client/wire/host';
 import { exportResultText } from '@/tasks/exportresult';
 import { base64, scriptedClient, type Answer } from './scriptedhost';
 

@@ -1,7 +1,7 @@
-import type { Caller } from './caller';
-import { members, success, text, textTable } from './decode';
+import type { Caller } from './wire/caller';
+import { members, success, text, textTable } from './wire/decode';
 import type { CheckFinding } from './notices';
-import type { Outcome } from './outcome';
+import type { Outcome } from './wire/outcome';
 
 /**
  * Kept answers are keyed check-component. A component has no hyphen, a check may have one; the

@@ -1,6 +1,6 @@
-import type { Caller } from './caller';
-import { flag, joinedList, list, members, success, text, type Members } from './decode';
-import { UnreadableAnswer } from './outcome';
+import type { Caller } from './wire/caller';
+import { flag, joinedList, list, members, success, text, type Members } from './wire/decode';
+import { UnreadableAnswer } from './wire/outcome';
 
 export interface DesktopShortcuts {
     files: string[];

@@ -1,7 +1,7 @@
 /** The doctor, which a shell may offer beside the library's commands. */
-import type { Caller } from './caller';
-import { list, members, number, optional, text, textList, word } from './decode';
-import type { CommandName } from './wire';
+import type { Caller } from './wire/caller';
+import { list, members, number, optional, text, textList, word } from './wire/decode';
+import type { CommandName } from './wire/host';
 
 export interface ListedCheck {
     check: string;
@@ -47,6 +47,28 @@ export interface DoctorFinding {
     where: Place[];
     /** Ids of the repairs that fit, the recommended one first. */
     repairs: string[];
+}
+
+/** How a whole look compares with the one before, if the shell keeps them. */
+export interface LookChange {
+    /** Since when the outcome is what it is now. */
+    since: Date;
+    /** When the look before was made; null for the first. */
+    last: Date | null;
+    /** Checks. */
+    fixed: string[];
+    appeared: string[];
+    /** Why this look could not be kept; empty if it was. */
+    unkept: string;
+}
+
+/** What whole looks have found from one time to another. */
+export interface KeptLook {
+    since: Date;
+    until: Date;
+    /** Checks that found something, and those that failed. */
+    found: string[];
+    failed: string[];
 }
 
 /** What a look reports while it is under way. */
@@ -169,6 +191,30 @@ function tell(listener: LookListener, line: unknown): void {
     }
 }
 
+function lookChange(result: unknown): LookChange | null {
+    const { since, last, fixed, new: appeared, unkept } = members(result);
+    if (since === undefined) return null;
+    return {
+        since: new Date(text(since)),
+        last: text(last) ? new Date(text(last)) : null,
+        fixed: textList(fixed),
+        appeared: textList(appeared),
+        unkept: text(unkept),
+    };
+}
+
+function keptLooks(result: unknown): KeptLook[] {
+    return list(members(result).checkups).map((one) => {
+        const { since, until, found, failed } = members(one);
+        return {
+            since: new Date(text(since)),
+            until: new Date(text(until)),
+            found: textList(found),
+            failed: textList(failed),
+        };
+    });
+}
+
 function plannedChange(value: unknown): PlannedChange {
     const { kind, path, target, diff, command, mode, process } = members(value);
     return {
@@ -242,7 +288,7 @@ export function doctorOperations(caller: Caller) {
             return caller.offers('doctor.look');
         },
         list: (language: string) => caller.operate('doctor.list', checkList, { language }),
-        /** Runs these checks, or all. Findings come to `listener`; the answer is the end. */
+        /** Runs these checks. Findings come to `listener`; the answer is the end. */
         look: (language: string, checks: string[], listener: LookListener) =>
             caller.operate(
                 'doctor.look',
@@ -250,10 +296,27 @@ export function doctorOperations(caller: Caller) {
                 { language, checks },
                 listening(listener),
             ),
+        /** Runs all checks, and has the outcome kept. */
+        lookAtAll: (language: string, listener: LookListener) =>
+            caller.operate(
+                'doctor.look',
+                lookChange,
+                { language, checks: [], keep: true },
+                listening(listener),
+            ),
+        /** Whether looks are kept. */
+        get keepsLooks(): boolean {
+            return caller.offers('doctor.checkups');
+        },
+        /** The looks that were kept, the oldest first. */
+        keptLooks: () => caller.operate('doctor.checkups', keptLooks),
         /** Ends a look early. */
         cancel: () => caller.operate('doctor.cancel', () => undefined),
         plan: (findings: number[], repair: string) =>
             caller.operate('doctor.plan', repairPlan, { findings, repair }),
+        /** Same, for when the plans `after` have been carried out. */
+        planNext: (findings: number[], repair: string, after: number[]) =>
+            caller.operate('doctor.plan', repairPlan, { findings, repair, after }),
         /** Does what the plan has shown, and checks again. */
         fix: (language: string, plan: number, note: LookListener['note']) =>
             caller.operate('doctor.fix', repairOutcome, { language, plan }, listening({ note })),

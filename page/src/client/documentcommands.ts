@@ -1,5 +1,13 @@
-import type { Caller } from './caller';
-import { base64Text, members, success, text, textList, textTable, toBase64Text } from './decode';
+import type { Caller } from './wire/caller';
+import {
+    base64Text,
+    members,
+    success,
+    text,
+    textList,
+    textTable,
+    toBase64Text,
+} from './wire/decode';
 
 function missingFonts(result: unknown): string {
     return base64Text(members(result).MissFonts);

@@ -1,6 +1,6 @@
 /** The feedback that has not been sent yet, which a shell may keep. */
-import type { Caller } from './caller';
-import { flag, members, text } from './decode';
+import type { Caller } from './wire/caller';
+import { flag, members, text } from './wire/decode';
 
 const storageKey = 'assistant.feedbackDraft';
 

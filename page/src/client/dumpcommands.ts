@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { flag, members, success } from './decode';
+import type { Caller } from './wire/caller';
+import { flag, members, success } from './wire/decode';
 
 interface DumpState {
     /** Whether the suite keeps crash dumps. */

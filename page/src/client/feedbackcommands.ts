@@ -1,6 +1,6 @@
-import type { Caller } from './caller';
-import { base64Text, members, text } from './decode';
-import type { Outcome } from './outcome';
+import type { Caller } from './wire/caller';
+import { base64Text, members, text } from './wire/decode';
+import type { Outcome } from './wire/outcome';
 
 export interface Feedback {
     category: string;

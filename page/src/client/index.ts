@@ -2,7 +2,7 @@
  * The library as the page sees it. Only this folder knows how commands, arguments and answers
  * travel.
  */
-import { Caller } from './caller';
+import { Caller } from './wire/caller';
 import { checkCommands } from './checkcommands';
 import { desktopCommands } from './desktopcommands';
 import { doctorOperations } from './doctor';
@@ -12,6 +12,7 @@ import { dumpCommands } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
 import { Notices, type NoticeTarget } from './notices';
+import { processOperations } from './processes';
 import { reportOperations } from './reports';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
@@ -22,16 +23,18 @@ import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
 import { windowCommands } from './windowcommands';
 import { windowOperations } from './windowoperations';
-import type { Host } from './wire';
+import type { Host } from './wire/host';
 
-export type { Failure, Outcome } from './outcome';
+export type { Failure, Outcome } from './wire/outcome';
 export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
 export type {
     CheckResult,
     CommandPreview,
     DoctorFinding,
     HistoryEntry,
+    KeptLook,
     ListedCheck,
+    LookChange,
     Place,
     PlannedChange,
     RepairCommand,
@@ -42,6 +45,7 @@ export type {
 export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
+export type { ListedProcess, MachineReading, ProgramLook } from './processes';
 export type { Difference } from './reports';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
@@ -50,7 +54,7 @@ export type { SystemSnapshot, Variable } from './systemsnapshot';
 export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
-export type { TaskName } from './wire';
+export type { TaskName } from './wire/host';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {
@@ -68,6 +72,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         why: whyOperations(caller),
         suite: suiteOperations(caller),
         reports: reportOperations(caller),
+        processes: processOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { success } from './decode';
+import type { Caller } from './wire/caller';
+import { success } from './wire/decode';
 
 /** Companion programs and the clipboard. */
 export function launcherCommands(caller: Caller) {

@@ -1,6 +1,6 @@
-import { base64Text, members, success, text } from './decode';
-import { UnreadableAnswer } from './outcome';
-import type { CallbackName, Envelope } from './wire';
+import { base64Text, members, success, text } from './wire/decode';
+import { UnreadableAnswer } from './wire/outcome';
+import type { CallbackName, Envelope } from './wire/host';
 
 export interface SearchHit {
     name: string;

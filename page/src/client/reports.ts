@@ -1,6 +1,6 @@
 /** Reports of machines, which a shell may compare. */
-import type { Caller } from './caller';
-import { list, members, number, optional, text, textList, word } from './decode';
+import type { Caller } from './wire/caller';
+import { list, members, number, optional, text, textList, word } from './wire/decode';
 
 const weights = ['high', 'medium', 'low'] as const;
 

@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { success } from './decode';
+import type { Caller } from './wire/caller';
+import { success } from './wire/decode';
 
 /** File search; hits come as notices. */
 export function searchCommands(caller: Caller) {

@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { base64Text } from './decode';
+import type { Caller } from './wire/caller';
+import { base64Text } from './wire/decode';
 
 /** Header or form-field rows. The wire cannot carry ":" or ";" in either side. */
 export type NamedValues = { name: string; value: string }[];

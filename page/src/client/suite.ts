@@ -1,6 +1,6 @@
 /** The office suite that is looked after, which a shell may describe with the doctor. */
-import type { Caller } from './caller';
-import { flag, list, members, number, optional, text, textList, word } from './decode';
+import type { Caller } from './wire/caller';
+import { flag, list, members, number, optional, text, textList, word } from './wire/decode';
 import { repairPlan } from './doctor';
 
 const states = ['running', 'locked', 'unused', 'ready'] as const;
@@ -52,6 +52,14 @@ export interface SuiteState {
     };
     extensions: Extension[];
     graphics: { plugin: string; forced: boolean; skia: boolean | null; openCl: boolean | null };
+}
+
+/** How long the suite takes to start, in milliseconds. */
+interface StartTimes {
+    clean: number;
+    own: number;
+    /** What leaving out a part of the profile saves, the most first. */
+    parts: { part: string; saved: number }[];
 }
 
 interface SuiteDescription {
@@ -122,6 +130,18 @@ function description(result: unknown): SuiteDescription {
     };
 }
 
+function startTimes(result: unknown): StartTimes {
+    const { clean, own, parts } = members(result);
+    return {
+        clean: number(clean),
+        own: number(own),
+        parts: list(parts).map((one) => {
+            const { part, saved } = members(one);
+            return { part: text(part), saved: number(saved) };
+        }),
+    };
+}
+
 /** The operations on the suite; texts come in `language`. Plans are carried out with doctor.fix. */
 export function suiteOperations(caller: Caller) {
     return {
@@ -142,5 +162,10 @@ export function suiteOperations(caller: Caller) {
         /** Starts it with a temporary profile; gives the reason if that cannot be done. */
         start: (language: string) =>
             caller.operate('suite.start', (answer) => text(members(answer).refusal), { language }),
+        get isMeasured(): boolean {
+            return caller.offers('task.start');
+        },
+        /** Starts it several times with copies of the profile. */
+        measureStart: () => caller.perform('task.start', startTimes, {}),
     };
 }

@@ -1,6 +1,6 @@
-import type { Caller } from './caller';
-import { flag, members, numberedLines, list, success, text, textTable } from './decode';
-import { UnreadableAnswer, type Outcome } from './outcome';
+import type { Caller } from './wire/caller';
+import { flag, members, numberedLines, list, success, text, textTable } from './wire/decode';
+import { UnreadableAnswer, type Outcome } from './wire/outcome';
 import { systemSnapshot } from './systemsnapshot';
 
 export interface Process {

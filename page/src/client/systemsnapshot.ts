@@ -1,4 +1,4 @@
-import { joinedList, members, text } from './decode';
+import { joinedList, members, text } from './wire/decode';
 
 export interface Font {
     family: string;

@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { base64Text, flag, success, textTable } from './decode';
+import type { Caller } from './wire/caller';
+import { base64Text, flag, success, textTable } from './wire/decode';
 
 /** The suite's updater: configuration, log and test runs. */
 export function updateCommands(caller: Caller) {

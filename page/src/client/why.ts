@@ -1,6 +1,6 @@
 /** Explanations, which a shell may offer with the doctor: which line or right is the cause. */
-import type { Caller } from './caller';
-import { flag, list, members, optional, text, word } from './decode';
+import type { Caller } from './wire/caller';
+import { flag, list, members, optional, text, word } from './wire/decode';
 import { place, repairPlan, type Place, type RepairPlan } from './doctor';
 
 const accesses = ['read', 'write', 'run'] as const;

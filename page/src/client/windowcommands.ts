@@ -1,5 +1,5 @@
-import type { Caller } from './caller';
-import { success } from './decode';
+import type { Caller } from './wire/caller';
+import { success } from './wire/decode';
 
 /** The work that the library starts and stops with a view; most views have none. */
 export type ViewType = '' | 'searchfile' | 'crash' | 'vyrrunningcheck';

@@ -1,6 +1,6 @@
 /** The window, in a shell that shows a view beside the main page and not in a second window. */
-import type { Caller } from './caller';
-import { flag, members, optional, text } from './decode';
+import type { Caller } from './wire/caller';
+import { flag, members, optional, text } from './wire/decode';
 
 interface WindowState {
     /** What the user asked for from outside; empty if nothing or if it has been taken. */

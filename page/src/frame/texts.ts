@@ -40,7 +40,7 @@ export type Translate = (
     count?: number,
 ) => string;
 
-/** The texts of the current language, and how it writes a time of day. */
+/** The texts of the current language, and how it writes times. */
 export function useTexts() {
     const { t, locale } = useI18n({ useScope: 'global' });
     const translate: Translate = (key, values = {}, count) =>
@@ -49,6 +49,14 @@ export function useTexts() {
         t: translate,
         locale,
         time: (date: Date): string => date.toLocaleTimeString(locale.value),
+        /** A time of today, or a day and a time. */
+        moment: (date: Date): string => {
+            const isToday = date.toDateString() === new Date().toDateString();
+            return date.toLocaleString(locale.value, {
+                ...(isToday ? {} : { dateStyle: 'medium' }),
+                timeStyle: 'short',
+            });
+        },
     };
 }
 

@@ -8,8 +8,10 @@ import {
     withIgnored,
     withoutIgnored,
 } from '@/views/home/checkup/ignored';
+import { useFixAll } from '@/views/home/checkup/fixall';
 import { useRepairs } from '@/views/home/checkup/repairs';
-import { doctorOperationNames } from '@/client/wire';
+import { doctorOperationNames } from '@/client/wire/host';
+import { verdictOf, type Seen } from '@/views/home/checkup/verdict';
 import { scriptedClient, type Answer } from '../scriptedhost';
 
 describe('ignored findings', () => {
@@ -130,7 +132,8 @@ describe('the check-up', () => {
         const { client, sent } = scriptedClient(answers, doctorOperationNames);
         const state = useCheckup(client, () => 'en');
         const repairs = useRepairs(client, () => 'en', state);
-        return { ...state, repairs, answers, sent, client };
+        const fixAll = useFixAll(client, () => 'en', state, repairs);
+        return { ...state, repairs, fixAll, answers, sent, client };
     }
 
     it('is offered by a shell that has the operations, and by no other', () => {
@@ -158,7 +161,7 @@ describe('the check-up', () => {
     it('shows findings while the look is under way', async () => {
         let end: (envelope: object) => void = () => undefined;
         const { run, groups, running, client } = checkup();
-        vi.spyOn(client.doctor, 'look').mockImplementation((_language, _checks, listener) => {
+        vi.spyOn(client.doctor, 'lookAtAll').mockImplementation((_language, listener) => {
             listener.check({ check: 'own', result: 'finding', reason: '' });
             listener.finding({
                 number: 1,
@@ -169,7 +172,7 @@ describe('the check-up', () => {
                 repairs: [],
             });
             return new Promise((resolve) => {
-                end = () => resolve({ kind: 'done', value: undefined });
+                end = () => resolve({ kind: 'done', value: null });
             });
         });
         const over = run();
@@ -270,6 +273,51 @@ describe('the check-up', () => {
         expect(sent.some(({ command }) => command === 'doctor.fix')).toBe(false);
     });
 
+    it('plans all fixes on each other, and makes them after one confirmation', async () => {
+        const lines = [
+            ended('settings.a'),
+            line(1, 'settings.a', 'bad'),
+            ended('settings.b'),
+            line(2, 'settings.b', 'bad'),
+            ended('memory.full'),
+            line(3, 'memory.full', 'bad', { repairs: [] }),
+        ];
+        const { run, repairs, fixAll, answers, sent } = checkup({
+            'doctor.look': { ...summary, lines },
+        });
+        await run();
+        await fixAll.prepare();
+        const plans = sent.filter(({ command }) => command === 'doctor.plan');
+        expect(plans.map(({ args }) => args)).toEqual([
+            { findings: [1], repair: 'mend', after: [] },
+            { findings: [2], repair: 'mend', after: [7] },
+        ]);
+        expect(fixAll.whole.value?.left.map(({ check }) => check)).toEqual(['memory.full']);
+        expect(sent.some(({ command }) => command === 'doctor.fix')).toBe(false);
+
+        answers['doctor.look'] = { ...summary, lines: [] };
+        await fixAll.fix();
+        expect(sent.filter(({ command }) => command === 'doctor.fix')).toHaveLength(2);
+        expect([...repairs.outcomes.keys()]).toEqual(['settings.a', 'settings.b']);
+        expect(fixAll.whole.value).toBeNull();
+    });
+
+    it('leaves out of all fixes what the administrator has to do', async () => {
+        const { run, fixAll } = checkup({
+            'doctor.plan': {
+                result: {
+                    plan: 7,
+                    changes: [{ kind: 'command', path: '', diff: '', command: 'sudo true' }],
+                    refusal: '',
+                },
+            },
+        });
+        await run();
+        await fixAll.prepare();
+        expect(fixAll.whole.value?.steps).toEqual([]);
+        expect(fixAll.whole.value?.left).toHaveLength(2);
+    });
+
     it('does one thing at a time', async () => {
         const { run, groups, repairs, sent } = checkup();
         await run();
@@ -314,6 +362,39 @@ describe('the check-up', () => {
         await run();
         await repairs.readHistory();
         expect(notes.value).toEqual(['Repair 3 was taken back.']);
+    });
+});
+
+describe('the verdict', () => {
+    const seen: Seen = {
+        running: false,
+        stopped: false,
+        isMissing: false,
+        groups: [],
+        ignored: 0,
+        isPartial: false,
+        isOld: false,
+    };
+    const group = (state: 'bad' | 'note') => ({
+        key: 'a',
+        check: 'a',
+        state,
+        findings: [],
+        repairs: [],
+    });
+    it.each<[string, Partial<Seen>, string]>([
+        ['well', {}, 'good'],
+        ['well', { isOld: true }, 'plain'],
+        ['onlyIgnored', { ignored: 1 }, 'good'],
+        ['partial', { isPartial: true }, 'warning'],
+        ['missing', { isMissing: true }, 'warning'],
+        ['stopped', { stopped: true }, 'plain'],
+        ['stopped', { stopped: true, groups: [group('bad')] }, 'bad'],
+        ['running', { running: true, groups: [group('bad')] }, 'plain'],
+        ['found', { groups: [group('bad'), group('note')], isPartial: true }, 'bad'],
+        ['found', { groups: [group('note')] }, 'plain'],
+    ])('is “%s” for %j, marked %s', (sentence, changes, mark) => {
+        expect(verdictOf({ ...seen, ...changes })).toEqual({ sentence, mark });
     });
 });
 

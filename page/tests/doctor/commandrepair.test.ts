@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import { useCommandRepair } from '@/tasks/commandrepair';
-import { doctorOperationNames } from '@/client/wire';
+import { doctorOperationNames } from '@/client/wire/host';
 import { scriptedClient, type Answer } from '../scriptedhost';
 
 const change = {

@@ -1,6 +1,6 @@
 import { describe, expect, it } from 'vitest';
 import type { FilePermissions } from '@/client';
-import { doctorOperationNames } from '@/client/wire';
+import { doctorOperationNames } from '@/client/wire/host';
 import { useUndoing } from '@/tasks/undoing';
 import { useReasons } from '@/views/associations/reasons';
 import { useAccesses } from '@/views/permissions/accesses';

@@ -234,7 +234,7 @@ export const faults = [
         name: 'settings that have grown',
         plant: (office) =>
             office.addItem(
-                entry('/org.openoffice.Office.Common/Misc', 'Grown', 'x'.repeat(60)).repeat(70000),
+                entry('/org.openoffice.Office.Common/Misc', 'Grown', 'x'.repeat(1200)).repeat(9000),
             ),
         seen: 'LibreOffice starts slowly',
         works: ({ version }) => version !== null,

@@ -69,7 +69,7 @@ describe.each(chosen)('$name', (fault) => {
 
 test.runIf(all).each(missing)(
     '$name is named with the command',
-    async ({ env, plant, findings }) => {
+    async ({ env, plant, findings, shows, patience }) => {
         await plant(office);
         expect((await office.findings(env)).sort()).toEqual(Object.keys(findings).sort());
         for (const [check, command] of Object.entries(findings)) {
@@ -78,6 +78,7 @@ test.runIf(all).each(missing)(
                 command === null ? [] : [command],
             );
         }
+        if (shows) expect(shows(await office.convert({ env, patience }))).toBe(true);
     },
 );
 

@@ -9,3 +9,10 @@ export const node = (path, name, values) =>
                 `<prop oor:name="${key}" oor:op="fuse"><value>${value}</value></prop>`,
         )
         .join('')}</node></item>\n`;
+/** A recent document. */
+export const recent = (address) =>
+    node(
+        "/org.openoffice.Office.Histories/Histories/org.openoffice.Office.Histories:HistoryInfo['PickList']/ItemList",
+        address,
+        { Title: 'recent' },
+    );

@@ -1,14 +1,12 @@
-import { node } from './items.mjs';
+import { recent } from './items.mjs';
 import { profile } from './officeroot.mjs';
 
-const recent = (address) =>
-    node(
-        "/org.openoffice.Office.Histories/Histories/org.openoffice.Office.Histories:HistoryInfo['PickList']/ItemList",
-        address,
-        { Title: 'recent' },
-    );
+const profileRoot = '/home/user/.config/libreoffice/4';
 
-/** What only the administrator can install: how it is planted and the command that is shown. */
+/**
+ * What only the administrator can change: how it is planted, the command that is shown, and what
+ * the real LibreOffice does with it where one without windows shows it.
+ */
 export const missing = [
     {
         name: 'a formula without Math',
@@ -46,5 +44,48 @@ export const missing = [
         env: { DISPLAY: ':9' },
         plant: async () => {},
         findings: { 'no-windows': 'apt-get install libreoffice-gtk3' },
+    },
+    {
+        name: 'a full disk below the settings',
+        plant: (office) => office.smallDisk(profile, 64 * 1024),
+        findings: { 'disk-full': null },
+        shows: ({ version }) => version === null,
+        patience: 10,
+    },
+    {
+        name: 'a read-only file system below the settings',
+        plant: async (office) => office.makeReadOnly(profileRoot),
+        findings: { 'disk-read-only': `mount -o remount,rw ${profileRoot}` },
+        shows: ({ version }) => version === null,
+        patience: 10,
+    },
+    // Test machines have neither AppArmor nor Snap: the files that their checks read are planted in
+    // their places, so LibreOffice itself shows nothing. A share whose server is away cannot be
+    // mounted here; tests/doctor/fixtures has it as a table of mounts.
+    {
+        name: 'AppArmor around LibreOffice',
+        plant: async (office) => {
+            office.smallDisk('/sys/module', 64 * 1024);
+            await office.bindFile('/sys/module/apparmor/parameters/enabled', 'Y\n');
+            await office.bindFile(
+                '/etc/apparmor.d/usr.lib.libreoffice.program.soffice.bin',
+                'profile libreoffice-soffice /usr/lib/libreoffice/program/soffice.bin {\n}\n',
+            );
+            await office.addItem(recent('file:///srv/plan.odt'));
+        },
+        findings: { apparmor: 'aa-complain /usr/lib/libreoffice/program/soffice.bin' },
+    },
+    {
+        name: 'LibreOffice from Snap without drives',
+        plant: async (office) => {
+            office.moveInstallation('/snap/libreoffice/current/lib/libreoffice');
+            office.smallDisk('/var/lib', 64 * 1024);
+            await office.bindFile(
+                '/var/lib/snapd/apparmor/profiles/snap.libreoffice.writer',
+                'profile "snap.libreoffice.writer" {\n}\n',
+            );
+            office.smallDisk('/media/stick', 64 * 1024);
+        },
+        findings: { 'snap-documents': 'snap connect libreoffice:removable-media' },
     },
 ];

@@ -65,6 +65,36 @@ export class OfficeRoot {
         return this.#root.readFile(inside);
     }
 
+    /** Shows a copy of what stands at a place on a read-only file system of its own. */
+    makeReadOnly(inside) {
+        const copy = path.join(this.hostPath('/tmp'), 'read-only');
+        fs.cpSync(this.hostPath(inside), copy, { recursive: true });
+        this.#root.bind(copy, inside);
+    }
+
+    async bindFile(inside, content) {
+        const file = `/tmp/planted/${path.basename(inside)}`;
+        await this.writeFile(file, content);
+        // Its folder, as that of a system cannot get new files.
+        if (fs.existsSync(path.dirname(inside))) {
+            this.#root.bind(path.dirname(this.hostPath(file)), path.dirname(inside));
+        } else {
+            this.#root.bind(this.hostPath(file), inside);
+        }
+    }
+
+    smallDisk(inside, bytes) {
+        this.#root.smallDisk(inside, bytes);
+    }
+
+    /** Shows the installation at another place instead. */
+    moveInstallation(place) {
+        const nothing = path.join(this.hostPath('/tmp'), 'nothing');
+        fs.mkdirSync(nothing);
+        this.#root.bind('/usr/lib/libreoffice', place);
+        this.#root.bind(nothing, '/usr/lib/libreoffice');
+    }
+
     exists(inside) {
         return this.#root.exists(inside);
     }

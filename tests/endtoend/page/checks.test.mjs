@@ -3,7 +3,7 @@ import path from 'node:path';
 
 import { expect, test } from 'vitest';
 
-import { pageTexts } from './texts.mjs';
+import { filled, pageTexts } from './texts.mjs';
 import { patience, viewTests } from './viewtest.mjs';
 
 const toolName = 'vyrEnvCheckTool';
@@ -16,6 +16,15 @@ for ((tries = 0; tries < 4500; tries++)); do
 done
 mkdir -p "$HOME/.local/share/Orvane/tmp"
 printf '[vyrEnv]\\n%s-%s=libexample is missing\\n' "$2" "$1" > "$HOME/.local/share/Orvane/tmp/vyrEnv.ini"
+`;
+/** Answers at once that all is well but one thing, and hangs at its second call without “go”. */
+const everyScript = `#!/bin/bash
+echo "$1|$2" >> "$HOME/toolcalls"
+if [ ! -e "$HOME/go" ] && [ "$(wc -l < "$HOME/toolcalls")" -gt 1 ]; then exec sleep 600; fi
+answer='✔ No problem was found.'
+[ "$1|$2" = 'printing|tbl' ] && answer='✘ No printer. Try “sudo systemctl start cups”.'
+mkdir -p "$HOME/.local/share/Orvane/tmp"
+printf '[vyrEnv]\\n%s-%s="%s"\\n' "$2" "$1" "$answer" > "$HOME/.local/share/Orvane/tmp/vyrEnv.ini"
 `;
 const environment = pageTexts.environmentcheck;
 const input = pageTexts.inputmethod;
@@ -34,6 +43,27 @@ test('an environment check runs the tool once and shows what it found', async ()
     await view.shows('libexample is missing', patience);
     await view.shows(`${environment.components.tbl} – ${environment.checks.libraries.name}`);
     expect(await shared.fileWith(shared.inHome('toolcalls'), Boolean)).toBe('libraries|tbl||');
+});
+
+test('everything is checked for all programs, the worst first, and can be cancelled', async () => {
+    fs.rmSync(path.join(shared.suite.office, toolName), { force: true });
+    shared.writeInOffice(toolName, everyScript, { mode: 0o755 });
+    const { view } = await shared.open('environmentcheck');
+    await view.press(environment.everything);
+    await view.press(pageTexts.common.cancel, patience);
+    await view.shows(filled(environment.everythingStopped, { number: 1, all: 30 }), patience);
+
+    shared.writeInHome('go', '');
+    await view.press(environment.everything);
+    await view.shows(environment.everythingFound.split(' | ')[0], patience);
+    const [first] = await view.evaluate(
+        "[...document.querySelectorAll('.finding-card')].map((card) => card.innerText)",
+    );
+    expect(first).toContain(`${environment.components.tbl} – ${environment.checks.printing.name}`);
+    expect(first).toContain('✘ No printer.');
+    expect(first).toContain('sudo systemctl start cups');
+    const calls = fs.readFileSync(shared.inHome('toolcalls'), 'utf8').trim().split('\n').slice(2);
+    expect(new Set(calls).size).toBe(30);
 });
 
 test('the findings of the project’s own check tool are shown line by line', async () => {
@@ -67,6 +97,7 @@ test('a check that hangs is cancelled with its tool, and the next one can start'
     await view.press(environment.start);
     await view.press(pageTexts.common.cancel, patience);
     await view.shows(pageTexts.failure.stopped, patience);
+    expect(await view.evaluate("document.querySelector('.failure-notice')")).toBe(null);
     shared.writeInHome('go', '');
     shared.writeInOffice(toolName, toolScript);
     await view.press(environment.start);

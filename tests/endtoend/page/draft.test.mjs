@@ -29,7 +29,7 @@ async function restored(view) {
 async function reopened({ home, view }) {
     await view.evaluate('window.isEarlier = true');
     await view.press(pageTexts.frame.back);
-    await home.shows(pageTexts.home.heading, patience);
+    await home.shows(pageTexts.home.groups.machine, patience);
     await home.press('the tile');
     // Between two documents there is none to ask.
     await waitFor(() => view.evaluate('!window.isEarlier').catch(() => false), {

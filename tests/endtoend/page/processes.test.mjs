@@ -1,6 +1,7 @@
 import { spawn } from 'node:child_process';
+import { once } from 'node:events';
 import { setTimeout as pause } from 'node:timers/promises';
-import { end } from 'browser-driver';
+import { end, waitFor } from 'browser-driver';
 import { afterEach, expect, test } from 'vitest';
 
 import { pageTexts } from './texts.mjs';
@@ -17,8 +18,11 @@ afterEach(async () => {
     large = null;
 });
 
-const rowCount = (title) => `document.querySelectorAll(
-    'table[aria-label=' + ${JSON.stringify(JSON.stringify(title))} + '] tbody tr').length`;
+const rows = "document.querySelectorAll('.program-panel tbody').length";
+const times = (view) =>
+    view.evaluate(
+        "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)",
+    );
 
 /** A process that uses a gigabyte, and so is among the machine's largest. */
 function startLargeProcess() {
@@ -30,34 +34,47 @@ function startLargeProcess() {
     return large.pid;
 }
 
-test('both tables fill, and a process that grows large comes into its table', async () => {
+test('a process is found by its number, and ends when its user says so', async () => {
     const { view } = await shared.open('processes');
-    for (const title of [texts.busiest.title, texts.largest.title]) {
-        await view.until(`${rowCount(title)} === 10`, patience);
-    }
+    await view.until(`${rows} > 0`, patience);
     await view.shows(texts.memory.title);
     const pid = startLargeProcess();
-    await view.shows(` ${pid} `, patience);
+    await view.fill(texts.all.filter, String(pid));
+    await view.shows(texts.all.id.replace('{id}', pid), patience);
+    const ended = once(large, 'exit');
+    await view.locator('.program-panel .ask-once-start').click();
+    await view.shows(texts.all.endQuestion);
+    await view.locator('.ask-once-confirm').click();
+    expect((await ended)[1]).toBe('SIGTERM');
+    await view.shows(texts.all.none, patience);
+});
+
+test('the window is not among the programs that it lists', async () => {
+    const { view } = await shared.open('processes');
+    await view.until(`${rows} > 0`, patience);
+    await view.fill(texts.all.filter, String(shared.program.pid));
+    await view.until(`!document.querySelector('.program-panel')?.innerText.includes(
+        ${JSON.stringify(texts.all.id.replace('{id}', ''))} + ${shared.program.pid})`);
 });
 
 test('a paused view reads nothing until it goes on', async () => {
     const { view } = await shared.open('processes');
-    await view.until(`${rowCount(texts.largest.title)} === 10`, patience);
+    await view.until(`${rows} > 0`, patience);
     await view.press(texts.history.table);
     await view.press(texts.history.pause);
     await view.shows(texts.history.paused);
-    // A reading that was under way still completes; its three commands alternate with these.
-    await view.evaluate(`(async () => {
-        for (let turn = 0; turn < 4; turn += 1)
-            await helio.call('getcomputermemory');
-    })()`);
-    const times = () =>
-        view.evaluate(
-            "[...document.querySelectorAll('.history-table tbody th')].map((cell) => cell.textContent)",
-        );
-    const before = await times();
+    // A reading that was under way still completes.
+    let before = [];
+    await waitFor(
+        async () => {
+            const last = before;
+            before = await times(view);
+            return last.length === before.length;
+        },
+        { everyMs: 2_000 },
+    );
     await pause(quiet);
-    expect(await times()).toEqual(before);
+    expect(await times(view)).toEqual(before);
     await view.press(texts.history.go);
     await view.until(
         `document.querySelectorAll('.history-table tbody th').length > ${before.length}`,

@@ -18,7 +18,7 @@ const marked = (home) =>
     home.evaluate("document.querySelector('.side-item[aria-current]')?.innerText.trim()");
 
 async function expectWhole(home) {
-    await home.shows(texts.heading, patience);
+    await home.shows(texts.report.what, patience);
     await home.until('document.hasFocus()');
     expect(await home.evaluate("document.querySelector('.side-bar')")).toBe(null);
 }
@@ -29,7 +29,7 @@ test('a tool opens beside the sidebar, which marks it, in the one window', async
     await shared.display.windowCount(1);
     await home.until(`document.querySelector('.side-item[aria-current]')?.innerText.trim()
         === ${JSON.stringify(pageTexts.crash.title)}`);
-    expect(await home.text()).not.toContain(texts.heading);
+    expect(await home.text()).not.toContain(texts.report.what);
     expect(await home.text()).not.toContain(texts.veil.title);
     await view.until('document.hasFocus()');
     const marks = "document.querySelectorAll('.title-bar-mark').length";

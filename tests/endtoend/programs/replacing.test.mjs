@@ -120,6 +120,7 @@ def copy(name, change):
 data = open(folder + '/letter.odt', 'rb').read()
 open(folder + '/cut.odt', 'wb').write(data[:-80])
 open(folder + '/text.odt', 'wb').write(b'Old Company')
+open(folder + '/old.xls', 'wb').write(bytes.fromhex('d0cf11e0a1b11ae1') + b'Old Company')
 open(folder + '/locked.odt', 'wb').write(data)
 open(folder + '/.~lock.locked.odt#', 'w').write(',user,host,,;')
 copy('xml.odt', lambda n, c: c[:-5] if n == 'content.xml' else c)
@@ -141,6 +142,8 @@ with zipfile.ZipFile(folder + '/signed.odt', 'a') as z: z.writestr('META-INF/doc
         'bomb.odt': 'a part of it is damaged or too big',
         'cut.odt': 'it is damaged',
         'locked.odt': 'it is open in another program',
+        'old.xls':
+            'it is in an older binary format; convert it first, for example to .odt or .docx',
         'secret.odt': 'it is protected with a password',
         'signed.odt': 'it is signed, and a change would break the signature',
         'text.odt': 'it is neither an OpenDocument nor an Office Open XML document',

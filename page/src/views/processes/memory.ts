@@ -1,4 +1,4 @@
-import type { MachineMemory } from '@/client';
+import type { MachineMemory, MachineReading } from '@/client';
 import { judged, type Judged } from '@/parts/judged';
 import type { Found } from '@/tasks/findings';
 
@@ -20,4 +20,14 @@ export function judgeMemory({ usedPercent }: MachineMemory, found: Found | null 
 export function freeGibibytes({ usedPercent, totalGibibytes }: MachineMemory): number | null {
     if (usedPercent === null || totalGibibytes === null) return null;
     return totalGibibytes * (1 - usedPercent / 100);
+}
+
+/** The same of a reading. */
+export function memoryOf({ memory: { total, available } }: MachineReading): MachineMemory {
+    const gibibyte = 1024 ** 3;
+    const isKnown = total !== null && total > 0 && available !== null;
+    return {
+        usedPercent: isKnown ? ((total - available) * 100) / total : null,
+        totalGibibytes: isKnown ? total / gibibyte : null,
+    };
 }

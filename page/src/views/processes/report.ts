@@ -1,6 +1,7 @@
 import type { MachineMemory, Process } from '@/client';
 import type { Translate } from '@/frame/texts';
 import { visibleText } from '@/parts/visibletext';
+import type { ProgramRow } from './programs';
 
 /** All that the view shows of one moment. */
 interface Load {
@@ -37,4 +38,21 @@ export function loadText({ memory, busiest, largest }: Load, t: Translate): stri
 
 export function rawLoad(load: Load): string {
     return JSON.stringify(load, null, 2);
+}
+
+/** All programs as text to paste, a line each. */
+export function programsText(rows: readonly ProgramRow[], t: Translate): string {
+    const lines = rows.map(({ title, program, processes, processor, memory, users }) =>
+        [
+            visibleText(title === program ? program : `${title} (${program})`),
+            processes.length,
+            processor?.toFixed(1) ?? '',
+            (memory / 1024 / 1024).toFixed(1),
+            users.map(visibleText).join(', '),
+        ].join('\t'),
+    );
+    const head = ['program', 'count', 'processor', 'memory']
+        .map((column) => t(`processes.all.${column}`))
+        .concat(t('processes.columns.user'));
+    return [head.join('\t'), ...lines].join('\n');
 }

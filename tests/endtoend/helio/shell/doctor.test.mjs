@@ -50,7 +50,7 @@ const lookAtOwn = (language) => operate('look', { checks: ['own.list'], language
 
 test('a page learns which operations its shell has', async () => {
     const doctor = [
-        ...['list', 'look', 'plan', 'fix', 'undo', 'history'],
+        ...['list', 'look', 'checkups', 'plan', 'fix', 'undo', 'history'],
         ...['preview', 'watch', 'watched'],
     ].map((name) => `doctor.${name}`);
     const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
@@ -60,8 +60,9 @@ test('a page learns which operations its shell has', async () => {
     );
     const tasks = [
         ...['cancel', 'findings', 'printed'],
-        ...['report', 'archive', 'check', 'print', 'fonts', 'substitutes'],
-        ...['server', 'system', 'shortcuts', 'compare', 'updater'],
+        ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
+        ...['server', 'system', 'shortcuts', 'compare', 'start', 'updater'],
+        ...['processes', 'programs', 'end'],
     ].map((name) => `task.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,

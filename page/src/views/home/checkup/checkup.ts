@@ -1,5 +1,12 @@
 import { computed, ref, shallowReactive, shallowRef, watch } from 'vue';
-import type { CheckResult, Client, DoctorFinding, Failure, ListedCheck } from '@/client';
+import type {
+    CheckResult,
+    Client,
+    DoctorFinding,
+    Failure,
+    ListedCheck,
+    LookChange,
+} from '@/client';
 import { viewOf, findingId, grouped, type FindingGroup } from './groups';
 import { readIgnored, withIgnored, withoutIgnored, writeIgnored } from './ignored';
 
@@ -14,6 +21,8 @@ export function useCheckup({ doctor }: Client, language: () => string) {
     const stopped = ref(false);
     const finishedAt = shallowRef<Date | null>(null);
     const failure = shallowRef<Failure | null>(null);
+    /** What is different from the whole look before. */
+    const change = shallowRef<LookChange | null>(null);
     const ignored = shallowRef(readIgnored());
 
     watch(ignored, writeIgnored);
@@ -27,18 +36,28 @@ export function useCheckup({ doctor }: Client, language: () => string) {
         if (!notes.value.includes(text)) notes.value = [...notes.value, text];
     }
 
+    const listener = {
+        check: (result: CheckResult): void => {
+            results.set(result.check, result);
+            found.set(result.check, []);
+        },
+        finding: (finding: DoctorFinding): void => {
+            found.set(finding.check, [...(found.get(finding.check) ?? []), finding]);
+        },
+        note,
+    };
+
     async function look(ids: string[]): Promise<void> {
-        const outcome = await doctor.look(language(), ids, {
-            check: (result) => {
-                results.set(result.check, result);
-                found.set(result.check, []);
-            },
-            finding: (finding) => {
-                found.set(finding.check, [...(found.get(finding.check) ?? []), finding]);
-            },
-            note,
-        });
+        const outcome = await doctor.look(language(), ids, listener);
         failure.value = outcome.kind === 'done' ? null : outcome;
+        // It was about what the whole look has found.
+        change.value = null;
+    }
+
+    async function lookAtAll(): Promise<void> {
+        const outcome = await doctor.lookAtAll(language(), listener);
+        failure.value = outcome.kind === 'done' ? null : outcome;
+        change.value = outcome.kind === 'done' ? outcome.value : null;
     }
 
     async function readList(): Promise<boolean> {
@@ -54,9 +73,10 @@ export function useCheckup({ doctor }: Client, language: () => string) {
         running.value = true;
         stopped.value = false;
         notes.value = [];
+        change.value = null;
         results.clear();
         found.clear();
-        if (await readList()) await look([]);
+        if (await readList()) await lookAtAll();
         running.value = false;
         finishedAt.value = new Date();
     }
@@ -71,15 +91,17 @@ export function useCheckup({ doctor }: Client, language: () => string) {
         stopped,
         finishedAt,
         failure,
+        change,
         groups: computed(() => groupsOf((finding) => !isIgnored(finding))),
         ignoredGroups: computed(() => groupsOf(isIgnored)),
         readList,
         run,
-        /** Runs a view's or a check's whole subject again: one repair may have served several. */
-        async runAgain(subject: string): Promise<void> {
+        /** Runs whole subjects of views or checks again: one repair may have served several. */
+        async runAgain(...subjects: string[]): Promise<void> {
+            const views = subjects.map(viewOf);
             const ids = checks.value
                 .map((listed) => listed.check)
-                .filter((id) => viewOf(id) === viewOf(subject));
+                .filter((id) => views.includes(viewOf(id)));
             if (finishedAt.value && !running.value && ids.length) await look(ids);
         },
         async stop(): Promise<void> {

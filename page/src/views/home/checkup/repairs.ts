@@ -3,11 +3,13 @@ import type {
     Client,
     Failure,
     HistoryEntry,
+    KeptLook,
     Outcome,
     RepairOutcome,
     RepairPlan,
     UndoOutcome,
 } from '@/client';
+import { valueOf } from '@/tasks/undoing';
 import type { Checkup } from './checkup';
 import type { FindingGroup } from './groups';
 
@@ -31,9 +33,6 @@ export interface Undoing {
     outcome: UndoOutcome | Failure;
 }
 
-const valueOf = <Value>(outcome: Outcome<Value>): Value | Failure =>
-    outcome.kind === 'done' ? outcome.value : outcome;
-
 /** Repairs of what the check-up found, one at a time: planned, made, taken back. */
 export function useRepairs({ doctor }: Client, language: () => string, checkup: Checkup) {
     const shown = shallowRef<ShownPlan | null>(null);
@@ -42,6 +41,7 @@ export function useRepairs({ doctor }: Client, language: () => string, checkup: 
     const outcomes = shallowReactive(new Map<string, Repairing>());
     const undoing = shallowRef<Undoing | null>(null);
     const entries = shallowRef<HistoryEntry[]>([]);
+    const looks = shallowRef<KeptLook[]>([]);
     const historyFailure = shallowRef<Failure | null>(null);
 
     /** Nothing else may start meanwhile. */
@@ -56,16 +56,27 @@ export function useRepairs({ doctor }: Client, language: () => string, checkup: 
         const outcome = await doctor.history(checkup.note);
         historyFailure.value = outcome.kind === 'done' ? null : outcome;
         if (outcome.kind === 'done') entries.value = [...outcome.value].reverse();
+        if (!doctor.keepsLooks) return;
+        const kept = await doctor.keptLooks();
+        if (kept.kind === 'done') looks.value = [...kept.value].reverse();
+        else historyFailure.value = kept;
     }
 
     return {
+        alone,
         shown,
         working,
         outcomes,
         undoing,
         entries,
+        looks,
         historyFailure,
         readHistory,
+        /** Notes what came of a repair that was made with others. */
+        record(check: string, repair: string, outcome: Outcome<RepairOutcome>): void {
+            outcomes.set(check, { repair, outcome: valueOf(outcome) });
+            undoing.value = null;
+        },
         /** Shows what a repair would change. */
         prepare: ({ key, check, findings }: FindingGroup, repair: string) =>
             alone(async () => {
@@ -107,3 +118,5 @@ export function useRepairs({ doctor }: Client, language: () => string, checkup: 
         },
     };
 }
+
+export type Repairs = ReturnType<typeof useRepairs>;

@@ -1,6 +1,6 @@
 import { members, text, word, type Decoder } from './decode';
 import { type Outcome, UnreadableAnswer } from './outcome';
-import type { CommandName, Envelope, Host, OperationName, TaskName } from './wire';
+import type { CommandName, Envelope, Host, OperationName, TaskName } from './host';
 
 const taskEnds = ['done', 'failed', 'cancelled', 'dismissed'] as const;
 

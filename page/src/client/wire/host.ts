@@ -103,6 +103,7 @@ export type CommandName = (typeof commandNames)[number];
 export const doctorOperationNames = [
     'doctor.list',
     'doctor.look',
+    'doctor.checkups',
     'doctor.plan',
     'doctor.fix',
     'doctor.undo',
@@ -135,6 +136,7 @@ export const draftOperationNames = ['draft.keep', 'draft.read'] as const;
 
 export const taskNames = [
     'task.report',
+    'task.save',
     'task.archive',
     'task.check',
     'task.print',
@@ -145,6 +147,10 @@ export const taskNames = [
     'task.shortcuts',
     'task.updater',
     'task.compare',
+    'task.start',
+    'task.processes',
+    'task.programs',
+    'task.end',
 ] as const;
 
 export type TaskName = (typeof taskNames)[number];
