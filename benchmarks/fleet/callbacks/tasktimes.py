@@ -1,4 +1,4 @@
-"""Writes a line with the name and the seconds of each task to the file TASK_TIMES."""
+"""Writes a line with the name, the seconds and the output of each task to the file TASK_TIMES."""
 
 import os
 import time
@@ -9,7 +9,7 @@ DOCUMENTATION = '''
 name: tasktimes
 short_description: Times of tasks
 type: aggregate
-description: Writes the seconds of each task.
+description: Writes the seconds of each task, and the line that it printed.
 '''
 
 
@@ -26,4 +26,5 @@ class CallbackModule(CallbackBase):
 
     def v2_runner_on_ok(self, result):
         with open(os.environ['TASK_TIMES'], 'a') as stream:
-            stream.write('%s %f\n' % (result.task_name, time.monotonic() - self.started))
+            stream.write('%s %f %s\n' % (result.task_name, time.monotonic() - self.started,
+                                         result._result.get('stdout', '').strip()))

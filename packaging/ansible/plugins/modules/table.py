@@ -36,10 +36,10 @@ options:
     required: true
   form:
     description:
-      - What to write.
+      - What to write. Without it the end of O(dest) tells, and C(html) is written where it does
+        not.
     type: str
-    choices: [csv, json, html]
-    default: html
+    choices: [html, csv, json]
 attributes:
   check_mode:
     description: Writes nothing.
