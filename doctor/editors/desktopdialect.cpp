@@ -22,7 +22,7 @@ bool isControl(QChar character)
 bool isGroupName(const QByteArray &name)
 {
     return !name.isEmpty() && std::none_of(name.begin(), name.end(), [](char c) {
-        return c == '[' || c == ']' || (c >= 0 && c < 0x20) || c == 0x7f;
+        return c == '[' || c == ']' || static_cast<uchar>(c) < 0x20 || c == 0x7f;
     });
 }
 

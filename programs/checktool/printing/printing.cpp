@@ -87,8 +87,9 @@ bool isDocument(const QString &path)
             return true;
     }
     static const QByteArray usualControls = "\t\n\f\r";
-    return std::none_of(beginning.begin(), beginning.end(),
-                        [](char c) { return c >= 0 && c < ' ' && !usualControls.contains(c); });
+    return std::none_of(beginning.begin(), beginning.end(), [](char c) {
+        return static_cast<uchar>(c) < ' ' && !usualControls.contains(c);
+    });
 }
 
 void checkDocument(const QFileInfo &document)
