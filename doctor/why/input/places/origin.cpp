@@ -21,14 +21,20 @@ void addOnce(QVector<Setting> &lines, const Setting &line)
         *known = line;
 }
 
+/// Whether the value can come from this line; one that computes its value may give any.
+bool couldGive(const Setting &setting, const std::optional<QByteArray> &value)
+{
+    if (setting.isRemoved)
+        return !value.has_value();
+    return setting.value ? setting.value == value : value.has_value();
+}
+
 /// Goes back from the last line that takes effect to the first that must have.
 Origin lookBack(const QVector<Setting> &settings, const std::optional<QByteArray> &value)
 {
     Origin origin;
     for (auto one = settings.crbegin(); one != settings.crend(); ++one) {
-        const bool isComputed = !one->isRemoved && !one->value;
-        const std::optional<QByteArray> given = one->isRemoved ? std::nullopt : one->value;
-        if (isComputed ? value.has_value() : given == value) {
+        if (couldGive(*one, value)) {
             addOnce(origin.lines, *one);
         } else if (one->isSure) {
             origin.contradiction = *one;
