@@ -1,14 +1,10 @@
 import fs from 'node:fs';
 import path from 'node:path';
 
+import { emulationMounts } from './emulated.mjs';
+
 /** Suite files of this size or more are bound read-only instead of copied. */
 const copyLimit = 64 * 1024;
-
-/** The libraries of programs that are built for another machine; see "./test arm64". */
-const foreignLibraries = process.env.SUITE_LIBRARIES;
-
-/** Where Debian's qemu-user looks before the system's own directories. */
-const emulatorPrefix = '/etc/qemu-binfmt/aarch64';
 
 /** Arguments that show the system's own directories read-only, without any of its users' files. */
 export function systemMounts() {
@@ -23,8 +19,7 @@ export function systemMounts() {
             : ['--ro-bind', `/${name}`];
         args.push(...target, `/${name}`);
     }
-    if (foreignLibraries) args.push('--ro-bind', foreignLibraries, emulatorPrefix);
-    return args;
+    return [...args, ...emulationMounts()];
 }
 
 /** A directory of links to everything in a system directory except the hidden names. */

@@ -1,6 +1,8 @@
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 
+import { emulation } from './emulated.mjs';
+
 const outputLimit = 256 * 1024 * 1024;
 
 /** The process may have just ended by itself. */
@@ -27,9 +29,11 @@ export class SandboxProcess {
     /** args: bubblewrap's own arguments and, behind "--", the command. */
     constructor(args, description) {
         this.#description = description;
-        this.#child = spawn('bwrap', ['--info-fd', '3', ...args], {
-            stdio: ['pipe', 'pipe', 'pipe', 'pipe'],
+        const emulated = emulation(4);
+        this.#child = spawn('bwrap', ['--info-fd', '3', ...emulated.args, ...args], {
+            stdio: ['pipe', 'pipe', 'pipe', 'pipe', ...emulated.stdio],
         });
+        emulated.started();
         this.#firstProcess = this.#readFirstProcess(this.#child.stdio[3]);
         // A process may end before it has read its input; its exit status says whether it failed.
         this.#child.stdin.on('error', () => {});
