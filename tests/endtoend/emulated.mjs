@@ -18,9 +18,9 @@ export function emulationMounts() {
 }
 
 /**
- * A filter of system calls (seccomp(2), for x86-64) as bubblewrap reads it: waiting for a process by
- * its descriptor does not exist. Qt takes that for the sign that it can make such descriptors, which
- * qemu-user cannot.
+ * A filter of system calls (seccomp(2), for x86-64) as bubblewrap reads it: waiting for a process
+ * by its descriptor does not exist. Qt takes that for the sign that it can make such descriptors,
+ * which qemu-user cannot.
  */
 function filterBytes() {
     const [load, jumpIfEqual, answer] = [0x20, 0x15, 0x06];
@@ -47,8 +47,8 @@ function filterBytes() {
 }
 
 /**
- * What bubblewrap is started with for such programs: {args, stdio, started}. The file of stdio becomes
- * that descriptor; started() has to be called then.
+ * What bubblewrap is started with for such programs: {args, stdio, started}. The file of stdio
+ * becomes that descriptor; started() has to be called then.
  */
 export function emulation(descriptor) {
     if (!libraries) return { args: [], stdio: [], started: () => {} };
