@@ -6,11 +6,24 @@ import { profile, settings } from './officeroot.mjs';
 const profileRoot = '/home/user/.config/libreoffice/4';
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
+const title = 'Untitled 1 - LibreOffice Writer';
+/** As wide as the settings of this home say, or not. */
+const isKept = ({ windows }) => windows[title] === 800;
+const isForgotten = ({ windows }) => windows[title] > 0 && windows[title] !== 800;
+const opens = ({ windows }) => title in windows;
+const opensNot = (seen) => !opens(seen);
+
+const plan = `<?xml version="1.0" encoding="UTF-8"?>
+<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0" office:version="1.2" office:mimetype="application/vnd.oasis.opendocument.text">
+<office:body><office:text><text:p>A plan.</text:p></office:text></office:body>
+</office:document>
+`;
 
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
- * it (shows: true for what convert() then gives). Where one without windows shows nothing, what a
- * window would show stands in "seen". normal: part of each test run.
+ * it (shows: true for what convert() then gives; window: the same for window(), in a LibreOffice
+ * with windows). Where neither shows anything, what users notice stands in "seen". normal: part of
+ * each test run.
  */
 export const faults = [
     {
@@ -26,6 +39,7 @@ export const faults = [
         },
         shows: ignored,
         works: ({ version }) => version === '1.2',
+        window: { shows: isForgotten, works: isKept },
     },
     {
         check: 'settings-damaged',
@@ -40,21 +54,26 @@ export const faults = [
         },
         shows: ignored,
         works: ({ version }) => version === '1.2',
+        window: { shows: isForgotten, works: isKept },
     },
     {
         check: 'settings-damaged',
         name: 'settings full of zeros, started anew',
         repair: 'aside',
         plant: async (office) => fs.writeFileSync(office.hostPath(settings), Buffer.alloc(4096)),
-        seen: 'LibreOffice throws the settings away at its next start',
         works: ({ version }) => version !== null,
+        window: { shows: isForgotten, works: opens },
     },
     {
         check: 'settings-read-only',
         name: 'a folder of settings that cannot be changed',
         plant: async (office) => fs.chmodSync(office.hostPath(profile), 0o500),
-        seen: 'what is set is lost at the end',
         works: ({ version }) => version === '1.2',
+        window: {
+            later: 'grep -q TipOfTheDay "$HOME/.config/libreoffice/4/user/registrymodifications.xcu"',
+            shows: ({ content }) => !content.includes('TipOfTheDay'),
+            works: ({ content }) => content.includes('TipOfTheDay'),
+        },
     },
     {
         check: 'settings-link',
@@ -67,6 +86,7 @@ export const faults = [
         patience: 3,
         shows: ({ version }) => version === null,
         works: ({ version }) => version !== null,
+        window: { patience: 15, shows: opensNot, works: opens },
     },
     {
         check: 'settings-locked',
@@ -77,16 +97,26 @@ export const faults = [
                 `${profileRoot}/.lock`,
                 '[Lockdata]\nUser=user\nHost=formername\nStamp=1\nTime=today\nIPCServer=true\n',
             ),
-        seen: 'a window asks whether to use the settings all the same',
         works: ({ version }) => version === '1.2',
+        window: { until: '^(LibreOffice 7|Untitled)', shows: opensNot, works: opens },
     },
     {
         check: 'newer-settings',
         name: 'settings of a newer LibreOffice',
-        plant: (office) =>
-            office.addItem(entry('/org.openoffice.Setup/Product', 'ooSetupLastVersion', '24.8')),
-        seen: 'settings that this version does not know are lost',
+        plant: async (office) => {
+            await office.addItem(
+                entry('/org.openoffice.Setup/Product', 'ooSetupLastVersion', '24.8'),
+            );
+            await office.addItem(
+                entry('/org.openoffice.Office.Common/Misc', 'FutureThing', 'true'),
+            );
+        },
         works: ({ version }) => version !== null,
+        window: {
+            later: 'grep -q TipOfTheDay "$HOME/.config/libreoffice/4/user/registrymodifications.xcu"',
+            shows: ({ content }) => !content.includes('FutureThing'),
+            works: opens,
+        },
     },
     {
         check: 'interface-language',
@@ -103,13 +133,23 @@ export const faults = [
         plant: (office) =>
             office.addItem(
                 node('/org.openoffice.Office.Recovery/RecoveryList', 'recovery_item_1', {
-                    DocumentState: 9,
-                    OriginalURL: 'file:///home/user/gone.odt',
+                    Title: 'gone.odt',
+                    Filter: 'writer8',
+                    Module: 'com.sun.star.text.TextDocument',
                     TempURL: `file://${profile}/backup/gone.odt_0.odt`,
+                    ViewNames: '',
+                    OriginalURL: 'file:///home/user/gone.odt',
+                    TemplateURL: '',
+                    DocumentState: 1,
                 }),
             ),
-        seen: 'a window asks to recover it at each start',
         works: ({ version }) => version === '1.2',
+        window: {
+            until: 'Document Recovery|^Untitled',
+            shows: ({ windows }) =>
+                Object.keys(windows).some((name) => name.endsWith('Document Recovery')),
+            works: opens,
+        },
     },
     {
         check: 'path-missing',
@@ -179,21 +219,32 @@ export const faults = [
                 `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`,
                 '<?xml version="1.0"?>\n<ext:help-backend-db xmlns:ext="x">\n<ext:ent',
             ),
-        seen: 'the extension manager fails or shows nothing',
         works: ({ version }) => version === '1.2',
+        window: { shows: ({ ended, windows }) => ended && opensNot({ windows }), works: opens },
     },
     {
         check: 'document-locked',
         name: 'a document that is marked as open',
         normal: true,
         area: '/home/user/Documents',
-        plant: (office) =>
-            office.writeFile(
-                '/home/user/Documents/.~lock.plan.odt#',
+        plant: async (office) => {
+            await office.writeFile('/home/user/Documents/plan.fodt', plan);
+            await office.writeFile(
+                '/home/user/Documents/.~lock.plan.fodt#',
                 ',user,sandbox,22.11.2026 14:01,file:///home/user/.config/libreoffice/4;',
-            ),
-        seen: 'others may only read it',
+            );
+        },
         works: ({ version }) => version === '1.2',
+        window: {
+            command: [
+                'soffice',
+                '-env:UserInstallation=file:///tmp/other',
+                '/home/user/Documents/plan.fodt',
+            ],
+            until: 'Document in Use|^plan',
+            shows: ({ windows }) => 'Document in Use' in windows,
+            works: ({ windows }) => 'plan.fodt - LibreOffice Writer' in windows,
+        },
     },
     {
         check: 'window-plugin',
@@ -228,6 +279,7 @@ export const faults = [
         },
         shows: ({ version }) => version === null,
         works: ({ version }) => version === '1.2',
+        window: { shows: ({ ended, windows }) => ended && opensNot({ windows }), works: opens },
     },
     {
         check: 'settings-large',

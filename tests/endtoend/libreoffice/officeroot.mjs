@@ -3,6 +3,7 @@ import os from 'node:os';
 import path from 'node:path';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { seenIn, sessionWith } from './windowsession.mjs';
 
 export const profile = '/home/user/.config/libreoffice/4/user';
 export const settings = `${profile}/registrymodifications.xcu`;
@@ -22,6 +23,9 @@ async function usedProfile() {
         await root.convert();
         await root.addItem(savesOdf12);
         await root.convert();
+        // Its first start has left this; the next one with windows would restore a session.
+        const content = await root.readFile(settings);
+        await root.writeFile(settings, content.replace(/^.*"OfficeRestartInProgress".*\n/m, ''));
         const copy = fs.mkdtempSync(path.join(os.tmpdir(), 'profile-'));
         fs.cpSync(root.hostPath('/home/user/.config'), copy, { recursive: true });
         return copy;
@@ -65,6 +69,14 @@ export class OfficeRoot {
         return this.#root.readFile(inside);
     }
 
+    makeDirectory(inside) {
+        return this.#root.makeDirectory(inside);
+    }
+
+    list(inside) {
+        return this.#root.list(inside);
+    }
+
     /** Shows a copy of what stands at a place on a read-only file system of its own. */
     makeReadOnly(inside) {
         const copy = path.join(this.hostPath('/tmp'), 'read-only');
@@ -81,6 +93,15 @@ export class OfficeRoot {
         } else {
             this.#root.bind(this.hostPath(file), inside);
         }
+    }
+
+    /** Shows a host file or directory read-only at a place of the root. */
+    bind(host, inside) {
+        this.#root.bind(host, inside);
+    }
+
+    run(command, options) {
+        return this.#root.run(command, options);
     }
 
     smallDisk(inside, bytes) {
@@ -140,15 +161,18 @@ export class OfficeRoot {
             .map((line) => JSON.parse(line));
     }
 
-    /** The checks of LibreOffice that found something, but for fonts that this machine lacks. */
-    async findings(env = {}) {
+    /**
+     * The checks of LibreOffice that found something; without those for fonts that this machine
+     * may lack, unless they are asked for.
+     */
+    async findings(env = {}, { withFonts = false } = {}) {
         const events = await this.#doctor([], env);
         const failed = events.filter((event) => event.result === 'failed');
         if (failed.length > 0) throw new Error(JSON.stringify(failed));
         return events
             .filter((event) => event.type === 'finding' && /^libreoffice\./.test(event.check))
             .map((event) => event.check.replace('libreoffice.', ''))
-            .filter((check) => !check.startsWith('fonts-'));
+            .filter((check) => withFonts || !check.startsWith('fonts-'));
     }
 
     async fix({ check, repair, session = {} }) {
@@ -169,6 +193,12 @@ export class OfficeRoot {
 
     async suites() {
         return (await this.#doctor(['--list'])).filter((event) => event.type === 'suite');
+    }
+
+    /** What LibreOffice shows when it is started in a session with windows, see windowsession.mjs. */
+    async window(command, options) {
+        const { stdout } = await this.#root.run(...sessionWith(command, options));
+        return seenIn(stdout);
     }
 
     /** Everything below a path: name → mode and content or target. */
