@@ -1,6 +1,6 @@
 import fs from 'node:fs';
 
-import { entry, node } from './items.mjs';
+import { entry, node, textIn } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
 
 const profileRoot = '/home/user/.config/libreoffice/4';
@@ -13,11 +13,16 @@ const isForgotten = ({ windows }) => windows[title] > 0 && windows[title] !== 80
 const opens = ({ windows }) => title in windows;
 const opensNot = (seen) => !opens(seen);
 
-const plan = `<?xml version="1.0" encoding="UTF-8"?>
-<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0" office:version="1.2" office:mimetype="application/vnd.oasis.opendocument.text">
-<office:body><office:text><text:p>A plan.</text:p></office:text></office:body>
-</office:document>
-`;
+const text = 'application/vnd.oasis.opendocument.text';
+
+/** Which of two programs a double-click on a document starts. */
+async function opener(office) {
+    const { stdout } = await office.shell(`
+        gio open plan.odt
+        timeout 10 bash -c 'until [ -e writer ] || [ -e archiver ]; do sleep 0.05; done'
+        ls writer archiver 2>/dev/null`);
+    return stdout.trim();
+}
 
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
@@ -175,12 +180,12 @@ export const faults = [
                 node(`${table}/FontPairs`, '_0', {
                     Always: 'true',
                     OnScreenOnly: 'false',
-                    ReplaceFont: 'Arial',
+                    ReplaceFont: 'DejaVu Serif',
                     SubstituteFont: 'Nosuch Sans',
                 }),
             );
         },
-        seen: 'text in Arial has whichever font comes first',
+        seen: 'the replacement is not made',
         works: ({ version }) => version === '1.2',
     },
     {
@@ -228,7 +233,7 @@ export const faults = [
         normal: true,
         area: '/home/user/Documents',
         plant: async (office) => {
-            await office.writeFile('/home/user/Documents/plan.fodt', plan);
+            await office.writeFile('/home/user/Documents/plan.fodt', textIn('DejaVu Sans'));
             await office.writeFile(
                 '/home/user/Documents/.~lock.plan.fodt#',
                 ',user,sandbox,22.11.2026 14:01,file:///home/user/.config/libreoffice/4;',
@@ -320,5 +325,46 @@ export const faults = [
             office.writeFile('/home/user/.cups/client.conf', 'ServerName 127.0.0.2\n'),
         seen: 'the print dialog opens late',
         works: ({ version }) => version === '1.2',
+    },
+    {
+        check: 'opened-by-archiver',
+        name: 'documents that an archive manager opens',
+        area: '/home/user/.config/mimeapps.list',
+        plant: async (office) => {
+            const folder = '/usr/share/applications';
+            const program = (name, command) =>
+                `[Desktop Entry]\nType=Application\nName=${name}\nExec=${command} %U\nMimeType=${text};\n`;
+            await office.writeFile(
+                `${folder}/libreoffice-writer.desktop`,
+                program('Writer', 'touch /home/user/writer'),
+            );
+            await office.writeFile(
+                `${folder}/org.gnome.FileRoller.desktop`,
+                program('Archives', 'touch /home/user/archiver'),
+            );
+            await office.writeFile(
+                '/home/user/.config/mimeapps.list',
+                `[Default Applications]\n${text}=org.gnome.FileRoller.desktop\n`,
+            );
+            await office.writeFile('/home/user/plan.odt', 'A plan.');
+        },
+        shows: async (_, office) => (await opener(office)) === 'archiver',
+        works: async (_, office) => (await opener(office)) === 'writer',
+    },
+    {
+        // No Flatpak here: its restriction is read from the file that it reads.
+        check: 'flatpak-documents',
+        name: 'a Flatpak that may not see documents',
+        area: '/home/user/.local/share/flatpak',
+        plant: async (office) => {
+            office.smallDisk('/var/lib', 64 * 1024);
+            office.moveInstallation(
+                '/var/lib/flatpak/app/org.libreoffice.LibreOffice/current/active/files/libreoffice',
+            );
+            await office.writeFile(
+                '/home/user/.local/share/flatpak/overrides/org.libreoffice.LibreOffice',
+                '[Context]\nfilesystems=!home;xdg-pictures\n',
+            );
+        },
     },
 ];

@@ -3,6 +3,7 @@ import os from 'node:os';
 import path from 'node:path';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { textIn } from './items.mjs';
 import { seenIn, sessionWith } from './windowsession.mjs';
 
 export const profile = '/home/user/.config/libreoffice/4/user';
@@ -116,6 +117,18 @@ export class OfficeRoot {
         this.#root.bind(nothing, '/usr/lib/libreoffice');
     }
 
+    /** Shows a second installation, which says that it is of another version. */
+    addInstallation(place, version) {
+        const copy = path.join(this.hostPath('/tmp'), path.basename(place));
+        // Its program finds its own folder: links to the first one would lead back to that.
+        fs.cpSync('/usr/lib/libreoffice', copy, { recursive: true, verbatimSymlinks: true });
+        const file = path.join(copy, 'program/bootstraprc');
+        const content = fs.readFileSync(file, 'utf8');
+        fs.rmSync(file);
+        fs.writeFileSync(file, content.replace(/^(ProductKey=\D*)[0-9.]+/m, `$1${version}`));
+        this.#root.bind(copy, place);
+    }
+
     exists(inside) {
         return this.#root.exists(inside);
     }
@@ -151,6 +164,17 @@ export class OfficeRoot {
         const [, version] = (await this.readFile(output)).match(/office:version="([0-9.]+)"/);
         fs.rmSync(this.hostPath('/home/user/out'), { recursive: true });
         return { version, stderr };
+    }
+
+    /** The fonts that LibreOffice takes for a text in that font. */
+    async fontsFor(family) {
+        await this.writeFile('/home/user/text.fodt', textIn(family));
+        await this.shell(
+            'timeout -k 1 60 soffice --headless --convert-to pdf --outdir /home/user /home/user/text.fodt',
+        );
+        const content = await this.#root.readFile('/home/user/text.pdf', 'latin1');
+        const names = [...content.matchAll(/\/BaseFont\/(?:[A-Z]{6}\+)?([^/\s>]+)/g)];
+        return [...new Set(names.map(([, name]) => name))];
     }
 
     async #doctor(args, env) {
@@ -195,7 +219,7 @@ export class OfficeRoot {
         return (await this.#doctor(['--list'])).filter((event) => event.type === 'suite');
     }
 
-    /** What LibreOffice shows when it is started in a session with windows, see windowsession.mjs. */
+    /** What LibreOffice shows in a session with windows, see windowsession.mjs. */
     async window(command, options) {
         const { stdout } = await this.#root.run(...sessionWith(command, options));
         return seenIn(stdout);
