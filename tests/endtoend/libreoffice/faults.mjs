@@ -15,6 +15,28 @@ const opensNot = (seen) => !opens(seen);
 
 const text = 'application/vnd.oasis.opendocument.text';
 
+const forNewer = `<?xml version="1.0" encoding="UTF-8"?>
+<description xmlns="http://openoffice.org/extensions/description/2006"
+ xmlns:l="http://libreoffice.org/extensions/description/2011">
+<identifier value="tidy"/><version value="1.0"/>
+<dependencies>
+<l:LibreOffice-minimal-version value="24.2" name="LibreOffice 24.2"/>
+</dependencies></description>
+`;
+
+/** Whether LibreOffice refuses an extension for the sake of its own version. */
+async function refusesExtension(office) {
+    await office.writeFile('/home/user/tidy/description.xml', forNewer);
+    await office.writeFile(
+        '/home/user/tidy/META-INF/manifest.xml',
+        '<manifest:manifest xmlns:manifest="http://openoffice.org/2001/manifest"/>',
+    );
+    const { stdout, stderr } = await office.shell(
+        'cd tidy && zip -qr ../tidy.oxt . && timeout 60 unopkg add ../tidy.oxt; echo "ended: $?"',
+    );
+    return stderr.includes('unsatisfied dependencies') && stdout.trim() !== 'ended: 0';
+}
+
 /** Which of two programs a double-click on a document starts. */
 async function opener(office) {
     const { stdout } = await office.shell(`
@@ -312,9 +334,9 @@ export const faults = [
         plant: (office) =>
             office.writeFile(
                 `${profile}/uno_packages/cache/uno_packages/lu1_/tidy.oxt/description.xml`,
-                '<description xmlns:l="http://libreoffice.org/extensions/description/2011">\n<l:LibreOffice-minimal-version value="24.2"/>\n</description>\n',
+                forNewer,
             ),
-        seen: 'the extension manager refuses it',
+        shows: (_, office) => refusesExtension(office),
         works: ({ version }) => version === '1.2',
     },
     {

@@ -48,6 +48,7 @@ describe.each(chosen)('$name', (fault) => {
         const planted = office.tree(area);
         expect(await office.findings(fault.session)).toEqual([fault.check]);
         if (fault.byHand) {
+            expect(await fault.shows(null, office)).toBe(true);
             return;
         }
         expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
