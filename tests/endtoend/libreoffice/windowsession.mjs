@@ -1,5 +1,8 @@
 /** The title of a new text document's window. */
-export const newDocument = '^Untitled 1 - LibreOffice Writer$';
+export const textDocument = 'Untitled 1 - LibreOffice Writer';
+const newDocument = `^${textDocument}$`;
+export const opens = ({ windows }) => textDocument in windows;
+export const opensNot = (seen) => !opens(seen);
 
 /** Prints "window TITLE<tab>WIDTH" of each window, and how the program does. */
 const script = `
