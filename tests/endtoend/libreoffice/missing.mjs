@@ -11,6 +11,16 @@ const profileRoot = '/home/user/.config/libreoffice/4';
 /**
  * What only the administrator can change: how it is planted, the command that is shown, and what
  * the real LibreOffice does with it where one without windows shows it.
+ *
+ * @typedef {import('./officeroot.mjs').OfficeRoot} Office
+ * @type {{
+ *     name: string,
+ *     env?: Record<string, string>,
+ *     plant: (office: Office) => unknown,
+ *     findings: Record<string, string | null>,
+ *     shows?: (converted: { version: string | null }, office: Office) => unknown,
+ *     patience?: number,
+ * }[]}
  */
 export const missing = [
     {

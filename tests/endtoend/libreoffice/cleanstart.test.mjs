@@ -3,8 +3,8 @@ import path from 'node:path';
 import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
-import { pageTexts } from './texts.mjs';
-import { patience, viewTests } from './viewtest.mjs';
+import { pageTexts } from '../page/texts.mjs';
+import { patience, viewTests } from '../page/viewtest.mjs';
 
 const texts = pageTexts.libreoffice;
 const shared = viewTests();
