@@ -207,6 +207,7 @@ export const faults = [
     {
         check: 'extensions-damaged',
         name: 'a damaged list of extensions',
+        normal: true,
         plant: (office) =>
             office.writeFile(
                 `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`,

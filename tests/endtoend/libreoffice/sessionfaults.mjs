@@ -129,6 +129,7 @@ export const sessionFaults = [
     {
         check: 'opened-by-archiver',
         name: 'documents that an archive manager opens',
+        normal: true,
         area: '/home/user/.config/mimeapps.list',
         plant: async (office) => {
             const folder = '/usr/share/applications';
@@ -155,6 +156,7 @@ export const sessionFaults = [
         // No Flatpak here: its restriction is read from the file that it reads.
         check: 'flatpak-documents',
         name: 'a Flatpak that may not see documents',
+        normal: true,
         area: '/home/user/.local/share/flatpak',
         plant: async (office) => {
             office.smallDisk('/var/lib', 64 * 1024);
