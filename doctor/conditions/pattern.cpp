@@ -1,5 +1,6 @@
 #include "doctor/conditions/pattern.h"
 
+#include "doctor/conditions/neededtext.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -23,7 +24,7 @@ QString Pattern::problemOf(const QString &text)
     return pattern.m_expression.isValid() ? QString() : pattern.m_expression.errorString();
 }
 
-Pattern::Pattern(const QString &text) : m_expression(QLatin1String(limits) + text) {}
+Pattern::Pattern(const QString &text) : m_text(text), m_expression(QLatin1String(limits) + text) {}
 
 PatternMatch Pattern::match(const QString &subject) const
 {
@@ -31,6 +32,11 @@ PatternMatch Pattern::match(const QString &subject) const
         return {false, true, {}};
     const QRegularExpressionMatch match = m_expression.match(subject);
     return {match.hasMatch(), !match.isValid(), match.capturedTexts()};
+}
+
+QString Pattern::neededText() const
+{
+    return NeededText(m_text).longest();
 }
 
 QString Pattern::replaced(const QString &subject, const QString &replacement) const

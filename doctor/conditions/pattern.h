@@ -28,7 +28,11 @@ public:
     PatternMatch match(const QString &subject) const;
     QString replaced(const QString &subject, const QString &replacement) const;
 
+    /// A text without which nothing matches; empty if none is known.
+    QString neededText() const;
+
 private:
+    QString m_text;
     QRegularExpression m_expression;
 };
 

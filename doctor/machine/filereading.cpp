@@ -52,6 +52,11 @@ private:
     int m_number = -1;
 };
 
+FileContent tooLarge(qint64 largest)
+{
+    return {std::nullopt, texts::tr("larger than %1 bytes").arg(largest)};
+}
+
 FileContent readOpened(int descriptor, qint64 largest)
 {
     QByteArray content;
@@ -71,7 +76,7 @@ FileContent readOpened(int descriptor, qint64 largest)
         if (count == 0)
             return {content, {}};
     }
-    return {std::nullopt, texts::tr("larger than %1 bytes").arg(largest)};
+    return tooLarge(largest);
 }
 
 /// A regular file, opened for reading.
@@ -91,10 +96,14 @@ public:
             m_problem = systemProblem();
         else if (!S_ISREG(state.st_mode))
             m_problem = notRegular();
+        else
+            m_size = state.st_size;
     }
 
     int number() const { return m_file->number(); }
     const QString &problem() const { return m_problem; }
+    /// What the file system says: 0 for what a kernel makes when it is read.
+    qint64 size() const { return m_size; }
 
 private:
     static QString notRegular() { return texts::tr("not a regular file"); }
@@ -106,6 +115,7 @@ private:
 
     std::optional<Descriptor> m_file;
     QString m_problem;
+    qint64 m_size = 0;
 };
 
 } // namespace
@@ -113,8 +123,9 @@ private:
 FileContent readFile(const QString &path, qint64 largest)
 {
     const OpenedFile file(path);
-    return file.problem().isEmpty() ? readOpened(file.number(), largest)
-                                    : FileContent{std::nullopt, file.problem()};
+    if (!file.problem().isEmpty())
+        return {std::nullopt, file.problem()};
+    return file.size() > largest ? tooLarge(largest) : readOpened(file.number(), largest);
 }
 
 FileContent readPart(const QString &path, qint64 offset, qint64 length)

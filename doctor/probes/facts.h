@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "doctor/machine/deadline.h"
+#include "doctor/machine/filereading.h"
 #include "doctor/machine/machine.h"
 #include "doctor/why/open/open.h"
 #include "suites/installation.h"
@@ -46,8 +47,17 @@ public:
                                                                        const Deadline &deadline);
     /// What opens a type, as OpenQuestion::byGio() has it.
     Opening opening(const Machine &machine, const QString &type);
+    /// A regular file of at most 16 MiB as readFile() has it. Many checks look into the same few
+    /// files; what all of them together take is bounded.
+    FileContent file(const Machine &machine, const QString &path);
 
 private:
+    struct KeptFile
+    {
+        std::once_flag read;
+        FileContent file;
+    };
+
     std::once_flag m_processesRead;
     QVector<RunningProcess> m_processes;
     std::once_flag m_packagesRead;
@@ -59,6 +69,9 @@ private:
     /// It keeps the desktop entries that it has read.
     std::mutex m_openMutex;
     std::unique_ptr<OpenQuestion> m_openQuestion;
+    std::mutex m_filesMutex;
+    QHash<QString, std::shared_ptr<KeptFile>> m_files;
+    qint64 m_keptBytes = 0;
 };
 
 } // namespace doctor

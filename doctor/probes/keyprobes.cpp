@@ -3,15 +3,13 @@
 #include <algorithm>
 
 #include "doctor/editors/keyeditor.h"
-#include "doctor/machine/filereading.h"
+#include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
 #include "texts/texts.h"
 
 namespace doctor {
 
 namespace {
-
-constexpr qint64 largestFile = 16 * 1024 * 1024;
 
 /// Most settings are not set, and these files can be long: where the name does not stand, the XML
 /// need not be read.
@@ -24,10 +22,10 @@ bool mayHave(const QByteArray &content, Format format, const QStringList &key)
 }
 
 Observation observedKey(const QString &path, Format format, const QStringList &key,
-                        const Arguments &arguments, const Machine &machine)
+                        const Arguments &arguments, const Looking &looking)
 {
     Observation seen;
-    const FileContent file = readFile(machine.located(path), largestFile);
+    const FileContent file = looking.facts.file(looking.machine, path);
     const std::optional<FoundKey> found = file.content && mayHave(*file.content, format, key)
                                               ? keyEditor(format).find(*file.content, key)
                                               : std::nullopt;
@@ -35,7 +33,8 @@ Observation observedKey(const QString &path, Format format, const QStringList &k
     Values &values = seen.values;
     values.insert(QStringLiteral("path"), Value::ofText(path));
     values.insert(QStringLiteral("name"), Value::ofText(path.section(QLatin1Char('/'), -1)));
-    values.insert(QStringLiteral("exists"), Value::ofFlag(QFile::exists(machine.located(path))));
+    values.insert(QStringLiteral("exists"),
+                  Value::ofFlag(QFile::exists(looking.machine.located(path))));
     values.insert(QStringLiteral("readable"), Value::ofFlag(file.content.has_value()));
     values.insert(QStringLiteral("present"), Value::ofFlag(found.has_value()));
     if (found) {
@@ -56,7 +55,7 @@ Observed lookAtKey(const char *parameter, Format format, const QStringList &key,
     for (const QString &path : meant.paths) {
         if (looking.deadline.isOver())
             return {{}, texts::tr("too many files to read in time")};
-        observed.seen.append(observedKey(path, format, key, arguments, looking.machine));
+        observed.seen.append(observedKey(path, format, key, arguments, looking));
     }
     return observed;
 }

@@ -1,7 +1,9 @@
 #include <QFile>
 
+#include <algorithm>
+
 #include "doctor/conditions/pattern.h"
-#include "doctor/machine/filereading.h"
+#include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
 #include "texts/texts.h"
 
@@ -9,7 +11,6 @@ namespace doctor {
 
 namespace {
 
-constexpr qint64 largestFile = 16 * 1024 * 1024;
 constexpr int longestLine = 16 * 1024;
 constexpr int mostLines = 50;
 constexpr int mostCaptures = 3;
@@ -26,47 +27,74 @@ Observation lineSeen(const QString &path, int line, bool exists)
     return seen;
 }
 
-/// Independent of the content that a line was a part of.
-QString copied(const QString &part)
+/// What a pattern sees of a line; most of a long one is left out.
+QString lineText(const QByteArray &content, int begin, int end)
 {
-    return QString(part.constData(), part.size());
+    constexpr int mostBytesOfCharacter = 4;
+    const int length = std::min(end - begin, longestLine * mostBytesOfCharacter);
+    QString line = QString::fromUtf8(content.constData() + begin, length);
+    line.truncate(longestLine);
+    if (line.endsWith(QLatin1Char('\r')))
+        line.chop(1);
+    return line;
+}
+
+/// A line of a file, and where the next one begins.
+struct Line
+{
+    int number = 0;
+    int begin = 0;
+    int next = 0;
+    QString text;
+};
+
+/// Moves to the next line that has @p part; false if there is none.
+bool moveToLine(const QByteArray &content, const QByteArray &part, Line &line)
+{
+    int begin = line.next;
+    if (!part.isEmpty()) {
+        const int hit = content.indexOf(part, begin);
+        if (hit < 0)
+            return false;
+        const int before = hit == 0 ? -1 : content.lastIndexOf('\n', hit - 1);
+        line.number += static_cast<int>(
+            std::count(content.begin() + begin, content.begin() + before + 1, '\n'));
+        begin = before + 1;
+    }
+    if (begin >= content.size())
+        return false;
+    const int found = content.indexOf('\n', begin);
+    const int end = found < 0 ? content.size() : found;
+    line = {line.number + 1, begin, end + 1, lineText(content, begin, end)};
+    return true;
 }
 
 /// Adds the matching lines of one file, or one observation of none.
 QString addLines(const QString &path, const Pattern &pattern, const Looking &looking,
                  Observed &observed)
 {
-    const QString located = looking.machine.located(path);
-    const QString content =
-        QString::fromUtf8(readFile(located, largestFile).content.value_or(QByteArray()));
+    const QByteArray content =
+        looking.facts.file(looking.machine, path).content.value_or(QByteArray());
+    // Settings can have tens of thousands of lines, of which most cannot match.
+    const QByteArray part = pattern.neededText().toUtf8();
     const int before = observed.seen.size();
-    int number = 0;
-    for (int begin = 0; begin < content.size() && observed.seen.size() - before < mostLines;) {
-        const int found = content.indexOf(QLatin1Char('\n'), begin);
-        const int end = found < 0 ? content.size() : found;
-        int length = std::min(end - begin, longestLine);
-        if (length > 0 && content.at(begin + length - 1) == QLatin1Char('\r'))
-            --length;
-        // Not copied: most lines do not match.
-        const QString line = QString::fromRawData(content.constData() + begin, length);
-        begin = end + 1;
-        ++number;
-        const PatternMatch match = pattern.match(line);
+    for (Line line; observed.seen.size() - before < mostLines && moveToLine(content, part, line);) {
+        const PatternMatch match = pattern.match(line.text);
         if (match.hasGivenUp)
             return texts::tr("the pattern needs too many steps for a line in %1").arg(path);
         if (looking.deadline.isOver())
             return texts::tr("too many lines to look at in time in %1").arg(path);
         if (!match.hasMatched)
             continue;
-        Observation seen = lineSeen(path, number, true);
-        seen.values.insert(QStringLiteral("text"), Value::ofText(copied(line)));
+        Observation seen = lineSeen(path, line.number, true);
+        seen.values.insert(QStringLiteral("text"), Value::ofText(line.text));
         for (int i = 1; i <= mostCaptures && i < match.captured.size(); ++i)
             seen.values.insert(QStringLiteral("part%1").arg(i),
-                               Value::ofText(copied(match.captured.at(i))));
+                               Value::ofText(match.captured.at(i)));
         observed.seen.append(seen);
     }
     if (observed.seen.size() == before)
-        observed.seen.append(lineSeen(path, 0, QFile::exists(located)));
+        observed.seen.append(lineSeen(path, 0, QFile::exists(looking.machine.located(path))));
     return {};
 }
 

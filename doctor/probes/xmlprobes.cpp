@@ -3,6 +3,7 @@
 #include "doctor/editors/xml/wholexml.h"
 #include "doctor/machine/filereading.h"
 #include "doctor/machine/packedcopies.h"
+#include "doctor/probes/facts.h"
 #include "doctor/probes/kinds.h"
 #include "texts/texts.h"
 
@@ -12,11 +13,11 @@ namespace {
 
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 
-Observation observedXml(const QString &path, const Machine &machine)
+Observation observedXml(const QString &path, const Looking &looking)
 {
     Observation seen;
-    const QString located = machine.located(path);
-    const FileContent file = readFile(located, largestFile);
+    const QString located = looking.machine.located(path);
+    const FileContent file = looking.facts.file(looking.machine, path);
     seen.values.insert(QStringLiteral("path"), Value::ofText(path));
     seen.values.insert(QStringLiteral("exists"), Value::ofFlag(QFile::exists(located)));
     seen.values.insert(QStringLiteral("readable"), Value::ofFlag(file.content.has_value()));
@@ -42,7 +43,7 @@ Observed lookAtXmlDocument(const Arguments &arguments, const Looking &looking)
     for (const QString &path : meant.paths) {
         if (looking.deadline.isOver())
             return {{}, texts::tr("too many files to read in time")};
-        observed.seen.append(observedXml(path, looking.machine));
+        observed.seen.append(observedXml(path, looking));
     }
     return observed;
 }

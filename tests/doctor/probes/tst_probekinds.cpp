@@ -101,6 +101,7 @@ private slots:
     void filesAndLinks();
     void keysOfAllFormats();
     void linesAndTexts();
+    void linesThatCannotMatchAreCounted();
     void locksAndSums();
     void processesAndTheirEnvironment();
     void packagesOfDpkg();
@@ -203,6 +204,18 @@ void TestProbeKinds::linesAndTexts()
     QCOMPARE(lines.seen.at(1).values.value(QStringLiteral("part1")).text, QStringLiteral("3"));
     QCOMPARE(lines.seen.at(1).where.first().line, 3);
     QCOMPARE(scene.value("compare", "two=x", "part1", two), QStringLiteral("x"));
+}
+
+void TestProbeKinds::linesThatCannotMatchAreCounted()
+{
+    Scene scene;
+    scene.write("/x", "\n\none\nname=1\ntwo\nname=\nnames\n\nname=2\r\n");
+    const RawArguments named{{QStringLiteral("pattern"), {QStringLiteral("^name=(\\d)$")}}};
+    const Observed lines = scene.look("line", named, "/x");
+    QCOMPARE(lines.seen.size(), 2);
+    QCOMPARE(lines.seen.at(0).where.first().line, 4);
+    QCOMPARE(lines.seen.at(1).where.first().line, 9);
+    QCOMPARE(lines.seen.at(1).values.value(QStringLiteral("text")).text, QStringLiteral("name=2"));
 }
 
 void TestProbeKinds::locksAndSums()

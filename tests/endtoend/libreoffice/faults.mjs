@@ -2,15 +2,21 @@ import fs from 'node:fs';
 
 import { entry, node } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
+import { sessionFaults } from './sessionfaults.mjs';
+import { opens, opensNot, textDocument } from './windowsession.mjs';
 
 const profileRoot = '/home/user/.config/libreoffice/4';
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
+/** As wide as the settings of this home say, or not. */
+const isKept = ({ windows }) => windows[textDocument] === 800;
+const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDocument] !== 800;
 
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
- * it (shows: true for what convert() then gives). Where one without windows shows nothing, what a
- * window would show stands in "seen". normal: part of each test run.
+ * it (shows: true for what convert() then gives; window: the same for window(), in a LibreOffice
+ * with windows). Where neither shows anything, what users notice stands in "seen". normal: part of
+ * each test run.
  */
 export const faults = [
     {
@@ -26,6 +32,7 @@ export const faults = [
         },
         shows: ignored,
         works: ({ version }) => version === '1.2',
+        window: { shows: isForgotten, works: isKept },
     },
     {
         check: 'settings-damaged',
@@ -40,21 +47,26 @@ export const faults = [
         },
         shows: ignored,
         works: ({ version }) => version === '1.2',
+        window: { shows: isForgotten, works: isKept },
     },
     {
         check: 'settings-damaged',
         name: 'settings full of zeros, started anew',
         repair: 'aside',
         plant: async (office) => fs.writeFileSync(office.hostPath(settings), Buffer.alloc(4096)),
-        seen: 'LibreOffice throws the settings away at its next start',
         works: ({ version }) => version !== null,
+        window: { shows: isForgotten, works: opens },
     },
     {
         check: 'settings-read-only',
         name: 'a folder of settings that cannot be changed',
         plant: async (office) => fs.chmodSync(office.hostPath(profile), 0o500),
-        seen: 'what is set is lost at the end',
         works: ({ version }) => version === '1.2',
+        window: {
+            later: 'grep -q TipOfTheDay "$HOME/.config/libreoffice/4/user/registrymodifications.xcu"',
+            shows: ({ content }) => !content.includes('TipOfTheDay'),
+            works: ({ content }) => content.includes('TipOfTheDay'),
+        },
     },
     {
         check: 'settings-link',
@@ -67,6 +79,7 @@ export const faults = [
         patience: 3,
         shows: ({ version }) => version === null,
         works: ({ version }) => version !== null,
+        window: { patience: 15, shows: opensNot, works: opens },
     },
     {
         check: 'settings-locked',
@@ -77,16 +90,26 @@ export const faults = [
                 `${profileRoot}/.lock`,
                 '[Lockdata]\nUser=user\nHost=formername\nStamp=1\nTime=today\nIPCServer=true\n',
             ),
-        seen: 'a window asks whether to use the settings all the same',
         works: ({ version }) => version === '1.2',
+        window: { until: '^(LibreOffice 7|Untitled)', shows: opensNot, works: opens },
     },
     {
         check: 'newer-settings',
         name: 'settings of a newer LibreOffice',
-        plant: (office) =>
-            office.addItem(entry('/org.openoffice.Setup/Product', 'ooSetupLastVersion', '24.8')),
-        seen: 'settings that this version does not know are lost',
+        plant: async (office) => {
+            await office.addItem(
+                entry('/org.openoffice.Setup/Product', 'ooSetupLastVersion', '24.8'),
+            );
+            await office.addItem(
+                entry('/org.openoffice.Office.Common/Misc', 'FutureThing', 'true'),
+            );
+        },
         works: ({ version }) => version !== null,
+        window: {
+            later: 'grep -q TipOfTheDay "$HOME/.config/libreoffice/4/user/registrymodifications.xcu"',
+            shows: ({ content }) => !content.includes('FutureThing'),
+            works: opens,
+        },
     },
     {
         check: 'interface-language',
@@ -103,13 +126,23 @@ export const faults = [
         plant: (office) =>
             office.addItem(
                 node('/org.openoffice.Office.Recovery/RecoveryList', 'recovery_item_1', {
-                    DocumentState: 9,
-                    OriginalURL: 'file:///home/user/gone.odt',
+                    Title: 'gone.odt',
+                    Filter: 'writer8',
+                    Module: 'com.sun.star.text.TextDocument',
                     TempURL: `file://${profile}/backup/gone.odt_0.odt`,
+                    ViewNames: '',
+                    OriginalURL: 'file:///home/user/gone.odt',
+                    TemplateURL: '',
+                    DocumentState: 1,
                 }),
             ),
-        seen: 'a window asks to recover it at each start',
         works: ({ version }) => version === '1.2',
+        window: {
+            until: 'Document Recovery|^Untitled',
+            shows: ({ windows }) =>
+                Object.keys(windows).some((name) => name.endsWith('Document Recovery')),
+            works: opens,
+        },
     },
     {
         check: 'path-missing',
@@ -135,12 +168,12 @@ export const faults = [
                 node(`${table}/FontPairs`, '_0', {
                     Always: 'true',
                     OnScreenOnly: 'false',
-                    ReplaceFont: 'Arial',
+                    ReplaceFont: 'DejaVu Serif',
                     SubstituteFont: 'Nosuch Sans',
                 }),
             );
         },
-        seen: 'text in Arial has whichever font comes first',
+        seen: 'the replacement is not made',
         works: ({ version }) => version === '1.2',
     },
     {
@@ -174,60 +207,14 @@ export const faults = [
     {
         check: 'extensions-damaged',
         name: 'a damaged list of extensions',
+        normal: true,
         plant: (office) =>
             office.writeFile(
                 `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`,
                 '<?xml version="1.0"?>\n<ext:help-backend-db xmlns:ext="x">\n<ext:ent',
             ),
-        seen: 'the extension manager fails or shows nothing',
         works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'document-locked',
-        name: 'a document that is marked as open',
-        normal: true,
-        area: '/home/user/Documents',
-        plant: (office) =>
-            office.writeFile(
-                '/home/user/Documents/.~lock.plan.odt#',
-                ',user,sandbox,22.11.2026 14:01,file:///home/user/.config/libreoffice/4;',
-            ),
-        seen: 'others may only read it',
-        works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'window-plugin',
-        name: 'a window plug-in that is not installed',
-        area: '/home/user/.profile',
-        plant: (office) =>
-            office.writeFile('/home/user/.profile', 'umask 022\nexport SAL_USE_VCLPLUGIN=kde4\n'),
-        seen: 'windows look foreign',
-        works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'preload',
-        name: 'a library to be loaded first that is gone',
-        area: '/home/user/.profile',
-        env: { LD_PRELOAD: '/opt/gone/libfix.so' },
-        plant: (office) =>
-            office.writeFile('/home/user/.profile', 'export LD_PRELOAD=/opt/gone/libfix.so\n'),
-        shows: ({ stderr }) => stderr.includes('/opt/gone/libfix.so'),
-        works: ({ stderr }) => !stderr.includes('/opt/gone/libfix.so'),
-    },
-    {
-        check: 'library-path',
-        name: 'a library that is loaded instead of LibreOffice’s own',
-        area: '/home/user/.profile',
-        env: { LD_LIBRARY_PATH: '/home/user/lib' },
-        plant: async (office) => {
-            await office.writeFile('/home/user/lib/libxml2.so.2', 'no library');
-            await office.writeFile(
-                '/home/user/.profile',
-                'export LD_LIBRARY_PATH=/home/user/lib\n',
-            );
-        },
-        shows: ({ version }) => version === null,
-        works: ({ version }) => version === '1.2',
+        window: { shows: ({ ended, windows }) => ended && opensNot({ windows }), works: opens },
     },
     {
         check: 'settings-large',
@@ -239,34 +226,5 @@ export const faults = [
         seen: 'LibreOffice starts slowly',
         works: ({ version }) => version !== null,
     },
-    {
-        check: 'temp-missing',
-        name: 'a folder for temporary files that is gone',
-        area: '/home/user/tmp',
-        session: { TMPDIR: '/home/user/tmp' },
-        plant: async () => {},
-        seen: 'temporary files go to /tmp',
-        works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'extension-newer',
-        name: 'an extension for a newer LibreOffice',
-        byHand: true,
-        plant: (office) =>
-            office.writeFile(
-                `${profile}/uno_packages/cache/uno_packages/lu1_/tidy.oxt/description.xml`,
-                '<description xmlns:l="http://libreoffice.org/extensions/description/2011">\n<l:LibreOffice-minimal-version value="24.2"/>\n</description>\n',
-            ),
-        seen: 'the extension manager refuses it',
-        works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'print-server',
-        name: 'a print server that does not answer',
-        area: '/home/user/.cups',
-        plant: (office) =>
-            office.writeFile('/home/user/.cups/client.conf', 'ServerName 127.0.0.2\n'),
-        seen: 'the print dialog opens late',
-        works: ({ version }) => version === '1.2',
-    },
+    ...sessionFaults,
 ];

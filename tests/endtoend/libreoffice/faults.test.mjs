@@ -48,6 +48,7 @@ describe.each(chosen)('$name', (fault) => {
         const planted = office.tree(area);
         expect(await office.findings(fault.session)).toEqual([fault.check]);
         if (fault.byHand) {
+            expect(await fault.shows(null, office)).toBe(true);
             return;
         }
         expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
@@ -55,30 +56,37 @@ describe.each(chosen)('$name', (fault) => {
         expect(await office.undo()).toBe('undone');
         expect(office.tree(area)).toEqual(planted);
         if (fault.shows) {
-            expect(fault.shows(await office.convert({ env: fault.session, ...fault }))).toBe(true);
+            const converted = await office.convert({ env: fault.session, ...fault });
+            expect(await fault.shows(converted, office)).toBe(true);
         }
     });
 
-    test.runIf(all || fault.shows)('is gone for LibreOffice after the repair', async () => {
-        await fault.plant(office);
-        await office.fix(fault);
-        // A new session no longer has what its file had set.
-        expect(fault.works(await office.convert({ env: fault.session }))).toBe(true);
-    });
+    test.runIf(fault.works && (all || fault.shows))(
+        'is gone for LibreOffice after the repair',
+        async () => {
+            await fault.plant(office);
+            await office.fix(fault);
+            // A new session no longer has what its file had set.
+            const converted = await office.convert({ env: fault.session });
+            expect(await fault.works(converted, office)).toBe(true);
+        },
+    );
 });
 
 test.runIf(all).each(missing)(
     '$name is named with the command',
     async ({ env, plant, findings, shows, patience }) => {
         await plant(office);
-        expect((await office.findings(env)).sort()).toEqual(Object.keys(findings).sort());
+        expect([...new Set(await office.findings(env))].sort()).toEqual(
+            Object.keys(findings).sort(),
+        );
         for (const [check, command] of Object.entries(findings)) {
             const changes = await office.plan(check, env);
-            expect(changes.map((change) => change.command)).toEqual(
+            expect([...new Set(changes.map((change) => change.command))]).toEqual(
                 command === null ? [] : [command],
             );
         }
-        if (shows) expect(shows(await office.convert({ env, patience }))).toBe(true);
+        if (shows) expect(await shows(await office.convert({ env, patience }), office)).toBe(true);
     },
 );
 

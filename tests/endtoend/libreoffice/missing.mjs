@@ -1,11 +1,26 @@
-import { recent } from './items.mjs';
-import { profile } from './officeroot.mjs';
+import fs from 'node:fs';
+import path from 'node:path';
 
+import { recent } from './items.mjs';
+import { profile, settings } from './officeroot.mjs';
+
+const someoneElse = 4711;
+const fontLists = '/home/user/.cache/fontconfig';
 const profileRoot = '/home/user/.config/libreoffice/4';
 
 /**
  * What only the administrator can change: how it is planted, the command that is shown, and what
  * the real LibreOffice does with it where one without windows shows it.
+ *
+ * @typedef {import('./officeroot.mjs').OfficeRoot} Office
+ * @type {{
+ *     name: string,
+ *     env?: Record<string, string>,
+ *     plant: (office: Office) => unknown,
+ *     findings: Record<string, string | null>,
+ *     shows?: (converted: { version: string | null }, office: Office) => unknown,
+ *     patience?: number,
+ * }[]}
  */
 export const missing = [
     {
@@ -87,5 +102,72 @@ export const missing = [
             office.smallDisk('/media/stick', 64 * 1024);
         },
         findings: { 'snap-documents': 'snap connect libreoffice:removable-media' },
+    },
+    {
+        name: 'settings that belong to somebody else',
+        plant: async (office) => {
+            // Nobody's in the root, which knows one user; only the administrator can plant it.
+            fs.chmodSync(office.hostPath(settings), 0o600);
+            fs.chownSync(office.hostPath(settings), someoneElse, someoneElse);
+        },
+        findings: { 'settings-foreign': `chown 1000:1000 -- ${settings}` },
+        shows: ({ version }) => version !== '1.2',
+    },
+    {
+        name: 'old copies of settings',
+        plant: async (office) => {
+            for (const name of ['4.bak', '4.old', '4.orig', '4_backup2']) {
+                await office.makeDirectory(`/home/user/.config/libreoffice/${name}/user`);
+            }
+        },
+        findings: { 'old-copies': null },
+    },
+    {
+        name: 'two installations with the same settings',
+        plant: async (office) => office.addInstallation('/opt/libreoffice24.8', '24.8'),
+        findings: { 'shared-settings': null },
+        shows: async (_, office) => {
+            fs.rmSync(office.hostPath(settings));
+            await office.shell(
+                '/opt/libreoffice24.8/program/soffice --headless --convert-to fodt --outdir out plan.txt',
+            );
+            return office.exists(settings);
+        },
+    },
+    {
+        name: 'a desktop that does not know office documents',
+        plant: async (office) => {
+            const types = path.join(office.hostPath('/tmp'), 'types');
+            fs.mkdirSync(types);
+            office.bind(types, '/usr/share/mime');
+            await office.writeFile('/home/user/plan.odt', 'PK');
+        },
+        findings: { 'types-unknown': 'update-mime-database /usr/share/mime' },
+        shows: async (_, office) => {
+            const { stdout } = await office.shell('gio info -a standard::content-type plan.odt');
+            return !stdout.includes('opendocument');
+        },
+    },
+    {
+        name: 'a list of fonts that belongs to somebody else',
+        plant: async (office) => {
+            await office.makeDirectory('/home/user/.local/share/fonts');
+            fs.copyFileSync(
+                '/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf',
+                office.hostPath('/home/user/.local/share/fonts/own.ttf'),
+            );
+            for (const place of [fontLists, '/home/user/.fontconfig']) {
+                await office.makeDirectory(place);
+                fs.chownSync(office.hostPath(place), someoneElse, someoneElse);
+            }
+        },
+        findings: { 'font-cache': `chown 1000:1000 -- ${fontLists}` },
+        // The next start reads all fonts of this home again.
+        shows: async (_, office) => {
+            const before = await office.list(fontLists);
+            fs.chownSync(office.hostPath(fontLists), process.getuid(), process.getgid());
+            await office.convert();
+            return before.length === 0 && (await office.list(fontLists)).length > 0;
+        },
     },
 ];

@@ -3,6 +3,8 @@ import os from 'node:os';
 import path from 'node:path';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { textIn } from './items.mjs';
+import { seenIn, sessionWith } from './windowsession.mjs';
 
 export const profile = '/home/user/.config/libreoffice/4/user';
 export const settings = `${profile}/registrymodifications.xcu`;
@@ -22,6 +24,9 @@ async function usedProfile() {
         await root.convert();
         await root.addItem(savesOdf12);
         await root.convert();
+        // Its first start has left this; the next one with windows would restore a session.
+        const content = await root.readFile(settings);
+        await root.writeFile(settings, content.replace(/^.*"OfficeRestartInProgress".*\n/m, ''));
         const copy = fs.mkdtempSync(path.join(os.tmpdir(), 'profile-'));
         fs.cpSync(root.hostPath('/home/user/.config'), copy, { recursive: true });
         return copy;
@@ -65,6 +70,14 @@ export class OfficeRoot {
         return this.#root.readFile(inside);
     }
 
+    makeDirectory(inside) {
+        return this.#root.makeDirectory(inside);
+    }
+
+    list(inside) {
+        return this.#root.list(inside);
+    }
+
     /** Shows a copy of what stands at a place on a read-only file system of its own. */
     makeReadOnly(inside) {
         const copy = path.join(this.hostPath('/tmp'), 'read-only');
@@ -83,6 +96,15 @@ export class OfficeRoot {
         }
     }
 
+    /** Shows a host file or directory read-only at a place of the root. */
+    bind(host, inside) {
+        this.#root.bind(host, inside);
+    }
+
+    run(command, options) {
+        return this.#root.run(command, options);
+    }
+
     smallDisk(inside, bytes) {
         this.#root.smallDisk(inside, bytes);
     }
@@ -93,6 +115,18 @@ export class OfficeRoot {
         fs.mkdirSync(nothing);
         this.#root.bind('/usr/lib/libreoffice', place);
         this.#root.bind(nothing, '/usr/lib/libreoffice');
+    }
+
+    /** Shows a second installation, which says that it is of another version. */
+    addInstallation(place, version) {
+        const copy = path.join(this.hostPath('/tmp'), path.basename(place));
+        // Its program finds its own folder: links to the first one would lead back to that.
+        fs.cpSync('/usr/lib/libreoffice', copy, { recursive: true, verbatimSymlinks: true });
+        const file = path.join(copy, 'program/bootstraprc');
+        const content = fs.readFileSync(file, 'utf8');
+        fs.rmSync(file);
+        fs.writeFileSync(file, content.replace(/^(ProductKey=\D*)[0-9.]+/m, `$1${version}`));
+        this.#root.bind(copy, place);
     }
 
     exists(inside) {
@@ -132,6 +166,17 @@ export class OfficeRoot {
         return { version, stderr };
     }
 
+    /** The fonts that LibreOffice takes for a text in that font. */
+    async fontsFor(family) {
+        await this.writeFile('/home/user/text.fodt', textIn(family));
+        await this.shell(
+            'timeout -k 1 60 soffice --headless --convert-to pdf --outdir /home/user /home/user/text.fodt',
+        );
+        const content = await this.#root.readFile('/home/user/text.pdf', 'latin1');
+        const names = [...content.matchAll(/\/BaseFont\/(?:[A-Z]{6}\+)?([^/\s>]+)/g)];
+        return [...new Set(names.map(([, name]) => name))];
+    }
+
     async #doctor(args, env) {
         const { stdout } = await this.#root.run([program, 'doctor', ...args, '--json'], { env });
         return stdout
@@ -140,15 +185,18 @@ export class OfficeRoot {
             .map((line) => JSON.parse(line));
     }
 
-    /** The checks of LibreOffice that found something, but for fonts that this machine lacks. */
-    async findings(env = {}) {
+    /**
+     * The checks of LibreOffice that found something; without those for fonts that this machine
+     * may lack, unless they are asked for.
+     */
+    async findings(env = {}, { withFonts = false } = {}) {
         const events = await this.#doctor([], env);
         const failed = events.filter((event) => event.result === 'failed');
         if (failed.length > 0) throw new Error(JSON.stringify(failed));
         return events
             .filter((event) => event.type === 'finding' && /^libreoffice\./.test(event.check))
             .map((event) => event.check.replace('libreoffice.', ''))
-            .filter((check) => !check.startsWith('fonts-'));
+            .filter((check) => withFonts || !check.startsWith('fonts-'));
     }
 
     async fix({ check, repair, session = {} }) {
@@ -169,6 +217,12 @@ export class OfficeRoot {
 
     async suites() {
         return (await this.#doctor(['--list'])).filter((event) => event.type === 'suite');
+    }
+
+    /** What LibreOffice shows in a session with windows, see windowsession.mjs. */
+    async window(command, options) {
+        const { stdout } = await this.#root.run(...sessionWith(command, options));
+        return seenIn(stdout);
     }
 
     /** Everything below a path: name → mode and content or target. */

@@ -1,0 +1,162 @@
+import { execFileSync } from 'node:child_process';
+import fs from 'node:fs';
+import path from 'node:path';
+
+import { afterAll, beforeEach, afterEach, describe, expect, test } from 'vitest';
+
+import { recent } from './items.mjs';
+import { OfficeRoot, removeUsedProfile } from './officeroot.mjs';
+
+/** A LibreOffice with windows, and fonts, such as ./test libreoffice unpacks. */
+const withWindows = process.env.LIBREOFFICE_WINDOWS ?? '';
+const withFonts = process.env.LIBREOFFICE_FONTS ?? '';
+const place = '/usr/lib/libreoffice';
+const desktop = (name) => ({ DISPLAY: ':9', XDG_CURRENT_DESKTOP: name });
+const writer = ['soffice', '--writer'];
+
+let office;
+let trees;
+
+beforeEach(async () => {
+    office = await OfficeRoot.create();
+    trees = [];
+});
+
+afterEach(async () => {
+    await office.dispose();
+    for (const tree of trees) fs.rmSync(tree, { recursive: true });
+});
+
+afterAll(removeUsedProfile);
+
+/** Shows the installation without some of its files. */
+function install(...missing) {
+    const tree = fs.mkdtempSync(`${withWindows}-part-`);
+    trees.push(tree);
+    execFileSync('cp', ['-al', `${withWindows}/.`, tree]);
+    for (const name of missing) fs.rmSync(path.join(tree, 'program', name));
+    office.bind(tree, place);
+}
+
+/** Fonts of its own for the root; more can be added to the directory. */
+function fontsOfRoot() {
+    const fonts = path.join(office.hostPath('/tmp'), 'fonts');
+    fs.cpSync('/usr/share/fonts/truetype/dejavu', path.join(fonts, 'dejavu'), { recursive: true });
+    office.bind(fonts, '/usr/share/fonts');
+    return fonts;
+}
+
+async function commandsFor(check, env) {
+    return (await office.plan(check, env)).map((change) => change.command);
+}
+
+describe.runIf(withWindows)('a desktop', () => {
+    test.each(['GNOME', 'XFCE', ''])('%s has nothing wrong', async (name) => {
+        install();
+        fs.cpSync(withFonts, fontsOfRoot(), { recursive: true });
+        expect(await office.findings(desktop(name), { withFonts: true })).toEqual([]);
+        await office.window(writer, {});
+        expect(await office.findings(desktop(name), { withFonts: true })).toEqual([]);
+    });
+
+    test('without the plug-in for GTK has windows of another kind', async () => {
+        install('libvclplug_gtk3lo.so');
+        expect(await office.findings(desktop('GNOME'))).toEqual(['gtk-plugin']);
+        expect(await commandsFor('gtk-plugin', desktop('GNOME'))).toEqual([
+            'apt-get install libreoffice-gtk3',
+        ]);
+        expect((await office.window(writer, {})).plugins).toEqual(['gen']);
+    });
+
+    test('without the plug-in for Qt has windows of another kind', async () => {
+        install();
+        expect(await office.findings(desktop('KDE'))).toEqual(['qt-plugin']);
+        expect(await commandsFor('qt-plugin', desktop('KDE'))).toEqual([
+            'apt-get install libreoffice-kf5',
+        ]);
+        const { plugins } = await office.window(writer, { env: { XDG_CURRENT_DESKTOP: 'KDE' } });
+        expect(plugins).not.toContain('kf5');
+    });
+
+    test('without the module of its input method is named', async () => {
+        install();
+        const env = { ...desktop('GNOME'), GTK_IM_MODULE: 'fcitx' };
+        expect(await office.findings(env)).toEqual(['input-module']);
+        expect(await commandsFor('input-module', env)).toEqual([
+            'apt-get install fcitx5-frontend-gtk3',
+        ]);
+    });
+
+    test('that forbids windows has none until the line is removed', async () => {
+        install();
+        const line = 'export SAL_USE_VCLPLUGIN=svp\n';
+        await office.writeFile('/home/user/.profile', `umask 022\n${line}`);
+        const session = { ...desktop('GNOME'), SAL_USE_VCLPLUGIN: 'svp' };
+        expect(await office.findings(session)).toEqual(['no-windows-setting']);
+        const env = { SAL_USE_VCLPLUGIN: 'svp' };
+        const elsewhere = [...writer, '-env:UserInstallation=file:///tmp/other'];
+        expect((await office.window(elsewhere, { env, patience: 8 })).windows).toEqual({});
+        expect(await office.fix({ check: 'no-windows-setting', session })).toMatchObject([
+            { result: 'repaired' },
+        ]);
+        expect(await office.readFile('/home/user/.profile')).toBe('umask 022\n');
+        expect(await office.findings(desktop('GNOME'))).toEqual([]);
+        expect((await office.window(writer, {})).windows).toHaveProperty([
+            'Untitled 1 - LibreOffice Writer',
+        ]);
+        expect(await office.undo()).toBe('undone');
+        expect(await office.readFile('/home/user/.profile')).toBe(`umask 022\n${line}`);
+    });
+
+    test('without Base cannot open a database', async () => {
+        install('libdbalo.so');
+        await office.writeFile('/home/user/stock.odb', 'a database');
+        await office.addItem(recent('file:///home/user/stock.odb'));
+        expect(await office.findings(desktop('GNOME'))).toEqual(['base-missing']);
+        expect(await commandsFor('base-missing', desktop('GNOME'))).toEqual([
+            'apt-get install libreoffice-base',
+        ]);
+    });
+
+    test('without the import of PDF cannot edit one', async () => {
+        await office.fontsFor('DejaVu Sans');
+        const edited = async () => {
+            const { stdout } = await office.shell(`
+                rm -rf edited
+                timeout -k 1 60 soffice --headless --infilter=writer_pdf_import \\
+                    --convert-to odt --outdir edited text.pdf >/dev/null 2>&1
+                ls edited`);
+            return stdout.trim();
+        };
+        expect(await edited()).toBe('text.odt');
+        install('libpdfimportlo.so', 'xpdfimport');
+        await office.addItem(recent('file:///home/user/text.pdf'));
+        expect(await office.findings(desktop('GNOME'))).toEqual(['pdf-import-missing']);
+        expect(await commandsFor('pdf-import-missing', desktop('GNOME'))).toEqual([
+            'apt-get install libreoffice-draw',
+        ]);
+        expect(await edited()).toBe('');
+    });
+
+    test.each([
+        ['calibri', 'Calibri', 'Carlito', 'fonts-crosextra-carlito'],
+        ['cambria', 'Cambria', 'Caladea-Regular', 'fonts-crosextra-caladea'],
+        ['arial', 'Arial', 'LiberationSans', 'fonts-liberation'],
+    ])(
+        'without a font like %s has others until it is installed',
+        async (name, family, like, deb) => {
+            install();
+            const fonts = fontsOfRoot();
+            const expected = ['fonts-arial', 'fonts-calibri', 'fonts-cambria'];
+            const seen = await office.findings(desktop('GNOME'), { withFonts: true });
+            expect(seen.sort()).toEqual(expected);
+            expect(await commandsFor(`fonts-${name}`, desktop('GNOME'))).toEqual([
+                `apt-get install ${deb}`,
+            ]);
+            expect(await office.fontsFor(family)).not.toContain(like);
+            fs.cpSync(withFonts, fonts, { recursive: true });
+            expect(await office.findings(desktop('GNOME'), { withFonts: true })).toEqual([]);
+            expect(await office.fontsFor(family)).toContain(like);
+        },
+    );
+});
