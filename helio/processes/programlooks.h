@@ -13,4 +13,9 @@ namespace helio {
 QJsonObject programLooks(const QStringList &programs, const QString &language,
                          const doctor::Machine &machine);
 
+/// The same for desktop entries, by their names. An entry that is not shown in menus has a title
+/// as well.
+QJsonObject entryLooks(const QStringList &names, const QString &language,
+                       const doctor::Machine &machine);
+
 } // namespace helio

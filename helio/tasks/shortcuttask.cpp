@@ -1,31 +1,12 @@
 #include <QDir>
-#include <QSettings>
-#include <QStandardPaths>
 
 #include "doctor/machine/machine.h"
 #include "helio/doctor/commandrepair.h"
+#include "helio/opening/openingsuite.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
 
 namespace helio {
-
-namespace {
-
-constexpr char settingsFile[] = "/Orvane/Office.conf";
-constexpr char modeKey[] = "6.0/vyroffice/Application Settings/AppComponentMode";
-constexpr char separateMode[] = "helio_independ";
-
-QString componentMode()
-{
-    const QSettings settings(
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-            QLatin1String(settingsFile),
-        QSettings::IniFormat);
-    const QString mode = settings.value(QLatin1String(modeKey)).toString();
-    return mode.isEmpty() ? QLatin1String(separateMode) : mode;
-}
-
-} // namespace
 
 TaskEnd tasks::listShortcuts(const TaskRun &)
 {
@@ -35,7 +16,7 @@ TaskEnd tasks::listShortcuts(const TaskRun &)
         folder.entryList({QStringLiteral("vyr-office*desktop")}, QDir::Files | QDir::System);
     const QJsonObject state{
         {QStringLiteral("icon"), files.join(QLatin1Char('|'))},
-        {QStringLiteral("mode"), componentMode()},
+        {QStringLiteral("mode"), componentMode(doctor::thisMachine())},
         {QStringLiteral("chartboard"), krt::kcmc::support(QStringLiteral("ChartBoard"))},
         {QStringLiteral("docket"), krt::kcmc::support(QStringLiteral("DocketComponent"))},
         {QStringLiteral("fixedcomponent"), krt::kcmc::support(QStringLiteral("FixedComponent"))}};

@@ -103,6 +103,7 @@ describe('the client', () => {
                     'hasHost',
                     'listen',
                     'processes',
+                    'openings',
                     'reports',
                     'suite',
                     'task',

@@ -4,7 +4,7 @@
  */
 import { Caller } from './wire/caller';
 import { checkCommands } from './checkcommands';
-import { desktopCommands } from './desktopcommands';
+import { desktopCommands, openingOperations } from './desktopcommands';
 import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
 import { draftOperations } from './draftoperations';
@@ -26,7 +26,12 @@ import { windowOperations } from './windowoperations';
 import type { Host } from './wire/host';
 
 export type { Failure, Outcome } from './wire/outcome';
-export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
+export type {
+    Association,
+    Associations,
+    DesktopShortcuts,
+    DocumentOpenings,
+} from './desktopcommands';
 export type {
     CheckResult,
     CommandPreview,
@@ -73,6 +78,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         suite: suiteOperations(caller),
         reports: reportOperations(caller),
         processes: processOperations(caller),
+        openings: openingOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

@@ -145,6 +145,8 @@ export const taskNames = [
     'task.server',
     'task.system',
     'task.shortcuts',
+    'task.associations',
+    'task.associate',
     'task.updater',
     'task.compare',
     'task.start',
