@@ -40,7 +40,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 18> knownTasks{{
+constexpr std::array<Task, 21> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
@@ -54,6 +54,9 @@ constexpr std::array<Task, 18> knownTasks{{
     {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
     {"task.associations", FileQuestion::Kind::None, "", "", tasks::readOpenings, true},
     {"task.associate", FileQuestion::Kind::None, "", "", tasks::repairOpenings, false},
+    {"task.paths", FileQuestion::Kind::None, "", "", tasks::describePaths, true},
+    {"task.choose", FileQuestion::Kind::Open, "", "", tasks::choosePath, false},
+    {"task.listing", FileQuestion::Kind::Save, "permissions", "txt", tasks::saveText, false},
     {"task.compare", FileQuestion::Kind::None, "", "", tasks::compareReports, true},
     {"task.start", FileQuestion::Kind::None, "", "", tasks::measureStart, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
@@ -72,9 +75,11 @@ const Task *taskNamed(const QString &name)
 
 FileQuestion questionOf(const Task &task)
 {
+    const bool wantsDocument = QLatin1String(task.name) == QLatin1String(printTask);
+    const QString filter =
+        texts::tr("Documents") + QStringLiteral(" (") + QLatin1String(documents) + QLatin1Char(')');
     return {task.asks, QLatin1String(task.file), QLatin1String(task.suffix),
-            texts::tr("Documents") + QStringLiteral(" (") + QLatin1String(documents) +
-                QLatin1Char(')')};
+            wantsDocument ? filter : QString()};
 }
 
 QString wordOf(TaskEnd::Kind kind)

@@ -27,6 +27,10 @@ TaskEnd listShortcuts(const TaskRun &run);
 TaskEnd readOpenings(const TaskRun &run);
 /// Has the suite open its documents, and reads again.
 TaskEnd repairOpenings(const TaskRun &run);
+/// Kind, rights, owner and time of each path, whatever is in its name.
+TaskEnd describePaths(const TaskRun &run);
+/// Only tells the path of the chosen file.
+TaskEnd choosePath(const TaskRun &run);
 /// What differs between reports, and from this machine where that is asked for.
 TaskEnd compareReports(const TaskRun &run);
 /// What the suite's profile costs at its start.

@@ -104,6 +104,7 @@ describe('the client', () => {
                     'listen',
                     'processes',
                     'openings',
+                    'paths',
                     'reports',
                     'suite',
                     'task',

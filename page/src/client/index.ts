@@ -17,7 +17,7 @@ import { reportOperations } from './reports';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
 import { suiteOperations } from './suite';
-import { systemCommands } from './systemcommands';
+import { pathOperations, systemCommands } from './systemcommands';
 import { taskOperations } from './tasks';
 import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
@@ -79,6 +79,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         reports: reportOperations(caller),
         processes: processOperations(caller),
         openings: openingOperations(caller),
+        paths: pathOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

@@ -69,6 +69,7 @@ private slots:
     void oneValueOfTheUpdaterChangesAlone();
     void aValueThatCannotBeStoredSaysSo();
     void lookingForShortcutsMakesNoFolder();
+    void pathsAreDescribedWhole();
     void missingFontsHaveTheirSubstitutes();
 };
 
@@ -212,6 +213,27 @@ void TaskFilesTest::lookingForShortcutsMakesNoFolder()
     QVERIFY(QDir(homePath(QStringLiteral("fresh"))).isEmpty());
     PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"), "x");
     QCOMPARE(word(shortcuts(), "icon"), QStringLiteral("vyr-office-vyr.desktop"));
+}
+
+void TaskFilesTest::pathsAreDescribedWhole()
+{
+    const QString path = PrivateHome::current().writeFile(QStringLiteral("a b|c\n$(d).conf"), "x");
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    TaskPage page;
+    const QJsonArray rows =
+        page.run(QStringLiteral("task.paths"),
+                 {{QStringLiteral("paths"),
+                   QJsonArray{path, QStringLiteral("~/gone"), QStringLiteral("~/.local")}}})
+            .value(QStringLiteral("paths"))
+            .toArray();
+    QCOMPARE(rows.size(), 3);
+    const QJsonObject file = rows.at(0).toObject();
+    QCOMPARE(word(file, "path"), path);
+    QCOMPARE(word(file, "mode"), QStringLiteral("0640"));
+    QCOMPARE(word(file, "kind"), QStringLiteral("file"));
+    QVERIFY(word(file, "changed").endsWith(QLatin1Char('Z')));
+    QVERIFY(!rows.at(1)[QStringLiteral("exists")].toBool());
+    QCOMPARE(word(rows.at(2).toObject(), "kind"), QStringLiteral("directory"));
 }
 
 void TaskFilesTest::missingFontsHaveTheirSubstitutes()

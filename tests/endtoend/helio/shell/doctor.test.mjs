@@ -62,6 +62,7 @@ test('a page learns which operations its shell has', async () => {
         ...['cancel', 'findings', 'printed'],
         ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
         ...['server', 'system', 'shortcuts', 'associations', 'associate'],
+        ...['paths', 'choose', 'listing'],
         ...['compare', 'start', 'updater'],
         ...['processes', 'programs', 'end'],
     ].map((name) => `task.${name}`);
