@@ -40,7 +40,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 21> knownTasks{{
+constexpr std::array<Task, 23> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
@@ -57,6 +57,8 @@ constexpr std::array<Task, 21> knownTasks{{
     {"task.paths", FileQuestion::Kind::None, "", "", tasks::describePaths, true},
     {"task.choose", FileQuestion::Kind::Open, "", "", tasks::choosePath, false},
     {"task.listing", FileQuestion::Kind::Save, "permissions", "txt", tasks::saveText, false},
+    {"task.dumps", FileQuestion::Kind::None, "", "", tasks::listDumps, true},
+    {"task.dumpfolder", FileQuestion::Kind::None, "", "", tasks::openDumps, false},
     {"task.compare", FileQuestion::Kind::None, "", "", tasks::compareReports, true},
     {"task.start", FileQuestion::Kind::None, "", "", tasks::measureStart, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},

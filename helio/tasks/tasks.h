@@ -31,6 +31,10 @@ TaskEnd repairOpenings(const TaskRun &run);
 TaskEnd describePaths(const TaskRun &run);
 /// Only tells the path of the chosen file.
 TaskEnd choosePath(const TaskRun &run);
+/// The files in the folder of the suite's crash dumps, and whether the suite keeps dumps.
+TaskEnd listDumps(const TaskRun &run);
+/// Shows that folder.
+TaskEnd openDumps(const TaskRun &run);
 /// What differs between reports, and from this machine where that is asked for.
 TaskEnd compareReports(const TaskRun &run);
 /// What the suite's profile costs at its start.

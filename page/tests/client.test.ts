@@ -105,6 +105,7 @@ describe('the client', () => {
                     'processes',
                     'openings',
                     'paths',
+                    'dumps',
                     'reports',
                     'suite',
                     'task',

@@ -8,7 +8,7 @@ import { desktopCommands, openingOperations } from './desktopcommands';
 import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
 import { draftOperations } from './draftoperations';
-import { dumpCommands } from './dumpcommands';
+import { dumpCommands, dumpOperations } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
 import { Notices, type NoticeTarget } from './notices';
@@ -47,6 +47,7 @@ export type {
     RepairPlan,
     UndoOutcome,
 } from './doctor';
+export type { Dump, DumpList } from './dumpcommands';
 export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
@@ -80,6 +81,7 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         processes: processOperations(caller),
         openings: openingOperations(caller),
         paths: pathOperations(caller),
+        dumps: dumpOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

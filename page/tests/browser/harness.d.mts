@@ -45,6 +45,8 @@ export interface Scene {
     checksAll?: boolean;
     /** For a shell that keeps the draft of the feedback. */
     keeps?: boolean;
+    /** For a shell that lists crash dumps. */
+    listsDumps?: boolean;
     /** For a shell that looks at any path. */
     looks?: boolean;
     /** For a shell that asks the desktop about associations. */

@@ -150,6 +150,8 @@ export const taskNames = [
     'task.paths',
     'task.choose',
     'task.listing',
+    'task.dumps',
+    'task.dumpfolder',
     'task.updater',
     'task.compare',
     'task.start',

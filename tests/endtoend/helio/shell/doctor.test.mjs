@@ -62,7 +62,7 @@ test('a page learns which operations its shell has', async () => {
         ...['cancel', 'findings', 'printed'],
         ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
         ...['server', 'system', 'shortcuts', 'associations', 'associate'],
-        ...['paths', 'choose', 'listing'],
+        ...['paths', 'choose', 'listing', 'dumps', 'dumpfolder'],
         ...['compare', 'start', 'updater'],
         ...['processes', 'programs', 'end'],
     ].map((name) => `task.${name}`);
