@@ -187,4 +187,15 @@ QJsonObject entryLooks(const QStringList &names, const QString &language,
     return shown;
 }
 
+QJsonObject fileLooks(const QMap<QString, QString> &files, const QString &language,
+                      const doctor::Machine &machine)
+{
+    const doctor::OpenPlaces places = doctor::openPlaces(machine);
+    QJsonObject shown;
+    for (auto file = files.begin(); file != files.end(); ++file)
+        shown.insert(file.key(),
+                     shownLook(readLook(machine.located(*file), language).look, places));
+    return shown;
+}
+
 } // namespace helio

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QMap>
 #include <QStringList>
 
 #include "doctor/machine/machine.h"
@@ -17,5 +18,9 @@ QJsonObject programLooks(const QStringList &programs, const QString &language,
 /// as well.
 QJsonObject entryLooks(const QStringList &names, const QString &language,
                        const doctor::Machine &machine);
+
+/// The same for files of desktop entries, by the names that the caller has given them.
+QJsonObject fileLooks(const QMap<QString, QString> &files, const QString &language,
+                      const doctor::Machine &machine);
 
 } // namespace helio

@@ -10,7 +10,8 @@ import {
 
 function desktop(files: string[], mode = 'helio_independ'): DesktopShortcuts {
     const supported = { chartBoard: false, docket: false, fixedComponent: false };
-    return { files, mode, integrated: mode === 'helio_fushion', supported };
+    const looks = new Map();
+    return { files, mode, integrated: mode === 'helio_fushion', supported, looks };
 }
 
 const separate = ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];

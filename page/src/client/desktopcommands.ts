@@ -1,5 +1,14 @@
 import type { Caller } from './wire/caller';
-import { flag, joinedList, list, members, success, text, type Members } from './wire/decode';
+import {
+    flag,
+    joinedList,
+    list,
+    members,
+    optional,
+    success,
+    text,
+    type Members,
+} from './wire/decode';
 import { UnreadableAnswer } from './wire/outcome';
 import { programLooks, type ProgramLook } from './processes';
 
@@ -9,6 +18,8 @@ export interface DesktopShortcuts {
     integrated: boolean;
     mode: string;
     supported: { chartBoard: boolean; docket: boolean; fixedComponent: boolean };
+    /** By the file; only from a shell that looks at the shortcuts. */
+    looks: Map<string, ProgramLook>;
 }
 
 export interface Association {
@@ -70,7 +81,7 @@ function documentOpenings(result: unknown): DocumentOpenings {
 }
 
 function desktopShortcuts(result: unknown): DesktopShortcuts {
-    const { icon, mode, chartboard, docket, fixedcomponent } = members(result);
+    const { icon, mode, chartboard, docket, fixedcomponent, looks } = members(result);
     return {
         files: joinedList(icon),
         integrated: mode === 'helio_fushion',
@@ -80,6 +91,7 @@ function desktopShortcuts(result: unknown): DesktopShortcuts {
             docket: flag(docket),
             fixedComponent: flag(fixedcomponent),
         },
+        looks: optional(looks, programLooks, new Map()),
     };
 }
 

@@ -67,6 +67,10 @@ export interface ViewOptions {
     textSize?: number;
     width?: number;
     height?: number;
+    /** Of the screen. */
+    scale?: number;
+    /** For a user who wants less motion. */
+    stillness?: boolean;
 }
 
 export function openView(

@@ -127,6 +127,8 @@ export async function openView(browser, directory, scene, options = {}) {
         // A view without a host takes both from the browser.
         language: language.replace('_', '-'),
         theme,
+        scale: options.scale,
+        stillness: options.stillness,
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...windowAnswers(scene), ...scene.answers };

@@ -218,6 +218,11 @@ void TaskFilesTest::lookingForShortcutsMakesNoFolder()
     QVERIFY(QDir(homePath(QStringLiteral("fresh"))).isEmpty());
     PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"), "x");
     QCOMPARE(word(shortcuts(), "icon"), QStringLiteral("vyr-office-vyr.desktop"));
+    PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"),
+                                     "[Desktop Entry]\nName=Pen\nExec=true\n");
+    const QJsonObject looks = shortcuts().value(QStringLiteral("looks")).toObject();
+    QCOMPARE(word(looks.value(QStringLiteral("vyr-office-vyr.desktop")).toObject(), "title"),
+             QStringLiteral("Pen"));
 }
 
 void TaskFilesTest::pathsAreDescribedWhole()
