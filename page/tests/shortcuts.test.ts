@@ -41,7 +41,12 @@ describe('the desktop shortcuts', () => {
             name: 'writer',
             present: false,
             needed: true,
+            title: '',
+            icon: '',
         });
+        const pictured = desktop([integrated]);
+        pictured.looks.set(integrated, { title: 'Suite', icon: 'data:,' });
+        expect(shortcutRows(pictured)[8]).toMatchObject({ title: 'Suite', icon: 'data:,' });
         expect(rows[8]).toMatchObject({ name: 'integrated', present: true, needed: false });
         expect(rows[9]).toMatchObject({ file: 'vyr-office-extra.desktop', name: null });
     });
