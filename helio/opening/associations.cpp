@@ -179,6 +179,8 @@ AssociationReading readAssociations(const QString &samples, const AskDesktop &as
     if (answer.isCancelled || !answer.fault.isEmpty())
         return ended(answer);
     const QHash<QString, QString> types = typesOf(answer.output);
+    if (types.isEmpty())
+        return {false, texts::tr("gio does not tell the types of documents."), {}};
     for (Association &row : reading.rows)
         row.type = types.value(samples + QLatin1String(sampleName) + row.kind.suffix);
     return withEntries(reading, ask);

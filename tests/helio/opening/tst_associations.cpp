@@ -235,6 +235,16 @@ private slots:
         QCOMPARE(desktop.repair().fault, QStringLiteral("it failed"));
     }
 
+    void aToolThatTellsNothingIsNotBelieved()
+    {
+        const Desktop desktop;
+        const auto answers = [](const QString &, const QStringList &) {
+            return helio::DesktopAnswer{false, {}, "something else"};
+        };
+        const QString samples = desktop.path(QStringLiteral("/samples"));
+        QVERIFY(!helio::readAssociations(samples, answers).fault.isEmpty());
+    }
+
     void aHomeThatCannotBeWrittenIsSaid()
     {
         Desktop desktop;

@@ -1,6 +1,6 @@
 import type { Client, DumpList, Outcome } from '@/client';
 
-export interface DumpReading {
+interface DumpReading {
     /** Whether the suite keeps dumps. */
     enabled: boolean;
     /** Whether a dump is there to send. */
