@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 
+#include "doctor/why/open/open.h"
+
 namespace helio {
 
 namespace {
@@ -21,6 +23,10 @@ constexpr std::array<const char *, 8> separateShortcuts{
     "vyr-office-pdf.desktop",   "vyr-office-fixed.desktop", "vyr-office-chart.desktop",
     "vyr-office-board.desktop", "vyr-office-docket.desktop"};
 constexpr char integratedShortcut[] = "vyr-office-tessaly.desktop";
+
+constexpr std::array<const char *, 12> typeFiles{
+    "XMLnamespaces", "aliases",    "generic-icons", "globs",     "globs2", "icons",
+    "magic",         "mime.cache", "subclasses",    "treemagic", "types",  "version"};
 
 constexpr qint64 largestShortcut = 1 << 20;
 
@@ -93,12 +99,40 @@ CommandRepair restoringIntegrated(const Machine &machine)
     return restoring(machine, true);
 }
 
+/// What update-mime-database(1) makes of the package of the suite's types.
+QStringList typeDatabase(const QString &folder)
+{
+    QStringList files;
+    for (const char *name : typeFiles)
+        files.append(folder + QLatin1Char('/') + QLatin1String(name));
+    for (const QString &suffix : doctor::OpenQuestion::suffixes())
+        files.append(folder + QStringLiteral("/application/vyr-office.%1.xml").arg(suffix));
+    return files;
+}
+
+/// The window's task for some kinds: others may remain.
 CommandRepair associating(const Machine &machine)
 {
+    // The command goes by the home, and the window's task by the session's variable.
+    const QString usual = machine.home() + QStringLiteral("/.local/share");
+    const QString data = directory(machine, "XDG_DATA_HOME");
     CommandRepair repair;
     repair.paths =
-        QStringList{directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"),
-                    machine.home() + QStringLiteral("/.local/share/mime/packages/Override.xml")};
+        QStringList{directory(machine, "XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list")};
+    for (const QString &folder : data == usual ? QStringList{usual} : QStringList{usual, data}) {
+        repair.paths.append(folder + QStringLiteral("/mime/packages/Override.xml"));
+        repair.derived += typeDatabase(folder + QStringLiteral("/mime"));
+    }
+    for (const QString &name : QStringList{
+             QStringLiteral("vyr-office-vyr.desktop"), QStringLiteral("vyr-office-tbl.desktop"),
+             QStringLiteral("vyr-office-shw.desktop"), QLatin1String(integratedShortcut)})
+        repair.derived.append(data + QStringLiteral("/applications/") + name);
+    return repair;
+}
+
+CommandRepair associatingAll(const Machine &machine)
+{
+    CommandRepair repair = associating(machine);
     repair.checks = QStringList{
         QStringLiteral("associations.writer"), QStringLiteral("associations.spreadsheet"),
         QStringLiteral("associations.presentation"), QStringLiteral("associations.types")};
@@ -141,10 +175,11 @@ struct Known
     const char *subject;
     CommandRepair (*repair)(const Machine &machine);
 };
-constexpr std::array<Known, 6> knownRepairs{{
+constexpr std::array<Known, 7> knownRepairs{{
     {"fixfouricon", "shortcuts", restoringSeparate},
     {"fixoneicon", "shortcuts", restoringIntegrated},
-    {"fileassorepair", "associations", associating},
+    {"fileassorepair", "associations", associatingAll},
+    {"associate", "associations", associating},
     {"startDump", "crash", keepingDumps},
     {"stopDump", "crash", forgettingDumps},
     {"cleardumpdir", "crash", clearingDumps},

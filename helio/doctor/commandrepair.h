@@ -10,7 +10,8 @@
 
 namespace helio {
 
-/// A repair that a command of the library makes: docs/commands.md has what each does.
+/// A repair that a command of the library makes, or a task of the window in its place:
+/// docs/commands.md has what each command does.
 struct CommandRepair
 {
     /// The first word of the ids of the checks that judge the same.
@@ -18,6 +19,9 @@ struct CommandRepair
     QString command;
     /// All that it may change.
     QStringList paths;
+    /// What the desktop's programs make of that for themselves. It is taken back with it, and
+    /// nobody needs to see it.
+    QStringList derived;
     /// What it will change, as far as that can be known before.
     QVector<doctor::Change> changes;
     /// Their findings are what it is for.

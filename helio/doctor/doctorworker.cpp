@@ -37,6 +37,21 @@ QJsonArray changeLines(const QString &repair, const QVector<doctor::Change> &cha
     return lines;
 }
 
+QStringList watchedPaths(const CommandRepair &repair)
+{
+    return repair.paths + repair.derived;
+}
+
+/// Without what nobody needs to see.
+QVector<doctor::Change> shownChanges(const CommandRepair &repair, QVector<doctor::Change> changes)
+{
+    const auto isDerived = [&repair](const doctor::Change &change) {
+        return repair.derived.contains(change.path);
+    };
+    changes.erase(std::remove_if(changes.begin(), changes.end(), isDerived), changes.end());
+    return changes;
+}
+
 QStringList textsOf(const QJsonValue &list)
 {
     QStringList texts;
@@ -283,10 +298,10 @@ QJsonObject DoctorWorker::preview(const DoctorRequest &request)
     const auto repair = commandRepair(commandOf(request), m_doctor.machine());
     if (!repair)
         return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
-    return result(
-        {{QStringLiteral("changes"), changeLines(repair->command, repair->changes)},
-         {QStringLiteral("paths"), QJsonArray::fromStringList(repair->paths)},
-         {QStringLiteral("lasting"), m_journal.watchRefusal(repair->paths).value_or(QString())}});
+    return result({{QStringLiteral("changes"), changeLines(repair->command, repair->changes)},
+                   {QStringLiteral("paths"), QJsonArray::fromStringList(repair->paths)},
+                   {QStringLiteral("lasting"),
+                    m_journal.watchRefusal(watchedPaths(*repair)).value_or(QString())}});
 }
 
 QJsonObject DoctorWorker::watch(const DoctorRequest &request)
@@ -296,7 +311,7 @@ QJsonObject DoctorWorker::watch(const DoctorRequest &request)
         return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
     endOldWatch(request);
     const doctor::JournalResult begun =
-        m_journal.beginWatch(repair->subject, repair->command, repair->paths);
+        m_journal.beginWatch(repair->subject, repair->command, watchedPaths(*repair));
     say(begun.notes, request);
     if (begun.outcome == doctor::JournalResult::Outcome::Applied) {
         m_watched = repair;
@@ -324,7 +339,8 @@ QJsonObject DoctorWorker::watched(const DoctorRequest &request)
                                                    : RepairOutcome::Result::Repaired;
     }
     QJsonObject line = repairLine(outcome);
-    line.insert(QStringLiteral("changes"), changeLines(repair.command, watch.changes));
+    line.insert(QStringLiteral("changes"),
+                changeLines(repair.command, shownChanges(repair, watch.changes)));
     return result(line);
 }
 

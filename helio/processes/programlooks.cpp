@@ -71,20 +71,24 @@ QHash<QByteArray, QString> mainGroup(const QByteArray &content)
     return values;
 }
 
-std::optional<Look> readLook(const QString &path, const QString &language)
+struct ReadLook
+{
+    Look look;
+    bool isInMenus = false;
+};
+
+ReadLook readLook(const QString &path, const QString &language)
 {
     const QHash<QByteArray, QString> values =
         mainGroup(doctor::readFile(path, largestEntry).content.value_or(QByteArray()));
     const QString command = values.value("Exec");
-    if (command.isEmpty() || values.value("NoDisplay") == QLatin1String("true"))
-        return std::nullopt;
     const QByteArray exact = "Name[" + language.toUtf8() + ']';
     const QByteArray general = "Name[" + language.section(QLatin1Char('_'), 0, 0).toUtf8() + ']';
     Look look;
     look.title = values.value(exact, values.value(general, values.value("Name")));
     look.icon = values.value("Icon");
     look.words = command.count(QLatin1Char(' '));
-    return look;
+    return {look, !command.isEmpty() && values.value("NoDisplay") != QLatin1String("true")};
 }
 
 /// All programs that entries of the session start, by the file behind their name.
@@ -96,13 +100,14 @@ QHash<QString, Look> looksOfSession(const QString &language, const doctor::OpenP
         const QHash<QString, QString> &names = entries.names(folder);
         for (auto name = names.begin(); name != names.end(); ++name) {
             const doctor::DesktopEntry &entry = entries.entry(name.key());
-            const std::optional<Look> look = readLook(*name, language);
-            if (!look || entries.isMasked(name.key(), folder))
+            const ReadLook read = readLook(*name, language);
+            if (!read.isInMenus || entries.isMasked(name.key(), folder))
                 continue;
+            const Look &look = read.look;
             const QString program = started(fileOf(entry.program, places));
             const auto known = looks.find(program);
-            if (!program.isEmpty() && (known == looks.end() || look->words < known->words))
-                looks.insert(program, *look);
+            if (!program.isEmpty() && (known == looks.end() || look.words < known->words))
+                looks.insert(program, look);
         }
     }
     return looks;
@@ -143,6 +148,15 @@ QString dataAddress(const QString &file)
            QString::fromLatin1(content->toBase64());
 }
 
+QJsonObject shownLook(const Look &look, const doctor::OpenPlaces &places)
+{
+    QJsonObject shown{{QStringLiteral("title"), look.title}};
+    const QString file = look.icon.isEmpty() ? QString() : iconFile(look.icon, places);
+    if (!file.isEmpty())
+        shown.insert(QStringLiteral("icon"), dataAddress(file));
+    return shown;
+}
+
 } // namespace
 
 QJsonObject programLooks(const QStringList &programs, const QString &language,
@@ -153,14 +167,34 @@ QJsonObject programLooks(const QStringList &programs, const QString &language,
     QJsonObject shown;
     for (const QString &program : programs.mid(0, mostPrograms)) {
         const auto look = looks.find(started(program));
-        if (look == looks.end())
-            continue;
-        QJsonObject one{{QStringLiteral("title"), look->title}};
-        const QString file = look->icon.isEmpty() ? QString() : iconFile(look->icon, places);
-        if (!file.isEmpty())
-            one.insert(QStringLiteral("icon"), dataAddress(file));
-        shown.insert(program, one);
+        if (look != looks.end())
+            shown.insert(program, shownLook(*look, places));
     }
+    return shown;
+}
+
+QJsonObject entryLooks(const QStringList &names, const QString &language,
+                       const doctor::Machine &machine)
+{
+    const doctor::OpenPlaces places = doctor::openPlaces(machine);
+    const doctor::DesktopEntries entries(places);
+    QJsonObject shown;
+    for (const QString &name : names) {
+        const doctor::DesktopEntry &entry = entries.entry(name);
+        if (entry.state == doctor::EntryState::Works && !shown.contains(name))
+            shown.insert(name, shownLook(readLook(entry.path, language).look, places));
+    }
+    return shown;
+}
+
+QJsonObject fileLooks(const QMap<QString, QString> &files, const QString &language,
+                      const doctor::Machine &machine)
+{
+    const doctor::OpenPlaces places = doctor::openPlaces(machine);
+    QJsonObject shown;
+    for (auto file = files.begin(); file != files.end(); ++file)
+        shown.insert(file.key(),
+                     shownLook(readLook(machine.located(*file), language).look, places));
     return shown;
 }
 

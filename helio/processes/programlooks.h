@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QMap>
 #include <QStringList>
 
 #include "doctor/machine/machine.h"
@@ -12,5 +13,14 @@ namespace helio {
 /// @param programs as ListedProcess names them; at most 500 are looked at
 QJsonObject programLooks(const QStringList &programs, const QString &language,
                          const doctor::Machine &machine);
+
+/// The same for desktop entries, by their names. An entry that is not shown in menus has a title
+/// as well.
+QJsonObject entryLooks(const QStringList &names, const QString &language,
+                       const doctor::Machine &machine);
+
+/// The same for files of desktop entries, by the names that the caller has given them.
+QJsonObject fileLooks(const QMap<QString, QString> &files, const QString &language,
+                      const doctor::Machine &machine);
 
 } // namespace helio

@@ -7,9 +7,9 @@
 
 #include <array>
 
-#include "helio/tasks/placing.h"
 #include "helio/tasks/reporting.h"
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/placing.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
 #include "texts/texts.h"

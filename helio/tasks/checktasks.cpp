@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "helio/tasks/filemark.h"
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/filemark.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
 #include "texts/texts.h"

@@ -2,7 +2,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "texts/texts.h"
 

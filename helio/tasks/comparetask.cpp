@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "helio/tasks/placing.h"
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/placing.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "texts/texts.h"
 

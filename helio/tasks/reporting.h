@@ -1,6 +1,6 @@
 #pragma once
 
-#include "helio/tasks/taskrun.h"
+#include "helio/tasks/running/taskrun.h"
 
 namespace helio {
 

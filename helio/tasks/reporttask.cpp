@@ -2,10 +2,10 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include "helio/tasks/placing.h"
 #include "helio/tasks/reporting.h"
+#include "helio/tasks/running/placing.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/suitesection.h"
-#include "helio/tasks/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "texts/texts.h"
 

@@ -1,9 +1,9 @@
 #include <QDir>
-#include <QSettings>
-#include <QStandardPaths>
 
 #include "doctor/machine/machine.h"
 #include "helio/doctor/commandrepair.h"
+#include "helio/opening/openingsuite.h"
+#include "helio/processes/programlooks.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
 
@@ -11,31 +11,36 @@ namespace helio {
 
 namespace {
 
-constexpr char settingsFile[] = "/Orvane/Office.conf";
-constexpr char modeKey[] = "6.0/vyroffice/Application Settings/AppComponentMode";
-constexpr char separateMode[] = "helio_independ";
+constexpr char shortcutFiles[] = "vyr-office*desktop";
 
-QString componentMode()
+/// The suite's shortcuts, as they are on the desktop or would be put there.
+QMap<QString, QString> shortcutsIn(const QDir &desktop, const doctor::Machine &machine)
 {
-    const QSettings settings(
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-            QLatin1String(settingsFile),
-        QSettings::IniFormat);
-    const QString mode = settings.value(QLatin1String(modeKey)).toString();
-    return mode.isEmpty() ? QLatin1String(separateMode) : mode;
+    const QDir shipped(machine.variable(QStringLiteral("SUITE_ROOT")).value_or(QString()) +
+                       QStringLiteral("/desktops"));
+    QMap<QString, QString> paths;
+    for (const QDir &folder : {shipped, desktop}) {
+        const QStringList names = folder.entryList({QLatin1String(shortcutFiles)}, QDir::Files);
+        for (const QString &name : names)
+            paths.insert(name, folder.filePath(name));
+    }
+    return paths;
 }
 
 } // namespace
 
-TaskEnd tasks::listShortcuts(const TaskRun &)
+TaskEnd tasks::listShortcuts(const TaskRun &run)
 {
+    const doctor::Machine machine = doctor::thisMachine();
     // The command makes the folder of the desktop where it is missing.
-    const QDir folder(desktopFolder(doctor::thisMachine()));
+    const QDir folder(desktopFolder(machine));
     const QStringList files =
-        folder.entryList({QStringLiteral("vyr-office*desktop")}, QDir::Files | QDir::System);
+        folder.entryList({QLatin1String(shortcutFiles)}, QDir::Files | QDir::System);
+    const QString language = run.text("language").replace(QLatin1Char('-'), QLatin1Char('_'));
     const QJsonObject state{
         {QStringLiteral("icon"), files.join(QLatin1Char('|'))},
-        {QStringLiteral("mode"), componentMode()},
+        {QStringLiteral("mode"), componentMode(machine)},
+        {QStringLiteral("looks"), fileLooks(shortcutsIn(folder, machine), language, machine)},
         {QStringLiteral("chartboard"), krt::kcmc::support(QStringLiteral("ChartBoard"))},
         {QStringLiteral("docket"), krt::kcmc::support(QStringLiteral("DocketComponent"))},
         {QStringLiteral("fixedcomponent"), krt::kcmc::support(QStringLiteral("FixedComponent"))}};

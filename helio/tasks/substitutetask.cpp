@@ -1,7 +1,7 @@
 #include <QJsonArray>
 #include <QRegularExpression>
 
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 
 namespace helio {

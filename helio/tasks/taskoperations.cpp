@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "texts/texts.h"
 
@@ -40,7 +40,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 16> knownTasks{{
+constexpr std::array<Task, 23> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
@@ -52,6 +52,13 @@ constexpr std::array<Task, 16> knownTasks{{
     {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer, true},
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
     {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
+    {"task.associations", FileQuestion::Kind::None, "", "", tasks::readOpenings, true},
+    {"task.associate", FileQuestion::Kind::None, "", "", tasks::repairOpenings, false},
+    {"task.paths", FileQuestion::Kind::None, "", "", tasks::describePaths, true},
+    {"task.choose", FileQuestion::Kind::Open, "", "", tasks::choosePath, false},
+    {"task.listing", FileQuestion::Kind::Save, "permissions", "txt", tasks::saveText, false},
+    {"task.dumps", FileQuestion::Kind::None, "", "", tasks::listDumps, true},
+    {"task.dumpfolder", FileQuestion::Kind::None, "", "", tasks::openDumps, false},
     {"task.compare", FileQuestion::Kind::None, "", "", tasks::compareReports, true},
     {"task.start", FileQuestion::Kind::None, "", "", tasks::measureStart, true},
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
@@ -70,9 +77,11 @@ const Task *taskNamed(const QString &name)
 
 FileQuestion questionOf(const Task &task)
 {
+    const bool wantsDocument = QLatin1String(task.name) == QLatin1String(printTask);
+    const QString filter =
+        texts::tr("Documents") + QStringLiteral(" (") + QLatin1String(documents) + QLatin1Char(')');
     return {task.asks, QLatin1String(task.file), QLatin1String(task.suffix),
-            texts::tr("Documents") + QStringLiteral(" (") + QLatin1String(documents) +
-                QLatin1Char(')')};
+            wantsDocument ? filter : QString()};
 }
 
 QString wordOf(TaskEnd::Kind kind)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "helio/tasks/taskrun.h"
+#include "helio/tasks/running/taskrun.h"
 
 /// The tasks; docs/host.md lists them.
 namespace helio::tasks {
@@ -23,6 +23,18 @@ TaskEnd askServer(const TaskRun &run);
 TaskEnd findSubstitutes(const TaskRun &run);
 /// What the command for it answers, without making the folder of the desktop.
 TaskEnd listShortcuts(const TaskRun &run);
+/// What the desktop opens the suite's documents with.
+TaskEnd readOpenings(const TaskRun &run);
+/// Has the suite open its documents, and reads again.
+TaskEnd repairOpenings(const TaskRun &run);
+/// Kind, rights, owner and time of each path, whatever is in its name.
+TaskEnd describePaths(const TaskRun &run);
+/// Only tells the path of the chosen file.
+TaskEnd choosePath(const TaskRun &run);
+/// The files in the folder of the suite's crash dumps, and whether the suite keeps dumps.
+TaskEnd listDumps(const TaskRun &run);
+/// Shows that folder.
+TaskEnd openDumps(const TaskRun &run);
 /// What differs between reports, and from this machine where that is asked for.
 TaskEnd compareReports(const TaskRun &run);
 /// What the suite's profile costs at its start.

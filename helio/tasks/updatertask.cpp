@@ -2,7 +2,7 @@
 #include <QLockFile>
 
 #include "doctor/editors/keyeditor.h"
-#include "helio/tasks/placing.h"
+#include "helio/tasks/running/placing.h"
 #include "helio/tasks/tasks.h"
 #include "host/vyrupdate_linux.h"
 #include "texts/texts.h"

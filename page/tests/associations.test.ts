@@ -10,6 +10,7 @@ import {
     toolsMissing,
 } from '@/views/associations/associationrows';
 import { readAssociations } from '@/views/associations/reading';
+import { repairAssociations } from '@/views/associations/repairing';
 import { scriptedClient } from './scriptedhost';
 
 const one = (extension: string, value: string, good: boolean): Association => ({
@@ -81,12 +82,77 @@ describe('the associations', () => {
         });
         const outcome = await readAssociations(client);
         expect(sent.map(({ command }) => command)).toEqual(['getassomime', 'getassoopen']);
-        expect(outcome.kind === 'done' && programName(outcome.value[0]!.rows[0]!)).toBe('writer');
+        expect(outcome.kind === 'done' && programName(outcome.value.groups[0]!.rows[0]!)).toBe(
+            'writer',
+        );
     });
 
     it('are not read at all when the first listing fails', async () => {
         const { client, sent } = scriptedClient({ getassomime: { result: 'error' } });
         expect(await readAssociations(client)).toEqual({ kind: 'failed' });
         expect(sent).toHaveLength(1);
+    });
+
+    const openings = {
+        end: 'done',
+        suite: 'libreoffice',
+        name: 'LibreOffice',
+        rows: [
+            {
+                suffix: 'doc',
+                program: 'vyr-office-vyr.desktop',
+                type: 'application/msword',
+                entry: 'lo.desktop',
+                isKnown: true,
+                isSuite: true,
+            },
+            {
+                suffix: 'xls',
+                program: 'vyr-office-tbl.desktop',
+                type: '',
+                entry: '',
+                isKnown: false,
+                isSuite: false,
+            },
+        ],
+        programs: { 'lo.desktop': { title: 'Writer', icon: 'data:image/png;base64,' } },
+    };
+
+    it('are asked of the desktop by a shell that can cancel that', async () => {
+        const { client, sent } = scriptedClient({ 'task.associations': { result: openings } }, [
+            'task.associations',
+        ]);
+        const outcome = await readAssociations(client);
+        if (outcome.kind !== 'done') throw new Error(outcome.kind);
+        expect(sent.map(({ command }) => command)).toEqual(['task.associations']);
+        expect(outcome.value).toMatchObject({ suite: 'libreoffice', suiteName: 'LibreOffice' });
+        const [writer, spreadsheet] = outcome.value.groups;
+        expect(writer!.rows[0]).toMatchObject({ extension: '.doc', look: { title: 'Writer' } });
+        expect(isGood(spreadsheet!.rows[0]!)).toBe(false);
+        expect(problemCount(outcome.value.groups)).toBe(1);
+    });
+
+    it('cannot be wrong without a suite', async () => {
+        const { client } = scriptedClient(
+            { 'task.associations': { result: { ...openings, suite: '', name: '' } } },
+            ['task.associations'],
+        );
+        const outcome = await readAssociations(client);
+        expect(outcome.kind === 'done' && problemCount(outcome.value.groups)).toBe(0);
+    });
+
+    it('are fixed one by one, and only that one is judged', async () => {
+        const { client, sent } = scriptedClient({ 'task.associate': { result: openings } }, [
+            'task.associations',
+        ]);
+        expect(await repairAssociations(client, ['.doc'], () => undefined)).toEqual({
+            kind: 'done',
+            value: true,
+        });
+        expect(sent[0]!.args).toMatchObject({ suffixes: ['doc'] });
+        expect(await repairAssociations(client, [], () => undefined)).toEqual({
+            kind: 'done',
+            value: false,
+        });
     });
 });

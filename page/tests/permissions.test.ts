@@ -1,7 +1,9 @@
-import { describe, expect, it } from 'vitest';
+import { describe, expect, it, vi } from 'vitest';
 import type { FilePermissions } from '@/client';
 import { byUrgency, judge, knownPath, rightsOf, userOf } from '@/views/permissions/judge';
+import { listing } from '@/views/permissions/listing';
 import { listText, rightsText } from '@/views/permissions/report';
+import { scriptedClient } from './scriptedhost';
 
 const file = (changes: Partial<FilePermissions> = {}): FilePermissions => ({
     name: 'Office.conf',
@@ -188,5 +190,71 @@ describe('the copied list', () => {
         );
         expect(text).toContain('a⟨U+202E⟩b  user:user  110-100-100  10:11:12');
         expect(text).toContain('\nOffice.conf\n');
+    });
+});
+
+describe('a path of which all is known', () => {
+    const whole = file({
+        name: "it's mine.conf",
+        path: "/home/u/a b/it's mine.conf",
+        kind: 'file',
+        mode: '0644',
+        changed: new Date(0),
+    });
+
+    it('is named in commands as a shell needs it', () => {
+        expect(judge({ ...whole, permissions: '100-100-100' }, 'user').commands).toEqual([
+            `chmod u+w '/home/u/a b/it'\\''s mine.conf'`,
+        ]);
+    });
+
+    it('is not taken for one of the suite’s of the same name', () => {
+        const other = { ...whole, name: 'Orvane', path: '/tmp/Orvane' };
+        expect(judge(other, 'user', { findings: [], skipped: true }).name).toBe('good');
+    });
+
+    it('stands in the list with its blanks, its rights and its day', () => {
+        const day = (date: Date): string => date.toISOString();
+        expect(listText([whole], 'user', t, null, new Map(), day)).toContain(
+            "/home/u/a b/it's mine.conf  user:user  -rw-r--r-- (0644)  1970-01-01T00:00:00.000Z",
+        );
+    });
+
+    it('is read by the shell, and what was added stays', async () => {
+        const kept = new Map<string, string>();
+        vi.stubGlobal('sessionStorage', {
+            getItem: (key: string) => kept.get(key) ?? null,
+            setItem: (key: string, value: string) => kept.set(key, value),
+        });
+        const { client, sent } = scriptedClient(
+            {
+                'task.choose': { result: { end: 'done', file: '/tmp/a b' } },
+                'task.paths': {
+                    result: {
+                        end: 'done',
+                        paths: [
+                            { path: '/tmp/a b', exists: true, mode: '0640', kind: 'file' },
+                            { path: '~/gone', exists: false },
+                        ],
+                    },
+                },
+            },
+            ['task.paths'],
+        );
+        const { add, read } = listing(client);
+        expect(await add()).toEqual({ kind: 'done', value: true });
+        expect(await add()).toEqual({ kind: 'done', value: false });
+        const outcome = await read();
+        expect(outcome.kind === 'done' && outcome.value[0]).toMatchObject({
+            name: 'a b',
+            permissions: '110-100-000',
+        });
+        expect(sent[2]!.args!.paths).toEqual([
+            '~/.config/Orvane/Office.conf',
+            '~/.config',
+            '~/.config/Orvane',
+            '/tmp/a b',
+        ]);
+        vi.unstubAllGlobals();
     });
 });

@@ -10,7 +10,8 @@ import {
 
 function desktop(files: string[], mode = 'helio_independ'): DesktopShortcuts {
     const supported = { chartBoard: false, docket: false, fixedComponent: false };
-    return { files, mode, integrated: mode === 'helio_fushion', supported };
+    const looks = new Map();
+    return { files, mode, integrated: mode === 'helio_fushion', supported, looks };
 }
 
 const separate = ['vyr-office-vyr.desktop', 'vyr-office-tbl.desktop', 'vyr-office-shw.desktop'];
@@ -40,7 +41,12 @@ describe('the desktop shortcuts', () => {
             name: 'writer',
             present: false,
             needed: true,
+            title: '',
+            icon: '',
         });
+        const pictured = desktop([integrated]);
+        pictured.looks.set(integrated, { title: 'Suite', icon: 'data:,' });
+        expect(shortcutRows(pictured)[8]).toMatchObject({ title: 'Suite', icon: 'data:,' });
         expect(rows[8]).toMatchObject({ name: 'integrated', present: true, needed: false });
         expect(rows[9]).toMatchObject({ file: 'vyr-office-extra.desktop', name: null });
     });

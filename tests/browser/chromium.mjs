@@ -90,9 +90,10 @@ export class Chromium {
 
     /**
      * Opens an empty page.
-     * @param {{ width: number, height: number, language: string, theme: string }} options
+     * @param {{ width: number, height: number, language: string, theme: string, scale?: number,
+     *     stillness?: boolean }} options `stillness` is for a user who wants less motion
      */
-    async newPage({ width, height, language, theme }) {
+    async newPage({ width, height, language, theme, scale = 1, stillness = false }) {
         const { Target } = this.#client;
         const { browserContextId } = await Target.createBrowserContext();
         const { targetId } = await Target.createTarget({ url: 'about:blank', browserContextId });
@@ -102,14 +103,17 @@ export class Chromium {
         await Emulation.setDeviceMetricsOverride({
             width,
             height,
-            deviceScaleFactor: 1,
+            deviceScaleFactor: scale,
             mobile: false,
         });
         await Emulation.setFocusEmulationEnabled({ enabled: true });
         await Emulation.setLocaleOverride({ locale: language });
         await Emulation.setUserAgentOverride({ userAgent, acceptLanguage: language });
         await Emulation.setEmulatedMedia({
-            features: [{ name: 'prefers-color-scheme', value: theme }],
+            features: [
+                { name: 'prefers-color-scheme', value: theme },
+                { name: 'prefers-reduced-motion', value: stillness ? 'reduce' : '' },
+            ],
         });
         const page = new Page(client, () => Target.disposeBrowserContext({ browserContextId }));
         await page.gatherComplaints();

@@ -115,6 +115,14 @@ QStringList OpenQuestion::suffixes()
     return all;
 }
 
+QString OpenQuestion::entryOf(const QString &suffix)
+{
+    const auto *const found =
+        std::find_if(std::begin(components), std::end(components),
+                     [&](const Component &each) { return suffixesOf(each).contains(suffix); });
+    return found == std::end(components) ? QString() : QLatin1String(found->entry);
+}
+
 QString OpenQuestion::suiteEntry(const QString &type) const
 {
     for (const Component &component : components) {

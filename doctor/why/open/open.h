@@ -82,6 +82,8 @@ public:
 
     /// The suffixes of the suite's documents.
     static QStringList suffixes();
+    /// The suite's desktop entry for documents of a suffix; empty for other suffixes.
+    static QString entryOf(const QString &suffix);
 
 private:
     Opening answer(const FoundType &found) const;

@@ -111,11 +111,18 @@ export interface UndoOutcome {
     kept: string[];
 }
 
-/** Commands of the library that the doctor can watch. */
-export type RepairCommand = Extract<
-    CommandName,
-    'fixfouricon' | 'fixoneicon' | 'fileassorepair' | 'startDump' | 'stopDump' | 'cleardumpdir'
->;
+/** Commands of the library that the doctor can watch, and "associate" for some associations. */
+export type RepairCommand =
+    | 'associate'
+    | Extract<
+          CommandName,
+          | 'fixfouricon'
+          | 'fixoneicon'
+          | 'fileassorepair'
+          | 'startDump'
+          | 'stopDump'
+          | 'cleardumpdir'
+      >;
 
 export interface CommandPreview {
     /** As far as they are known before. */

@@ -1,5 +1,5 @@
 import type { Caller } from './wire/caller';
-import { flag, members, success } from './wire/decode';
+import { flag, list, members, number, success, text } from './wire/decode';
 
 interface DumpState {
     /** Whether the suite keeps crash dumps. */
@@ -11,6 +11,59 @@ interface DumpState {
 function dumpState(result: unknown): DumpState {
     const { enable, feedback } = members(result);
     return { enabled: flag(enable), dumpAvailable: flag(feedback) };
+}
+
+/** A file in the folder of dumps. */
+export interface Dump {
+    name: string;
+    /** In bytes. */
+    size: number;
+    changed: Date;
+    /** The suite's program that has left it; empty for any other file. */
+    program: string;
+    /** Such as "SIGSEGV"; empty where it does not tell. */
+    signal: string;
+}
+
+export interface DumpList {
+    /** Whether the settings file says that the suite keeps dumps. */
+    kept: boolean;
+    folder: string;
+    /** Of all files; the list may be shorter. */
+    count: number;
+    dumps: Dump[];
+}
+
+function dumpList(result: unknown): DumpList {
+    const { kept, folder, count, dumps } = members(result);
+    return {
+        kept: flag(kept),
+        folder: text(folder),
+        count: number(count),
+        dumps: list(dumps).map((one) => {
+            const { name, size, changed, program, signal } = members(one);
+            return {
+                name: text(name),
+                size: number(size),
+                changed: new Date(text(changed)),
+                program: text(program),
+                signal: text(signal),
+            };
+        }),
+    };
+}
+
+/** The dumps themselves, from a shell that looks at them. */
+export function dumpOperations(caller: Caller) {
+    return {
+        get isOffered(): boolean {
+            return caller.offers('task.dumps');
+        },
+        read: () => caller.perform('task.dumps', dumpList),
+        /** Answers whether the desktop shows the folder. */
+        openFolder: () =>
+            caller.perform('task.dumpfolder', (result) => flag(members(result).opened)),
+    };
 }
 
 /** Crash dumps of the suite. */

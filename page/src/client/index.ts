@@ -4,11 +4,11 @@
  */
 import { Caller } from './wire/caller';
 import { checkCommands } from './checkcommands';
-import { desktopCommands } from './desktopcommands';
+import { desktopCommands, openingOperations } from './desktopcommands';
 import { doctorOperations } from './doctor';
 import { documentCommands } from './documentcommands';
 import { draftOperations } from './draftoperations';
-import { dumpCommands } from './dumpcommands';
+import { dumpCommands, dumpOperations } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
 import { launcherCommands } from './launchercommands';
 import { Notices, type NoticeTarget } from './notices';
@@ -17,7 +17,7 @@ import { reportOperations } from './reports';
 import { searchCommands } from './searchcommands';
 import { serverCommands } from './servercommands';
 import { suiteOperations } from './suite';
-import { systemCommands } from './systemcommands';
+import { pathOperations, systemCommands } from './systemcommands';
 import { taskOperations } from './tasks';
 import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
@@ -26,7 +26,12 @@ import { windowOperations } from './windowoperations';
 import type { Host } from './wire/host';
 
 export type { Failure, Outcome } from './wire/outcome';
-export type { Association, Associations, DesktopShortcuts } from './desktopcommands';
+export type {
+    Association,
+    Associations,
+    DesktopShortcuts,
+    DocumentOpenings,
+} from './desktopcommands';
 export type {
     CheckResult,
     CommandPreview,
@@ -42,6 +47,7 @@ export type {
     RepairPlan,
     UndoOutcome,
 } from './doctor';
+export type { Dump, DumpList } from './dumpcommands';
 export type { FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
@@ -73,6 +79,9 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         suite: suiteOperations(caller),
         reports: reportOperations(caller),
         processes: processOperations(caller),
+        openings: openingOperations(caller),
+        paths: pathOperations(caller),
+        dumps: dumpOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

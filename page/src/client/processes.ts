@@ -72,8 +72,9 @@ function reading(result: unknown): MachineReading {
     };
 }
 
-function looks(result: unknown): Map<string, ProgramLook> {
-    const shown = Object.entries(members(members(result).programs));
+/** What a shell says of programs, by their names. */
+export function programLooks(result: unknown): Map<string, ProgramLook> {
+    const shown = Object.entries(members(result));
     return new Map(
         shown.map(([program, look]) => {
             const { title, icon } = members(look);
@@ -89,7 +90,10 @@ export function processOperations(caller: Caller) {
             return caller.offers('task.processes');
         },
         read: () => caller.perform('task.processes', reading),
-        describe: (programs: string[]) => caller.perform('task.programs', looks, { programs }),
+        describe: (programs: string[]) =>
+            caller.perform('task.programs', (result) => programLooks(members(result).programs), {
+                programs,
+            }),
         /** Answers whether it has ended. */
         end: ({ id, start }: ListedProcess, force: boolean) =>
             caller.perform('task.end', (result) => flag(members(result).ended), {

@@ -1,5 +1,14 @@
 import type { Caller } from './wire/caller';
-import { flag, members, numberedLines, list, success, text, textTable } from './wire/decode';
+import {
+    flag,
+    members,
+    numberedLines,
+    list,
+    optional,
+    success,
+    text,
+    textTable,
+} from './wire/decode';
 import { UnreadableAnswer, type Outcome } from './wire/outcome';
 import { systemSnapshot } from './systemsnapshot';
 
@@ -28,6 +37,13 @@ export interface FilePermissions {
     permissions: string;
     /** Time of day of the last change. */
     modified: string;
+    /** From a shell that tells the whole path, absolute or in the home folder as "~/". */
+    path?: string;
+    kind?: string;
+    /** In octal; empty where it does not exist. */
+    mode?: string;
+    /** When it was changed last; null where it does not exist. */
+    changed?: Date | null;
 }
 
 /** Whether the report was read back, and whether the desktop shows it. */
@@ -72,6 +88,49 @@ function filePermissions(result: unknown): FilePermissions[] {
         const [owner = '', group = '', permissions = '', modified = ''] = joined.split('|');
         return { name, exists: permissions !== '', owner, group, permissions, modified };
     });
+}
+
+/** "110-100-100" for "0644". */
+function digits(mode: string): string {
+    return [...mode.slice(-3)].map((digit) => Number(digit).toString(2).padStart(3, '0')).join('-');
+}
+
+function described(result: unknown): FilePermissions[] {
+    return list(members(result).paths).map((one) => {
+        const row = members(one);
+        const path = text(row.path);
+        const mode = optional(row.mode, text, '');
+        const changed = optional(row.changed, text, '');
+        return {
+            name: path.slice(path.lastIndexOf('/') + 1),
+            exists: flag(row.exists),
+            owner: optional(row.owner, text, ''),
+            group: optional(row.group, text, ''),
+            permissions: digits(mode),
+            modified: '',
+            path,
+            kind: optional(row.kind, text, ''),
+            mode,
+            changed: changed === '' ? null : new Date(changed),
+        };
+    });
+}
+
+/** Any paths, from a shell that looks at them itself. */
+export function pathOperations(caller: Caller) {
+    return {
+        get isOffered(): boolean {
+            return caller.offers('task.paths');
+        },
+        read: (paths: string[]) => caller.perform('task.paths', described, { paths }),
+        /** The path of a file that the user chooses; fails when the dialog was cancelled. */
+        choose: () => caller.perform('task.choose', (result) => text(members(result).file)),
+        /** Saves a list as a file that the user chooses; gives its path. */
+        save: (content: string) =>
+            caller.perform('task.listing', (result) => text(members(result).file), {
+                text: content,
+            }),
+    };
 }
 
 /** System information, load and configuration files. */

@@ -45,6 +45,12 @@ export interface Scene {
     checksAll?: boolean;
     /** For a shell that keeps the draft of the feedback. */
     keeps?: boolean;
+    /** For a shell that lists crash dumps. */
+    listsDumps?: boolean;
+    /** For a shell that looks at any path. */
+    looks?: boolean;
+    /** For a shell that asks the desktop about associations. */
+    asks?: boolean;
     /** For a shell that lists all processes. */
     lists?: boolean;
     /** Brings the opened view to what the scene shows. */
@@ -61,6 +67,10 @@ export interface ViewOptions {
     textSize?: number;
     width?: number;
     height?: number;
+    /** Of the screen. */
+    scale?: number;
+    /** For a user who wants less motion. */
+    stillness?: boolean;
 }
 
 export function openView(

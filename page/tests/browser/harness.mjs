@@ -50,6 +50,9 @@ const checkOperations = ['task.cancel', 'task.check', 'task.findings'];
 const reportOperations = ['task.cancel', 'task.compare'];
 const measureOperations = ['task.cancel', 'task.start'];
 const processOperations = ['task.processes', 'task.programs', 'task.end', 'task.cancel'];
+const openingOperations = ['task.associations', 'task.associate', 'task.cancel'];
+const pathOperations = ['task.paths', 'task.choose', 'task.listing', 'task.cancel'];
+const dumpOperations = ['task.dumps', 'task.dumpfolder'];
 const draftOperations = ['draft.keep', 'draft.read'];
 const watchOperations = ['preview', 'watch', 'watched'].map((name) => `doctor.${name}`);
 
@@ -109,7 +112,9 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * `suited` for one that describes the suite, `measured` for one that measures its start,
  * `beside` the page of the view that the main page stands beside, `keeps` for one that keeps the
  * draft of the feedback, `compares` for one that compares reports, `checksAll` for one whose checks
- * give their answers, `lists` for one that lists all processes.
+ * give their answers, `lists` for one that lists all processes, `asks` for one that asks the
+ * desktop about associations, `looks` for one that looks at any path, `listsDumps` for
+ * one that lists crash dumps.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -122,6 +127,8 @@ export async function openView(browser, directory, scene, options = {}) {
         // A view without a host takes both from the browser.
         language: language.replace('_', '-'),
         theme,
+        scale: options.scale,
+        stillness: options.stillness,
     });
     if (!scene.withoutHost) {
         const answers = { ...commonAnswers, ...windowAnswers(scene), ...scene.answers };
@@ -136,6 +143,9 @@ export async function openView(browser, directory, scene, options = {}) {
             ...(scene.checksAll ? checkOperations : []),
             ...(scene.keeps ? draftOperations : []),
             ...(scene.lists ? processOperations : []),
+            ...(scene.asks ? openingOperations : []),
+            ...(scene.looks ? pathOperations : []),
+            ...(scene.listsDumps ? dumpOperations : []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });

@@ -45,3 +45,40 @@ test('a dump that another process writes is shown, and deleting asks first', asy
     });
     await view.shows(texts.cleared, patience);
 });
+
+test('a setting that cannot be stored is not called changed', async () => {
+    fs.mkdirSync(shared.inHome('.config'), { recursive: true });
+    // Nobody can make a file there, the administrator neither.
+    fs.symlinkSync('/proc/sys/kernel', shared.inHome('.config/Orvane'));
+    const { view } = await shared.open('crash');
+    await view.shows(texts.keep.on, patience);
+    await view.press(texts.keep.title);
+    await view.showsOneOf([texts.notSwitched, 'Nothing was changed'], patience);
+    await view.press(pageTexts.common.refresh);
+    await view.shows(texts.keep.on, patience);
+    expect(await view.text()).not.toContain(texts.switchedOff);
+    expect(await view.text()).not.toContain(texts.keep.off);
+});
+
+test('dumps are listed with what they tell, and their folder is opened', async () => {
+    const minidump = Buffer.alloc(72);
+    minidump.write('MDMP');
+    for (const [place, value] of [
+        [8, 1],
+        [12, 32],
+        [32, 6],
+        [36, 168],
+        [40, 56],
+        [64, 6],
+    ]) {
+        minidump.writeUInt32LE(value, place);
+    }
+    fs.mkdirSync(shared.inHome(dumpDirectory), { recursive: true });
+    fs.writeFileSync(shared.inHome(dumpDirectory, 'tbl_3.dmp'), minidump);
+    const { view } = await shared.open('crash');
+    await view.shows('SIGABRT', patience);
+    await view.shows(texts.list.programs.tbl);
+    await view.shows('tbl_3.dmp');
+    await view.press(texts.openFolder);
+    await view.showsOneOf([texts.folderOpened, texts.folderNotOpened], patience);
+});

@@ -1,6 +1,7 @@
 import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
 import { suiteEntries } from '../desktop/suiteentries.mjs';
@@ -66,35 +67,73 @@ test('restored shortcuts are shown before and after, and undone in the history',
     expect(desktopNow()).toEqual(before);
 });
 
-test('associations are repaired with the desktop’s tools and listed until they settle', async () => {
-    const texts = pageTexts.associations;
-    const allRepaired = filled(texts.repaired, { count: 39 });
+/** Desktop entries of the suite, as an installation makes them known. */
+function installEntries() {
     const place = path.join(shared.suite.directory, 'suite');
     for (const [name, text] of Object.entries(suiteEntries(place))) {
         shared.writeInHome(`.local/share/applications/${name}`, text);
     }
+}
+
+/** All that a home has of types and associations. */
+function associationFiles() {
+    const places = [shared.inHome('.local/share/mime'), shared.inHome('.config/mimeapps.list')];
+    return places.flatMap((place) =>
+        fs.existsSync(place) ? execFileSync('find', [place], { encoding: 'utf8' }).split('\n') : [],
+    );
+}
+
+test('associations of a fresh home are repaired, verified and undone', async () => {
+    const texts = pageTexts.associations;
+    installEntries();
     const { view } = await shared.open('associations');
     await view.until(
         "document.querySelectorAll('.association-table tbody tr').length === 39",
         patience,
     );
-    fs.mkdirSync(shared.inHome('.local/share/mime/packages'), { recursive: true });
+    expect(associationFiles()).toEqual([]);
     await view.press(texts.repair, patience);
     await view.press(texts.confirm);
-    await shared.fileWith(shared.inHome('.local/share/mime/packages/Override.xml'), (text) =>
-        text.includes('application/vyr-office.docx'),
-    );
-    // A desktop does this by itself; the repair then assigns the new types to the suite.
-    execFileSync('update-mime-database', [shared.inHome('.local/share/mime')], {
-        env: { ...process.env, HOME: shared.suite.home },
-    });
-    const ended = await view.showsOneOf([allRepaired, texts.notRepaired], long);
-    if (ended === texts.notRepaired) {
-        // The update came after the repair had already assigned the types.
-        await view.press(texts.repair, long);
-        await view.press(texts.confirm);
-        await view.shows(allRepaired, long);
-    }
+    await view.shows(filled(texts.repaired, { count: 39 }), long);
     const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
     expect(defaults).toContain(`application/vyr-office.docx=${entries.vyr}`);
+    const asked = execFileSync('gio', ['mime', 'application/vyr-office.xlsx'], {
+        encoding: 'utf8',
+        env: { ...process.env, HOME: shared.suite.home, LC_ALL: 'C.UTF-8' },
+    });
+    expect(asked.split('\n')[0]).toContain(entries.tbl);
+
+    await view.press(filled(pageTexts.undo.undoThis, { what: texts.title }), patience);
+    await view.shows(pageTexts.undo.undone.split('{')[0].trim(), patience);
+    await view.shows(filled(texts.problems.split(' | ')[2], { count: 39 }), long);
+    expect(associationFiles()).toEqual([]);
 }, 900_000);
+
+test('one association is repaired alone', async () => {
+    const texts = pageTexts.associations;
+    installEntries();
+    const { view } = await shared.open('associations');
+    await view.press(filled(texts.fixThis, { extension: '.docx' }), patience);
+    await view.press(texts.confirm);
+    await view.shows(filled(texts.repairedOne, { extension: '.docx' }), long);
+    const defaults = fs.readFileSync(shared.inHome('.config/mimeapps.list'), 'utf8');
+    expect(defaults).toContain('application/vyr-office.docx=');
+    expect(defaults).not.toContain('application/vyr-office.xlsx=');
+}, 900_000);
+
+test('a tool that hangs leaves the window usable, and can be cancelled', async () => {
+    const fakes = shared.inHome('fakes');
+    const begun = shared.inHome('begun');
+    shared.writeInHome('fakes/gio', `#!/bin/sh\necho $$ > '${begun}'\nexec sleep 600\n`, {
+        mode: 0o755,
+    });
+    const { view } = await shared.open('associations', {
+        env: { PATH: `${fakes}:${process.env.PATH}` },
+    });
+    const id = Number(await shared.fileWith(begun, (text) => text.endsWith('\n')));
+    // A window that waited for the tool would answer nothing.
+    await view.shows(pageTexts.associations.reading, patience);
+    await view.press(pageTexts.common.cancel, patience);
+    await view.shows(pageTexts.failure.stopped, patience);
+    await waitFor(() => !fs.existsSync(`/proc/${id}`), { what: 'the end of the tool' });
+});

@@ -48,12 +48,6 @@ test('the line that decides what opens a document is shown, fixed and restored',
     const texts = pageTexts.associations;
     const mime = 'application/vnd.openxmlformats-officedocument.wordprocessingml.document';
     const applications = '.local/share/applications';
-    // The listing asks gio 78 times; the explanation reads the files itself.
-    fs.writeFileSync(
-        path.join(shared.suite.fakes, 'gio'),
-        '#!/bin/sh\necho standard::content-type: application/x-listed\n',
-        { mode: 0o755 },
-    );
     const before = `# mine\n[Default Applications]\n${mime}=lost.desktop\n`;
     const list = shared.writeInHome('.config/mimeapps.list', before);
     shared.writeInHome(`${applications}/right.desktop`, right);

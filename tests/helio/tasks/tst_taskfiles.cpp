@@ -3,6 +3,8 @@
 #include <QJsonArray>
 #include <QProcess>
 
+#include <csignal>
+
 #include "tests/helio/tasks/taskpage.h"
 #include "tests/support/fakeprograms.h"
 #include "tests/support/privatehome.h"
@@ -69,6 +71,10 @@ private slots:
     void oneValueOfTheUpdaterChangesAlone();
     void aValueThatCannotBeStoredSaysSo();
     void lookingForShortcutsMakesNoFolder();
+    void pathsAreDescribedWhole();
+    void dumpsTellProgramAndSignal();
+    void dumpsAreKeptAsTheFileSays();
+    void theFolderOfDumpsIsOpened();
     void missingFontsHaveTheirSubstitutes();
 };
 
@@ -212,6 +218,91 @@ void TaskFilesTest::lookingForShortcutsMakesNoFolder()
     QVERIFY(QDir(homePath(QStringLiteral("fresh"))).isEmpty());
     PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"), "x");
     QCOMPARE(word(shortcuts(), "icon"), QStringLiteral("vyr-office-vyr.desktop"));
+    PrivateHome::current().writeFile(QStringLiteral("fresh/Desktop/vyr-office-vyr.desktop"),
+                                     "[Desktop Entry]\nName=Pen\nExec=true\n");
+    const QJsonObject looks = shortcuts().value(QStringLiteral("looks")).toObject();
+    QCOMPARE(word(looks.value(QStringLiteral("vyr-office-vyr.desktop")).toObject(), "title"),
+             QStringLiteral("Pen"));
+}
+
+void TaskFilesTest::pathsAreDescribedWhole()
+{
+    const QString path = PrivateHome::current().writeFile(QStringLiteral("a b|c\n$(d).conf"), "x");
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    TaskPage page;
+    const QJsonArray rows =
+        page.run(QStringLiteral("task.paths"),
+                 {{QStringLiteral("paths"),
+                   QJsonArray{path, QStringLiteral("~/gone"), QStringLiteral("~/.local")}}})
+            .value(QStringLiteral("paths"))
+            .toArray();
+    QCOMPARE(rows.size(), 3);
+    const QJsonObject file = rows.at(0).toObject();
+    QCOMPARE(word(file, "path"), path);
+    QCOMPARE(word(file, "mode"), QStringLiteral("0640"));
+    QCOMPARE(word(file, "kind"), QStringLiteral("file"));
+    QVERIFY(word(file, "changed").endsWith(QLatin1Char('Z')));
+    QVERIFY(!rows.at(1)[QStringLiteral("exists")].toBool());
+    QCOMPARE(word(rows.at(2).toObject(), "kind"), QStringLiteral("directory"));
+}
+
+void TaskFilesTest::dumpsTellProgramAndSignal()
+{
+    const QString folder = QStringLiteral(".local/share/Orvane/tmp/dump/");
+    QDir(homePath(folder)).removeRecursively();
+    const auto words = [](const QVector<quint32> &values) {
+        QByteArray bytes;
+        for (const quint32 value : values) {
+            for (int shift = 0; shift < 32; shift += 8)
+                bytes.append(char(value >> shift));
+        }
+        return bytes;
+    };
+    // Two streams, the second one with the exception at offset 56.
+    PrivateHome::current().writeFile(
+        folder + QStringLiteral("vyr_1.dmp"),
+        "MDMP" + words({0xa793, 2, 32, 0, 0, 0, 0, 4, 0, 0, 6, 168, 56, 77, 0, SIGSEGV}));
+    PrivateHome::current().writeFile(folder + QStringLiteral("tbl_2.dmp"),
+                                     "MDMP" + words({0xa793, 0xffffffff, 0xffffff00}));
+    PrivateHome::current().writeFile(folder + QStringLiteral("a b.txt"), "MDM");
+    TaskPage page;
+    const QJsonObject result = page.run(QStringLiteral("task.dumps"));
+    QCOMPARE(result.value(QStringLiteral("count")).toInt(), 3);
+    QMap<QString, QString> found;
+    for (const QJsonValue dump : result.value(QStringLiteral("dumps")).toArray())
+        found.insert(dump[QStringLiteral("name")].toString(),
+                     dump[QStringLiteral("program")].toString() + QLatin1Char(' ') +
+                         dump[QStringLiteral("signal")].toString());
+    QCOMPARE(found,
+             (QMap<QString, QString>{{QStringLiteral("vyr_1.dmp"), QStringLiteral("vyr SIGSEGV")},
+                                     {QStringLiteral("tbl_2.dmp"), QStringLiteral("tbl ")},
+                                     {QStringLiteral("a b.txt"), QStringLiteral(" ")}}));
+}
+
+void TaskFilesTest::dumpsAreKeptAsTheFileSays()
+{
+    TaskPage page;
+    const auto areKept = [&page] {
+        return page.run(QStringLiteral("task.dumps")).value(QStringLiteral("kept")).toBool();
+    };
+    const QString settings = QStringLiteral(".config/Orvane/Office.conf");
+    PrivateHome::current().writeFile(settings, "[6.0]\ncommon\\CrashDump\\SaveDump=false\n");
+    QVERIFY(!areKept());
+    PrivateHome::current().writeFile(settings, "[6.0]\ncommon\\CrashDump\\SaveDump=true\n");
+    QVERIFY(areKept());
+    QVERIFY(QFile::remove(homePath(settings)));
+    QVERIFY(areKept());
+}
+
+void TaskFilesTest::theFolderOfDumpsIsOpened()
+{
+    const QString folder = homePath(QStringLiteral(".local/share/Orvane/tmp/dump"));
+    QVERIFY(QDir().mkpath(folder));
+    TaskPage page;
+    QVERIFY(page.run(QStringLiteral("task.dumpfolder")).value(QStringLiteral("opened")).toBool());
+    QCOMPARE(page.opened, QStringList{folder});
+    QVERIFY(QDir(folder).removeRecursively());
+    QCOMPARE(word(page.run(QStringLiteral("task.dumpfolder")), "end"), QStringLiteral("failed"));
 }
 
 void TaskFilesTest::missingFontsHaveTheirSubstitutes()

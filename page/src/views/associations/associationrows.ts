@@ -1,4 +1,4 @@
-import type { Association, Associations } from '@/client';
+import type { Association, Associations, DocumentOpenings, ProgramLook } from '@/client';
 
 /** What the suite's own desktop entries are called in texts, by file name. */
 const entries = {
@@ -20,11 +20,45 @@ export interface AssociationRow {
     /** The default application's desktop entry; only to be believed when it is good. */
     entry: string;
     entryGood: boolean;
+    /** How the desktop shows the program; only where the shell has asked. */
+    look?: ProgramLook;
 }
 
 export interface AssociationGroup {
     application: Application;
     rows: AssociationRow[];
+}
+
+/** What was read of all document types. */
+export interface AssociationReading {
+    groups: AssociationGroup[];
+    /** Null where the shell does not tell, and empty without any suite. */
+    suite: string | null;
+    /** The name of a suite that stands in for this one. */
+    suiteName: string;
+}
+
+const entriesOf: Record<Application, string> = {
+    writer: 'vyr-office-vyr.desktop',
+    spreadsheet: 'vyr-office-tbl.desktop',
+    presentation: 'vyr-office-shw.desktop',
+};
+
+/** What the desktop itself says; without a suite nothing can be wrong. */
+export function openingGroups({ suite, rows, programs }: DocumentOpenings): AssociationGroup[] {
+    return applications.map((application) => ({
+        application,
+        rows: rows
+            .filter(({ program }) => program === entriesOf[application])
+            .map(({ suffix, type, entry, isKnown, isSuite }) => ({
+                extension: `.${suffix}`,
+                mimeType: type,
+                mimeGood: isKnown || suite === '',
+                entry,
+                entryGood: isSuite || suite === '',
+                look: programs.get(entry) ?? { title: entry, icon: '' },
+            })),
+    }));
 }
 
 /** The two listings side by side, extension by extension in the order of the listing. */

@@ -1,7 +1,7 @@
 import { shallowReactive } from 'vue';
 import type { AccessReason, Client, FilePermissions, Outcome, RepairPlan } from '@/client';
 import { makePlanned, type Undoing } from '@/tasks/undoing';
-import { knownPath } from './judge';
+import { keyOf, pathOf } from './judge';
 
 /**
  * Whether the user gets at the listed paths, as the kernel decides it, where the shell explains
@@ -9,7 +9,7 @@ import { knownPath } from './judge';
  */
 export function useAccesses(client: Client, language: () => string, undoing: Undoing) {
     const { why } = client;
-    /** By the path's name in the list. */
+    /** By keyOf() of each. */
     const reasons = shallowReactive(new Map<string, AccessReason>());
 
     /** What is denied first, or that everything is granted; nothing if nobody knows. */
@@ -26,11 +26,11 @@ export function useAccesses(client: Client, language: () => string, undoing: Und
         reasons,
         async look(files: FilePermissions[]): Promise<void> {
             if (!why.isOffered) return;
-            for (const { name, exists } of files) {
-                const path = exists ? knownPath(name) : null;
+            for (const file of files) {
+                const path = file.exists ? pathOf(file) : null;
                 const reason = path === null ? undefined : await reasonOf(path);
-                if (reason) reasons.set(name, reason);
-                else reasons.delete(name);
+                if (reason) reasons.set(keyOf(file), reason);
+                else reasons.delete(keyOf(file));
             }
         },
         fix: (plan: RepairPlan): Promise<Outcome<string>> =>

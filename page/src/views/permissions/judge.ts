@@ -29,7 +29,7 @@ interface Verdict {
     commands: string[];
 }
 
-/** By the path's name in the list. */
+/** By keyOf() of each. */
 export type AccessReasons = ReadonlyMap<string, AccessReason>;
 
 export interface Rights {
@@ -51,6 +51,11 @@ const knownPaths: Record<string, { path: string; directory: boolean }> = {
     Orvane: { path: '~/.config/Orvane', directory: true },
 };
 
+export const standardPaths = Object.values(knownPaths).map(({ path }) => path);
+
+/** What tells a path from the others in the list. */
+export const keyOf = ({ path, name }: FilePermissions): string => path ?? name;
+
 /** What the doctor's checks of these paths say, by their ids below "permissions". */
 const verdictsOfChecks: Record<string, VerdictName> = {
     foreign: 'foreign',
@@ -66,6 +71,28 @@ export const permissionChecks = Object.keys(verdictsOfChecks).map((name) => `per
 /** The path of a listed name; null for an added file. */
 export function knownPath(name: string): string | null {
     return Object.prototype.hasOwnProperty.call(knownPaths, name) ? knownPaths[name]!.path : null;
+}
+
+/** Where the file is; null where only its name is known. */
+export function pathOf({ path, name }: FilePermissions): string | null {
+    return path ?? knownPath(name);
+}
+
+/** One of the suite's own, and not an added one of that name. */
+function isKnown(file: FilePermissions): boolean {
+    const known = knownPath(file.name);
+    return known !== null && pathOf(file) === known;
+}
+
+function isDirectory(file: FilePermissions): boolean {
+    return isKnown(file) ? knownPaths[file.name]!.directory : file.kind === 'directory';
+}
+
+/** As a word of a command line. */
+function shellWord(file: FilePermissions): string {
+    const path = pathOf(file);
+    if (path === null) return 'FILE';
+    return path.startsWith('~/') ? path : `'${path.replace(/'/g, "'\\''")}'`;
 }
 
 /** Reads "110-100-100"; null for anything else. */
@@ -89,18 +116,13 @@ export function userOf(variables: Variable[]): string | null {
     return value('USER') || value('LOGNAME') || null;
 }
 
-function takeOver(name: string): string {
-    const path = knownPath(name);
-    const recursive = path && knownPaths[name]!.directory ? '-R ' : '';
-    return `sudo chown ${recursive}"$(id -un):$(id -gn)" ${path ?? 'FILE'}`;
+function takeOver(file: FilePermissions): string {
+    const recursive = isKnown(file) && isDirectory(file) ? '-R ' : '';
+    return `sudo chown ${recursive}"$(id -un):$(id -gn)" ${shellWord(file)}`;
 }
 
-function change(name: string, mode: string): string {
-    return `chmod ${mode} ${knownPath(name) ?? 'FILE'}`;
-}
-
-function commandsFor(verdict: VerdictName, name: string): string[] {
-    const directory = knownPath(name) !== null && knownPaths[name]!.directory;
+function commandsFor(verdict: VerdictName, file: FilePermissions): string[] {
+    const directory = isDirectory(file);
     const modes: Partial<Record<VerdictName, string>> = {
         unreadable: directory ? 'u+rwx' : 'u+rw',
         readOnly: 'u+w',
@@ -108,12 +130,12 @@ function commandsFor(verdict: VerdictName, name: string): string[] {
         open: 'o-w',
     };
     const mode = modes[verdict];
-    if (mode) return [change(name, mode)];
-    return verdict.startsWith('foreign') || verdict.startsWith('nameless') ? [takeOver(name)] : [];
+    if (mode) return [`chmod ${mode} ${shellWord(file)}`];
+    return verdict.startsWith('foreign') || verdict.startsWith('nameless') ? [takeOver(file)] : [];
 }
 
-function judgedByDoctor({ name }: FilePermissions, { findings, skipped }: Found): Verdict {
-    const end = knownPath(name)!.slice('~'.length);
+function judgedByDoctor(file: FilePermissions, { findings, skipped }: Found): Verdict {
+    const end = knownPath(file.name)!.slice('~'.length);
     const finding = findings.find(({ where }) => where.some(({ path }) => path.endsWith(end)));
     if (!finding) {
         return skipped
@@ -125,7 +147,7 @@ function judgedByDoctor({ name }: FilePermissions, { findings, skipped }: Found)
         name: verdict,
         state: judged(finding.state),
         text: finding.text,
-        commands: commandsFor(verdict, name),
+        commands: commandsFor(verdict, file),
     };
 }
 
@@ -137,16 +159,17 @@ function judgedByAccess(
 ): Verdict {
     if (verdict === 'denied') return { name: 'denied', state: 'bad', text, commands: [] };
     if (verdict === 'undecided') return { name: 'unclear', state: 'plain', text, commands: [] };
+    if (!isKnown(file)) return { name: 'granted', state: 'good', text, commands: [] };
     const looks = judgedByDoctor(file, found ?? { findings: [], skipped: false });
     return looks.state === 'bad' ? { name: 'granted', state: 'good', text, commands: [] } : looks;
 }
 
-function judgeOwn({ name }: FilePermissions, { owner, others }: AllRights): Verdict {
-    const directory = knownPath(name) !== null && knownPaths[name]!.directory;
+function judgeOwn(file: FilePermissions, { owner, others }: AllRights): Verdict {
+    const directory = isDirectory(file);
     const verdict = (found: VerdictName, state: Judged): Verdict => ({
         name: found,
         state,
-        commands: commandsFor(found, name),
+        commands: commandsFor(found, file),
     });
     if (!owner.read) return verdict('unreadable', 'bad');
     if (!owner.write) return verdict('readOnly', 'bad');
@@ -158,7 +181,7 @@ function judgeForeign(file: FilePermissions, { others }: AllRights): Verdict {
     const owner = file.owner === '' ? 'nameless' : 'foreign';
     const name: VerdictName = others.write ? `${owner}Open` : owner;
     const state = others.write ? 'warning' : 'bad';
-    return { name, state, commands: commandsFor(name, file.name) };
+    return { name, state, commands: commandsFor(name, file) };
 }
 
 /**
@@ -175,7 +198,7 @@ export function judge(
     if (reason) return judgedByAccess(file, reason, found);
     const rights = rightsOf(file.permissions);
     if (!rights) return { name: 'unclear', state: 'plain', commands: [] };
-    if (found && knownPath(file.name)) return judgedByDoctor(file, found);
+    if (found && isKnown(file)) return judgedByDoctor(file, found);
     if (user === 'root') return { name: 'root', state: 'plain', commands: [] };
     const own = user === null || file.owner === user;
     if (file.owner === '' || !own) return judgeForeign(file, rights);
@@ -195,6 +218,6 @@ export function byUrgency(
     reasons: AccessReasons = new Map(),
 ): FilePermissions[] {
     const rank = (file: FilePermissions): number =>
-        urgency.indexOf(judge(file, user, found, reasons.get(file.name)).state);
+        urgency.indexOf(judge(file, user, found, reasons.get(keyOf(file))).state);
     return [...files].sort((first, second) => rank(first) - rank(second));
 }

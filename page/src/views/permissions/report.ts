@@ -3,7 +3,7 @@ import type { Translate } from '@/frame/texts';
 import { rightsText as modeLetters } from '@/parts/difflines';
 import { visibleText } from '@/parts/visibletext';
 import type { Found } from '@/tasks/findings';
-import { judge, rightsOf, type AccessReasons, type Rights } from './judge';
+import { judge, keyOf, pathOf, rightsOf, type AccessReasons, type Rights } from './judge';
 
 function granted({ read, write, execute }: Rights, t: Translate): string {
     const words = [
@@ -17,7 +17,7 @@ function granted({ read, write, execute }: Rights, t: Translate): string {
 const kindLetters: Record<string, string> = { directory: 'd', link: 'l' };
 
 /** As ls(1) and chmod(1) write them: "drwxr-x--- (0750)". */
-export function partRights({ kind, mode }: PathPart): string {
+export function partRights({ kind, mode }: Pick<PathPart, 'kind' | 'mode'>): string {
     return `${kindLetters[kind] ?? '-'}${modeLetters(mode)} (${mode})`;
 }
 
@@ -48,6 +48,13 @@ export function verdictText(
     });
 }
 
+function factsText(file: FilePermissions, moment: (date: Date) => string): string {
+    const { owner, group, mode, kind, permissions, modified, changed } = file;
+    const rights = mode && kind !== undefined ? partRights({ kind, mode }) : permissions;
+    const time = changed ? moment(changed) : modified;
+    return `  ${visibleText(owner)}:${visibleText(group)}  ${rights}  ${time}`;
+}
+
 /** The list as text to paste. */
 export function listText(
     files: FilePermissions[],
@@ -55,15 +62,14 @@ export function listText(
     t: Translate,
     found: Found | null = null,
     reasons: AccessReasons = new Map(),
+    moment: (date: Date) => string = String,
 ): string {
     return files
         .map((file) => {
-            const { owner, group, permissions, modified } = file;
-            const facts = file.exists
-                ? `  ${visibleText(owner)}:${visibleText(group)}  ${permissions}  ${modified}`
-                : '';
-            const verdict = verdictText(file, user, t, found, reasons.get(file.name));
-            return `${visibleText(file.name)}${facts}\n    ${verdict}`;
+            const facts = file.exists ? factsText(file, moment) : '';
+            const verdict = verdictText(file, user, t, found, reasons.get(keyOf(file)));
+            const shown = file.path === undefined ? file.name : pathOf(file)!;
+            return `${visibleText(shown)}${facts}\n    ${verdict}`;
         })
         .join('\n');
 }

@@ -52,11 +52,16 @@ export interface ShortcutRow {
     present: boolean;
     /** Whether the component mode asks for it. */
     needed: boolean;
+    /** A data address, or nothing. */
+    icon: string;
+    /** What the desktop shows below it; empty where nobody has looked. */
+    title: string;
 }
 
 const isShortcut = (file: string): boolean => /^vyr-office.*desktop$/.test(file);
 
 export function shortcutRows(shortcuts: DesktopShortcuts): ShortcutRow[] {
+    const look = (file: string) => shortcuts.looks.get(file) ?? { title: '', icon: '' };
     const wanted: string[] = needed[fittingSet(shortcuts)];
     const rows = shortcutFiles.map(
         (file): ShortcutRow => ({
@@ -64,11 +69,20 @@ export function shortcutRows(shortcuts: DesktopShortcuts): ShortcutRow[] {
             name: known[file],
             present: shortcuts.files.includes(file),
             needed: wanted.includes(file),
+            ...look(file),
         }),
     );
     const others = shortcuts.files
         .filter((file) => isShortcut(file) && !(file in known))
-        .map((file): ShortcutRow => ({ file, name: null, present: true, needed: false }));
+        .map(
+            (file): ShortcutRow => ({
+                file,
+                name: null,
+                present: true,
+                needed: false,
+                ...look(file),
+            }),
+        );
     return [...rows, ...others];
 }
 

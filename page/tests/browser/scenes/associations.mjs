@@ -58,7 +58,108 @@ const explained = {
 };
 const why = (view) => view.locator('[aria-label="Why does .doc open like this?"]').click();
 
+const icon =
+    "data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 8 8'%3E%3Crect width='8' height='8' rx='2' fill='%232f6fde'/%3E%3C/svg%3E";
+const entryOf = (tag) => `vyr-office-${tag}.desktop`;
+
+/** What a shell that asks the desktop answers; `wrong` are those that need a fix. */
+function asked({ wrong = [], unknown = [], suite = 'own', name = '' } = {}) {
+    return {
+        result: {
+            end: 'done',
+            suite,
+            name,
+            rows: ['vyr', 'tbl', 'shw'].flatMap((tag) =>
+                suffixesOf[tag].map((suffix) => ({
+                    suffix,
+                    program: entryOf(tag),
+                    type: unknown.includes(suffix)
+                        ? 'application/octet-stream'
+                        : `application/vyr-office.${suffix}`,
+                    entry: wrong.includes(suffix) ? 'archive\u202E.desktop' : entryOf(tag),
+                    isKnown: !unknown.includes(suffix),
+                    isSuite: !wrong.includes(suffix),
+                })),
+            ),
+            programs: {
+                [entryOf('vyr')]: { title: 'Suite Writer', icon },
+                [entryOf('tbl')]: { title: 'Suite Spreadsheets', icon },
+                [entryOf('shw')]: { title: 'Suite Presentations', icon },
+            },
+        },
+    };
+}
+
+const mending = {
+    'task.associations': asked({ wrong: ['doc', 'xls'], unknown: ['doc'] }),
+    'task.associate': asked({ wrong: ['xls'] }),
+    'why.open': { result: { suffixes: [] } },
+    'doctor.preview': preview([], { paths: ['/home/user/.config/mimeapps.list'] }),
+    ...watching([change('write', '/home/user/.config/mimeapps.list')]),
+};
+const mendOne = (view) => view.locator('[aria-label="Open .doc with the suite…"]').click();
+
+const inOwnShell = [
+    {
+        name: 'associations-asked',
+        page,
+        answers: { 'task.associations': asked({ wrong: ['doc', 'ppt'] }) },
+        shows: 'Suite Spreadsheets',
+    },
+    {
+        name: 'associations-one-asked',
+        page,
+        watched: true,
+        explained: true,
+        answers: mending,
+        act: mendOne,
+        shows: 'Documents that end in .doc will open with the suite.',
+    },
+    {
+        name: 'associations-one-fixed',
+        page,
+        watched: true,
+        answers: mending,
+        act: async (view) => {
+            await mendOne(view);
+            await view.locator('.row-repair-confirm:not([disabled])').click();
+        },
+        shows: 'Fixed and checked again: .doc opens with the suite.',
+    },
+    {
+        name: 'associations-all-fixed',
+        page,
+        answers: { ...mending, 'task.associate': asked() },
+        act: repair,
+        shows: 'Fixed and checked again: all 39',
+    },
+    {
+        name: 'associations-desktop-refuses',
+        page,
+        answers: {
+            ...mending,
+            'task.associate': { result: { end: 'failed', reason: 'gio ended with status 1.' } },
+        },
+        act: repair,
+        shows: 'gio ended with status 1.',
+    },
+    {
+        name: 'associations-no-suite',
+        page,
+        answers: { 'task.associations': asked({ suite: '', wrong: ['doc'], unknown: ['vyr'] }) },
+        shows: 'No office suite is installed',
+    },
+    {
+        name: 'associations-desktop-hangs',
+        page,
+        answers: { 'task.associations': { never: true } },
+        act: (view) => view.locator('.task-state .push-button').waitFor(),
+        shows: 'Asking the desktop about 39',
+    },
+];
+
 export const scenes = [
+    ...inOwnShell.map((scene) => ({ ...scene, asks: true })),
     {
         name: 'associations-explained',
         page,

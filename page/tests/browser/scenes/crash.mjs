@@ -24,7 +24,60 @@ const watched = {
     ...watching([change('remove', dump)]),
 };
 
+const listed = (kept, dumps) => ({
+    result: {
+        end: 'done',
+        kept,
+        folder: '/home/user/.local/share/Orvane/tmp/dump',
+        count: dumps.length,
+        dumps,
+    },
+});
+const dumps = [
+    {
+        name: 'vyr_17.dmp',
+        size: 2_345_678,
+        changed: '2024-03-01T10:20:30Z',
+        program: 'vyr',
+        signal: 'SIGSEGV',
+    },
+    {
+        name: 'other\u202E.txt',
+        size: 120,
+        changed: '2024-02-01T10:20:30Z',
+        program: '',
+        signal: '',
+    },
+];
+
+const inOwnShell = [
+    {
+        name: 'crash-listed',
+        page,
+        answers: { 'task.dumps': listed(true, dumps) },
+        shows: 'SIGSEGV',
+    },
+    {
+        name: 'crash-folder-opened',
+        page,
+        answers: {
+            'task.dumps': listed(true, dumps),
+            'task.dumpfolder': { result: { end: 'done', opened: true } },
+        },
+        act: (view) => view.locator('.dump-folder').click(),
+        shows: 'The folder is open in the file manager.',
+    },
+    {
+        name: 'crash-not-stored',
+        page,
+        answers: { 'task.dumps': listed(false, []), startDump: { result: 'success' } },
+        act: (view) => view.locator('[role="switch"]').click(),
+        shows: 'The setting did not change.',
+    },
+];
+
 export const scenes = [
+    ...inOwnShell.map((scene) => ({ ...scene, listsDumps: true })),
     { name: 'crash', page, answers, shows: 'Dumps found' },
     { name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dumps' },
     {

@@ -107,7 +107,74 @@ const alone = [
     },
 ];
 
+const described = (path, more = {}) => ({
+    path,
+    exists: true,
+    kind: 'file',
+    mode: '0644',
+    owner: 'user',
+    group: 'user',
+    changed: '2024-03-01T10:20:30Z',
+    ...more,
+});
+const looked = {
+    'task.paths': {
+        result: {
+            end: 'done',
+            paths: [
+                described('~/.config/Orvane/Office.conf'),
+                described('~/.config', { kind: 'directory', mode: '0755' }),
+                described('~/.config/Orvane', { kind: 'directory', mode: '0555' }),
+                described('/home/user/My own\u202E list.conf', { mode: '0640' }),
+            ],
+        },
+    },
+    'task.choose': { result: { end: 'done', file: '/home/user/My own list.conf' } },
+    'task.listing': { result: { end: 'done', file: '/home/user/my list.txt' } },
+    'doctor.look': look,
+    'why.denied': [grantedReason, grantedReason, deniedReason, ...Array(20).fill(grantedReason)],
+    stratcheckenv: answers.stratcheckenv,
+};
+
+const inOwnShell = [
+    { name: 'permissions-looked', page, answers: looked, shows: '-rw-r--r-- (0644)' },
+    {
+        name: 'permissions-chosen',
+        page,
+        answers: looked,
+        act: async (view) => {
+            await view.locator('.state-mark.bad').waitFor();
+            await view.locator('.permission-actions .el-button--primary').click();
+        },
+        shows: 'The file was added.',
+    },
+    {
+        name: 'permissions-list-saved',
+        page,
+        answers: looked,
+        act: async (view) => {
+            await view.locator('.state-mark.bad').waitFor();
+            await view.locator('.permission-actions .el-button:not(.el-button--primary)').click();
+        },
+        shows: 'Saved and read back: /home/user/my list.txt',
+    },
+    {
+        name: 'permissions-list-not-saved',
+        page,
+        answers: {
+            ...looked,
+            'task.listing': { result: { end: 'failed', reason: '/x cannot be written: no.' } },
+        },
+        act: async (view) => {
+            await view.locator('.state-mark.bad').waitFor();
+            await view.locator('.permission-actions .el-button:not(.el-button--primary)').click();
+        },
+        shows: '/x cannot be written: no.',
+    },
+];
+
 export const scenes = [
+    ...inOwnShell.map((scene) => ({ ...scene, looks: true, explained: true })),
     ...alone.map((scene) => ({ ...scene, withoutDoctor: true })),
     {
         name: 'permissions-explained',

@@ -43,7 +43,20 @@ const watched = {
     ...watching(replaced),
 };
 
+const icon =
+    "data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 8 8'%3E%3Crect width='8' height='8' rx='2' fill='%232f6fde'/%3E%3C/svg%3E";
+const pictured = desktop(separate);
+pictured.result.looks = Object.fromEntries(
+    separate.map((file) => [file, { title: 'As on the desktop\u202E', icon }]),
+);
+
 export const scenes = [
+    {
+        name: 'shortcuts-pictured',
+        page,
+        answers: { getdesktopiconfile: pictured },
+        shows: 'As on the desktop',
+    },
     {
         name: 'shortcuts',
         page,

@@ -61,7 +61,9 @@ test('a page learns which operations its shell has', async () => {
     const tasks = [
         ...['cancel', 'findings', 'printed'],
         ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
-        ...['server', 'system', 'shortcuts', 'compare', 'start', 'updater'],
+        ...['server', 'system', 'shortcuts', 'associations', 'associate'],
+        ...['paths', 'choose', 'listing', 'dumps', 'dumpfolder'],
+        ...['compare', 'start', 'updater'],
         ...['processes', 'programs', 'end'],
     ].map((name) => `task.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([

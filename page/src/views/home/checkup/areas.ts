@@ -20,6 +20,7 @@ const commands = [
     'fixfouricon',
     'fixoneicon',
     'fileassorepair',
+    'associate',
     'startDump',
     'stopDump',
     'cleardumpdir',

@@ -1,4 +1,4 @@
-#include "helio/tasks/filemark.h"
+#include "helio/tasks/running/filemark.h"
 
 #include <QFile>
 

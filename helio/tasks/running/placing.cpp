@@ -1,4 +1,4 @@
-#include "helio/tasks/placing.h"
+#include "helio/tasks/running/placing.h"
 
 #include <QBuffer>
 #include <QFile>

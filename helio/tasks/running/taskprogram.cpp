@@ -1,4 +1,4 @@
-#include "helio/tasks/taskprogram.h"
+#include "helio/tasks/running/taskprogram.h"
 
 #include <QDeadlineTimer>
 #include <QFileInfo>

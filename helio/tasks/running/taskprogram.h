@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "helio/tasks/taskrun.h"
+#include "helio/tasks/running/taskrun.h"
 
 namespace helio {
 
