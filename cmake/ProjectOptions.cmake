@@ -61,7 +61,7 @@ if(ASSISTANT_PRECOMPILE)
     # Half of what compiling a room takes is reading these.
     file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/precompiled.cpp CONTENT "")
     add_library(precompiled_headers OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
-    target_link_libraries(precompiled_headers PRIVATE project_options Qt5::Core)
+    target_link_libraries(precompiled_headers PRIVATE project_options Qt::Core)
     target_precompile_headers(precompiled_headers PRIVATE
         <algorithm> <memory> <optional> <QCoreApplication> <QDir> <QFile> <QJsonArray> <QJsonDocument>
         <QJsonObject> <QProcess> <QRegularExpression> <QSettings> <QTimer> <QUrl> <QVector>)

@@ -1,9 +1,8 @@
 #include "desktop/associationlisting.h"
 
 #include <QJsonObject>
-#include <QStringList>
+#include <QStringView>
 #include <QVariantMap>
-#include <QVector>
 
 #include <algorithm>
 #include <array>
@@ -17,7 +16,7 @@ constexpr std::array<const char *, 3> applicationTags{"vyr", "shw", "tbl"};
 constexpr QLatin1Char fieldSeparator('|');
 constexpr int fieldCount = 4;
 
-std::size_t applicationOf(const QStringRef &tag)
+std::size_t applicationOf(QStringView tag)
 {
     const auto isTag = [&tag](const char *known) { return tag == QLatin1String(known); };
     const auto found = std::find_if(applicationTags.begin(), applicationTags.end(), isTag);
@@ -30,15 +29,15 @@ QJsonArray associationsOf(const QString &scriptOutput)
 {
     // Maps: JSON objects get slow with very many suffixes.
     std::array<QVariantMap, applicationTags.size()> applications;
-    const QVector<QStringRef> lines = scriptOutput.splitRef(QLatin1Char('\n'));
-    for (const QStringRef &line : lines) {
+    const auto lines = QStringView(scriptOutput).split(QLatin1Char('\n'));
+    for (const QStringView line : lines) {
         if (line.count(fieldSeparator) != fieldCount - 1)
             continue;
-        const QVector<QStringRef> fields = line.split(fieldSeparator);
+        const auto fields = line.split(fieldSeparator);
         const std::size_t application = applicationOf(fields[0]);
         if (application < applications.size())
-            applications[application].insert(fields[1].toString(),
-                                             fields[2].toString() + fieldSeparator + fields[3]);
+            applications[application].insert(
+                fields[1].toString(), fields[2].toString() + fieldSeparator + fields[3].toString());
     }
     QJsonArray objects;
     for (const QVariantMap &application : applications)

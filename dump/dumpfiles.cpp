@@ -1,6 +1,7 @@
 #include "dump/dumpfiles.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <optional>
 
@@ -15,6 +16,8 @@ namespace {
 
 /// The last dot matches any character, as in the suite's own list of dumps.
 constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
+constexpr QRegularExpression::PatternOptions dumpNameOptions =
+    QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption;
 constexpr qint32 freshnessSeconds = 1800;
 
 /// In milliseconds, as of the file system; nothing if the file cannot be read.
@@ -33,23 +36,30 @@ QString dumpDirectory()
     return suiteTemporaryDirectory() + QLatin1String("/dump");
 }
 
-QRegExp dumpFilePattern()
+bool isDumpName(const QString &name)
 {
-    return QRegExp(QLatin1String(dumpNames));
+    static const QRegularExpression pattern(
+        QRegularExpression::anchoredPattern(QLatin1String(dumpNames)), dumpNameOptions);
+    return pattern.match(name).hasMatch();
+}
+
+bool containsDumpName(const QString &name)
+{
+    static const QRegularExpression pattern(QLatin1String(dumpNames), dumpNameOptions);
+    return pattern.match(name).hasMatch();
 }
 
 QString newestDumpPath()
 {
     const QString directory = dumpDirectory() + QLatin1Char('/');
     const QByteArray prefix = QFile::encodeName(directory);
-    const QRegExp pattern = dumpFilePattern();
     // Names first: the directory may hold very many files, and each new one may lead to another
     // call.
     QString newest;
     qint64 newestTime = 0;
     for (const QByteArray &name : plainFiles(dumpDirectory())) {
         const QString text = QFile::decodeName(name);
-        if (!pattern.exactMatch(text))
+        if (!isDumpName(text))
             continue;
         const auto time = modificationTime(prefix + name);
         // Of the same time the first by name counts.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDateTime>
-#include <QRegExp>
 #include <QString>
 
 namespace OfficeAssiant {
@@ -9,8 +8,9 @@ namespace OfficeAssiant {
 /// The directory into which the suite writes its crash dumps.
 QString dumpDirectory();
 
-/// Matches the names of crash dumps.
-QRegExp dumpFilePattern();
+bool isDumpName(const QString &name);
+/// Whether part of @p name is the name of a crash dump.
+bool containsDumpName(const QString &name);
 
 /// The path of the newest crash dump by modification time; empty if there is none. A name that is
 /// invalid in the locale's encoding has U+FFFD there, and the path leads nowhere.

@@ -4,6 +4,7 @@
 
 #include "envcheck/environmentcheck.h"
 #include "plugin/config/suitefiles.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -17,7 +18,7 @@ constexpr char answerGroup[] = "vyrEnv";
 QString checkToolAnswer(const EnvironmentCheck &check)
 {
     QSettings answers(suiteTemporaryDirectory() + QLatin1String(answerFile), QSettings::IniFormat);
-    answers.setIniCodec("UTF-8");
+    qtversion::useUtf8(answers);
     answers.beginGroup(QLatin1String(answerGroup));
     // The tool names the component first; the page, and so the kept results, the check.
     const QByteArray value = answers.value(check.app + QLatin1Char('-') + check.type).toByteArray();

@@ -1,7 +1,6 @@
 #include "feedback/feedbackarchive.h"
 
 #include <QFile>
-#include <QRegExp>
 
 #include <algorithm>
 
@@ -81,11 +80,10 @@ QString nameList(const QStringList &names, int &leftOut)
 QStringList dumps()
 {
     const QString directory = dumpDirectory();
-    const QRegExp pattern = dumpFilePattern();
     QStringList paths;
     for (const QByteArray &name : plainFiles(directory)) {
         const QString text = QFile::decodeName(name);
-        if (pattern.indexIn(text) >= 0)
+        if (containsDumpName(text))
             paths.append(directory + QLatin1Char('/') + text);
     }
     // Names that are invalid in the locale's encoding may read alike; the script finds them all.

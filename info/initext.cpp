@@ -1,8 +1,8 @@
 #include "info/initext.h"
 
-#include <QTextCodec>
-
 #include <algorithm>
+
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -13,10 +13,10 @@ QString textUpToNul(const QVariant &value)
     return value.toString().section(QChar(QChar::Null), 0, 0);
 }
 
-/// Without a codec QSettings turns every raw byte into a character.
 bool isRawBytes(const QString &text)
 {
-    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xff; });
+    return qtversion::settingsHaveRawBytes &&
+           std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xff; });
 }
 
 } // namespace
@@ -29,14 +29,10 @@ QString localIniText(const QVariant &value)
 
 QString readableIniText(const QVariant &value)
 {
-    QString text = textUpToNul(value);
+    const QString text = textUpToNul(value);
     if (!isRawBytes(text))
         return text;
-    const QByteArray bytes = text.toLatin1();
-    QTextCodec::ConverterState state;
-    const QString decoded =
-        QTextCodec::codecForLocale()->toUnicode(bytes.constData(), bytes.size(), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0 ? decoded : text;
+    return qtversion::decodedLocally(text.toLatin1()).value_or(text);
 }
 
 } // namespace OfficeAssiant

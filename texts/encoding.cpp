@@ -1,15 +1,15 @@
 #include "texts/encoding.h"
 
-#include <QTextCodec>
-
 #include <clocale>
 #include <cstring>
 
 #include <langinfo.h>
 
+#include "qtversion/qtversion.h"
+
 void texts::assumeUtf8WithoutLocale()
 {
     std::setlocale(LC_ALL, "");
     if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+        qtversion::useUtf8ForLocale();
 }

@@ -104,7 +104,7 @@ bool writeOver(const QString &path, const QByteArray &earlier, const QByteArray 
     if (file < 0)
         return false;
     const bool hasNoSpace =
-        ::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, std::max(1, content.size())) != 0 &&
+        ::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, std::max<qint64>(1, content.size())) != 0 &&
         (errno == ENOSPC || errno == EDQUOT);
     const bool isWritten = !hasNoSpace && writeAll(file, paddedTo(earlier, content)) &&
                            ::ftruncate(file, content.size()) == 0;

@@ -2,9 +2,10 @@
 
 #include <QByteArray>
 #include <QFile>
-#include <QTextCodec>
 
 #include <sys/stat.h>
+
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -17,12 +18,6 @@ bool isPipe(const QString &path)
 {
     struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
-}
-
-/// The text of bytes that may end within a character.
-QString wholeCharacters(const QByteArray &bytes)
-{
-    return QTextDecoder(QTextCodec::codecForName("UTF-8")).toUnicode(bytes);
 }
 
 } // namespace
@@ -41,7 +36,7 @@ std::optional<QString> readLogText(const QString &path, qint64 largestText)
             static_cast<int>(qstrnlen(piece.constData(), static_cast<uint>(piece.size())));
         text.append(piece.constData(), length);
         if (text.size() > largestText)
-            return wholeCharacters(text.left(static_cast<int>(largestText)));
+            return qtversion::wholeCharacters(text.left(static_cast<int>(largestText)));
         if (piece.isEmpty() || length < piece.size())
             return QString::fromUtf8(text);
     }

@@ -107,7 +107,7 @@ private:
     std::optional<QString> readFallback()
     {
         const int end = m_text.indexOf(QLatin1Char('}'), m_at);
-        const bool isMarked = m_text.midRef(m_at, 2) == QLatin1String(fallbackMark);
+        const bool isMarked = QStringView(m_text).mid(m_at, 2) == QLatin1String(fallbackMark);
         if (end < 0 || (!isMarked && end != m_at)) {
             m_problem = texts::tr("a variable in braces is ${NAME} or ${NAME:-text}");
             return std::nullopt;

@@ -89,7 +89,7 @@ QString DesktopDialect::readLine(const QByteArray &content, int position, Sectio
 {
     const Span text = lineText(content, position);
     const int feed = content.indexOf('\n', text.end);
-    line.whole = {position, feed < 0 ? content.size() : feed + 1};
+    line.whole = {position, feed < 0 ? int(content.size()) : feed + 1};
     line.comment = line.whole.end;
     if (text.size() == 0 || content.at(text.begin) == '#')
         return {};

@@ -6,6 +6,7 @@
 
 #include <ctime>
 
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -89,7 +90,7 @@ private:
     {
         for (int i = 0; i <= text.size() && m_problem.isEmpty(); ++i) {
             const bool isInPair = i < text.size() && text.at(i).isLowSurrogate();
-            if (!isInPair && matchesFrom(text, i, QRegularExpression::AnchoredMatchOption))
+            if (!isInPair && matchesFrom(text, i, qtversion::matchAtOffset))
                 return true;
         }
         return false;

@@ -155,7 +155,7 @@ void JsonDocument::parse()
     const int line = std::max(1, match.captured(1).toInt());
     const QByteArray before =
         m_content.split('\n').value(line - 1).left(match.captured(2).toInt() - 1);
-    m_mistakes.append({line, QString::fromUtf8(before).size() + 1,
+    m_mistakes.append({line, int(QString::fromUtf8(before).size()) + 1,
                        match.hasMatch() ? match.captured(3) : texts::tr("this is not JSON")});
 }
 
@@ -170,8 +170,8 @@ void JsonDocument::reportAt(qint64 offset, const QString &message)
         return;
     const QByteArray before = m_content.left(static_cast<int>(offset));
     const int lineBegin = before.lastIndexOf('\n') + 1;
-    m_mistakes.append(
-        {before.count('\n') + 1, QString::fromUtf8(before.mid(lineBegin)).size() + 1, message});
+    m_mistakes.append({int(before.count('\n')) + 1,
+                       int(QString::fromUtf8(before.mid(lineBegin)).size()) + 1, message});
 }
 
 /// The text is known to be JSON: a colon and the name's quotes stand before the value.

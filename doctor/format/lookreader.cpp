@@ -80,7 +80,8 @@ QStringList readOperands(const JsonNode &node, ValueType type, Comparison compar
                          const QSet<QString> &values)
 {
     QStringList operands;
-    const QVector<JsonNode> items = node.isList() ? node.items().mid(0, mostItems) : QVector{node};
+    const QVector<JsonNode> items =
+        node.isList() ? node.items().mid(0, mostItems) : QVector<JsonNode>{node};
     if (items.isEmpty())
         node.report(texts::tr("expected at least one value to compare with"));
     for (const JsonNode &item : items) {

@@ -5,10 +5,12 @@
 #include <csignal>
 #include <unistd.h>
 
+#include "qtversion/qtversion.h"
+
 namespace doctor {
 
 /// A program in a process group of its own, which its children belong to.
-class GroupProcess : public QProcess
+class GroupProcess : public qtversion::PreparedProcess
 {
 public:
     /// Kills it with its children, and waits for its end.
@@ -21,7 +23,7 @@ public:
     }
 
 protected:
-    void setupChildProcess() override { ::setpgid(0, 0); }
+    void prepare() override { ::setpgid(0, 0); }
 
 private:
     static constexpr int longestEndMs = 1000;

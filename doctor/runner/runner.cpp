@@ -256,7 +256,7 @@ void runChecks(const QVector<CheckDefinition> &checks, const Machine &machine,
     run->machine = machine;
     run->locale = locale;
     const int cores = static_cast<int>(std::thread::hardware_concurrency());
-    const int threads = std::min(std::clamp(cores, fewestThreads, mostThreads), checks.size());
+    const int threads = std::min(std::clamp(cores, fewestThreads, mostThreads), int(checks.size()));
     int started = 0;
     for (int i = 0; i < threads; ++i)
         started += startThread(run) ? 1 : 0;

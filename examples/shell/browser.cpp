@@ -81,7 +81,9 @@ Browser::Browser(QWidget *owner)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
     m_view->setPage(new LocalPage(m_view));
-    m_view->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
+    // Qt 6 refuses a local page its own scripts without it.
+    m_view->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls,
+                                     QT_VERSION_MAJOR > 5);
     m_view->page()->scripts().insert(wireScript(palette()));
     connect(m_view, &QWebEngineView::loadFinished, this, &Browser::loadFinished);
 }

@@ -4,6 +4,8 @@
 #include <QHash>
 #include <QSettings>
 
+#include "qtversion/qtversion.h"
+
 namespace {
 
 QByteArray variableName(const QString &key)
@@ -23,7 +25,7 @@ QHash<QString, QString> readIniFile()
     QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
                    QSettings::IniFormat);
     // Directories may have names in any language; without a codec Qt reads Latin-1.
-    file.setIniCodec("UTF-8");
+    qtversion::useUtf8(file);
     const QStringList keys = file.allKeys();
     for (const QString &key : keys)
         values.insert(key, file.value(key).toStringList().join(QLatin1Char(',')));

@@ -27,6 +27,7 @@
 #include "helio/shell/shelloptions.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
+#include "qtversion/qtversion.h"
 #include "texts/encoding.h"
 #include "texts/texts.h"
 
@@ -178,8 +179,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
         complain(Ended, QStringLiteral("running as root, so Chromium runs without its sandbox"));
     shell::ChromiumArguments chromium(programName, options.debugPort, isRoot);
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    qtversion::scaleWithScreens();
     QApplication application(chromium.count(), chromium.values());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("org.officeassistant.officeassistant"));

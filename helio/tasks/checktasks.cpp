@@ -8,6 +8,7 @@
 #include "helio/tasks/running/taskprogram.h"
 #include "helio/tasks/tasks.h"
 #include "host/krt.h"
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace helio::tasks {
@@ -45,7 +46,7 @@ ProgramResult runTool(const TaskRun &run, const QStringList &arguments)
 std::optional<QString> toolAnswer(const QString &file, const QString &key)
 {
     QSettings answers(file, QSettings::IniFormat);
-    answers.setIniCodec("UTF-8");
+    qtversion::useUtf8(answers);
     answers.beginGroup(QLatin1String(answerGroup));
     if (!answers.contains(key))
         return std::nullopt;

@@ -1,9 +1,9 @@
 #include "helio/webengine/editmenu.h"
 
 #include <QMenu>
-#include <QWebEngineContextMenuData>
 #include <QWebEngineView>
 
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace {
@@ -11,7 +11,7 @@ namespace {
 struct Entry
 {
     QWebEnginePage::WebAction action;
-    QWebEngineContextMenuData::EditFlag needed;
+    qtversion::ContextMenu::EditFlag needed;
     QString name;
     QKeySequence::StandardKey key;
 };
@@ -20,7 +20,7 @@ struct Entry
 
 void helio::showEditMenu(QWebEngineView *view, const QPoint &place)
 {
-    using Data = QWebEngineContextMenuData;
+    using Data = qtversion::ContextMenu;
     const Entry entries[] = {
         {QWebEnginePage::Cut, Data::CanCut, texts::tr("Cut"), QKeySequence::Cut},
         {QWebEnginePage::Copy, Data::CanCopy, texts::tr("Copy"), QKeySequence::Copy},
@@ -28,15 +28,15 @@ void helio::showEditMenu(QWebEngineView *view, const QPoint &place)
         {QWebEnginePage::SelectAll, Data::CanSelectAll, texts::tr("Select all"),
          QKeySequence::SelectAll},
     };
-    const Data data = view->page()->contextMenuData();
-    if (!data.isContentEditable() && data.selectedText().isEmpty())
+    const Data *data = qtversion::contextMenuOf(*view);
+    if (!data || (!data->isContentEditable() && data->selectedText().isEmpty()))
         return;
     auto *menu = new QMenu(view);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const Entry &entry : entries) {
         QAction *item = menu->addAction(entry.name);
         item->setShortcut(entry.key);
-        item->setEnabled(data.editFlags().testFlag(entry.needed));
+        item->setEnabled(data->editFlags().testFlag(entry.needed));
         QObject::connect(
             item, &QAction::triggered, view->page(),
             [page = view->page(), action = entry.action] { page->triggerAction(action); });

@@ -1,19 +1,18 @@
 #include "helio/webengine/webenginebrowsers.h"
 
-#include <QWebEngineDownloadItem>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 
 #include "helio/runtime/border/browsermaker.h"
 #include "helio/webengine/requestguard.h"
 #include "helio/webengine/webenginebrowser.h"
+#include "qtversion/qtversion.h"
 
 namespace {
 
 /// What local pages without network access do not need.
 constexpr QWebEngineSettings::WebAttribute unneededAttributes[] = {
     QWebEngineSettings::LocalContentCanAccessRemoteUrls,
-    QWebEngineSettings::LocalContentCanAccessFileUrls,
     QWebEngineSettings::JavascriptCanOpenWindows,
     QWebEngineSettings::JavascriptCanAccessClipboard,
     QWebEngineSettings::JavascriptCanPaste,
@@ -35,6 +34,9 @@ void restrict(QWebEngineSettings &settings)
 {
     for (const QWebEngineSettings::WebAttribute attribute : unneededAttributes)
         settings.setAttribute(attribute, false);
+    // Where it is on, the guard of requests still refuses every file outside the page directory.
+    settings.setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls,
+                          qtversion::localPagesNeedFileAccess);
     settings.setAttribute(QWebEngineSettings::WebRTCPublicInterfacesOnly, true);
     settings.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
 }
@@ -62,7 +64,7 @@ WebEngineBrowsers::WebEngineBrowsers(const PageDirectory &directory,
     m_profile->setSpellCheckEnabled(false);
     restrict(*m_profile->settings());
     QObject::connect(m_profile.get(), &QWebEngineProfile::downloadRequested,
-                     [](QWebEngineDownloadItem *item) { item->cancel(); });
+                     [](qtversion::Download *item) { item->cancel(); });
     setBrowserMaker(
         [this](QWidget *owner, KxWebViewCefJsApiFlag flag) { return make(owner, flag); });
 }

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "programs/suitehome/suitehome.h"
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace programs {
@@ -52,7 +53,7 @@ void writeAnswer(const QString &suiteHome, const QString &check, const QString &
         fail(texts::tr("%1 is not a file of answers").arg(path));
     waitForLock(path, lockMs);
     QSettings file(path, QSettings::IniFormat);
-    file.setIniCodec("UTF-8");
+    qtversion::useUtf8(file);
     file.beginGroup(group);
     file.setValue(application + QLatin1Char('-') + check, text);
     file.sync();

@@ -9,6 +9,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "qtversion/qtversion.h"
+
 namespace programs {
 
 namespace {
@@ -54,10 +56,10 @@ private:
     sigset_t m_earlier;
 };
 
-class GroupProcess : public QProcess
+class GroupProcess : public qtversion::PreparedProcess
 {
 protected:
-    void setupChildProcess() override
+    void prepare() override
     {
         ::setpgid(0, 0);
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);

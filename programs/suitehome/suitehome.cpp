@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QSettings>
 
+#include "qtversion/qtversion.h"
+
 namespace programs {
 
 QString suiteHome()
@@ -13,7 +15,7 @@ QString suiteHome()
         return fromEnvironment;
     QSettings file(QCoreApplication::applicationDirPath() + QStringLiteral("/helio.ini"),
                    QSettings::IniFormat);
-    file.setIniCodec("UTF-8"); // as the host reads it
+    qtversion::useUtf8(file); // as the host reads it
     const QString fromFile =
         file.value(QStringLiteral("suiteHome")).toStringList().join(QLatin1Char(','));
     return fromFile.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/share/Orvane")

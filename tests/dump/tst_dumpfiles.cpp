@@ -65,7 +65,7 @@ private slots:
         QFETCH(const bool, isDump);
         makeDump(name, 0);
         QCOMPARE(!newestDumpPath().isEmpty(), isDump);
-        QCOMPARE(dumpFilePattern().exactMatch(name), isDump);
+        QCOMPARE(isDumpName(name), isDump);
     }
 
     void aMissingDirectoryHasNoNewestDump()

@@ -1,3 +1,4 @@
+import fs from 'node:fs';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 
@@ -9,5 +10,9 @@ export const suiteDirectory = path.resolve(
     process.env.SUITE_DIR ?? path.join(repository, 'build/suite'),
 );
 
-/** The embedded scripts as the build puts them together. */
-export const scriptsDirectory = path.join(repository, 'build/plugin/config');
+const scriptsOfTree = path.join(suiteDirectory, '../plugin/config');
+
+/** The embedded scripts as the tree's build, or the usual one, puts them together. */
+export const scriptsDirectory = fs.existsSync(scriptsOfTree)
+    ? scriptsOfTree
+    : path.join(repository, 'build/plugin/config');

@@ -36,10 +36,10 @@ int matchedWith(const QString &path, int matched, const QString &name)
     const int bracket = path.indexOf(QLatin1String("['"), matched);
     const int slash = path.indexOf(QLatin1Char('/'), matched + 1);
     int end = matched + 1;
-    if (path.midRef(end).startsWith(name))
+    if (QStringView(path).mid(end).startsWith(name))
         end += name.size();
     else if (bracket >= 0 && (slash < 0 || bracket < slash) &&
-             path.midRef(bracket).startsWith(inSet))
+             QStringView(path).mid(bracket).startsWith(inSet))
         end = bracket + inSet.size();
     else
         return -1;

@@ -111,7 +111,7 @@ XmlToken XmlReader::readText()
     XmlToken token;
     const int tag = m_content.indexOf('<', m_position);
     token.kind = Kind::Text;
-    token.span = {m_position, tag < 0 ? m_content.size() : tag};
+    token.span = {m_position, tag < 0 ? int(m_content.size()) : tag};
     const QByteArray text = bytesIn(m_content, token.span);
     if (m_open.isEmpty() && !isBlank(text))
         return broken(texts::tr("text stands outside the root element."), m_position);

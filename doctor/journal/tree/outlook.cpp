@@ -59,7 +59,7 @@ public:
         if (S_ISLNK(status.st_mode) && (m_followsLast || !m_names.isEmpty()))
             return follow(entry, status.st_uid);
         if (name == "..")
-            m_at.truncate(std::max(m_at.lastIndexOf('/'), 0));
+            m_at.truncate(std::max(int(m_at.lastIndexOf('/')), 0));
         else
             m_at += '/' + name;
         m_owner = status.st_uid;

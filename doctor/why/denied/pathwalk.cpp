@@ -164,7 +164,7 @@ bool Walk::ascend()
     Descriptor opened(::openat(m_here.number(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
     Component component;
     const QByteArray &path = here().path;
-    component.path = path.left(std::max(1, path.lastIndexOf('/')));
+    component.path = path.left(std::max(1, int(path.lastIndexOf('/'))));
     if (!opened.isOpen())
         return stopAt(component.path, errno);
     if (const int error = inspect(opened.number(), component))

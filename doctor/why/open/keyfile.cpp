@@ -1,7 +1,5 @@
 #include "doctor/why/open/keyfile.h"
 
-#include <QTextCodec>
-
 #include <algorithm>
 
 namespace doctor {
@@ -173,10 +171,11 @@ std::optional<QString> KeyFile::text(const char *group, const char *key) const
 
 std::optional<QString> decoded(const QByteArray &bytes)
 {
-    QTextCodec::ConverterState state;
-    const QString text =
-        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
+    constexpr char byteOrderMark[] = "\xef\xbb\xbf";
+    const QString text = QString::fromUtf8(bytes);
+    const QByteArray again = text.toUtf8();
+    // What is no text became another character, and a mark at the beginning nothing.
+    if (again != bytes && (!bytes.startsWith(byteOrderMark) || byteOrderMark + again != bytes))
         return std::nullopt;
     return text;
 }

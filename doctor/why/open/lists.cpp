@@ -111,7 +111,7 @@ void AssociationLists::addFolder(const OpenPlaces &places, const MimeTypes &type
         add(folder + QStringLiteral("/defaults.list"), Kind::Defaults);
         add(folder + QStringLiteral("/mimeinfo.cache"), Kind::Cache);
     }
-    m_folders.append({first, m_lists.size() - first, dataFolder});
+    m_folders.append({first, int(m_lists.size()) - first, dataFolder});
 }
 
 AssociationLists::AssociationLists(const OpenPlaces &places, const MimeTypes &types)

@@ -108,7 +108,7 @@ QVector<Checkup> CheckupHistory::read() const
         if (isLater)
             checkups.append(*checkup);
     }
-    return checkups.mid(std::max(0, checkups.size() - mostCheckups));
+    return checkups.mid(std::max(0, int(checkups.size()) - mostCheckups));
 }
 
 CheckupChange CheckupHistory::add(Checkup checkup) const
@@ -137,7 +137,8 @@ CheckupChange CheckupHistory::add(Checkup checkup) const
     change.since = checkup.since;
     checkups.append(checkup);
     QJsonArray kept;
-    for (int index = std::max(0, checkups.size() - mostCheckups); index < checkups.size(); ++index)
+    for (int index = std::max(0, int(checkups.size()) - mostCheckups); index < checkups.size();
+         ++index)
         kept.append(keptObject(checkups.at(index)));
     change.problem = writePrivately(m_file, QJsonDocument(kept).toJson(QJsonDocument::Compact));
     return change;

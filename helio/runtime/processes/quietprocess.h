@@ -6,12 +6,14 @@
 
 #include <unistd.h>
 
+#include "qtversion/qtversion.h"
+
 namespace helio {
 
 /// A program with its standard streams at /dev/null: it reads nothing of ours, and whoever reads
 /// our output does not have to wait for its end. It has a process group of its own, so that its
 /// own programs can be ended with it.
-class QuietProcess : public QProcess
+class QuietProcess : public qtversion::PreparedProcess
 {
 public:
     QuietProcess(const QString &program, const QStringList &arguments)
@@ -26,8 +28,8 @@ public:
     void killGroup() { ::kill(static_cast<pid_t>(-processId()), SIGKILL); }
 
 protected:
-    /// Not called for a detached program, which gets a session of its own.
-    void setupChildProcess() override { ::setpgid(0, 0); }
+    /// A detached program has a session of its own already.
+    void prepare() override { ::setpgid(0, 0); }
 };
 
 } // namespace helio

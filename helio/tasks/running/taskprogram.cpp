@@ -11,6 +11,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace helio {
@@ -25,13 +26,13 @@ constexpr int killMs = 2000;
 constexpr int longestReason = 500;
 constexpr char commandLine[] = "/assistantctl";
 
-class GroupProcess : public QProcess
+class GroupProcess : public qtversion::PreparedProcess
 {
 public:
     void signalGroup(int signal) { ::kill(static_cast<pid_t>(-processId()), signal); }
 
 protected:
-    void setupChildProcess() override
+    void prepare() override
     {
         ::setpgid(0, 0);
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);

@@ -1,11 +1,11 @@
 #include "programs/missingfonts/rtf/rtffonttable.h"
 
+#include <optional>
 #include <utility>
-
-#include <QTextCodec>
 
 #include "programs/missingfonts/common/documenterror.h"
 #include "programs/missingfonts/common/limits.h"
+#include "qtversion/qtversion.h"
 
 namespace programs {
 
@@ -34,15 +34,16 @@ QString withoutVariant(const QString &name, int characterSet)
     return name;
 }
 
-QTextCodec *codecFor(int characterSet)
+QString decoded(int characterSet, const std::string &text)
 {
+    const QByteArray bytes = QByteArray::fromStdString(text);
     for (const auto &[number, name] : encodings) {
         if (number == characterSet) {
-            if (QTextCodec *codec = QTextCodec::codecForName(name))
-                return codec;
+            if (const std::optional<QString> found = qtversion::decoded(name, bytes))
+                return *found;
         }
     }
-    return QTextCodec::codecForName("windows-1252");
+    return qtversion::decoded("windows-1252", bytes).value_or(QString::fromLatin1(bytes));
 }
 
 } // namespace
@@ -71,8 +72,7 @@ void RtfFontTable::addCharacter(QChar character, bool toAlternative)
 QString RtfFontTable::take(Name &name) const
 {
     const Name taken = std::exchange(name, {});
-    const int size = static_cast<int>(taken.bytes.size());
-    return taken.decoded + codecFor(m_characterSet)->toUnicode(taken.bytes.data(), size);
+    return taken.decoded + decoded(m_characterSet, taken.bytes);
 }
 
 void RtfFontTable::endFont()

@@ -141,7 +141,7 @@ bool PartSearch::take(const XmlToken &token)
 void PartSearch::begin(const XmlToken &token)
 {
     const bool isInside = !m_elements.isEmpty() && m_elements.last().isSkipped;
-    Element element{token.name, token.begin + 1 + token.name.size()};
+    Element element{token.name, token.begin + 1 + int(token.name.size())};
     element.isSkipped = isInside || m_words.skipped.contains(token.name);
     element.isParagraph = !element.isSkipped && m_words.paragraphs.contains(token.name);
     element.hasText = !element.isSkipped && m_words.texts.contains(token.name);

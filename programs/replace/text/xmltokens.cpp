@@ -65,7 +65,7 @@ XmlToken tokenAt(const QByteArray &xml, int position)
         return {XmlToken::Kind::Nothing, position, position, {}};
     if (xml.at(position) != '<') {
         const int next = xml.indexOf('<', position);
-        return {XmlToken::Kind::Text, position, next < 0 ? xml.size() : next, {}};
+        return {XmlToken::Kind::Text, position, next < 0 ? int(xml.size()) : next, {}};
     }
     const QByteArray begin = xml.mid(position, 9);
     if (begin.startsWith("<!--"))

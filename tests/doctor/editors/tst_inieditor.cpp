@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "qtversion/qtversion.h"
 #include "tests/doctor/editors/editing.h"
 #include "tests/doctor/editors/inifile.h"
 
@@ -45,7 +46,7 @@ QVariantMap TestIniEditor::readByQSettings(const QByteArray &content)
         return {};
     file.close();
     QSettings settings(path, QSettings::IniFormat);
-    settings.setIniCodec("UTF-8");
+    qtversion::useUtf8(settings);
     QVariantMap values;
     const QStringList keys = settings.allKeys();
     for (const QString &key : keys)

@@ -10,6 +10,7 @@
 
 #include "envcheck/checktoolanswer.h"
 #include "envcheck/environmentcheck.h"
+#include "qtversion/qtversion.h"
 #include "tests/support/shell/headlesstest.h"
 
 /// The check tool's answers, read as the environment check reads them.
@@ -72,7 +73,7 @@ private slots:
         QCOMPARE(read(QStringLiteral("t"), QStringLiteral("vyr")), QStringLiteral("new"));
         QCOMPARE(read(QStringLiteral("t"), QStringLiteral("tbl")), QStringLiteral("a, b"));
         QSettings file(path(), QSettings::IniFormat);
-        file.setIniCodec("UTF-8");
+        qtversion::useUtf8(file);
         QCOMPARE(file.value(QStringLiteral("other/key")).toString(), QString::fromUtf8("字"));
     }
 

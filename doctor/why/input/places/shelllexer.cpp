@@ -107,7 +107,7 @@ ShellToken ShellLexer::readOperator()
         }
     }
     // A zero byte, which shells leave out.
-    m_position += std::max(1, token.text.size());
+    m_position += std::max(1, int(token.text.size()));
     m_awaitsEnd = token.text == "<<" || token.text == "<<-";
     m_isIndented = token.text == "<<-";
     return token;
