@@ -54,7 +54,7 @@ export function emulation(descriptor) {
     if (!libraries) return { args: [], stdio: [], started: () => {} };
     const file = path.join(fs.mkdtempSync(path.join(os.tmpdir(), 'filter-')), 'filter');
     fs.writeFileSync(file, filterBytes());
-    const open = fs.openSync(file);
+    const open = fs.openSync(file, 'r');
     fs.rmSync(path.dirname(file), { recursive: true });
     return {
         args: ['--seccomp', `${descriptor}`],
