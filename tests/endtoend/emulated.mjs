@@ -7,14 +7,7 @@ const libraries = process.env.SUITE_LIBRARIES;
 
 /** Arguments for bubblewrap that let such programs run through qemu-user. */
 export function emulationMounts() {
-    if (!libraries) return [];
-    const ofMachine = '/usr/lib/aarch64-linux-gnu';
-    return [
-        // Where Debian's qemu-user looks before the system's own directories.
-        ...['--ro-bind', libraries, '/etc/qemu-binfmt/aarch64'],
-        // Not every call that looks for a file goes through that prefix.
-        ...['--ro-bind', path.join(libraries, ofMachine), ofMachine],
-    ];
+    return libraries ? ['--ro-bind', libraries, '/usr/lib/aarch64-linux-gnu'] : [];
 }
 
 /**
