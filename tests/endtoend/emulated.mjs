@@ -5,6 +5,9 @@ import path from 'node:path';
 /** The libraries of programs that are built for another machine; see "./test arm64". */
 const libraries = process.env.SUITE_LIBRARIES;
 
+/** Whether the suite under test is such programs. */
+export const isEmulated = Boolean(libraries);
+
 /** Arguments for bubblewrap that let such programs run through qemu-user. */
 export function emulationMounts() {
     return libraries ? ['--ro-bind', libraries, '/usr/lib/aarch64-linux-gnu'] : [];

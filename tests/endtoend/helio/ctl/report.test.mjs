@@ -1,6 +1,7 @@
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { runCommand, Session } from '../../assistantctl.mjs';
+import { isEmulated } from '../../emulated.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
 const sectionNames = ['kernel', 'browser', 'cpu', 'font', 'user', 'env', 'otheroffice'];
@@ -58,7 +59,8 @@ test('exportsysinfo saves the seven sections and opens the file', async () => {
 
     const sections = sectionsOf(await root.readFile('/tmp/report'));
     const uname = (await root.run(['uname', '-srm'])).stdout.trim().split(' ');
-    expect(sections.kernel).toBe(`${uname[0]} ${uname[1]}  ${uname[2]}\r\n`);
+    const machine = isEmulated ? 'aarch64' : uname[2];
+    expect(sections.kernel).toBe(`${uname[0]} ${uname[1]}  ${machine}\r\n`);
     expect(sections.browser).toBe('Mozilla Firefox 128\r\n\ufffd\r\n');
     expect(sections.font).toBe('Zeta Regular \r\nAlpha Bold \r\n');
     expect(sections.user).toBe('user\r\n');

@@ -1,6 +1,7 @@
 import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { openDialog, Session } from '../../assistantctl.mjs';
+import { isEmulated } from '../../emulated.mjs';
 import { SandboxRoot } from '../../sandboxroot.mjs';
 
 let root;
@@ -282,7 +283,8 @@ describe('the input', () => {
         await expectGoesOn();
     });
 
-    test('that was closed from the start ends the session at once', async () => {
+    // qemu-user opens its own program as the first descriptor that is free.
+    test.skipIf(isEmulated)('that was closed from the start ends the session at once', async () => {
         const end = await root.run(['bash', '-c', 'exec /suite/office/assistantctl --session <&-']);
         expect(end).toMatchObject({ status: 0, stdout: '', stderr: '' });
     });
