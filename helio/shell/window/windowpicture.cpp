@@ -8,6 +8,8 @@
 namespace {
 
 constexpr int lookIntervalMs = 250;
+/// A page that loads, or checks something, stands still for less between its steps.
+constexpr int stillLooks = 4;
 /// After this time a page is pictured even if it still changes.
 constexpr int longestChangeMs = 10000;
 constexpr int longestWaitMs = 30000;
@@ -42,8 +44,9 @@ WindowPicture::WindowPicture(QWidget *window, helio::WebEngineBrowser *browser, 
 void WindowPicture::look()
 {
     const QImage image = m_window->grab().toImage();
+    m_stillLooks = image == m_previous ? m_stillLooks + 1 : 0;
     if (m_isLoaded && hasContent(image) &&
-        (image == m_previous || m_waited.elapsed() > longestChangeMs)) {
+        (m_stillLooks >= stillLooks || m_waited.elapsed() > longestChangeMs)) {
         save(image);
     } else if (m_waited.elapsed() > longestWaitMs) {
         m_timer.stop();

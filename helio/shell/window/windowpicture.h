@@ -35,6 +35,8 @@ private:
     QTimer m_timer;
     QElapsedTimer m_waited;
     QImage m_previous;
+    /// How many looks in a row saw the same.
+    int m_stillLooks = 0;
     bool m_isLoaded = false;
 };
 
