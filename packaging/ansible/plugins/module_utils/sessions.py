@@ -47,25 +47,35 @@ class Session(object):
         return {'session': self.number, 'user': self.user, 'uid': self.uid, 'type': self.kind}
 
 
-def _busctl(*words):
-    command = ['busctl', '--json=short', '--timeout=%d' % BUS_LIMIT, '--system'] + list(words)
-    try:
-        asked = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        output, errors = asked.communicate()
-    except OSError as error:
-        raise Unanswered('busctl: %s' % error)
-    if asked.returncode != 0:
-        raise Unanswered(errors.decode('utf-8', 'replace').strip()[:500])
-    try:
-        return json.loads(output.decode('utf-8'))
-    except ValueError as error:
-        raise Unanswered('busctl: %s' % error)
+class _Question(object):
+    """A call of logind under way."""
+
+    def __init__(self, path, *words):
+        command = ['busctl', '--json=short', '--timeout=%d' % BUS_LIMIT, '--system', 'call',
+                   LOGIND, path]
+        self._fault = ''
+        try:
+            self._asked = subprocess.Popen(command + list(words), stdout=subprocess.PIPE,
+                                           stderr=subprocess.PIPE)
+        except OSError as error:
+            self._fault = 'busctl: %s' % error
+
+    def answer(self):
+        """Waits for what it gives back."""
+        if self._fault:
+            raise Unanswered(self._fault)
+        output, errors = self._asked.communicate()
+        if self._asked.returncode != 0:
+            raise Unanswered(errors.decode('utf-8', 'replace').strip()[:500])
+        try:
+            return json.loads(output.decode('utf-8'))['data'][0]
+        except (ValueError, KeyError, IndexError, TypeError) as error:
+            raise Unanswered('busctl: %s' % error)
 
 
 def _properties(path):
-    answer = _busctl('call', LOGIND, path, 'org.freedesktop.DBus.Properties', 'GetAll', 's',
+    return _Question(path, 'org.freedesktop.DBus.Properties', 'GetAll', 's',
                      'org.freedesktop.login1.Session')
-    return dict((name, value.get('data')) for name, value in answer['data'][0].items())
 
 
 def _environment_of(process):
@@ -112,20 +122,28 @@ def session_environment(number, uid):
     return min(found)[3] if found else None
 
 
-def graphical_sessions():
-    """All graphical sessions of people on this host, by number."""
-    listed = _busctl('call', LOGIND, MANAGER, LOGIND + '.Manager', 'ListSessions')['data'][0]
-    sessions = []
-    for number, uid, user, _seat, path in listed:
-        properties = _properties(path)
-        if properties.get('Class') != 'user' or properties.get('Type') not in GRAPHICAL:
-            continue
-        if properties.get('State') == 'closing':
-            continue
-        sessions.append(Session(number, user, uid, properties['Type'],
-                                bool(properties.get('LockedHint')),
-                                session_environment(number, uid)))
-    return sorted(sessions, key=lambda one: (one.user, one.number))
+class GraphicalSessions(object):
+    """Asks logind for all graphical sessions of people on this host, while others go on."""
+
+    def __init__(self):
+        self._listed = _Question(MANAGER, LOGIND + '.Manager', 'ListSessions')
+
+    def found(self):
+        """The sessions by user and number."""
+        asked = [(number, uid, user, _properties(path))
+                 for number, uid, user, _seat, path in self._listed.answer()]
+        sessions = []
+        for number, uid, user, question in asked:
+            properties = dict((name, value.get('data'))
+                              for name, value in question.answer().items())
+            if properties.get('Class') != 'user' or properties.get('Type') not in GRAPHICAL:
+                continue
+            if properties.get('State') == 'closing':
+                continue
+            sessions.append(Session(number, user, uid, properties['Type'],
+                                    bool(properties.get('LockedHint')),
+                                    session_environment(number, uid)))
+        return sorted(sessions, key=lambda one: (one.user, one.number))
 
 
 def program(wanted):

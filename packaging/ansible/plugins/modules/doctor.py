@@ -145,8 +145,12 @@ sessions:
 import json  # noqa: E402
 import time  # noqa: E402
 
-from ansible.module_utils.basic import AnsibleModule  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import sessions  # noqa: E402
+
+# logind answers while Ansible's own parts are read.
+ASKED = sessions.GraphicalSessions() if __name__ == '__main__' else None
+
+from ansible.module_utils.basic import AnsibleModule  # noqa: E402
 
 # The worst first.
 CLASSES = ('failed', 'timed_out', 'other_version', 'refused', 'no_environment', 'check_failed',
@@ -262,7 +266,7 @@ def main():
     if path is None:
         module.exit_json(changed=False, sessions=[], **{'class': 'not_installed'})
     try:
-        found = sessions.graphical_sessions()
+        found = ASKED.found()
     except sessions.Unanswered as problem:
         module.fail_json(msg='logind does not answer: %s' % problem, sessions=[],
                          **{'class': 'failed'})

@@ -107,7 +107,7 @@ def main():
     if path is None:
         module.fail_json(msg='assistantctl is not installed', reports=[])
     try:
-        found = sessions.graphical_sessions()
+        found = sessions.GraphicalSessions().found()
     except sessions.Unanswered as problem:
         module.fail_json(msg='logind does not answer: %s' % problem, reports=[])
     wanted = module.params['user']
