@@ -6,7 +6,7 @@ useBrowser();
 
 describe('the view of crash dumps', () => {
     it('closes as what it was opened as, so that the watch ends', () =>
-        play(named('crash'), async (view) => {
+        play(named('crash-by-commands'), async (view) => {
             await view.keyboard.press('Escape');
             await sent(view, 'closechildwindow');
             expect(await lastSent(view)).toEqual([
@@ -25,7 +25,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('hands over once only, and says why the button waits', () =>
-        play(named('crash', { router: { never: true } }), async (view) => {
+        play(named('crash-by-commands', { router: { never: true } }), async (view) => {
             const button = view.locator('.dump-actions .el-button--primary');
             await button.dblclick();
             await sent(view, 'router');
@@ -49,7 +49,7 @@ describe('the view of crash dumps', () => {
         }));
 
     it('shows the switch as the library reads it afterwards', () =>
-        play(named('crash'), async (view) => {
+        play(named('crash-by-commands'), async (view) => {
             await view.locator('.switch').click();
             await view.getByText('The setting did not change.').waitFor();
             expect(await view.locator('.switch').getAttribute('aria-checked')).toBe('true');
@@ -96,7 +96,7 @@ describe('the environment check', () => {
 describe('values from outside', () => {
     it('are text, never HTML', () =>
         play(
-            named('permissions', {
+            named('permissions-by-commands', {
                 stratextractfileinfo: {
                     result: {
                         '<img src=x onerror=alert(1)>': '<b>root</b>|g|110-100-100|1:1:1',

@@ -91,7 +91,7 @@ describe('the associations', () => {
         }));
 
     it('cannot be repaired when all is well, and the button says so', () =>
-        play(named('associations'), async (view) => {
+        play(named('associations-by-commands'), async (view) => {
             const button = view.locator('.ask-once-start');
             expect(await button.isDisabled()).toBe(true);
             expect(await view.locator('.ask-once > span').getAttribute('title')).toContain(

@@ -101,7 +101,7 @@ const mendOne = (view) => view.locator('[aria-label="Open .doc with the suite…
 
 const inOwnShell = [
     {
-        name: 'associations-asked',
+        name: 'associations',
         page,
         answers: { 'task.associations': asked({ wrong: ['doc', 'ppt'] }) },
         shows: 'Suite Spreadsheets',
@@ -188,7 +188,7 @@ export const scenes = [
         shows: 'The assistant rejected the request',
     },
     {
-        name: 'associations',
+        name: 'associations-by-commands',
         page,
         answers: { getassomime: types(), getassoopen: programs() },
         shows: 'All 39 document types are set up correctly.',

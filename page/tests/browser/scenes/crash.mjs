@@ -51,12 +51,7 @@ const dumps = [
 ];
 
 const inOwnShell = [
-    {
-        name: 'crash-listed',
-        page,
-        answers: { 'task.dumps': listed(true, dumps) },
-        shows: 'SIGSEGV',
-    },
+    { name: 'crash', page, answers: { 'task.dumps': listed(true, dumps) }, shows: 'SIGSEGV' },
     {
         name: 'crash-folder-opened',
         page,
@@ -78,7 +73,7 @@ const inOwnShell = [
 
 export const scenes = [
     ...inOwnShell.map((scene) => ({ ...scene, listsDumps: true })),
-    { name: 'crash', page, answers, shows: 'Dumps found' },
+    { name: 'crash-by-commands', page, answers, shows: 'Dumps found' },
     { name: 'crash-empty', page, answers: { ...answers, getDumpState: none }, shows: 'No dumps' },
     {
         name: 'crash-off',

@@ -46,7 +46,12 @@ const look = {
 };
 
 const alone = [
-    { name: 'permissions', page, answers, shows: 'It belongs to root, not to you (user)' },
+    {
+        name: 'permissions-by-commands',
+        page,
+        answers,
+        shows: 'It belongs to root, not to you (user)',
+    },
     {
         name: 'permissions-added',
         page,
@@ -137,7 +142,7 @@ const looked = {
 };
 
 const inOwnShell = [
-    { name: 'permissions-looked', page, answers: looked, shows: '-rw-r--r-- (0644)' },
+    { name: 'permissions', page, answers: looked, shows: '-rw-r--r-- (0644)' },
     {
         name: 'permissions-chosen',
         page,
