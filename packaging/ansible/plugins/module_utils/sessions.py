@@ -11,6 +11,7 @@ import pwd
 import select
 import signal
 import subprocess
+import threading
 import time
 
 GRAPHICAL = ('x11', 'wayland', 'mir')
@@ -122,28 +123,45 @@ def session_environment(number, uid):
     return min(found)[3] if found else None
 
 
-class GraphicalSessions(object):
+def _graphical_sessions():
+    listed = _Question(MANAGER, LOGIND + '.Manager', 'ListSessions')
+    asked = [(number, uid, user, _properties(path))
+             for number, uid, user, _seat, path in listed.answer()]
+    sessions = []
+    for number, uid, user, question in asked:
+        properties = dict((name, value.get('data')) for name, value in question.answer().items())
+        if properties.get('Class') != 'user' or properties.get('Type') not in GRAPHICAL:
+            continue
+        if properties.get('State') == 'closing':
+            continue
+        sessions.append(Session(number, user, uid, properties['Type'],
+                                bool(properties.get('LockedHint')),
+                                session_environment(number, uid)))
+    return sorted(sessions, key=lambda one: (one.user, one.number))
+
+
+class GraphicalSessions(threading.Thread):
     """Asks logind for all graphical sessions of people on this host, while others go on."""
 
     def __init__(self):
-        self._listed = _Question(MANAGER, LOGIND + '.Manager', 'ListSessions')
+        super(GraphicalSessions, self).__init__()
+        self.daemon = True
+        self._sessions = []
+        self._fault = None
+        self.start()
+
+    def run(self):
+        try:
+            self._sessions = _graphical_sessions()
+        except Exception as fault:  # The caller's, who waits in found().
+            self._fault = fault
 
     def found(self):
         """The sessions by user and number."""
-        asked = [(number, uid, user, _properties(path))
-                 for number, uid, user, _seat, path in self._listed.answer()]
-        sessions = []
-        for number, uid, user, question in asked:
-            properties = dict((name, value.get('data'))
-                              for name, value in question.answer().items())
-            if properties.get('Class') != 'user' or properties.get('Type') not in GRAPHICAL:
-                continue
-            if properties.get('State') == 'closing':
-                continue
-            sessions.append(Session(number, user, uid, properties['Type'],
-                                    bool(properties.get('LockedHint')),
-                                    session_environment(number, uid)))
-        return sorted(sessions, key=lambda one: (one.user, one.number))
+        self.join()
+        if self._fault:
+            raise self._fault
+        return self._sessions
 
 
 def program(wanted):
@@ -237,6 +255,7 @@ def run_in(session, words, limit):
     account = pwd.getpwuid(session.uid)
     environment = dict(session.environment)
     environment.update(HOME=account.pw_dir, USER=account.pw_name, LOGNAME=account.pw_name)
+    # No setpriv: it would run as root with the user's own LD_PRELOAD.
     started = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.PIPE, cwd='/', env=environment, close_fds=True,
                                preexec_fn=_become(session, account))

@@ -147,7 +147,7 @@ import time  # noqa: E402
 
 from ansible_collections.office_assistant.desktop.plugins.module_utils import sessions  # noqa: E402
 
-# logind answers while Ansible's own parts are read.
+# logind answers while Ansible's own parts are read and the parameters are looked at.
 ASKED = sessions.GraphicalSessions() if __name__ == '__main__' else None
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
