@@ -1,6 +1,7 @@
 #include "doctor/doctor.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
@@ -57,6 +58,10 @@ void Doctor::load(const CheckDirectories &directories)
     m_checks.clear();
     m_problems.clear();
     m_taken.clear();
+    // Without the shipped ones nothing would be looked at, and nothing found.
+    if (!QFileInfo::exists(directories.shipped))
+        m_problems.append(
+            {directories.shipped, {1, 1, texts::tr("the program's checks are missing")}});
     for (const QString &directory :
          {directories.administrator, directories.user, directories.shipped})
         loadDirectory(directory);
@@ -68,10 +73,10 @@ void Doctor::load(const CheckDirectories &directories)
 
 void Doctor::loadDirectory(const QString &directory)
 {
-    const std::optional<QStringList> names = namesIn(directory, mostFiles);
-    if (!names)
+    if (!QFileInfo::exists(directory))
         return;
-    const QString reason = distrust(directory);
+    const std::optional<QStringList> names = namesIn(directory, mostFiles);
+    const QString reason = names ? distrust(directory) : texts::tr("cannot be read");
     if (!reason.isEmpty()) {
         m_problems.append({directory, {1, 1, reason}});
         return;

@@ -35,7 +35,7 @@ public:
 
     /// Reads the check files ("*.json") of all directories. A file that somebody else could have
     /// written is not read: it must belong to root or to this user, and nobody else may write to
-    /// it.
+    /// it. A directory that is not there is no problem, unless it is the shipped one.
     void load(const CheckDirectories &directories);
 
     const QVector<CheckDefinition> &checks() const { return m_checks; }

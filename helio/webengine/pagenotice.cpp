@@ -71,6 +71,15 @@ PageNotice *PageNotice::sayNotShown(const QString &name)
     return this;
 }
 
+PageNotice *PageNotice::sayRemoved()
+{
+    m_title->setText(texts::tr("The program has been removed"));
+    m_explanation->setText(
+        texts::tr("Its files are gone since this window was opened. Install the program again, "
+                  "close this window and start it anew."));
+    return this;
+}
+
 void PageNotice::nameWayOut(const QString &name)
 {
     m_leave->setText(name);

@@ -24,6 +24,9 @@ public:
     /// Says that the page @p name is missing or cannot be read. Returns the notice itself.
     PageNotice *sayNotShown(const QString &name);
 
+    /// Says that the program's files are gone while it runs. Returns the notice itself.
+    PageNotice *sayRemoved();
+
     /// Names the button to leave, which Escape then presses.
     void nameWayOut(const QString &name);
 

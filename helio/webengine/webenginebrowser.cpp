@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QChildEvent>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
@@ -90,8 +91,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebEngineBrowser::finishLoad);
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebEngineBrowser::passTitle);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this, &WebEngineBrowser::sayStopped);
-    connect(m_page, &LocalPage::documentLost, this,
-            [this] { bringForward(m_notice->sayNotShown(m_url.fileName())); });
+    connect(m_page, &LocalPage::documentLost, this, &WebEngineBrowser::sayNotShown);
     connect(m_notice, &PageNotice::reloadRequested, this, &WebEngineBrowser::reload);
     connect(m_notice, &PageNotice::closeRequested, this, &WebEngineBrowser::closeRequested);
 }
@@ -228,10 +228,16 @@ void WebEngineBrowser::sayStopped()
     bringForward(m_notice->sayStopped());
 }
 
+void WebEngineBrowser::sayNotShown()
+{
+    const bool isInstalled = QFileInfo(m_directory.path()).isDir();
+    bringForward(isInstalled ? m_notice->sayNotShown(m_url.fileName()) : m_notice->sayRemoved());
+}
+
 void WebEngineBrowser::load()
 {
     if (!m_directory.contains(m_url)) {
-        bringForward(m_notice->sayNotShown(m_url.fileName()));
+        sayNotShown();
         emit loadFinished(false);
         return;
     }

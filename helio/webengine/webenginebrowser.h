@@ -65,6 +65,7 @@ private:
     void passTitle();
     void reload();
     void sayStopped();
+    void sayNotShown();
     void load();
     /// Shows the page, the empty ground or the notice.
     void bringForward(QWidget *layer);

@@ -20,7 +20,10 @@ public:
     {
         m_machine.environment = {{QStringLiteral("HOME"), m_directory.path()}};
         m_machine.user = geteuid();
+        QDir(m_directory.path()).mkdir(QStringLiteral("shipped"));
     }
+
+    QString path(const QString &name) const { return m_directory.filePath(name); }
 
     QString write(const QString &name, const QByteArray &content) const
     {
@@ -76,6 +79,7 @@ private slots:
     void theAdministratorsCheckReplacesTheUsers();
     void aFileWithAMistakeLosesNothingOfTheOthers();
     void filesThatOthersCanChangeAreNotRead();
+    void directoriesThatCannotBeReadAreNamed();
     void twoFilesOfOneDirectoryMayNotHaveOneId();
     void aHundredChecksEndWithinASecond();
     void aPlanIsMadeFromAFinding();
@@ -118,6 +122,19 @@ void TestDoctor::filesThatOthersCanChangeAreNotRead()
     QCOMPARE(doctor.problems().size(), 1);
     QCOMPARE(doctor.problems().first().file, path);
     QVERIFY(doctor.problems().first().mistake.message.contains(QLatin1String("changed by others")));
+}
+
+void TestDoctor::directoriesThatCannotBeReadAreNamed()
+{
+    const Directories directories;
+    const QString none = directories.path(QStringLiteral("shipped"));
+    const QString file = directories.write(QStringLiteral("etc"), "a file");
+    QVERIFY(QDir().rmdir(none));
+    const Doctor doctor = directories.loaded();
+    QCOMPARE(doctor.problems().size(), 2);
+    QCOMPARE(doctor.problems().first().file, none);
+    QCOMPARE(doctor.problems().last().file, file);
+    QVERIFY(doctor.checks().isEmpty());
 }
 
 void TestDoctor::twoFilesOfOneDirectoryMayNotHaveOneId()

@@ -1,4 +1,5 @@
 import fs from 'node:fs';
+import path from 'node:path';
 import { expect, test } from 'vitest';
 
 import { filled, pageTexts } from './texts.mjs';
@@ -191,4 +192,18 @@ test('the result is saved as a file, and sent with the feedback', async () => {
         `document.querySelector('textarea')?.value.includes(${JSON.stringify(dumpsOff)})`,
         patience,
     );
+});
+
+test('a program that was removed while it runs finds nothing well, and can be left', async () => {
+    const home = await shared.home();
+    fs.rmSync(path.dirname(shared.suite.office), { recursive: true });
+    await home.press(pageTexts.common.check);
+    await home.shows(texts.verdicts.missing, patience);
+    await home.shows("the program's checks are missing");
+
+    // The notice in place of the view has the keys.
+    await home.evaluate("void helio.call('router', { page: 'about.html', type: '' })");
+    await home.until('innerWidth < 400 && !document.hasFocus()');
+    await shared.display.act('key', 'Escape');
+    await home.until('innerWidth > 1000');
 });

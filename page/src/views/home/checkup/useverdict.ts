@@ -37,7 +37,7 @@ export function useVerdict(checkup: Checkup) {
         verdictOf({
             running: running.value,
             stopped: stopped.value,
-            isMissing: failure.value !== null || finishedAt.value === null,
+            isMissing: failure.value !== null || finishedAt.value === null || all.value === 0,
             groups: checkup.groups.value,
             ignored: checkup.ignoredGroups.value.length,
             isPartial: unchecked.value > 0,
