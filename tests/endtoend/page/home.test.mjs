@@ -2,6 +2,7 @@ import fs from 'node:fs';
 import path from 'node:path';
 import { expect, test } from 'vitest';
 
+import { suiteDirectory } from '../paths.mjs';
 import { filled, pageTexts } from './texts.mjs';
 import { patience, viewTests } from './viewtest.mjs';
 
@@ -194,16 +195,23 @@ test('the result is saved as a file, and sent with the feedback', async () => {
     );
 });
 
-test('a program that was removed while it runs finds nothing well, and can be left', async () => {
+test('a program that is removed while it runs says so, and goes on once it is there again', async () => {
     const home = await shared.home();
-    fs.rmSync(path.dirname(shared.suite.office), { recursive: true });
+    const tree = path.dirname(shared.suite.office);
+    fs.rmSync(tree, { recursive: true });
     await home.press(pageTexts.common.check);
     await home.shows(texts.verdicts.missing, patience);
     await home.shows("the program's checks are missing");
-
     // The notice in place of the view has the keys.
     await home.evaluate("void helio.call('router', { page: 'about.html', type: '' })");
     await home.until('innerWidth < 400 && !document.hasFocus()');
     await shared.display.act('key', 'Escape');
     await home.until('innerWidth > 1000');
+
+    fs.cpSync(suiteDirectory, tree, { recursive: true });
+    await home.press(pageTexts.common.check);
+    await home.hides(texts.verdicts.missing, patience);
+    await home.evaluate("void helio.call('router', { page: 'tools.html', type: '' })");
+    const view = await shared.view('tools');
+    await view.shows(pageTexts.tools.groups.preload, patience);
 });
