@@ -20,11 +20,11 @@
 #include "helio/shell/chromiumarguments.h"
 #include "helio/shell/desktoplook.h"
 #include "helio/shell/filequestions.h"
-#include "helio/shell/hiddenvariables.h"
 #include "helio/shell/keptdraft.h"
 #include "helio/shell/missingparts.h"
 #include "helio/shell/sessioninstance.h"
 #include "helio/shell/shelloptions.h"
+#include "helio/shell/startvariables.h"
 #include "helio/shell/window/windowpicture.h"
 #include "helio/webengine/webenginebrowsers.h"
 #include "qtversion/qtversion.h"
@@ -134,10 +134,13 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
         return complain(PartMissing, fault);
 
     QApplication::setApplicationDisplayName(texts::tr("Office Assistant"));
-    // Each would override or drop the arguments that this program gives Chromium.
-    std::optional<shell::HiddenVariables> hidden(QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS",
-                                                                "QTWEBENGINE_REMOTE_DEBUGGING",
-                                                                "QTWEBENGINE_DISABLE_SANDBOX"});
+    // Each of the first would override or drop the arguments that this program gives Chromium.
+    // Without the last a screen reader finds nothing in the pages.
+    std::optional<shell::StartVariables> variables(
+        std::in_place,
+        QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS", "QTWEBENGINE_REMOTE_DEBUGGING",
+                       "QTWEBENGINE_DISABLE_SANDBOX"},
+        QByteArrayList{"QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY"});
     helio::DoctorOperations doctor(QCoreApplication::applicationDirPath() +
                                    QStringLiteral("/checks"));
     helio::TaskOperations tasks(
@@ -148,7 +151,7 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
                                             operationsOf(window, draft));
     window = std::make_unique<shell::AssistantWindow>(options.page, waitingPage(pages),
                                                       memoryFor(options));
-    hidden.reset();
+    variables.reset();
     QObject::connect(window.get(), &shell::AssistantWindow::endRequested, qApp,
                      &QCoreApplication::quit);
     if (!options.screenshot.isEmpty())

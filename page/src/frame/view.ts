@@ -42,6 +42,27 @@ function guardControls(): void {
 }
 
 /**
+ * Tells screen readers where the focus is when this page gets it back from the other page of the
+ * window: Chromium does not, since within the page nothing has changed.
+ */
+function announceFocus(): void {
+    window.addEventListener('focus', () => {
+        const focused = document.activeElement;
+        if (!(focused instanceof HTMLElement) || focused === document.body) return;
+        focused.blur();
+        focused.focus({ preventScroll: true });
+    });
+}
+
+/** Has screen readers say which view has opened. The main page has no heading there. */
+function focusHeading(): void {
+    const heading = document.querySelector<HTMLElement>('h1.title-bar-title');
+    if (!heading || document.activeElement !== document.body) return;
+    heading.tabIndex = -1;
+    heading.focus({ preventScroll: true });
+}
+
+/**
  * Mounts a view over the page's outline, which is painted first. `name` is the view's
  * folder.
  */
@@ -67,12 +88,14 @@ export function startView(view: Component, name: string): void {
     });
     apply();
     guardControls();
+    announceFocus();
     const application = createApp(view)
         .use(texts.i18n)
         .provide(clientKey, client)
         .provide(preferencesKey, preferences);
     whenDrawn(() => {
         application.mount('#view');
+        focusHeading();
         performance.mark('view-mounted');
     });
 }

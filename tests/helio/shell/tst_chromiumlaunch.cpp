@@ -1,7 +1,7 @@
 #include <QTest>
 
 #include "helio/shell/chromiumarguments.h"
-#include "helio/shell/hiddenvariables.h"
+#include "helio/shell/startvariables.h"
 #include "tests/support/shell/headlesstest.h"
 
 class ChromiumLaunchTest : public QObject
@@ -18,15 +18,22 @@ void ChromiumLaunchTest::variablesComeBackAsTheyWere()
     qputenv("HIDDEN_FULL", "value");
     qputenv("HIDDEN_EMPTY", "");
     qunsetenv("HIDDEN_UNSET");
+    qputenv("SET_FULL", "value");
+    qunsetenv("SET_UNSET");
     {
-        const shell::HiddenVariables hidden({"HIDDEN_FULL", "HIDDEN_EMPTY", "HIDDEN_UNSET"});
+        const shell::StartVariables variables({"HIDDEN_FULL", "HIDDEN_EMPTY", "HIDDEN_UNSET"},
+                                              {"SET_FULL", "SET_UNSET"});
         QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_FULL"));
         QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_EMPTY"));
+        QCOMPARE(qgetenv("SET_FULL"), QByteArray("1"));
+        QCOMPARE(qgetenv("SET_UNSET"), QByteArray("1"));
     }
     QCOMPARE(qgetenv("HIDDEN_FULL"), QByteArray("value"));
     QVERIFY(qEnvironmentVariableIsSet("HIDDEN_EMPTY"));
     QVERIFY(qEnvironmentVariableIsEmpty("HIDDEN_EMPTY"));
     QVERIFY(!qEnvironmentVariableIsSet("HIDDEN_UNSET"));
+    QCOMPARE(qgetenv("SET_FULL"), QByteArray("value"));
+    QVERIFY(!qEnvironmentVariableIsSet("SET_UNSET"));
 }
 
 void ChromiumLaunchTest::theSandboxIsKeptUnlessToldOtherwise()
