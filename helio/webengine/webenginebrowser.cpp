@@ -201,7 +201,8 @@ void WebEngineBrowser::finishLoad(bool ok)
     m_isLoading = false;
     if (m_layers->currentWidget() == m_ground)
         bringForward(m_view);
-    if (ok && m_focusOnLoad && mayTakeFocus())
+    // An empty document also finishes, with a notice in front of it.
+    if (ok && m_focusOnLoad && m_layers->currentWidget() == m_view && mayTakeFocus())
         m_view->setFocus();
     passTitle();
     emit loadFinished(ok);
