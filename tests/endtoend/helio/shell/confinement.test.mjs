@@ -117,9 +117,11 @@ test('a page of our own is not downloaded', async () => {
         document.querySelector('a[download]').click();
     })()`);
     // Chromium 87 navigates to such a link; for a later one it is a download.
-    if (/Chrome\/87\./.test(await page.evaluate('navigator.userAgent')))
+    if (/Chrome\/87\./.test(await page.evaluate('navigator.userAgent'))) {
         await page.until("location.pathname.endsWith('/child.html')");
-    else await expectStillHome();
+    } else {
+        await expectStillHome();
+    }
     expect(fs.existsSync(path.join(shared.suite.home, 'Downloads'))).toBe(false);
 });
 

@@ -24,12 +24,14 @@ function decodedPng(file) {
     const depth = { 2: 3, 6: 4 }[content[25]];
     const parts = [];
     for (let at = 8; at < content.length; at += 12 + content.readUInt32BE(at)) {
-        if (content.toString('latin1', at + 4, at + 8) === 'IDAT')
+        if (content.toString('latin1', at + 4, at + 8) === 'IDAT') {
             parts.push(content.subarray(at + 8, at + 8 + content.readUInt32BE(at)));
+        }
     }
     const data = inflateSync(Buffer.concat(parts));
     const rows = [];
-    let above = Buffer.alloc(width * depth);
+    /** @type {Uint8Array} */
+    let above = new Uint8Array(width * depth);
     for (let at = 0; at < data.length; at += width * depth + 1) {
         const row = data.subarray(at + 1, at + 1 + width * depth);
         for (let i = 0; i < row.length; i += 1) {
@@ -46,7 +48,7 @@ function decodedPng(file) {
     return { rows, depth };
 }
 
-/** A private Wayland session with a screen, a keyboard and a mouse: Weston in a virtual X display. */
+/** A private Wayland session with screen, keyboard and mouse: Weston in a virtual X display. */
 export class WaylandDisplay {
     #suite;
     #compositor;
@@ -95,7 +97,7 @@ export class WaylandDisplay {
         this.#screen = window;
     }
 
-    /** The bounds of all that has exactly that colour: {x, y, width, height}; null if nothing has. */
+    /** {left, right, top, bottom} of what has exactly that colour; null if nothing has. */
     async boundsOf(colour) {
         const directory = fs.mkdtempSync(path.join(this.#suite.directory, 'picture-'));
         const env = { ...this.#suite.environment(), ...this.env, WAYLAND_DEBUG: '' };
