@@ -11,6 +11,7 @@
 #include "plugin/config/directorylock.h"
 #include "plugin/config/scriptstaging.h"
 #include "plugin/config/suitefiles.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -50,7 +51,7 @@ std::optional<QString> missingFonts(const QString &document)
     const QFileInfo file(answerFile);
     if (!file.exists() || file.size() > largestAnswer)
         return std::nullopt;
-    const QSettings answer(answerFile, QSettings::IniFormat);
+    const QSettings answer(answerFile, qtversion::suiteIni());
     return readableIniText(answer.value(QLatin1String(missingFontKey)));
 }
 

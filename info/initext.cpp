@@ -15,8 +15,7 @@ QString textUpToNul(const QVariant &value)
 
 bool isRawBytes(const QString &text)
 {
-    return qtversion::settingsHaveRawBytes &&
-           std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xff; });
+    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xff; });
 }
 
 } // namespace

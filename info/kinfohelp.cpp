@@ -14,6 +14,7 @@
 #include "info/shellprocess.h"
 #include "info/shellwords.h"
 #include "plugin/config/scriptstaging.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -126,7 +127,7 @@ QString KInfoHelp::getVersionInfo() const
 {
     QSettings setup(QCoreApplication::applicationDirPath() + QDir::separator() +
                         QStringLiteral("cfgs") + QDir::separator() + QStringLiteral("setup.cfg"),
-                    QSettings::IniFormat);
+                    qtversion::suiteIni());
     setup.beginGroup(QStringLiteral("Version"));
     const auto number = [&setup](const char *key) {
         return setup.value(QLatin1String(key), QStringLiteral("0")).toString();

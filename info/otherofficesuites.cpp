@@ -4,6 +4,7 @@
 #include <QSettings>
 
 #include "info/initext.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -17,7 +18,7 @@ constexpr int nameColumns = 10;
 
 QString describe(const QString &directory, const QString &fileName)
 {
-    QSettings entry(directory + fileName, QSettings::IniFormat);
+    QSettings entry(directory + fileName, qtversion::suiteIni());
     entry.beginGroup(QStringLiteral("Desktop Entry"));
     QString line = entry.value(QStringLiteral("Name"), fileName).toString() + QLatin1Char(' ');
     QString localizedName = localIniText(entry.value(QStringLiteral("Name[zh_CN]")));

@@ -13,6 +13,9 @@
 #include <QTextCodec>
 #else
 #include <QStringDecoder>
+#include <QTemporaryFile>
+
+#include <cctype>
 #endif
 
 #ifdef QT_WEBENGINEWIDGETS_LIB
@@ -83,8 +86,81 @@ inline void useUtf8(QSettings &file)
 #endif
 }
 
-/// Whether QSettings makes a character of every byte of an INI file; Qt 6 takes it for UTF-8.
-constexpr bool settingsHaveRawBytes = QT_VERSION < QT_VERSION_CHECK(6, 0, 0);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+namespace detail {
+
+/// Qt 6 takes an INI file for UTF-8 where Qt 5 makes a character of every byte.
+inline bool readIni(QIODevice &device, QSettings::SettingsMap &values)
+{
+    const QByteArray content = device.readAll();
+    QTemporaryFile copy;
+    // A byte order mark says UTF-8 to either.
+    const bool isUtf8 = content.startsWith("\xef\xbb\xbf");
+    if (!copy.open() || copy.write(isUtf8 ? content : QString::fromLatin1(content).toUtf8()) < 0 ||
+        !copy.flush())
+        return false;
+    const QSettings file(copy.fileName(), QSettings::IniFormat);
+    const QStringList keys = file.allKeys();
+    for (const QString &key : keys)
+        values.insert(key, file.value(key));
+    return true;
+}
+
+/// What is not ASCII in Qt 6's values, as Qt 5 escapes it: with any digit behind it.
+inline QByteArray escapedIni(const QString &written)
+{
+    QByteArray content;
+    bool isBehindEscape = false;
+    for (const QChar character : written) {
+        const ushort code = character.unicode();
+        isBehindEscape = code >= 0x7f || (isBehindEscape && code < 0x7f && std::isxdigit(code));
+        content +=
+            isBehindEscape ? "\\x" + QByteArray::number(code, 16) : QByteArray(1, char(code));
+    }
+    return content;
+}
+
+inline bool writeIni(QIODevice &device, const QSettings::SettingsMap &values)
+{
+    QTemporaryFile copy;
+    if (!copy.open())
+        return false;
+    QSettings file(copy.fileName(), QSettings::IniFormat);
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        file.setValue(value.key(), value.value());
+    file.sync();
+    QFile written(copy.fileName());
+    if (file.status() != QSettings::NoError || !written.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray content = escapedIni(QString::fromUtf8(written.readAll()));
+    return device.write(content) == content.size();
+}
+
+} // namespace detail
+#endif
+
+/// INI files of the suite, whose own Qt 5 makes a character of every byte and escapes what is not
+/// ASCII.
+inline QSettings::Format suiteIni()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QSettings::IniFormat;
+#else
+    static const QSettings::Format format =
+        QSettings::registerFormat(QStringLiteral("conf"), detail::readIni, detail::writeIni);
+    return format;
+#endif
+}
+
+/// The same where the file is found by the names of organization and application.
+inline QSettings::Format suiteConf()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QSettings::NativeFormat;
+#else
+    return suiteIni();
+#endif
+}
 
 /// A pattern matches only where the search begins.
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)

@@ -61,6 +61,10 @@ bool isUnpacked(const TestRequest &test)
 std::unique_ptr<QNetworkReply> send(QNetworkAccessManager &manager, const TestRequest &test)
 {
     QNetworkRequest request = test.request;
+    // Qt 6 would do otherwise by itself.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     if (isUnpacked(test))
         request.setRawHeader(encodingHeader, knownEncodings);
     if (test.kind == RequestKind::Get)

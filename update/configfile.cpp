@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "plugin/config/suitefiles.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -153,7 +154,7 @@ std::optional<QByteArray> makeContent(const Workplace &place, const QByteArray &
         !writeNewFile(path, earlier))
         return std::nullopt;
     {
-        QSettings settings(path, QSettings::IniFormat);
+        QSettings settings(path, qtversion::suiteIni());
         settings.beginGroup(text.group);
         settings.setValue(text.key, text.value);
     }

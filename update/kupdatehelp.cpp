@@ -6,6 +6,7 @@
 #include "host/krt.h"
 #include "host/vyrupdate_linux.h"
 #include "plugin/config/suitefiles.h"
+#include "qtversion/qtversion.h"
 #include "update/configfile.h"
 #include "update/logtext.h"
 
@@ -45,7 +46,7 @@ std::optional<QJsonObject> KUpdateHelp::readConfig() const
     if (!QFile::exists(configFile()))
         return std::nullopt;
     recoverConfig(configFile());
-    QSettings settings(configFile(), QSettings::IniFormat);
+    QSettings settings(configFile(), qtversion::suiteIni());
     settings.beginGroup(QLatin1String(configGroup));
     QJsonObject values;
     const QStringList keys = settings.childKeys();

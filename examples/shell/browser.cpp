@@ -8,6 +8,7 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInterceptor>
 
 #include <cmath>
 
@@ -31,6 +32,20 @@ protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType, bool) override
     {
         return isPage(url);
+    }
+};
+
+/// Where local pages may read files, only those of the pages, and nothing remote.
+class PagesOnly : public QWebEngineUrlRequestInterceptor
+{
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override
+    {
+        const QString scheme = info.requestUrl().scheme();
+        const bool isOwnData = scheme == QLatin1String("data") || scheme == QLatin1String("blob");
+        info.block(!isOwnData && !isPage(info.requestUrl()));
     }
 };
 
@@ -81,6 +96,7 @@ Browser::Browser(QWidget *owner)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
     m_view->setPage(new LocalPage(m_view));
+    m_view->page()->setUrlRequestInterceptor(new PagesOnly(m_view));
     // Qt 6 refuses a local page its own scripts without it.
     m_view->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls,
                                      QT_VERSION_MAJOR > 5);

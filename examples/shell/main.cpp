@@ -75,7 +75,8 @@ int main(int argc, char *argv[])
 
     Window main(QStringLiteral("main"), QString(), nullptr);
     Window child(QStringLiteral("child"), QStringLiteral("waiting.html"), &main);
-    QObject::connect(&main, &Window::closing, &application, &QCoreApplication::quit);
+    // Unlike exit(), quit() first asks every window of Qt 6's programs, and ours refuse to close.
+    QObject::connect(&main, &Window::closing, &application, [] { QCoreApplication::exit(); });
     QObject::connect(&child, &Window::closing, child.findChild<Browser *>(), &Browser::closeView);
     // Either page may open a view in the child window or close it.
     for (Window *window : {&main, &child}) {

@@ -68,8 +68,9 @@ int carryOut(const ctl::CommandLine &line, helio::HeadlessShell &shell,
         return ctl::Answered;
     case ctl::CommandLine::Session: {
         ctl::Session session(shell, printer, input);
-        QObject::connect(&session, &ctl::Session::ended, qApp, &QCoreApplication::quit,
-                         Qt::QueuedConnection);
+        QObject::connect(
+            &session, &ctl::Session::ended, qApp, [] { QCoreApplication::exit(); },
+            Qt::QueuedConnection);
         QCoreApplication::exec();
         return ctl::Answered;
     }
@@ -127,7 +128,7 @@ int main(int argc, char *argv[])
     ctl::adoptLeftovers(&application);
     const helio::TerminationSignals terminationSignals(ctl::endStartedWork, STDOUT_FILENO);
     QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
-                     &QCoreApplication::quit);
+                     [] { QCoreApplication::exit(); });
     helio::makeDefaultSuiteHome();
     return run(line, input);
 }

@@ -274,6 +274,9 @@ bool AssistantWindow::isChildShown() const
 
 void AssistantWindow::restore()
 {
+    // A Wayland session brings no minimised window back, but shows one anew.
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        hide();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
 }

@@ -152,8 +152,9 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
     window = std::make_unique<shell::AssistantWindow>(options.page, waitingPage(pages),
                                                       memoryFor(options));
     variables.reset();
+    // Unlike exit(), quit() first asks every window of Qt 6's programs, and ours refuses to close.
     QObject::connect(window.get(), &shell::AssistantWindow::endRequested, qApp,
-                     &QCoreApplication::quit);
+                     [] { QCoreApplication::exit(); });
     if (!options.screenshot.isEmpty())
         takePicture(window.get(), options.screenshot);
     QObject::connect(&instance, &shell::SessionInstance::activated, window.get(),
@@ -190,7 +191,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
 
     const helio::TerminationSignals terminationSignals(helio::signalAwaitedGroups);
     QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
-                     &QCoreApplication::quit);
+                     [] { QCoreApplication::exit(); });
     helio::makeDefaultSuiteHome();
     shell::SessionInstance instance;
     if (isForUser(options) &&

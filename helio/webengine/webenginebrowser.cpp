@@ -29,6 +29,7 @@
 namespace {
 
 constexpr double zoomStep = 1.2;
+constexpr int mostLoadsForScript = 3;
 /// The pages' background colours, so that a window does not flash before its page has painted.
 constexpr QRgb lightGround = 0xfff5f6f8;
 constexpr QRgb darkGround = 0xff16181d;
@@ -201,8 +202,11 @@ void WebEngineBrowser::finishLoad(bool ok)
     m_isLoading = false;
     if (m_layers->currentWidget() == m_ground)
         bringForward(m_view);
-    if (ok && m_focusOnLoad && mayTakeFocus())
+    // An empty document also finishes, with a notice in front of it.
+    if (ok && m_focusOnLoad && m_layers->currentWidget() == m_view && mayTakeFocus())
         m_view->setFocus();
+    if (ok && m_loadsForScript > 0)
+        expectScript();
     passTitle();
     emit loadFinished(ok);
 }
@@ -222,8 +226,23 @@ void WebEngineBrowser::reload()
     load();
 }
 
+void WebEngineBrowser::expectScript()
+{
+    // Chromium's new process for a page that has stopped may begin the document before it has the
+    // script.
+    --m_loadsForScript;
+    m_page->runJavaScript(QStringLiteral("typeof helio"), [this](const QVariant &type) {
+        if (type.toString() == QLatin1String("object"))
+            m_loadsForScript = 0;
+        else if (m_page->isAtHome())
+            reload();
+    });
+}
+
 void WebEngineBrowser::sayStopped()
 {
+    if (m_flag & AsynchronousJsApi)
+        m_loadsForScript = mostLoadsForScript;
     m_wire->forgetPage();
     bringForward(m_notice->sayStopped());
 }

@@ -66,6 +66,8 @@ private:
     void reload();
     void sayStopped();
     void sayNotShown();
+    /// Loads the page again if it has arrived without its script.
+    void expectScript();
     void load();
     /// Shows the page, the empty ground or the notice.
     void bringForward(QWidget *layer);
@@ -87,6 +89,8 @@ private:
     bool m_focusOnLoad = false;
     bool m_isLoading = false;
     bool m_wasShown = false;
+    /// How often a page that has stopped may still be loaded because it lacks its script.
+    int m_loadsForScript = 0;
 };
 
 } // namespace helio

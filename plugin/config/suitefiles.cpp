@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "host/krt.h"
+#include "qtversion/qtversion.h"
 
 namespace OfficeAssiant {
 
@@ -51,6 +52,10 @@ QString checkToolPath()
     return QCoreApplication::applicationDirPath() + QLatin1String("/vyrEnvCheckTool");
 }
 
-SuiteSettings::SuiteSettings() : QSettings(QStringLiteral("Orvane"), QStringLiteral("Office")) {}
+SuiteSettings::SuiteSettings()
+    : QSettings(qtversion::suiteConf(), QSettings::UserScope, QStringLiteral("Orvane"),
+                QStringLiteral("Office"))
+{
+}
 
 } // namespace OfficeAssiant

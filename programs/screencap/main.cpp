@@ -75,8 +75,10 @@ int record(const ScreenSource &source)
                           QStringLiteral("%1: %2").arg(file, reason), true);
         else
             status = tell(texts::tr("Recording saved"), file, false);
-        // The event loop may not run yet.
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        // The event loop may not run yet. With Qt 6, quit() asks the window, which refuses to
+        // close.
+        QMetaObject::invokeMethod(
+            qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
     };
     QObject::connect(&recording, &Recording::ended, atEnd);
     QSocketNotifier signal(signalPipe[0], QSocketNotifier::Read);

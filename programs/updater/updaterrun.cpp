@@ -2,6 +2,8 @@
 
 #include <QSettings>
 
+#include "qtversion/qtversion.h"
+
 namespace programs {
 
 namespace {
@@ -63,7 +65,7 @@ std::optional<UpdaterTask> taskOf(const QString &option)
 
 UpdaterConfig readUpdaterConfig(const QString &path)
 {
-    QSettings file(path, QSettings::IniFormat);
+    QSettings file(path, qtversion::suiteIni());
     file.beginGroup(QStringLiteral("update"));
     UpdaterConfig config;
     const QStringList keys = file.childKeys();

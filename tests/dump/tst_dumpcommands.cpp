@@ -107,6 +107,18 @@ private slots:
         QVERIFY(stateOf(shell).value(QLatin1String("enable")).toBool());
     }
 
+    void otherSettingsStayAsTheSuiteWritesThem()
+    {
+        RecordingShell shell;
+        const auto &home = testsupport::PrivateHome::current();
+        const QString file = home.writeFile(QStringLiteral(".config/Orvane/Office.conf"),
+                                            "[6.0]\nname=\\x4e2d\\x31, \\xe9\n%U4E2D=1\n");
+        QCOMPARE(shell.call(QStringLiteral("stopDump")), success());
+        QCOMPARE(testsupport::readFile(file),
+                 "[6.0]\ncommon\\CrashDump\\SaveDump=false\nname=\\x4e2d\\x31, "
+                 "\\xe9\n%U4E2D=1\n");
+    }
+
     void startDumpMakesTheDirectoryWithItsParents()
     {
         RecordingShell shell;

@@ -24,7 +24,9 @@ QStringList dynamicSymbols(const QString &library, const QString &which)
         // The name, which may have spaces in it, its type, and its address if it is defined.
         if (const int end = line.indexOf(QRegularExpression(QStringLiteral(" [A-Za-z]( |$)")));
             end > 0)
-            symbols << line.left(end);
+            // With Qt 6 the class is another name of the template.
+            symbols << line.left(end).replace(QLatin1String("QList<QString>"),
+                                              QLatin1String("QStringList"));
     symbols.sort();
     symbols.removeDuplicates();
     return symbols;

@@ -115,6 +115,22 @@ private slots:
         QCOMPARE(settings.value(QStringLiteral("other/c")).toString(), QStringLiteral("3"));
     }
 
+    void everyByteIsACharacterAndOthersAreEscaped()
+    {
+        writeConfig("[update]\na=old\nname=a\xe9z\nother=\\x4e2d\\x31\n");
+        const QJsonObject values = m_help->readConfig().value();
+        QCOMPARE(values.value(QLatin1String("name")).toString(), QStringLiteral("aéz"));
+        QCOMPARE(values.value(QLatin1String("other")).toString(), QStringLiteral("中1"));
+        // Digits behind an escape would belong to it.
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("\"é;ag\x7f😀,"));
+        QCOMPARE(testsupport::readFile(place("vtool/vyrupdate.cfg")),
+                 "[update]\na=\"\\\"\\xe9;ag\\x7f\\xd83d\\xde00,\"\nname=a\\xe9z\n"
+                 "other=\\x4e2d\\x31\n");
+        m_help->setConfigValue(QStringLiteral("a"), QStringLiteral("éaBg"));
+        QVERIFY(
+            testsupport::readFile(place("vtool/vyrupdate.cfg")).contains("a=\\xe9\\x61\\x42g\n"));
+    }
+
     void aConfigurationInADirectoryThatCannotBeWrittenIsStillSet()
     {
         writeConfig("[update]\na=old\n");

@@ -7,6 +7,7 @@
 #include <QSettings>
 
 #include "programs/suitehome/suitehome.h"
+#include "qtversion/qtversion.h"
 
 namespace programs {
 
@@ -18,7 +19,7 @@ void writeMissingFonts(const QString &suiteHome, const QString &program,
         throw std::runtime_error("cannot make the directory " +
                                  QFile::encodeName(directory).toStdString());
     const QString path = directory + QLatin1Char('/') + program + QStringLiteral("missfonts.ini");
-    QSettings file(path, QSettings::IniFormat);
+    QSettings file(path, qtversion::suiteIni());
     file.setValue(QStringLiteral("vyrtool/MissFonts"), families.join(QLatin1Char(';')));
     file.sync();
     if (file.status() != QSettings::NoError)

@@ -207,8 +207,9 @@ void TestIniEditor::changesNothingButTheKey()
                        ? key.last()
                        : key.join(QLatin1Char('/'));
     name.replace(QLatin1String("//"), QLatin1String("/"));
-    // It takes the bytes of a name for Latin-1.
-    const bool isRaw = content.startsWith("[\xe4") || section.endsWith(QLatin1Char('/'));
+    // Qt 5 takes the bytes of a name for Latin-1.
+    const bool isRaw = (QT_VERSION_MAJOR == 5 && content.startsWith("[\xe4")) ||
+                       section.endsWith(QLatin1Char('/'));
     QCOMPARE(readByQSettings(expected).contains(name), !isRaw);
 }
 

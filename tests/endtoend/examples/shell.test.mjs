@@ -180,6 +180,29 @@ test('does not leave its pages', async () => {
     expect(await main.evaluate('location.pathname')).toMatch(/\/html\/index\.html$/);
 });
 
+test('shows nothing but its pages, in frames and pictures too', async () => {
+    const outside = path.join(shell.home, 'outside.svg');
+    fs.writeFileSync(outside, '<svg xmlns="http://www.w3.org/2000/svg" width="1" height="1"/>');
+    const look = (address) =>
+        main.evaluate(`new Promise((resolve) => {
+            const image = new Image();
+            image.onload = () => resolve('shown');
+            image.onerror = () => resolve('refused');
+            image.src = ${JSON.stringify(address)};
+        })`);
+    const data = `data:image/svg+xml;base64,${fs.readFileSync(outside).toString('base64')}`;
+    expect(await look(data)).toBe('shown');
+    expect(await look(`file://${outside}`)).toBe('refused');
+    const frame = await main.evaluate(`new Promise((resolve) => {
+        const frame = document.createElement('iframe');
+        frame.onload = () => resolve(frame.contentDocument?.body.textContent ?? 'foreign');
+        frame.src = 'file:///etc/passwd';
+        document.body.append(frame);
+        setTimeout(resolve, 500, 'nothing');
+    })`);
+    expect(frame).not.toContain('root');
+});
+
 test('ends when the page closes its window', async () => {
     main.call('closemainwindow').catch(() => {});
     await waitFor(() => shell.exitCode !== null, { what: 'the end' });

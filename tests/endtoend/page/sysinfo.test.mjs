@@ -29,6 +29,6 @@ test('the system report tells of this machine, filters, and is exported', async 
 test('a report that cannot be written is not called saved', async () => {
     const home = await shared.home();
     await home.press(pageTexts.report.export);
-    await shared.choose('Save File', '/proc/report.txt');
-    await home.shows('The report was not saved. /proc/report.txt cannot be written', patience);
+    await shared.choose('Save File', '/sys/report.txt');
+    await home.shows('The report was not saved. /sys/report.txt cannot be written', patience);
 });

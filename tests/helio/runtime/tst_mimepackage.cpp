@@ -1,7 +1,6 @@
 #include "helio/runtime/mimepackage.h"
 
 #include <QFile>
-#include <QLibraryInfo>
 #include <QProcess>
 #include <QResource>
 #include <QTest>
@@ -30,8 +29,7 @@ private:
                                             "<RCC><qresource prefix=\"/config\">"
                                             "<file>Override.xml</file></qresource></RCC>");
         QString collection = home.path() + QStringLiteral("/other.rcc");
-        const QString compiler =
-            QLibraryInfo::location(QLibraryInfo::BinariesPath) + QStringLiteral("/rcc");
+        const QString compiler = QStringLiteral(RESOURCE_COMPILER);
         if (QProcess::execute(compiler, {QStringLiteral("--binary"), list, QStringLiteral("-o"),
                                          collection}) != 0)
             qFatal("%s failed", qPrintable(compiler));

@@ -95,10 +95,13 @@ private slots:
         QTest::addColumn<QByteArray>("need");
         QTest::addColumn<QByteArray>("unmet");
         QTest::addColumn<QString>("named");
-        QTest::newRow("missing") << QByteArray("libQt5Gui.so.5") << QByteArray("libQt5Gui.so.9")
-                                 << QStringLiteral("libQt5Gui.so.9");
-        QTest::newRow("too old") << QByteArray("Qt_5_PRIVATE_API") << QByteArray("Qt_9_PRIVATE_API")
-                                 << QStringLiteral("/libQt5Gui.so.5");
+        const QByteArray version = QByteArray::number(QT_VERSION_MAJOR);
+        const QByteArray library = "libQt" + version + "Gui.so.";
+        QTest::newRow("missing") << library + version << library + '9'
+                                 << QString::fromLatin1(library + '9');
+        QTest::newRow("too old") << "Qt_" + version + "_PRIVATE_API"
+                                 << QByteArray("Qt_9_PRIVATE_API")
+                                 << QString::fromLatin1('/' + library + version);
     }
 
     void aModuleWhoseLibrariesCannotBeUsedIsAProblem()

@@ -20,7 +20,7 @@ namespace {
 constexpr qint64 application = 500;
 const QString libraries = QStringLiteral("/usr/lib/x86_64-linux-gnu/");
 
-enum class Display {
+enum class DisplayKind {
     X11,
     Wayland
 };
@@ -62,7 +62,7 @@ enum class PluginCase {
 struct Case
 {
     PlaceCase place;
-    Display display;
+    DisplayKind display;
     bool hasFcitx;
     bool hasIbus;
     PluginCase plugin;
@@ -77,7 +77,7 @@ QString caseName(const Case &one)
 {
     return QStringLiteral("%1, %2, %3%4, plug-in %5, %6")
         .arg(QLatin1String(one.place.name),
-             one.display == Display::X11 ? QStringLiteral("X11") : QStringLiteral("Wayland"),
+             one.display == DisplayKind::X11 ? QStringLiteral("X11") : QStringLiteral("Wayland"),
              one.hasFcitx ? QStringLiteral("fcitx") : QString(),
              one.hasIbus ? QStringLiteral("ibus") : QString())
         .arg(int(one.plugin))
@@ -146,11 +146,11 @@ void buildApplication(const InputMachine &machine, const Case &one)
     FakeProcess process;
     process.id = application;
     process.name = "program";
-    process.isManaged = one.display == Display::Wayland || one.is("manager") ||
+    process.isManaged = one.display == DisplayKind::Wayland || one.is("manager") ||
                         one.is("environment.d") || one.is("system environment.d");
     process.environment =
         "LANG=zh_CN.UTF-8" + QByteArray(1, '\0') + one.variable() + "=fcitx" + '\0' +
-        (one.display == Display::X11 ? "DISPLAY=:0" : "WAYLAND_DISPLAY=wayland-0") + '\0';
+        (one.display == DisplayKind::X11 ? "DISPLAY=:0" : "WAYLAND_DISPLAY=wayland-0") + '\0';
     process.maps = "7f00-7f01 r-xp 00000000 08:01 12 " +
                    (libraries + (one.isQt ? QStringLiteral("libQt5Gui.so.5.15.8")
                                           : QStringLiteral("libgtk-3.so.0.2404.32")))
@@ -204,7 +204,7 @@ QString stateAndLines(const Origin &origin)
 
 QString expectedOrigin(const Case &one, int line)
 {
-    const bool isRead = one.display == Display::X11 || one.place.isForWayland;
+    const bool isRead = one.display == DisplayKind::X11 || one.place.isForWayland;
     if (one.is("manager"))
         return QString::number(int(Origin::State::Manager));
     if (!isRead)
@@ -265,7 +265,7 @@ void WhyInputTest::eachPlaceAndCauseIsFound()
 {
     int number = 0;
     for (const PlaceCase &place : places) {
-        for (const Display display : {Display::X11, Display::Wayland}) {
+        for (const DisplayKind display : {DisplayKind::X11, DisplayKind::Wayland}) {
             for (int running = 0; running < 4; ++running) {
                 for (const PluginCase plugin :
                      {PluginCase::Fine, PluginCase::Absent, PluginCase::OtherProcessor,

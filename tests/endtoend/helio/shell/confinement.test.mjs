@@ -116,8 +116,12 @@ test('a page of our own is not downloaded', async () => {
         document.body.insertAdjacentHTML('beforeend', '<a href="child.html" download>page</a>');
         document.querySelector('a[download]').click();
     })()`);
-    // Chromium navigates to such a link instead.
-    await page.until("location.pathname.endsWith('/child.html')");
+    // Chromium 87 navigates to such a link; for a later one it is a download.
+    if (/Chrome\/87\./.test(await page.evaluate('navigator.userAgent'))) {
+        await page.until("location.pathname.endsWith('/child.html')");
+    } else {
+        await expectStillHome();
+    }
     expect(fs.existsSync(path.join(shared.suite.home, 'Downloads'))).toBe(false);
 });
 

@@ -1,8 +1,8 @@
-#include <QAbstractEventDispatcher>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QThread>
 #include <QTimer>
+#include <private/qthread_p.h>
 
 #include "tests/helio/runtime/search/searchplacetest.h"
 #include "tests/helio/runtime/search/searchrecorder.h"
@@ -14,11 +14,18 @@ using testsupport::text;
 
 namespace {
 
+bool hasPostedEvent()
+{
+    QPostEventList &events = QThreadData::get2(QThread::currentThread())->postEventList;
+    const QMutexLocker lock(&events.mutex);
+    return events.size() > events.startOffset;
+}
+
 /// Waits for a posted event without running an event loop.
 bool waitForPostedEvent()
 {
     const QDeadlineTimer deadline(testsupport::longestWaitMs);
-    while (!QAbstractEventDispatcher::instance()->hasPendingEvents() && !deadline.hasExpired())
+    while (!hasPostedEvent() && !deadline.hasExpired())
         QThread::msleep(1);
     return !deadline.hasExpired();
 }
