@@ -3,9 +3,13 @@ import fs from 'node:fs';
 import { entry, node } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
 import { sessionFaults } from './sessionfaults.mjs';
+import { surroundingFaults } from './surroundingfaults.mjs';
 import { opens, opensNot, textDocument } from './windowsession.mjs';
 
 const profileRoot = '/home/user/.config/libreoffice/4';
+const skiaLog = `${profileRoot}/cache/skia.log`;
+/** What draws, as LibreOffice says it. */
+const skiaIn = (office) => fs.readFileSync(office.hostPath(skiaLog), 'utf8').split('\n')[0];
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
 /** As wide as the settings of this home say, or not. */
@@ -15,7 +19,7 @@ const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDo
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
  * it (shows: true for what convert() then gives; window: the same for window(), in a LibreOffice
- * with windows). Where neither shows anything, what users notice stands in "seen". normal: part of
+ * with windows; after: what is done otherwise once it is repaired). Where neither shows anything, what users notice stands in "seen". normal: part of
  * each test run.
  */
 export const faults = [
@@ -185,6 +189,22 @@ export const faults = [
         works: ({ version }) => version === '1.2',
     },
     {
+        check: 'skia',
+        name: 'Skia without a driver for Vulkan',
+        session: { SAL_USE_VCLPLUGIN: 'gen' },
+        plant: async (office) => {
+            // What LibreOffice writes when it takes Skia.
+            await office.writeFile(skiaLog, 'planted\n');
+            await office.addItem(entry('/org.openoffice.Office.Common/VCL', 'UseSkia', 'true'));
+        },
+        works: ({ version }) => version === '1.2',
+        window: {
+            later: `grep -q . "${skiaLog}"`,
+            shows: (_, office) => skiaIn(office) === 'RenderMethod: raster',
+            works: (seen, office) => opens(seen) && skiaIn(office) === 'planted',
+        },
+    },
+    {
         check: 'java-gone',
         name: 'a Java that is gone',
         plant: (office) =>
@@ -227,4 +247,5 @@ export const faults = [
         works: ({ version }) => version !== null,
     },
     ...sessionFaults,
+    ...surroundingFaults,
 ];

@@ -8,6 +8,22 @@ const someoneElse = 4711;
 const fontLists = '/home/user/.cache/fontconfig';
 const profileRoot = '/home/user/.config/libreoffice/4';
 
+const javaParts = `<?xml version="1.0" encoding="UTF-8"?>
+<manifest:manifest xmlns:manifest="http://openoffice.org/2001/manifest">
+<manifest:file-entry manifest:media-type="application/vnd.sun.star.uno-component;type=Java"
+ manifest:full-path="tidy.jar"/>
+</manifest:manifest>
+`;
+
+/** Whether LibreOffice refuses an extension because it finds no Java. */
+async function lacksJava(office) {
+    await office.writeFile('/home/user/tidy/META-INF/manifest.xml', javaParts);
+    const { stdout, stderr } = await office.shell(`cd tidy
+        python3 -m zipfile -c tidy.jar META-INF && python3 -m zipfile -c ../tidy.oxt META-INF tidy.jar
+        timeout 60 unopkg add ../tidy.oxt; echo "ended: $?"`);
+    return /[Jj]ava/.test(stderr) && stdout.trim() !== 'ended: 0';
+}
+
 /**
  * What only the administrator can change: how it is planted, the command that is shown, and what
  * the real LibreOffice does with it where one without windows shows it.
@@ -30,6 +46,18 @@ export const missing = [
             await office.addItem(recent('file:///home/user/area.odf'));
         },
         findings: { 'math-missing': 'apt-get install libreoffice-math' },
+    },
+    {
+        name: 'an extension without Java',
+        plant: async (office) => {
+            const nothing = path.join(office.hostPath('/tmp'), 'nojava');
+            fs.mkdirSync(nothing);
+            office.bind(nothing, '/usr/lib/jvm');
+            const cache = `${profile}/uno_packages/cache/uno_packages/lu1_/tidy.oxt`;
+            await office.writeFile(`${cache}/META-INF/manifest.xml`, javaParts);
+        },
+        findings: { 'java-missing': 'apt-get install default-jre' },
+        shows: (_, office) => lacksJava(office),
     },
     {
         name: 'a macro without Python',
@@ -75,8 +103,7 @@ export const missing = [
         patience: 10,
     },
     // Test machines have neither AppArmor nor Snap: the files that their checks read are planted in
-    // their places, so LibreOffice itself shows nothing. A share whose server is away cannot be
-    // mounted here; tests/doctor/fixtures has it as a table of mounts.
+    // their places, so LibreOffice itself shows nothing.
     {
         name: 'AppArmor around LibreOffice',
         plant: async (office) => {

@@ -3,6 +3,7 @@ import os from 'node:os';
 import path from 'node:path';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { hangingShare } from './hangingshare.mjs';
 import { textIn } from './items.mjs';
 import { seenIn, sessionWith } from './windowsession.mjs';
 
@@ -43,6 +44,7 @@ export function removeUsedProfile() {
 /** A private root with the real LibreOffice and a home that has used it. */
 export class OfficeRoot {
     #root;
+    #ends = [];
 
     static async empty() {
         const office = new OfficeRoot();
@@ -133,8 +135,15 @@ export class OfficeRoot {
         return this.#root.exists(inside);
     }
 
-    dispose() {
-        return this.#root.dispose();
+    /** A folder that is on a server which is away, see hangingshare.mjs. */
+    async addHangingShare(inside) {
+        await this.makeDirectory(inside);
+        this.#ends.push(await hangingShare(this.hostPath(inside)));
+    }
+
+    async dispose() {
+        for (const end of this.#ends) await end();
+        await this.#root.dispose();
     }
 
     shell(script, env = {}) {
@@ -167,8 +176,8 @@ export class OfficeRoot {
     }
 
     /** The fonts that LibreOffice takes for a text in that font. */
-    async fontsFor(family) {
-        await this.writeFile('/home/user/text.fodt', textIn(family));
+    async fontsFor(family, text = 'A plan.') {
+        await this.writeFile('/home/user/text.fodt', textIn(family, text));
         await this.shell(
             'timeout -k 1 60 soffice --headless --convert-to pdf --outdir /home/user /home/user/text.fodt',
         );

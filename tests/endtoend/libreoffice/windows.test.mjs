@@ -39,7 +39,7 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
             await withOffice(async (office) => {
                 await fault.plant(office);
                 const seen = await shown(office, fault.window, { ...fault.session, ...fault.env });
-                expect(fault.window.shows(seen), JSON.stringify(seen)).toBe(true);
+                expect(fault.window.shows(seen, office), JSON.stringify(seen)).toBe(true);
             });
         });
 
@@ -47,8 +47,9 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
             await withOffice(async (office) => {
                 await fault.plant(office);
                 expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
-                const seen = await shown(office, fault.window, fault.session);
-                expect(fault.window.works(seen), JSON.stringify(seen)).toBe(true);
+                const after = { ...fault.window, ...fault.window.after };
+                const seen = await shown(office, after, fault.session);
+                expect(fault.window.works(seen, office), JSON.stringify(seen)).toBe(true);
             });
         });
     });
