@@ -5,7 +5,7 @@ import path from 'node:path';
 import { SandboxRoot } from '../sandboxroot.mjs';
 import { hangingShare } from './hangingshare.mjs';
 import { textIn } from './items.mjs';
-import { seenIn, sessionWith } from './windowsession.mjs';
+import { seenIn, sessionOf, sessionWith } from './windowsession.mjs';
 
 export const profile = '/home/user/.config/libreoffice/4/user';
 export const settings = `${profile}/registrymodifications.xcu`;
@@ -232,6 +232,12 @@ export class OfficeRoot {
     async window(command, options) {
         const { stdout } = await this.#root.run(...sessionWith(command, options));
         return seenIn(stdout);
+    }
+
+    /** What a script prints in a session with windows, see windowsession.mjs. */
+    async session(commands) {
+        const { stdout } = await this.#root.run(...sessionOf(commands));
+        return stdout;
     }
 
     /** Everything below a path: name → mode and content or target. */

@@ -1,8 +1,13 @@
+import fs from 'node:fs';
+import path from 'node:path';
+
 import { afterAll, describe, expect, test } from 'vitest';
 
+import { suiteDirectory } from '../paths.mjs';
 import { faults } from './faults.mjs';
 import { OfficeRoot, removeUsedProfile, settings } from './officeroot.mjs';
 
+const runningChecks = path.join(suiteDirectory, 'office/checks/libreoffice-running.json');
 /** A LibreOffice with windows, such as ./test libreoffice unpacks. */
 const withWindows = process.env.LIBREOFFICE_WINDOWS ?? '';
 
@@ -31,6 +36,41 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
             windows: { 'Untitled 1 - LibreOffice Writer': 800 },
             plugins: ['gtk3'],
             ended: false,
+        });
+    });
+
+    test('one without windows keeps others from showing any until it is ended', async () => {
+        await withOffice(async (office) => {
+            // As shipped, but not only after half an hour.
+            const { checks } = JSON.parse(fs.readFileSync(runningChecks, 'utf8'));
+            const check = checks.find(({ id }) => id === 'libreoffice.hidden');
+            check.look.all[1].age.over = '1s';
+            await office.writeFile(
+                '/home/user/.config/office-assistant/checks.d/hidden.json',
+                JSON.stringify({ suite: 'libreoffice', checks: [check] }),
+            );
+            const stdout = await office.session(`
+                soffice --headless --norestore --nologo >/dev/null 2>&1 &
+                await 30 'pgrep -x soffice.bin'
+                hidden=$(pgrep -x soffice.bin)
+                await 10 "[ \$(ps -o etimes= -p $hidden) -ge 2 ]"
+                timeout 20 soffice --writer >/dev/null 2>&1 &
+                await 10 'windows | grep -q Untitled' && echo shown || echo hidden
+                /suite/office/assistantctl doctor --json |
+                    grep -oP '"check":"libreoffice\\.\\K(?!fonts-)[a-z-]+(?=".*"type":"finding")'
+                /suite/office/assistantctl doctor --fix --yes libreoffice.hidden >/dev/null
+                echo "fixed: $?"
+                await 10 "! kill -0 $hidden 2>/dev/null"
+                soffice --writer >/dev/null 2>&1 &
+                await 40 'windows | grep -q Untitled' && echo shown || echo hidden
+                pkill -KILL -x soffice.bin`);
+            // Services of the session write to the output as well.
+            expect(stdout.match(/^(hidden|shown|fixed: \d+)$/gm)).toEqual([
+                'hidden',
+                'hidden',
+                'fixed: 0',
+                'shown',
+            ]);
         });
     });
 
