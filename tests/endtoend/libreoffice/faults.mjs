@@ -19,8 +19,8 @@ const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDo
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
  * it (shows: true for what convert() then gives; window: the same for window(), in a LibreOffice
- * with windows; after: what is done otherwise once it is repaired). Where neither shows anything, what users notice stands in "seen". normal: part of
- * each test run.
+ * with windows; after: what is done otherwise once it is repaired). Where neither shows anything,
+ * what users notice stands in "seen". normal: part of each test run.
  */
 export const faults = [
     {

@@ -5,13 +5,19 @@ import { afterAll, describe, expect, test } from 'vitest';
 
 import { suiteDirectory } from '../paths.mjs';
 import { faults } from './faults.mjs';
+import { FaultTable } from './faulttable.mjs';
 import { OfficeRoot, removeUsedProfile, settings } from './officeroot.mjs';
 
 const runningChecks = path.join(suiteDirectory, 'office/checks/libreoffice-running.json');
 /** A LibreOffice with windows, such as ./test libreoffice unpacks. */
 const withWindows = process.env.LIBREOFFICE_WINDOWS ?? '';
 
-afterAll(removeUsedProfile);
+const table = new FaultTable();
+
+afterAll(() => {
+    removeUsedProfile();
+    if (withWindows) table.write('windows');
+});
 
 async function withOffice(use) {
     const office = await OfficeRoot.create();
@@ -53,7 +59,7 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
                 soffice --headless --norestore --nologo >/dev/null 2>&1 &
                 await 30 'pgrep -x soffice.bin'
                 hidden=$(pgrep -x soffice.bin)
-                await 10 "[ \$(ps -o etimes= -p $hidden) -ge 2 ]"
+                await 10 "[ \\$(ps -o etimes= -p $hidden) -ge 2 ]"
                 timeout 20 soffice --writer >/dev/null 2>&1 &
                 await 10 'windows | grep -q Untitled' && echo shown || echo hidden
                 /suite/office/assistantctl doctor --json |
@@ -71,25 +77,38 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
                 'fixed: 0',
                 'shown',
             ]);
+            table.note(
+                { name: 'one without windows that runs', check: 'hidden' },
+                {
+                    'seen in LibreOffice': 'in its windows',
+                    'named alone': 'yes',
+                    mended: 'yes',
+                    undone: 'cannot be',
+                },
+            );
         });
     });
 
     describe.each(faults.filter((fault) => fault.window))('$name', (fault) => {
+        const timed = (run) => table.timed(fault, () => withOffice(run));
+
         test('shows', async () => {
-            await withOffice(async (office) => {
+            await timed(async (office) => {
                 await fault.plant(office);
                 const seen = await shown(office, fault.window, { ...fault.session, ...fault.env });
                 expect(fault.window.shows(seen, office), JSON.stringify(seen)).toBe(true);
+                table.note(fault, { 'seen in LibreOffice': 'in its windows' });
             });
         });
 
         test('is gone after the repair', async () => {
-            await withOffice(async (office) => {
+            await timed(async (office) => {
                 await fault.plant(office);
                 expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
                 const after = { ...fault.window, ...fault.window.after };
                 const seen = await shown(office, after, fault.session);
                 expect(fault.window.works(seen, office), JSON.stringify(seen)).toBe(true);
+                table.note(fault, { mended: 'yes' });
             });
         });
     });
