@@ -103,6 +103,11 @@ export class OfficeRoot {
         this.#root.bind(host, inside);
     }
 
+    /** Shows host programs beside those of /usr/bin. */
+    addPrograms(programs) {
+        this.#root.addPrograms(programs);
+    }
+
     run(command, options) {
         return this.#root.run(command, options);
     }
