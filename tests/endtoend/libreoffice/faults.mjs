@@ -6,10 +6,17 @@ import { sessionFaults } from './sessionfaults.mjs';
 import { surroundingFaults } from './surroundingfaults.mjs';
 import { opens, opensNot, textDocument } from './windowsession.mjs';
 
+const missingFont = 'Nosuch Sans';
 const profileRoot = '/home/user/.config/libreoffice/4';
 const skiaLog = `${profileRoot}/cache/skia.log`;
 /** What draws, as LibreOffice says it. */
 const skiaIn = (office) => fs.readFileSync(office.hostPath(skiaLog), 'utf8').split('\n')[0];
+/** Whether LibreOffice replaces a font, after its replacement was changed to another font. */
+async function isReplaced(office, replacement = missingFont) {
+    const content = await office.readFile(settings);
+    fs.writeFileSync(office.hostPath(settings), content.replace(missingFont, replacement));
+    return (await office.fontsFor('DejaVu Serif')).join() !== 'DejaVuSerif';
+}
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
 /** As wide as the settings of this home say, or not. */
@@ -120,8 +127,9 @@ export const faults = [
         name: 'a language that is not installed',
         plant: (office) =>
             office.addItem(entry('/org.openoffice.Office.Linguistic/General', 'UILocale', 'de')),
-        seen: 'windows are in English',
         works: ({ version }) => version === '1.2',
+        // They are in English.
+        window: { shows: opens, works: opens },
     },
     {
         check: 'recovery-missing',
@@ -173,11 +181,12 @@ export const faults = [
                     Always: 'true',
                     OnScreenOnly: 'false',
                     ReplaceFont: 'DejaVu Serif',
-                    SubstituteFont: 'Nosuch Sans',
+                    SubstituteFont: missingFont,
                 }),
             );
         },
-        seen: 'the replacement is not made',
+        shows: async (_, office) =>
+            !(await isReplaced(office)) && (await isReplaced(office, 'DejaVu Sans')),
         works: ({ version }) => version === '1.2',
     },
     {

@@ -3,6 +3,7 @@ import path from 'node:path';
 
 import { recent } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
+import { opens, opensNot } from './windowsession.mjs';
 
 const someoneElse = 4711;
 const fontLists = '/home/user/.cache/fontconfig';
@@ -26,7 +27,8 @@ async function lacksJava(office) {
 
 /**
  * What only the administrator can change: how it is planted, the command that is shown, and what
- * the real LibreOffice does with it where one without windows shows it.
+ * the real LibreOffice does with it: one without windows (shows), or with windows (window), but
+ * for what is plain.
  *
  * @typedef {import('./officeroot.mjs').OfficeRoot} Office
  * @type {{
@@ -36,16 +38,31 @@ async function lacksJava(office) {
  *     findings: Record<string, string | null>,
  *     shows?: (converted: { version: string | null }, office: Office) => unknown,
  *     patience?: number,
+ *     window?: {
+ *         isPlain?: boolean,
+ *         patience?: number,
+ *         shows: (seen: { windows: Record<string, number> }) => boolean,
+ *     },
  * }[]}
  */
 export const missing = [
     {
         name: 'a formula without Math',
         plant: async (office) => {
-            await office.writeFile('/home/user/area.odf', 'no formula');
-            await office.addItem(recent('file:///home/user/area.odf'));
+            await office.writeFile(
+                '/home/user/area.mml',
+                '<math xmlns="http://www.w3.org/1998/Math/MathML"><mi>x</mi></math>\n',
+            );
+            await office.addItem(recent('file:///home/user/area.mml'));
         },
         findings: { 'math-missing': 'apt-get install libreoffice-math' },
+        // It takes the formula for a text.
+        shows: async (_, office) => {
+            const { stdout } = await office.shell(
+                'timeout 60 soffice --headless --convert-to pdf area.mml',
+            );
+            return stdout.includes('writer_pdf_Export');
+        },
     },
     {
         name: 'an extension without Java',
@@ -62,8 +79,18 @@ export const missing = [
     {
         name: 'a macro without Python',
         plant: (office) =>
-            office.writeFile(`${profile}/Scripts/python/tidy.py`, 'def tidy():\n    pass\n'),
+            office.writeFile(
+                `${profile}/Scripts/python/tidy.py`,
+                "def tidy():\n    open('ran', 'w').close()\n",
+            ),
         findings: { 'python-missing': 'apt-get install libreoffice-script-provider-python' },
+        shows: async (_, office) => {
+            const { stdout } = await office.shell(`
+                timeout 60 soffice --headless \
+                    'vnd.sun.star.script:tidy.py$tidy?language=Python&location=user'
+                echo "ended: $?"`);
+            return stdout !== 'ended: 0\n' && !(await office.exists('/home/user/ran'));
+        },
     },
     {
         name: 'a document on a server without GVFS',
@@ -81,12 +108,14 @@ export const missing = [
             spelling: 'apt-get install hunspell-de-at',
             thesaurus: 'apt-get install mythes-de',
         },
+        window: { shows: opens },
     },
     {
         name: 'a desktop with a LibreOffice that has no windows',
         env: { DISPLAY: ':9' },
         plant: async () => {},
         findings: { 'no-windows': 'apt-get install libreoffice-gtk3' },
+        window: { isPlain: true, patience: 15, shows: opensNot },
     },
     {
         name: 'a full disk below the settings',

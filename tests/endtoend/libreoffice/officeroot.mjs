@@ -151,8 +151,8 @@ export class OfficeRoot {
         await this.#root.dispose();
     }
 
-    shell(script, env = {}) {
-        return this.#root.run(['/bin/bash', '-c', script], { env });
+    shell(script, env = {}, timeoutMs = undefined) {
+        return this.#root.run(['/bin/bash', '-c', script], { env, timeoutMs });
     }
 
     /** Adds an item to the settings, which LibreOffice writes one a line. */

@@ -6,6 +6,7 @@ import { afterAll, describe, expect, test } from 'vitest';
 import { suiteDirectory } from '../paths.mjs';
 import { faults } from './faults.mjs';
 import { FaultTable } from './faulttable.mjs';
+import { missing } from './missing.mjs';
 import { OfficeRoot, removeUsedProfile, settings } from './officeroot.mjs';
 
 const runningChecks = path.join(suiteDirectory, 'office/checks/libreoffice-running.json');
@@ -19,10 +20,10 @@ afterAll(() => {
     if (withWindows) table.write('windows');
 });
 
-async function withOffice(use) {
+async function withOffice(use, isPlain = false) {
     const office = await OfficeRoot.create();
     try {
-        office.bind(withWindows, '/usr/lib/libreoffice');
+        if (!isPlain) office.bind(withWindows, '/usr/lib/libreoffice');
         return await use(office);
     } finally {
         await office.dispose();
@@ -111,5 +112,18 @@ describe.runIf(withWindows)('in the windows of LibreOffice', () => {
                 table.note(fault, { mended: 'yes' });
             });
         });
+    });
+
+    test.each(missing.filter(({ window }) => window))('$name shows', async (row) => {
+        const { name, env, plant, findings, window } = row;
+        await withOffice(async (office) => {
+            await plant(office);
+            const seen = await shown(office, window, env);
+            expect(window.shows(seen), JSON.stringify(seen)).toBe(true);
+            table.note(
+                { name, check: Object.keys(findings).join(', ') },
+                { 'seen in LibreOffice': 'in its windows' },
+            );
+        }, window.isPlain);
     });
 });
