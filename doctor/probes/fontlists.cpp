@@ -83,7 +83,7 @@ private:
             one.values = {
                 {QStringLiteral("path"), Value::ofText(path)},
                 {QStringLiteral("folder"), Value::ofText(folder)},
-                {QStringLiteral("font"), Value::ofText(newest)},
+                {QStringLiteral("newest"), Value::ofText(newest)},
                 {QStringLiteral("stale"),
                  Value::ofFlag(listedAt > 0 && newestAt > listedAt && folderAt <= listedAt)}};
             seen.append(one);
@@ -111,7 +111,7 @@ constexpr Parameter parameters[] = {{"fontList", ParameterType::PathPattern, tru
                                     {"kept", ParameterType::Path, true}};
 constexpr ProbeValue values[] = {{"path", ValueType::Text},
                                  {"folder", ValueType::Text},
-                                 {"font", ValueType::Text},
+                                 {"newest", ValueType::Text},
                                  {"stale", ValueType::Flag}};
 
 } // namespace
