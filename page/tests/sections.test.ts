@@ -27,11 +27,11 @@ describe('the sections of the report', () => {
         expect(sections.overview.map(({ value }) => value)).toContain('2 × One');
     });
 
-    it('name the suite that is looked after where none is beside the assistant', () => {
+    it('name the suite that is looked after, and the one beside the assistant', () => {
         const suiteOf = (suiteVersion: string | null) =>
             sectionsOf({ ...snapshot, suiteVersion }, translate, 'LibreOffice 7.4').overview[1];
         expect(suiteOf(null)?.value).toBe('LibreOffice 7.4');
-        expect(suiteOf('12.1.0.1')?.value).toBe('12.1.0.1');
+        expect(suiteOf('12.1.0.1')?.value).toBe('LibreOffice 7.4; 12.1.0.1');
     });
 
     it('hide secrets in copied text until they are revealed', () => {

@@ -47,10 +47,10 @@ function countedProcessors(processors: string[]): string[] {
 
 function overview(snapshot: SystemSnapshot, t: Translate, installed: string): Row[] {
     const none = t('sysinfo.none');
-    const suite = snapshot.suiteVersion ?? (installed || t('sysinfo.noSuite'));
+    const suites = [installed, snapshot.suiteVersion ?? ''].filter(Boolean);
     return [
         { label: t('sysinfo.kernel'), value: snapshot.kernel || none },
-        { label: t('sysinfo.suite'), value: suite },
+        { label: t('sysinfo.suite'), value: suites.join('; ') || t('sysinfo.noSuite') },
         {
             label: t('sysinfo.sections.processors'),
             value: countedProcessors(snapshot.processors).join('; ') || none,
@@ -82,7 +82,7 @@ function overview(snapshot: SystemSnapshot, t: Translate, installed: string): Ro
     ];
 }
 
-/** @param installed the office suite that is looked after where none is beside the assistant */
+/** @param installed the office suite that is looked after, beside the assistant's own */
 export function sectionsOf(snapshot: SystemSnapshot, t: Translate, installed = ''): Sections {
     const lines = (values: string[]): Row[] => values.map((value) => ({ value }));
     return {
