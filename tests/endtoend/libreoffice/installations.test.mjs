@@ -131,8 +131,9 @@ describe.runIf(withWindows)('a desktop', () => {
         ]);
         expect(await office.undo()).toBe('undone');
         expect(await office.readFile('/home/user/.profile')).toBe(`umask 022\n${line}`);
-        named('a line that forbids windows', 'no-windows-setting', inWindows, 'yes');
-        table.note({ name: 'a line that forbids windows' }, { undone: 'yes' });
+        const fault = { name: 'a line that forbids windows', check: 'no-windows-setting' };
+        named(fault.name, fault.check, inWindows, 'yes');
+        table.note(fault, { undone: 'yes' });
     });
 
     test('without Base cannot open a database', async () => {
