@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/machine/mounts.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -33,6 +34,18 @@ bool isThere(const QString &path)
 {
     struct stat state;
     return lstat(QFile::encodeName(path).constData(), &state) == 0;
+}
+
+/// The points of mounts that must not be touched without need.
+QStringList pointsThatMayHang(const Machine &machine)
+{
+    QStringList points;
+    const QVector<Mount> mounts = mountsOf(machine);
+    for (const Mount &mount : mounts) {
+        if (mount.mayHang())
+            points.append(mount.point);
+    }
+    return points;
 }
 
 } // namespace
@@ -81,6 +94,7 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
     if (isPlainPath(pattern))
         return {{unescaped(pattern)}, {}};
     QStringList found{QString()};
+    const QStringList avoided = pointsThatMayHang(machine);
     int namesSeen = 0;
     const QStringList parts = pattern.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString &part : parts) {
@@ -97,9 +111,11 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
             if (namesSeen > mostNames || deadline.isOver())
                 return {{}, texts::tr("too many files to look through for %1").arg(pattern)};
             for (const QString &name : names) {
+                const QString path = directory + QLatin1Char('/') + name;
                 if (fnmatch(wanted.constData(), QFile::encodeName(name).constData(), FNM_PERIOD) ==
-                    0)
-                    next.append(directory + QLatin1Char('/') + name);
+                        0 &&
+                    !avoided.contains(path))
+                    next.append(path);
             }
         }
         if (next.size() > mostMatches)

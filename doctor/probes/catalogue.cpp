@@ -40,6 +40,7 @@ QVector<const ProbeKind *> probeKinds()
             &packageKind,
             &libraryKind,
             &fontKind,
+            &fontListKind,
             &localeKind,
             &mimeDefaultKind,
             &fileTypeKind,

@@ -3,16 +3,13 @@
 
 #include <sys/statvfs.h>
 
-#include "doctor/machine/filereading.h"
+#include "doctor/machine/mounts.h"
 #include "doctor/probes/kinds.h"
 #include "texts/texts.h"
 
 namespace doctor {
 
 namespace {
-
-constexpr char mountTable[] = "/proc/self/mountinfo";
-constexpr qint64 largestTable = 4 * 1024 * 1024;
 
 double percent(double part, double whole)
 {
@@ -48,57 +45,30 @@ Observed lookAtDiskSpace(const Arguments &arguments, const Looking &looking)
     return {{seen}, {}};
 }
 
-/// Blanks stand as "\040" in the table.
-QString unescaped(const QByteArray &text)
-{
-    QByteArray plain = text;
-    plain.replace("\\040", " ")
-        .replace("\\011", "\t")
-        .replace("\\012", "\n")
-        .replace("\\134", "\\");
-    return QFile::decodeName(plain);
-}
-
-bool isBelow(const QString &path, const QString &point)
-{
-    return point == QLatin1String("/") ||
-           (path + QLatin1Char('/')).startsWith(point + QLatin1Char('/'));
-}
-
 Observed lookAtMount(const Arguments &arguments, const Looking &looking)
 {
     const QString path = arguments.text("mount");
-    const QString canonical = QFileInfo(looking.machine.located(path)).canonicalFilePath();
-    const QString wanted =
-        canonical.isEmpty() || !looking.machine.root.isEmpty() ? path : canonical;
-    const FileContent table =
-        readFile(looking.machine.located(QLatin1String(mountTable)), largestTable);
+    const QVector<Mount> mounts = mountsOf(looking.machine);
+    const Mount *mount = mountOf(path, mounts);
+    // Where a link leads is asked only where the answer cannot hang.
+    if (mount != nullptr && looking.machine.root.isEmpty() && !mount->mayHang()) {
+        const QString canonical = QFileInfo(path).canonicalFilePath();
+        if (!canonical.isEmpty())
+            mount = mountOf(canonical, mounts);
+    }
+    if (mount == nullptr)
+        return {{}, texts::tr("the kernel does not tell where %1 is mounted").arg(path)};
     Observation seen;
     seen.where.append({path, 0, 0});
-    QString longest;
-    for (const QByteArray &line : table.content.value_or(QByteArray()).split('\n')) {
-        // See proc(5): ID, parent, device, root, point, options, optional fields, "-", type,
-        // source.
-        const QList<QByteArray> fields = line.split(' ');
-        const int dash = fields.indexOf("-");
-        const QString point = unescaped(fields.value(4));
-        // Of mounts on one point the last is seen.
-        if (dash < 6 || point.size() < longest.size() || !isBelow(wanted, point))
-            continue;
-        longest = point;
-        const QList<QByteArray> options = fields.value(5).split(',');
-        seen.values = {
-            {QStringLiteral("path"), Value::ofText(path)},
-            {QStringLiteral("point"), Value::ofText(point)},
-            {QStringLiteral("type"), Value::ofText(QString::fromUtf8(fields.value(dash + 1)))},
-            {QStringLiteral("source"), Value::ofText(unescaped(fields.value(dash + 2)))},
-            {QStringLiteral("options"), Value::ofText(QString::fromUtf8(fields.value(5)))},
-            {QStringLiteral("readOnly"), Value::ofFlag(options.contains("ro"))},
-            {QStringLiteral("noExec"), Value::ofFlag(options.contains("noexec"))},
-        };
-    }
-    if (longest.isEmpty())
-        return {{}, texts::tr("the kernel does not tell where %1 is mounted").arg(path)};
+    seen.values = {
+        {QStringLiteral("path"), Value::ofText(path)},
+        {QStringLiteral("point"), Value::ofText(mount->point)},
+        {QStringLiteral("type"), Value::ofText(mount->type)},
+        {QStringLiteral("source"), Value::ofText(mount->source)},
+        {QStringLiteral("options"), Value::ofText(mount->options.join(QLatin1Char(',')))},
+        {QStringLiteral("readOnly"), Value::ofFlag(mount->options.contains(QLatin1String("ro")))},
+        {QStringLiteral("noExec"), Value::ofFlag(mount->options.contains(QLatin1String("noexec")))},
+    };
     return {{seen}, {}};
 }
 

@@ -22,6 +22,7 @@ extern const ProbeKind processKind;
 extern const ProbeKind packageKind;
 extern const ProbeKind libraryKind;
 extern const ProbeKind fontKind;
+extern const ProbeKind fontListKind;
 extern const ProbeKind localeKind;
 extern const ProbeKind mimeDefaultKind;
 extern const ProbeKind fileTypeKind;

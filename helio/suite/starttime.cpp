@@ -1,6 +1,7 @@
 #include "helio/suite/starttime.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
@@ -15,12 +16,13 @@ namespace helio {
 
 namespace {
 
-constexpr int longestStartMs = 60'000;
 constexpr int pollMs = 20;
 /// The first start of a profile makes what it lacks and does not count.
 constexpr int rounds = 4;
 
 constexpr char settingsFile[] = "registrymodifications.xcu";
+/// The suite makes it at its first start.
+constexpr char settingsFolder[] = "/user";
 constexpr char recentItem[] = "org.openoffice.Office.Histories:HistoryInfo";
 /// Parts that are left out, each in a copy of its own.
 constexpr char settingsPart[] = "settings";
@@ -67,8 +69,11 @@ QVector<Variant> variantsOf(const suites::Profile &profile)
 class Measurement
 {
 public:
-    Measurement(const suites::State &state, const StartWatch &watch)
-        : m_state(state), m_watch(watch), m_variants(variantsOf(state.profile))
+    Measurement(const suites::State &state, const StartWatch &watch, int longestMs)
+        : m_state(state),
+          m_watch(watch),
+          m_longestMs(longestMs),
+          m_variants(variantsOf(state.profile))
     {
     }
 
@@ -101,8 +106,9 @@ private:
     {
         variant.folder = folder;
         if (isCopy)
-            m_times.problem = copyProfile(m_state.profile.path, folder + QStringLiteral("/user"),
-                                          variant.leftOut, [this] { return goesOn(); });
+            m_times.problem =
+                copyProfile(m_state.profile.path, folder + QLatin1String(settingsFolder),
+                            variant.leftOut, [this] { return goesOn(); });
     }
 
     void measure(Variant &variant, bool counts)
@@ -122,10 +128,10 @@ private:
         suite.start(program, words);
         while (goesOn() && suite.state() != QProcess::NotRunning &&
                !suite.waitForFinished(pollMs)) {
-            if (timer.hasExpired(longestStartMs))
+            if (timer.hasExpired(m_longestMs))
                 m_times.problem = texts::tr("%1 did not come to its end within %2 seconds")
                                       .arg(m_state.installation.name)
-                                      .arg(longestStartMs / 1000);
+                                      .arg(m_longestMs / 1000);
         }
         const int needed = static_cast<int>(timer.elapsed());
         if (suite.state() != QProcess::NotRunning)
@@ -133,6 +139,10 @@ private:
         else if (suite.error() == QProcess::FailedToStart ||
                  suite.exitStatus() != QProcess::NormalExit || suite.exitCode() != 0)
             m_times.problem = texts::tr("%1 cannot be started").arg(m_state.installation.name);
+        else if (!QFileInfo::exists(variant.folder + QLatin1String(settingsFolder)))
+            m_times.problem =
+                texts::tr("%1 ended without having started: %2 may be another program")
+                    .arg(m_state.installation.name, program);
         if (counts)
             variant.shortest = qMin(variant.shortest, needed);
         ++m_done;
@@ -154,6 +164,7 @@ private:
 
     const suites::State &m_state;
     const StartWatch &m_watch;
+    const int m_longestMs;
     QVector<Variant> m_variants;
     StartTimes m_times;
     int m_done = 0;
@@ -161,10 +172,10 @@ private:
 
 } // namespace
 
-StartTimes measuredStart(const suites::State &state, const StartWatch &watch)
+StartTimes measuredStart(const suites::State &state, const StartWatch &watch, int longestMs)
 {
     if (state.profile.exists)
-        return Measurement(state, watch).result();
+        return Measurement(state, watch, longestMs).result();
     StartTimes times;
     times.problem = texts::tr("%1 has no profile yet").arg(state.installation.name);
     return times;

@@ -32,10 +32,15 @@ struct StartTimes
 /// Asked often, with the starts that are done and all; false ends the measuring.
 using StartWatch = std::function<bool(int done, int all)>;
 
+/// Longer does no start take that comes to its end.
+constexpr int longestStartMs = 60'000;
+
 /// Starts the suite without windows several times: with an empty profile, with a copy of the
 /// user's, and with copies that lack a part. The shortest time of each counts. The user's profile
-/// is only read; the copies go at the end.
-StartTimes measuredStart(const suites::State &state, const StartWatch &watch);
+/// is only read; the copies go at the end. A start that makes no profile, or takes longer than
+/// @p longestMs, ends the measuring.
+StartTimes measuredStart(const suites::State &state, const StartWatch &watch,
+                         int longestMs = longestStartMs);
 
 /// As docs/host.md describes it.
 QJsonObject startTimesObject(const StartTimes &times);

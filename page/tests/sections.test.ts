@@ -27,6 +27,13 @@ describe('the sections of the report', () => {
         expect(sections.overview.map(({ value }) => value)).toContain('2 × One');
     });
 
+    it('name the suite that is looked after, and the one beside the assistant', () => {
+        const suiteOf = (suiteVersion: string | null) =>
+            sectionsOf({ ...snapshot, suiteVersion }, translate, 'LibreOffice 7.4').overview[1];
+        expect(suiteOf(null)?.value).toBe('LibreOffice 7.4');
+        expect(suiteOf('12.1.0.1')?.value).toBe('LibreOffice 7.4; 12.1.0.1');
+    });
+
     it('hide secrets in copied text until they are revealed', () => {
         expect(wholeText(sections, translate, none)).not.toContain('abc');
         expect(wholeText(sections, translate, new Set(['API_TOKEN']))).toContain('API_TOKEN: abc');

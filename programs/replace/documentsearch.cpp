@@ -20,6 +20,8 @@ constexpr int mostDocuments = 10000;
 constexpr char archiveBegin[] = "PK\x03\x04";
 /// Of the binary formats of before 2007.
 constexpr char compoundBegin[] = "\xd0\xcf\x11\xe0";
+/// One of its members holds the whole of a newer document that is protected.
+constexpr char16_t encryptedMember[] = u"EncryptedPackage";
 constexpr char manifest[] = "META-INF/manifest.xml";
 
 /// Members with text, of each kind of document.
@@ -106,6 +108,16 @@ QString searchArchive(SearchedDocument &document, const QByteArray &bytes, const
     return {};
 }
 
+QString refusalOfCompound(const QByteArray &bytes)
+{
+    const QByteArray name(reinterpret_cast<const char *>(encryptedMember),
+                          sizeof(encryptedMember) - sizeof(char16_t));
+    return bytes.contains(name)
+               ? texts::tr("it is protected with a password")
+               : texts::tr("it is in an older binary format; save it in a newer one first, such as "
+                           "OpenDocument");
+}
+
 } // namespace
 
 SearchedDocument searchedDocument(const QString &path, const Search &search)
@@ -122,8 +134,7 @@ SearchedDocument searchedDocument(const QString &path, const Search &search)
     else if (file.size() > largestDocument)
         document.problem = texts::tr("it is too big");
     else if (file.peek(4) == QByteArray(compoundBegin, 4))
-        document.problem = texts::tr(
-            "it is in an older binary format; convert it first, for example to .odt or .docx");
+        document.problem = refusalOfCompound(file.read(largestDocument));
     else if (file.peek(4) != QByteArray(archiveBegin, 4))
         document.problem =
             texts::tr("it is neither an OpenDocument nor an Office Open XML document");

@@ -3,6 +3,7 @@
 #include <QVersionNumber>
 #include <QXmlStreamReader>
 
+#include "doctor/machine/filereading.h"
 #include "suites/addons/parts.h"
 #include "texts/texts.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr char registered[] =
     "/registry/com.sun.star.comp.deployment.bundle.PackageRegistryBackend/backenddb.xml";
+constexpr qint64 largestList = 16 << 20;
 constexpr int mostEntries = 2000;
 
 /// What a member's type in META-INF/manifest.xml means; empty for what needs no words.
@@ -86,11 +88,34 @@ Addon extensionAt(const QString &path, const QString &owner, const QString &vers
     return addon;
 }
 
+/// Whether an extension is registered, or why that cannot be told.
+void addRegistration(Addon &addon, const doctor::FileContent &list, const QString &entry)
+{
+    const QByteArray content = list.content.value_or(QByteArray());
+    const int start = content.indexOf(entry.toUtf8());
+    const QByteArray tag = content.mid(start, content.indexOf('>', start) - start);
+    if (!list.content && !list.problem.isEmpty())
+        addon.faults.append(
+            texts::tr("whether it is registered cannot be read: %1").arg(list.problem));
+    else if (start < 0)
+        addon.faults.append(texts::tr("it is not registered, so nothing of it runs"));
+    else if (tag.contains("revoked=\"true\""))
+        addon.faults.append(texts::tr("it is disabled"));
+}
+
+/// The list of registered extensions; empty where there is none.
+doctor::FileContent registrations(const QString &cache)
+{
+    const QString path = cache + QLatin1String(registered);
+    return QFileInfo::exists(path) ? doctor::readFile(path, largestList)
+                                   : doctor::FileContent{QByteArray(), {}};
+}
+
 } // namespace
 
 QVector<Addon> extensionsIn(const QString &cache, const QString &owner, const QString &version)
 {
-    const QString list = QString::fromUtf8(addonFile(cache + QLatin1String(registered)));
+    const doctor::FileContent list = registrations(cache);
     QVector<Addon> addons;
     const QDir packages(cache + QStringLiteral("/uno_packages"));
     const auto folders = QDir::Dirs | QDir::NoDotAndDotDot;
@@ -100,12 +125,7 @@ QVector<Addon> extensionsIn(const QString &cache, const QString &owner, const QS
                 return addons;
             Addon addon =
                 extensionAt(packages.filePath(folder) + QLatin1Char('/') + name, owner, version);
-            const int entry = list.indexOf(QLatin1Char('/') + folder + QLatin1Char('/') + name);
-            const QString tag = list.mid(entry, list.indexOf(QLatin1Char('>'), entry) - entry);
-            if (entry < 0)
-                addon.faults.append(texts::tr("it is not registered, so nothing of it runs"));
-            else if (tag.contains(QLatin1String("revoked=\"true\"")))
-                addon.faults.append(texts::tr("it is disabled"));
+            addRegistration(addon, list, QLatin1Char('/') + folder + QLatin1Char('/') + name);
             addons.append(addon);
         }
     }

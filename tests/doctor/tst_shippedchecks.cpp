@@ -56,6 +56,9 @@ public:
         for (const QJsonValue &family : world.value(QStringLiteral("fonts")).toArray())
             writeFont(family.toString());
         writeProcesses(world.value(QStringLiteral("processes")).toArray());
+        // Times last: what is written into a directory changes its own.
+        for (auto entry = files.begin(); entry != files.end(); ++entry)
+            setAge(entry.key(), entry->toObject().value(QStringLiteral("age")).toInt());
     }
 
     ~FixtureMachine()
@@ -124,6 +127,15 @@ private:
         const QString located = m_machine.located(path);
         chmod(QFile::encodeName(located).constData(), mode.toUInt(nullptr, 8));
         m_closed.append(located);
+    }
+
+    void setAge(const QString &path, int seconds)
+    {
+        if (seconds == 0)
+            return;
+        const time_t then = time(nullptr) - seconds;
+        const utimbuf times{then, then};
+        utime(QFile::encodeName(m_machine.located(path)).constData(), &times);
     }
 
     void writeProcesses(const QJsonArray &names)

@@ -173,6 +173,17 @@ exit ${status}
         this.#extraMounts.push('--ro-bind', host, inside);
     }
 
+    /** Shows host programs beside those of /usr/bin. */
+    addPrograms(programs) {
+        const shown = path.join(this.#directory, 'programs');
+        directoryWithout(hidableDirectory, [], '/systemprograms', shown);
+        for (const program of programs) {
+            fs.copyFileSync(program, path.join(shown, path.basename(program)));
+        }
+        this.bind(hidableDirectory, '/systemprograms');
+        this.bind(shown, hidableDirectory);
+    }
+
     /**
      * Gives each later run an empty disk of that size at a place of the sandbox. What is written
      * there is gone after the run, and never on the host.

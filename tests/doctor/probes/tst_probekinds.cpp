@@ -109,6 +109,7 @@ private slots:
     void fontsAreReadFromTheirFiles();
     void defaultsOfMimeTypesFollowTheLists();
     void mountsAndDisks();
+    void patternsMatchNoShareThatMightHang();
     void portsAndUrls();
     void programsAreRunOnlyFromTheList();
     void accountsAndGroups();
@@ -310,6 +311,21 @@ void TestProbeKinds::mountsAndDisks()
     QCOMPARE(scene.value("mount", "/home/mira", "noExec"), yes());
     QCOMPARE(scene.value("mount", "/homely", "point"), QStringLiteral("/"));
     QVERIFY(scene.value("diskSpace", "/", "free") != QStringLiteral("missing"));
+}
+
+void TestProbeKinds::patternsMatchNoShareThatMightHang()
+{
+    Scene scene;
+    scene.write("/proc/self/mountinfo",
+                "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                "2 1 0:40 / /home/mira/team rw - fuse.sshfs server:/team rw\n"
+                "3 1 8:2 / /home/mira/stick rw - fuseblk /dev/sdb1 rw\n");
+    scene.write("/home/mira/team/plan.odt", "shared");
+    scene.write("/home/mira/stick/plan.odt", "own");
+    QCOMPARE(scene.look("file", {}, "/home/mira/*/plan.odt").seen.size(), 1);
+    QCOMPARE(scene.value("file", "/home/mira/*/plan.odt", "folder"),
+             QStringLiteral("/home/mira/stick"));
+    QCOMPARE(scene.value("file", "/home/mira/team/plan.odt", "exists"), yes());
 }
 
 void TestProbeKinds::portsAndUrls()

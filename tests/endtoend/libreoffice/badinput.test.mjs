@@ -44,7 +44,7 @@ const cases = [
             for (let at = 0; at < 10; at++) await huge(`${profile}/backup/${at}.odt`, 200_000_000);
             await huge(`${profile}/extensions/bundled/registry/x/backenddb.xml`, 200_000_000);
         },
-        findings: [],
+        findings: ['extensions-large'],
     },
     {
         name: 'settings with entities that grow',

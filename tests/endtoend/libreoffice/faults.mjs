@@ -3,9 +3,20 @@ import fs from 'node:fs';
 import { entry, node } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
 import { sessionFaults } from './sessionfaults.mjs';
+import { surroundingFaults } from './surroundingfaults.mjs';
 import { opens, opensNot, textDocument } from './windowsession.mjs';
 
+const missingFont = 'Nosuch Sans';
 const profileRoot = '/home/user/.config/libreoffice/4';
+const skiaLog = `${profileRoot}/cache/skia.log`;
+/** What draws, as LibreOffice says it. */
+const skiaIn = (office) => fs.readFileSync(office.hostPath(skiaLog), 'utf8').split('\n')[0];
+/** Whether LibreOffice replaces a font, after its replacement was changed to another font. */
+async function isReplaced(office, replacement = missingFont) {
+    const content = await office.readFile(settings);
+    fs.writeFileSync(office.hostPath(settings), content.replace(missingFont, replacement));
+    return (await office.fontsFor('DejaVu Serif')).join() !== 'DejaVuSerif';
+}
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
 /** As wide as the settings of this home say, or not. */
@@ -15,8 +26,8 @@ const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDo
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
  * it (shows: true for what convert() then gives; window: the same for window(), in a LibreOffice
- * with windows). Where neither shows anything, what users notice stands in "seen". normal: part of
- * each test run.
+ * with windows; after: what is done otherwise once it is repaired). Where neither shows anything,
+ * what users notice stands in "seen". normal: part of each test run.
  */
 export const faults = [
     {
@@ -116,8 +127,9 @@ export const faults = [
         name: 'a language that is not installed',
         plant: (office) =>
             office.addItem(entry('/org.openoffice.Office.Linguistic/General', 'UILocale', 'de')),
-        seen: 'windows are in English',
         works: ({ version }) => version === '1.2',
+        // They are in English.
+        window: { shows: opens, works: opens },
     },
     {
         check: 'recovery-missing',
@@ -169,11 +181,12 @@ export const faults = [
                     Always: 'true',
                     OnScreenOnly: 'false',
                     ReplaceFont: 'DejaVu Serif',
-                    SubstituteFont: 'Nosuch Sans',
+                    SubstituteFont: missingFont,
                 }),
             );
         },
-        seen: 'the replacement is not made',
+        shows: async (_, office) =>
+            !(await isReplaced(office)) && (await isReplaced(office, 'DejaVu Sans')),
         works: ({ version }) => version === '1.2',
     },
     {
@@ -183,6 +196,22 @@ export const faults = [
             office.addItem(entry('/org.openoffice.Office.Common/Misc', 'UseOpenCL', 'true')),
         seen: 'calculations are slow or fail',
         works: ({ version }) => version === '1.2',
+    },
+    {
+        check: 'skia',
+        name: 'Skia without a driver for Vulkan',
+        session: { SAL_USE_VCLPLUGIN: 'gen' },
+        plant: async (office) => {
+            // What LibreOffice writes when it takes Skia.
+            await office.writeFile(skiaLog, 'planted\n');
+            await office.addItem(entry('/org.openoffice.Office.Common/VCL', 'UseSkia', 'true'));
+        },
+        works: ({ version }) => version === '1.2',
+        window: {
+            later: `grep -q . "${skiaLog}"`,
+            shows: (_, office) => skiaIn(office) === 'RenderMethod: raster',
+            works: (seen, office) => opens(seen) && skiaIn(office) === 'planted',
+        },
     },
     {
         check: 'java-gone',
@@ -227,4 +256,5 @@ export const faults = [
         works: ({ version }) => version !== null,
     },
     ...sessionFaults,
+    ...surroundingFaults,
 ];

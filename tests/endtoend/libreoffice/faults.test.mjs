@@ -1,12 +1,19 @@
 import { afterAll, afterEach, beforeEach, describe, expect, test } from 'vitest';
 
 import { faults } from './faults.mjs';
+import { FaultTable } from './faulttable.mjs';
 import { missing } from './missing.mjs';
 import { OfficeRoot, profile, removeUsedProfile, settings } from './officeroot.mjs';
 
+const column = 'seen in LibreOffice';
+const saved = { [column]: 'in what it saves or says' };
+const refused = { [column]: 'it refuses' };
+/** What users notice, where no test sees it in LibreOffice. */
+const notShown = ({ seen = 'read from files' }) => ({ [column]: `not by a test (${seen})` });
 const all = process.env.LIBREOFFICE_FAULTS === 'all';
 const chosen = faults.filter((fault) => all || fault.normal);
 
+const table = new FaultTable();
 let office;
 
 beforeEach(async () => {
@@ -14,7 +21,10 @@ beforeEach(async () => {
 });
 
 afterEach(async () => office.dispose());
-afterAll(removeUsedProfile);
+afterAll(() => {
+    removeUsedProfile();
+    if (all) table.write('saved');
+});
 
 test('a LibreOffice that was used is found and has nothing wrong', async () => {
     expect(await office.suites()).toMatchObject([
@@ -43,50 +53,67 @@ test('so has one that was never started', async () => {
 describe.each(chosen)('$name', (fault) => {
     const area = fault.area ?? '/home/user/.config/libreoffice';
 
-    test('is seen, named, mended and brought back', async () => {
-        await fault.plant(office);
-        const planted = office.tree(area);
-        expect(await office.findings(fault.session)).toEqual([fault.check]);
-        if (fault.byHand) {
-            expect(await fault.shows(null, office)).toBe(true);
-            return;
-        }
-        expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
-        expect(await office.findings(fault.session)).toEqual([]);
-        expect(await office.undo()).toBe('undone');
-        expect(office.tree(area)).toEqual(planted);
-        if (fault.shows) {
-            const converted = await office.convert({ env: fault.session, ...fault });
-            expect(await fault.shows(converted, office)).toBe(true);
-        }
-    });
+    test('is seen, named, mended and brought back', () =>
+        table.timed(fault, async () => {
+            await fault.plant(office);
+            const planted = office.tree(area);
+            expect(await office.findings(fault.session)).toEqual([fault.check]);
+            table.note(fault, { 'named alone': 'yes' });
+            if (fault.byHand) {
+                expect(await fault.shows(null, office)).toBe(true);
+                table.note(fault, { ...refused, mended: 'by hand' });
+                return;
+            }
+            expect(await office.fix(fault)).toMatchObject([{ result: 'repaired' }]);
+            expect(await office.findings(fault.session)).toEqual([]);
+            table.note(fault, { mended: 'yes' });
+            expect(await office.undo()).toBe('undone');
+            expect(office.tree(area)).toEqual(planted);
+            table.note(fault, { undone: 'yes' });
+            if (fault.shows) {
+                const converted = await office.convert({ env: fault.session, ...fault });
+                expect(await fault.shows(converted, office)).toBe(true);
+                table.note(fault, saved);
+            } else if (!fault.window) {
+                table.note(fault, notShown(fault));
+            }
+        }));
 
     test.runIf(fault.works && (all || fault.shows))(
         'is gone for LibreOffice after the repair',
-        async () => {
-            await fault.plant(office);
-            await office.fix(fault);
-            // A new session no longer has what its file had set.
-            const converted = await office.convert({ env: fault.session });
-            expect(await fault.works(converted, office)).toBe(true);
-        },
+        () =>
+            table.timed(fault, async () => {
+                await fault.plant(office);
+                await office.fix(fault);
+                // A new session no longer has what its file had set.
+                const converted = await office.convert({ env: fault.session });
+                expect(await fault.works(converted, office)).toBe(true);
+                if (!fault.byHand) table.note(fault, { mended: 'yes' });
+            }),
     );
 });
 
 test.runIf(all).each(missing)(
     '$name is named with the command',
-    async ({ env, plant, findings, shows, patience }) => {
-        await plant(office);
-        expect([...new Set(await office.findings(env))].sort()).toEqual(
-            Object.keys(findings).sort(),
-        );
-        for (const [check, command] of Object.entries(findings)) {
-            const changes = await office.plan(check, env);
-            expect([...new Set(changes.map((change) => change.command))]).toEqual(
-                command === null ? [] : [command],
+    async ({ name, env, plant, findings, shows, patience, window }) => {
+        const fault = { name, check: Object.keys(findings).join(', ') };
+        await table.timed(fault, async () => {
+            await plant(office);
+            expect([...new Set(await office.findings(env))].sort()).toEqual(
+                Object.keys(findings).sort(),
             );
-        }
-        if (shows) expect(await shows(await office.convert({ env, patience }), office)).toBe(true);
+            for (const [check, command] of Object.entries(findings)) {
+                const changes = await office.plan(check, env);
+                expect([...new Set(changes.map((change) => change.command))]).toEqual(
+                    command === null ? [] : [command],
+                );
+            }
+            table.note(fault, { 'named alone': 'yes', mended: 'the command is shown' });
+            if (shows) {
+                expect(await shows(await office.convert({ env, patience }), office)).toBe(true);
+            }
+            if (shows || !window) table.note(fault, shows ? saved : notShown({}));
+        });
     },
 );
 
@@ -112,6 +139,10 @@ test.runIf(all)(
         expect(stdout).toMatch(/^stopped: 1\d\d$/m);
         expect(stdout).toMatch(/libreoffice\.hung .*hangs/);
         expect(stdout).toMatch(/^fixed: 0\nthere: 1\nended: 0\nplan\.fodt$/m);
+        table.note(
+            { name: 'one that hangs', check: 'hung' },
+            { ...saved, mended: 'yes', undone: 'cannot be' },
+        );
     },
 );
 

@@ -4,6 +4,7 @@ import path from 'node:path';
 
 import { afterAll, beforeEach, afterEach, describe, expect, test } from 'vitest';
 
+import { FaultTable } from './faulttable.mjs';
 import { recent } from './items.mjs';
 import { OfficeRoot, removeUsedProfile } from './officeroot.mjs';
 
@@ -14,10 +15,28 @@ const place = '/usr/lib/libreoffice';
 const desktop = (name) => ({ DISPLAY: ':9', XDG_CURRENT_DESKTOP: name });
 const writer = ['soffice', '--writer'];
 
+const inWindows = 'in its windows';
+const table = new FaultTable();
+
+let begin;
 let office;
 let trees;
 
+/** Takes down that a fault, which the administrator mends, was seen and named. */
+function named(name, check, seen, mended = 'the command is shown') {
+    table.note(
+        { name, check },
+        {
+            'seen in LibreOffice': seen,
+            'named alone': 'yes',
+            mended,
+            s: (Date.now() - begin) / 1000,
+        },
+    );
+}
+
 beforeEach(async () => {
+    begin = Date.now();
     office = await OfficeRoot.create();
     trees = [];
 });
@@ -27,7 +46,10 @@ afterEach(async () => {
     for (const tree of trees) fs.rmSync(tree, { recursive: true });
 });
 
-afterAll(removeUsedProfile);
+afterAll(() => {
+    removeUsedProfile();
+    if (withWindows) table.write('installations');
+});
 
 /** Shows the installation without some of its files. */
 function install(...missing) {
@@ -66,6 +88,7 @@ describe.runIf(withWindows)('a desktop', () => {
             'apt-get install libreoffice-gtk3',
         ]);
         expect((await office.window(writer, {})).plugins).toEqual(['gen']);
+        named('no plug-in for GTK', 'gtk-plugin', inWindows);
     });
 
     test('without the plug-in for Qt has windows of another kind', async () => {
@@ -76,6 +99,7 @@ describe.runIf(withWindows)('a desktop', () => {
         ]);
         const { plugins } = await office.window(writer, { env: { XDG_CURRENT_DESKTOP: 'KDE' } });
         expect(plugins).not.toContain('kf5');
+        named('no plug-in for Qt', 'qt-plugin', inWindows);
     });
 
     test('without the module of its input method is named', async () => {
@@ -85,6 +109,7 @@ describe.runIf(withWindows)('a desktop', () => {
         expect(await commandsFor('input-module', env)).toEqual([
             'apt-get install fcitx5-frontend-gtk3',
         ]);
+        named('no module of the input method', 'input-module', 'not by a test (no typing)');
     });
 
     test('that forbids windows has none until the line is removed', async () => {
@@ -106,6 +131,9 @@ describe.runIf(withWindows)('a desktop', () => {
         ]);
         expect(await office.undo()).toBe('undone');
         expect(await office.readFile('/home/user/.profile')).toBe(`umask 022\n${line}`);
+        const fault = { name: 'a line that forbids windows', check: 'no-windows-setting' };
+        named(fault.name, fault.check, inWindows, 'yes');
+        table.note(fault, { undone: 'yes' });
     });
 
     test('without Base cannot open a database', async () => {
@@ -116,6 +144,7 @@ describe.runIf(withWindows)('a desktop', () => {
         expect(await commandsFor('base-missing', desktop('GNOME'))).toEqual([
             'apt-get install libreoffice-base',
         ]);
+        named('a database without Base', 'base-missing', 'not by a test (read from files)');
     });
 
     test('without the import of PDF cannot edit one', async () => {
@@ -136,6 +165,7 @@ describe.runIf(withWindows)('a desktop', () => {
             'apt-get install libreoffice-draw',
         ]);
         expect(await edited()).toBe('');
+        named('a PDF without its import', 'pdf-import-missing', 'in what it saves or says');
     });
 
     test.each([
@@ -157,6 +187,7 @@ describe.runIf(withWindows)('a desktop', () => {
             fs.cpSync(withFonts, fonts, { recursive: true });
             expect(await office.findings(desktop('GNOME'), { withFonts: true })).toEqual([]);
             expect(await office.fontsFor(family)).toContain(like);
+            named(`no font like ${family}`, `fonts-${name}`, 'in what it saves or says');
         },
     );
 });

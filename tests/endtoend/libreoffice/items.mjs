@@ -17,7 +17,7 @@ export const recent = (address) =>
         { Title: 'recent' },
     );
 /** A text document in one font. */
-export const textIn = (family) => `<?xml version="1.0" encoding="UTF-8"?>
+export const textIn = (family, text = 'A plan.') => `<?xml version="1.0" encoding="UTF-8"?>
 <office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0"
  xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"
  xmlns:style="urn:oasis:names:tc:opendocument:xmlns:style:1.0"
@@ -25,6 +25,6 @@ export const textIn = (family) => `<?xml version="1.0" encoding="UTF-8"?>
  office:version="1.2" office:mimetype="application/vnd.oasis.opendocument.text">
 <office:automatic-styles><style:style style:name="P1" style:family="paragraph">
 <style:text-properties fo:font-family="${family}"/></style:style></office:automatic-styles>
-<office:body><office:text><text:p text:style-name="P1">A plan.</text:p></office:text></office:body>
+<office:body><office:text><text:p text:style-name="P1">${text}</text:p></office:text></office:body>
 </office:document>
 `;

@@ -3,14 +3,32 @@ import path from 'node:path';
 
 import { recent } from './items.mjs';
 import { profile, settings } from './officeroot.mjs';
+import { opens, opensNot } from './windowsession.mjs';
 
 const someoneElse = 4711;
 const fontLists = '/home/user/.cache/fontconfig';
 const profileRoot = '/home/user/.config/libreoffice/4';
 
+const javaParts = `<?xml version="1.0" encoding="UTF-8"?>
+<manifest:manifest xmlns:manifest="http://openoffice.org/2001/manifest">
+<manifest:file-entry manifest:media-type="application/vnd.sun.star.uno-component;type=Java"
+ manifest:full-path="tidy.jar"/>
+</manifest:manifest>
+`;
+
+/** Whether LibreOffice refuses an extension because it finds no Java. */
+async function lacksJava(office) {
+    await office.writeFile('/home/user/tidy/META-INF/manifest.xml', javaParts);
+    const { stdout, stderr } = await office.shell(`cd tidy
+        python3 -m zipfile -c tidy.jar META-INF && python3 -m zipfile -c ../tidy.oxt META-INF tidy.jar
+        timeout 60 unopkg add ../tidy.oxt; echo "ended: $?"`);
+    return /[Jj]ava/.test(stderr) && stdout.trim() !== 'ended: 0';
+}
+
 /**
  * What only the administrator can change: how it is planted, the command that is shown, and what
- * the real LibreOffice does with it where one without windows shows it.
+ * the real LibreOffice does with it: one without windows (shows), or with windows (window), but
+ * for what is plain.
  *
  * @typedef {import('./officeroot.mjs').OfficeRoot} Office
  * @type {{
@@ -20,22 +38,59 @@ const profileRoot = '/home/user/.config/libreoffice/4';
  *     findings: Record<string, string | null>,
  *     shows?: (converted: { version: string | null }, office: Office) => unknown,
  *     patience?: number,
+ *     window?: {
+ *         isPlain?: boolean,
+ *         patience?: number,
+ *         shows: (seen: { windows: Record<string, number> }) => boolean,
+ *     },
  * }[]}
  */
 export const missing = [
     {
         name: 'a formula without Math',
         plant: async (office) => {
-            await office.writeFile('/home/user/area.odf', 'no formula');
-            await office.addItem(recent('file:///home/user/area.odf'));
+            await office.writeFile(
+                '/home/user/area.mml',
+                '<math xmlns="http://www.w3.org/1998/Math/MathML"><mi>x</mi></math>\n',
+            );
+            await office.addItem(recent('file:///home/user/area.mml'));
         },
         findings: { 'math-missing': 'apt-get install libreoffice-math' },
+        // It takes the formula for a text.
+        shows: async (_, office) => {
+            const { stdout } = await office.shell(
+                'timeout 60 soffice --headless --convert-to pdf area.mml',
+            );
+            return stdout.includes('writer_pdf_Export');
+        },
+    },
+    {
+        name: 'an extension without Java',
+        plant: async (office) => {
+            const nothing = path.join(office.hostPath('/tmp'), 'nojava');
+            fs.mkdirSync(nothing);
+            office.bind(nothing, '/usr/lib/jvm');
+            const cache = `${profile}/uno_packages/cache/uno_packages/lu1_/tidy.oxt`;
+            await office.writeFile(`${cache}/META-INF/manifest.xml`, javaParts);
+        },
+        findings: { 'java-missing': 'apt-get install default-jre' },
+        shows: (_, office) => lacksJava(office),
     },
     {
         name: 'a macro without Python',
         plant: (office) =>
-            office.writeFile(`${profile}/Scripts/python/tidy.py`, 'def tidy():\n    pass\n'),
+            office.writeFile(
+                `${profile}/Scripts/python/tidy.py`,
+                "def tidy():\n    open('ran', 'w').close()\n",
+            ),
         findings: { 'python-missing': 'apt-get install libreoffice-script-provider-python' },
+        shows: async (_, office) => {
+            const { stdout } = await office.shell(`
+                timeout 60 soffice --headless \
+                    'vnd.sun.star.script:tidy.py$tidy?language=Python&location=user'
+                echo "ended: $?"`);
+            return stdout !== 'ended: 0\n' && !(await office.exists('/home/user/ran'));
+        },
     },
     {
         name: 'a document on a server without GVFS',
@@ -53,12 +108,14 @@ export const missing = [
             spelling: 'apt-get install hunspell-de-at',
             thesaurus: 'apt-get install mythes-de',
         },
+        window: { shows: opens },
     },
     {
         name: 'a desktop with a LibreOffice that has no windows',
         env: { DISPLAY: ':9' },
         plant: async () => {},
         findings: { 'no-windows': 'apt-get install libreoffice-gtk3' },
+        window: { isPlain: true, patience: 15, shows: opensNot },
     },
     {
         name: 'a full disk below the settings',
@@ -75,8 +132,7 @@ export const missing = [
         patience: 10,
     },
     // Test machines have neither AppArmor nor Snap: the files that their checks read are planted in
-    // their places, so LibreOffice itself shows nothing. A share whose server is away cannot be
-    // mounted here; tests/doctor/fixtures has it as a table of mounts.
+    // their places, so LibreOffice itself shows nothing.
     {
         name: 'AppArmor around LibreOffice',
         plant: async (office) => {

@@ -3,8 +3,9 @@ import os from 'node:os';
 import path from 'node:path';
 
 import { SandboxRoot } from '../sandboxroot.mjs';
+import { hangingShare } from './hangingshare.mjs';
 import { textIn } from './items.mjs';
-import { seenIn, sessionWith } from './windowsession.mjs';
+import { seenIn, sessionOf, sessionWith } from './windowsession.mjs';
 
 export const profile = '/home/user/.config/libreoffice/4/user';
 export const settings = `${profile}/registrymodifications.xcu`;
@@ -43,6 +44,7 @@ export function removeUsedProfile() {
 /** A private root with the real LibreOffice and a home that has used it. */
 export class OfficeRoot {
     #root;
+    #ends = [];
 
     static async empty() {
         const office = new OfficeRoot();
@@ -101,6 +103,11 @@ export class OfficeRoot {
         this.#root.bind(host, inside);
     }
 
+    /** Shows host programs beside those of /usr/bin. */
+    addPrograms(programs) {
+        this.#root.addPrograms(programs);
+    }
+
     run(command, options) {
         return this.#root.run(command, options);
     }
@@ -133,12 +140,19 @@ export class OfficeRoot {
         return this.#root.exists(inside);
     }
 
-    dispose() {
-        return this.#root.dispose();
+    /** A folder that is on a server which is away, see hangingshare.mjs. */
+    async addHangingShare(inside) {
+        await this.makeDirectory(inside);
+        this.#ends.push(await hangingShare(this.hostPath(inside)));
     }
 
-    shell(script, env = {}) {
-        return this.#root.run(['/bin/bash', '-c', script], { env });
+    async dispose() {
+        for (const end of this.#ends) await end();
+        await this.#root.dispose();
+    }
+
+    shell(script, env = {}, timeoutMs = undefined) {
+        return this.#root.run(['/bin/bash', '-c', script], { env, timeoutMs });
     }
 
     /** Adds an item to the settings, which LibreOffice writes one a line. */
@@ -167,8 +181,8 @@ export class OfficeRoot {
     }
 
     /** The fonts that LibreOffice takes for a text in that font. */
-    async fontsFor(family) {
-        await this.writeFile('/home/user/text.fodt', textIn(family));
+    async fontsFor(family, text = 'A plan.') {
+        await this.writeFile('/home/user/text.fodt', textIn(family, text));
         await this.shell(
             'timeout -k 1 60 soffice --headless --convert-to pdf --outdir /home/user /home/user/text.fodt',
         );
@@ -223,6 +237,12 @@ export class OfficeRoot {
     async window(command, options) {
         const { stdout } = await this.#root.run(...sessionWith(command, options));
         return seenIn(stdout);
+    }
+
+    /** What a script prints in a session with windows, see windowsession.mjs. */
+    async session(commands) {
+        const { stdout } = await this.#root.run(...sessionOf(commands));
+        return stdout;
     }
 
     /** Everything below a path: name → mode and content or target. */

@@ -67,8 +67,13 @@ export const sessionFaults = [
         area: '/home/user/.profile',
         plant: (office) =>
             office.writeFile('/home/user/.profile', 'umask 022\nexport SAL_USE_VCLPLUGIN=kde4\n'),
-        seen: 'windows look foreign',
+        env: { SAL_USE_VCLPLUGIN: 'kde4' },
         works: ({ version }) => version === '1.2',
+        window: {
+            // It takes another one.
+            shows: ({ plugins }) => plugins.join() === 'gtk3',
+            works: opens,
+        },
     },
     {
         check: 'preload',
@@ -123,7 +128,7 @@ export const sessionFaults = [
         area: '/home/user/.cups',
         plant: (office) =>
             office.writeFile('/home/user/.cups/client.conf', 'ServerName 127.0.0.2\n'),
-        seen: 'the print dialog opens late',
+        seen: 'printers are missing',
         works: ({ version }) => version === '1.2',
     },
     {

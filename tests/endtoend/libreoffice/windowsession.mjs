@@ -2,10 +2,10 @@
 export const textDocument = 'Untitled 1 - LibreOffice Writer';
 const newDocument = `^${textDocument}$`;
 export const opens = ({ windows }) => textDocument in windows;
+const display = ['xvfb-run', '-a', 'dbus-run-session', '--', 'bash', '-c'];
 export const opensNot = (seen) => !opens(seen);
 
-/** Prints "window TITLE<tab>WIDTH" of each window, and how the program does. */
-const script = `
+const windows = `
 windows() {
     xdotool search --onlyvisible --name . 2>/dev/null | while read -r id; do
         echo "window $(xdotool getwindowname "$id" 2>/dev/null)	$(
@@ -13,6 +13,10 @@ windows() {
     done
 }
 export -f windows
+`;
+
+/** Prints "window TITLE<tab>WIDTH" of each window, and how the program does. */
+const script = `${windows}
 until=$1 patience=$2 later=$3
 shift 3
 "$@" >/dev/null 2>&1 &
@@ -29,6 +33,18 @@ if pid=$(pgrep -x soffice.bin); then
 fi`;
 
 /**
+ * A session on a display of its own that runs a script, in which "windows" lists the windows and
+ * "await SECONDS COMMAND" waits until a command of the shell holds.
+ */
+export function sessionOf(commands) {
+    const waits = 'await() { timeout "$1" bash -c "until $2; do sleep 0.1; done" >/dev/null; }';
+    return [
+        [...display, `${windows}\n${waits}\n${commands}`],
+        { env: { XDG_CURRENT_DESKTOP: 'GNOME' } },
+    ];
+}
+
+/**
  * A session that starts a program on a display of its own and waits until the title of a window
  * matches, the program has ended, or so many seconds are over; then until a command of the shell
  * holds.
@@ -37,9 +53,8 @@ export function sessionWith(
     command,
     { until = newDocument, patience = 40, later = 'true', env = {} } = {},
 ) {
-    const words = ['xvfb-run', '-a', 'dbus-run-session', '--', 'bash', '-c', script, 'session'];
     return [
-        [...words, until, `${patience}`, later, ...command],
+        [...display, script, 'session', until, `${patience}`, later, ...command],
         { env: { XDG_CURRENT_DESKTOP: 'GNOME', ...env } },
     ];
 }

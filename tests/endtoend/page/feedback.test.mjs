@@ -56,6 +56,7 @@ test('system report and dumps are included on request', async () => {
     await view.shows(texts.archive.there, patience);
     const files = await archived(shared.inHome('whole.tar.gz'));
     expect([...files.keys()]).toEqual(expect.arrayContaining(['sysinfo.txt', 'vyr_17.dmp']));
+    expect(files.get('sysinfo.txt')).toContain('suite-begin');
 });
 
 test('a file of any name is in the archive, and none is run', async () => {

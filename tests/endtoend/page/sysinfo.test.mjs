@@ -1,3 +1,4 @@
+import fs from 'node:fs';
 import os from 'node:os';
 import { expect, test } from 'vitest';
 
@@ -5,6 +6,7 @@ import { pageTexts } from './texts.mjs';
 import { patience, viewTests } from './viewtest.mjs';
 
 const texts = pageTexts.sysinfo;
+const libreOffice = '/usr/lib/libreoffice';
 const shared = viewTests();
 
 test('the system report tells of this machine, filters, and is exported', async () => {
@@ -24,6 +26,13 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.shows(pageTexts.export.shown, patience);
     const written = await shared.fileWith(report, (text) => text.includes('suite-end'));
     expect(written).toContain('seen in the report');
+});
+
+test.runIf(fs.existsSync(libreOffice))('the overview names the suite of this machine', async () => {
+    const home = await shared.home();
+    await home.press(pageTexts.home.report.view);
+    const view = await shared.view('sysinfo');
+    await view.shows(`(${libreOffice})`, patience);
 });
 
 test('a report that cannot be written is not called saved', async () => {

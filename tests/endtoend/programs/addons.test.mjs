@@ -1,3 +1,5 @@
+import fs from 'node:fs';
+
 import { afterEach, beforeEach, expect, test } from 'vitest';
 
 import { beside, displayAndBus } from '../beside.mjs';
@@ -108,6 +110,17 @@ test('extensions, macros and events are listed with what they use, and what fail
     ].join('');
     expect(below('Events that start a macro').split('Log of')[0]).toBe(events);
     expect(below('Log of the extension manager')).toContain('ERROR: unopkg failed.');
+});
+
+test('a list of extensions that is too big to read is named as that', async () => {
+    const cache = `${profile}/uno_packages/cache`;
+    await root.writeFile(`${cache}/uno_packages/lu1_/tidy.oxt/description.xml`, '<description/>');
+    const list = `${cache}/registry/com.sun.star.comp.deployment.bundle.PackageRegistryBackend/backenddb.xml`;
+    await root.writeFile(list, '');
+    fs.truncateSync(root.hostPath(list), 17 << 20);
+    const end = await root.run([tool, '-apilog']);
+    expect(end.stdout).toContain('Fault: whether it is registered cannot be read: ');
+    expect(end.stdout).not.toContain('it is not registered');
 });
 
 test('its window is what the command opens', async () => {

@@ -121,6 +121,7 @@ data = open(folder + '/letter.odt', 'rb').read()
 open(folder + '/cut.odt', 'wb').write(data[:-80])
 open(folder + '/text.odt', 'wb').write(b'Old Company')
 open(folder + '/old.xls', 'wb').write(bytes.fromhex('d0cf11e0a1b11ae1') + b'Old Company')
+open(folder + '/secret.docx', 'wb').write(bytes.fromhex('d0cf11e0a1b11ae1') + 'EncryptedPackage'.encode('utf-16-le'))
 open(folder + '/locked.odt', 'wb').write(data)
 open(folder + '/.~lock.locked.odt#', 'w').write(',user,host,,;')
 copy('xml.odt', lambda n, c: c[:-5] if n == 'content.xml' else c)
@@ -143,7 +144,8 @@ with zipfile.ZipFile(folder + '/signed.odt', 'a') as z: z.writestr('META-INF/doc
         'cut.odt': 'it is damaged',
         'locked.odt': 'it is open in another program',
         'old.xls':
-            'it is in an older binary format; convert it first, for example to .odt or .docx',
+            'it is in an older binary format; save it in a newer one first, such as OpenDocument',
+        'secret.docx': 'it is protected with a password',
         'secret.odt': 'it is protected with a password',
         'signed.odt': 'it is signed, and a change would break the signature',
         'text.odt': 'it is neither an OpenDocument nor an Office Open XML document',

@@ -54,10 +54,12 @@ private slots:
 
     void whatAPartCostsIsFoundByLeavingItOut()
     {
-        suite("cd \"$profile/user\" 2>/dev/null || { echo clean >> \"$HOME/log\"; exit; }\n"
-              "echo $(ls) $(grep -c Histories registrymodifications.xcu 2>/dev/null) >> "
-              "\"$HOME/log\"\n"
-              "[ ! -e uno_packages ] || sleep 0.1\n");
+        suite(
+            "case $profile in */0) mkdir -p \"$profile/user\"; echo clean >> \"$HOME/log\"; exit;; "
+            "esac\ncd \"$profile/user\"\n"
+            "echo $(ls) $(grep -c Histories registrymodifications.xcu 2>/dev/null) >> "
+            "\"$HOME/log\"\n"
+            "[ ! -e uno_packages ] || sleep 0.1\n");
         const auto times = helio::measuredStart(state(), [](int, int) { return true; });
         QCOMPARE(times.problem, QString());
         QCOMPARE(times.parts.size(), 3);
@@ -92,6 +94,28 @@ private slots:
         suite("exit 77\n");
         const auto times = helio::measuredStart(state(), [](int, int) { return true; });
         QCOMPARE(times.problem, QStringLiteral("LibreOffice cannot be started"));
+        QVERIFY(times.parts.isEmpty());
+    }
+
+    void aHangingSuiteIsGivenUp()
+    {
+        suite("echo start >> \"$HOME/log\"\nyes rubbish\n");
+        constexpr int longestMs = 1000;
+        const auto times = helio::measuredStart(
+            state(), [](int, int) { return true; }, longestMs);
+        QCOMPARE(times.problem,
+                 QStringLiteral("LibreOffice did not come to its end within 1 seconds"));
+        QCOMPARE(readFile(inHome("log")), QByteArray("start\n"));
+        QCOMPARE(leftFolders(), QStringList());
+    }
+
+    void whatStartsNothingHasNoTimes()
+    {
+        suite("echo rubbish\n");
+        const auto times = helio::measuredStart(state(), [](int, int) { return true; });
+        QVERIFY2(
+            times.problem.startsWith(QLatin1String("LibreOffice ended without having started: ")),
+            qPrintable(times.problem));
         QVERIFY(times.parts.isEmpty());
     }
 

@@ -45,11 +45,12 @@ function countedProcessors(processors: string[]): string[] {
     return [...counts].map(([name, count]) => (count > 1 ? `${count} × ${name}` : name));
 }
 
-function overview(snapshot: SystemSnapshot, t: Translate): Row[] {
+function overview(snapshot: SystemSnapshot, t: Translate, installed: string): Row[] {
     const none = t('sysinfo.none');
+    const suites = [installed, snapshot.suiteVersion ?? ''].filter(Boolean);
     return [
         { label: t('sysinfo.kernel'), value: snapshot.kernel || none },
-        { label: t('sysinfo.suite'), value: snapshot.suiteVersion ?? t('sysinfo.noSuite') },
+        { label: t('sysinfo.suite'), value: suites.join('; ') || t('sysinfo.noSuite') },
         {
             label: t('sysinfo.sections.processors'),
             value: countedProcessors(snapshot.processors).join('; ') || none,
@@ -81,10 +82,11 @@ function overview(snapshot: SystemSnapshot, t: Translate): Row[] {
     ];
 }
 
-export function sectionsOf(snapshot: SystemSnapshot, t: Translate): Sections {
+/** @param installed the office suite that is looked after, beside the assistant's own */
+export function sectionsOf(snapshot: SystemSnapshot, t: Translate, installed = ''): Sections {
     const lines = (values: string[]): Row[] => values.map((value) => ({ value }));
     return {
-        overview: overview(snapshot, t),
+        overview: overview(snapshot, t, installed),
         fonts: snapshot.fonts.map(({ family, style }) => ({ value: family, style })),
         environment: snapshot.variables.map(({ name, value }) => ({
             label: name,

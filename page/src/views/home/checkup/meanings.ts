@@ -27,6 +27,8 @@ const meanings: Record<string, Record<string, string>> = {
         preload: 'preload',
         'newer-settings': 'dropped',
         'extension-newer': 'extension',
+        'java-missing': 'noJava',
+        'flatpak-fonts': 'fontsNotSeen',
     },
     memory: { tight: 'memory' },
     updater: { '': 'updates' },
