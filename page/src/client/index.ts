@@ -57,7 +57,14 @@ export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
 export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
 export type { Extension, Installation, SuiteState } from './suite';
 export type { SystemSnapshot, Variable } from './systemsnapshot';
-export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
+export { mostPaths } from './systemcommands';
+export type {
+    FileLook,
+    FilePermissions,
+    MachineMemory,
+    Process,
+    ReportEnd,
+} from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
 export type { TaskName } from './wire/host';

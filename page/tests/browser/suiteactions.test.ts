@@ -252,6 +252,24 @@ describe('the file search', () => {
             expect(await view.locator('.hit-row').count()).toBe(3);
         }));
 
+    it('begins on its own once nothing more is typed', () =>
+        play(named('search', { startsearchfile: {} }), async (view) => {
+            await view.locator('.search-keyword input').fill('report');
+            await sent(view, 'startsearchfile');
+            expect((await lastSent(view))[0]?.args).toEqual({ keyword: 'report' });
+            // It runs already, so Enter has nothing to start.
+            await view.keyboard.press('Enter');
+            await view.keyboard.press('F5');
+            await sent(view, 'startsearchfile', 2);
+            expect(await sentNames(view)).toEqual(['startsearchfile', 'startsearchfile']);
+        }));
+
+    it('marks what was searched for, whatever its case', () =>
+        play(named('search-found'), async (view) => {
+            const marks = await view.locator('.hit-row mark').allTextContents();
+            expect(new Set(marks)).toEqual(new Set(['report', 'Report']));
+        }));
+
     it('drops the hits of the search before, until the host has taken the new one', () =>
         play(
             named('search-late', {

@@ -241,6 +241,8 @@ void TaskFilesTest::pathsAreDescribedWhole()
     QCOMPARE(word(file, "path"), path);
     QCOMPARE(word(file, "mode"), QStringLiteral("0640"));
     QCOMPARE(word(file, "kind"), QStringLiteral("file"));
+    QCOMPARE(file.value(QStringLiteral("size")).toInt(), 1);
+    QVERIFY(!rows.at(2).toObject().contains(QStringLiteral("size")));
     QVERIFY(word(file, "changed").endsWith(QLatin1Char('Z')));
     QVERIFY(!rows.at(1)[QStringLiteral("exists")].toBool());
     QCOMPARE(word(rows.at(2).toObject(), "kind"), QStringLiteral("directory"));
