@@ -2,9 +2,12 @@
 
 #include <QApplication>
 #include <QChildEvent>
+#include <QDropEvent>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QStackedLayout>
 #include <QWebChannel>
 #include <QWebEngineProfile>
@@ -71,10 +74,10 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings,
-                      namesOf(helpers) + operations.keys());
+                      namesOf(helpers) + withOwn(operations).keys());
     m_wire->setDoctor(helpers.doctor);
     m_wire->setTasks(helpers.tasks);
-    m_wire->setOperations(operations);
+    m_wire->setOperations(withOwn(operations));
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
     m_page->setBackgroundColor(ground);
     m_ground->setPalette(QPalette(ground));
@@ -97,6 +100,19 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
 }
 
 WebEngineBrowser::~WebEngineBrowser() = default;
+
+PageOperations WebEngineBrowser::withOwn(const PageOperations &operations)
+{
+    PageOperations all = operations;
+    if (all.isEmpty())
+        return all;
+    all.insert(QStringLiteral("window.dropped"), [this](const QJsonObject &) {
+        const QJsonArray paths = QJsonArray::fromStringList(m_dropped);
+        m_dropped.clear();
+        return QJsonObject{{QStringLiteral("paths"), paths}};
+    });
+    return all;
+}
 
 void WebEngineBrowser::setZoomLevel(int level)
 {
@@ -169,6 +185,14 @@ bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
         QObject *child = static_cast<QChildEvent *>(event)->child();
         if (child->isWidgetType())
             child->installEventFilter(this);
+    }
+    if (event->type() == QEvent::Drop) {
+        m_dropped.clear();
+        const QList<QUrl> urls = static_cast<QDropEvent *>(event)->mimeData()->urls();
+        for (const QUrl &url : urls) {
+            if (url.isLocalFile())
+                m_dropped.append(url.toLocalFile());
+        }
     }
     const bool pressed = event->type() == QEvent::KeyPress;
     if (watched != m_view && (pressed || event->type() == QEvent::KeyRelease)) {

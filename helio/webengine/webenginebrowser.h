@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QUrl>
 
 #include "helio/webengine/pagedirectory.h"
@@ -60,6 +61,8 @@ signals:
     void closeRequested();
 
 private:
+    /// What the shell offers, and what only this page can be told.
+    PageOperations withOwn(const PageOperations &operations);
     void askForApi();
     void finishLoad(bool ok);
     void passTitle();
@@ -83,6 +86,8 @@ private:
     WebEngineContainer *m_container;
     KxWebViewAsynJSObject *m_api = nullptr;
     QUrl m_url;
+    /// Files that were dropped last; a page learns the names but not the paths from Chromium.
+    QStringList m_dropped;
     bool m_focusOnLoad = false;
     bool m_isLoading = false;
     bool m_wasShown = false;

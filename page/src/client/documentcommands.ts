@@ -1,7 +1,10 @@
 import type { Caller } from './wire/caller';
 import {
     base64Text,
+    flag,
     members,
+    number,
+    optional,
     success,
     text,
     textList,
@@ -24,6 +27,37 @@ export interface FontSubstitutes {
 function fontSubstitutes(result: unknown): FontSubstitutes {
     const { families, packages } = members(result);
     return { families: textTable(families), packages: textList(packages) };
+}
+
+/** How a file looks. */
+export interface FilePreview {
+    exists: boolean;
+    size: number;
+    changed: Date;
+    /** A data address; empty where there is no picture of it. */
+    picture: string;
+    /** The beginning of a text. */
+    text: string;
+}
+
+function filePreview(result: unknown): FilePreview {
+    const { exists, size, changed, picture, text: start } = members(result);
+    return {
+        exists: flag(exists),
+        size: number(size),
+        changed: new Date(text(changed)),
+        picture: optional(picture, text, ''),
+        text: optional(start, text, ''),
+    };
+}
+
+export function previewOperations(caller: Caller) {
+    return {
+        get isOffered(): boolean {
+            return caller.offers('task.preview');
+        },
+        read: (path: string) => caller.perform('task.preview', filePreview, { path }),
+    };
 }
 
 /** Documents with problems; a dialog that the user cancels counts as failed. */

@@ -1,6 +1,6 @@
 /** The window, in a shell that shows a view beside the main page and not in a second window. */
 import type { Caller } from './wire/caller';
-import { flag, members, optional, text } from './wire/decode';
+import { flag, members, optional, text, textList } from './wire/decode';
 
 interface WindowState {
     /** What the user asked for from outside; empty if nothing or if it has been taken. */
@@ -28,6 +28,13 @@ export function windowOperations(caller: Caller) {
         get isShared(): boolean {
             return caller.offers('window.sidebar');
         },
+        /** Whether files that are dropped on a page have paths. */
+        get takesDrops(): boolean {
+            return caller.offers('window.dropped');
+        },
+        /** The paths of what was dropped last, once. */
+        dropped: () =>
+            caller.operate('window.dropped', (result) => textList(members(result).paths)),
         state: () => caller.operate('window.state', windowState),
         /** The state from before the action was taken. */
         takeAction: () => caller.operate('window.action', windowState),

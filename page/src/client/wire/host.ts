@@ -126,6 +126,7 @@ export const suiteOperationNames = [
 
 export const windowOperationNames = [
     'window.action',
+    'window.dropped',
     'window.leave',
     'window.maximise',
     'window.sidebar',
@@ -157,6 +158,9 @@ export const taskNames = [
     'task.start',
     'task.processes',
     'task.programs',
+    'task.machine',
+    'task.request',
+    'task.preview',
     'task.end',
 ] as const;
 
