@@ -55,7 +55,7 @@ export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { ListedProcess, MachineReading, ProgramLook } from './processes';
 export type { Difference } from './reports';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
-export type { NamedValues, ServerAnswer, ServerRequest, TimedAnswer } from './servercommands';
+export type { NamedValues, ServerAnswer, ServerRequest, Step, TimedAnswer } from './servercommands';
 export type { Extension, Installation, SuiteState } from './suite';
 export type { MachinePicture, SystemSnapshot, Variable } from './systemsnapshot';
 export { mostPaths } from './systemcommands';

@@ -216,6 +216,24 @@ describe('the document server', () => {
             ]);
         }));
 
+    it('gets exactly what the preview shows, where the shell times it', () =>
+        play(named('server-timed-again'), async (view) => {
+            expect((await lastSent(view))[0]).toMatchObject({
+                command: 'task.request',
+                args: { method: 'POST', url: 'https://server.example/save' },
+            });
+            const { headers } = (await lastSent(view))[0]!.args as {
+                headers: { name: string; value: string }[];
+            };
+            expect(headers).toContainEqual({
+                name: 'X-Session',
+                value: 'http://referrer; and more',
+            });
+            expect(await view.locator('.request-row input', { nth: 1 }).inputValue()).toBe(
+                'http://referrer; and more',
+            );
+        }));
+
     it('gets nothing while a row cannot be sent', () =>
         play(named('server-separator'), async (view) => {
             await view.keyboard.press('Enter');
