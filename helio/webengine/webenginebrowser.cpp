@@ -2,12 +2,9 @@
 
 #include <QApplication>
 #include <QChildEvent>
-#include <QDropEvent>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
-#include <QMimeData>
 #include <QStackedLayout>
 #include <QWebChannel>
 #include <QWebEngineProfile>
@@ -19,6 +16,7 @@
 
 #include "helio/doctor/doctoroperations.h"
 #include "helio/tasks/taskoperations.h"
+#include "helio/webengine/drops/droppedfiles.h"
 #include "helio/webengine/editmenu.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
@@ -65,11 +63,13 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
       m_view(new QWebEngineView(this)),
       m_ground(new QWidget(this)),
       m_page(new LocalPage(directory, profile, m_view)),
+      m_dropped(new DroppedFiles(this)),
       m_notice(new PageNotice(surroundings, this)),
       m_wire(new PageWire([this] { return m_page->isAtHome(); }, this)),
       m_container(new WebEngineContainer(m_wire, this))
 {
     m_view->installEventFilter(this);
+    m_view->installEventFilter(m_dropped);
     m_view->setPage(m_page);
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
@@ -106,11 +106,8 @@ PageOperations WebEngineBrowser::withOwn(const PageOperations &operations)
     PageOperations all = operations;
     if (all.isEmpty())
         return all;
-    all.insert(QStringLiteral("window.dropped"), [this](const QJsonObject &) {
-        const QJsonArray paths = QJsonArray::fromStringList(m_dropped);
-        m_dropped.clear();
-        return QJsonObject{{QStringLiteral("paths"), paths}};
-    });
+    all.insert(QStringLiteral("window.dropped"),
+               [this](const QJsonObject &) { return m_dropped->take(); });
     return all;
 }
 
@@ -183,15 +180,9 @@ bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
     // Chromium's widget, which receives the keys, may be replaced at any time.
     if (watched == m_view && event->type() == QEvent::ChildAdded) {
         QObject *child = static_cast<QChildEvent *>(event)->child();
-        if (child->isWidgetType())
+        if (child->isWidgetType()) {
             child->installEventFilter(this);
-    }
-    if (event->type() == QEvent::Drop) {
-        m_dropped.clear();
-        const QList<QUrl> urls = static_cast<QDropEvent *>(event)->mimeData()->urls();
-        for (const QUrl &url : urls) {
-            if (url.isLocalFile())
-                m_dropped.append(url.toLocalFile());
+            child->installEventFilter(m_dropped);
         }
     }
     const bool pressed = event->type() == QEvent::KeyPress;

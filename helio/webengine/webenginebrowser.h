@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStringList>
 #include <QUrl>
 
 #include "helio/webengine/pagedirectory.h"
@@ -14,6 +13,7 @@ class QWebEngineView;
 
 namespace helio {
 
+class DroppedFiles;
 class LocalPage;
 class PageNotice;
 class PageWire;
@@ -81,13 +81,12 @@ private:
     /// Covers the previous page until the next one has loaded, when a window is opened again.
     QWidget *m_ground;
     LocalPage *m_page;
+    DroppedFiles *m_dropped;
     PageNotice *m_notice;
     PageWire *m_wire;
     WebEngineContainer *m_container;
     KxWebViewAsynJSObject *m_api = nullptr;
     QUrl m_url;
-    /// Files that were dropped last; a page learns the names but not the paths from Chromium.
-    QStringList m_dropped;
     bool m_focusOnLoad = false;
     bool m_isLoading = false;
     bool m_wasShown = false;

@@ -60,6 +60,22 @@ export function previewOperations(caller: Caller) {
     };
 }
 
+interface PrintedDocument {
+    document: string;
+    /** Its path, from a shell that has read it back; else empty. */
+    pdf: string;
+}
+
+function printedDocument(result: unknown): PrintedDocument {
+    const { document, file } = members(result);
+    return { document: text(document), pdf: optional(file, text, '') };
+}
+
+const startedPrint = (result: unknown): PrintedDocument => ({
+    document: base64Text(result),
+    pdf: '',
+});
+
 /** Documents with problems; a dialog that the user cancels counts as failed. */
 export function documentCommands(caller: Caller) {
     return {
@@ -76,7 +92,7 @@ export function documentCommands(caller: Caller) {
         /** The document; the command may show the PDF of an earlier print. */
         printDocument: () =>
             caller.offers('task.print')
-                ? caller.perform('task.print', (result) => text(members(result).document))
-                : caller.ask('openprinterrorfile', base64Text),
+                ? caller.perform('task.print', printedDocument)
+                : caller.ask('openprinterrorfile', startedPrint),
     };
 }
