@@ -184,6 +184,8 @@ TaskEnd tasks::buildArchive(const TaskRun &run)
     if (!end.reason.isEmpty())
         return TaskEnd::failed(end.reason);
     end.file = run.file;
+    // An archive that is open in another program is not what one attaches or uploads.
+    end.toOpen = QFileInfo(run.file).path();
     end.isToOpen = true;
     return end;
 }

@@ -245,7 +245,9 @@ void TaskOperations::finish(const Call &call, const TaskEnd &end)
     const std::optional<Call> next = m_running.take(call.name).next;
     remember(call, end);
     QJsonObject result = resultOf(end);
-    result.insert(QStringLiteral("opened"), end.isToOpen && m_surroundings.open(end.file));
+    result.insert(QStringLiteral("opened"),
+                  end.isToOpen &&
+                      m_surroundings.open(end.toOpen.isEmpty() ? end.file : end.toOpen));
     call.answer(envelope(result));
     if (next)
         start(*next);

@@ -98,7 +98,7 @@ void TaskFilesTest::filesOfAnyNameAreArchived()
     page.chosen = homePath(name + QStringLiteral(".tar.gz"));
     const QJsonObject result = page.run(archive, attached({file}));
     QCOMPARE(word(result, "reason"), QString());
-    QCOMPARE(page.opened, QStringList(page.chosen));
+    QCOMPARE(page.opened, QStringList(QFileInfo(page.chosen).path()));
     // tar reads escapes in the names of its arguments.
     QCOMPARE(
         memberOf(page.chosen, QString(name).replace(QLatin1Char('\\'), QStringLiteral("\\\\"))),

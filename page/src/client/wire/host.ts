@@ -133,7 +133,13 @@ export const windowOperationNames = [
     'window.state',
 ] as const;
 
-export const draftOperationNames = ['draft.keep', 'draft.read'] as const;
+export const draftOperationNames = [
+    'draft.keep',
+    'draft.picture',
+    'draft.read',
+    'draft.receiver',
+    'draft.write',
+] as const;
 
 export const taskNames = [
     'task.report',

@@ -27,7 +27,7 @@ export interface Row {
     isPictured?: boolean;
 }
 
-type Sections = Record<SectionName, Row[]>;
+export type Sections = Record<SectionName, Row[]>;
 
 /** "ASKPASS" names a program that asks for a password, and holds none. */
 const secretName = new RegExp(
