@@ -132,6 +132,11 @@ helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow>
         {QStringLiteral("draft.read"), [&draft](const QJsonObject &) { return draft.read(); }},
         {QStringLiteral("window.action"),
          [&window](const QJsonObject &) { return window->takeAction(); }},
+        {QStringLiteral("window.find"),
+         [&window](const QJsonObject &) {
+             window->present(QStringLiteral("find"));
+             return window->state();
+         }},
         {QStringLiteral("window.leave"),
          [&window](const QJsonObject &view) { return window->leaveView(view); }},
         {QStringLiteral("window.maximise"),

@@ -4,8 +4,8 @@
 #include <QTest>
 
 #include "doctor/doctor.h"
-#include "fleet/report/collection.h"
 #include "doctor/machine/secrets.h"
+#include "fleet/report/collection.h"
 
 using fleet::Report;
 

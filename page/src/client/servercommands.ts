@@ -30,7 +30,7 @@ function joined(rows: NamedValues): string {
 }
 
 /** A request as it is sent. */
-export interface PlainRequest {
+interface PlainRequest {
     method: 'GET' | 'POST';
     url: string;
     headers: NamedValues;

@@ -28,6 +28,10 @@ export function windowOperations(caller: Caller) {
         get isShared(): boolean {
             return caller.offers('window.sidebar');
         },
+        /** Whether a view can have the main page search. */
+        get finds(): boolean {
+            return caller.offers('window.find');
+        },
         /** Whether files that are dropped on a page have paths. */
         get takesDrops(): boolean {
             return caller.offers('window.dropped');
@@ -36,6 +40,8 @@ export function windowOperations(caller: Caller) {
         dropped: () =>
             caller.operate('window.dropped', (result) => textList(members(result).paths)),
         state: () => caller.operate('window.state', windowState),
+        /** Has the main page search tools, findings and settings. */
+        find: () => caller.operate('window.find', windowState),
         /** The state from before the action was taken. */
         takeAction: () => caller.operate('window.action', windowState),
         toggleMaximised: () => caller.operate('window.maximise', windowState),

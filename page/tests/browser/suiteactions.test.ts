@@ -270,6 +270,24 @@ describe('the file search', () => {
             expect(await view.locator('.hit-row').count()).toBe(3);
         }));
 
+    it('gives way to the search of tools, where the shell has one window', () =>
+        play(
+            {
+                ...named('search-found', {
+                    'window.find': { result: { view: '', maximised: false } },
+                }),
+                offers: ['window.find'],
+            },
+            async (view) => {
+                await view.keyboard.press('Control+k');
+                await sent(view, 'window.find');
+                expect((await lastSent(view, 2)).map(({ command }) => command)).toEqual([
+                    'closechildwindow',
+                    'window.find',
+                ]);
+            },
+        ));
+
     it('begins on its own once nothing more is typed', () =>
         play(named('search', { startsearchfile: {} }), async (view) => {
             await view.locator('.search-keyword input').fill('report');

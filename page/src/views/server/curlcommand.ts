@@ -1,7 +1,7 @@
 import type { RequestPreview } from './requestpreview';
 
 /** A word of a command line; one with line ends in the form that bash and zsh read. */
-export function shellWord(text: string): string {
+function shellWord(text: string): string {
     if (/^[A-Za-z0-9_./:=@%+-]+$/.test(text)) return text;
     // eslint-disable-next-line no-control-regex
     if (!/[\x00-\x1f]/.test(text)) return `'${text.replace(/'/g, `'\\''`)}'`;
