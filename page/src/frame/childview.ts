@@ -13,7 +13,8 @@ interface ViewActions {
 
 /**
  * Closes a child view, and handles its keys: F5 runs again, Escape and Alt+Left close, Ctrl+F
- * filters, Ctrl+K searches the tools, F1 helps. The type can be a function if it is only known when the view closes.
+ * filters, Ctrl+K searches the tools, F1 helps. The type can be a function if it is only known
+ * when the view closes.
  */
 export function useChildView(
     type: ViewType | (() => ViewType),
