@@ -5,9 +5,9 @@
 #include <array>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/machine/secrets.h"
 #include "doctor/why/input/input.h"
 #include "fleet/report/groups.h"
-#include "fleet/report/secrets.h"
 
 namespace fleet {
 
@@ -48,7 +48,7 @@ void addSettings(const doctor::Machine &machine, const QString &path, Facts &fac
             section = line.trimmed();
         else if (line.contains(QLatin1Char('=')) && !name.startsWith(QLatin1Char('#')))
             facts.insert(QStringLiteral("~%1 %2 %3").arg(path, section, name),
-                         withoutSecret(name, line.section(QLatin1Char('='), 1).trimmed()));
+                         doctor::withoutSecret(name, line.section(QLatin1Char('='), 1).trimmed()));
     }
 }
 
@@ -89,7 +89,7 @@ Facts environmentFacts(const doctor::Machine &machine)
     for (auto variable = machine.environment.begin(); variable != machine.environment.end();
          ++variable) {
         if (!isPassing(variable.key()) && !isLocaleVariable(variable.key()))
-            facts.insert(variable.key(), withoutSecret(variable.key(), variable.value()));
+            facts.insert(variable.key(), doctor::withoutSecret(variable.key(), variable.value()));
     }
     return facts;
 }

@@ -2,10 +2,10 @@
 #include <QXmlStreamReader>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/machine/secrets.h"
 #include "doctor/probes/facts.h"
 #include "doctor/why/open/open.h"
 #include "fleet/report/groups.h"
-#include "fleet/report/secrets.h"
 #include "suites/description.h"
 #include "suites/installation.h"
 #include "texts/texts.h"
@@ -57,7 +57,7 @@ void readItem(QXmlStreamReader &xml, Facts &facts)
         const QString value =
             xml.readElementText(QXmlStreamReader::IncludeChildElements).left(longestValue);
         if (!isPassingSetting(name))
-            facts.insert(name, withoutSecret(property, value));
+            facts.insert(name, doctor::withoutSecret(property, value));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "helio/shell/keptdraft.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,6 +10,7 @@ namespace {
 
 constexpr int delayMs = 250;
 constexpr qint64 longestDraft = 1024 * 1024;
+constexpr int largestPicture = 32 * 1024 * 1024;
 
 bool writePrivately(const QString &name, const QByteArray &content)
 {
@@ -53,9 +55,29 @@ QJsonObject KeptDraft::keep(const QJsonObject &draft)
     return {{QStringLiteral("kept"), m_isKept}};
 }
 
+QString KeptDraft::pictures() const
+{
+    return QFileInfo(m_file).path() + QStringLiteral("/feedback-pictures");
+}
+
+QJsonObject KeptDraft::keepPicture(const QJsonObject &picture) const
+{
+    const QByteArray content =
+        QByteArray::fromBase64(picture.value(QStringLiteral("content")).toString().toLatin1());
+    const bool isPicture = content.startsWith("\x89PNG") && content.size() <= largestPicture;
+    const QString file =
+        pictures() + QStringLiteral("/screenshot-") +
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz")) +
+        QStringLiteral(".png");
+    const bool isKept = isPicture && writePrivately(file, content);
+    return {{QStringLiteral("file"), isKept ? file : QString()}};
+}
+
 void KeptDraft::write()
 {
     m_delay.stop();
+    if (m_text.isEmpty())
+        QDir(pictures()).removeRecursively();
     m_isKept = m_text.isEmpty() ? !QFile::exists(m_file) || QFile::remove(m_file)
                                 : writePrivately(m_file, m_text.toUtf8());
     if (!m_isKept)

@@ -17,11 +17,14 @@ public:
     /// See docs/host.md.
     QJsonObject read() const;
     QJsonObject keep(const QJsonObject &draft);
+    /// Keeps a picture beside the draft for as long as there is one.
+    QJsonObject keepPicture(const QJsonObject &picture) const;
 
 private:
     Q_DISABLE_COPY_MOVE(KeptDraft)
 
     void write();
+    QString pictures() const;
 
     QString m_file;
     QString m_text;

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDir>
 #include <QIcon>
 #include <QStandardPaths>
@@ -11,6 +12,7 @@
 #include <unistd.h>
 
 #include "helio/doctor/doctoroperations.h"
+#include "helio/runtime/configuration.h"
 #include "helio/runtime/pluginlibrary.h"
 #include "helio/runtime/processes/awaitedprograms.h"
 #include "helio/runtime/processes/runningprocess.h"
@@ -99,6 +101,15 @@ QString draftFile()
            QStringLiteral("/office-assistant/feedback-draft.json");
 }
 
+/// Where the administrator wants feedback to be sent: a mail or web address of helio.ini.
+QString feedbackAddress()
+{
+    const QString address = helio::setting(QStringLiteral("feedbackAddress"), {});
+    const QString scheme = QUrl(address).scheme();
+    return scheme == QLatin1String("mailto") || scheme == QLatin1String("https") ? address
+                                                                                 : QString();
+}
+
 /// @p window is there once a page calls.
 helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow> &window,
                                    shell::KeptDraft &draft)
@@ -106,9 +117,26 @@ helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow>
     return {
         {QStringLiteral("draft.keep"),
          [&draft](const QJsonObject &text) { return draft.keep(text); }},
+        {QStringLiteral("draft.picture"),
+         [&draft](const QJsonObject &picture) { return draft.keepPicture(picture); }},
+        {QStringLiteral("draft.receiver"),
+         [](const QJsonObject &) {
+             return QJsonObject{{QStringLiteral("address"), feedbackAddress()}};
+         }},
+        {QStringLiteral("draft.write"),
+         [](const QJsonObject &) {
+             const QString address = feedbackAddress();
+             return QJsonObject{{QStringLiteral("opened"),
+                                 !address.isEmpty() && QDesktopServices::openUrl(QUrl(address))}};
+         }},
         {QStringLiteral("draft.read"), [&draft](const QJsonObject &) { return draft.read(); }},
         {QStringLiteral("window.action"),
          [&window](const QJsonObject &) { return window->takeAction(); }},
+        {QStringLiteral("window.find"),
+         [&window](const QJsonObject &) {
+             window->present(QStringLiteral("find"));
+             return window->state();
+         }},
         {QStringLiteral("window.leave"),
          [&window](const QJsonObject &view) { return window->leaveView(view); }},
         {QStringLiteral("window.maximise"),

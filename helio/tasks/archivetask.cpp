@@ -24,6 +24,8 @@ constexpr char ending[] = ".tar.gz";
 /// As the suite's own list of dumps.
 constexpr char dumpNames[] = "(tbl|vyr|shw|vyrpdf|vyroffice)_\\d+.dmp";
 constexpr char descriptionName[] = "describe.txt";
+/// What the user typed, as it was typed.
+constexpr char typedName[] = "description.txt";
 constexpr char reportName[] = "sysinfo.txt";
 
 /// A file of the suite, and what the description calls it.
@@ -64,10 +66,12 @@ public:
             m_fault = texts::tr("Two files of the archive would have the name %1.").arg(name);
     }
 
-    void writeDescription()
+    void writeDescription() { write(descriptionName, m_description); }
+
+    void write(const char *name, const QByteArray &content)
     {
-        QFile file(path(QLatin1String(descriptionName)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(m_description) < 0 || !file.flush())
+        QFile file(path(QLatin1String(name)));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) < 0 || !file.flush())
             m_fault = file.errorString();
     }
 
@@ -131,6 +135,8 @@ TaskEnd collect(const TaskRun &run, Collection &collection)
         addSuiteSettings(collection);
     if (run.arguments.value(QStringLiteral("dumps")).toBool())
         addDumps(collection);
+    if (run.text("description").contains(QLatin1Char('\n')))
+        collection.write(typedName, run.text("description").toUtf8());
     collection.writeDescription();
     return collection.fault().isEmpty() ? TaskEnd() : TaskEnd::failed(collection.fault());
 }
@@ -178,6 +184,8 @@ TaskEnd tasks::buildArchive(const TaskRun &run)
     if (!end.reason.isEmpty())
         return TaskEnd::failed(end.reason);
     end.file = run.file;
+    // An archive that is open in another program is not what one attaches or uploads.
+    end.toOpen = QFileInfo(run.file).path();
     end.isToOpen = true;
     return end;
 }

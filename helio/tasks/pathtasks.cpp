@@ -31,6 +31,8 @@ QJsonObject described(const QString &path, const doctor::Machine &machine)
     if (!isThere)
         return row;
     row.insert(QStringLiteral("kind"), kindOf(state.st_mode));
+    if (S_ISREG(state.st_mode))
+        row.insert(QStringLiteral("size"), double(state.st_size));
     row.insert(QStringLiteral("mode"),
                QStringLiteral("%1").arg(state.st_mode & 07777, 4, 8, QLatin1Char('0')));
     row.insert(QStringLiteral("owner"), doctor::accountOf(machine, state.st_uid).name);

@@ -1,7 +1,11 @@
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <optional>
+
+#include "doctor/machine/secrets.h"
 #include "helio/tasks/reporting.h"
 #include "helio/tasks/running/placing.h"
 #include "helio/tasks/running/taskprogram.h"
@@ -16,6 +20,58 @@ namespace {
 TaskEnd notCollected()
 {
     return TaskEnd::failed(texts::tr("The report could not be collected. The disk may be full."));
+}
+
+/// A line of the environment without what looks secret. Nothing for a further line of a secret.
+class EnvironmentLines
+{
+public:
+    std::optional<QByteArray> shown(const QByteArray &line)
+    {
+        static const QRegularExpression assignment(
+            QStringLiteral("^([A-Za-z_][A-Za-z0-9_]*)=(.*)$"));
+        const auto match = assignment.match(QString::fromUtf8(line));
+        if (!match.hasMatch())
+            return m_isHidden ? std::nullopt : std::make_optional(line);
+        const QString value = doctor::withoutSecret(match.captured(1), match.captured(2));
+        m_isHidden = value != match.captured(2);
+        return m_isHidden ? (match.captured(1) + QLatin1Char('=') + value).toUtf8() : line;
+    }
+
+private:
+    bool m_isHidden = false;
+};
+
+/// The report with the values of variables that look secret hidden, in its section "env".
+QByteArray withoutSecrets(const QByteArray &report)
+{
+    const QByteArray edge = "************";
+    QByteArrayList lines;
+    EnvironmentLines environment;
+    bool isEnvironment = false;
+    const QList<QByteArray> parts = report.split('\n');
+    for (const QByteArray &part : parts) {
+        const bool isEnded = part.endsWith('\r');
+        const QByteArray line = isEnded ? part.left(part.size() - 1) : part;
+        if (line.startsWith(edge))
+            isEnvironment = line.startsWith(edge + "env-begin");
+        const auto shown = isEnvironment && !line.startsWith(edge) ? environment.shown(line)
+                                                                   : std::make_optional(line);
+        if (shown)
+            lines.append(isEnded ? *shown + '\r' : *shown);
+    }
+    return lines.join('\n');
+}
+
+bool hideSecrets(QFile &report)
+{
+    if (!report.open(QIODevice::ReadWrite))
+        return false;
+    const QByteArray shown = withoutSecrets(report.readAll());
+    const bool isWritten = report.seek(0) && report.write(shown) == shown.size() &&
+                           report.resize(shown.size()) && report.flush();
+    report.close();
+    return isWritten;
 }
 
 } // namespace
@@ -35,6 +91,9 @@ TaskEnd reportedTo(const TaskRun &run, const QString &file)
     if (!isWhole || QFileInfo(file).size() == 0)
         return notCollected();
     QFile report(file);
+    const bool wantsSecrets = run.arguments.value(QStringLiteral("secrets")).toBool();
+    if (!wantsSecrets && !hideSecrets(report))
+        return notCollected();
     const bool isAdded = report.open(QIODevice::WriteOnly | QIODevice::Append) &&
                          report.write(suiteSection(doctor::thisMachine())) >= 0 && report.flush();
     return isAdded ? TaskEnd() : notCollected();

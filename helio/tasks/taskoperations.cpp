@@ -19,6 +19,7 @@ constexpr char prefix[] = "task.";
 constexpr char cancel[] = "task.cancel";
 constexpr char checkTask[] = "task.check";
 constexpr char printTask[] = "task.print";
+constexpr char requestTask[] = "task.request";
 /// Answered at once.
 constexpr char findings[] = "task.findings";
 constexpr char printed[] = "task.printed";
@@ -40,7 +41,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 23> knownTasks{{
+constexpr std::array<Task, 26> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
@@ -64,6 +65,9 @@ constexpr std::array<Task, 23> knownTasks{{
     {"task.updater", FileQuestion::Kind::None, "", "", tasks::setUpdaterValue, false},
     {"task.processes", FileQuestion::Kind::None, "", "", tasks::listProcesses, true},
     {"task.programs", FileQuestion::Kind::None, "", "", tasks::describePrograms, true},
+    {"task.machine", FileQuestion::Kind::None, "", "", tasks::describeMachine, true},
+    {requestTask, FileQuestion::Kind::None, "", "", tasks::timeRequest, true},
+    {"task.preview", FileQuestion::Kind::None, "", "", tasks::previewFile, true},
     {"task.end", FileQuestion::Kind::None, "", "", tasks::endOneProcess, false},
 }};
 
@@ -147,8 +151,10 @@ QStringList TaskOperations::names() const
     if (!canSendCommands(m_surroundings.programs))
         return {};
     QStringList names{QLatin1String(cancel), QLatin1String(findings), QLatin1String(printed)};
-    for (const Task &task : knownTasks)
-        names.append(QLatin1String(task.name));
+    for (const Task &task : knownTasks) {
+        if (QLatin1String(task.name) != QLatin1String(requestTask) || canTimeRequests())
+            names.append(QLatin1String(task.name));
+    }
     return names;
 }
 
@@ -239,7 +245,9 @@ void TaskOperations::finish(const Call &call, const TaskEnd &end)
     const std::optional<Call> next = m_running.take(call.name).next;
     remember(call, end);
     QJsonObject result = resultOf(end);
-    result.insert(QStringLiteral("opened"), end.isToOpen && m_surroundings.open(end.file));
+    result.insert(QStringLiteral("opened"),
+                  end.isToOpen &&
+                      m_surroundings.open(end.toOpen.isEmpty() ? end.file : end.toOpen));
     call.answer(envelope(result));
     if (next)
         start(*next);

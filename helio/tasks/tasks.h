@@ -45,7 +45,26 @@ TaskEnd setUpdaterValue(const TaskRun &run);
 TaskEnd listProcesses(const TaskRun &run);
 /// How the desktop shows the programs that are named.
 TaskEnd describePrograms(const TaskRun &run);
+/// Distribution, desktop, memory, disks, graphics, screens and languages of the machine.
+TaskEnd describeMachine(const TaskRun &run);
+/// Sends a request to a server, and tells how long each step took.
+TaskEnd timeRequest(const TaskRun &run);
+/// A picture of a file, or the beginning of its text.
+TaskEnd previewFile(const TaskRun &run);
 /// Ends one of the user's processes, and waits until it is gone.
 TaskEnd endOneProcess(const TaskRun &run);
 
 } // namespace helio::tasks
+
+namespace doctor {
+struct Machine;
+}
+
+namespace helio {
+
+QJsonObject machinePicture(const doctor::Machine &machine);
+
+/// Whether the program is there that task.request needs.
+bool canTimeRequests();
+
+} // namespace helio

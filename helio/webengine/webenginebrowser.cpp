@@ -17,6 +17,7 @@
 
 #include "helio/doctor/doctoroperations.h"
 #include "helio/tasks/taskoperations.h"
+#include "helio/webengine/drops/droppedfiles.h"
 #include "helio/webengine/editmenu.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
@@ -64,19 +65,21 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
       m_view(new QWebEngineView(this)),
       m_ground(new QWidget(this)),
       m_page(new LocalPage(directory, profile, m_view)),
+      m_dropped(new DroppedFiles(this)),
       m_notice(new PageNotice(surroundings, this)),
       m_wire(new PageWire([this] { return m_page->isAtHome(); }, this)),
       m_container(new WebEngineContainer(m_wire, this))
 {
     m_view->installEventFilter(this);
+    m_view->installEventFilter(m_dropped);
     m_view->setPage(m_page);
     // The page's scripts and not the profile's, which are lost when the page crashes.
     if (flag & AsynchronousJsApi)
         addPageScript(m_page->scripts(), directory, surroundings,
-                      namesOf(helpers) + operations.keys());
+                      namesOf(helpers) + withOwn(operations).keys());
     m_wire->setDoctor(helpers.doctor);
     m_wire->setTasks(helpers.tasks);
-    m_wire->setOperations(operations);
+    m_wire->setOperations(withOwn(operations));
     const QColor ground(surroundings.isDark() ? darkGround : lightGround);
     m_page->setBackgroundColor(ground);
     m_ground->setPalette(QPalette(ground));
@@ -98,6 +101,16 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
 }
 
 WebEngineBrowser::~WebEngineBrowser() = default;
+
+PageOperations WebEngineBrowser::withOwn(const PageOperations &operations)
+{
+    PageOperations all = operations;
+    if (all.isEmpty())
+        return all;
+    all.insert(QStringLiteral("window.dropped"),
+               [this](const QJsonObject &) { return m_dropped->take(); });
+    return all;
+}
 
 void WebEngineBrowser::setZoomLevel(int level)
 {
@@ -168,8 +181,10 @@ bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
     // Chromium's widget, which receives the keys, may be replaced at any time.
     if (watched == m_view && event->type() == QEvent::ChildAdded) {
         QObject *child = static_cast<QChildEvent *>(event)->child();
-        if (child->isWidgetType())
+        if (child->isWidgetType()) {
             child->installEventFilter(this);
+            child->installEventFilter(m_dropped);
+        }
     }
     const bool pressed = event->type() == QEvent::KeyPress;
     if (watched != m_view && (pressed || event->type() == QEvent::KeyRelease)) {

@@ -13,6 +13,7 @@ class QWebEngineView;
 
 namespace helio {
 
+class DroppedFiles;
 class LocalPage;
 class PageNotice;
 class PageWire;
@@ -60,6 +61,8 @@ signals:
     void closeRequested();
 
 private:
+    /// What the shell offers, and what only this page can be told.
+    PageOperations withOwn(const PageOperations &operations);
     void askForApi();
     void finishLoad(bool ok);
     void passTitle();
@@ -81,6 +84,7 @@ private:
     /// Covers the previous page until the next one has loaded, when a window is opened again.
     QWidget *m_ground;
     LocalPage *m_page;
+    DroppedFiles *m_dropped;
     PageNotice *m_notice;
     PageWire *m_wire;
     WebEngineContainer *m_container;

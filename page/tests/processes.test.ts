@@ -156,7 +156,8 @@ describe('all processes', () => {
 
     it('are copied with name and program', () => {
         const t = (key: string): string => key;
-        expect(programsText(rows, t).split('\n')[2]).toBe('Accounts (tbl)\t1\t\t0.0\tuser');
+        const number = (value: number, digits: number): string => value.toFixed(digits);
+        expect(programsText(rows, t, number).split('\n')[2]).toBe('Accounts (tbl)\t1\t\t0.0\tuser');
     });
 });
 
@@ -265,10 +266,11 @@ describe('refreshing', () => {
 
 describe('the copied load', () => {
     const load = { memory, busiest: [process(1, 'evil\u202Ename')], largest: [] };
+    const number = (value: number, digits: number): string => value.toFixed(digits);
     const t = (key: string): string => key;
 
     it('names what would not show', () => {
-        expect(loadText(load, t)).toContain('evil⟨U+202E⟩name');
+        expect(loadText(load, t, number)).toContain('evil⟨U+202E⟩name');
     });
 
     it('is complete as raw data', () => {

@@ -1,7 +1,9 @@
 import { describe, expect, it } from 'vitest';
 import { base64Text } from '@/client/wire/decode';
 import { HitList } from '@/views/search/hitlist';
+import { fileKind } from '@/views/search/filekinds';
 import { hitPath } from '@/views/search/hitpath';
+import { matchPieces } from '@/views/search/matchpieces';
 import { mostRows, rowWindow, scrollFor } from '@/views/search/rowwindow';
 import { sortInto } from '@/views/search/slicedsort';
 import { base64 } from './scriptedhost';
@@ -108,6 +110,22 @@ describe('the list of hits', () => {
         expect(shown(list)).toEqual(['y', 'z', 'x']);
     });
 
+    it('sorts by figures, both ways, and puts what has none last', () => {
+        const sizes = [5, undefined, 9, 7];
+        const list = new HitList('en', (number) => sizes[number]);
+        for (const name of ['a', 'b', 'c', 'd']) list.add({ name, directory: '/' });
+        list.orderBy('size', true);
+        list.work(50, clock());
+        expect(shown(list)).toEqual(['c', 'd', 'a', 'b']);
+        list.orderBy('size', false);
+        list.work(50, clock());
+        expect(shown(list)).toEqual(['a', 'd', 'c', 'b']);
+        sizes[1] = 1;
+        list.sortAgain();
+        list.work(50, clock());
+        expect(shown(list)).toEqual(['b', 'a', 'd', 'c']);
+    });
+
     it('filters by every word, in name or folder', () => {
         const list = listOf('report one', 'REPORT two', 'letter');
         list.filterBy('report home');
@@ -178,4 +196,38 @@ describe('a hit', () => {
             expect(base64Text(base64(name))).toBe(name);
         },
     );
+});
+
+describe('what is marked in a name', () => {
+    const marked = (name: string, ...wanted: string[]): string =>
+        matchPieces(name, wanted)
+            .map(({ text, isMatch }) => (isMatch ? `[${text}]` : text))
+            .join('');
+
+    it('is each place of each text, whatever its case', () => {
+        expect(marked('Report of reports', 'report')).toBe('[Report] of [report]s');
+        expect(marked('annual report 2026', 'rep', 'report', '2026')).toBe(
+            'annual [report] [2026]',
+        );
+        expect(marked('报告 2026', '报告')).toBe('[报告] 2026');
+    });
+
+    it('is text, not a pattern', () => {
+        expect(marked('a.b (2)', '.', '(2)')).toBe('a[.]b [(2)]');
+        expect(marked('plain', '')).toBe('plain');
+    });
+});
+
+describe('the kind of a file', () => {
+    it.each([
+        ['a.docx', 'writer'],
+        ['a.ODS', 'spreadsheet'],
+        ['a.pptx', 'presentation'],
+        ['photo.JPG', 'picture'],
+        ['a.tar.gz', 'archive'],
+        ['README', 'other'],
+    ])('of %s is %s', (name, kind) => {
+        expect(fileKind(name, false).name).toBe(kind);
+        expect(fileKind(name, true).name).toBe('folder');
+    });
 });

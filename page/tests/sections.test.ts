@@ -3,7 +3,7 @@ import { systemSnapshot } from '@/client/systemsnapshot';
 import texts from '@/views/sysinfo/texts.en.json';
 import { createTexts } from '@/frame/texts';
 import { faceStyle } from '@/views/sysinfo/fontstyle';
-import { isSecret, rawText, sectionsOf, wholeText } from '@/views/sysinfo/sections';
+import { isSecret, markdown, rawText, sectionsOf, wholeText } from '@/views/sysinfo/sections';
 import { createClient } from '@/client';
 import { offerGroups } from '@/views/home/offers';
 import type { Tool } from '@/frame/tools';
@@ -29,7 +29,8 @@ describe('the sections of the report', () => {
 
     it('name the suite that is looked after, and the one beside the assistant', () => {
         const suiteOf = (suiteVersion: string | null) =>
-            sectionsOf({ ...snapshot, suiteVersion }, translate, 'LibreOffice 7.4').overview[1];
+            sectionsOf({ ...snapshot, suiteVersion }, translate, { suite: 'LibreOffice 7.4' })
+                .overview[1];
         expect(suiteOf(null)?.value).toBe('LibreOffice 7.4');
         expect(suiteOf('12.1.0.1')?.value).toBe('LibreOffice 7.4; 12.1.0.1');
     });
@@ -44,6 +45,26 @@ describe('the sections of the report', () => {
         expect(raw.envInfo).not.toContain('abc');
         expect(raw.envInfo).toContain('HOME=/home/user');
         expect(raw.sysinfo).toBe('Linux 6.1.0  x86_64');
+    });
+
+    it('have a row for each family of fonts, drawn in its plain style', () => {
+        const fonts = [
+            { family: 'One', style: 'Bold' },
+            { family: 'Two', style: 'Italic' },
+            { family: 'One', style: 'Book' },
+        ];
+        const { fonts: rows } = sectionsOf({ ...snapshot, fonts }, translate);
+        expect(rows).toEqual([
+            { value: 'One', style: 'Bold, Book', face: 'Book' },
+            { value: 'Two', style: 'Italic', face: 'Italic' },
+        ]);
+    });
+
+    it('are Markdown without secrets, in which no value leaves its cell', () => {
+        const odd = systemSnapshot({ ...snapshot.raw, envInfo: 'API_TOKEN=abc|A=x<b>|y\n*z*' });
+        const text = markdown(sectionsOf(odd, translate), translate, none);
+        expect(text).not.toContain('abc');
+        expect(text).toContain('| A | x\\<b\\>\\|y⟨U+000A⟩\\*z\\* |');
     });
 
     it('name unseen characters in copied text', () => {

@@ -1,6 +1,8 @@
+import { execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import { describe, expect, it } from 'vitest';
 import { meaningOf, shownBody } from '@/views/server/answertext';
+import { curlCommand } from '@/views/server/curlcommand';
 import {
     formFields,
     previewText,
@@ -8,6 +10,7 @@ import {
     requestPreview,
 } from '@/views/server/requestpreview';
 import { namedValues, rowObjection } from '@/views/server/requestrows';
+import { timeParts } from '@/views/server/timing';
 
 const row = (name: string, value: string) => ({ id: 1, name, value });
 const request = {
@@ -135,5 +138,40 @@ describe('an answer', () => {
         expect(shownBody('a\r\nb\nc')).toEqual({ lines: ['a', 'b', 'c'], cut: false });
         const long = shownBody('x'.repeat(30_000));
         expect([long.lines.length, long.lines[0]!.length, long.cut]).toEqual([1, 20_000, true]);
+    });
+});
+
+describe('the command for a terminal', () => {
+    it('is one that a shell takes apart as it was meant', () => {
+        const preview = {
+            method: 'POST' as const,
+            url: 'https://h/a b?c=$(touch x)',
+            headers: [{ name: 'X-Odd', value: `it's "so" \\n` }],
+            body: "one\r\n'two'\tthree\\",
+        };
+        const command = curlCommand(preview).replace(/^curl /, "printf '%s\\0' ");
+        const words = execFileSync('bash', ['-c', command]).toString().split('\0').slice(0, -1);
+        expect(words).toEqual([
+            '--location',
+            '--insecure',
+            '--include',
+            '--header',
+            `X-Odd: it's "so" \\n`,
+            '--data-binary',
+            preview.body,
+            preview.url,
+        ]);
+    });
+});
+
+describe('the time of an answer', () => {
+    it('is split into the steps that were needed', () => {
+        const times = { name: 2, connect: 5, encrypt: 0, firstByte: 25, whole: 40 };
+        expect(timeParts({ times })).toEqual([
+            { step: 'name', start: 0, length: 2 },
+            { step: 'connect', start: 2, length: 3 },
+            { step: 'firstByte', start: 5, length: 20 },
+            { step: 'whole', start: 25, length: 15 },
+        ]);
     });
 });

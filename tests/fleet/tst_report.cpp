@@ -4,8 +4,8 @@
 #include <QTest>
 
 #include "doctor/doctor.h"
+#include "doctor/machine/secrets.h"
 #include "fleet/report/collection.h"
-#include "fleet/report/secrets.h"
 
 using fleet::Report;
 
@@ -106,7 +106,7 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, value);
-        QTEST(fleet::withoutSecret(name, value), "shown");
+        QTEST(doctor::withoutSecret(name, value), "shown");
     }
 
     void aMachineIsDescribed()

@@ -41,6 +41,8 @@ struct TaskEnd
     bool isToOpen = false;
     /// What else the page is told.
     QJsonObject answer;
+    /// What is opened in place of the file.
+    QString toOpen = {};
 
     static TaskEnd failed(const QString &reason) { return {Kind::Failed, reason, {}, false, {}}; }
     static TaskEnd cancelled() { return {Kind::Cancelled, {}, {}, false, {}}; }

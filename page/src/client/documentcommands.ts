@@ -1,7 +1,10 @@
 import type { Caller } from './wire/caller';
 import {
     base64Text,
+    flag,
     members,
+    number,
+    optional,
     success,
     text,
     textList,
@@ -26,6 +29,53 @@ function fontSubstitutes(result: unknown): FontSubstitutes {
     return { families: textTable(families), packages: textList(packages) };
 }
 
+/** How a file looks. */
+export interface FilePreview {
+    exists: boolean;
+    size: number;
+    changed: Date;
+    /** A data address; empty where there is no picture of it. */
+    picture: string;
+    /** The beginning of a text. */
+    text: string;
+}
+
+function filePreview(result: unknown): FilePreview {
+    const { exists, size, changed, picture, text: start } = members(result);
+    return {
+        exists: flag(exists),
+        size: number(size),
+        changed: new Date(text(changed)),
+        picture: optional(picture, text, ''),
+        text: optional(start, text, ''),
+    };
+}
+
+export function previewOperations(caller: Caller) {
+    return {
+        get isOffered(): boolean {
+            return caller.offers('task.preview');
+        },
+        read: (path: string) => caller.perform('task.preview', filePreview, { path }),
+    };
+}
+
+interface PrintedDocument {
+    document: string;
+    /** Its path, from a shell that has read it back; else empty. */
+    pdf: string;
+}
+
+function printedDocument(result: unknown): PrintedDocument {
+    const { document, file } = members(result);
+    return { document: text(document), pdf: optional(file, text, '') };
+}
+
+const startedPrint = (result: unknown): PrintedDocument => ({
+    document: base64Text(result),
+    pdf: '',
+});
+
 /** Documents with problems; a dialog that the user cancels counts as failed. */
 export function documentCommands(caller: Caller) {
     return {
@@ -42,7 +92,7 @@ export function documentCommands(caller: Caller) {
         /** The document; the command may show the PDF of an earlier print. */
         printDocument: () =>
             caller.offers('task.print')
-                ? caller.perform('task.print', (result) => text(members(result).document))
-                : caller.ask('openprinterrorfile', base64Text),
+                ? caller.perform('task.print', printedDocument)
+                : caller.ask('openprinterrorfile', startedPrint),
     };
 }

@@ -39,5 +39,32 @@ export function draftOperations(caller: Caller) {
         read: () => place().read(),
         /** Replaces what is kept; an empty text discards it. Gives whether that can be done. */
         keep: (draft: string) => place().keep(draft),
+        get keepsPictures(): boolean {
+            return caller.offers('draft.picture');
+        },
+        /** Keeps a PNG picture with the draft; gives its path, or nothing where that fails. */
+        async keepPicture(content: string): Promise<string> {
+            const kept = await caller.operate(
+                'draft.picture',
+                (result) => text(members(result).file),
+                { content },
+            );
+            return kept.kind === 'done' ? kept.value : '';
+        },
+        /** Where feedback goes, as the administrator has set it; empty if nowhere. */
+        async receiver(): Promise<string> {
+            if (!caller.offers('draft.receiver')) return '';
+            const set = await caller.operate('draft.receiver', (result) =>
+                text(members(result).address),
+            );
+            return set.kind === 'done' ? set.value : '';
+        },
+        /** Opens that address; gives whether a program for it was there. */
+        async write(): Promise<boolean> {
+            const wrote = await caller.operate('draft.write', (result) =>
+                flag(members(result).opened),
+            );
+            return wrote.kind === 'done' && wrote.value;
+        },
     };
 }

@@ -54,7 +54,7 @@ export function archiveNames(paths: string[], reserved: readonly string[]): stri
 
 /** Files that the archive has of its own. */
 export const settingFiles = ['Office.conf', 'ome.ini', 'feature.dat', 'product.dat', 'setup.cfg'];
-export const ownFiles = ['describe.txt', 'sysinfo.txt', ...settingFiles];
+export const ownFiles = ['describe.txt', 'description.txt', 'sysinfo.txt', ...settingFiles];
 
 function taskArguments(feedback: Feedback): Record<string, unknown> {
     const paths = [feedback.sample, ...feedback.attachments].filter((path) => path !== '');

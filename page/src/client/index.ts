@@ -6,7 +6,7 @@ import { Caller } from './wire/caller';
 import { checkCommands } from './checkcommands';
 import { desktopCommands, openingOperations } from './desktopcommands';
 import { doctorOperations } from './doctor';
-import { documentCommands } from './documentcommands';
+import { documentCommands, previewOperations } from './documentcommands';
 import { draftOperations } from './draftoperations';
 import { dumpCommands, dumpOperations } from './dumpcommands';
 import { feedbackCommands } from './feedbackcommands';
@@ -15,9 +15,10 @@ import { Notices, type NoticeTarget } from './notices';
 import { processOperations } from './processes';
 import { reportOperations } from './reports';
 import { searchCommands } from './searchcommands';
-import { serverCommands } from './servercommands';
+import { serverCommands, serverOperations } from './servercommands';
 import { suiteOperations } from './suite';
 import { pathOperations, systemCommands } from './systemcommands';
+import { machineOperations } from './systemsnapshot';
 import { taskOperations } from './tasks';
 import { updateCommands } from './updatecommands';
 import { whyOperations } from './why';
@@ -48,16 +49,23 @@ export type {
     UndoOutcome,
 } from './doctor';
 export type { Dump, DumpList } from './dumpcommands';
-export type { FontSubstitutes } from './documentcommands';
+export type { FilePreview, FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';
 export type { Feedback, FeedbackOrigin } from './feedbackcommands';
 export type { ListedProcess, MachineReading, ProgramLook } from './processes';
 export type { Difference } from './reports';
 export type { CheckFinding, Notice, NoticeName, SearchHit } from './notices';
-export type { NamedValues, ServerAnswer, ServerRequest } from './servercommands';
+export type { NamedValues, ServerAnswer, ServerRequest, Step, TimedAnswer } from './servercommands';
 export type { Extension, Installation, SuiteState } from './suite';
-export type { SystemSnapshot, Variable } from './systemsnapshot';
-export type { FilePermissions, MachineMemory, Process, ReportEnd } from './systemcommands';
+export type { MachinePicture, SystemSnapshot, Variable } from './systemsnapshot';
+export { mostPaths } from './systemcommands';
+export type {
+    FileLook,
+    FilePermissions,
+    MachineMemory,
+    Process,
+    ReportEnd,
+} from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
 export type { TaskName } from './wire/host';
@@ -82,6 +90,9 @@ export function createClient(host: () => Host | undefined, target: NoticeTarget)
         openings: openingOperations(caller),
         paths: pathOperations(caller),
         dumps: dumpOperations(caller),
+        machine: machineOperations(caller),
+        previews: previewOperations(caller),
+        server: serverOperations(caller),
         draft: draftOperations(caller),
         window: windowOperations(caller),
         ...windowCommands(caller),

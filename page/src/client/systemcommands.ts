@@ -4,6 +4,7 @@ import {
     members,
     numberedLines,
     list,
+    number,
     optional,
     success,
     text,
@@ -44,6 +45,15 @@ export interface FilePermissions {
     mode?: string;
     /** When it was changed last; null where it does not exist. */
     changed?: Date | null;
+}
+
+/** What a list of files shows beside a name. */
+export interface FileLook {
+    /** Empty where it does not exist. */
+    kind: string;
+    /** In bytes; null for all but plain files. */
+    size: number | null;
+    changed: Date | null;
 }
 
 /** Whether the report was read back, and whether the desktop shows it. */
@@ -116,6 +126,21 @@ function described(result: unknown): FilePermissions[] {
     });
 }
 
+function looks(result: unknown): FileLook[] {
+    return list(members(result).paths).map((one) => {
+        const row = members(one);
+        const changed = optional(row.changed, text, '');
+        return {
+            kind: optional(row.kind, text, ''),
+            size: optional(row.size, number, null),
+            changed: changed === '' ? null : new Date(changed),
+        };
+    });
+}
+
+/** The most paths that are looked at in one call. */
+export const mostPaths = 500;
+
 /** Any paths, from a shell that looks at them itself. */
 export function pathOperations(caller: Caller) {
     return {
@@ -123,6 +148,8 @@ export function pathOperations(caller: Caller) {
             return caller.offers('task.paths');
         },
         read: (paths: string[]) => caller.perform('task.paths', described, { paths }),
+        /** At most `mostPaths`; one answer for each, in their order. */
+        look: (paths: string[]) => caller.perform('task.paths', looks, { paths }),
         /** The path of a file that the user chooses; fails when the dialog was cancelled. */
         choose: () => caller.perform('task.choose', (result) => text(members(result).file)),
         /** Saves a list as a file that the user chooses; gives its path. */

@@ -1,4 +1,5 @@
-import { joinedList, members, text } from './wire/decode';
+import type { Caller } from './wire/caller';
+import { flag, joinedList, list, members, number, optional, text, textList } from './wire/decode';
 
 export interface Font {
     family: string;
@@ -98,5 +99,85 @@ export function systemSnapshot(result: unknown): SystemSnapshot {
         processors: joinedList(raw.cpuInfo),
         variables: variables(raw.envInfo),
         raw,
+    };
+}
+
+interface Disk {
+    /** Where it is mounted. */
+    place: string;
+    type: string;
+    total: number;
+    free: number;
+    isReadOnly: boolean;
+}
+
+interface Screen {
+    /** Empty for one that tells none. */
+    name: string;
+    /** The connector. */
+    output: string;
+    /** Such as "1920x1080"; empty if it is not known. */
+    mode: string;
+}
+
+/** What the machine and its session are; empty texts are not known. */
+export interface MachinePicture {
+    distribution: string;
+    model: string;
+    desktop: string;
+    /** "wayland", "x11" or empty. */
+    session: string;
+    memory: { total: number | null; available: number | null };
+    disks: Disk[];
+    graphics: { name: string; driver: string }[];
+    screens: Screen[];
+    /** Such as "zh_CN", the wanted one first. */
+    languages: string[];
+}
+
+function disk(result: unknown): Disk {
+    const { place, type, total, free, isReadOnly } = members(result);
+    return {
+        place: text(place),
+        type: text(type),
+        total: number(total),
+        free: number(free),
+        isReadOnly: flag(isReadOnly),
+    };
+}
+
+function screen(result: unknown): Screen {
+    const { name, output, mode } = members(result);
+    return { name: text(name), output: text(output), mode: text(mode) };
+}
+
+function machinePicture(result: unknown): MachinePicture {
+    const machine = members(members(result).machine);
+    const memory = members(machine.memory);
+    return {
+        distribution: text(machine.distribution),
+        model: text(machine.model),
+        desktop: text(machine.desktop),
+        session: text(machine.session),
+        memory: {
+            total: optional(memory.total, number, null),
+            available: optional(memory.available, number, null),
+        },
+        disks: list(machine.disks).map(disk),
+        graphics: list(machine.graphics).map((card) => {
+            const { name, driver } = members(card);
+            return { name: text(name), driver: text(driver) };
+        }),
+        screens: list(machine.screens).map(screen),
+        languages: textList(machine.languages),
+    };
+}
+
+export function machineOperations(caller: Caller) {
+    return {
+        get isOffered(): boolean {
+            return caller.offers('task.machine');
+        },
+        read: () => caller.perform('task.machine', machinePicture),
     };
 }

@@ -1,6 +1,6 @@
 /** The window, in a shell that shows a view beside the main page and not in a second window. */
 import type { Caller } from './wire/caller';
-import { flag, members, optional, text } from './wire/decode';
+import { flag, members, optional, text, textList } from './wire/decode';
 
 interface WindowState {
     /** What the user asked for from outside; empty if nothing or if it has been taken. */
@@ -28,7 +28,20 @@ export function windowOperations(caller: Caller) {
         get isShared(): boolean {
             return caller.offers('window.sidebar');
         },
+        /** Whether a view can have the main page search. */
+        get finds(): boolean {
+            return caller.offers('window.find');
+        },
+        /** Whether files that are dropped on a page have paths. */
+        get takesDrops(): boolean {
+            return caller.offers('window.dropped');
+        },
+        /** The paths of what was dropped last, once. */
+        dropped: () =>
+            caller.operate('window.dropped', (result) => textList(members(result).paths)),
         state: () => caller.operate('window.state', windowState),
+        /** Has the main page search tools, findings and settings. */
+        find: () => caller.operate('window.find', windowState),
         /** The state from before the action was taken. */
         takeAction: () => caller.operate('window.action', windowState),
         toggleMaximised: () => caller.operate('window.maximise', windowState),

@@ -13,7 +13,8 @@ interface ViewActions {
 
 /**
  * Closes a child view, and handles its keys: F5 runs again, Escape and Alt+Left close, Ctrl+F
- * filters, F1 helps. The type can be a function if it is only known when the view closes.
+ * filters, Ctrl+K searches the tools, F1 helps. The type can be a function if it is only known
+ * when the view closes.
  */
 export function useChildView(
     type: ViewType | (() => ViewType),
@@ -33,6 +34,10 @@ export function useChildView(
         if (tryToClose()) void client.openView('about.html', '');
     }
 
+    function find(): void {
+        if (tryToClose()) void client.window.find();
+    }
+
     useKeys(
         (key) =>
             ({
@@ -41,6 +46,7 @@ export function useChildView(
                 Escape: close,
                 'Alt+ArrowLeft': close,
                 'Control+f': actions.filter,
+                'Control+k': client.window.finds ? find : undefined,
             })[key],
     );
     /** The window is closed from outside; without an answer the host would leave the type out. */

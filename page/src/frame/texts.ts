@@ -40,7 +40,21 @@ export type Translate = (
     count?: number,
 ) => string;
 
-/** The texts of the current language, and how it writes times. */
+const units = ['byte', 'kilobyte', 'megabyte', 'gigabyte', 'terabyte'] as const;
+const step = 1000;
+
+/** A size for people, such as "1.2 MB". */
+function sizeText(bytes: number, locale: string): string {
+    const power = bytes < step ? 0 : Math.floor(Math.log10(bytes) / 3);
+    const index = Math.min(power, units.length - 1);
+    return new Intl.NumberFormat(locale, {
+        style: 'unit',
+        unit: units[index],
+        maximumFractionDigits: index ? 1 : 0,
+    }).format(bytes / step ** index);
+}
+
+/** The texts of the current language, and how it writes numbers and times. */
 export function useTexts() {
     const { t, locale } = useI18n({ useScope: 'global' });
     const translate: Translate = (key, values = {}, count) =>
@@ -48,6 +62,13 @@ export function useTexts() {
     return {
         t: translate,
         locale,
+        /** With exactly so many digits after the point. */
+        number: (value: number, digits = 0): string =>
+            value.toLocaleString(locale.value, {
+                minimumFractionDigits: digits,
+                maximumFractionDigits: digits,
+            }),
+        size: (bytes: number): string => sizeText(bytes, locale.value),
         time: (date: Date): string => date.toLocaleTimeString(locale.value),
         /** A time of today, or a day and a time. */
         moment: (date: Date): string => {

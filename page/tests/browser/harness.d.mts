@@ -53,6 +53,8 @@ export interface Scene {
     asks?: boolean;
     /** For a shell that lists all processes. */
     lists?: boolean;
+    /** Further operations of the shell. */
+    offers?: string[];
     /** Brings the opened view to what the scene shows. */
     act?: (page: Page) => Promise<unknown>;
     /** A text that the view then shows. */

@@ -114,7 +114,7 @@ function installHost({ theme, language, textSize, answers, operations }) {
  * draft of the feedback, `compares` for one that compares reports, `checksAll` for one whose checks
  * give their answers, `lists` for one that lists all processes, `asks` for one that asks the
  * desktop about associations, `looks` for one that looks at any path, `listsDumps` for
- * one that lists crash dumps.
+ * one that lists crash dumps; `offers` names further operations.
  * What the view logs as error or warning, or throws, is gathered in `complaints` of the returned
  * page.
  */
@@ -146,6 +146,7 @@ export async function openView(browser, directory, scene, options = {}) {
             ...(scene.asks ? openingOperations : []),
             ...(scene.looks ? pathOperations : []),
             ...(scene.listsDumps ? dumpOperations : []),
+            ...(scene.offers ?? []),
         ];
         const operations = scene.withoutDoctor ? undefined : offered;
         const host = JSON.stringify({ theme, language, textSize, answers, operations });

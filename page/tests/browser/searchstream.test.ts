@@ -100,7 +100,7 @@ describe('100,000 hits', () => {
         async () => {
             const stream = page.evaluate(streamHits, hitCount, { timeoutMs: mostMs });
             await page.locator('.search-results').waitFor();
-            await page.locator('input[value="name"]').check();
+            await page.locator('.hit-columns .hit-name').click();
             await page.locator('.search-filter input').fill('docx 9');
             await stream;
             await complete();
@@ -114,7 +114,7 @@ describe('100,000 hits', () => {
         async () => {
             await page.evaluate(streamHits, hitCount, { timeoutMs: mostMs });
             await complete();
-            await page.locator('input[value="name"]').check();
+            await page.locator('.hit-columns .hit-name').click();
             await page.getByText('report 报告 N000000.docx').waitFor({ timeoutMs: 60_000 });
             await page.locator('.search-filter input').fill('N099999');
             await page.getByText('1 of 100,000').waitFor({ timeoutMs: 60_000 });

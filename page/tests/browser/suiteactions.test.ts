@@ -216,6 +216,24 @@ describe('the document server', () => {
             ]);
         }));
 
+    it('gets exactly what the preview shows, where the shell times it', () =>
+        play(named('server-timed-again'), async (view) => {
+            expect((await lastSent(view))[0]).toMatchObject({
+                command: 'task.request',
+                args: { method: 'POST', url: 'https://server.example/save' },
+            });
+            const { headers } = (await lastSent(view))[0]!.args as {
+                headers: { name: string; value: string }[];
+            };
+            expect(headers).toContainEqual({
+                name: 'X-Session',
+                value: 'http://referrer; and more',
+            });
+            expect(await view.locator('.request-row input', { nth: 1 }).inputValue()).toBe(
+                'http://referrer; and more',
+            );
+        }));
+
     it('gets nothing while a row cannot be sent', () =>
         play(named('server-separator'), async (view) => {
             await view.keyboard.press('Enter');
@@ -250,6 +268,42 @@ describe('the file search', () => {
                     ),
             );
             expect(await view.locator('.hit-row').count()).toBe(3);
+        }));
+
+    it('gives way to the search of tools, where the shell has one window', () =>
+        play(
+            {
+                ...named('search-found', {
+                    'window.find': { result: { view: '', maximised: false } },
+                }),
+                offers: ['window.find'],
+            },
+            async (view) => {
+                await view.keyboard.press('Control+k');
+                await sent(view, 'window.find');
+                expect((await lastSent(view, 2)).map(({ command }) => command)).toEqual([
+                    'closechildwindow',
+                    'window.find',
+                ]);
+            },
+        ));
+
+    it('begins on its own once nothing more is typed', () =>
+        play(named('search', { startsearchfile: {} }), async (view) => {
+            await view.locator('.search-keyword input').fill('report');
+            await sent(view, 'startsearchfile');
+            expect((await lastSent(view))[0]?.args).toEqual({ keyword: 'report' });
+            // It runs already, so Enter has nothing to start.
+            await view.keyboard.press('Enter');
+            await view.keyboard.press('F5');
+            await sent(view, 'startsearchfile', 2);
+            expect(await sentNames(view)).toEqual(['startsearchfile', 'startsearchfile']);
+        }));
+
+    it('marks what was searched for, whatever its case', () =>
+        play(named('search-found'), async (view) => {
+            const marks = await view.locator('.hit-row mark').allTextContents();
+            expect(new Set(marks)).toEqual(new Set(['report', 'Report']));
         }));
 
     it('drops the hits of the search before, until the host has taken the new one', () =>

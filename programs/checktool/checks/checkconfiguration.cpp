@@ -44,7 +44,7 @@ bool isThere(const QString &path, Findings &findings)
     if (information.isSymLink())
         findings.problem(texts::tr("%1 is a link to %2, which is not there.")
                              .arg(path, information.symLinkTarget()),
-                         texts::tr("Delete the link; the suite makes the file anew."));
+                         texts::tr("Delete the link; the suite creates the file again."));
     else
         findings.fine(
             texts::tr("%1 is not there yet; the suite makes it at its first start.").arg(path));
@@ -72,7 +72,7 @@ bool checkDirectory(const QString &path, Findings &findings)
     if (!QFileInfo(path).isDir()) {
         findings.problem(
             texts::tr("%1 is not a directory, so that nothing can be kept in it.").arg(path),
-            texts::tr("Move it away; the suite makes the directory anew."));
+            texts::tr("Move it away; the suite creates the directory again."));
         return false;
     }
     const int before = findings.problemCount();
@@ -115,7 +115,7 @@ void checkFile(const QString &path, Findings &findings)
     if (!QFileInfo(path).isFile()) {
         findings.problem(
             texts::tr("%1 is not a file, so that no settings can be kept in it.").arg(path),
-            texts::tr("Move it away; the suite makes the file anew."));
+            texts::tr("Move it away; the suite creates the file again."));
         return;
     }
     checkOwner(path, findings);

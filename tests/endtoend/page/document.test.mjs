@@ -16,6 +16,7 @@ test('the suite’s own program reports the fonts that a document lacks', async 
     await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', letter);
     await view.shows('Nowhere Installed Serif', patience);
+    await view.shows(texts.sample.none, patience);
     const answer = shared.inHome('.local/share/Orvane/tmp/vyrmissfonts.ini');
     expect(await shared.fileWith(answer, Boolean)).toContain('Nowhere Installed Serif');
 });
@@ -26,6 +27,17 @@ test('a document whose path contains spaces is checked as well', async () => {
     await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', letter);
     await view.shows('Nowhere Installed Serif', patience);
+});
+
+test('the view of layout problems hands its document on', async () => {
+    const letter = shared.writeInHome('letter.doc', letterSource);
+    const { view } = await shared.open('layout');
+    await view.press(pageTexts.common.chooseDocument);
+    await shared.choose('Open File', letter);
+    await view.shows(pageTexts.layout.chosen, patience);
+    await view.press(pageTexts.layout.fonts);
+    const next = await shared.view('missingfonts');
+    await next.shows('Nowhere Installed Serif', patience);
 });
 
 test('a document of another type is refused with a message', async () => {

@@ -1,4 +1,5 @@
 import fs from 'node:fs';
+import path from 'node:path';
 import { expect, test } from 'vitest';
 
 import { archived } from './archive.mjs';
@@ -44,7 +45,37 @@ test('the archive holds what was chosen, and nothing that was not', async () => 
     expect([...files.keys()].filter((name) => /\.dmp$|^sysinfo/.test(name))).toEqual([]);
     expect(files.get('sample.docx')).toBe('a sample');
     expect(files.get('describe.txt')).toContain('describe: The third page is empty\n');
-    await shared.fileWith(shared.inHome('opened'), (text) => text.includes('problem.tar.gz'));
+    // Its folder, from where it can be attached.
+    await shared.fileWith(shared.inHome('opened'), (text) =>
+        text
+            .split('\n')
+            .some((line) => line.replace(/^file:\/\//, '') === path.dirname(shared.inHome('x'))),
+    );
+});
+
+test('line breaks and a pasted screenshot are in the archive, which goes where it should', async () => {
+    const { view } = await shared.open('feedback', {
+        env: { HELIO_FEEDBACK_ADDRESS: 'mailto:support@example.org' },
+    });
+    await view.fill(texts.description, 'First line\n\nthird   line');
+    await view.evaluate(`void (async () => {
+        const canvas = document.createElement('canvas');
+        const blob = await new Promise((done) => canvas.toBlob(done, 'image/png'));
+        const clipboardData = new DataTransfer();
+        clipboardData.items.add(new File([blob], 'image.png', { type: 'image/png' }));
+        document.body.dispatchEvent(new ClipboardEvent('paste',
+            { clipboardData, bubbles: true, cancelable: true }));
+    })()`);
+    await view.shows('screenshot-', patience);
+    await view.until("document.querySelector('.file-look img')?.naturalWidth > 0", patience);
+    await view.press(texts.build);
+    await shared.choose('Save File', shared.inHome('problem'));
+    await view.shows(texts.archive.there, patience);
+    await view.shows('support@example.org');
+    const files = await archived(shared.inHome('problem.tar.gz'));
+    expect(files.get('description.txt')).toBe('First line\n\nthird   line');
+    expect(files.get('describe.txt')).toContain('describe: First line third line\n');
+    expect([...files.keys()].some((name) => /^screenshot-.*png$/.test(name))).toBe(true);
 });
 
 test('system report and dumps are included on request', async () => {

@@ -24,6 +24,16 @@ async function tabTo(page, selector) {
     );
 }
 
+test('Ctrl+K in a view searches the tools', async () => {
+    const { home, view } = await shared.open('sysinfo');
+    await focused(view);
+    await press('ctrl+k');
+    await home.until("document.querySelector('.finder-field') !== null", patience);
+    await focused(home);
+    await home.until("document.activeElement.matches('.finder-field')");
+    await home.until("document.querySelector('.side-bar') === null");
+});
+
 /** All views take half a minute. */
 const step = process.env.EVERY_VIEW ? 1 : 6;
 

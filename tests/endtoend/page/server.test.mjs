@@ -45,6 +45,10 @@ async function send(where) {
 test('the server sees the request that the view showed, and its answer is judged', async () => {
     const view = await send('/good');
     await view.shows(texts.meanings.good, patience);
+    // curl is what tests need, so the window has times, and the number of the server.
+    await view.shows(texts.times.firstByte);
+    await view.shows('HTTP/1.1 200, 127.0.0.1');
+    await view.shows(texts.history.title);
     expect(requests).toHaveLength(1);
     expect(requests[0]).toMatchObject({
         method: 'GET',

@@ -10,10 +10,13 @@ const libreOffice = '/usr/lib/libreoffice';
 const shared = viewTests();
 
 test('the system report tells of this machine, filters, and is exported', async () => {
-    const home = await shared.home({ env: { HELIO_TEST_MARK: 'seen in the report' } });
+    const home = await shared.home({
+        env: { HELIO_TEST_MARK: 'seen in the report', HELIO_TEST_TOKEN: 'not for others' },
+    });
     await home.press(pageTexts.home.report.view);
     const view = await shared.view('sysinfo');
     await view.shows(os.release(), patience);
+    await view.shows(texts.machine.room, patience);
     await view.evaluate(`void [...document.querySelectorAll('[role="tab"]')]
         .find((tab) => tab.textContent.includes(${JSON.stringify(texts.sections.environment)}))
         .click()`);
@@ -26,6 +29,8 @@ test('the system report tells of this machine, filters, and is exported', async 
     await view.shows(pageTexts.export.shown, patience);
     const written = await shared.fileWith(report, (text) => text.includes('suite-end'));
     expect(written).toContain('seen in the report');
+    expect(written).toContain('HELIO_TEST_TOKEN=(hidden)');
+    expect(written).not.toContain('not for others');
 });
 
 test.runIf(fs.existsSync(libreOffice))('the overview names the suite of this machine', async () => {

@@ -86,6 +86,20 @@ test('the part that blocks a configuration file is shown, opened and closed agai
     expect(fs.readFileSync(file, 'utf8')).toBe('a=1\n');
 });
 
+test('the permissions of an added file are fixed from its card', async () => {
+    const texts = pageTexts.permissions;
+    const file = shared.writeInHome('my closed.conf', 'a=1\n', { mode: 0o440 });
+    confine();
+    const { view } = await shared.open('permissions');
+    await view.shows('Office.conf', patience);
+    await view.press(texts.add);
+    await shared.choose('Open File', file);
+    await view.shows(`${file} -r--r----- (0440)`, patience);
+    await fix(view, filled(texts.why.fixWhat, { name: 'my closed.conf' }));
+    await view.shows(texts.why.fixed, patience);
+    expect(fs.statSync(file).mode & 0o7777).toBe(0o640);
+});
+
 test('the line that sets the wrong input method is shown, fixed and restored', async () => {
     const texts = pageTexts.inputmethod;
     const before = '# mine\nexport XMODIFIERS=@im=fcitx\n';

@@ -126,13 +126,21 @@ export const suiteOperationNames = [
 
 export const windowOperationNames = [
     'window.action',
+    'window.dropped',
+    'window.find',
     'window.leave',
     'window.maximise',
     'window.sidebar',
     'window.state',
 ] as const;
 
-export const draftOperationNames = ['draft.keep', 'draft.read'] as const;
+export const draftOperationNames = [
+    'draft.keep',
+    'draft.picture',
+    'draft.read',
+    'draft.receiver',
+    'draft.write',
+] as const;
 
 export const taskNames = [
     'task.report',
@@ -157,6 +165,9 @@ export const taskNames = [
     'task.start',
     'task.processes',
     'task.programs',
+    'task.machine',
+    'task.request',
+    'task.preview',
     'task.end',
 ] as const;
 

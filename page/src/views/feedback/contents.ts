@@ -50,8 +50,10 @@ interface ContentLine {
 
 /** What will be in the archive, in the order in which it is put there. */
 export function archiveContents(draft: Draft, takesAll: boolean): ContentLine[] {
+    const isTyped = takesAll && draft.description.includes('\n');
+    const description = isTyped ? ['describe.txt', 'description.txt'] : ['describe.txt'];
     const lines: ContentLine[] = [
-        { part: 'description', names: ['describe.txt'], problem: null },
+        { part: 'description', names: description, problem: null },
         ...chosenFiles(draft, takesAll).map(
             ({ name, problem }): ContentLine => ({ part: 'file', names: [name], problem }),
         ),

@@ -20,14 +20,21 @@ function table(title: string, processes: Process[], t: Translate): string {
     return [`== ${title} ==`, head, ...lines].join('\n');
 }
 
+/** How the window's language writes a number with so many digits after the point. */
+type WriteNumber = (value: number, digits: number) => string;
+
 /** The whole as text to paste. */
-export function loadText({ memory, busiest, largest }: Load, t: Translate): string {
+export function loadText(
+    { memory, busiest, largest }: Load,
+    t: Translate,
+    number: WriteNumber,
+): string {
     const parts = [];
     if (memory?.usedPercent != null && memory.totalGibibytes != null) {
         parts.push(
             t('processes.memory.line', {
-                percent: memory.usedPercent.toFixed(1),
-                total: memory.totalGibibytes.toFixed(1),
+                percent: number(memory.usedPercent, 1),
+                total: number(memory.totalGibibytes, 1),
             }),
         );
     }
@@ -41,13 +48,17 @@ export function rawLoad(load: Load): string {
 }
 
 /** All programs as text to paste, a line each. */
-export function programsText(rows: readonly ProgramRow[], t: Translate): string {
+export function programsText(
+    rows: readonly ProgramRow[],
+    t: Translate,
+    number: WriteNumber,
+): string {
     const lines = rows.map(({ title, program, processes, processor, memory, users }) =>
         [
             visibleText(title === program ? program : `${title} (${program})`),
             processes.length,
-            processor?.toFixed(1) ?? '',
-            (memory / 1024 / 1024).toFixed(1),
+            processor === null ? '' : number(processor, 1),
+            number(memory / 1024 / 1024, 1),
             users.map(visibleText).join(', '),
         ].join('\t'),
     );

@@ -2,8 +2,11 @@ import type { SearchHit } from '@/client';
 import { matcher } from '@/tasks/filter';
 import { sortInto, type Compare, type SlicedSort } from './slicedsort';
 
-export const orders = ['found', 'name', 'folder'] as const;
-export type Order = (typeof orders)[number];
+/** What a hit's look tells, once it was read. */
+export type Figure = 'size' | 'changed';
+export type Order = 'found' | 'name' | 'folder' | Figure;
+
+export const isFigure = (order: Order): order is Figure => order === 'size' || order === 'changed';
 
 /** Hits that are tested for the filter between two looks at the clock. */
 const testsAtOnce = 200;
@@ -21,6 +24,7 @@ export class HitList {
     private hits: SearchHit[] = [];
     private matches: (...texts: string[]) => boolean = matcher('');
     private order: Order = 'found';
+    private isDescending = false;
     private readonly collator: Intl.Collator;
     /** Numbers of the hits that match, as they were found, of the first `tested` ones. */
     private matched: number[] = [];
@@ -36,7 +40,12 @@ export class HitList {
     /** Whether more hits are on their way, so that sorting can wait for some more. */
     expectsMore = false;
 
-    constructor(language: string) {
+    constructor(
+        language: string,
+        /** A figure of the hit with a number; undefined where it has none. */
+        private readonly figureOf: (number: number, figure: Figure) => number | undefined = () =>
+            undefined,
+    ) {
         this.collator = new Intl.Collator(language, { numeric: true });
     }
 
@@ -82,11 +91,17 @@ export class HitList {
         this.restart();
     }
 
-    orderBy(order: Order): void {
-        if (order === this.order) return;
+    orderBy(order: Order, isDescending = false): void {
+        if (order === this.order && isDescending === this.isDescending) return;
         this.order = order;
+        this.isDescending = isDescending;
+        this.sortAgain();
+    }
+
+    /** For figures that have become known. */
+    sortAgain(): void {
         this.unsort();
-        if (order === 'found') this.shown = this.matched;
+        if (this.order === 'found') this.shown = this.matched;
     }
 
     /** Works for about so many milliseconds; answers whether anything changed. */
@@ -140,9 +155,20 @@ export class HitList {
     }
 
     private comparison(): Compare {
-        const { hits, collator } = this;
-        const side = this.order === 'folder' ? 'directory' : 'name';
-        return (first, second) => collator.compare(hits[first]![side], hits[second]![side]);
+        const { hits, collator, order, figureOf } = this;
+        const sign = this.isDescending ? -1 : 1;
+        if (isFigure(order)) {
+            return (first, second) => {
+                const [one, other] = [figureOf(first, order), figureOf(second, order)];
+                // What is not known comes last, whatever the direction.
+                if (one === undefined || other === undefined) {
+                    return Number(one === undefined) - Number(other === undefined);
+                }
+                return sign * (one - other);
+            };
+        }
+        const side = order === 'folder' ? 'directory' : 'name';
+        return (first, second) => sign * collator.compare(hits[first]![side], hits[second]![side]);
     }
 
     private restart(): void {

@@ -3,7 +3,8 @@ import type { Client, Failure } from '@/client';
 import { useTexts } from '@/frame/texts';
 import { useNotice } from '@/tasks/notice';
 import { progressDelay } from '@/tasks/task';
-import { HitList, type Order } from './hitlist';
+import { useHitLooks } from './hitlooks';
+import { HitList, isFigure, type Figure, type Order } from './hitlist';
 
 type SearchState = 'idle' | 'searching' | 'finished' | 'stopped';
 
@@ -15,7 +16,12 @@ const publishInterval = 100;
 /** A search and its hits, which are taken in once a frame however many arrive. */
 export function useSearch(client: Client) {
     const { locale } = useTexts();
-    const list = new HitList(locale.value);
+    const figureOf = (number: number, figure: Figure): number | undefined => {
+        const look = looks.look(number);
+        return (figure === 'size' ? look?.size : look?.changed?.getTime()) ?? undefined;
+    };
+    const list = new HitList(locale.value, figureOf);
+    const looks = useHitLooks(client, list);
     /** Counts the changes of the list, which is not reactive itself. */
     const version = ref(0);
     const state = ref<SearchState>('idle');
@@ -26,6 +32,9 @@ export function useSearch(client: Client) {
     const failure = shallowRef<Failure | null>(null);
     const filter = ref('');
     const order = ref<Order>('found');
+    const isDescending = ref(false);
+    /** All sizes and times are being read, because they decide the order. */
+    const measuring = ref(false);
     /** Until the host has taken a search, whatever arrives belongs to the one before. */
     let accepting = false;
     /** The host has found all, of which some may still wait to be taken in. */
@@ -50,8 +59,12 @@ export function useSearch(client: Client) {
         const isNews =
             !accepting || !count.value || performance.now() - publishedAt >= publishInterval;
         if (isNews) publish();
-        if (list.isBusy || !isNews) requestDraw();
-        else if (allArrived && state.value === 'searching') end('finished');
+        if (list.isBusy || !isNews) {
+            requestDraw();
+        } else if (allArrived && state.value === 'searching') {
+            end('finished');
+            void arrange();
+        }
     }
 
     function requestDraw(): void {
@@ -72,6 +85,7 @@ export function useSearch(client: Client) {
         end('searching');
         failure.value = null;
         list.clear();
+        looks.forget();
         requestDraw();
         slowTimer = setTimeout(() => {
             slow.value = true;
@@ -93,14 +107,23 @@ export function useSearch(client: Client) {
         if (outcome.kind !== 'done') failure.value = outcome;
     }
 
+    /** Sorts; by what only the disk knows once all of it was read. */
+    async function arrange(): Promise<void> {
+        if (isFigure(order.value)) {
+            measuring.value = true;
+            await looks.wantAll();
+            measuring.value = false;
+            list.sortAgain();
+        }
+        list.orderBy(order.value, isDescending.value);
+        requestDraw();
+    }
+
     watch(filter, (query) => {
         list.filterBy(query);
         requestDraw();
     });
-    watch(order, (wanted) => {
-        list.orderBy(wanted);
-        requestDraw();
-    });
+    watch([order, isDescending], arrange);
     useNotice(client, 'searchHit', (hit) => {
         if (!accepting) return;
         list.add(hit);
@@ -127,6 +150,9 @@ export function useSearch(client: Client) {
         failure,
         filter,
         order,
+        isDescending,
+        measuring,
+        looks,
         start,
         stop,
     };

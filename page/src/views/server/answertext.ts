@@ -1,4 +1,4 @@
-import type { ServerAnswer } from '@/client';
+import type { ServerAnswer, TimedAnswer } from '@/client';
 
 /** What an answer means, by the name of its text. */
 type Meaning = 'good' | 'silent' | 'redirect' | 'access' | 'notFound' | 'client' | 'server' | 'odd';
@@ -12,6 +12,11 @@ export function meaningOf(answer: ServerAnswer): Meaning {
     if (status >= 300 && status < 400) return 'redirect';
     if (status >= 400 && status < 500) return 'client';
     return status >= 500 && status < 600 ? 'server' : 'odd';
+}
+
+/** What a timed answer means, as the library tells it of its own. */
+export function plainAnswer({ status, body }: TimedAnswer): ServerAnswer {
+    return status >= 200 && status < 300 ? { good: true } : { good: false, status, body };
 }
 
 const mostShown = 20_000;

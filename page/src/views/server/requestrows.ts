@@ -10,9 +10,9 @@ export interface RequestRow {
 /** Why a row cannot be sent, by the name of its text; null when it can. */
 type RowObjection = 'separator' | 'noName';
 
-/** Rows travel joined with ":" and ";", so neither side can hold one. */
-export function rowObjection({ name, value }: RequestRow): RowObjection | null {
-    if (/[:;]/.test(name) || /[:;]/.test(value)) return 'separator';
+/** @param joined whether rows travel joined with ":" and ";", so that neither side can hold one */
+export function rowObjection({ name, value }: RequestRow, joined = true): RowObjection | null {
+    if (joined && (/[:;]/.test(name) || /[:;]/.test(value))) return 'separator';
     return name.trim() === '' && value !== '' ? 'noName' : null;
 }
 

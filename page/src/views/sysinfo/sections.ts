@@ -1,4 +1,4 @@
-import type { SystemSnapshot } from '@/client';
+import type { MachinePicture, SystemSnapshot } from '@/client';
 import type { Translate } from '@/frame/texts';
 import { visibleText } from '@/parts/visibletext';
 
@@ -19,11 +19,15 @@ export interface Row {
     value: string;
     /** Hidden on screen and in copied text until the user asks for it. */
     secret?: boolean;
-    /** Font rows: the style, which decides how the sample is drawn. */
+    /** Font rows: the styles of the family. */
     style?: string;
+    /** The one of them that the sample is drawn in. */
+    face?: string;
+    /** Shown in the picture of the machine already. */
+    isPictured?: boolean;
 }
 
-type Sections = Record<SectionName, Row[]>;
+export type Sections = Record<SectionName, Row[]>;
 
 /** "ASKPASS" names a program that asks for a password, and holds none. */
 const secretName = new RegExp(
@@ -82,12 +86,39 @@ function overview(snapshot: SystemSnapshot, t: Translate, installed: string): Ro
     ];
 }
 
-/** @param installed the office suite that is looked after, beside the assistant's own */
-export function sectionsOf(snapshot: SystemSnapshot, t: Translate, installed = ''): Sections {
+/** The plain face of a family, which is called differently. */
+const plainStyle = /^(regular|book|roman|normal|medium)$/i;
+
+/** A row for each family, with all of its styles. */
+function fontRows(fonts: SystemSnapshot['fonts']): Row[] {
+    const families = new Map<string, string[]>();
+    for (const { family, style } of fonts) {
+        families.set(family, [...(families.get(family) ?? []), style]);
+    }
+    return [...families].map(([family, styles]) => ({
+        value: family,
+        style: styles.filter(Boolean).join(', '),
+        face: styles.find((style) => plainStyle.test(style)) ?? styles[0] ?? '',
+    }));
+}
+
+/** What is known beside the snapshot. */
+interface Surroundings {
+    /** The office suite that is looked after, beside the assistant's own. */
+    suite?: string;
+    /** Rows of the machine itself, in a shell that describes it. */
+    machine?: Row[];
+}
+
+export function sectionsOf(
+    snapshot: SystemSnapshot,
+    t: Translate,
+    { suite = '', machine = [] }: Surroundings = {},
+): Sections {
     const lines = (values: string[]): Row[] => values.map((value) => ({ value }));
     return {
-        overview: overview(snapshot, t, installed),
-        fonts: snapshot.fonts.map(({ family, style }) => ({ value: family, style })),
+        overview: [...machine, ...overview(snapshot, t, suite)],
+        fonts: fontRows(snapshot.fonts),
         environment: snapshot.variables.map(({ name, value }) => ({
             label: name,
             value,
@@ -126,11 +157,41 @@ export function wholeText(sections: Sections, t: Translate, revealed: ReadonlySe
     return sectionNames.map((name) => sectionText(name, sections, t, revealed)).join('\n\n');
 }
 
+/** A cell of a table in Markdown. */
+const cell = (text: string): string =>
+    visibleText(text)
+        .replace(/[\\|`*_<>[\]]/g, '\\$&')
+        .replace(/\s+/g, ' ');
+
+function markdownRow(row: Row, revealed: ReadonlySet<string>): string {
+    const value = cell(shownValue(row, revealed));
+    if (row.label !== undefined) return `| ${cell(row.label)} | ${value} |`;
+    return row.style ? `- ${value}: ${cell(row.style)}` : `- ${value}`;
+}
+
+/** The whole as Markdown, as reports in trackers take it. */
+export function markdown(sections: Sections, t: Translate, revealed: ReadonlySet<string>): string {
+    const parts = sectionNames
+        .filter((name) => sections[name].length)
+        .map((name) => {
+            const rows = sections[name].map((row) => markdownRow(row, revealed));
+            const isTable = sections[name][0]!.label !== undefined;
+            const head = `| ${t('sysinfo.columns.name')} | ${t('sysinfo.columns.value')} |`;
+            const lines = isTable ? [head, '| --- | --- |', ...rows] : rows;
+            return [`## ${t(`sysinfo.sections.${name}`)}`, '', ...lines].join('\n');
+        });
+    return [`# ${t('sysinfo.title')}`, ...parts].join('\n\n');
+}
+
 /** The answer as it came, as JSON, but with hidden values still hidden. */
-export function rawText(snapshot: SystemSnapshot, revealed: ReadonlySet<string>): string {
+export function rawText(
+    snapshot: SystemSnapshot,
+    revealed: ReadonlySet<string>,
+    machine?: MachinePicture,
+): string {
     const variables = snapshot.variables.map(
         ({ name, value }) =>
             `${name}=${shownValue({ label: name, value, secret: isSecret(name, value) }, revealed)}`,
     );
-    return JSON.stringify({ ...snapshot.raw, envInfo: variables.join('|') }, null, 2);
+    return JSON.stringify({ ...snapshot.raw, envInfo: variables.join('|'), machine }, null, 2);
 }

@@ -26,6 +26,30 @@ const describe = (view) => view.locator('textarea').fill('The third page\nis emp
 /** The text is handed to the shell, which answers at once, before the next frame. */
 const triedToKeep = (view) =>
     view.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
+const pixel =
+    'data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNkYPhfDwAChwGA60e6kgAAAABJRU5ErkJggg==';
+
+/** A screenshot from the clipboard. */
+const paste = (view) =>
+    view.evaluate(() => {
+        const clipboardData = new DataTransfer();
+        clipboardData.items.add(new File(['x'], 'image.png', { type: 'image/png' }));
+        const event = new ClipboardEvent('paste', {
+            clipboardData,
+            bubbles: true,
+            cancelable: true,
+        });
+        document.body.dispatchEvent(event);
+    });
+
+const drop = (view) =>
+    view.evaluate(() => {
+        const dataTransfer = new DataTransfer();
+        dataTransfer.items.add(new File(['x'], 'log.txt'));
+        const event = new DragEvent('drop', { dataTransfer, bubbles: true, cancelable: true });
+        document.body.dispatchEvent(event);
+    });
+
 const build = (view) => view.locator('.summary-panel .el-button--primary').click();
 
 async function describeAndBuild(view) {
@@ -43,6 +67,75 @@ async function addFiles(view) {
 
 export const scenes = [
     { name: 'feedback', page, answers, shows: 'Describe what happened first.' },
+    {
+        name: 'feedback-pasted',
+        page,
+        keeps: true,
+        offers: ['draft.picture', 'task.preview', 'task.archive'],
+        answers: {
+            ...answers,
+            'draft.read': { result: { text: '' } },
+            'draft.keep': { result: { kept: true } },
+            'draft.picture': { result: { file: '/home/user/.local/state/shot.png' } },
+            'task.preview': {
+                result: {
+                    end: 'done',
+                    exists: true,
+                    size: 48_211,
+                    changed: '2026-02-01T08:00:00Z',
+                    picture: pixel,
+                },
+            },
+        },
+        act: async (view) => {
+            await describe(view);
+            await paste(view);
+        },
+        shows: '48.2 kB',
+    },
+    {
+        name: 'feedback-dropped',
+        page,
+        offers: ['window.dropped', 'task.preview', 'task.archive'],
+        answers: {
+            ...answers,
+            'window.dropped': { result: { paths: ['/home/user/log\u202E.txt', '/home/gone'] } },
+            'task.preview': [
+                {
+                    result: {
+                        end: 'done',
+                        exists: true,
+                        size: 30,
+                        changed: '2026-02-01T08:00:00Z',
+                        text: 'first line\nsecond\u0007 line\n3\n4\n5',
+                    },
+                },
+                { result: { end: 'done', exists: false, size: 0, changed: '' } },
+            ],
+        },
+        act: drop,
+        shows: 'This file is no longer there.',
+    },
+    {
+        name: 'feedback-addressed',
+        page,
+        keeps: true,
+        offers: ['draft.receiver', 'draft.write', 'task.archive'],
+        answers: {
+            ...answers,
+            'draft.read': { result: { text: '' } },
+            'draft.keep': { result: { kept: true } },
+            'draft.receiver': { result: { address: 'mailto:support@example.org' } },
+            'draft.write': { result: { opened: false } },
+            'task.archive': { result: { end: 'done', file: '/home/user/a.tar.gz' } },
+        },
+        act: async (view) => {
+            await describeAndBuild(view);
+            await view.getByText('support@example.org').waitFor();
+            await view.locator('.summary-archive .el-button--primary').click();
+        },
+        shows: 'The desktop has no program for this address',
+    },
     {
         name: 'feedback-layout',
         page,

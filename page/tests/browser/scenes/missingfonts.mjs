@@ -17,6 +17,51 @@ export const scenes = [
         shows: 'sudo apt-get install fonts-crosextra-carlito fonts-dejavu-extra fonts-noto-cjk',
     },
     {
+        name: 'missingfonts-sampled',
+        page,
+        offers: ['task.substitutes'],
+        answers: {
+            choosesamplefile: chosen,
+            comparefont: missing('Georgia;Brand Face'),
+            'task.substitutes': {
+                result: {
+                    end: 'done',
+                    families: {
+                        Georgia: 'DejaVu Sans Mono',
+                        'Brand Face': 'DejaVu Sans',
+                        'DejaVu Serif': 'DejaVu Serif',
+                    },
+                    packages: ['fonts-dejavu-core'],
+                },
+            },
+        },
+        act: choose,
+        shows: /\d+% (wider|narrower) than meant/,
+    },
+    {
+        name: 'missingfonts-dropped',
+        page,
+        offers: ['window.dropped'],
+        answers: {
+            comparefont: missing('Brand Face'),
+            'window.dropped': { result: { paths: ['/home/user/dropped report.docx'] } },
+        },
+        act: (view) =>
+            view.evaluate(() => {
+                const dataTransfer = new DataTransfer();
+                dataTransfer.items.add(new File(['x'], 'dropped report.docx'));
+                for (const type of ['dragover', 'drop']) {
+                    const event = new DragEvent(type, {
+                        dataTransfer,
+                        bubbles: true,
+                        cancelable: true,
+                    });
+                    document.body.dispatchEvent(event);
+                }
+            }),
+        shows: 'dropped report.docx',
+    },
+    {
         name: 'missingfonts-unknown',
         page,
         answers: { choosesamplefile: chosen, comparefont: missing('Brand Face') },

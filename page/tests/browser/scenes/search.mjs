@@ -27,6 +27,18 @@ const hits = names.map((name, index) =>
 );
 const found = { startsearchfile: { notices: [...hits, finished] } };
 
+/** The first is a folder; each of the others is a million bytes larger than the one before. */
+function looks(count) {
+    const paths = Array.from({ length: count }, (_, index) => ({
+        path: `/home/${index}`,
+        exists: true,
+        kind: index ? 'file' : 'directory',
+        ...(index ? { size: index * 1e6 } : {}),
+        changed: `2026-0${1 + index}-11T08:00:00Z`,
+    }));
+    return { end: 'done', paths };
+}
+
 async function search(view, text = 'report') {
     await view.locator('.search-keyword input').fill(text);
     await view.keyboard.press('Enter');
@@ -46,7 +58,7 @@ export const scenes = [
         answers: found,
         act: async (view) => {
             await search(view);
-            await view.locator('input[value="name"]').check();
+            await view.locator('.hit-columns .hit-name').click();
             // The order of a person: 2 before 10.
             await view.until(() => {
                 const rows = [...document.querySelectorAll('.hit-row')]
@@ -57,6 +69,24 @@ export const scenes = [
             });
         },
         shows: '⟨U+202E⟩',
+    },
+    {
+        name: 'search-looked',
+        page,
+        offers: ['task.paths'],
+        answers: { ...found, 'task.paths': { result: looks(hits.length) } },
+        act: async (view) => {
+            await search(view);
+            await view.locator('.hit-columns .hit-size').click();
+            // The largest first; a folder has no size.
+            await view.until(() => {
+                const rows = [...document.querySelectorAll('.hit-row')]
+                    .sort((one, two) => one.ariaPosInSet - two.ariaPosInSet)
+                    .map((row) => row.querySelector('.hit-size').textContent);
+                return rows[0] === '7 MB' && rows[1] === '6 MB' && rows[7] === '';
+            });
+        },
+        shows: '7 MB',
     },
     {
         name: 'search-filtered',

@@ -8,6 +8,30 @@ const errorPage =
 const cell = (view, number) => view.locator('.request-row input', { nth: number });
 const url = '.request-field:first-child input';
 
+const timed = {
+    end: 'done',
+    status: 200,
+    problem: '',
+    times: { name: 12.4, connect: 31, encrypt: 92, firstByte: 410, whole: 655 },
+    size: 48_211,
+    address: '192.0.2.7',
+    protocol: '2',
+    headers: [
+        { name: 'content-type', value: 'application/octet-stream' },
+        { name: 'x-odd', value: 'before\u202Eafter' },
+    ],
+    body: 'the document',
+};
+const silent = {
+    ...timed,
+    status: 0,
+    problem: 'Could not resolve host: server.example',
+    times: { name: 0, connect: 0, encrypt: 0, firstByte: 0, whole: 21 },
+    size: 0,
+    headers: [],
+    body: '',
+};
+
 async function send(view) {
     await view.locator(url).fill('https://server.example/documents/1');
     await view.locator('.server-send button').click();
@@ -50,6 +74,40 @@ export const scenes = [
             await view.locator('input[name="server-function"][value=""]').check();
         },
         shows: 'Enter a function name first.',
+    },
+    {
+        name: 'server-timed',
+        page,
+        offers: ['task.request'],
+        answers: { 'task.request': { result: timed } },
+        act: async (view) => {
+            await send(view);
+            await view.locator('.answer-headers summary').click();
+        },
+        shows: '245 ms',
+    },
+    {
+        name: 'server-timed-silent',
+        page,
+        offers: ['task.request'],
+        answers: { 'task.request': { result: silent } },
+        act: send,
+        shows: 'Could not resolve host',
+    },
+    {
+        name: 'server-timed-again',
+        page,
+        offers: ['task.request'],
+        answers: { 'task.request': { result: timed } },
+        act: async (view) => {
+            await fillForm(view);
+            await cell(view, 1).fill('http://referrer; and more');
+            await view.locator('.server-send button').click();
+            await view.locator('.request-history').waitFor();
+            await view.locator(url).fill('https://other.example');
+            await view.locator('.request-history button').click();
+        },
+        shows: 'POST https://server.example/save',
     },
     {
         name: 'server-success',

@@ -55,12 +55,55 @@ const nothing = {
     envInfo: '',
 };
 const answers = { stratcheckenv: { result: snapshot }, exportsysinfo: { result: 'success' } };
+/** The computer as a shell describes it, with two screens and an almost full disk. */
+export const machine = {
+    distribution: 'Debian GNU/Linux 12 (bookworm)',
+    model: 'Example Computers Model 7',
+    desktop: 'KDE',
+    session: 'wayland',
+    memory: { total: 16.4e9, available: 7.2e9, swapTotal: 0, swapFree: 0 },
+    disks: [
+        { place: '/', type: 'ext4', total: 250e9, free: 81e9, isReadOnly: false },
+        { place: '/home', type: 'btrfs', total: 1e12, free: 12e9, isReadOnly: false },
+    ],
+    graphics: [{ name: 'Example Corporation UHD Graphics 620', driver: 'i915' }],
+    screens: [
+        { name: '', output: 'eDP-1', mode: '1920x1080' },
+        { name: 'EX27\u202EU', output: 'DP-2', mode: '1440x2560' },
+    ],
+    languages: ['zh_CN', 'en_US'],
+};
+const described = {
+    offers: ['task.machine', 'task.report'],
+    answers: {
+        stratcheckenv: { result: snapshot },
+        'task.machine': { result: { end: 'done', machine } },
+    },
+};
 const page = 'sysinfo.html';
 
 const exportReport = (view) => view.locator('.report-tools > .el-button--primary').click();
 
 export const scenes = [
     { name: 'sysinfo', page, answers, shows: 'Linux 6.1.0-18-amd64' },
+    { name: 'sysinfo-machine', page, ...described, shows: '12 GB free of 1 TB' },
+    {
+        name: 'sysinfo-matches',
+        page,
+        ...described,
+        act: async (view) => {
+            await view.locator('.report-filter input').fill('de');
+            await view.locator('.report-matches').waitFor();
+        },
+        shows: '3 matches in Fonts',
+    },
+    {
+        name: 'sysinfo-hidden',
+        page,
+        ...described,
+        act: (view) => view.locator('#tab-environment').click(),
+        shows: 'also when copied and in the exported report',
+    },
     {
         name: 'sysinfo-fonts',
         page,

@@ -55,16 +55,18 @@ test('a page learns which operations its shell has', async () => {
     ].map((name) => `doctor.${name}`);
     const why = ['open', 'denied', 'input'].map((name) => `why.${name}`);
     const suite = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
-    const window = ['action', 'leave', 'maximise', 'sidebar', 'state'].map(
-        (name) => `window.${name}`,
-    );
+    const draft = ['keep', 'picture', 'read', 'receiver', 'write'].map((name) => `draft.${name}`);
+    const window = [
+        ...['action', 'dropped', 'find', 'leave'],
+        ...['maximise', 'sidebar', 'state'],
+    ].map((name) => `window.${name}`);
     const tasks = [
         ...['cancel', 'findings', 'printed'],
         ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
         ...['server', 'system', 'shortcuts', 'associations', 'associate'],
         ...['paths', 'choose', 'listing', 'dumps', 'dumpfolder'],
         ...['compare', 'start', 'updater'],
-        ...['processes', 'programs', 'end'],
+        ...['processes', 'programs', 'machine', 'request', 'preview', 'end'],
     ].map((name) => `task.${name}`);
     expect(await page.evaluate('helio.operations')).toEqual([
         ...doctor,
@@ -72,8 +74,7 @@ test('a page learns which operations its shell has', async () => {
         ...suite,
         'doctor.cancel',
         ...tasks,
-        'draft.keep',
-        'draft.read',
+        ...draft,
         ...window,
     ]);
 });

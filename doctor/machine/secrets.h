@@ -2,9 +2,9 @@
 
 #include <QString>
 
-namespace fleet {
+namespace doctor {
 
 /// The value of a setting as it may be shown to others: nothing of a password, token or key.
 QString withoutSecret(const QString &name, const QString &value);
 
-} // namespace fleet
+} // namespace doctor

@@ -1,8 +1,8 @@
-#include "fleet/report/secrets.h"
+#include "doctor/machine/secrets.h"
 
 #include <QRegularExpression>
 
-namespace fleet {
+namespace doctor {
 
 QString withoutSecret(const QString &name, const QString &value)
 {
@@ -18,4 +18,4 @@ QString withoutSecret(const QString &name, const QString &value)
     return shown.replace(userInAddress, QStringLiteral("://") + hidden + QLatin1Char('@'));
 }
 
-} // namespace fleet
+} // namespace doctor
