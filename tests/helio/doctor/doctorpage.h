@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -75,7 +76,8 @@ public:
                       {{QStringLiteral("plan"), plan.value(QStringLiteral("plan"))}});
     }
 
-    helio::DoctorOperations operations{QStringLiteral("/nonexistent")};
+    QTemporaryDir shippedChecks;
+    helio::DoctorOperations operations{shippedChecks.path()};
     QVector<QJsonObject> lines;
     QMap<int, QJsonObject> envelopes;
 
