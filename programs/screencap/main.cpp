@@ -82,7 +82,11 @@ int record(const ScreenSource &source)
     };
     QObject::connect(&recording, &Recording::ended, atEnd);
     QSocketNotifier signal(signalPipe[0], QSocketNotifier::Read);
-    QObject::connect(&signal, &QSocketNotifier::activated, &recording, &Recording::stop);
+    QObject::connect(&signal, &QSocketNotifier::activated, &recording, [&] {
+        // The byte stays in the pipe, so the notifier would fire until the end.
+        signal.setEnabled(false);
+        recording.stop();
+    });
     recording.start(source);
     RecorderWindow window(recording);
     window.show();
