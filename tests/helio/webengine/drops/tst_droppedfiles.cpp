@@ -1,3 +1,4 @@
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QJsonArray>
 #include <QMimeData>
@@ -44,5 +45,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(DroppedFilesTest)
+QTEST_GUILESS_MAIN(DroppedFilesTest)
 #include "tst_droppedfiles.moc"
