@@ -47,7 +47,8 @@ titles() {
 export -f titles
 # The next one starts as on a fresh desktop.
 end() {
-    pid=$(pgrep -x soffice.bin) && kill -KILL "$pid" && await "! kill -0 $pid 2>/dev/null"
+    # A helper that it has just forked still has its name.
+    pkill -KILL -x soffice.bin && await '! pgrep -x soffice.bin'
     rm -rf "$HOME/.config/libreoffice"
 }
 for word; do
