@@ -1,11 +1,10 @@
-#include <QCoreApplication>
 #include <QDropEvent>
 #include <QJsonArray>
 #include <QMimeData>
-#include <QTest>
 #include <QUrl>
 
 #include "helio/webengine/drops/droppedfiles.h"
+#include "tests/support/shell/headlesstest.h"
 
 namespace {
 
@@ -45,5 +44,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DroppedFilesTest)
+HEADLESS_TEST_MAIN(DroppedFilesTest)
 #include "tst_droppedfiles.moc"
