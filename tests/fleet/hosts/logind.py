@@ -22,15 +22,22 @@ class Session(dbus.service.Object):
     """One session object."""
 
     def __init__(self, bus, described):
-        self.path = '/org/freedesktop/login1/session/_%s' % described['id']
+        number = described['id']
+        # As sd_bus_path_encode(3).
+        first = '_%02x' % ord(number[0]) if number[0].isdigit() else number[0]
+        self.path = '/org/freedesktop/login1/session/%s%s' % (first, number[1:])
         self.described = described
         super().__init__(bus, self.path)
 
     @dbus.service.method('org.freedesktop.DBus.Properties', in_signature='s',
                          out_signature='a{sv}')
     def GetAll(self, _interface):
-        return {'Type': self.described['type'], 'Class': self.described.get('class', 'user'),
-                'State': 'active', 'LockedHint': bool(self.described.get('locked'))}
+        uid = self.described['uid']
+        user = (dbus.UInt32(uid), dbus.ObjectPath('/org/freedesktop/login1/user/_%d' % uid))
+        return {'Id': self.described['id'], 'User': dbus.Struct(user, signature='uo'),
+                'Name': self.described['user'], 'Type': self.described['type'],
+                'Class': self.described.get('class', 'user'), 'State': 'active',
+                'LockedHint': bool(self.described.get('locked'))}
 
 
 class Manager(dbus.service.Object):

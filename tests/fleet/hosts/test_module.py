@@ -33,13 +33,14 @@ class ModuleTest(unittest.TestCase):
         (namespace / 'desktop').symlink_to(COLLECTION)
         sys.path.insert(0, str(cls.top))
         plugins = 'ansible_collections.office_assistant.desktop.plugins.'
-        cls.doctor = importlib.import_module(plugins + 'modules.doctor')
+        cls.checkups = importlib.import_module(plugins + 'module_utils.checkups')
         cls.report = importlib.import_module(plugins + 'modules.report')
-        cls.sessions = importlib.import_module(plugins + 'module_utils.sessions')
+        cls.logind = importlib.import_module(plugins + 'module_utils.logind')
+        cls.programs = importlib.import_module(plugins + 'module_utils.programs')
 
     def session(self, uid=None):
         user = pwd.getpwuid(os.getuid())
-        return self.sessions.Session('1', user.pw_name, user.pw_uid if uid is None else uid, 'x11',
+        return self.logind.Session('1', user.pw_name, user.pw_uid if uid is None else uid, 'x11',
                                      False, {'PATH': '/usr/bin:/bin'})
 
     def program(self, answer, status=0, version='0.1.0', errors='', then=''):
@@ -53,7 +54,7 @@ class ModuleTest(unittest.TestCase):
         return str(path)
 
     def look(self, answer, status=0, limit=20, **others):
-        result, _diff = self.doctor.look(self.session(), ASKED, False,
+        result, _diff = self.checkups.look(self.session(), ASKED, False,
                                          self.program(answer, status, **others), limit)
         # As it goes to the controller.
         json.dumps(result, allow_nan=False)
@@ -135,7 +136,7 @@ class ModuleTest(unittest.TestCase):
         self.assertEqual((result['class'], result['changed']), ('refused', False))
 
     def test_a_user_who_is_gone_fails_alone(self):
-        result, _diff = self.doctor.look(self.session(uid=3999999), ASKED, False,
+        result, _diff = self.checkups.look(self.session(uid=3999999), ASKED, False,
                                          self.program(''), 5)
         self.assertEqual(result['class'], 'failed')
         self.assertIn('3999999', result['text'])
@@ -147,7 +148,7 @@ class ModuleTest(unittest.TestCase):
             {}, 'assistantctl is 0.0.9, the collection 0.1.0: there is no command report'))
 
     def test_the_version_is_that_of_the_archive(self):
-        self.assertIn('\nversion: %s\n' % self.sessions.VERSION,
+        self.assertIn('\nversion: %s\n' % self.programs.VERSION,
                       (COLLECTION / 'galaxy.yml').read_text())
 
 

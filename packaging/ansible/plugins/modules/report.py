@@ -71,7 +71,7 @@ reports:
 '''
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
-from ansible_collections.office_assistant.desktop.plugins.module_utils import sessions  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import logind, programs  # noqa: E402
 
 
 def describe(session, path, limit):
@@ -81,16 +81,16 @@ def describe(session, path, limit):
         result['text'] = 'no process of the session has a display'
         return result
     try:
-        run = sessions.run_in(session, [path, 'report'], limit)
-    except sessions.NOT_STARTED as problem:
+        run = programs.run_in(session, [path, 'report'], limit)
+    except programs.NOT_STARTED as problem:
         result['text'] = str(problem)
         return result
     reports = run.of_type('report')
     if reports and not run.ended and run.status == 0:
         # As much of it as assistantctl compare reads.
-        result['report'] = sessions.bounded(reports[0], text=4096, parts=20000)
+        result['report'] = programs.bounded(reports[0], text=4096, parts=20000)
     else:
-        result['text'] = sessions.why_not(session, path, run, limit)[1]
+        result['text'] = programs.why_not(session, path, run, limit)[1]
     return result
 
 
@@ -103,16 +103,17 @@ def main():
         },
         supports_check_mode=True,
     )
-    path = sessions.program(module.params['program'])
+    path = programs.program(module.params['program'])
     if path is None:
         module.fail_json(msg='assistantctl is not installed', reports=[])
-    try:
-        found = sessions.GraphicalSessions().found()
-    except sessions.Unanswered as problem:
-        module.fail_json(msg='logind does not answer: %s' % problem, reports=[])
     wanted = module.params['user']
-    reports = [describe(session, path, module.params['limit']) for session in found
-               if wanted in (None, session.user)]
+    try:
+        found = [session for session in logind.GraphicalSessions().found()
+                 if wanted in (None, session.user)]
+    except logind.Unanswered as problem:
+        module.fail_json(msg='logind does not answer: %s' % problem, reports=[])
+    reports = [describe(session, path, module.params['limit'])
+               for session in sorted(found, key=lambda one: (one.user, one.number))]
     module.exit_json(changed=False, reports=reports)
 
 
