@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QLibrary>
 #include <QTest>
 
@@ -136,7 +135,7 @@ private slots:
     void changesNothingButTheKey();
     void refusesWhatItCannotWrite();
     void refusesAByteOrderMark();
-    void takesLinearTime();
+    void hugeContentsEnd();
 
 private:
     /// What GLib reads; nothing if it cannot.
@@ -288,11 +287,10 @@ void TestDesktopEditor::refusesAByteOrderMark()
     QVERIFY(m_editor.refuses(content, {QStringLiteral("G"), QStringLiteral("k")}));
 }
 
-void TestDesktopEditor::takesLinearTime()
+void TestDesktopEditor::hugeContentsEnd()
 {
+    // What took the square of its time would not end before the test is ended.
     constexpr int size = 1024 * 1024;
-    QElapsedTimer timer;
-    timer.start();
     for (const QByteArray &part :
          QByteArrayList{"k=1\n", "[G]\n", "k=", "\\n", " ", "\r", "k[a]=2\n", "#\n"}) {
         const QByteArray content = "[G]\n" + part.repeated(size / part.size()) + "\n";
@@ -300,7 +298,6 @@ void TestDesktopEditor::takesLinearTime()
         m_editor.find(content, key);
         m_editor.remove(m_editor.set(content, key, QStringLiteral("x")), key);
     }
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestDesktopEditor)

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -25,7 +24,7 @@ private slots:
     void refusesWhatItCannotRead_data();
     void refusesWhatItCannotRead();
     void refusesWhatItCannotWrite();
-    void takesLinearTime();
+    void hugeContentsEnd();
 
 private:
     QVariantMap readByQSettings(const QByteArray &content);
@@ -253,11 +252,10 @@ void TestIniEditor::refusesWhatItCannotWrite()
     QVERIFY(m_editor.refusesToSet(QByteArray(64 * 1024 * 1024 - 2, '\n'), key, text));
 }
 
-void TestIniEditor::takesLinearTime()
+void TestIniEditor::hugeContentsEnd()
 {
+    // What took the square of its time would not end before the test is ended.
     constexpr int size = 1024 * 1024;
-    QElapsedTimer timer;
-    timer.start();
     for (const QByteArray &part :
          QByteArrayList{"k=1\n", "[s]\n", "\"", "\\", "[", "k=\\x1", "k=a,\n", ";\r", "%"}) {
         const QByteArray content = "[s]\n" + part.repeated(size / part.size()) + "\n";
@@ -265,7 +263,6 @@ void TestIniEditor::takesLinearTime()
         m_editor.find(content, key);
         m_editor.remove(m_editor.set(content, key, QStringLiteral("x")), key);
     }
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestIniEditor)

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QTest>
 
 #include "tests/doctor/editors/editing.h"
@@ -59,7 +58,7 @@ private slots:
     void refusesToOverwriteOthers();
     void refusesDeepNesting();
     void tellsTheLine();
-    void takesLinearTime();
+    void hugeContentsEnd();
 
 private:
     const Editing m_editor{doctor::Format::Json};
@@ -260,11 +259,10 @@ void TestJsonEditor::tellsTheLine()
     QCOMPARE(m_editor.line("{\r\n\"a\":\n1}", {QStringLiteral("a")}), 3);
 }
 
-void TestJsonEditor::takesLinearTime()
+void TestJsonEditor::hugeContentsEnd()
 {
+    // What took the square of its time would not end before the test is ended.
     constexpr int size = 1024 * 1024;
-    QElapsedTimer timer;
-    timer.start();
     const QStringList key{QStringLiteral("a"), QStringLiteral("a")};
     for (const QByteArray &part :
          QByteArrayList{R"("a":1)", R"("b":1)", R"("a":{"a":2})", R"("\n":[])"}) {
@@ -280,7 +278,6 @@ void TestJsonEditor::takesLinearTime()
         "{\"a\":1" + QByteArray(size, ' ') + "," + QByteArray(size, ' ') + "\"b\":2}";
     QCOMPARE(m_editor.remove(spaces, {QStringLiteral("b")}), QByteArray("{\"a\":1}"));
     m_editor.find('"' + QByteArray("\\\"").repeated(size), key);
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestJsonEditor)

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QTest>
 
 #include "tests/doctor/editors/editing.h"
@@ -27,7 +26,7 @@ private slots:
     void refusesWhatIsNoPlainValue();
     void refusesOtherFiles_data();
     void refusesOtherFiles();
-    void takesLinearTime();
+    void hugeContentsEnd();
 
 private:
     const Editing m_editor{doctor::Format::Xcu};
@@ -234,11 +233,10 @@ void TestXcuEditor::refusesOtherFiles()
     QVERIFY(m_editor.refuses(content, {path, QStringLiteral("N")}));
 }
 
-void TestXcuEditor::takesLinearTime()
+void TestXcuEditor::hugeContentsEnd()
 {
+    // What took the square of its time would not end before the test is ended.
     constexpr int size = 1024 * 1024;
-    QElapsedTimer timer;
-    timer.start();
     const QStringList key{QStringLiteral("/o.A"), QStringLiteral("N")};
     const QByteArray property("<prop oor:name=\"N\"><value/></prop>");
     const QByteArray item = "<item oor:path=\"/o.A\">" + property + "</item>";
@@ -252,7 +250,6 @@ void TestXcuEditor::takesLinearTime()
         QCOMPARE(m_editor.find(after, key), QStringLiteral("x"));
         QCOMPARE(m_editor.find(m_editor.remove(after, key), key), QStringLiteral("(none)"));
     }
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestXcuEditor)

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QTest>
 
 #include "tests/doctor/editors/editing.h"
@@ -62,7 +61,7 @@ private slots:
     void refusesWhatItCannotWrite();
     void refusesDeepNesting();
     void tellsTheLine();
-    void takesLinearTime();
+    void hugeContentsEnd();
 
 private:
     const Editing m_editor{doctor::Format::Xml};
@@ -339,11 +338,10 @@ void TestXmlEditor::tellsTheLine()
         3);
 }
 
-void TestXmlEditor::takesLinearTime()
+void TestXmlEditor::hugeContentsEnd()
 {
+    // What took the square of its time would not end before the test is ended.
     constexpr int size = 1024 * 1024;
-    QElapsedTimer timer;
-    timer.start();
     const QStringList key{QStringLiteral("a"), QStringLiteral("b")};
     for (const QByteArray &part :
          QByteArrayList{"<b/>", "<b k=''>x</b>", "&amp;", "<!---->x", "&", "<", "<b ", "<![CDATA[",
@@ -359,7 +357,6 @@ void TestXmlEditor::takesLinearTime()
     for (int i = 0; attributes.size() < size; ++i)
         attributes += " k" + QByteArray::number(i) + "=''";
     QVERIFY(m_editor.refuses("<a" + attributes + "/>", key));
-    QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestXmlEditor)
