@@ -50,7 +50,8 @@ Description descriptionFrom(const QJsonObject &object)
     for (const QJsonValue &value : places) {
         const QJsonObject place = value.toObject();
         description.places.append({textIn(place, "source"), textIn(place, "folder"),
-                                   textIn(place, "configuration"), textsIn(place, "command")});
+                                   textIn(place, "configuration"), textsIn(place, "command"),
+                                   textIn(place, "entries")});
     }
     description.version = entryIn(object, "version");
     description.profile = entryIn(object, "profile");

@@ -27,6 +27,8 @@ struct Place
     QString configuration;
     /// What starts it; empty for the program of the description.
     QStringList command;
+    /// What the names of its desktop entries begin with; "%1" is the name of the folder.
+    QString entries;
 };
 
 /// The plug-ins for a desktop, the one that fits best first.

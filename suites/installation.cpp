@@ -73,6 +73,8 @@ Installation described(const Description &description, const Place &place, const
     installation.command = place.command.isEmpty()
                                ? QStringList(folder + QLatin1Char('/') + description.program)
                                : place.command;
+    installation.entries = place.entries;
+    installation.entries.replace(QLatin1String("%1"), folder.section(QLatin1Char('/'), -1));
     const QString directory =
         profileOf(entryValue(description.profile, folder, machine), place, folder, machine);
     if (!directory.isEmpty())
@@ -106,6 +108,17 @@ QVector<Installation> installations(const Description &description, const doctor
             return doctor::compareVersions(one.version, other.version) > 0;
         });
         all += here;
+    }
+    return all;
+}
+
+QStringList chosenEntries(const doctor::Machine &machine, const doctor::Deadline &deadline)
+{
+    QStringList all;
+    for (const Description &description : descriptions()) {
+        const auto used = chosen(installations(description, machine, deadline), machine);
+        if (used && !used->entries.isEmpty())
+            all.append(used->entries);
     }
     return all;
 }

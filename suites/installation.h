@@ -25,6 +25,8 @@ struct Installation
     QString profile;
     /// Starts it.
     QStringList command;
+    /// What the names of its desktop entries begin with.
+    QString entries;
     QStringList components;
     QStringList plugins;
     QStringList languages;
@@ -41,6 +43,10 @@ std::optional<Installation> keptChoice(const QVector<Installation> &found,
 /// The one that is looked after: the kept choice, otherwise the first.
 std::optional<Installation> chosen(const QVector<Installation> &found,
                                    const doctor::Machine &machine);
+
+/// What the names of desktop entries begin with: of each suite those of the one that is looked
+/// after.
+QStringList chosenEntries(const doctor::Machine &machine, const doctor::Deadline &deadline);
 
 /// Where the choice is kept: its folder, in one line.
 QString choiceFile(const QString &suite, const doctor::Machine &machine);

@@ -1,9 +1,12 @@
 #include "doctor/machine/mounts.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <algorithm>
 #include <iterator>
+
+#include <unistd.h>
 
 #include "doctor/machine/filereading.h"
 
@@ -13,6 +16,8 @@ namespace {
 
 constexpr char mountTable[] = "/proc/self/mountinfo";
 constexpr qint64 largestTable = 4 * 1024 * 1024;
+/// As many as the kernel follows.
+constexpr int mostLinks = 40;
 
 /// Blanks stand as "\040" in the table.
 QString unescaped(const QByteArray &text)
@@ -29,6 +34,32 @@ bool isBelow(const QString &path, const QString &point)
 {
     return point == QLatin1String("/") ||
            (path + QLatin1Char('/')).startsWith(point + QLatin1Char('/'));
+}
+
+/// Empty for what is no link.
+QString linkTarget(const QString &path)
+{
+    QByteArray target(4096, '\0');
+    const ssize_t length = ::readlink(QFile::encodeName(path).constData(), target.data(),
+                                      static_cast<size_t>(target.size()));
+    return length > 0 ? QFile::decodeName(target.left(static_cast<int>(length))) : QString();
+}
+
+/// @p path with the first link after @p start in the place of its name; unchanged without one.
+QString withLinkFollowed(const QString &path, int start, const Machine &machine)
+{
+    for (int end = start; end < path.size();) {
+        const int next = path.indexOf(QLatin1Char('/'), end + 1);
+        const QString folder = path.left(end);
+        end = next < 0 ? path.size() : next;
+        const QString target = linkTarget(machine.located(path.left(end)));
+        if (target.isEmpty())
+            continue;
+        const QString begin =
+            target.startsWith(QLatin1Char('/')) ? QString() : folder + QLatin1Char('/');
+        return QDir::cleanPath(begin + target + path.mid(end));
+    }
+    return path;
 }
 
 } // namespace
@@ -67,6 +98,33 @@ const Mount *mountOf(const QString &path, const QVector<Mount> &mounts)
             nearest = &mount;
     }
     return nearest;
+}
+
+MountTable::MountTable(const Machine &machine) : m_machine(machine), m_mounts(mountsOf(machine))
+{
+    m_home = reachedBy(machine.home());
+}
+
+const Mount *MountTable::reachedBy(const QString &path) const
+{
+    QString place = QDir::cleanPath(path);
+    const Mount *mount = as(place);
+    for (int links = 0; links < mostLinks && mount != nullptr && isNear(*mount); ++links) {
+        // No name of a mount's point is a link.
+        const int start = mount->point == QLatin1String("/") ? 0 : mount->point.size();
+        const QString next = withLinkFollowed(place, start, m_machine);
+        if (next == place)
+            break;
+        place = next;
+        mount = as(place);
+    }
+    return mount;
+}
+
+bool MountTable::areAllNear() const
+{
+    return std::all_of(m_mounts.begin(), m_mounts.end(),
+                       [this](const Mount &mount) { return isNear(mount); });
 }
 
 } // namespace doctor

@@ -28,4 +28,26 @@ QVector<Mount> mountsOf(const Machine &machine);
 /// the table has none.
 const Mount *mountOf(const QString &path, const QVector<Mount> &mounts);
 
+/// The mounts of a machine, and which of them can be touched without waiting for a server.
+class MountTable
+{
+public:
+    explicit MountTable(const Machine &machine);
+    // A member points into another one.
+    Q_DISABLE_COPY(MountTable)
+
+    /// As mountOf().
+    const Mount *as(const QString &path) const { return mountOf(path, m_mounts); }
+    /// The one that @p path leads to through links; what is not near is not touched for that.
+    const Mount *reachedBy(const QString &path) const;
+    /// Whether touching it cannot hang, or the home is there too: then all programs wait as well.
+    bool isNear(const Mount &mount) const { return &mount == m_home || !mount.mayHang(); }
+    bool areAllNear() const;
+
+private:
+    const Machine &m_machine;
+    const QVector<Mount> m_mounts;
+    const Mount *m_home = nullptr;
+};
+
 } // namespace doctor

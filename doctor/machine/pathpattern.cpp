@@ -36,17 +36,46 @@ bool isThere(const QString &path)
     return lstat(QFile::encodeName(path).constData(), &state) == 0;
 }
 
-/// The points of mounts that must not be touched without need.
-QStringList pointsThatMayHang(const Machine &machine)
+/// Which of the paths that match may be touched.
+class Touching
 {
-    QStringList points;
-    const QVector<Mount> mounts = mountsOf(machine);
-    for (const Mount &mount : mounts) {
-        if (mount.mayHang())
-            points.append(mount.point);
+public:
+    Touching(const Machine &machine, const QString &pattern)
+        : m_home(machine.home() + QLatin1Char('/')),
+          m_mounts(machine),
+          m_areAll(m_mounts.areAllNear()),
+          m_named(m_mounts.as(beginOf(pattern)))
+    {
     }
-    return points;
-}
+
+    /// Of what is not near only the share that the pattern itself names. Links count in the home
+    /// alone: elsewhere the administrator has made them, and much may stand behind one.
+    bool isAllowed(const QString &path) const
+    {
+        if (m_areAll)
+            return true;
+        const Mount *mount = path.startsWith(m_home) ? m_mounts.reachedBy(path) : m_mounts.as(path);
+        return mount == nullptr || mount == m_named || m_mounts.isNear(*mount);
+    }
+
+private:
+    /// The directory in front of the first name that stands for others.
+    static QString beginOf(const QString &pattern)
+    {
+        QString begin;
+        for (const QString &part : pattern.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+            if (!isPlainPath(part))
+                break;
+            begin += QLatin1Char('/') + unescaped(part);
+        }
+        return begin;
+    }
+
+    const QString m_home;
+    const MountTable m_mounts;
+    const bool m_areAll;
+    const Mount *const m_named;
+};
 
 } // namespace
 
@@ -94,7 +123,7 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
     if (isPlainPath(pattern))
         return {{unescaped(pattern)}, {}};
     QStringList found{QString()};
-    const QStringList avoided = pointsThatMayHang(machine);
+    const Touching touching(machine, pattern);
     int namesSeen = 0;
     const QStringList parts = pattern.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString &part : parts) {
@@ -105,6 +134,8 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
                 next.append(directory + QLatin1Char('/') + unescaped(part));
                 continue;
             }
+            if (!touching.isAllowed(directory))
+                continue;
             const QString place = machine.located(directory + QLatin1Char('/'));
             const QStringList names = namesIn(place, mostNames + 1).value_or(QStringList());
             namesSeen += names.size();
@@ -113,8 +144,7 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
             for (const QString &name : names) {
                 const QString path = directory + QLatin1Char('/') + name;
                 if (fnmatch(wanted.constData(), QFile::encodeName(name).constData(), FNM_PERIOD) ==
-                        0 &&
-                    !avoided.contains(path))
+                    0)
                     next.append(path);
             }
         }
@@ -122,10 +152,10 @@ MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const 
             return {{}, texts::tr("more than %1 files match %2").arg(mostMatches).arg(pattern)};
         found = next;
     }
-    const auto isMissing = [&machine](const QString &path) {
-        return !isThere(machine.located(path));
+    const auto isNone = [&machine, &touching](const QString &path) {
+        return !touching.isAllowed(path) || !isThere(machine.located(path));
     };
-    found.erase(std::remove_if(found.begin(), found.end(), isMissing), found.end());
+    found.erase(std::remove_if(found.begin(), found.end(), isNone), found.end());
     return {found, {}};
 }
 

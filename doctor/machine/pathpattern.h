@@ -22,9 +22,11 @@ QString escapedForPattern(const QString &text);
 bool isPlainPath(const QString &pattern);
 
 /// The existing paths that match an absolute pattern, sorted. "*", "?" and "[…]" match within one
-/// name, "*" and "?" not a dot at its beginning, and no network mount, which might hang; "\" takes
-/// the next character as it is. A plain path is returned whether it exists or not. Refuses "..",
-/// control characters, and patterns that meet too many names.
+/// name, "*" and "?" not a dot at its beginning; "\" takes the next character as it is. What lies
+/// in a network mount, which might hang, does not match, nor what leads there through links in the
+/// home; but for the mount in front of the first "*", "?" or "[" and that of the home. A plain path
+/// is returned whether it exists or not. Refuses "..", control characters, and patterns that meet
+/// too many names.
 MatchedPaths matchedPaths(const Machine &machine, const QString &pattern, const Deadline &deadline);
 
 /// Why @p path cannot be used: it is not absolute, contains "..", a control character or is too

@@ -1,5 +1,4 @@
 #include <QFile>
-#include <QFileInfo>
 
 #include <sys/statvfs.h>
 
@@ -48,14 +47,8 @@ Observed lookAtDiskSpace(const Arguments &arguments, const Looking &looking)
 Observed lookAtMount(const Arguments &arguments, const Looking &looking)
 {
     const QString path = arguments.text("mount");
-    const QVector<Mount> mounts = mountsOf(looking.machine);
-    const Mount *mount = mountOf(path, mounts);
-    // Where a link leads is asked only where the answer cannot hang.
-    if (mount != nullptr && looking.machine.root.isEmpty() && !mount->mayHang()) {
-        const QString canonical = QFileInfo(path).canonicalFilePath();
-        if (!canonical.isEmpty())
-            mount = mountOf(canonical, mounts);
-    }
+    const MountTable mounts(looking.machine);
+    const Mount *mount = mounts.reachedBy(path);
     if (mount == nullptr)
         return {{}, texts::tr("the kernel does not tell where %1 is mounted").arg(path)};
     Observation seen;
@@ -68,6 +61,7 @@ Observed lookAtMount(const Arguments &arguments, const Looking &looking)
         {QStringLiteral("options"), Value::ofText(mount->options.join(QLatin1Char(',')))},
         {QStringLiteral("readOnly"), Value::ofFlag(mount->options.contains(QLatin1String("ro")))},
         {QStringLiteral("noExec"), Value::ofFlag(mount->options.contains(QLatin1String("noexec")))},
+        {QStringLiteral("near"), Value::ofFlag(mounts.isNear(*mount))},
     };
     return {{seen}, {}};
 }
@@ -83,7 +77,7 @@ constexpr Parameter mountParameters[] = {{"mount", ParameterType::Path, true}};
 constexpr ProbeValue mountValues[] = {
     {"path", ValueType::Text},   {"point", ValueType::Text},   {"type", ValueType::Text},
     {"source", ValueType::Text}, {"options", ValueType::Text}, {"readOnly", ValueType::Flag},
-    {"noExec", ValueType::Flag},
+    {"noExec", ValueType::Flag}, {"near", ValueType::Flag},
 };
 
 } // namespace

@@ -101,11 +101,16 @@ void TestInstallations::everyPlaceIsLookedAt()
     scene.install("/snap/libreoffice/current/lib/libreoffice", "25.2");
     QStringList sources;
     QStringList profiles;
+    QStringList entries;
     for (const Installation &installation : scene.found()) {
         sources.append(installation.source);
         profiles.append(installation.profile);
+        entries.append(installation.entries);
     }
     QCOMPARE(sources.join(QLatin1Char(' ')), QStringLiteral("package folder flatpak flatpak snap"));
+    QCOMPARE(entries.join(QLatin1Char(' ')),
+             QStringLiteral("libreoffice- libreoffice24.2- org.libreoffice.LibreOffice. "
+                            "org.libreoffice.LibreOffice. libreoffice_"));
     QCOMPARE(profiles[0], QStringLiteral("/home/mira/.config/libreoffice/4/user"));
     QCOMPARE(profiles[1], profiles[0]);
     QCOMPARE(profiles[2], QStringLiteral("/home/mira/.var/app/org.libreoffice.LibreOffice/config/"

@@ -9,6 +9,7 @@
 
 #include "doctor/machine/filereading.h"
 #include "doctor/why/open/keyfile.h"
+#include "texts/texts.h"
 
 namespace doctor {
 
@@ -93,6 +94,29 @@ QString programOf(const QString &commandLine)
     return program;
 }
 
+QString entryProblem(const DesktopEntry &entry)
+{
+    switch (entry.state) {
+    case EntryState::Works:
+        return {};
+    case EntryState::Missing:
+        return texts::tr("it is not installed");
+    case EntryState::Unreadable:
+        return texts::tr("%1 cannot be read as a desktop entry").arg(entry.path);
+    case EntryState::NotApplication:
+        return texts::tr("%1 is not the desktop entry of an application").arg(entry.path);
+    case EntryState::TryExecFails:
+        return texts::tr("%1 asks for the program %2, which is not there")
+            .arg(entry.path, entry.program);
+    case EntryState::ExecFails:
+        break;
+    }
+    return entry.program.isEmpty()
+               ? texts::tr("the command line in %1 cannot be read").arg(entry.path)
+               : texts::tr("%1 starts the program %2, which is not there")
+                     .arg(entry.path, entry.program);
+}
+
 DesktopEntries::DesktopEntries(const OpenPlaces &places) : m_places(places)
 {
     for (const QString &folder : places.data) {
@@ -134,6 +158,9 @@ DesktopEntry DesktopEntries::read(const QString &path) const
     entry.isHidden = isTrue(file, "Hidden");
     entry.hasNoDisplay = isTrue(file, "NoDisplay");
     entry.isShown = isShownIn(file, m_places.desktops);
+    entry.types = file.text(mainGroup, "MimeType")
+                      .value_or(QString())
+                      .split(QLatin1Char(';'), Qt::SkipEmptyParts);
     entry.state = EntryState::NotApplication;
     if (file.firstGroup != mainGroup ||
         file.text(mainGroup, "Type").value_or(QString()) != QLatin1String("Application"))
@@ -165,6 +192,19 @@ const DesktopEntry &DesktopEntries::entry(const QString &name) const
             found = read;
     }
     return *m_entries.insert(name, found);
+}
+
+QStringList DesktopEntries::namesWith(const QString &beginning) const
+{
+    QStringList found;
+    for (const QHash<QString, QString> &names : m_folders) {
+        for (auto name = names.keyBegin(); name != names.keyEnd(); ++name) {
+            if (name->startsWith(beginning) && !found.contains(*name))
+                found.append(*name);
+        }
+    }
+    found.sort();
+    return found;
 }
 
 bool DesktopEntries::isMasked(const QString &name, int dataFolder) const

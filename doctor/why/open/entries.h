@@ -25,6 +25,8 @@ struct DesktopEntry
     QString path;
     /// What TryExec or Exec names.
     QString program;
+    /// What MimeType names, as it is written.
+    QStringList types;
     bool isHidden = false;
     bool hasNoDisplay = false;
     /// Whether OnlyShowIn and NotShowIn let this desktop show it.
@@ -43,6 +45,8 @@ public:
     bool isMasked(const QString &name, int dataFolder) const;
     /// The names of a data directory with their files. "kde/app.desktop" is "kde-app.desktop".
     const QHash<QString, QString> &names(int dataFolder) const { return m_folders.at(dataFolder); }
+    /// The names of all data directories that begin so, in order.
+    QStringList namesWith(const QString &beginning) const;
     /// Whether there were more entries, or deeper ones, than are looked at.
     bool isIncomplete() const { return m_isIncomplete; }
 
@@ -56,6 +60,9 @@ private:
     bool m_isIncomplete = false;
     mutable QHash<QString, DesktopEntry> m_entries;
 };
+
+/// Why a desktop entry cannot be used; empty if it can.
+QString entryProblem(const DesktopEntry &entry);
 
 /// The program that a command line starts, without quotes; empty where GLib cannot split it.
 QString programOf(const QString &commandLine);

@@ -8,6 +8,7 @@
 #include "doctor/editors/keyeditor.h"
 #include "doctor/repairs/draft.h"
 #include "doctor/why/open/xdgopen.h"
+#include "suites/installation.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -18,6 +19,8 @@ constexpr char defaultsGroup[] = "Default Applications";
 constexpr char listName[] = "/mimeapps.list";
 constexpr char checkName[] = "why.open";
 constexpr char repairName[] = "open-with";
+constexpr char openDocument[] = "application/vnd.oasis.opendocument.";
+constexpr std::chrono::seconds longestSearch{2};
 
 struct Component
 {
@@ -32,6 +35,19 @@ constexpr Component components[] = {
 QStringList suffixesOf(const Component &component)
 {
     return QString::fromLatin1(component.suffixes).split(QLatin1Char(' '));
+}
+
+/// Null for a type that is none of the suite's documents.
+const Component *componentFor(const QString &type, const MimeTypes &types)
+{
+    for (const Component &component : components) {
+        for (const QString &suffix : suffixesOf(component)) {
+            const QVector<NameMatch> names = types.ofName(QStringLiteral("a.") + suffix);
+            if (!names.isEmpty() && types.unaliased(names.constFirst().type) == type)
+                return &component;
+        }
+    }
+    return nullptr;
 }
 
 /// The first default that a list names for the type itself, whatever becomes of it.
@@ -75,29 +91,6 @@ bool isType(const QString &subject)
 
 } // namespace
 
-QString entryProblem(const DesktopEntry &entry)
-{
-    switch (entry.state) {
-    case EntryState::Works:
-        return {};
-    case EntryState::Missing:
-        return texts::tr("it is not installed");
-    case EntryState::Unreadable:
-        return texts::tr("%1 cannot be read as a desktop entry").arg(entry.path);
-    case EntryState::NotApplication:
-        return texts::tr("%1 is not the desktop entry of an application").arg(entry.path);
-    case EntryState::TryExecFails:
-        return texts::tr("%1 asks for the program %2, which is not there")
-            .arg(entry.path, entry.program);
-    case EntryState::ExecFails:
-        break;
-    }
-    return entry.program.isEmpty()
-               ? texts::tr("the command line in %1 cannot be read").arg(entry.path)
-               : texts::tr("%1 starts the program %2, which is not there")
-                     .arg(entry.path, entry.program);
-}
-
 OpenQuestion::OpenQuestion(const Machine &machine)
     : m_places(openPlaces(machine)),
       m_types(m_places),
@@ -125,15 +118,47 @@ QString OpenQuestion::entryOf(const QString &suffix)
 
 QString OpenQuestion::suiteEntry(const QString &type) const
 {
-    for (const Component &component : components) {
-        const QString entry = QLatin1String(component.entry);
-        for (const QString &suffix : suffixesOf(component)) {
-            const QVector<NameMatch> names = m_types.ofName(QStringLiteral("a.") + suffix);
-            if (!names.isEmpty() && m_types.unaliased(names.constFirst().type) == type)
-                return m_entries.entry(entry).state == EntryState::Works ? entry : QString();
-        }
+    const Component *component = componentFor(type, m_types);
+    const QString entry = component == nullptr ? QString() : QLatin1String(component->entry);
+    return m_entries.entry(entry).state == EntryState::Works ? entry : QString();
+}
+
+QString OpenQuestion::installedEntry(const Opening &opening) const
+{
+    const QString type = opening.types.constFirst();
+    const QVector<Statement> &all = opening.gio.statements;
+    const auto opens = [&](const QString &name) {
+        const DesktopEntry &entry = m_entries.entry(name);
+        const bool isUsed =
+            entry.state == EntryState::Works && !entry.isHidden && !entry.hasNoDisplay;
+        const auto names = [&](const QString &each) { return m_types.unaliased(each) == type; };
+        const auto takesOut = [&](const Statement &each) {
+            return each.group == ListGroup::Removed && each.entry == name;
+        };
+        return isUsed && std::any_of(entry.types.begin(), entry.types.end(), names) &&
+               std::none_of(all.begin(), all.end(), takesOut);
+    };
+    for (const QString &beginning :
+         suites::chosenEntries(m_places.machine, Deadline(longestSearch))) {
+        const QStringList names = m_entries.namesWith(beginning);
+        const auto found = std::find_if(names.begin(), names.end(), opens);
+        if (found != names.end())
+            return *found;
     }
     return {};
+}
+
+QString OpenQuestion::proposal(const Opening &opening) const
+{
+    const QString type = opening.types.constFirst();
+    const QString now = opening.gio.choice.entry;
+    const QString own = suiteEntry(type);
+    if (!own.isEmpty())
+        return own;
+    const bool isOffice =
+        type.startsWith(QLatin1String(openDocument)) || componentFor(type, m_types) != nullptr;
+    const QString installed = isOffice || now.isEmpty() ? installedEntry(opening) : QString();
+    return installed.isEmpty() ? now : installed;
 }
 
 void OpenQuestion::decide(Opening &opening) const
@@ -188,11 +213,8 @@ Opening OpenQuestion::answer(const FoundType &found) const
         m_kde = std::make_unique<KdeChoices>(m_places, m_lists, m_entries, m_types);
     opening.kde = m_kde->choice(found.type);
     const bool isRight = opening.verdict == Opening::Verdict::Opens && opening.isOneForAll();
-    if (!isRight && opening.verdict != Opening::Verdict::Undecided) {
-        opening.proposal = suiteEntry(opening.types.constFirst());
-        if (opening.proposal.isEmpty())
-            opening.proposal = opening.gio.choice.entry;
-    }
+    if (!isRight && opening.verdict != Opening::Verdict::Undecided)
+        opening.proposal = proposal(opening);
     return opening;
 }
 

@@ -91,6 +91,10 @@ private:
     /// The suite's entry for a type; empty if it is not installed or the type is none of the
     /// suite's.
     QString suiteEntry(const QString &type) const;
+    /// The entry for it of the office suite that is looked after; empty without one.
+    QString installedEntry(const Opening &opening) const;
+    /// What a repair would have open it; empty if that is nothing.
+    QString proposal(const Opening &opening) const;
 
     OpenPlaces m_places;
     MimeTypes m_types;
@@ -100,8 +104,5 @@ private:
     /// It reads all entries, so only once it is asked.
     mutable std::unique_ptr<KdeChoices> m_kde;
 };
-
-/// Why a desktop entry cannot be used; empty if it can.
-QString entryProblem(const DesktopEntry &entry);
 
 } // namespace doctor

@@ -46,6 +46,14 @@ public:
             qFatal("cannot write %s", path);
     }
 
+    void link(const char *path, const char *target) const
+    {
+        const QString located = m_machine.located(QLatin1String(path));
+        QDir().mkpath(QFileInfo(located).path());
+        if (!QFile::link(QLatin1String(target), located))
+            qFatal("cannot link %s", path);
+    }
+
     void set(const char *name, const char *value)
     {
         m_machine.environment.insert(QLatin1String(name), QLatin1String(value));
@@ -109,7 +117,9 @@ private slots:
     void fontsAreReadFromTheirFiles();
     void defaultsOfMimeTypesFollowTheLists();
     void mountsAndDisks();
+    void mountsThatMightHangAreNotNear();
     void patternsMatchNoShareThatMightHang();
+    void patternsFollowNoLinkToAShareThatMightHang();
     void portsAndUrls();
     void programsAreRunOnlyFromTheList();
     void accountsAndGroups();
@@ -313,6 +323,32 @@ void TestProbeKinds::mountsAndDisks()
     QVERIFY(scene.value("diskSpace", "/", "free") != QStringLiteral("missing"));
 }
 
+void TestProbeKinds::mountsThatMightHangAreNotNear()
+{
+    Scene scene;
+    const QByteArray disk = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
+    const QByteArray team = "2 1 0:40 / /mnt/team rw - nfs4 server:/team rw\n";
+    scene.write("/proc/self/mountinfo", disk + team);
+    scene.link("/home/mira/team", "../../mnt/./team");
+    scene.link("/home/mira/work", "/home/mira/team/work");
+    scene.link("/home/mira/loop", "loop/a");
+    for (const char *path :
+         {"/mnt/team", "/mnt/team/none", "/home/mira/team", "/home/mira/work/plan.odt"})
+        QVERIFY2(scene.value("mount", path, "near") == no(), path);
+    for (const char *path :
+         {"/", "/mnt", "/mnt/teams", "/home/mira/none/plan.odt", "/home/mira/loop/plan.odt"})
+        QVERIFY2(scene.value("mount", path, "near") == yes(), path);
+    QCOMPARE(scene.value("mount", "/home/mira/work", "point"), QStringLiteral("/mnt/team"));
+    // Without a home on a server nothing works anyway; others on it still may be away.
+    scene.write("/proc/self/mountinfo", disk + team +
+                                            "3 1 0:41 / /home rw - autofs auto.home rw\n" +
+                                            "4 3 0:42 / /home/mira rw - nfs4 server:/mira rw\n" +
+                                            "5 3 0:43 / /home/kim rw - nfs4 server:/kim rw\n");
+    QCOMPARE(scene.value("mount", "/home/mira/plan.odt", "near"), yes());
+    QCOMPARE(scene.value("mount", "/home/kim/plan.odt", "near"), no());
+    QCOMPARE(scene.value("mount", "/home/mira/work/plan.odt", "near"), no());
+}
+
 void TestProbeKinds::patternsMatchNoShareThatMightHang()
 {
     Scene scene;
@@ -326,6 +362,38 @@ void TestProbeKinds::patternsMatchNoShareThatMightHang()
     QCOMPARE(scene.value("file", "/home/mira/*/plan.odt", "folder"),
              QStringLiteral("/home/mira/stick"));
     QCOMPARE(scene.value("file", "/home/mira/team/plan.odt", "exists"), yes());
+}
+
+void TestProbeKinds::patternsFollowNoLinkToAShareThatMightHang()
+{
+    Scene scene;
+    const char *const disk = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
+    scene.write("/proc/self/mountinfo", disk);
+    scene.write("/mnt/team/plan.odt", "shared");
+    scene.write("/home/mira/own/plan.odt", "own");
+    const QByteArray up = "../../mnt/team";
+    scene.link("/home/mira/Documents", up.constData());
+    scene.link("/home/mira/plan.odt", (up + "/plan.odt").constData());
+    const auto seen = [&scene](const char *pattern) {
+        int count = 0;
+        for (const Observation &each : scene.look("file", {}, pattern).seen)
+            count += each.values.value(QStringLiteral("exists")).number != 0 ? 1 : 0;
+        return count;
+    };
+    constexpr const char *inFolders = "/home/mira/*/plan.odt";
+    constexpr const char *inDocuments = "/home/mira/Documents/*.odt";
+    constexpr const char *inHome = "/home/mira/*.odt";
+    constexpr const char *onShare = "/mnt/team/*.odt";
+    QCOMPARE(seen(inFolders), 2);
+    QCOMPARE(seen(inDocuments), 1);
+    QCOMPARE(seen(inHome), 1);
+    scene.write("/proc/self/mountinfo",
+                QByteArray(disk) + "2 1 0:40 / /mnt/team rw - nfs4 server:/team rw\n");
+    QCOMPARE(seen(inFolders), 1);
+    QCOMPARE(seen(inDocuments), 0);
+    QCOMPARE(seen(inHome), 0);
+    // Who names the share means it.
+    QCOMPARE(seen(onShare), 1);
 }
 
 void TestProbeKinds::portsAndUrls()

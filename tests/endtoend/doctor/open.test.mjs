@@ -93,6 +93,26 @@ test('the repair changes one line, and undo takes it back', async () => {
     expect(await root.readFile(list)).toBe(before);
 });
 
+test('an office document is given to LibreOffice where the suite is not there', async () => {
+    const text = 'application/vnd.oasis.opendocument.text';
+    const entry = (command) =>
+        `[Desktop Entry]\nType=Application\nName=x\nExec=${command} %f\nMimeType=${text};\n`;
+    await root.writeFile(`${entries}/archiver.desktop`, entry('true'));
+    await root.writeFile(`${entries}/libreoffice-writer.desktop`, entry('soffice'));
+    await root.writeFile(
+        `${entries}/mimeinfo.cache`,
+        `[MIME Cache]\n${text}=archiver.desktop;libreoffice-writer.desktop;\n`,
+    );
+    await root.writeFile(list, `[Default Applications]\n${text}=lost.desktop\n`);
+    expect((await lines(text)).events).toMatchObject([
+        { gio: { entry: 'archiver.desktop' }, proposal: 'libreoffice-writer.desktop' },
+    ]);
+    expect((await why('--fix', '--yes', text)).status).toBe(0);
+    expect((await lines(text)).events).toMatchObject([
+        { verdict: 'opens', gio: { entry: 'libreoffice-writer.desktop' } },
+    ]);
+});
+
 test('a repair that another list overrules is taken back', async () => {
     await root.writeFile(desktopList, `[Default Applications]\n${type}=other.desktop\n`);
     await root.writeFile(

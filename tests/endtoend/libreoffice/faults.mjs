@@ -1,6 +1,8 @@
 import fs from 'node:fs';
 
-import { entry, node } from './items.mjs';
+import { graphicsFaults } from './graphicsfaults.mjs';
+import { entry, node, recent } from './items.mjs';
+import { saidBy, workOf } from './macro.mjs';
 import { profile, settings } from './officeroot.mjs';
 import { sessionFaults } from './sessionfaults.mjs';
 import { surroundingFaults } from './surroundingfaults.mjs';
@@ -8,9 +10,18 @@ import { opens, opensNot, textDocument } from './windowsession.mjs';
 
 const missingFont = 'Nosuch Sans';
 const profileRoot = '/home/user/.config/libreoffice/4';
-const skiaLog = `${profileRoot}/cache/skia.log`;
-/** What draws, as LibreOffice says it. */
-const skiaIn = (office) => fs.readFileSync(office.hostPath(skiaLog), 'utf8').split('\n')[0];
+const helpParts = `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`;
+/** As LibreOffice writes it, of 18 MB. */
+const grownList = `<?xml version="1.0"?>
+<help:help-backend-db xmlns:help="http://openoffice.org/extensionmanager/help-registry/2010">
+${Array.from(
+    { length: 100_000 },
+    (_, number) =>
+        `<help:help url="vnd.sun.star.expand:$BUNDLED_EXTENSIONS/words-${number}"><help:data-url>vnd.sun.star.expand:$BUNDLED_EXTENSIONS_USER/registry/help/${number}.tmp/words</help:data-url></help:help>`,
+).join('\n')}
+</help:help-backend-db>
+`;
+const convertPlan = 'soffice --headless --convert-to fodt --outdir out plan.txt';
 /** Whether LibreOffice replaces a font, after its replacement was changed to another font. */
 async function isReplaced(office, replacement = missingFont) {
     const content = await office.readFile(settings);
@@ -19,6 +30,18 @@ async function isReplaced(office, replacement = missingFont) {
 }
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
+/** The folder where LibreOffice keeps templates. */
+const templatesIn = (office) =>
+    saidBy(
+        office,
+        'Print #1, createUnoService("com.sun.star.util.PathSettings").Template_writable',
+    );
+/** Whether a command takes the processor notably longer than without a file. */
+async function isSlowedBy(office, file, command) {
+    const slow = await workOf(office, command);
+    fs.rmSync(office.hostPath(file));
+    return slow > 1.3 * (await workOf(office, command));
+}
 /** As wide as the settings of this home say, or not. */
 const isKept = ({ windows }) => windows[textDocument] === 800;
 const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDocument] !== 800;
@@ -158,17 +181,17 @@ export const faults = [
     },
     {
         check: 'path-missing',
-        name: 'a folder for documents that is gone',
+        name: 'a folder for templates that is gone',
         plant: (office) =>
             office.addItem(
                 entry(
-                    "/org.openoffice.Office.Paths/Paths/org.openoffice.Office.Paths:NamedPath['Work']",
+                    "/org.openoffice.Office.Paths/Paths/org.openoffice.Office.Paths:NamedPath['Template']",
                     'WritePath',
                     'file:///home/user/Gone',
                 ),
             ),
-        seen: 'dialogs for files begin elsewhere',
-        works: ({ version }) => version === '1.2',
+        shows: async (_, office) => (await templatesIn(office)) === 'file:///home/user/Gone',
+        works: async (_, office) => (await templatesIn(office)) === `file://${profile}/template`,
     },
     {
         check: 'replacement-font',
@@ -188,30 +211,6 @@ export const faults = [
         shows: async (_, office) =>
             !(await isReplaced(office)) && (await isReplaced(office, 'DejaVu Sans')),
         works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'opencl',
-        name: 'OpenCL without a driver',
-        plant: (office) =>
-            office.addItem(entry('/org.openoffice.Office.Common/Misc', 'UseOpenCL', 'true')),
-        seen: 'calculations are slow or fail',
-        works: ({ version }) => version === '1.2',
-    },
-    {
-        check: 'skia',
-        name: 'Skia without a driver for Vulkan',
-        session: { SAL_USE_VCLPLUGIN: 'gen' },
-        plant: async (office) => {
-            // What LibreOffice writes when it takes Skia.
-            await office.writeFile(skiaLog, 'planted\n');
-            await office.addItem(entry('/org.openoffice.Office.Common/VCL', 'UseSkia', 'true'));
-        },
-        works: ({ version }) => version === '1.2',
-        window: {
-            later: `grep -q . "${skiaLog}"`,
-            shows: (_, office) => skiaIn(office) === 'RenderMethod: raster',
-            works: (seen, office) => opens(seen) && skiaIn(office) === 'planted',
-        },
     },
     {
         check: 'java-gone',
@@ -239,22 +238,32 @@ export const faults = [
         normal: true,
         plant: (office) =>
             office.writeFile(
-                `${profile}/extensions/bundled/registry/com.sun.star.comp.deployment.help.PackageRegistryBackend/backenddb.xml`,
+                helpParts,
                 '<?xml version="1.0"?>\n<ext:help-backend-db xmlns:ext="x">\n<ext:ent',
             ),
         works: ({ version }) => version === '1.2',
         window: { shows: ({ ended, windows }) => ended && opensNot({ windows }), works: opens },
     },
     {
+        check: 'extensions-large',
+        name: 'a list of extensions that has grown',
+        plant: (office) => office.writeFile(helpParts, grownList),
+        shows: (_, office) => isSlowedBy(office, helpParts, 'unopkg list --bundled'),
+        works: ({ version }) => version === '1.2',
+    },
+    {
         check: 'settings-large',
         name: 'settings that have grown',
         plant: (office) =>
             office.addItem(
-                entry('/org.openoffice.Office.Common/Misc', 'Grown', 'x'.repeat(1200)).repeat(9000),
+                Array.from({ length: 40_000 }, (_, number) =>
+                    recent(`file:///home/user/${'letters/'.repeat(20)}${number}.odt`),
+                ).join(''),
             ),
-        seen: 'LibreOffice starts slowly',
+        shows: (_, office) => isSlowedBy(office, settings, convertPlan),
         works: ({ version }) => version !== null,
     },
+    ...graphicsFaults,
     ...sessionFaults,
     ...surroundingFaults,
 ];

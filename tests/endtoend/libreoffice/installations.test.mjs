@@ -6,6 +6,7 @@ import { afterAll, beforeEach, afterEach, describe, expect, test } from 'vitest'
 
 import { FaultTable } from './faulttable.mjs';
 import { recent } from './items.mjs';
+import { saidBy } from './macro.mjs';
 import { OfficeRoot, removeUsedProfile } from './officeroot.mjs';
 
 /** A LibreOffice with windows, and fonts, such as ./test libreoffice unpacks. */
@@ -109,7 +110,21 @@ describe.runIf(withWindows)('a desktop', () => {
         expect(await commandsFor('input-module', env)).toEqual([
             'apt-get install fcitx5-frontend-gtk3',
         ]);
-        named('no module of the input method', 'input-module', 'not by a test (no typing)');
+        const modulesFor = async (name) => {
+            const stdout = await office.session(`
+                GTK_IM_MODULE=${name} soffice --writer >/dev/null 2>&1 &
+                await 40 'windows | grep -q Untitled'
+                xdotool search --onlyvisible --name Untitled windowfocus key a
+                maps=/proc/$(pgrep -x soffice.bin)/maps
+                await 5 "grep -q /im- $maps"
+                grep -o '/im-.*' $maps
+                pkill -KILL -x soffice.bin`);
+            return [...new Set(stdout.match(/^\/im-.*$/gm))];
+        };
+        // The same input with a method that comes with GTK shows that one is asked for.
+        expect(await modulesFor('xim')).toEqual(['/im-xim.so']);
+        expect(await modulesFor('fcitx')).toEqual([]);
+        named('no module of the input method', 'input-module', inWindows);
     });
 
     test('that forbids windows has none until the line is removed', async () => {
@@ -137,14 +152,22 @@ describe.runIf(withWindows)('a desktop', () => {
     });
 
     test('without Base cannot open a database', async () => {
+        const isMissing = () =>
+            saidBy(
+                office,
+                'Print #1, IsNull(createUnoService("com.sun.star.sdb.DatabaseContext"))',
+            );
+        expect(await isMissing()).toBe('False');
         install('libdbalo.so');
+        // Asking for it is an error.
+        expect(await isMissing()).toBe('');
         await office.writeFile('/home/user/stock.odb', 'a database');
         await office.addItem(recent('file:///home/user/stock.odb'));
         expect(await office.findings(desktop('GNOME'))).toEqual(['base-missing']);
         expect(await commandsFor('base-missing', desktop('GNOME'))).toEqual([
             'apt-get install libreoffice-base',
         ]);
-        named('a database without Base', 'base-missing', 'not by a test (read from files)');
+        named('a database without Base', 'base-missing', 'in what it saves or says');
     });
 
     test('without the import of PDF cannot edit one', async () => {

@@ -2,6 +2,7 @@ import fs from 'node:fs';
 import path from 'node:path';
 
 import { recent } from './items.mjs';
+import { saidBy } from './macro.mjs';
 import { profile, settings } from './officeroot.mjs';
 import { opens, opensNot } from './windowsession.mjs';
 
@@ -96,6 +97,14 @@ export const missing = [
         name: 'a document on a server without GVFS',
         plant: (office) => office.addItem(recent('smb://server/share/plan.odt')),
         findings: { 'remote-missing': 'apt-get install gvfs-backends' },
+        // It knows nothing that could open such an address.
+        shows: async (_, office) =>
+            (await saidBy(
+                office,
+                `broker = createUnoService("com.sun.star.ucb.UniversalContentBroker")
+                Print #1, IsNull(broker.queryContentProvider("file:///home/user/plan.odt"))
+                Print #1, IsNull(broker.queryContentProvider("smb://server/share/plan.odt"))`,
+            )) === 'False\nTrue',
     },
     {
         name: 'a session in German',

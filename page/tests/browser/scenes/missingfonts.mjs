@@ -87,7 +87,7 @@ export const scenes = [
         page,
         answers: { choosesamplefile: chosen, comparefont: { result: 'error' } },
         act: choose,
-        shows: 'The suite did not open the document. Check',
+        shows: 'The document could not be read: it may be damaged',
     },
     {
         name: 'missingfonts-blanks',

@@ -44,6 +44,8 @@ private slots:
     void theToolsThatDifferAreNamed();
     void xdgOpenHandsAFileToTheDesktop_data();
     void xdgOpenHandsAFileToTheDesktop();
+    void officeDocumentsAreProposedToTheChosenSuite();
+    void otherDocumentsAreProposedToItWhereNothingOpensThem();
     void theRepairChangesOneLineAndNoOtherByte();
     void aPipeOrAHugeFileAsListLeavesItUndecided();
     void unreadableEntriesAndOddNamesDoNotStopTheAnswer();
@@ -222,6 +224,52 @@ void OpenTest::xdgOpenHandsAFileToTheDesktop()
     machine.environment.insert(QStringLiteral("KDE_SESSION_VERSION"), QStringLiteral("5"));
     machine.environment.insert(variable, value);
     QTEST(OpenQuestion(machine).ofType(QLatin1String(type)).xdgOpen, "program");
+}
+
+void OpenTest::officeDocumentsAreProposedToTheChosenSuite()
+{
+    constexpr char text[] = "application/vnd.oasis.opendocument.text";
+    constexpr char word[] = "application/msword";
+    const OpenMachine machine;
+    for (const char *folder : {"/usr/lib/libreoffice", "/opt/libreoffice24.2"})
+        machine.write((QByteArray(folder) + "/program/bootstraprc").constData(),
+                      "[Bootstrap]\nProductKey=LibreOffice 7.4\n");
+    machine.write("/usr/share/mime/globs2", "50:application/msword:*.doc\n");
+    const QByteArray types =
+        "Exec=tool %f\nMimeType=application/msword;" + QByteArray(text) + ";\n";
+    machine.entry("archiver.desktop", types);
+    machine.entry("libreoffice-draw.desktop");
+    machine.entry("libreoffice-hidden.desktop", types + "NoDisplay=true\n");
+    machine.entry("libreoffice-old.desktop", types + "TryExec=none\n");
+    machine.entry("libreoffice-writer.desktop", types);
+    machine.entry("libreoffice24.2-writer.desktop", types);
+    const auto proposed = [&machine](const char *type) { return machine.ofType(type).proposal; };
+    // A list that is not obeyed, so that something is to be proposed.
+    machine.write("/home/u/.config/mimeapps.list", "what is this\n[Default Applications]\n" +
+                                                       QByteArray(text) + "=x;\n" + word + "=x;\n");
+    QCOMPARE(proposed(text), QStringLiteral("libreoffice-writer.desktop"));
+    QCOMPARE(proposed(word), QStringLiteral("libreoffice-writer.desktop"));
+    machine.write("/home/u/.config/office-assistant/suites/libreoffice", "/opt/libreoffice24.2\n");
+    QCOMPARE(proposed(text), QStringLiteral("libreoffice24.2-writer.desktop"));
+    // The suite itself comes first.
+    machine.entry("vyr-office-vyr.desktop");
+    QCOMPARE(proposed(word), QStringLiteral("vyr-office-vyr.desktop"));
+    QCOMPARE(proposed(text), QStringLiteral("libreoffice24.2-writer.desktop"));
+}
+
+void OpenTest::otherDocumentsAreProposedToItWhereNothingOpensThem()
+{
+    const OpenMachine machine;
+    machine.write("/usr/lib/libreoffice/program/bootstraprc",
+                  "[Bootstrap]\nProductKey=LibreOffice 7.4\n");
+    machine.entry("libreoffice-draw.desktop", "Exec=tool %f\nMimeType=application/x-plan;\n");
+    QCOMPARE(machine.ofType().proposal, QStringLiteral("libreoffice-draw.desktop"));
+    machine.entry("viewer.desktop");
+    machine.write(userList, defaults("lost.desktop;viewer.desktop"));
+    QCOMPARE(machine.ofType().proposal, QStringLiteral("viewer.desktop"));
+    machine.write(userList,
+                  "[Removed Associations]\napplication/x-plan=libreoffice-draw.desktop;\n");
+    QCOMPARE(machine.ofType().proposal, QString());
 }
 
 void OpenTest::theRepairChangesOneLineAndNoOtherByte()
