@@ -5,6 +5,16 @@ set(SUITE_OFFICE_DIR ${SUITE_DIR}/office)
 set(SUITE_ADDON_DIR ${SUITE_OFFICE_DIR}/addons/vyrassistanttool)
 set(SUITE_HTML_DIR ${SUITE_ADDON_DIR}/officeassistant/resource/html)
 
+# The window may have another Qt than the shells that load the plug-in: its libraries then lie apart.
+set(ASSISTANT_WINDOW_LIBRARIES "" CACHE STRING
+    "Directory, below the programs', for libraries of the window alone; empty: beside the programs, for all")
+set(LIBRARY_PATH "")
+if(ASSISTANT_WINDOW_LIBRARIES)
+    set(LIBRARY_PATH /${ASSISTANT_WINDOW_LIBRARIES})
+endif()
+set(SUITE_LIBRARY_DIR ${SUITE_OFFICE_DIR}${LIBRARY_PATH})
+set(SUITE_ADDON_LIBRARY_DIR ${SUITE_LIBRARY_DIR}/addons/vyrassistanttool)
+
 # Where the tree is installed, below the prefix.
 set(SUITE_DESTINATION lib/office-assistant)
 
@@ -18,7 +28,7 @@ function(suite_destination result directory)
 endfunction()
 
 # suite_place(TARGET DIRECTORY RPATH COMPONENT): builds TARGET right into the tree and installs it from
-# there.
+# there. What lies with the window's own libraries is a part of the window.
 function(suite_place target directory rpath component)
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${directory}
@@ -29,6 +39,12 @@ function(suite_place target directory rpath component)
     if(type STREQUAL EXECUTABLE)
         # The suite has libraries of the same names, and users who set LD_LIBRARY_PATH to its directory.
         target_link_options(${target} PRIVATE LINKER:--disable-new-dtags)
+    endif()
+    if(ASSISTANT_WINDOW_LIBRARIES)
+        cmake_path(IS_PREFIX SUITE_LIBRARY_DIR ${directory} is_of_window)
+        if(is_of_window)
+            set(component window)
+        endif()
     endif()
     suite_destination(destination ${directory})
     install(TARGETS ${target} DESTINATION ${destination} COMPONENT ${component})

@@ -206,9 +206,12 @@ inline void scaleWithScreens()
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 using ContextMenu = QWebEngineContextMenuData;
 using Download = QWebEngineDownloadItem;
+/// Debian's package with Chromium's helper program.
+constexpr char chromiumPackage[] = "libqt5webenginecore5";
 #else
 using ContextMenu = QWebEngineContextMenuRequest;
 using Download = QWebEngineDownloadRequest;
+constexpr char chromiumPackage[] = "libqt6webenginecore6-bin";
 #endif
 
 /// Qt 6 refuses a local page its own scripts without that right, Qt 5 only what a script asks for.

@@ -34,6 +34,11 @@ QHash<QString, QString> readIniFile()
 
 } // namespace
 
+QString helio::libraryDirectory()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral(LIBRARY_PATH);
+}
+
 QString helio::setting(const QString &key, const QString &fallback)
 {
     // Read at the first call, even if the environment answers that one: the static lives longer

@@ -12,4 +12,8 @@ namespace helio {
 /// @p key is written as in helio.ini: "suiteHome", whose variable is HELIO_SUITE_HOME.
 HELIO_EXPORT QString setting(const QString &key, const QString &fallback);
 
+/// Where the libraries lie that this program may load: libraries of another Qt lie beside the
+/// program too, where the window has a Qt of its own. Otherwise the directory of the program.
+QString libraryDirectory();
+
 } // namespace helio

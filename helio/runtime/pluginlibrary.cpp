@@ -2,15 +2,13 @@
 
 #include <QCoreApplication>
 
+#include "helio/runtime/configuration.h"
 #include "helio/runtime/mimepackage.h"
 #include "host/kheliopluginwidgetfactory.h"
 
 namespace {
 
-QString addonDirectory()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/addons/vyrassistanttool");
-}
+constexpr char addons[] = "/addons/vyrassistanttool";
 
 } // namespace
 
@@ -18,7 +16,7 @@ namespace helio {
 
 QString PluginLibrary::path()
 {
-    return addonDirectory() + QStringLiteral("/libofficeassistant.so");
+    return libraryDirectory() + QLatin1String(addons) + QStringLiteral("/libofficeassistant.so");
 }
 
 QString PluginLibrary::load()
@@ -36,7 +34,8 @@ QString PluginLibrary::load()
 
 QString pageDirectory()
 {
-    return addonDirectory() + QStringLiteral("/officeassistant/resource/html");
+    return QCoreApplication::applicationDirPath() + QLatin1String(addons) +
+           QStringLiteral("/officeassistant/resource/html");
 }
 
 } // namespace helio

@@ -11,7 +11,7 @@ namespace helio {
 class HELIO_EXPORT PluginLibrary
 {
 public:
-    /// The library's file, below "addons/" in the application directory.
+    /// The library's file, below "addons/" in the directory of libraries.
     static QString path();
 
     /// Loads the library, which registers its page. Returns why it is of no use: it cannot be

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include "helio/webengine/pagedirectory.h"
+#include "qtversion/qtversion.h"
 #include "texts/texts.h"
 
 namespace {
@@ -34,8 +35,8 @@ QString shell::missingPart(const helio::PageDirectory &pages, const QString &sta
 {
     if (!isProgram(chromiumHelperPath()))
         return texts::tr("Chromium's helper program is missing: %1 (on Debian, install the package "
-                         "libqt5webenginecore5)")
-            .arg(chromiumHelperPath());
+                         "%2)")
+            .arg(chromiumHelperPath(), QLatin1String(qtversion::chromiumPackage));
     if (!QFileInfo(pages.path()).isDir())
         return texts::tr("the directory of the pages is missing: %1").arg(pages.path());
     const QUrl page = pages.urlOf(startPage);

@@ -51,4 +51,9 @@ TaskEnd askServer(const TaskRun &run)
     return sent(run, QStringLiteral("openremoveurlcheck"), run.arguments);
 }
 
+TaskEnd checkInput(const TaskRun &run)
+{
+    return sent(run, QStringLiteral("inputcheck"), {});
+}
+
 } // namespace helio::tasks

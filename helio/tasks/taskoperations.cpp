@@ -41,7 +41,7 @@ struct Task
     bool onlyLooks = false;
 };
 
-constexpr std::array<Task, 26> knownTasks{{
+constexpr std::array<Task, 27> knownTasks{{
     {"task.report", FileQuestion::Kind::Save, "systeminfo", "txt", tasks::writeReport, false},
     {"task.save", FileQuestion::Kind::Save, "check-up", "txt", tasks::saveText, false},
     {"task.archive", FileQuestion::Kind::Save, "questionfeedback", "tar.gz", tasks::buildArchive,
@@ -52,6 +52,7 @@ constexpr std::array<Task, 26> knownTasks{{
     {"task.substitutes", FileQuestion::Kind::None, "", "", tasks::findSubstitutes, true},
     {"task.server", FileQuestion::Kind::None, "", "", tasks::askServer, true},
     {"task.system", FileQuestion::Kind::None, "", "", tasks::readSystem, true},
+    {"task.input", FileQuestion::Kind::None, "", "", tasks::checkInput, true},
     {"task.shortcuts", FileQuestion::Kind::None, "", "", tasks::listShortcuts, true},
     {"task.associations", FileQuestion::Kind::None, "", "", tasks::readOpenings, true},
     {"task.associate", FileQuestion::Kind::None, "", "", tasks::repairOpenings, false},

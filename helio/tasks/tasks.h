@@ -19,6 +19,8 @@ TaskEnd printDocument(const TaskRun &run);
 TaskEnd readSystem(const TaskRun &run);
 TaskEnd compareFonts(const TaskRun &run);
 TaskEnd askServer(const TaskRun &run);
+/// The window may have another Qt than the suite and the command line, with other plug-ins.
+TaskEnd checkInput(const TaskRun &run);
 /// What missing fonts are shown in, and which font packages are installed.
 TaskEnd findSubstitutes(const TaskRun &run);
 /// What the command for it answers, without making the folder of the desktop.

@@ -88,8 +88,10 @@ describe('a task of the shell', () => {
         const { client: shell } = client({
             'task.fonts': envelope({ MissFonts: base64('Arial|') }),
             'task.server': envelope('parame error'),
+            'task.input': envelope('ERR_OK'),
         });
         expect(await shell.missingFonts('/a b')).toEqual({ kind: 'done', value: 'Arial|' });
+        expect(await shell.checkInputMethod()).toEqual({ kind: 'done', value: 'ERR_OK' });
         expect(
             await shell.testServer({ url: '', functionName: '', headers: [], fields: [] }),
         ).toEqual({ kind: 'badRequest' });

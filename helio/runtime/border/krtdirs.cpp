@@ -32,8 +32,7 @@ QString krt::dirs::resources(const QString &sub, void *)
 
 QString krt::dirs::frameworks(const QString &sub, void *)
 {
-    return below(
-        helio::setting(QStringLiteral("frameworks"), QCoreApplication::applicationDirPath()), sub);
+    return below(helio::setting(QStringLiteral("frameworks"), helio::libraryDirectory()), sub);
 }
 
 bool krt::kcmc::support(const QString &name)

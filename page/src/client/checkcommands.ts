@@ -50,6 +50,6 @@ export function checkCommands(caller: Caller) {
                 : caller.ask('getvyrenvcheckedresult', keptFindings),
         openPluginCheck: () => caller.ask('runfirefoxplugin', success),
         /** A code such as "ERR_OK", or its translation by the suite. */
-        checkInputMethod: () => caller.ask('inputcheck', text),
+        checkInputMethod: () => caller.askAside('task.input', 'inputcheck', text),
     };
 }

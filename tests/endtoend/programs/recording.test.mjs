@@ -7,10 +7,14 @@ const recorder = '/suite/office/addons/vyrassistanttool/screencap/screencap';
 const videos = '/home/user/Videos';
 /** In a fresh home GStreamer first looks at all its plug-ins: slow on a busy machine. */
 const patience = 150_000;
-/** A display of odd width, as virtual machines have, and a window manager. */
+/**
+ * A display of odd width, as virtual machines have, and a window manager. Openbox loses a window
+ * that is shown while it starts, with either Qt: it stays unmapped.
+ */
 const display = [
     displayAndBus.replace('-noreset', '-noreset -screen 0 641x480x24'),
-    'openbox &',
+    "openbox --startup 'touch /tmp/managed' &",
+    'await test -e /tmp/managed',
 ].join('\n');
 const waits = 'await() { timeout 60 bash -c "until $*; do sleep 0.05; done"; }\n';
 const size = `$(stat -c %s ${videos}/.recording-*.webm 2> /dev/null || echo 0)`;
@@ -18,7 +22,7 @@ const hasPictures = `await '[ "${size}" -gt 1000 ]'`;
 /** A window that goes while xdotool looks at it ends the search: it is made again. */
 const findsWindow = `await 'xdotool search --onlyvisible --name "Recording the screen" > /tmp/window 2> /dev/null'
 id=$(head -n 1 /tmp/window)`;
-/** The window manager may not listen yet, and then nothing would become active. */
+/** Without the limit it waits without end for a window that goes. */
 const escapes = 'timeout 5 xdotool windowactivate --sync $id key Escape';
 
 let root;

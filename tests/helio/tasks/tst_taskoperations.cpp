@@ -54,6 +54,7 @@ private slots:
     void aReportCutShortIsNotSaved();
     void aCancelledDialogWritesNothing();
     void aCommandsAnswerArrivesWhole();
+    void theInputMethodIsThatOfTheCommandLinesProcess();
 };
 
 void TaskOperationsTest::init()
@@ -261,6 +262,17 @@ void TaskOperationsTest::aCommandsAnswerArrivesWhole()
                                         {{QStringLiteral("urlpath"), QStringLiteral("$(x)")}});
     QCOMPARE(word(result.value(QStringLiteral("envelope")).toObject(), "result"),
              QStringLiteral("parame error"));
+}
+
+void TaskOperationsTest::theInputMethodIsThatOfTheCommandLinesProcess()
+{
+    TaskPage page;
+    page.program(QStringLiteral("assistantctl"),
+                 "read -r request\ncase $request in *'\"command\":\"inputcheck\"'*) "
+                 "echo '{\"type\":\"answer\",\"result\":\"ERR_OK\"}';; esac");
+    const QJsonObject result = page.run(QStringLiteral("task.input"));
+    QCOMPARE(word(result.value(QStringLiteral("envelope")).toObject(), "result"),
+             QStringLiteral("ERR_OK"));
 }
 
 int main(int argc, char *argv[])

@@ -152,6 +152,7 @@ export const taskNames = [
     'task.substitutes',
     'task.server',
     'task.system',
+    'task.input',
     'task.shortcuts',
     'task.associations',
     'task.associate',

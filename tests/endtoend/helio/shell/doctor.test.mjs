@@ -63,7 +63,7 @@ test('a page learns which operations its shell has', async () => {
     const tasks = [
         ...['cancel', 'findings', 'printed'],
         ...['report', 'save', 'archive', 'check', 'print', 'fonts', 'substitutes'],
-        ...['server', 'system', 'shortcuts', 'associations', 'associate'],
+        ...['server', 'system', 'input', 'shortcuts', 'associations', 'associate'],
         ...['paths', 'choose', 'listing', 'dumps', 'dumpfolder'],
         ...['compare', 'start', 'updater'],
         ...['processes', 'programs', 'machine', 'request', 'preview', 'end'],
