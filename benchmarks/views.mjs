@@ -87,9 +87,7 @@ function opening(shell, env, index) {
         try {
             const end = await view.evaluate(interactiveAt);
             return {
-                name: await view.evaluate(
-                    "location.pathname.split('/').pop().replace('.html', '')",
-                ),
+                name: await view.evaluate("location.href.split(/[/#]/).pop().replace('.html', '')"),
                 time: end - (await home.evaluate('window.clickedAt')),
             };
         } finally {
