@@ -11,7 +11,7 @@ const picture = `data:image/svg+xml;base64,${base64(
 
 async function chooseAndDraw(view) {
     await choose(view);
-    await view.getByText('Show the first page').click();
+    await view.locator('.step-card:nth-child(2) .el-button', { nth: 1 }).click();
 }
 
 async function chooseAndOpen(view) {
