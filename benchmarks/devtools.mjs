@@ -9,13 +9,15 @@ export function pageOf(port, isWanted = (url) => url !== '') {
     });
 }
 
-/** Starts a program with developer tools, lets `use` work with its page and ends it. */
+const isShown = (url) => !url.endsWith('/waiting.html');
+
+/** Starts a program with developer tools, lets `use` work with its visible page and ends it. */
 export async function withPage(startOn, use) {
     const port = await freePort();
     const startedAt = Date.now();
     const child = startOn(port);
     try {
-        const page = await pageOf(port);
+        const page = await pageOf(port, isShown);
         try {
             return await use(page, { pid: child.pid, port, startedAt });
         } finally {
@@ -26,15 +28,18 @@ export async function withPage(startOn, use) {
     }
 }
 
-/** Start the window program, or a bare view of the same Chromium that shows a file. */
+/**
+ * Start the window program, or a bare view of the same Chromium that shows a file; `hidden` has at
+ * most one for a second view, which is not shown.
+ */
 export const shellOn =
     (shell, { env, args = [] }) =>
     (port) =>
         start(shell, ['--debug-port', String(port), ...args], { stdio: 'ignore', env });
 export const bareViewOn =
-    (bareView, file, { env }) =>
+    (bareView, file, { env, hidden = [] }) =>
     (port) =>
-        start(bareView, [String(port), file], { stdio: 'ignore', env });
+        start(bareView, [String(port), file, ...hidden], { stdio: 'ignore', env });
 
 /** When the page was first painted, in milliseconds since 1970. */
 export const firstPaint = `new Promise((resolve) => {

@@ -41,11 +41,12 @@ void addChannelScript(QWebEnginePage &page)
 
 } // namespace
 
-/// bare_view PORT FILE: a view that shows FILE, with a channel that echoes and DevTools on PORT.
+/// bare_view PORT FILE [HIDDEN]: a view that shows FILE, with a channel that echoes and DevTools on
+/// PORT; a second view, which is never shown, has the file HIDDEN.
 int main(int argc, char *argv[])
 {
-    if (argc != 3)
-        qFatal("usage: bare_view PORT FILE");
+    if (argc != 3 && argc != 4)
+        qFatal("usage: bare_view PORT FILE [HIDDEN]");
     QByteArray port = QByteArray("--remote-debugging-port=").append(argv[1]);
     QByteArray chromiumArguments("--webEngineArgs");
     QByteArray noSandbox("--no-sandbox");
@@ -65,6 +66,9 @@ int main(int argc, char *argv[])
     view.resize(1000, 680);
     view.load(QUrl::fromLocalFile(QString::fromLocal8Bit(argv[2])));
     view.show();
+    QWebEngineView hidden;
+    if (argc == 4)
+        hidden.load(QUrl::fromLocalFile(QString::fromLocal8Bit(argv[3])));
     return QApplication::exec();
 }
 

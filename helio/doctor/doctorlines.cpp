@@ -121,6 +121,14 @@ QJsonObject changeLine(const QString &repair, const doctor::Change &change)
     return line;
 }
 
+QJsonArray changeLines(const QString &repair, const QVector<doctor::Change> &changes)
+{
+    QJsonArray lines;
+    for (const doctor::Change &change : changes)
+        lines.append(changeLine(repair, change));
+    return lines;
+}
+
 QJsonObject repairLine(const RepairOutcome &outcome)
 {
     QJsonObject line = typed("repair");

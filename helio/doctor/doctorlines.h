@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
 
 #include "doctor/doctor.h"
@@ -15,6 +16,7 @@ QJsonObject findingLine(const doctor::Finding &finding);
 QJsonObject listedLine(const doctor::CheckDefinition &check, const QString &locale);
 QJsonObject mistakeLine(const doctor::FileProblem &problem);
 QJsonObject changeLine(const QString &repair, const doctor::Change &change);
+QJsonArray changeLines(const QString &repair, const QVector<doctor::Change> &changes);
 QJsonObject repairLine(const RepairOutcome &outcome);
 QJsonObject entryLine(const doctor::JournalEntry &entry);
 QJsonObject undoneLine(int journal, const doctor::JournalResult &result);

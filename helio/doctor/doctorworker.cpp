@@ -3,7 +3,6 @@
 #include <QJsonArray>
 
 #include <algorithm>
-#include <utility>
 
 #include "helio/doctor/checkups/checkuphistory.h"
 #include "helio/doctor/doctorlines.h"
@@ -16,41 +15,6 @@ namespace {
 
 /// They hold the contents of files; nobody has as many open.
 constexpr int mostPlans = 50;
-/// Longer than any view waits for its command: the page is gone.
-constexpr qint64 longestWatchMs = 180000;
-
-QJsonObject result(const QJsonObject &value)
-{
-    return {{QStringLiteral("result"), value}};
-}
-
-QJsonObject error(const QString &reason)
-{
-    return {{QStringLiteral("error"), reason}};
-}
-
-QJsonArray changeLines(const QString &repair, const QVector<doctor::Change> &changes)
-{
-    QJsonArray lines;
-    for (const doctor::Change &change : changes)
-        lines.append(changeLine(repair, change));
-    return lines;
-}
-
-QStringList watchedPaths(const CommandRepair &repair)
-{
-    return repair.paths + repair.derived;
-}
-
-/// Without what nobody needs to see.
-QVector<doctor::Change> shownChanges(const CommandRepair &repair, QVector<doctor::Change> changes)
-{
-    const auto isDerived = [&repair](const doctor::Change &change) {
-        return repair.derived.contains(change.path);
-    };
-    changes.erase(std::remove_if(changes.begin(), changes.end(), isDerived), changes.end());
-    return changes;
-}
 
 QStringList textsOf(const QJsonValue &list)
 {
@@ -71,22 +35,27 @@ void note(const doctor::CheckResult &ended, Checkup &checkup)
         checkup.failed.append(ended.check);
 }
 
-QString commandOf(const DoctorRequest &request)
-{
-    return request.arguments.value(QStringLiteral("command")).toString();
-}
-
-void say(const QStringList &notes, const DoctorRequest &request)
-{
-    for (const QString &note : notes)
-        request.say(noteLine(note));
-}
-
 } // namespace
 
 QString DoctorRequest::language() const
 {
     return arguments.value(QStringLiteral("language")).toString(QStringLiteral("en"));
+}
+
+void DoctorRequest::sayNotes(const QStringList &notes) const
+{
+    for (const QString &note : notes)
+        say(noteLine(note));
+}
+
+QJsonObject DoctorWorker::result(const QJsonObject &value)
+{
+    return {{QStringLiteral("result"), value}};
+}
+
+QJsonObject DoctorWorker::error(const QString &reason)
+{
+    return {{QStringLiteral("error"), reason}};
 }
 
 const QVector<DoctorWorker::Operation> &DoctorWorker::table()
@@ -209,7 +178,7 @@ void DoctorWorker::report(const doctor::CheckResult &result, const DoctorRequest
 void DoctorWorker::recover(const DoctorRequest &request)
 {
     endOldWatch(request);
-    say(m_journal.recover(), request);
+    request.sayNotes(m_journal.recover());
 }
 
 QJsonObject DoctorWorker::plan(const DoctorRequest &request)
@@ -258,7 +227,7 @@ QJsonObject DoctorWorker::fix(const DoctorRequest &request)
     const Planned planned = m_plans.take(number);
     endOldWatch(request);
     const RepairOutcome outcome = planned.make(request);
-    say(outcome.notes, request);
+    request.sayNotes(outcome.notes);
     return result(repairLine(outcome));
 }
 
@@ -280,7 +249,7 @@ QJsonObject DoctorWorker::undo(const DoctorRequest &request)
     const int number = request.arguments.value(QStringLiteral("journal")).toInt();
     endOldWatch(request);
     const doctor::JournalResult undone = m_journal.undo(number);
-    say(undone.notes, request);
+    request.sayNotes(undone.notes);
     return result(undoneLine(number, undone));
 }
 
@@ -291,83 +260,6 @@ QJsonObject DoctorWorker::history(const DoctorRequest &request)
     for (const doctor::JournalEntry &entry : m_journal.history())
         entries.append(entryLine(entry));
     return result({{QStringLiteral("entries"), entries}});
-}
-
-QJsonObject DoctorWorker::preview(const DoctorRequest &request)
-{
-    const auto repair = commandRepair(commandOf(request), m_doctor.machine());
-    if (!repair)
-        return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
-    return result({{QStringLiteral("changes"), changeLines(repair->command, repair->changes)},
-                   {QStringLiteral("paths"), QJsonArray::fromStringList(repair->paths)},
-                   {QStringLiteral("lasting"),
-                    m_journal.watchRefusal(watchedPaths(*repair)).value_or(QString())}});
-}
-
-QJsonObject DoctorWorker::watch(const DoctorRequest &request)
-{
-    const auto repair = commandRepair(commandOf(request), m_doctor.machine());
-    if (!repair)
-        return error(QStringLiteral("no such repair: %1").arg(commandOf(request)));
-    endOldWatch(request);
-    const doctor::JournalResult begun =
-        m_journal.beginWatch(repair->subject, repair->command, watchedPaths(*repair));
-    say(begun.notes, request);
-    if (begun.outcome == doctor::JournalResult::Outcome::Applied) {
-        m_watched = repair;
-        m_watchTime.start();
-    }
-    return result(
-        {{QStringLiteral("journal"), begun.number}, {QStringLiteral("refusal"), begun.reason}});
-}
-
-QJsonObject DoctorWorker::watched(const DoctorRequest &request)
-{
-    if (!m_watched)
-        return error(QStringLiteral("nothing is watched"));
-    const CommandRepair repair = *std::exchange(m_watched, std::nullopt);
-    const doctor::WatchResult watch = m_journal.endWatch();
-    say(watch.journal.notes, request);
-    RepairOutcome outcome{repair.subject,       repair.command,       RepairOutcome::Result::Failed,
-                          watch.journal.number, watch.journal.reason, {}};
-    const QStringList remaining = check(repair.checks, request);
-    if (outcome.reason.isEmpty() && !remaining.isEmpty()) {
-        outcome.reason =
-            texts::tr("This was still found afterwards: %1").arg(remaining.join(QLatin1Char(' ')));
-    } else if (outcome.reason.isEmpty()) {
-        outcome.result = watch.journal.number == 0 ? RepairOutcome::Result::Unchanged
-                                                   : RepairOutcome::Result::Repaired;
-    }
-    QJsonObject line = repairLine(outcome);
-    line.insert(QStringLiteral("changes"),
-                changeLines(repair.command, shownChanges(repair, watch.changes)));
-    return result(line);
-}
-
-QStringList DoctorWorker::check(const QStringList &ids, const DoctorRequest &request)
-{
-    QStringList known;
-    std::copy_if(ids.begin(), ids.end(), std::back_inserter(known),
-                 [this](const QString &id) { return m_doctor.check(id); });
-    QStringList found;
-    // Without ids it would run them all.
-    if (known.isEmpty())
-        return found;
-    m_doctor.run(known, request.language(), [&](const doctor::CheckResult &ended) {
-        for (const doctor::Finding &finding : ended.findings)
-            found.append(finding.text);
-        report(ended, request);
-        return true;
-    });
-    return found;
-}
-
-void DoctorWorker::endOldWatch(const DoctorRequest &request)
-{
-    if (m_watched && m_watchTime.hasExpired(longestWatchMs)) {
-        m_watched.reset();
-        say(m_journal.endWatch().journal.notes, request);
-    }
 }
 
 } // namespace helio

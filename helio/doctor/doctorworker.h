@@ -9,7 +9,7 @@
 
 #include "doctor/doctor.h"
 #include "doctor/journal/journal.h"
-#include "helio/doctor/commandrepair.h"
+#include "helio/doctor/commands/commandrepair.h"
 #include "helio/doctor/explanation.h"
 
 namespace helio {
@@ -27,6 +27,8 @@ struct DoctorRequest
 
     /// For findings and titles.
     QString language() const;
+    /// Says what the journal has to tell.
+    void sayNotes(const QStringList &notes) const;
 };
 
 /// Does the doctor's operations. Not thread-safe: all calls come from one thread, and take as long
@@ -55,6 +57,8 @@ private:
         QJsonObject (DoctorWorker::*answer)(const DoctorRequest &request);
     };
     static const QVector<Operation> &table();
+    static QJsonObject result(const QJsonObject &value);
+    static QJsonObject error(const QString &reason);
 
     QJsonObject list(const DoctorRequest &request);
     QJsonObject look(const DoctorRequest &request);

@@ -2,7 +2,6 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QScreen>
 
 #include "helio/shell/window/pageframe.h"
 #include "helio/shell/window/resizegrip.h"
@@ -12,19 +11,9 @@
 
 namespace {
 
-constexpr QSize startSize(1120, 720);
-constexpr QSize leastSize(720, 480);
-
 /// The width of the line around the frameless window.
 constexpr int outline = 1;
 constexpr QRgb outlineColor = 0xff808690;
-
-/// The sidebar's widths until the main page says what it needs.
-constexpr int usualSidebar = 224;
-constexpr int usualNarrowSidebar = 56;
-constexpr int widestSidebar = 480;
-/// In a window of less than so many sidebars the sidebar is the narrow one.
-constexpr int fewestSidebars = 4;
 
 /// Gives the main page a head start; no user opens a view sooner.
 constexpr int childDelayMs = 250;
@@ -43,14 +32,6 @@ void startLater(QTimer &timer, int milliseconds)
     timer.setInterval(milliseconds);
 }
 
-QVector<QRect> availableScreens(const QWidget *window)
-{
-    QVector<QRect> areas{window->screen()->availableGeometry()};
-    for (const QScreen *screen : QGuiApplication::screens())
-        areas.append(screen->availableGeometry());
-    return areas;
-}
-
 } // namespace
 
 namespace shell {
@@ -61,9 +42,7 @@ AssistantWindow::AssistantWindow(const QString &startPage, const QString &waitin
       m_memory(memory),
       m_mover(new WindowMover(this)),
       m_main(new PageFrame(QStringLiteral("main"), startPage, this)),
-      m_waitingPage(waitingPage),
-      m_sidebar(usualSidebar),
-      m_narrowSidebar(usualNarrowSidebar)
+      m_waitingPage(waitingPage)
 {
     setWindowTitle(QGuiApplication::applicationDisplayName());
     setAutoFillBackground(true);
@@ -78,7 +57,7 @@ AssistantWindow::AssistantWindow(const QString &startPage, const QString &waitin
 
     const RememberedWindow last = m_memory.read();
     m_lastView = last.view;
-    placeAt(last.area);
+    placeWindow(this, last.area);
     if (last.isMaximised)
         setWindowState(Qt::WindowMaximized);
     if (!m_main->browser())
@@ -139,8 +118,7 @@ QJsonObject AssistantWindow::toggleMaximised()
 
 QJsonObject AssistantWindow::useSidebar(const QJsonObject &widths)
 {
-    m_sidebar = qBound(1, widths.value(QStringLiteral("width")).toInt(), widestSidebar);
-    m_narrowSidebar = qBound(1, widths.value(QStringLiteral("narrow")).toInt(), m_sidebar);
+    m_sidebar.use(widths);
     layOut();
     QJsonObject answer = state();
     answer.insert(QStringLiteral("last"), m_lastView);
@@ -205,6 +183,8 @@ void AssistantWindow::prepareChild()
 {
     if (!m_child)
         makeChild(m_waitingPage);
+    else if (!isChildShown())
+        m_child->browser()->waitAgain();
 }
 
 void AssistantWindow::makeChild(const QString &html)
@@ -215,6 +195,7 @@ void AssistantWindow::makeChild(const QString &html)
     layOut();
     connectPage(m_child);
     m_child->browser()->nameWayOut(texts::tr("Back"));
+    m_child->browser()->setWaitingPage(m_waitingPage);
     connect(m_child->browser(), &helio::WebEngineBrowser::closeRequested, this,
             [this] { m_child->browser()->closeInPlaceOfPage({}); });
     connect(m_child->browser(), &helio::WebEngineBrowser::titleChanged, this,
@@ -226,6 +207,7 @@ void AssistantWindow::makeChild(const QString &html)
 
 void AssistantWindow::changeChildPage(const QString &html)
 {
+    m_childDelay.stop();
     if (m_child)
         m_child->changePage(html);
 }
@@ -256,6 +238,7 @@ void AssistantWindow::hideChild()
     m_main->focusPage();
     tellPages();
     m_memoryDelay.start();
+    m_childDelay.start();
 }
 
 void AssistantWindow::takeKey(Qt::KeyboardModifiers, int key, bool pressed, bool &handled)
@@ -281,35 +264,16 @@ void AssistantWindow::restore()
     show();
 }
 
-void AssistantWindow::placeAt(const QRect &area)
-{
-    const QRect usable = screen()->availableGeometry();
-    QRect wanted = area;
-    if (!wanted.isValid()) {
-        wanted = QRect(QPoint(), startSize.boundedTo(usable.size()));
-        wanted.moveCenter(usable.center());
-    }
-    wanted = fittedToScreens(wanted, availableScreens(this));
-    // A screen may be smaller than the least size.
-    setMinimumSize(leastSize.boundedTo(usable.size()));
-    setGeometry(wanted);
-}
-
 void AssistantWindow::layOut()
 {
     const int line = isMaximized() ? 0 : outline;
     const QRect whole = rect().adjusted(line, line, -line, -line);
     QRect side = whole;
-    side.setWidth(sidebarWidth());
+    side.setWidth(m_sidebar.widthIn(width()));
     // Also while it is hidden, so that a view has its size when it is shown.
     if (m_child)
         m_child->setGeometry(whole.adjusted(side.width(), 0, 0, 0));
     m_main->setGeometry(isChildShown() ? side : whole);
-}
-
-int AssistantWindow::sidebarWidth() const
-{
-    return width() < fewestSidebars * m_sidebar ? m_narrowSidebar : m_sidebar;
 }
 
 void AssistantWindow::tellPages()

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include "helio/shell/window/sidebarwidths.h"
 #include "helio/shell/window/windowmemory.h"
 #include "helio/webengine/pageoperations.h"
 
@@ -68,9 +69,7 @@ private:
     void takeKey(Qt::KeyboardModifiers modifiers, int key, bool pressed, bool &handled);
     /// Brings a minimised window back; one that was maximised is maximised again.
     void restore();
-    void placeAt(const QRect &area);
     void layOut();
-    int sidebarWidth() const;
     void tellPages();
     void remember();
 
@@ -86,8 +85,7 @@ private:
     QString m_action;
     /// The page to open again, until the main page has asked.
     QString m_lastView;
-    int m_sidebar;
-    int m_narrowSidebar;
+    SidebarWidths m_sidebar;
     QTimer m_childDelay;
     QTimer m_hideDelay;
     QTimer m_memoryDelay;

@@ -1,7 +1,7 @@
 #include <QDir>
 
 #include "doctor/machine/machine.h"
-#include "helio/doctor/commandrepair.h"
+#include "helio/doctor/commands/commandrepair.h"
 #include "helio/opening/openingsuite.h"
 #include "helio/processes/programlooks.h"
 #include "helio/tasks/tasks.h"

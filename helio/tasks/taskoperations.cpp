@@ -109,6 +109,19 @@ QString languageOf(const QJsonObject &arguments)
     return arguments.value(QStringLiteral("language")).toString();
 }
 
+/// The document to print, where the page has one already.
+QString knownDocument(const QString &task, const QJsonObject &arguments)
+{
+    return task == QLatin1String(printTask) ? arguments.value(QStringLiteral("path")).toString()
+                                            : QString();
+}
+
+/// Whether the desktop should show what the task has made: the page may show it itself.
+bool isToBeOpened(const TaskEnd &end, const QJsonObject &arguments)
+{
+    return end.isToOpen && arguments.value(QStringLiteral("open")).toBool(true);
+}
+
 QJsonObject resultOf(const TaskEnd &end)
 {
     QJsonObject result = end.answer;
@@ -220,7 +233,8 @@ void TaskOperations::begin(const Call &call)
     const auto isCancelled = m_running.value(call.name).isCancelled;
     TaskRun run{
         call.arguments, {}, m_surroundings.programs, [isCancelled] { return isCancelled->load(); }};
-    if (task.asks != FileQuestion::Kind::None) {
+    run.file = knownDocument(call.name, call.arguments);
+    if (run.file.isEmpty() && task.asks != FileQuestion::Kind::None) {
         const texts::InLanguage language(languageOf(call.arguments));
         run.file = m_surroundings.askForFile(questionOf(task));
         if (run.file.isEmpty()) {
@@ -247,7 +261,7 @@ void TaskOperations::finish(const Call &call, const TaskEnd &end)
     remember(call, end);
     QJsonObject result = resultOf(end);
     result.insert(QStringLiteral("opened"),
-                  end.isToOpen &&
+                  isToBeOpened(end, call.arguments) &&
                       m_surroundings.open(end.toOpen.isEmpty() ? end.file : end.toOpen));
     call.answer(envelope(result));
     if (next)
@@ -258,7 +272,8 @@ void TaskOperations::remember(const Call &call, const TaskEnd &end)
 {
     const QString &name = call.name;
     const bool isDone = end.kind == TaskEnd::Kind::Done;
-    if (isDone && name == QLatin1String(printTask))
+    const bool wasChosen = knownDocument(name, call.arguments).isEmpty();
+    if (isDone && wasChosen && name == QLatin1String(printTask))
         m_printed = end.answer.value(QStringLiteral("document")).toString();
     if (name != QLatin1String(checkTask))
         return;

@@ -1,5 +1,8 @@
 #include "helio/webengine/localpage.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 namespace helio {
 
 LocalPage::LocalPage(const PageDirectory &directory, QWebEngineProfile *profile, QObject *parent)
@@ -22,6 +25,34 @@ bool LocalPage::isAtHome() const
         m_judgement = m_directory.contains(current);
     }
     return m_judgement;
+}
+
+void LocalPage::setWaitingPage(const QString &name)
+{
+    m_waitingPage = name;
+}
+
+QUrl LocalPage::waitingPage() const
+{
+    return m_waitingPage.isEmpty() ? QUrl() : m_directory.urlOf(m_waitingPage);
+}
+
+bool LocalPage::isWaitingPage() const
+{
+    return !m_waitingPage.isEmpty() && isAtHome() && url().fileName() == m_waitingPage;
+}
+
+bool LocalPage::isWaiting() const
+{
+    return isWaitingPage() && !url().hasFragment();
+}
+
+void LocalPage::showView(const QString &name, const std::function<void(bool)> &tell)
+{
+    const QString argument =
+        QString::fromUtf8(QJsonDocument(QJsonArray{name}).toJson(QJsonDocument::Compact));
+    runJavaScript(QStringLiteral("window.showView !== undefined && showView(...%1)").arg(argument),
+                  [tell](const QVariant &shown) { tell(shown.toBool()); });
 }
 
 void LocalPage::judgeLoad(bool ok)

@@ -2,6 +2,8 @@
 
 #include <QWebEnginePage>
 
+#include <functional>
+
 #include "helio/webengine/pagedirectory.h"
 
 namespace helio {
@@ -17,6 +19,18 @@ public:
     /// Whether the document in the main frame is in the page directory.
     bool isAtHome() const;
 
+    /// Names the page of the page directory that can show another without a new document.
+    void setWaitingPage(const QString &name);
+    /// Its address; empty if there is none.
+    QUrl waitingPage() const;
+    /// Whether it is the document, whatever it shows.
+    bool isWaitingPage() const;
+    /// Whether it is the document and shows nothing yet.
+    bool isWaiting() const;
+
+    /// Has the waiting page show the page @p name, and tells whether it does.
+    void showView(const QString &name, const std::function<void(bool)> &tell);
+
 signals:
     /// The main frame shows no document of the page directory: loading one failed, or the page
     /// replaced itself by an empty one.
@@ -31,6 +45,7 @@ private:
     void judgeAddress(const QUrl &url);
 
     PageDirectory m_directory;
+    QString m_waitingPage;
     bool m_isArriving = false;
     mutable QUrl m_judgedUrl;
     mutable bool m_judgement = false;

@@ -1,12 +1,10 @@
 #include "helio/webengine/webenginebrowser.h"
 
-#include <QApplication>
 #include <QChildEvent>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
-#include <QStackedLayout>
 #include <QWebChannel>
 #include <QWebEngineProfile>
 #include <QWebEngineScriptCollection>
@@ -61,7 +59,7 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     : KHelioBrowserWidgetBase(parent),
       m_directory(directory),
       m_flag(flag),
-      m_layers(new QStackedLayout(this)),
+      m_layers(this),
       m_view(new QWebEngineView(this)),
       m_ground(new QWidget(this)),
       m_page(new LocalPage(directory, profile, m_view)),
@@ -84,9 +82,9 @@ WebEngineBrowser::WebEngineBrowser(QWebEngineProfile *profile, const PageDirecto
     m_page->setBackgroundColor(ground);
     m_ground->setPalette(QPalette(ground));
     m_ground->setAutoFillBackground(true);
-    m_layers->addWidget(m_view);
-    m_layers->addWidget(m_ground);
-    m_layers->addWidget(m_notice);
+    m_layers.add(m_view);
+    m_layers.add(m_ground);
+    m_layers.add(m_notice);
     setFocusProxy(m_view);
 
     connect(m_view, &QWidget::customContextMenuRequested, this,
@@ -151,9 +149,30 @@ void WebEngineBrowser::setStartupUrl(const QString &url)
 void WebEngineBrowser::navigate(const QUrl &url)
 {
     m_url = url;
+    if (isWaiting() && m_directory.contains(url)) {
+        m_page->showView(url.fileName(), [this, url](bool isShown) {
+            if (!isShown && m_url == url)
+                load();
+        });
+        return;
+    }
     load();
-    if (m_wasShown && !isVisible() && m_layers->currentWidget() == m_view)
-        bringForward(m_ground);
+    coverUnseen();
+}
+
+void WebEngineBrowser::setWaitingPage(const QString &name)
+{
+    m_page->setWaitingPage(name);
+}
+
+void WebEngineBrowser::waitAgain()
+{
+    const QUrl page = m_page->waitingPage();
+    if (page.isEmpty() || isWaiting())
+        return;
+    m_url = page;
+    load();
+    coverUnseen();
 }
 
 void WebEngineBrowser::tellPage(const QJsonObject &window)
@@ -215,11 +234,11 @@ void WebEngineBrowser::askForApi()
 void WebEngineBrowser::finishLoad(bool ok)
 {
     m_isLoading = false;
-    if (m_layers->currentWidget() == m_ground)
-        bringForward(m_view);
+    if (m_layers.front() == m_ground)
+        m_layers.bringForward(m_view);
     // An empty document also finishes, with a notice in front of it.
-    if (ok && m_focusOnLoad && m_layers->currentWidget() == m_view && mayTakeFocus())
-        m_view->setFocus();
+    if (ok && m_focusOnLoad && m_layers.front() == m_view)
+        m_layers.takeFocus();
     if (ok && m_loadsForScript > 0)
         expectScript();
     passTitle();
@@ -235,8 +254,8 @@ void WebEngineBrowser::passTitle()
 
 void WebEngineBrowser::reload()
 {
-    // The page may have navigated since it was opened.
-    if (m_page->isAtHome())
+    // The page may have navigated since it was opened. The waiting page has not.
+    if (m_page->isAtHome() && !m_page->isWaitingPage())
         m_url = m_page->url();
     load();
 }
@@ -259,13 +278,14 @@ void WebEngineBrowser::sayStopped()
     if (m_flag & AsynchronousJsApi)
         m_loadsForScript = mostLoadsForScript;
     m_wire->forgetPage();
-    bringForward(m_notice->sayStopped());
+    m_layers.bringForward(m_notice->sayStopped());
 }
 
 void WebEngineBrowser::sayNotShown()
 {
     const bool isInstalled = QFileInfo(m_directory.path()).isDir();
-    bringForward(isInstalled ? m_notice->sayNotShown(m_url.fileName()) : m_notice->sayRemoved());
+    m_layers.bringForward(isInstalled ? m_notice->sayNotShown(m_url.fileName())
+                                      : m_notice->sayRemoved());
 }
 
 void WebEngineBrowser::load()
@@ -275,23 +295,21 @@ void WebEngineBrowser::load()
         emit loadFinished(false);
         return;
     }
-    bringForward(m_view);
+    m_layers.bringForward(m_view);
+    // At once: what is asked for meanwhile is loaded, and not shown in the page before.
+    m_isLoading = true;
     m_page->load(m_url);
 }
 
-void WebEngineBrowser::bringForward(QWidget *layer)
+bool WebEngineBrowser::isWaiting() const
 {
-    const bool takesFocus = mayTakeFocus();
-    setFocusProxy(layer);
-    m_layers->setCurrentWidget(layer);
-    if (takesFocus)
-        layer->setFocus();
+    return !m_isLoading && m_layers.front() == m_view && m_page->isWaiting();
 }
 
-bool WebEngineBrowser::mayTakeFocus() const
+void WebEngineBrowser::coverUnseen()
 {
-    const QWidget *focused = QApplication::focusWidget();
-    return isVisible() && isActiveWindow() && (!focused || isAncestorOf(focused));
+    if (m_wasShown && !isVisible() && m_layers.front() == m_view)
+        m_layers.bringForward(m_ground);
 }
 
 } // namespace helio

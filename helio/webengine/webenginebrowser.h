@@ -2,12 +2,12 @@
 
 #include <QUrl>
 
+#include "helio/webengine/layers/pagelayers.h"
 #include "helio/webengine/pagedirectory.h"
 #include "helio/webengine/pageoperations.h"
 #include "host/kheliobrowser.h"
 
 class KxWebViewAsynJSObject;
-class QStackedLayout;
 class QWebEngineProfile;
 class QWebEngineView;
 
@@ -38,6 +38,11 @@ public:
     void setFocusOnLoad(bool focus) override;
     void setStartupUrl(const QString &url) override;
     void navigate(const QUrl &url) override;
+
+    /// Names the page in which the next one can be shown without a new document.
+    void setWaitingPage(const QString &name);
+    /// Loads that page in place of one that is no longer needed.
+    void waitAgain();
 
     /// Tells the page how its window is.
     void tellPage(const QJsonObject &window);
@@ -72,14 +77,14 @@ private:
     /// Loads the page again if it has arrived without its script.
     void expectScript();
     void load();
-    /// Shows the page, the empty ground or the notice.
-    void bringForward(QWidget *layer);
-    /// False while another page of the window has the keyboard.
-    bool mayTakeFocus() const;
+    bool isWaiting() const;
+    /// Covers the page until it has loaded, where it is not seen.
+    void coverUnseen();
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;
-    QStackedLayout *m_layers;
+    /// The page, the empty ground and the notice.
+    PageLayers m_layers;
     QWebEngineView *m_view;
     /// Covers the previous page until the next one has loaded, when a window is opened again.
     QWidget *m_ground;

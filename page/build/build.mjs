@@ -63,6 +63,25 @@ async function headPieces() {
     };
 }
 
+/** A view's script, which the page that waits reads without running it. */
+function viewScript(view, script) {
+    return `addView(${JSON.stringify(pageFile(view))},function(){\n${script}\n});\n`;
+}
+
+/** The script of the waiting page, which can show each of the views. */
+async function waitingScript(viewFiles) {
+    const script = await buildScript({
+        entryPoints: [join(source, 'frame/waiting.ts')],
+        define: { filesOfViews: JSON.stringify(viewFiles) },
+        bundle: true,
+        format: 'iife',
+        target: 'chrome87',
+        minify: true,
+        write: false,
+    });
+    return script.outputFiles[0].text;
+}
+
 function titlesOf(texts, view) {
     return Object.fromEntries(
         Object.entries(texts).map(([language, { title }]) => {
@@ -98,26 +117,34 @@ async function buildFiles(version) {
     const head = await headPieces();
     const frame = await textsIn('frame');
     const views = await textsOfViews();
+    const viewFiles = {};
     for (const view of Object.keys(views)) {
         const entry = join(source, 'views', view, 'main.ts');
         const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
         const texts = textsScript(catalogues(frame, views, view, offeredBy(own.modules)));
-        addBundle({ ...own, script: texts + own.script });
+        addBundle({ ...own, script: viewScript(view, texts + own.script) });
         modules.push(...own.modules);
         const used = bundles.filter(({ provides }) =>
             Object.keys(provides).some((module) => own.imports.includes(module)),
         );
         const parts = [...used, own];
+        const extra = extraScripts[view] ?? [];
         files.set(
             pageFile(view),
             htmlPage({
                 ...head,
                 titles: titlesOf(views[view], view),
-                scripts: [...(extraScripts[view] ?? []), ...parts.map(({ name }) => `${name}.js`)],
+                scripts: [...extra, ...parts.map(({ name }) => `${name}.js`)],
                 styles: parts.filter(({ style }) => style).map(({ name }) => `${name}.css`),
             }),
         );
+        if (view === 'home') continue;
+        viewFiles[pageFile(view)] = {
+            scripts: [...extra, `${own.name}.js`],
+            styles: own.style ? [`${own.name}.css`] : [],
+        };
     }
+    files.set('waiting.js', await waitingScript(viewFiles));
     // In it a window waits for its first view: Chromium has then read what all views share.
     files.set(
         'waiting.html',
@@ -125,7 +152,7 @@ async function buildFiles(version) {
             ...head,
             outline: '',
             titles: titlesOf(views.home, 'home'),
-            scripts: bundles.map(({ name }) => `${name}.js`),
+            scripts: [...bundles.map(({ name }) => `${name}.js`), 'waiting.js'],
             styles: bundles.filter(({ style }) => style).map(({ name }) => `${name}.css`),
         }),
     );

@@ -37,7 +37,7 @@ const everyOperation: ((client: Client) => Promise<unknown>)[] = [
     (client) => client.startKeepingDumps(),
     (client) => client.stopKeepingDumps(),
     (client) => client.clearDumps(),
-    (client) => client.printDocument(),
+    (client) => client.printDocument(true),
     (client) => client.busiestProcesses(),
     (client) => client.largestProcesses(),
     (client) => client.machineMemory(),
@@ -68,7 +68,7 @@ const everyOperation: ((client: Client) => Promise<unknown>)[] = [
     (client) => client.rememberFeedbackOrigin('layout'),
     (client) => client.feedbackOrigin(),
     (client) => client.chooseSample(),
-    (client) => client.buildArchive(feedback),
+    (client) => client.buildArchive(feedback, true),
     (client) => client.chooseAttachment(),
     (client) => client.openFoundFile('/tmp/a'),
     (client) => client.startSearch('report'),
@@ -101,6 +101,7 @@ describe('the client', () => {
                     'draft',
                     'fontSubstitutes',
                     'hasHost',
+                    'layOutDocument',
                     'listen',
                     'machine',
                     'previews',
@@ -148,7 +149,7 @@ describe('the client', () => {
         ],
         [
             'archivepackage',
-            (client) => client.buildArchive(feedback),
+            (client) => client.buildArchive(feedback, true),
             {
                 archiveType: 'crash',
                 archiveDescribe: 'It stops',
@@ -181,7 +182,7 @@ describe('the client', () => {
 
     it('leaves the report out of the archive with an empty text, which is all that is asked', async () => {
         const [sent] = await sentBy((client) =>
-            client.buildArchive({ ...feedback, systemInformation: false }),
+            client.buildArchive({ ...feedback, systemInformation: false }, true),
         );
         expect(sent!.args!.archiveSysInfo).toBe('');
     });

@@ -88,7 +88,7 @@ describe('a file', () => {
 describe('the archive', () => {
     it('holds what was asked for, in the order in which it is packed', () => {
         const draft = { ...emptyDraft(), sample: '/a/x.docx', crashDumps: true };
-        expect(archiveContents(draft, false).map(({ part }) => part)).toEqual([
+        expect(archiveContents(draft, false, []).map(({ part }) => part)).toEqual([
             'description',
             'file',
             'systemInformation',
@@ -99,8 +99,17 @@ describe('the archive', () => {
 
     it('always holds the description', () => {
         const draft = { ...emptyDraft(), systemInformation: false, suiteSettings: false };
-        expect(archiveContents(draft, true)).toEqual([
+        expect(archiveContents(draft, true, [])).toEqual([
             { part: 'description', names: ['describe.txt'], problem: null },
+        ]);
+    });
+
+    it('lacks a file that is no longer there', () => {
+        const lines = archiveContents(alike, true, ['/b/y.png']);
+        expect(lines.filter(({ part }) => part === 'file').map(({ problem }) => problem)).toEqual([
+            null,
+            'gone',
+            null,
         ]);
     });
 });

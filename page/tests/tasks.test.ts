@@ -43,7 +43,7 @@ describe('a task of the shell', () => {
 
     it('takes files of any name into the archive, each under its own', async () => {
         const { client: shell, sent } = client({ 'task.archive': { result: done } });
-        const outcome = await shell.buildArchive({
+        const feedback = {
             category: 'crash',
             description: 'two\nlines',
             sample: '/a/x y.docx',
@@ -51,9 +51,11 @@ describe('a task of the shell', () => {
             systemInformation: true,
             suiteSettings: false,
             crashDumps: false,
-        });
+        };
+        const outcome = await shell.buildArchive(feedback, false);
         expect(outcome).toEqual({ kind: 'done', value: '/home/u/a b' });
         expect(sent[0]?.args).toMatchObject({
+            open: false,
             files: [
                 { path: '/a/x y.docx', name: 'x y.docx' },
                 { path: '/b/x y.docx', name: '2-x y.docx' },

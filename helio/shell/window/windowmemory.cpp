@@ -1,6 +1,9 @@
 #include "helio/shell/window/windowmemory.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSettings>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -9,6 +12,17 @@ namespace {
 constexpr char areaKey[] = "window/area";
 constexpr char maximisedKey[] = "window/maximised";
 constexpr char viewKey[] = "window/view";
+
+constexpr QSize startSize(1120, 720);
+constexpr QSize leastSize(720, 480);
+
+QVector<QRect> availableScreens(const QWidget *window)
+{
+    QVector<QRect> areas{window->screen()->availableGeometry()};
+    for (const QScreen *screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
 
 int sharedSpace(const QRect &area, const QRect &screen)
 {
@@ -54,6 +68,19 @@ QRect fittedToScreens(const QRect &area, const QVector<QRect> &screens)
     fitted.moveLeft(qBound(screen.left(), fitted.left(), screen.right() - fitted.width() + 1));
     fitted.moveTop(qBound(screen.top(), fitted.top(), screen.bottom() - fitted.height() + 1));
     return fitted;
+}
+
+void placeWindow(QWidget *window, const QRect &area)
+{
+    const QRect usable = window->screen()->availableGeometry();
+    QRect wanted = area;
+    if (!wanted.isValid()) {
+        wanted = QRect(QPoint(), startSize.boundedTo(usable.size()));
+        wanted.moveCenter(usable.center());
+    }
+    // A screen may be smaller than the least size.
+    window->setMinimumSize(leastSize.boundedTo(usable.size()));
+    window->setGeometry(fittedToScreens(wanted, availableScreens(window)));
 }
 
 } // namespace shell

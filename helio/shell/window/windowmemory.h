@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVector>
 
+class QWidget;
+
 namespace shell {
 
 /// What the window keeps from one start to the next.
@@ -33,5 +35,8 @@ private:
 /// Moves and shrinks @p area so that all of it is on the one of the @p screens which shows most of
 /// it, or else on the first. The screens are the places that windows may take.
 QRect fittedToScreens(const QRect &area, const QVector<QRect> &screens);
+
+/// Places @p window at @p area as far as the screens have it, or in the middle if that is empty.
+void placeWindow(QWidget *window, const QRect &area);
 
 } // namespace shell

@@ -90,9 +90,12 @@ export function documentCommands(caller: Caller) {
         /** Unanswered when the host considers the document unsafe to open. */
         openLayoutDocument: () => caller.ask('openlaytouerrorfile', success),
         /** The document; the command may show the PDF of an earlier print. */
-        printDocument: () =>
+        printDocument: (open: boolean) =>
             caller.offers('task.print')
-                ? caller.perform('task.print', printedDocument)
+                ? caller.perform('task.print', printedDocument, { open })
                 : caller.ask('openprinterrorfile', startedPrint),
+        /** How the suite lays out a document, as a PDF. */
+        layOutDocument: (path: string) =>
+            caller.perform('task.print', printedDocument, { path, open: false }),
     };
 }

@@ -93,12 +93,15 @@ export function feedbackCommands(caller: Caller) {
         chooseSample: () => caller.ask('choosesamplefile', base64Text),
         chooseAttachment: () => caller.ask('chooseattachment', base64Text),
         /**
-         * The path of the archive. The command writes it after its answer, without files that have
-         * blanks in their paths.
+         * The path of the archive, whose folder a shell may open. The command writes it after its
+         * answer, without files that have blanks in their paths.
          */
-        buildArchive: (feedback: Feedback) =>
+        buildArchive: (feedback: Feedback, openFolder: boolean) =>
             caller.offers('task.archive')
-                ? caller.perform('task.archive', archiveFile, taskArguments(feedback))
+                ? caller.perform('task.archive', archiveFile, {
+                      ...taskArguments(feedback),
+                      open: openFolder,
+                  })
                 : caller.ask('archivepackage', startedArchive, archiveArguments(feedback)),
     };
 }

@@ -5,7 +5,7 @@
 import { Caller } from './wire/caller';
 import { checkCommands } from './checkcommands';
 import { desktopCommands, openingOperations } from './desktopcommands';
-import { doctorOperations } from './doctor';
+import { doctorOperations } from './doctor/operations';
 import { documentCommands, previewOperations } from './documentcommands';
 import { draftOperations } from './draftoperations';
 import { dumpCommands, dumpOperations } from './dumpcommands';
@@ -47,7 +47,7 @@ export type {
     RepairOutcome,
     RepairPlan,
     UndoOutcome,
-} from './doctor';
+} from './doctor/reading';
 export type { Dump, DumpList } from './dumpcommands';
 export type { FilePreview, FontSubstitutes } from './documentcommands';
 export { archiveNames, ownFiles, settingFiles } from './feedbackcommands';

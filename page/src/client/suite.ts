@@ -1,7 +1,7 @@
 /** The office suite that is looked after, which a shell may describe with the doctor. */
 import type { Caller } from './wire/caller';
 import { flag, list, members, number, optional, text, textList, word } from './wire/decode';
-import { repairPlan } from './doctor';
+import { repairPlan } from './doctor/reading';
 
 const states = ['running', 'locked', 'unused', 'ready'] as const;
 const owners = ['user', 'shared', 'bundled'] as const;

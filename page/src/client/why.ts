@@ -1,7 +1,7 @@
 /** Explanations, which a shell may offer with the doctor: which line or right is the cause. */
 import type { Caller } from './wire/caller';
 import { flag, list, members, optional, text, word } from './wire/decode';
-import { place, repairPlan, type Place, type RepairPlan } from './doctor';
+import { place, repairPlan, type Place, type RepairPlan } from './doctor/reading';
 
 const accesses = ['read', 'write', 'run'] as const;
 const openVerdicts = ['opens', 'not-as-said', 'nothing', 'undecided'] as const;

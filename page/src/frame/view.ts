@@ -93,9 +93,12 @@ export function startView(view: Component, name: string): void {
         .use(texts.i18n)
         .provide(clientKey, client)
         .provide(preferencesKey, preferences);
-    whenDrawn(() => {
+    const mount = (): void => {
         application.mount('#view');
         focusHeading();
         performance.mark('view-mounted');
-    });
+    };
+    // The page that has waited for this view has no outline to draw first.
+    if (window.showView) mount();
+    else whenDrawn(mount);
 }

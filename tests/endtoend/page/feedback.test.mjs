@@ -76,6 +76,10 @@ test('line breaks and a pasted screenshot are in the archive, which goes where i
     expect(files.get('description.txt')).toBe('First line\n\nthird   line');
     expect(files.get('describe.txt')).toContain('describe: First line third line\n');
     expect([...files.keys()].some((name) => /^screenshot-.*png$/.test(name))).toBe(true);
+    await view.press(texts.receiver.write);
+    const address = 'mailto:support@example.org';
+    // Nothing else has been opened, not even the archive's folder.
+    expect((await shared.fileWith(shared.inHome('opened'), Boolean)).trim()).toBe(address);
 });
 
 test('system report and dumps are included on request', async () => {

@@ -68,7 +68,8 @@ test('a document is printed to a PDF, which is shown and passed on to feedback',
     const { view } = await shared.open('print');
     await view.press(pageTexts.common.chooseDocument);
     await shared.choose('Open File', report);
-    await view.shows(print.printed, patience);
+    // It has no page that could be shown here.
+    await view.shows(print.shown, patience);
     await opened('report.pdf');
     expect(fs.readFileSync(shared.inHome('toolcalls'), 'utf8')).toBe(`print|tbl|${report}|`);
     await view.press(print.verdicts.wrong);
@@ -76,6 +77,38 @@ test('a document is printed to a PDF, which is shown and passed on to feedback',
     await view.press(pageTexts.common.feedback);
     const files = await sendFeedback('print', 'report.xlsx');
     expect(files.get('report.xlsx')).toBe('a table');
+});
+
+/** A page with a black square. */
+const drawnPdf = `%PDF-1.4
+1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj
+2 0 obj <</Type/Pages/Kids[3 0 R]/Count 1>> endobj
+3 0 obj <</Type/Page/Parent 2 0 R/MediaBox[0 0 200 280]/Contents 4 0 R>> endobj
+4 0 obj <</Length 18>> stream
+20 200 60 60 re f
+endstream endobj
+trailer <</Root 1 0 R>>`;
+
+test('the page that the suite makes of a document is shown as a picture, and not opened', async () => {
+    fs.rmSync(path.join(shared.suite.office, toolName), { force: true });
+    shared.writeInOffice(toolName, printer.replace('%PDF-1.7', drawnPdf), { mode: 0o755 });
+    const isDrawn = "document.querySelector('.page-pictures img')?.naturalHeight === 900";
+    const report = shared.writeInHome('my report.docx', 'a report');
+    const { home, view } = await shared.open('layout');
+    await view.press(pageTexts.common.chooseDocument);
+    await shared.choose('Open File', report);
+    await view.press(layout.picture);
+    await view.until(isDrawn, patience);
+    await view.shows(layout.drawn);
+
+    await home.press(print.title);
+    const prints = await shared.view('print');
+    await prints.press(pageTexts.common.chooseDocument);
+    await shared.choose('Open File', report);
+    await prints.until(isDrawn, patience);
+    expect(fs.existsSync(shared.inHome('opened'))).toBe(false);
+    await prints.press(print.open);
+    await opened('my%20report.pdf');
 });
 
 test('a suite that prints nothing is reported with what to do', async () => {

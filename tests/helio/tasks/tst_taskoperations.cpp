@@ -48,6 +48,7 @@ private slots:
     void cancellingEndsTheToolAndItsPrograms();
     void theEndOfTheShellCancels();
     void printingGivesTheNewPdf();
+    void aKnownDocumentIsPrintedWithoutADialog();
     void printingNeverGivesThePdfOfAnEarlierPrint();
     void aReportReplacesWhatWasThere();
     void aReportThatCannotBeWrittenSaysSo();
@@ -190,6 +191,23 @@ void TaskOperationsTest::printingGivesTheNewPdf()
     QCOMPARE(QString::fromUtf8(readFile(word(result, "file"))),
              QStringLiteral("print|vyr|%1|").arg(page.chosen));
     QCOMPARE(word(page.run(QStringLiteral("task.printed")), "document"), page.chosen);
+}
+
+void TaskOperationsTest::aKnownDocumentIsPrintedWithoutADialog()
+{
+    TaskPage page;
+    page.program(QStringLiteral("assistantctl"), ":");
+    page.program(QStringLiteral("vyrEnvCheckTool"),
+                 "echo new > \"$HOME/.local/share/Orvane/tmp/known.pdf\"");
+    const QString document = PrivateHome::current().writeFile(QStringLiteral("known.docx"), "x");
+    const QJsonObject result =
+        page.run(print, {{QStringLiteral("path"), document}, {QStringLiteral("open"), false}});
+    QCOMPARE(word(result, "end"), QStringLiteral("done"));
+    QCOMPARE(word(result, "document"), document);
+    QVERIFY(!result.value(QStringLiteral("opened")).toBool());
+    QVERIFY(page.opened.isEmpty());
+    // Feedback about a print is about the one that the user has chosen.
+    QCOMPARE(word(page.run(QStringLiteral("task.printed")), "document"), QString());
 }
 
 void TaskOperationsTest::printingNeverGivesThePdfOfAnEarlierPrint()

@@ -5,6 +5,9 @@ import type { Draft } from './draft';
 /** Why a file will not be in the archive as it should, by the name of its text. */
 type FileProblem = 'blank' | 'semicolon' | 'sameName' | 'reserved';
 
+/** The same, or that no archive can have it because it is not there. */
+type ContentProblem = FileProblem | 'gone';
+
 /**
  * The library splits its list of files at ";" and at spaces, so a path must not contain them. All
  * files are in one folder of the archive.
@@ -45,17 +48,21 @@ interface ContentLine {
     part: 'description' | 'file' | 'systemInformation' | 'suiteSettings' | 'crashDumps';
     /** The files in the archive, as far as they are known before it is built. */
     names: string[];
-    problem: FileProblem | null;
+    problem: ContentProblem | null;
 }
 
-/** What will be in the archive, in the order in which it is put there. */
-export function archiveContents(draft: Draft, takesAll: boolean): ContentLine[] {
+/** What will be in the archive, in the order in which it is put there; nothing that is `gone`. */
+export function archiveContents(draft: Draft, takesAll: boolean, gone: string[]): ContentLine[] {
     const isTyped = takesAll && draft.description.includes('\n');
     const description = isTyped ? ['describe.txt', 'description.txt'] : ['describe.txt'];
     const lines: ContentLine[] = [
         { part: 'description', names: description, problem: null },
         ...chosenFiles(draft, takesAll).map(
-            ({ name, problem }): ContentLine => ({ part: 'file', names: [name], problem }),
+            ({ name, path, problem }): ContentLine => ({
+                part: 'file',
+                names: [name],
+                problem: gone.includes(path) ? 'gone' : problem,
+            }),
         ),
     ];
     if (draft.systemInformation) {

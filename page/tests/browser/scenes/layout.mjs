@@ -4,6 +4,16 @@ const base64 = (text) => Buffer.from(text).toString('base64');
 const chosen = { result: base64('/home/user/Documents/r\u202Eeport.docx') };
 
 const choose = (view) => view.locator('.el-button--primary').click();
+const picture = `data:image/svg+xml;base64,${base64(
+    '<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 210 297">' +
+        '<rect width="210" height="297" fill="#fff"/><rect x="25" y="30" width="160" height="12"/></svg>',
+)}`;
+
+async function chooseAndDraw(view) {
+    await choose(view);
+    await view.locator('.step-card:nth-child(2) .el-button', { nth: 1 }).click();
+}
+
 async function chooseAndOpen(view) {
     await choose(view);
     await view.locator('.step-card:nth-child(2) .el-button--primary').click();
@@ -17,6 +27,38 @@ export const scenes = [
         answers: { chooselayouterrorfile: chosen, openlaytouerrorfile: { result: 'success' } },
         act: chooseAndOpen,
         shows: 'The document was opened.',
+    },
+    {
+        name: 'layout-pictured',
+        page,
+        offers: ['task.print', 'task.preview', 'window.dropped'],
+        answers: {
+            chooselayouterrorfile: chosen,
+            'task.print': {
+                result: { end: 'done', document: '/home/user/a.docx', file: '/home/user/a.pdf' },
+            },
+            'task.preview': {
+                result: { end: 'done', exists: true, size: 9, changed: '2026-01-01', picture },
+            },
+        },
+        act: chooseAndDraw,
+        shows: 'First page of the PDF',
+    },
+    {
+        name: 'layout-not-pictured',
+        page,
+        offers: ['task.print', 'task.preview'],
+        answers: {
+            chooselayouterrorfile: chosen,
+            'task.print': {
+                result: { end: 'done', document: '/home/user/a.docx', file: '/home/user/a.pdf' },
+            },
+            'task.preview': {
+                result: { end: 'done', exists: true, size: 9, changed: '2026-01-01' },
+            },
+        },
+        act: chooseAndDraw,
+        shows: 'The page cannot be shown here',
     },
     {
         name: 'layout-cancelled',

@@ -42,6 +42,18 @@ export const scenes = [
     },
     { name: 'print-pictured', page, ...pictured, act: choose, shows: 'First page of the PDF' },
     {
+        name: 'print-without-picture',
+        page,
+        ...pictured,
+        answers: {
+            ...pictured.answers,
+            'task.preview': { result: { end: 'done', ...look, picture: '' } },
+            opensearchfile: { result: 'success' },
+        },
+        act: choose,
+        shows: 'The PDF was opened.',
+    },
+    {
         name: 'print-compared',
         page,
         ...pictured,

@@ -2,9 +2,9 @@ import { Page } from 'browser-driver';
 
 /** A page of the running window. */
 export class ShellPage extends Page {
-    /** Connects to the page whose address ends in that name, once it is there. */
+    /** Connects to the page of that name, also in the page that waited, once it is there. */
     static async of(port, name, options) {
-        return this.attach(port, (url) => url.endsWith(`/${name}`), {
+        return this.attach(port, (url) => /[^/#]*$/.exec(url)?.[0] === name, {
             what: `the page ${name}`,
             ...options,
         });

@@ -1,7 +1,6 @@
-/** The doctor, which a shell may offer beside the library's commands. */
-import type { Caller } from './wire/caller';
-import { list, members, number, optional, text, textList, word } from './wire/decode';
-import type { CommandName } from './wire/host';
+/** What the doctor answers. */
+import { list, members, number, optional, text, textList, word } from '../wire/decode';
+import type { CommandName } from '../wire/host';
 
 export interface ListedCheck {
     check: string;
@@ -72,7 +71,7 @@ export interface KeptLook {
 }
 
 /** What a look reports while it is under way. */
-interface LookListener {
+export interface LookListener {
     check: (result: CheckResult) => void;
     finding: (finding: DoctorFinding) => void;
     note: (text: string) => void;
@@ -147,7 +146,7 @@ export interface HistoryEntry {
     paths: string[];
 }
 
-function checkList(result: unknown): CheckList {
+export function checkList(result: unknown): CheckList {
     const { checks, mistakes } = members(result);
     return {
         checks: list(checks).map((one) => {
@@ -186,7 +185,7 @@ function finding(line: Record<string, unknown>): DoctorFinding {
     };
 }
 
-function tell(listener: LookListener, line: unknown): void {
+export function tell(listener: LookListener, line: unknown): void {
     const values = members(line);
     if (values.type === 'check') {
         const { check, result, reason } = values;
@@ -198,7 +197,7 @@ function tell(listener: LookListener, line: unknown): void {
     }
 }
 
-function lookChange(result: unknown): LookChange | null {
+export function lookChange(result: unknown): LookChange | null {
     const { since, last, fixed, new: appeared, unkept } = members(result);
     if (since === undefined) return null;
     return {
@@ -210,7 +209,7 @@ function lookChange(result: unknown): LookChange | null {
     };
 }
 
-function keptLooks(result: unknown): KeptLook[] {
+export function keptLooks(result: unknown): KeptLook[] {
     return list(members(result).checkups).map((one) => {
         const { since, until, found, failed } = members(one);
         return {
@@ -244,12 +243,12 @@ export function repairPlan(result: unknown): RepairPlan {
     };
 }
 
-function repairOutcome(answer: unknown): RepairOutcome {
+export function repairOutcome(answer: unknown): RepairOutcome {
     const { result, journal, reason } = members(answer);
     return { result: word(result, repairResults), journal: number(journal), reason: text(reason) };
 }
 
-function commandPreview(answer: unknown): CommandPreview {
+export function commandPreview(answer: unknown): CommandPreview {
     const { changes, paths, lasting } = members(answer);
     return {
         changes: list(changes).map(plannedChange),
@@ -258,17 +257,17 @@ function commandPreview(answer: unknown): CommandPreview {
     };
 }
 
-function watchedRepair(answer: unknown): WatchedRepair {
+export function watchedRepair(answer: unknown): WatchedRepair {
     const changes = list(members(answer).changes).map(plannedChange);
     return { ...repairOutcome(answer), changes };
 }
 
-function undoOutcome(answer: unknown): UndoOutcome {
+export function undoOutcome(answer: unknown): UndoOutcome {
     const { result, reason, kept } = members(answer);
     return { result: word(result, undoResults), reason: text(reason), kept: textList(kept) };
 }
 
-function historyEntries(result: unknown): HistoryEntry[] {
+export function historyEntries(result: unknown): HistoryEntry[] {
     return list(members(result).entries).map((entry) => {
         const { journal, time, check, repair, state, paths } = members(entry);
         return {
@@ -280,75 +279,4 @@ function historyEntries(result: unknown): HistoryEntry[] {
             paths: textList(paths),
         };
     });
-}
-
-const nothing = (): void => undefined;
-const quiet: LookListener = { check: nothing, finding: nothing, note: nothing };
-
-/** The doctor's operations; texts come in `language`. */
-export function doctorOperations(caller: Caller) {
-    const listening = (listener: Partial<LookListener>) => (line: unknown) =>
-        tell({ ...quiet, ...listener }, line);
-    return {
-        /** Whether this shell has them. */
-        get isOffered(): boolean {
-            return caller.offers('doctor.look');
-        },
-        list: (language: string) => caller.operate('doctor.list', checkList, { language }),
-        /** Runs these checks. Findings come to `listener`; the answer is the end. */
-        look: (language: string, checks: string[], listener: LookListener) =>
-            caller.operate(
-                'doctor.look',
-                () => undefined,
-                { language, checks },
-                listening(listener),
-            ),
-        /** Runs all checks, and has the outcome kept. */
-        lookAtAll: (language: string, listener: LookListener) =>
-            caller.operate(
-                'doctor.look',
-                lookChange,
-                { language, checks: [], keep: true },
-                listening(listener),
-            ),
-        /** Whether looks are kept. */
-        get keepsLooks(): boolean {
-            return caller.offers('doctor.checkups');
-        },
-        /** The looks that were kept, the oldest first. */
-        keptLooks: () => caller.operate('doctor.checkups', keptLooks),
-        /** Ends a look early. */
-        cancel: () => caller.operate('doctor.cancel', () => undefined),
-        plan: (findings: number[], repair: string) =>
-            caller.operate('doctor.plan', repairPlan, { findings, repair }),
-        /** Same, for when the plans `after` have been carried out. */
-        planNext: (findings: number[], repair: string, after: number[]) =>
-            caller.operate('doctor.plan', repairPlan, { findings, repair, after }),
-        /** Does what the plan has shown, and checks again. */
-        fix: (language: string, plan: number, note: LookListener['note']) =>
-            caller.operate('doctor.fix', repairOutcome, { language, plan }, listening({ note })),
-        /** Whether it can watch the library's own repairs. */
-        get watches(): boolean {
-            return caller.offers('doctor.watch');
-        },
-        /** What the command would change. */
-        preview: (command: RepairCommand) =>
-            caller.operate('doctor.preview', commandPreview, { command }),
-        /** Keeps what the command may change; gives the reason if that cannot be done now. */
-        watch: (command: RepairCommand, note: LookListener['note']) =>
-            caller.operate(
-                'doctor.watch',
-                (answer) => text(members(answer).refusal),
-                { command },
-                listening({ note }),
-            ),
-        /** Ends the watch: what was changed can then be undone. */
-        watched: (language: string, note: LookListener['note']) =>
-            caller.operate('doctor.watched', watchedRepair, { language }, listening({ note })),
-        undo: (journal: number, note: LookListener['note']) =>
-            caller.operate('doctor.undo', undoOutcome, { journal }, listening({ note })),
-        /** The repairs that were made, the oldest first. */
-        history: (note: LookListener['note']) =>
-            caller.operate('doctor.history', historyEntries, {}, listening({ note })),
-    };
 }

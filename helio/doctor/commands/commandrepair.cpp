@@ -1,4 +1,4 @@
-#include "helio/doctor/commandrepair.h"
+#include "helio/doctor/commands/commandrepair.h"
 
 #include <QCoreApplication>
 #include <QDir>

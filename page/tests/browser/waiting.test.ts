@@ -1,0 +1,55 @@
+import type { Page } from 'browser-driver';
+import { describe, expect, it } from 'vitest';
+import { named, open, useBrowser } from './playing';
+
+useBrowser();
+
+/** The page that waits, with what the view of a scene asks its host. */
+async function waiting(scene: string): Promise<Page> {
+    const { answers } = named(scene);
+    return open({ name: 'waiting', page: 'waiting.html', answers, shows: '' });
+}
+
+const show = (page: Page, name: string): Promise<boolean> =>
+    page.evaluate((view) => window.showView!(view), name);
+
+describe('the page that waits', () => {
+    it('shows a view with its style, and only one', async () => {
+        const page = await waiting('print');
+        expect(await show(page, 'print.html')).toBe(true);
+        expect(await show(page, 'layout.html')).toBe(false);
+        await page.getByText('The suite prints the document that you choose').waitFor();
+        await page.until(() => performance.getEntriesByName('view-mounted').length === 1);
+        expect(await page.evaluate(() => location.hash + document.title)).toBe(
+            '#print.htmlPrint problem',
+        );
+        const style = await page.evaluate(
+            () => getComputedStyle(document.querySelector('.tool-page')!).display,
+        );
+        expect(style).toBe('flex');
+        expect(page.complaints).toEqual([]);
+        await page.close();
+    });
+
+    it.each(['index.html', 'none.html', 'toString', '../print.html', ''])(
+        'leaves %j to a document of its own',
+        async (name) => {
+            const page = await waiting('print');
+            expect(await show(page, name)).toBe(false);
+            expect(await page.evaluate(() => location.hash)).toBe('');
+            await page.close();
+        },
+    );
+
+    it('takes over the colours that were chosen while it waited', async () => {
+        const page = await waiting('print');
+        await page.evaluate(() =>
+            localStorage.setItem('assistant.preferences', JSON.stringify({ theme: 'dark' })),
+        );
+        await show(page, 'print.html');
+        expect(await page.evaluate(() => document.documentElement.classList.contains('dark'))).toBe(
+            true,
+        );
+        await page.close();
+    });
+});
