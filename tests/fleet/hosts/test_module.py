@@ -41,7 +41,7 @@ class ModuleTest(unittest.TestCase):
     def session(self, uid=None):
         user = pwd.getpwuid(os.getuid())
         return self.logind.Session('1', user.pw_name, user.pw_uid if uid is None else uid, 'x11',
-                                     False, {'PATH': '/usr/bin:/bin'})
+                                   False, {'PATH': '/usr/bin:/bin'})
 
     def program(self, answer, status=0, version='0.1.0', errors='', then=''):
         """A program that answers with the text."""
@@ -55,7 +55,7 @@ class ModuleTest(unittest.TestCase):
 
     def look(self, answer, status=0, limit=20, **others):
         result, _diff = self.checkups.look(self.session(), ASKED, False,
-                                         self.program(answer, status, **others), limit)
+                                           self.program(answer, status, **others), limit)
         # As it goes to the controller.
         json.dumps(result, allow_nan=False)
         return result
@@ -137,7 +137,7 @@ class ModuleTest(unittest.TestCase):
 
     def test_a_user_who_is_gone_fails_alone(self):
         result, _diff = self.checkups.look(self.session(uid=3999999), ASKED, False,
-                                         self.program(''), 5)
+                                           self.program(''), 5)
         self.assertEqual(result['class'], 'failed')
         self.assertIn('3999999', result['text'])
 
