@@ -95,10 +95,17 @@ export function startView(view: Component, name: string): void {
         .provide(preferencesKey, preferences);
     const mount = (): void => {
         application.mount('#view');
-        focusHeading();
         performance.mark('view-mounted');
     };
     // The page that has waited for this view has no outline to draw first.
-    if (window.showView) mount();
-    else whenDrawn(mount);
+    if (window.showView) {
+        mount();
+        // Screen readers learn of the focus only where they know what has it.
+        whenDrawn(focusHeading);
+    } else {
+        whenDrawn(() => {
+            mount();
+            focusHeading();
+        });
+    }
 }
