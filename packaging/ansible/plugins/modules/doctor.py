@@ -150,7 +150,8 @@ from ansible_collections.office_assistant.desktop.plugins.module_utils import lo
 ASKED = logind.GraphicalSessions() if __name__ == '__main__' else None
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
-from ansible_collections.office_assistant.desktop.plugins.module_utils import checkups, programs  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import checkups  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import programs  # noqa: E402
 
 
 def main():

@@ -71,7 +71,8 @@ reports:
 '''
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
-from ansible_collections.office_assistant.desktop.plugins.module_utils import logind, programs  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import logind  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import programs  # noqa: E402
 
 
 def describe(session, path, limit):
