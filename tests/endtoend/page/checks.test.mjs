@@ -50,6 +50,7 @@ test('everything is checked for all programs, the worst first, and can be cancel
     shared.writeInOffice(toolName, everyScript, { mode: 0o755 });
     const { view } = await shared.open('environmentcheck');
     await view.press(environment.everything);
+    await shared.fileWith(shared.inHome('toolcalls'), (text) => text.split('\n').length > 2);
     await view.press(pageTexts.common.cancel, patience);
     await view.shows(filled(environment.everythingStopped, { number: 1, all: 30 }), patience);
 
