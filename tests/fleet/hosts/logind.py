@@ -6,6 +6,7 @@ too: dbus-broker does not start where nobody reads what it logs.
 
 import json
 import os
+import pathlib
 import socket
 import sys
 
@@ -16,6 +17,8 @@ from gi.repository import GLib
 
 NAME = 'org.freedesktop.login1'
 JOURNAL = '/run/systemd/journal/socket'
+# Where sd_get_sessions(3) looks.
+SESSIONS = '/run/systemd/sessions'
 
 
 class Session(dbus.service.Object):
@@ -68,6 +71,9 @@ def main():
     bus = dbus.SystemBus()
     with open(sys.argv[1]) as stream:
         described = json.load(stream)
+    os.makedirs(SESSIONS)
+    for one in described:
+        pathlib.Path(SESSIONS, one['id']).touch()
     name = dbus.service.BusName(NAME, bus)
     manager = Manager(bus, [Session(bus, one) for one in described])
     GLib.MainLoop().run()

@@ -7,15 +7,13 @@ __metaclass__ = type
 
 import json
 import os
-import re
 import subprocess
 
 GRAPHICAL = ('x11', 'wayland', 'mir')
 LOGIND = 'org.freedesktop.login1'
 MANAGER = '/org/freedesktop/login1'
 BUS_LIMIT = 10
-MOST_GUESSED = 8
-USUAL = re.compile('[A-Za-z0-9]+$')
+SESSIONS = '/run/systemd/sessions'
 
 
 class Unanswered(Exception):
@@ -112,38 +110,49 @@ def _environments():
 
 
 def _path_of(number):
-    """Where logind has the session: sd_bus_path_encode(3) of a usual number."""
+    """Where logind has the session, as sd_bus_path_encode(3) spells it."""
     first = '_%02x' % ord(number[0]) if number[0].isdigit() else number[0]
     return '%s/session/%s%s' % (MANAGER, first, number[1:])
+
+
+def _numbers():
+    """Of all sessions, where sd_get_sessions(3) finds them; None where logind keeps none there."""
+    try:
+        names = os.listdir(SESSIONS)
+    except OSError:
+        return None
+    return [name for name in names if _is_there(name)]
+
+
+def _is_there(number):
+    return os.path.isfile(os.path.join(SESSIONS, number))
 
 
 class GraphicalSessions(object):
     """Asks logind for the graphical sessions of people on this host, while others go on."""
 
     def __init__(self):
+        numbers = _numbers()
+        # Each question takes a program, and this one is seldom needed.
+        self._listed = None if numbers is not None else _Question(
+            MANAGER, LOGIND + '.Manager', 'ListSessions')
+        self._asked = [(number, _properties(_path_of(number))) for number in numbers or ()]
         self._environments = _environments()
-        # Every question takes a program. Where processes tell of a session, logind is asked about
-        # it at once, and not after its list.
-        numbers = set(number for number, _uid in self._environments if USUAL.match(number))
-        self._asked = dict((path, _properties(path))
-                           for path in map(_path_of, sorted(numbers)[:MOST_GUESSED]))
 
     def found(self):
-        """The sessions. Raises Unanswered, at the latest after those that logind has told of."""
-        listed = _Question(MANAGER, LOGIND + '.Manager', 'ListSessions')
-        told = {}
-        for path, question in self._asked.items():
+        """The sessions by user and number."""
+        asked = self._asked
+        if self._listed:
+            asked = [(one[0], _properties(one[4])) for one in self._listed.answer()]
+        sessions = []
+        for number, question in asked:
             try:
-                told[path] = question.answer()
+                sessions += self._graphical(question.answer())
             except Unanswered:
-                # The list says whether there is such a session.
-                continue
-            for session in self._graphical(told[path]):
-                yield session
-        others = [_properties(one[4]) for one in listed.answer() if one[4] not in told]
-        for question in others:
-            for session in self._graphical(question.answer()):
-                yield session
+                # It may have ended by now.
+                if self._listed or _is_there(number):
+                    raise
+        return sorted(sessions, key=lambda one: (one.user, one.number))
 
     def _graphical(self, answer):
         """The session of these properties, or none."""

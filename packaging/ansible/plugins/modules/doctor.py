@@ -177,27 +177,23 @@ def main():
     path = programs.program(parameters['program'])
     if path is None:
         module.exit_json(changed=False, sessions=[], **{'class': 'not_installed'})
-    wanted = (session for session in ASKED.found()
-              if parameters['user'] in (None, session.user))
+    try:
+        found = [session for session in ASKED.found()
+                 if parameters['user'] in (None, session.user)]
+    except logind.Unanswered as problem:
+        module.fail_json(msg='logind does not answer: %s' % problem, sessions=[],
+                         **{'class': 'failed'})
+    if module.check_mode and parameters['state'] == 'undone':
+        module.exit_json(changed=bool(found), sessions=[], **{'class': 'ok'})
     end = time.monotonic() + parameters['host_limit']
     looks = []
-    fault = ''
-    try:
-        if module.check_mode and parameters['state'] == 'undone':
-            module.exit_json(changed=any(True for _ in wanted), sessions=[], **{'class': 'ok'})
-        for session in wanted:
-            left = min(parameters['limit'], max(0, int(end - time.monotonic())))
-            looks.append(checkups.look(session, parameters, module.check_mode, path, left))
-    except logind.Unanswered as problem:
-        fault = 'logind does not answer: %s' % problem
-    looks.sort(key=lambda one: (one[0]['user'], one[0]['session']))
+    for session in found:
+        left = min(parameters['limit'], max(0, int(end - time.monotonic())))
+        looks.append(checkups.look(session, parameters, module.check_mode, path, left))
     results = [result for result, _diff in looks]
-    changed = any(result['changed'] for result in results)
-    if fault:
-        module.fail_json(msg=fault, changed=changed, sessions=results, **{'class': 'failed'})
     classes = [result['class'] for result in results] or ['no_session']
     module.exit_json(
-        changed=changed,
+        changed=any(result['changed'] for result in results),
         sessions=results,
         diff=[diff for _result, diff in looks if diff.get('prepared')],
         **{'class': min(classes, key=checkups.CLASSES.index)}

@@ -114,7 +114,7 @@ def main():
     except logind.Unanswered as problem:
         module.fail_json(msg='logind does not answer: %s' % problem, reports=[])
     reports = [describe(session, path, module.params['limit'])
-               for session in sorted(found, key=lambda one: (one.user, one.number))]
+               for session in found]
     module.exit_json(changed=False, reports=reports)
 
 
