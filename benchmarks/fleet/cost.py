@@ -15,7 +15,7 @@ sys.path.insert(0, str(HERE.parents[1] / 'tests/fleet/hosts'))
 from controller import Controller  # noqa: E402
 from host import Host, session  # noqa: E402
 
-ROUNDS = 15
+ROUNDS = 40
 
 
 # Prints the nanoseconds of the doctor in the session, with the session's own environment.
