@@ -18,16 +18,11 @@ constexpr char mountTable[] = "/proc/self/mountinfo";
 constexpr qint64 largestTable = 4 * 1024 * 1024;
 /// As many as the kernel follows.
 constexpr int mostLinks = 40;
+constexpr int octalDigits = 3;
 
-/// Blanks stand as "\040" in the table.
-QString unescaped(const QByteArray &text)
+QString textOf(const QByteArray &field)
 {
-    QByteArray plain = text;
-    plain.replace("\\040", " ")
-        .replace("\\011", "\t")
-        .replace("\\012", "\n")
-        .replace("\\134", "\\");
-    return QFile::decodeName(plain);
+    return QFile::decodeName(mountField(field));
 }
 
 bool isBelow(const QString &path, const QString &point)
@@ -64,6 +59,27 @@ QString withLinkFollowed(const QString &path, int start, const Machine &machine)
 
 } // namespace
 
+QList<QByteArray> mountLines(const Machine &machine)
+{
+    return readFile(machine.located(QLatin1String(mountTable)), largestTable)
+        .content.value_or(QByteArray())
+        .split('\n');
+}
+
+QByteArray mountField(const QByteArray &escaped)
+{
+    QByteArray plain;
+    for (int index = 0; index < escaped.size(); ++index) {
+        bool isNumber = false;
+        const unsigned code = escaped.at(index) == '\\'
+                                  ? escaped.mid(index + 1, octalDigits).toUInt(&isNumber, 8)
+                                  : 0;
+        plain.append(isNumber ? static_cast<char>(code) : escaped.at(index));
+        index += isNumber ? octalDigits : 0;
+    }
+    return plain;
+}
+
 bool Mount::mayHang() const
 {
     constexpr const char *begins[] = {"nfs", "cifs", "smb", "fuse.", "autofs", "ceph", "9p", "afs"};
@@ -74,16 +90,16 @@ bool Mount::mayHang() const
 QVector<Mount> mountsOf(const Machine &machine)
 {
     QVector<Mount> mounts;
-    const FileContent table = readFile(machine.located(QLatin1String(mountTable)), largestTable);
-    for (const QByteArray &line : table.content.value_or(QByteArray()).split('\n')) {
+    const QList<QByteArray> lines = mountLines(machine);
+    for (const QByteArray &line : lines) {
         // See proc(5): ID, parent, device, root, point, options, optional fields, "-", type,
         // source.
         const QList<QByteArray> fields = line.split(' ');
         const int dash = fields.indexOf("-");
         if (dash < 6)
             continue;
-        mounts.append({unescaped(fields.value(4)), QString::fromUtf8(fields.value(dash + 1)),
-                       unescaped(fields.value(dash + 2)),
+        mounts.append({textOf(fields.value(4)), QString::fromUtf8(fields.value(dash + 1)),
+                       textOf(fields.value(dash + 2)),
                        QString::fromUtf8(fields.value(5)).split(QLatin1Char(','))});
     }
     return mounts;

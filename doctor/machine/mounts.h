@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -7,6 +9,12 @@
 #include "doctor/machine/machine.h"
 
 namespace doctor {
+
+/// The lines of /proc/self/mountinfo, see proc(5); nothing of the mounts is touched.
+QList<QByteArray> mountLines(const Machine &machine);
+
+/// A field of such a line as it is meant: blanks and some other characters stand as "\040".
+QByteArray mountField(const QByteArray &escaped);
 
 /// A mount as the kernel's table has it.
 struct Mount

@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
@@ -7,6 +8,7 @@
 
 #include "doctor/machine/filereading.h"
 #include "doctor/machine/machine.h"
+#include "doctor/machine/mounts.h"
 #include "helio/processes/processlist.h"
 #include "helio/tasks/tasks.h"
 
@@ -49,21 +51,6 @@ QString sessionOf(const doctor::Machine &machine)
     return variable("DISPLAY").isEmpty() ? QString() : QStringLiteral("x11");
 }
 
-/// Octal escapes of proc(5), such as "\040" for a blank.
-QString unescaped(const QByteArray &text)
-{
-    QByteArray plain;
-    for (int index = 0; index < text.size(); ++index) {
-        const bool isEscape = text.at(index) == '\\' && index + 3 < text.size();
-        if (isEscape)
-            plain += static_cast<char>(text.mid(index + 1, 3).toInt(nullptr, 8));
-        else
-            plain += text.at(index);
-        index += isEscape ? 3 : 0;
-    }
-    return QString::fromUtf8(plain);
-}
-
 /// The file systems of disks, each once. Others are not asked: a share may not answer.
 QJsonArray disksOf(const doctor::Machine &machine)
 {
@@ -78,7 +65,7 @@ QJsonArray disksOf(const doctor::Machine &machine)
                             !device.startsWith("/dev/loop") && !seen.contains(device);
         if (!isDisk)
             continue;
-        const QString place = unescaped(parts.at(1));
+        const QString place = QFile::decodeName(doctor::mountField(parts.at(1)));
         const QStorageInfo storage(machine.located(place));
         if (storage.bytesTotal() <= 0)
             continue;

@@ -5,8 +5,8 @@
 
 namespace doctor {
 
-/// A line of /proc/self/mountinfo, see proc(5).
-struct Mount
+/// A mount by its number, with its names as the kernel has them.
+struct NumberedMount
 {
     QByteArray point;
     QByteArray type;
@@ -16,6 +16,6 @@ struct Mount
 };
 
 /// The mount with that number, as statx(2) gives it; the point is empty if it is not found.
-Mount mountNumbered(quint64 number);
+NumberedMount mountNumbered(quint64 number);
 
 } // namespace doctor

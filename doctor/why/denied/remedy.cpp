@@ -126,7 +126,7 @@ std::optional<Remedy> forRights(const Component &component, const Decision &deci
 
 std::optional<Remedy> forMount(const Component &component, const char *from, const char *to)
 {
-    const Mount mount = mountNumbered(component.mount);
+    const NumberedMount mount = mountNumbered(component.mount);
     const QString point = QFile::decodeName(mount.point);
     const bool isWhole = mount.fileSystemOptions.contains(from);
     const bool isFixed =
