@@ -77,6 +77,8 @@ def fleet():
     witnessed = with_setting(BAD, 'ann', **{'opt/witness.sh': WITNESS})
     return dict((host.name, (host, named)) for host, named in hosts + [
         (Host('wayland', [session(1, 'ann', 'wayland')], files=with_setting(GOOD, 'ann')), 'ok'),
+        (Host('fileless', [session(1, 'ann', file=False)], files=with_setting(BAD, 'ann')),
+         'finding'),
         (Host('two', [session(1, 'ann'), session(2, 'bob')], files=both), 'finding'),
         (Host('twice', [session(1, 'ann'), session(3, 'ann', 'wayland')], files=witnessed),
          'finding'),

@@ -1,6 +1,6 @@
 """A logind for hosts that have no systemd: sessions as a JSON file says them.
 
-A session is {"id", "uid", "user", "type", "class", "locked"}. It takes the place of the journal,
+A session is {"id", "uid", "user", "type", "class", "locked", "file"}. It takes the place of the journal,
 too: dbus-broker does not start where nobody reads what it logs.
 """
 
@@ -72,7 +72,7 @@ def main():
     with open(sys.argv[1]) as stream:
         described = json.load(stream)
     os.makedirs(SESSIONS)
-    for one in described:
+    for one in filter(lambda one: one.get('file', True), described):
         pathlib.Path(SESSIONS, one['id']).touch()
     name = dbus.service.BusName(NAME, bus)
     manager = Manager(bus, [Session(bus, one) for one in described])

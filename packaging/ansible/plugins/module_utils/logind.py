@@ -116,11 +116,11 @@ def _path_of(number):
 
 
 def _numbers():
-    """Of all sessions, where sd_get_sessions(3) finds them; None where logind keeps none there."""
+    """Of all sessions, where sd_get_sessions(3) finds them."""
     try:
         names = os.listdir(SESSIONS)
     except OSError:
-        return None
+        return []
     return [name for name in names if _is_there(name)]
 
 
@@ -132,11 +132,10 @@ class GraphicalSessions(object):
     """Asks logind for the graphical sessions of people on this host, while others go on."""
 
     def __init__(self):
-        numbers = _numbers()
-        # Each question takes a program, and this one is seldom needed.
-        self._listed = None if numbers is not None else _Question(
+        self._asked = [(number, _properties(_path_of(number))) for number in _numbers()]
+        # Each question takes a program. Without files, logind itself says whether there are none.
+        self._listed = None if self._asked else _Question(
             MANAGER, LOGIND + '.Manager', 'ListSessions')
-        self._asked = [(number, _properties(_path_of(number))) for number in numbers or ()]
         self._environments = _environments()
 
     def found(self):
