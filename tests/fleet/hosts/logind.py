@@ -1,7 +1,7 @@
 """A logind for hosts that have no systemd: sessions as a JSON file says them.
 
-A session is {"id", "uid", "user", "type", "class", "locked", "file"}. It takes the place of the journal,
-too: dbus-broker does not start where nobody reads what it logs.
+A session is {"id", "uid", "user", "type", "class", "locked", "file"}. It takes the place of the
+journal, too: dbus-broker does not start where nobody reads what it logs.
 """
 
 import json
