@@ -8,6 +8,7 @@ import pwd
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 # Nothing is written into the collection.
 sys.dont_write_bytecode = True
@@ -140,6 +141,12 @@ class ModuleTest(unittest.TestCase):
                                            self.program(''), 5)
         self.assertEqual(result['class'], 'failed')
         self.assertIn('3999999', result['text'])
+
+    def test_a_python_that_cannot_become_the_user_is_named(self):
+        with unittest.mock.patch.object(self.programs.sys, 'version_info', (3, 8)):
+            result = self.look(lines(FINDING, SUMMARY))
+        self.assertEqual((result['class'], result['text']),
+                         ('failed', 'Python 3.9 or later is needed'))
 
     def test_a_report_of_another_version_is_named(self):
         path = self.program('', 2, version='0.0.9', errors='there is no command report')

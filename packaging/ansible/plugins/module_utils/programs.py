@@ -11,6 +11,7 @@ import pwd
 import select
 import signal
 import subprocess
+import sys
 import time
 
 MOST_OUTPUT = 8 * 1024 * 1024
@@ -45,16 +46,6 @@ class Run(object):
 
     def of_type(self, *kinds):
         return [line for line in self.lines if line.get('type') in kinds]
-
-
-def _become(session, account):
-    def become():
-        os.setsid()
-        os.setgid(account.pw_gid)
-        os.initgroups(account.pw_name, account.pw_gid)
-        os.setuid(session.uid)
-        os.umask(0o077)
-    return become
 
 
 def _read(started, limit):
@@ -112,13 +103,17 @@ def _objects(output):
 
 def run_in(session, words, limit):
     """Runs a program as the session's user, with its environment, for at most limit seconds."""
+    if sys.version_info < (3, 9):
+        raise subprocess.SubprocessError('Python 3.9 or later is needed')
     account = pwd.getpwuid(session.uid)
     environment = dict(session.environment)
     environment.update(HOME=account.pw_dir, USER=account.pw_name, LOGNAME=account.pw_name)
     # No setpriv: it would run as root with the user's own LD_PRELOAD.
     started = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.PIPE, cwd='/', env=environment, close_fds=True,
-                               preexec_fn=_become(session, account))
+                               user=account.pw_uid, group=account.pw_gid, umask=0o077,
+                               extra_groups=os.getgrouplist(account.pw_name, account.pw_gid),
+                               start_new_session=True)
     try:
         pipes, ended = _read(started, limit)
     finally:

@@ -19,6 +19,8 @@ description:
   - Each session gets one of the classes C(ok), C(finding), C(check_failed), C(locked),
     C(no_environment), C(timed_out), C(refused), C(other_version) and C(failed). A host without a
     graphical session has the class C(no_session), one without the package C(not_installed).
+requirements:
+  - Python 3.9 or later on the host
 options:
   state:
     description:
@@ -144,13 +146,14 @@ sessions:
 
 import time  # noqa: E402
 
-from ansible_collections.office_assistant.desktop.plugins.module_utils import logind  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import queries  # noqa: E402
 
 # logind answers while all else is read.
-ASKED = logind.GraphicalSessions() if __name__ == '__main__' else None
+ASKED = queries.Queries() if __name__ == '__main__' else None
 
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import checkups  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import logind  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import programs  # noqa: E402
 
 
@@ -178,9 +181,9 @@ def main():
     if path is None:
         module.exit_json(changed=False, sessions=[], **{'class': 'not_installed'})
     try:
-        found = [session for session in ASKED.found()
+        found = [session for session in logind.graphical_sessions(ASKED)
                  if parameters['user'] in (None, session.user)]
-    except logind.Unanswered as problem:
+    except queries.Unanswered as problem:
         module.fail_json(msg='logind does not answer: %s' % problem, sessions=[],
                          **{'class': 'failed'})
     if module.check_mode and parameters['state'] == 'undone':

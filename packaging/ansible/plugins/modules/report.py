@@ -18,6 +18,8 @@ description:
     tokens and keys are
     left out. C(assistantctl compare) says what differs between the reports. It has to be run as
     root.
+requirements:
+  - Python 3.9 or later on the host
 options:
   user:
     description:
@@ -73,6 +75,7 @@ reports:
 from ansible.module_utils.basic import AnsibleModule  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import logind  # noqa: E402
 from ansible_collections.office_assistant.desktop.plugins.module_utils import programs  # noqa: E402
+from ansible_collections.office_assistant.desktop.plugins.module_utils import queries  # noqa: E402
 
 
 def describe(session, path, limit):
@@ -109,9 +112,9 @@ def main():
         module.fail_json(msg='assistantctl is not installed', reports=[])
     wanted = module.params['user']
     try:
-        found = [session for session in logind.GraphicalSessions().found()
+        found = [session for session in logind.graphical_sessions(queries.Queries())
                  if wanted in (None, session.user)]
-    except logind.Unanswered as problem:
+    except queries.Unanswered as problem:
         module.fail_json(msg='logind does not answer: %s' % problem, reports=[])
     reports = [describe(session, path, module.params['limit'])
                for session in found]
