@@ -13,6 +13,23 @@ afterEach(async () => {
     reader = null;
 });
 
+const said = (text, after) =>
+    reader.hears(text, after, 10_000).then(
+        () => true,
+        () => false,
+    );
+
+/** Waits until what has the focus is said. Orca at times misses that the focus has come back. */
+async function hearsOnReturn(text, after) {
+    const isSaid = async () => {
+        if (await said(text, after)) return true;
+        await shared.display.act('key', 'Tab');
+        await shared.display.act('key', 'shift+Tab');
+        return false;
+    };
+    await waitFor(isSaid, { what: text, timeoutMs: 60_000 });
+}
+
 /** Presses Tab until what has the focus then is said. */
 async function hearsWithTab(page, after) {
     await waitFor(
@@ -22,10 +39,7 @@ async function hearsWithTab(page, after) {
                 'document.activeElement.ariaLabel ?? document.activeElement.innerText',
             );
             // Orca loses its way where the control that had the focus is gone, as a tile is.
-            return reader.hears(label, after, 5000).then(
-                () => true,
-                () => false,
-            );
+            return said(label, after);
         },
         { what: 'what has the focus', timeoutMs: 60_000 },
     );
@@ -62,6 +76,8 @@ test('a screen reader says what the keyboard reaches, in each view', async () =>
         await hearsWithTab(view, opened);
         const left = reader.said.length;
         await shared.display.act('key', 'Escape');
-        await reader.hears(name, left);
+        await home.until(`document.hasFocus() &&
+            document.activeElement.querySelector('strong')?.textContent === ${JSON.stringify(name)}`);
+        await hearsOnReturn(name, left);
     }
 });
