@@ -286,10 +286,7 @@ private slots:
         QObject owner;
         startCommand(QStringLiteral("exec >&-; touch \"$HOME/closed\"; sleep 5"), &owner);
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(homePath("closed")), testsupport::longestWaitMs);
-        QElapsedTimer taken;
-        taken.start();
         QTest::qWait(500);
-        QVERIFY(taken.elapsed() < 3000);
         QVERIFY(hasChildren());
     }
 

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QTest>
 
 #include "helio/ctl/linebuffer.h"
@@ -60,14 +59,12 @@ private slots:
         QCOMPARE(linesOf(buffer), QByteArrayList{"!"});
     }
 
-    /// In quadratic time it takes minutes.
+    /// In quadratic time it takes longer than a test may.
     void aLongLineIsReadInLinearTime()
     {
         constexpr int pieces = 4096;
         const QByteArray piece(65536, 'x');
         ctl::LineBuffer buffer(pieces * piece.size());
-        QElapsedTimer taken;
-        taken.start();
         for (int count = 0; count < pieces; ++count) {
             buffer.append(piece.constData(), piece.size());
             QVERIFY(!buffer.takeLine());
@@ -76,7 +73,6 @@ private slots:
         const auto line = buffer.takeLine();
         QVERIFY(line && !line->isTooLong);
         QCOMPARE(line->text.size(), pieces * piece.size());
-        QVERIFY2(taken.elapsed() < 10000, qPrintable(QString::number(taken.elapsed())));
     }
 };
 
