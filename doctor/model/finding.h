@@ -14,6 +14,20 @@ enum class State {
     Bad
 };
 
+/// As check files and answers spell it.
+inline QString nameOf(State state)
+{
+    switch (state) {
+    case State::Bad:
+        return QStringLiteral("bad");
+    case State::Warning:
+        return QStringLiteral("warning");
+    case State::Note:
+        break;
+    }
+    return QStringLiteral("note");
+}
+
 /// Where something was seen. What does not apply is empty or 0; lines count from 1.
 struct Place
 {

@@ -14,19 +14,6 @@ namespace fleet {
 
 namespace {
 
-QString nameOf(doctor::State state)
-{
-    switch (state) {
-    case doctor::State::Bad:
-        return QStringLiteral("bad");
-    case doctor::State::Warning:
-        return QStringLiteral("warning");
-    case doctor::State::Note:
-        break;
-    }
-    return QStringLiteral("note");
-}
-
 void check(const doctor::Doctor &doctor, const QString &locale, Report &report)
 {
     doctor.run({}, locale, [&report](const doctor::CheckResult &result) {

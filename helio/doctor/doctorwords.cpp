@@ -61,19 +61,6 @@ QString nameOf(doctor::CheckResult::Outcome outcome)
     return QStringLiteral("skipped");
 }
 
-QString nameOf(doctor::State state)
-{
-    switch (state) {
-    case doctor::State::Bad:
-        return QStringLiteral("bad");
-    case doctor::State::Warning:
-        return QStringLiteral("warning");
-    case doctor::State::Note:
-        break;
-    }
-    return QStringLiteral("note");
-}
-
 QString nameOf(doctor::JournalEntry::State state)
 {
     using State = doctor::JournalEntry::State;

@@ -12,8 +12,6 @@ namespace helio {
 QString nameOf(doctor::Change::Kind kind);
 /// "ok", "finding", "failed" or "skipped".
 QString nameOf(doctor::CheckResult::Outcome outcome);
-/// "bad", "warning" or "note".
-QString nameOf(doctor::State state);
 /// "repaired", "unchanged", "refused", "failed" or "planned".
 QString nameOf(RepairOutcome::Result result);
 /// "begun", "applied", "undone", "taken-back" or "damaged".

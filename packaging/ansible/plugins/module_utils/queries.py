@@ -47,7 +47,7 @@ class Query(object):
 
 def _properties(path):
     return Query(path, 'org.freedesktop.DBus.Properties', 'GetAll', 's',
-                    'org.freedesktop.login1.Session')
+                 'org.freedesktop.login1.Session')
 
 
 def _path_of(number):
