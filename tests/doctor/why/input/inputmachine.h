@@ -10,6 +10,10 @@
 
 #include "doctor/why/input/input.h"
 
+/// The process that is asked about, and where its libraries are.
+constexpr qint64 program = 500;
+inline const QString libraries = QStringLiteral("/usr/lib/x86_64-linux-gnu/");
+
 /// What a process of an InputMachine is like.
 struct FakeProcess
 {
@@ -68,6 +72,14 @@ public:
         QFile::link(QStringLiteral("/opt/app/program"), located(directory + QStringLiteral("exe")));
     }
 
+    /// A program without a parent of interest; blanks part the variables.
+    void addProgram(const QByteArray &environment, const QString &library = {}) const
+    {
+        QByteArray text = environment;
+        add({program, "program", text.replace(' ', '\0'),
+             "1-2 r-xp 0 0 0 " + library.toUtf8() + '\n'});
+    }
+
     doctor::InputReport why(std::optional<qint64> process,
                             const doctor::BusAnswer &answer = {}) const
     {
@@ -90,4 +102,14 @@ inline QByteArray fakeLibrary(const QByteArray &content, char machine = 62)
     QByteArray bytes("\177ELF\2\1\1");
     bytes.append(QByteArray(11, '\0'));
     return bytes + machine + '\0' + content;
+}
+
+/// The state and the lines of where a variable has its value from.
+inline QString originIn(const doctor::InputReport &report, const QByteArray &variable)
+{
+    const doctor::Origin &origin = report.named(variable)->origin;
+    QStringList told{QString::number(int(origin.state))};
+    for (const doctor::Setting &line : origin.lines)
+        told.append(doctor::placeText(line));
+    return told.join(QLatin1Char(' '));
 }
