@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "texts/texts.h"
+
 namespace doctor {
 
 namespace {
@@ -36,6 +38,14 @@ QString inUnits(double number, const std::array<Step, Count> &steps, const char 
     return QString::number(number, 'f', 0) + QLatin1Char(' ') + QLatin1String(smallest);
 }
 
+QString sizeText(double bytes)
+{
+    if (bytes < sizeSteps.back().size)
+        return bytes == 1 ? texts::tr("1 byte")
+                          : texts::tr("%1 bytes").arg(QString::number(bytes, 'f', 0));
+    return inUnits(bytes, sizeSteps, "");
+}
+
 } // namespace
 
 QString Value::shown() const
@@ -47,7 +57,7 @@ QString Value::shown() const
     case ValueType::Flag:
         return number > 0 ? QStringLiteral("true") : QStringLiteral("false");
     case ValueType::Size:
-        return inUnits(number, sizeSteps, "bytes");
+        return sizeText(number);
     case ValueType::Age:
         return inUnits(number, ageSteps, "s");
     case ValueType::Mode:

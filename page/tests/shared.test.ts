@@ -2,6 +2,8 @@ import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import type { Outcome } from '@/client';
 import { matcher } from '@/tasks/filter';
 import { defaults, languageOf, parsePreferences, themeOf } from '@/frame/preferences';
+import english from '@/frame/texts.en.json';
+import { createTexts, sizeText } from '@/frame/texts';
 import { useTask } from '@/tasks/task';
 import { textPieces, visibleText } from '@/parts/visibletext';
 
@@ -22,6 +24,26 @@ describe('visible text', () => {
     it('marks named characters apart from a look-alike text', () => {
         expect(textPieces('⟨U+202E⟩')).toEqual([{ text: '⟨U+202E⟩' }]);
         expect(textPieces('\u202E')).toEqual([{ text: '⟨U+202E⟩', codePoint: 'U+202E' }]);
+    });
+});
+
+describe('a size', () => {
+    const texts = createTexts('en', () => ({ units: english.units }));
+    const size = (bytes: number): string =>
+        sizeText(bytes, (key, values = {}, count = 0) => texts.t(key, values, count), 'en');
+
+    it.each([
+        [0, '0 bytes'],
+        [1, '1 byte'],
+        [30, '30 bytes'],
+        [1023, '1023 bytes'],
+        [1024, '1 KiB'],
+        [48_211, '47.1 KiB'],
+        [1024 ** 2 - 1, '1 MiB'],
+        [1.25 * 1024 ** 3, '1.3 GiB'],
+        [5000 * 1024 ** 4, '5,000 TiB'],
+    ])('of %d is %s', (bytes, text) => {
+        expect(size(bytes)).toBe(text);
     });
 });
 

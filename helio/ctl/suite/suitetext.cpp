@@ -25,7 +25,9 @@ QString stateText(const suites::State &state)
 
 QString sizeText(qint64 bytes)
 {
-    return QLocale::c().formattedDataSize(bytes);
+    if (bytes < 1024)
+        return bytes == 1 ? texts::tr("1 byte") : texts::tr("%1 bytes").arg(bytes);
+    return QLocale::c().formattedDataSize(bytes, 1);
 }
 
 QString line(const QString &label, const QString &value)

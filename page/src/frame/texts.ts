@@ -9,7 +9,9 @@ export interface Catalogue {
 
 declare global {
     interface Window {
-        /** JSON of the view's catalogue of each language; the build puts it before the script. */
+        /** JSON of each language's catalogue; the build puts it before the scripts. */
+        frameTexts: Record<Language, string>;
+        /** The same for what the view has beyond it. */
         pageTexts: Record<Language, string>;
     }
 }
@@ -40,18 +42,21 @@ export type Translate = (
     count?: number,
 ) => string;
 
-const units = ['byte', 'kilobyte', 'megabyte', 'gigabyte', 'terabyte'] as const;
-const step = 1000;
+const units = ['KiB', 'MiB', 'GiB', 'TiB'] as const;
+const step = 1024;
 
-/** A size for people, such as "1.2 MB". */
-function sizeText(bytes: number, locale: string): string {
-    const power = bytes < step ? 0 : Math.floor(Math.log10(bytes) / 3);
-    const index = Math.min(power, units.length - 1);
-    return new Intl.NumberFormat(locale, {
-        style: 'unit',
-        unit: units[index],
-        maximumFractionDigits: index ? 1 : 0,
-    }).format(bytes / step ** index);
+/** A size for people, such as "1.2 MiB", in the units of findings and of the machine's memory. */
+export function sizeText(bytes: number, t: Translate, locale: string): string {
+    if (bytes < step) return t('units.bytes', { count: bytes }, bytes);
+    let size = bytes / step;
+    let index = 0;
+    // What would be rounded up to a whole step has the next unit.
+    while (index < units.length - 1 && size >= step - 0.05) {
+        size /= step;
+        index += 1;
+    }
+    const number = size.toLocaleString(locale, { maximumFractionDigits: 1 });
+    return `${number} ${units[index]!}`;
 }
 
 /** The texts of the current language, and how it writes numbers and times. */
@@ -68,7 +73,7 @@ export function useTexts() {
                 minimumFractionDigits: digits,
                 maximumFractionDigits: digits,
             }),
-        size: (bytes: number): string => sizeText(bytes, locale.value),
+        size: (bytes: number): string => sizeText(bytes, translate, locale.value),
         time: (date: Date): string => date.toLocaleTimeString(locale.value),
         /** A time of today, or a day and a time. */
         moment: (date: Date): string => {

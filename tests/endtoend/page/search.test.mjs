@@ -34,11 +34,11 @@ test('files of the home are found by a part of their name, and filtered', async 
 
 test('a search begins while one types, and sorts by the sizes of the disk', async () => {
     shared.writeInHome('letters/needle small.txt', 'x');
-    shared.writeInHome('letters/needle large.txt', 'x'.repeat(3_000));
+    shared.writeInHome('letters/needle large.txt', 'x'.repeat(3_072));
     const { view } = await shared.open('search');
     await view.fill(texts.keyword, 'needle');
     await view.shows(texts.finished, patience);
-    await view.shows('3 kB', patience);
+    await view.shows('3 KiB', patience);
     await view.press(texts.sortBy.replace('{column}', texts.columns.size));
     await view.until(
         "[...document.querySelectorAll('.hit-row')].sort((one, two) => one.ariaPosInSet - two.ariaPosInSet)[0].textContent.includes('large')",

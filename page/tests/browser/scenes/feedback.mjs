@@ -91,7 +91,7 @@ export const scenes = [
             await describe(view);
             await paste(view);
         },
-        shows: '48.2 kB',
+        shows: '47.1 KiB',
     },
     {
         name: 'feedback-dropped',

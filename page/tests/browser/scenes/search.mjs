@@ -33,7 +33,7 @@ function looks(count) {
         path: `/home/${index}`,
         exists: true,
         kind: index ? 'file' : 'directory',
-        ...(index ? { size: index * 1e6 } : {}),
+        ...(index ? { size: index * 2 ** 20 } : {}),
         changed: `2026-0${1 + index}-11T08:00:00Z`,
     }));
     return { end: 'done', paths };
@@ -83,10 +83,10 @@ export const scenes = [
                 const rows = [...document.querySelectorAll('.hit-row')]
                     .sort((one, two) => one.ariaPosInSet - two.ariaPosInSet)
                     .map((row) => row.querySelector('.hit-size').textContent);
-                return rows[0] === '7 MB' && rows[1] === '6 MB' && rows[7] === '';
+                return rows[0] === '7 MiB' && rows[1] === '6 MiB' && rows[7] === '';
             });
         },
-        shows: '7 MB',
+        shows: '7 MiB',
     },
     {
         name: 'search-filtered',

@@ -64,7 +64,7 @@ export const machine = {
     memory: { total: 16.4e9, available: 7.2e9, swapTotal: 0, swapFree: 0 },
     disks: [
         { place: '/', type: 'ext4', total: 250e9, free: 81e9, isReadOnly: false },
-        { place: '/home', type: 'btrfs', total: 1e12, free: 12e9, isReadOnly: false },
+        { place: '/home', type: 'btrfs', total: 2 ** 40, free: 12 * 2 ** 30, isReadOnly: false },
     ],
     graphics: [{ name: 'Example Corporation UHD Graphics 620', driver: 'i915' }],
     screens: [
@@ -86,7 +86,7 @@ const exportReport = (view) => view.locator('.report-tools > .el-button--primary
 
 export const scenes = [
     { name: 'sysinfo', page, answers, shows: 'Linux 6.1.0-18-amd64' },
-    { name: 'sysinfo-machine', page, ...described, shows: '12 GB free of 1 TB' },
+    { name: 'sysinfo-machine', page, ...described, shows: '12 GiB free of 1 TiB' },
     {
         name: 'sysinfo-matches',
         page,
