@@ -1,6 +1,6 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import { useCheckup } from '@/views/home/checkup/checkup';
-import { diffLines, rightsText } from '@/parts/difflines';
+import { diffLines, rightsText } from '@/changes/difflines';
 import { findingId, grouped, viewOf } from '@/views/home/checkup/groups';
 import {
     ignoredKey,

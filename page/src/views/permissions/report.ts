@@ -1,6 +1,6 @@
 import type { AccessReason, FilePermissions, PathPart } from '@/client';
 import type { Translate } from '@/frame/texts';
-import { rightsText as modeLetters } from '@/parts/difflines';
+import { rightsText as modeLetters } from '@/changes/difflines';
 import { visibleText } from '@/parts/visibletext';
 import type { Found } from '@/tasks/findings';
 import { judge, keyOf, pathOf, rightsOf, type AccessReasons, type Rights } from './judge';
