@@ -7,6 +7,7 @@
 
 #include "doctor/journal/applysteps.h"
 #include "doctor/journal/ending.h"
+#include "doctor/journal/keeping.h"
 #include "doctor/journal/run.h"
 #include "doctor/journal/undosteps.h"
 #include "doctor/journal/watch.h"
@@ -29,17 +30,6 @@ JournalResult without(Outcome outcome, const QString &reason, int number = 0)
     result.number = number;
     result.reason = reason;
     return result;
-}
-
-QVector<Record> readAll(const Store &store)
-{
-    QVector<Record> records;
-    const QVector<int> numbers = store.numbers();
-    for (const int number : numbers) {
-        if (const std::optional<Record> record = store.read(number))
-            records.append(*record);
-    }
-    return records;
 }
 
 /// Bytes that the journal keeps for an action.
@@ -156,7 +146,7 @@ JournalResult Journal::applyIn(Store &store, const Plan &plan)
         return result;
     }
     result.outcome = Outcome::Applied;
-    removeOld(store, record.number);
+    removeOld(store, record.number, m_limits);
     return result;
 }
 
@@ -234,7 +224,7 @@ JournalResult Journal::beginWatch(const QString &check, const QString &repair,
     if (problem) {
         result = without(Outcome::Refused, *problem);
     } else {
-        removeOld(*store, record.number);
+        removeOld(*store, record.number, m_limits);
         m_watched = store;
         m_watch = record.number;
     }
@@ -290,26 +280,6 @@ QStringList Journal::recover()
     if (isAnyOpen && !store.lock())
         recoverAll(store, notes);
     return notes;
-}
-
-void Journal::removeOld(Store &store, int newest)
-{
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    const qint64 oldest =
-        now - std::chrono::duration_cast<std::chrono::milliseconds>(m_limits.age).count();
-    const QVector<Record> records = readAll(store);
-    qint64 size = 0;
-    for (const Record &record : records)
-        size += store.size(record.number);
-    for (const Record &record : records) {
-        const bool isFinished = !record.isDamaged && !record.openAction();
-        const bool isOld = isFinished && record.actions.last().time < oldest;
-        if (!isFinished || record.number == newest || (!isOld && size <= m_limits.size))
-            continue;
-        const qint64 freed = store.size(record.number);
-        if (!store.remove(record.number))
-            size -= freed;
-    }
 }
 
 } // namespace doctor

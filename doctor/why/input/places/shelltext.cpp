@@ -1,8 +1,5 @@
 #include "doctor/why/input/places/shelltext.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <utility>
 
 #include "doctor/why/input/places/shellwords.h"
@@ -198,12 +195,7 @@ private:
             readCommand(words.mid(1));
         }
         if (name == "env") {
-            for (const Token &word : words.mid(1)) {
-                const bool isOption = word.text.startsWith('-');
-                if (!isOption && assignedName(word).isEmpty())
-                    break;
-                if (isOption)
-                    continue;
+            for (const Token &word : environmentOf(words)) {
                 add(Kind::ForCommand, assignedName(word), assignedValue(word, true), word.line);
                 markReplacing(1, m_isReplacing);
             }
@@ -264,19 +256,11 @@ private:
 
     void readSet(const QVector<Token> &words)
     {
-        for (int i = 1; i < words.size(); ++i) {
-            const QByteArray &text = words.at(i).text;
-            if (text == "--" || (!text.startsWith('-') && !text.startsWith('+')))
-                return;
-            const QByteArray option =
-                isAnyOf(text, {"-o", "+o"}) ? words.value(++i).text : QByteArray();
-            const bool isOn = text.startsWith('-');
-            if (option == "allexport" || text.mid(1).contains('a'))
-                m_exportsAll = isOn && m_isCertain;
-            // From here on each command that fails ends the script.
-            if (isOn && (option == "errexit" || text.mid(1).contains('e')))
-                m_mayHaveEnded = true;
-        }
+        const ShellOptions options = optionsOf(words);
+        if (options.exportsAll)
+            m_exportsAll = *options.exportsAll && m_isCertain;
+        if (options.endsOnFailure)
+            m_mayHaveEnded = true;
     }
 
     void end(const QByteArray &how)

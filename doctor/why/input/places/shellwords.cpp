@@ -57,4 +57,34 @@ std::optional<QByteArray> sourcedPath(const ShellToken &word)
     return std::nullopt;
 }
 
+QVector<ShellToken> environmentOf(const QVector<ShellToken> &words)
+{
+    QVector<ShellToken> assignments;
+    for (const ShellToken &word : words.mid(1)) {
+        const bool isOption = word.text.startsWith('-');
+        if (!isOption && assignedName(word).isEmpty())
+            break;
+        if (!isOption)
+            assignments.append(word);
+    }
+    return assignments;
+}
+
+ShellOptions optionsOf(const QVector<ShellToken> &words)
+{
+    ShellOptions options;
+    for (int i = 1; i < words.size(); ++i) {
+        const QByteArray &text = words.at(i).text;
+        if (text == "--" || (!text.startsWith('-') && !text.startsWith('+')))
+            break;
+        const QByteArray named = isAnyOf(text, {"-o", "+o"}) ? words.value(++i).text : QByteArray();
+        const bool isOn = text.startsWith('-');
+        if (named == "allexport" || text.mid(1).contains('a'))
+            options.exportsAll = isOn;
+        if (isOn && (named == "errexit" || text.mid(1).contains('e')))
+            options.endsOnFailure = true;
+    }
+    return options;
+}
+
 } // namespace doctor

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QVector>
+
 #include <initializer_list>
 #include <optional>
 
@@ -19,5 +21,18 @@ QByteArray assignedName(const ShellToken &word);
 std::optional<QByteArray> assignedValue(const ShellToken &word, bool isArgument);
 /// The path behind "." and "source", "~/" for the home directory. Nothing if it is computed.
 std::optional<QByteArray> sourcedPath(const ShellToken &word);
+
+/// The assignments among the words of a call of env(1).
+QVector<ShellToken> environmentOf(const QVector<ShellToken> &words);
+
+/// What a call of the shell's "set" changes.
+struct ShellOptions
+{
+    /// Whether variables are exported from then on; nothing if it stays as it was.
+    std::optional<bool> exportsAll;
+    /// From then on each command that fails ends the script.
+    bool endsOnFailure = false;
+};
+ShellOptions optionsOf(const QVector<ShellToken> &words);
 
 } // namespace doctor
