@@ -51,8 +51,17 @@ void LocalPage::showView(const QString &name, const std::function<void(bool)> &t
 {
     const QString argument =
         QString::fromUtf8(QJsonDocument(QJsonArray{name}).toJson(QJsonDocument::Compact));
-    runJavaScript(QStringLiteral("window.showView !== undefined && showView(...%1)").arg(argument),
-                  [tell](const QVariant &shown) { tell(shown.toBool()); });
+    ask(QStringLiteral("window.showView !== undefined && showView(...%1)").arg(argument), tell);
+}
+
+void LocalPage::hideView(const std::function<void(bool)> &tell)
+{
+    ask(QStringLiteral("window.hideView !== undefined && hideView()"), tell);
+}
+
+void LocalPage::ask(const QString &script, const std::function<void(bool)> &tell)
+{
+    runJavaScript(script, [tell](const QVariant &answer) { tell(answer.toBool()); });
 }
 
 void LocalPage::judgeLoad(bool ok)

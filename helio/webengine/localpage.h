@@ -28,8 +28,11 @@ public:
     /// Whether it is the document and shows nothing yet.
     bool isWaiting() const;
 
-    /// Has the waiting page show the page @p name, and tells whether it does.
+    /// Has the waiting page show the page @p name in place of what it shows, and tells whether it
+    /// does.
     void showView(const QString &name, const std::function<void(bool)> &tell);
+    /// Has the waiting page end what it shows, and tells whether nothing of it is left.
+    void hideView(const std::function<void(bool)> &tell);
 
 signals:
     /// The main frame shows no document of the page directory: loading one failed, or the page
@@ -41,6 +44,7 @@ protected:
     QWebEnginePage *createWindow(WebWindowType type) override;
 
 private:
+    void ask(const QString &script, const std::function<void(bool)> &tell);
     void judgeLoad(bool ok);
     void judgeAddress(const QUrl &url);
 

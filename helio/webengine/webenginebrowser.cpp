@@ -16,7 +16,7 @@
 #include "helio/doctor/doctoroperations.h"
 #include "helio/tasks/taskoperations.h"
 #include "helio/webengine/drops/droppedfiles.h"
-#include "helio/webengine/editmenu.h"
+#include "helio/webengine/layers/editmenu.h"
 #include "helio/webengine/localpage.h"
 #include "helio/webengine/pagenotice.h"
 #include "helio/webengine/pagescript.h"
@@ -146,35 +146,6 @@ void WebEngineBrowser::setStartupUrl(const QString &url)
         askForApi();
 }
 
-void WebEngineBrowser::navigate(const QUrl &url)
-{
-    m_url = url;
-    if (isWaiting() && m_directory.contains(url)) {
-        m_page->showView(url.fileName(), [this, url](bool isShown) {
-            if (!isShown && m_url == url)
-                load();
-        });
-        return;
-    }
-    load();
-    coverUnseen();
-}
-
-void WebEngineBrowser::setWaitingPage(const QString &name)
-{
-    m_page->setWaitingPage(name);
-}
-
-void WebEngineBrowser::waitAgain()
-{
-    const QUrl page = m_page->waitingPage();
-    if (page.isEmpty() || isWaiting())
-        return;
-    m_url = page;
-    load();
-    coverUnseen();
-}
-
 void WebEngineBrowser::tellPage(const QJsonObject &window)
 {
     m_wire->deliver(windowCallback(), textOf({{QStringLiteral("result"), window}}), false);
@@ -252,32 +223,17 @@ void WebEngineBrowser::passTitle()
         emit titleChanged(m_page->title());
 }
 
-void WebEngineBrowser::reload()
-{
-    // The page may have navigated since it was opened. The waiting page has not.
-    if (m_page->isAtHome() && !m_page->isWaitingPage())
-        m_url = m_page->url();
-    load();
-}
-
-void WebEngineBrowser::expectScript()
-{
-    // Chromium's new process for a page that has stopped may begin the document before it has the
-    // script.
-    --m_loadsForScript;
-    m_page->runJavaScript(QStringLiteral("typeof helio"), [this](const QVariant &type) {
-        if (type.toString() == QLatin1String("object"))
-            m_loadsForScript = 0;
-        else if (m_page->isAtHome())
-            reload();
-    });
-}
-
 void WebEngineBrowser::sayStopped()
 {
     if (m_flag & AsynchronousJsApi)
         m_loadsForScript = mostLoadsForScript;
     m_wire->forgetPage();
+    if (m_isAsking) {
+        // It had stopped already when it was told.
+        m_isAsking = false;
+        load();
+        return;
+    }
     m_layers.bringForward(m_notice->sayStopped());
 }
 
@@ -286,30 +242,6 @@ void WebEngineBrowser::sayNotShown()
     const bool isInstalled = QFileInfo(m_directory.path()).isDir();
     m_layers.bringForward(isInstalled ? m_notice->sayNotShown(m_url.fileName())
                                       : m_notice->sayRemoved());
-}
-
-void WebEngineBrowser::load()
-{
-    if (!m_directory.contains(m_url)) {
-        sayNotShown();
-        emit loadFinished(false);
-        return;
-    }
-    m_layers.bringForward(m_view);
-    // At once: what is asked for meanwhile is loaded, and not shown in the page before.
-    m_isLoading = true;
-    m_page->load(m_url);
-}
-
-bool WebEngineBrowser::isWaiting() const
-{
-    return !m_isLoading && m_layers.front() == m_view && m_page->isWaiting();
-}
-
-void WebEngineBrowser::coverUnseen()
-{
-    if (m_wasShown && !isVisible() && m_layers.front() == m_view)
-        m_layers.bringForward(m_ground);
 }
 
 } // namespace helio

@@ -41,7 +41,7 @@ public:
 
     /// Names the page in which the next one can be shown without a new document.
     void setWaitingPage(const QString &name);
-    /// Loads that page in place of one that is no longer needed.
+    /// Has that page in place of one that is no longer needed.
     void waitAgain();
 
     /// Tells the page how its window is.
@@ -77,9 +77,10 @@ private:
     /// Loads the page again if it has arrived without its script.
     void expectScript();
     void load();
-    bool isWaiting() const;
+    /// Whether the page shows other pages without a new document.
+    bool showsViews() const;
     /// Covers the page until it has loaded, where it is not seen.
-    void coverUnseen();
+    void loadUnseen();
 
     PageDirectory m_directory;
     KxWebViewCefJsApiFlag m_flag;
@@ -97,6 +98,8 @@ private:
     QUrl m_url;
     bool m_focusOnLoad = false;
     bool m_isLoading = false;
+    /// The page was told to show another, and has not answered yet.
+    bool m_isAsking = false;
     bool m_wasShown = false;
     /// How often a page that has stopped may still be loaded because it lacks its script.
     int m_loadsForScript = 0;

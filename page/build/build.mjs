@@ -6,6 +6,7 @@ import { build as buildScript, transform } from 'esbuild';
 import { bundle } from './bundle.mjs';
 import { unsupportedInScript, unsupportedInStyle } from './compatibility.mjs';
 import { htmlPage } from './htmlpage.mjs';
+import { sharedModules } from './modulegraph.mjs';
 import { collectNotices } from './notices.mjs';
 import { pluginCheckPage } from './plugincheck.mjs';
 import { catalogues, textsIn, textsOfViews, textsScript } from './texts.mjs';
@@ -13,8 +14,8 @@ import { catalogues, textsIn, textsOfViews, textsScript } from './texts.mjs';
 const source = fileURLToPath(new URL('../src', import.meta.url));
 const licence = fileURLToPath(new URL('../../LICENSES/MIT.txt', import.meta.url));
 
-/** Scripts that all views share, in loading order, with what they provide to later ones. */
-const shared = [
+/** Scripts of the libraries, in loading order, with what they provide to later ones. */
+const libraries = [
     {
         name: 'foundation',
         globalName: 'PageFoundation',
@@ -31,18 +32,53 @@ function pageFile(view) {
     return view === 'home' ? 'index.html' : `${view}.html`;
 }
 
-async function bundleShared() {
+const entryOf = (view) => join(source, 'views', view, 'main.ts');
+
+/** A script of several modules: each is a member of its global, under which views find it. */
+function scriptOf(name, globalName, modules) {
+    const numbered = modules.map((file, index) => [file, `m${index}`]);
+    return {
+        name,
+        globalName,
+        entry: join(source, `${name}.js`),
+        content: numbered
+            .map(([file, member]) => `export * as ${member} from ${JSON.stringify(file)};`)
+            .join('\n'),
+        provides: Object.fromEntries(
+            numbered.map(([file, member]) => [file, `${globalName}.${member}`]),
+        ),
+    };
+}
+
+/** What views share, so that the page that waits for one reads it once. */
+async function bundleShared(views, frameTexts) {
+    const { plain, withElements } = sharedModules(views.map(entryOf), source);
+    /** @type {Record<string, string>} */
     const globals = {};
     const bundles = [];
-    for (const { name, globalName, provides } of shared) {
-        const entry = join(source, name, 'index.ts');
-        bundles.push({
-            ...(await bundle({ name, entry, globalName, globals: { ...globals } })),
-            provides,
-        });
+    for (const { provides, ...script } of [
+        ...libraries.map((library) => ({
+            ...library,
+            entry: join(source, library.name, 'index.ts'),
+        })),
+        scriptOf('frame', 'PageFrame', plain),
+        scriptOf('toolframe', 'PageToolFrame', withElements),
+    ]) {
+        bundles.push({ ...(await bundle({ ...script, globals: { ...globals } })), provides });
         Object.assign(globals, provides);
     }
+    const frame = bundles.find(({ name }) => name === 'frame');
+    frame.script = textsScript('frameTexts', frameTexts) + frame.script;
     return { bundles, globals };
+}
+
+/** The shared scripts that a script needs, those included that they need in turn. */
+function neededBundles(bundles, imports) {
+    const provides = (bundle, names) =>
+        Object.keys(bundle.provides).some((module) => names.includes(module));
+    const needed = bundles.filter((bundle) => provides(bundle, imports));
+    const further = needed.flatMap((bundle) => bundle.imports);
+    return bundles.filter((bundle) => needed.includes(bundle) || provides(bundle, further));
 }
 
 async function headPieces() {
@@ -64,8 +100,8 @@ async function headPieces() {
 }
 
 /** A view's script, which the page that waits reads without running it. */
-function viewScript(view, script) {
-    return `addView(${JSON.stringify(pageFile(view))},function(){\n${script}\n});\n`;
+function viewScript(page, script) {
+    return `addView(${JSON.stringify(page)},function(){\n${script}\n});\n`;
 }
 
 /** The script of the waiting page, which can show each of the views. */
@@ -111,23 +147,20 @@ async function buildFiles(version) {
         files.set(`${name}.js`, script);
         if (style) files.set(`${name}.css`, style);
     };
-    const { bundles, globals } = await bundleShared();
+    const views = await textsOfViews();
+    const { bundles, globals } = await bundleShared(Object.keys(views), await textsIn('frame'));
     bundles.forEach(addBundle);
     const modules = bundles.flatMap((shared) => shared.modules);
     const head = await headPieces();
-    const frame = await textsIn('frame');
-    const views = await textsOfViews();
     const viewFiles = {};
     for (const view of Object.keys(views)) {
-        const entry = join(source, 'views', view, 'main.ts');
+        const entry = entryOf(view);
         const own = await bundle({ name: view, entry, globalName: 'PageView', globals });
-        const texts = textsScript(catalogues(frame, views, view, offeredBy(own.modules)));
-        addBundle({ ...own, script: viewScript(view, texts + own.script) });
+        const offered = catalogues(views, view, offeredBy(own.modules));
+        const texts = textsScript('pageTexts', offered);
+        addBundle({ ...own, script: viewScript(pageFile(view), texts + own.script) });
         modules.push(...own.modules);
-        const used = bundles.filter(({ provides }) =>
-            Object.keys(provides).some((module) => own.imports.includes(module)),
-        );
-        const parts = [...used, own];
+        const parts = [...neededBundles(bundles, own.imports), own];
         const extra = extraScripts[view] ?? [];
         files.set(
             pageFile(view),
@@ -144,6 +177,13 @@ async function buildFiles(version) {
             styles: own.style ? [`${own.name}.css`] : [],
         };
     }
+    const rehearsal = await bundle({
+        name: 'rehearsal',
+        entry: join(source, 'rehearsal/main.ts'),
+        globalName: 'PageView',
+        globals,
+    });
+    files.set('rehearsal.js', viewScript('rehearsal', rehearsal.script));
     files.set('waiting.js', await waitingScript(viewFiles));
     // In it a window waits for its first view: Chromium has then read what all views share.
     files.set(

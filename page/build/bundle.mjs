@@ -8,19 +8,33 @@ const sourceDirectory = fileURLToPath(new URL('../src', import.meta.url));
 /** The browser that the window embeds; nothing newer may reach the output. */
 const target = 'chrome87';
 
+/** Lets a module that is no file be the entry. */
+const madeModule = (entry, content) => ({
+    name: 'made-module',
+    enforce: /** @type {const} */ ('pre'),
+    resolveId: (id) => (id === entry ? entry : null),
+    load: (id) => (id === entry ? content : null),
+});
+
 /**
- * Bundles one entry into a classic script and its style sheet, without writing them.
+ * Bundles one entry into a classic script and its style sheet, without writing them. `content` is
+ * the entry's where there is no such file.
  *
- * `globals` maps the modules that an earlier script of the page provides to the global
- * expressions under which it does.
+ * `globals` maps the modules that an earlier script of the page provides, by name or file, to the
+ * global expressions under which it does.
+ *
+ * @param {{name: string, entry: string, content?: string, globalName: string,
+ *     globals?: Record<string, string>}} options
  */
-export async function bundle({ name, entry, globalName, globals = {} }) {
+export async function bundle({ name, entry, content, globalName, globals = {} }) {
     const built = await build({
         root: pageDirectory,
         configFile: false,
         publicDir: false,
         logLevel: 'warn',
-        plugins: [vue()],
+        plugins: [...(content === undefined ? [] : [madeModule(entry, content)]), vue()],
+        // Chromium keeps a script of ASCII alone in half the memory.
+        esbuild: { charset: 'ascii' },
         resolve: { alias: { '@': sourceDirectory } },
         define: {
             'process.env.NODE_ENV': '"production"',
@@ -46,7 +60,11 @@ export async function bundle({ name, entry, globalName, globals = {} }) {
                 fileName: () => `${name}.js`,
                 cssFileName: name,
             },
-            rollupOptions: { external: Object.keys(globals), output: { globals, extend: false } },
+            rollupOptions: {
+                external: (id) => id in globals,
+                makeAbsoluteExternalsRelative: false,
+                output: { globals, extend: false, interop: 'esModule', freeze: false },
+            },
         },
     });
     // A library in one format gives a list of one.

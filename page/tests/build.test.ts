@@ -11,7 +11,15 @@ import { catalogues, textsScript } from '../build/texts.mjs';
 const page = fileURLToPath(new URL('..', import.meta.url));
 const directory = inject('builtPage');
 const read = (file: string): string => readFileSync(join(directory, file), 'utf8');
-const sharedFiles = ['foundation.js', 'elements.js', 'elements.css'];
+const sharedFiles = [
+    'foundation.js',
+    'elements.js',
+    'elements.css',
+    'frame.js',
+    'frame.css',
+    'toolframe.js',
+    'toolframe.css',
+];
 const pages = readdirSync(directory).filter((file) => file.endsWith('.html'));
 
 describe('the built page', () => {
@@ -62,8 +70,26 @@ describe('the built page', () => {
         expect(Object.keys(byLanguage)).toEqual(['en', 'zh-CN']);
         for (const text of Object.values(byLanguage)) {
             const topics = Object.keys(JSON.parse(text) as object);
-            expect(topics).toEqual(expect.arrayContaining(['frame', 'crash']));
-            expect(topics).not.toContain('server');
+            expect(topics).toEqual(['crash']);
+        }
+    });
+
+    it('has what several views need in one script, with the texts of the frame', () => {
+        const scripts = readdirSync(directory).filter((file) => file.endsWith('.js'));
+        const having = (text: string): string[] =>
+            scripts.filter((file) => read(file).includes(text));
+        expect(having('no-host')).toEqual(['frame.js']);
+        expect(having('common.refreshKey')).toEqual(['toolframe.js']);
+        expect(having('window.frameTexts=')).toEqual(['frame.js']);
+        const { common } = JSON.parse(
+            readFileSync(join(page, 'src/frame/texts.en.json'), 'utf8'),
+        ) as { common: { checkKey: string } };
+        expect(having(common.checkKey)).toEqual(['frame.js']);
+    });
+
+    it('shares scripts of ASCII alone, which take half the memory', () => {
+        for (const file of sharedFiles.filter((name) => name.endsWith('.js'))) {
+            expect([file, /[^\0-\x7f]/.exec(read(file))?.[0]]).toEqual([file, undefined]);
         }
     });
 
@@ -103,24 +129,19 @@ describe('the texts of a view', () => {
         en: { title, what: 'What', more: 'More' },
         'zh-CN': { title: `${title}中`, what: '做什么', more: '更多' },
     });
-    const frame = { en: { frame: { close: 'Close' } }, 'zh-CN': { frame: { close: '关闭' } } };
     const views = { home: texts('Home'), search: texts('Search'), server: texts('Server') };
 
-    it("are the frame's, its own, and title and purpose of the views that it offers", () => {
-        expect(catalogues(frame, views, 'home', ['search'])).toEqual({
-            en: { ...frame.en, home: views.home.en, search: { title: 'Search', what: 'What' } },
-            'zh-CN': {
-                ...frame['zh-CN'],
-                home: views.home['zh-CN'],
-                search: { title: 'Search中', what: '做什么' },
-            },
+    it('are its own, and title and purpose of the views that it offers', () => {
+        expect(catalogues(views, 'home', ['search'])).toEqual({
+            en: { home: views.home.en, search: { title: 'Search', what: 'What' } },
+            'zh-CN': { home: views.home['zh-CN'], search: { title: 'Search中', what: '做什么' } },
         });
     });
 
     it('reach it as texts that no script can break out of', () => {
-        const english = { home: { title: 'a "quoted" \\ line\n' } };
+        const english = { home: { title: 'a "quoted" \\ line\n中文😀' } };
         const scope = { pageTexts: {} as Record<string, string> };
-        new Function('window', textsScript({ en: english }) as string)(scope);
+        new Function('window', textsScript('pageTexts', { en: english }) as string)(scope);
         expect(JSON.parse(scope.pageTexts.en!)).toEqual(english);
     });
 });

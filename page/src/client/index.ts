@@ -68,7 +68,7 @@ export type {
 } from './systemcommands';
 export type { AccessReason, InputReason, OpenReason, PathPart, SuffixOpening } from './why';
 export type { ViewType } from './windowcommands';
-export type { TaskName } from './wire/host';
+export type { Host, TaskName } from './wire/host';
 
 /** All commands over `host`; later answers arrive on functions of `target`. */
 export function createClient(host: () => Host | undefined, target: NoticeTarget) {

@@ -8,8 +8,10 @@ import {
     storageKey,
     surroundings,
     writePreferences,
+    type Language,
     type Preferences,
 } from './preferences';
+import { endingHost } from './endinghost';
 import { createTexts, type Catalogue } from './texts';
 import { whenDrawn } from './whendrawn';
 import './base.css';
@@ -62,33 +64,58 @@ function focusHeading(): void {
     heading.focus({ preventScroll: true });
 }
 
+/** The catalogue of a language: of the frame and of the view. */
+const catalogueOf = (language: Language): Catalogue => ({
+    ...(JSON.parse(window.frameTexts[language]) as Catalogue),
+    ...(JSON.parse(window.pageTexts[language]) as Catalogue),
+});
+
+/** What the document does for each of the views that it shows, one after the other. */
+let isPrepared = false;
+function prepareDocument(): void {
+    if (isPrepared) return;
+    isPrepared = true;
+    guardControls();
+    announceFocus();
+}
+
+/** The user's choices in use, here and in all other windows; the second ends that. */
+function followPreferences(applied: () => void): [Preferences, () => void] {
+    const preferences = reactive(readPreferences());
+    const stop = watch(preferences, () => {
+        applied();
+        writePreferences(preferences);
+    });
+    const follow = ({ key, newValue }: StorageEvent): void => {
+        if (key === storageKey) Object.assign(preferences, parsePreferences(newValue));
+    };
+    window.addEventListener('storage', follow);
+    return [
+        preferences,
+        () => {
+            stop();
+            window.removeEventListener('storage', follow);
+        },
+    ];
+}
+
 /**
  * Mounts a view over the page's outline, which is painted first. `name` is the view's
  * folder.
  */
 export function startView(view: Component, name: string): void {
-    const client = createClient(() => window.helio, window);
-    const preferences = reactive(readPreferences());
+    const host = endingHost(() => window.helio);
+    const client = createClient(host.host, window);
+    const [preferences, stopFollowing] = followPreferences(() => apply());
     const language = () => languageOf(preferences, surroundings());
-    const texts = createTexts(
-        language(),
-        (wanted) => JSON.parse(window.pageTexts[wanted]) as Catalogue,
-    );
+    const texts = createTexts(language(), catalogueOf);
     const apply = (): void => {
         applyPreferences(preferences);
         texts.show(language());
         document.title = texts.t(`${name}.title`);
     };
-    watch(preferences, () => {
-        apply();
-        writePreferences(preferences);
-    });
-    window.addEventListener('storage', ({ key, newValue }) => {
-        if (key === storageKey) Object.assign(preferences, parsePreferences(newValue));
-    });
     apply();
-    guardControls();
-    announceFocus();
+    prepareDocument();
     const application = createApp(view)
         .use(texts.i18n)
         .provide(clientKey, client)
@@ -99,6 +126,12 @@ export function startView(view: Component, name: string): void {
     };
     // The page that has waited for this view has no outline to draw first.
     if (window.showView) {
+        window.endView = () => {
+            host.end();
+            stopFollowing();
+            application.unmount();
+            performance.clearMarks('view-mounted');
+        };
         mount();
         // Screen readers learn of the focus only where they know what has it.
         whenDrawn(focusHeading);

@@ -1,4 +1,4 @@
-/** In the page that waits for its first view: shows that view without a new document. */
+/** In the page that waits for its first view: shows views without a new document for each. */
 import { applyPreferences, readPreferences } from './preferences';
 
 interface ViewFiles {
@@ -11,8 +11,12 @@ declare const filesOfViews: Record<string, ViewFiles>;
 
 declare global {
     interface Window {
-        /** Begins to show a view; false if this page cannot, or shows one already. */
+        /** Begins to show a view, in place of the one before; false if this page cannot. */
         showView?: (page: string) => boolean;
+        /** Waits again, and keeps what was read; false if this page cannot. */
+        hideView?: () => boolean;
+        /** Ends the view that is shown; it has said so itself. */
+        endView?: () => void;
     }
 }
 
@@ -24,6 +28,10 @@ interface Reading {
 
 const views = new Map<string, () => void>();
 const readings = new Map<string, Reading>();
+/** The page of the view that is shown; empty while none is. */
+let shown = '';
+/** Counts what was shown. */
+let turn = 0;
 
 window.addView = (page, run) => views.set(page, run);
 
@@ -56,31 +64,71 @@ function read(page: string, files: ViewFiles): Reading {
     return reading;
 }
 
+/** Has Chromium compile what all views run: it runs a view that nobody sees. */
+async function rehearse(): Promise<void> {
+    const script = Object.assign(document.createElement('script'), { src: 'rehearsal.js' });
+    if (!(await loaded(script)) || shown) return;
+    views.get('rehearsal')?.();
+    await new Promise((resolve) => setTimeout(resolve));
+    if (!shown) end();
+}
+
 /** Reads every view, one after the other, until one is shown. */
 async function readAhead(): Promise<void> {
     for (const [page, files] of Object.entries(filesOfViews)) {
-        if (location.hash) return;
+        if (shown) return;
         await read(page, files).whole;
     }
+}
+
+/** Ends the view that is shown; false if something of it may be left. */
+function end(): boolean {
+    turn += 1;
+    for (const style of readings.get(shown)?.styles ?? []) style.media = 'not all';
+    shown = '';
+    try {
+        window.endView?.();
+        return true;
+    } catch (error) {
+        console.error(error);
+        return false;
+    } finally {
+        delete window.endView;
+    }
+}
+
+async function run(page: string, { styles, whole }: Reading): Promise<void> {
+    const mine = turn;
+    for (const style of styles) style.media = 'all';
+    const isWhole = await whole;
+    if (mine !== turn) return;
+    const view = views.get(page);
+    // Without its files the view's own page says what is wrong.
+    if (isWhole && view) view();
+    else location.replace(page);
 }
 
 window.showView = (page) => {
     const isKnown = Object.prototype.hasOwnProperty.call(filesOfViews, page);
     const files = isKnown ? filesOfViews[page] : undefined;
-    if (!files || location.hash) return false;
-    // A second view would meet what the first one has left.
+    if (!files) return false;
+    if (!end()) {
+        location.replace(page);
+        return true;
+    }
+    shown = page;
     history.replaceState(null, '', `#${page}`);
     // They may have changed since this page was loaded.
     applyPreferences(readPreferences());
-    const { styles, whole } = read(page, files);
-    for (const style of styles) style.media = 'all';
-    void whole.then((isWhole) => {
-        const run = views.get(page);
-        // Without its files the view's own page says what is wrong.
-        if (isWhole && run) run();
-        else location.replace(page);
-    });
+    void run(page, read(page, files));
     return true;
 };
 
-window.addEventListener('load', () => void readAhead());
+window.hideView = () => {
+    if (!end()) return false;
+    history.replaceState(null, '', location.pathname);
+    void readAhead();
+    return true;
+};
+
+window.addEventListener('load', () => void rehearse().then(readAhead));

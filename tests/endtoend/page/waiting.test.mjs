@@ -10,7 +10,7 @@ const nameOf = (page) => page.evaluate("location.href.split('/').pop()");
 const open = (home, name) =>
     home.evaluate(`void helio.call('router', { page: '${name}.html', type: '' })`);
 
-test('the child page waits out of sight, and shows the first view in its document', async () => {
+test('the child page waits out of sight, and shows each view in its document', async () => {
     const home = await shared.home();
     const waiting = await shared.program.page('waiting.html');
     await shared.display.windowCount(1);
@@ -24,33 +24,43 @@ test('the child page waits out of sight, and shows the first view in its documen
     expect(shared.program.renderers().sort()).toEqual(renderers);
     await view.until('document.hasFocus()');
     await shared.display.act('key', 'Escape');
-    // What the view has left does not meet the next one.
     await waitFor(async () => (await nameOf(view).catch(() => '')) === 'waiting.html', {
         what: 'the page that waits again',
         ...patience,
     });
-    expect(await view.evaluate('window.isFirst')).toBe(undefined);
+    expect(await view.text()).toBe('');
     expect(await home.evaluate('document.hasFocus()')).toBe(true);
+    // What was read is kept.
+    await open(home, 'tools');
+    await view.shows(pageTexts.tools.groups.preload, patience);
+    expect(await view.evaluate('window.isFirst')).toBe(true);
+    expect(await view.evaluate(`document.querySelectorAll('[src="tools.js"]').length`)).toBe(1);
 });
 
-test('a view in place of another one has a document of its own', async () => {
+test('a view in place of another one meets nothing of it', async () => {
     const home = await shared.home();
     const waiting = await shared.program.page('waiting.html');
     await open(home, 'tools');
-    await (await shared.view('tools')).shows(pageTexts.tools.groups.preload, patience);
+    const tools = await shared.view('tools');
+    await tools.shows(pageTexts.tools.groups.preload, patience);
     await open(home, 'about');
     const about = await shared.view('about');
     await about.shows(pageTexts.about.title, patience);
-    expect(await nameOf(waiting)).toBe('about.html');
+    expect(await nameOf(waiting)).toBe('waiting.html#about.html');
+    expect(await about.text()).not.toContain(pageTexts.tools.groups.preload);
+    const styles = "[...document.querySelectorAll('link[media=all]')].map((link) => link.href)";
+    expect((await about.evaluate(styles)).join()).toMatch(/^[^,]*about\.css$/);
 });
 
 test('a page that has stopped while it waited still shows a view', async () => {
     const home = await shared.home();
     const waiting = await shared.program.page('waiting.html');
-    const renderers = shared.program.renderers().length;
+    const { Inspector, Page } = waiting.tools;
+    await Inspector.enable();
+    const crashed = Inspector.targetCrashed();
     // The crashed process does not answer.
-    void waiting.tools.Page.crash().catch(() => {});
-    await waitFor(() => shared.program.renderers().length < renderers, { what: 'the crash' });
+    void Page.crash().catch(() => {});
+    await crashed;
     await open(home, 'tools');
     const view = await shared.view('tools');
     await view.shows(pageTexts.tools.groups.preload, patience);

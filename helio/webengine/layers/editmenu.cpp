@@ -1,4 +1,4 @@
-#include "helio/webengine/editmenu.h"
+#include "helio/webengine/layers/editmenu.h"
 
 #include <QMenu>
 #include <QWebEngineView>
