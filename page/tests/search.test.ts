@@ -6,6 +6,7 @@ import { hitPath } from '@/views/search/hitpath';
 import { matchPieces } from '@/views/search/matchpieces';
 import { mostRows, rowWindow, scrollFor } from '@/views/search/rowwindow';
 import { sortInto } from '@/views/search/slicedsort';
+import { SortKeys } from '@/views/search/sortkeys';
 import { base64 } from './scriptedhost';
 
 function listOf(...names: string[]): HitList {
@@ -40,6 +41,59 @@ describe('the sliced sort', () => {
             );
             expect(steps).toBeGreaterThanOrEqual(count / 256);
         }
+    });
+});
+
+describe('the keys of a sort', () => {
+    /** Names of all that decides an order: case, numbers, signs, ideographs, accents. */
+    function names(count: number): string[] {
+        const pieces = [
+            ...'aAbBzZ_-. ()~0',
+            ...'007 10 9 00010 1 '.split(' '),
+            ...'报告文件重长银行一丁é',
+        ];
+        let seed = 7;
+        const random = (below: number): number => {
+            seed = (seed * 48271) % 2147483647;
+            return seed % below;
+        };
+        const name = (): string =>
+            Array.from({ length: 1 + random(6) }, () => pieces[random(pieces.length)]).join('');
+        return Array.from({ length: count }, name);
+    }
+
+    function learn(keys: SortKeys, texts: string[]): boolean {
+        const learning = keys.learn(texts);
+        let step = learning.next();
+        while (!step.done) step = learning.next();
+        return step.value;
+    }
+
+    it.each(['en', 'zh-CN'])('order names as the collator of %s does', (language) => {
+        const { compare } = new Intl.Collator(language, { numeric: true });
+        const keys = new SortKeys(language);
+        const all = names(3000);
+        expect([learn(keys, all.slice(0, 10)), learn(keys, all)]).toEqual([true, true]);
+        let decided = 0;
+        for (let index = 1; index < all.length; index += 1) {
+            const [one, other] = [all[index - 1]!, all[index]!];
+            const [first, second] = [keys.key(one), keys.key(other)];
+            if (!first || !second || first === second) continue;
+            decided += 1;
+            expect([one, other, first < second]).toEqual([one, other, compare(one, other) < 0]);
+        }
+        expect(decided).toBeGreaterThan(1500);
+    });
+
+    it('are not given to what the collator looks at as a whole, nor without a look', () => {
+        const keys = new SortKeys('en');
+        expect(learn(keys, ['abcA'])).toBe(true);
+        expect(learn(keys, ['cab1'])).toBe(false);
+        expect(keys.key('abc 1')).toBe('');
+        expect(keys.key('ába')).toBe('');
+        expect(keys.key('1'.repeat(255))).toBe('');
+        expect(keys.key('a01')).toBe(keys.key('A1'));
+        expect(keys.key('a01')).not.toBe('');
     });
 });
 

@@ -1,6 +1,7 @@
 import type { SearchHit } from '@/client';
 import { matcher } from '@/tasks/filter';
 import { sortInto, type Compare, type SlicedSort } from './slicedsort';
+import { SortKeys } from './sortkeys';
 
 /** What a hit's look tells, once it was read. */
 export type Figure = 'size' | 'changed';
@@ -26,6 +27,9 @@ export class HitList {
     private order: Order = 'found';
     private isDescending = false;
     private readonly collator: Intl.Collator;
+    private readonly sortKeys: SortKeys;
+    /** The keys of the hits' texts that decide the order, as far as they were needed. */
+    private keys: string[] = [];
     /** Numbers of the hits that match, as they were found, of the first `tested` ones. */
     private matched: number[] = [];
     private tested = 0;
@@ -47,6 +51,7 @@ export class HitList {
             undefined,
     ) {
         this.collator = new Intl.Collator(language, { numeric: true });
+        this.sortKeys = new SortKeys(language);
     }
 
     get count(): number {
@@ -79,6 +84,7 @@ export class HitList {
 
     clear(): void {
         this.hits = [];
+        this.keys = [];
         this.restart();
     }
 
@@ -93,6 +99,7 @@ export class HitList {
 
     orderBy(order: Order, isDescending = false): void {
         if (order === this.order && isDescending === this.isDescending) return;
+        if (order !== this.order) this.keys = [];
         this.order = order;
         this.isDescending = isDescending;
         this.sortAgain();
@@ -139,11 +146,7 @@ export class HitList {
             }
             return true;
         }
-        this.sorting ??= sortInto(
-            this.sorted,
-            this.matched.slice(this.sortedCount),
-            this.comparison(),
-        );
+        this.sorting ??= this.sort(this.matched.slice(this.sortedCount));
         const { done, value } = this.sorting.next();
         if (!done) return false;
         this.sorting = null;
@@ -154,21 +157,39 @@ export class HitList {
         return true;
     }
 
-    private comparison(): Compare {
-        const { hits, collator, order, figureOf } = this;
-        const sign = this.isDescending ? -1 : 1;
-        if (isFigure(order)) {
-            return (first, second) => {
-                const [one, other] = [figureOf(first, order), figureOf(second, order)];
-                // What is not known comes last, whatever the direction.
-                if (one === undefined || other === undefined) {
-                    return Number(one === undefined) - Number(other === undefined);
-                }
-                return sign * (one - other);
-            };
-        }
+    private *sort(added: number[]): SlicedSort {
+        const { hits, order, sorted, sortKeys } = this;
+        if (isFigure(order)) return yield* sortInto(sorted, added, this.byFigure(order));
         const side = order === 'folder' ? 'directory' : 'name';
-        return (first, second) => sign * collator.compare(hits[first]![side], hits[second]![side]);
+        const isNew = yield* sortKeys.learn(added.map((number) => hits[number]![side]));
+        if (isNew) this.keys = [];
+        return yield* sortInto(sorted, added, this.byText(side));
+    }
+
+    private byFigure(figure: Figure): Compare {
+        const { figureOf } = this;
+        const sign = this.isDescending ? -1 : 1;
+        return (first, second) => {
+            const [one, other] = [figureOf(first, figure), figureOf(second, figure)];
+            // What is not known comes last, whatever the direction.
+            if (one === undefined || other === undefined) {
+                return Number(one === undefined) - Number(other === undefined);
+            }
+            return sign * (one - other);
+        };
+    }
+
+    private byText(side: 'directory' | 'name'): Compare {
+        const { hits, collator, keys, sortKeys } = this;
+        const sign = this.isDescending ? -1 : 1;
+        const keyOf = (number: number): string =>
+            (keys[number] ??= sortKeys.key(hits[number]![side]));
+        return (first, second) => {
+            const one = keyOf(first);
+            const other = keyOf(second);
+            if (one && other && one !== other) return one < other ? -sign : sign;
+            return sign * collator.compare(hits[first]![side], hits[second]![side]);
+        };
     }
 
     private restart(): void {
