@@ -21,7 +21,7 @@ async function figuresIn(env, { assistantctl, bareApplication }) {
                 () => secondsOf(...ours),
                 () => secondsOf(...peer),
             ),
-            2.0,
+            1.2,
         ),
         figure(
             'memory of assistantctl',

@@ -68,7 +68,7 @@ async function measure(session, home) {
             'file search against plocate',
             's',
             await compare(rounds, searchSeconds, () => secondsOf(...plocate, { env })),
-            1.5,
+            1.1,
         ),
         figure(
             'file search against find',
