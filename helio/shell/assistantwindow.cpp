@@ -24,6 +24,10 @@ constexpr int hideDelayMs = 20;
 /// the main page would flash at its full width.
 constexpr int nextViewDelayMs = 1000;
 
+/// In which a view that was closed leaves an empty picture: its own would be seen for a moment when
+/// the next one is opened.
+constexpr int emptyDelayMs = 500;
+
 constexpr int memoryDelayMs = 300;
 
 void startLater(QTimer &timer, int milliseconds)
@@ -50,9 +54,11 @@ AssistantWindow::AssistantWindow(const QString &startPage, const QString &waitin
     ResizeGrip::addTo(this);
     startLater(m_childDelay, childDelayMs);
     startLater(m_hideDelay, hideDelayMs);
+    startLater(m_emptyDelay, emptyDelayMs);
     startLater(m_memoryDelay, memoryDelayMs);
     connect(&m_childDelay, &QTimer::timeout, this, &AssistantWindow::prepareChild);
     connect(&m_hideDelay, &QTimer::timeout, this, &AssistantWindow::hideChild);
+    connect(&m_emptyDelay, &QTimer::timeout, this, [this] { m_child->hide(); });
     connect(&m_memoryDelay, &QTimer::timeout, this, &AssistantWindow::remember);
 
     const RememberedWindow last = m_memory.read();
@@ -86,7 +92,7 @@ void AssistantWindow::present(const QString &action)
     restore();
     raise();
     activateWindow();
-    (isChildShown() ? m_child : m_main)->focusPage();
+    (m_isChildShown ? m_child : m_main)->focusPage();
     if (action.isEmpty())
         return;
     m_action = action;
@@ -181,10 +187,12 @@ void AssistantWindow::connectPage(PageFrame *page)
 
 void AssistantWindow::prepareChild()
 {
-    if (!m_child)
+    if (!m_child) {
         makeChild(m_waitingPage);
-    else if (!isChildShown())
+    } else if (!m_isChildShown) {
         m_child->browser()->waitAgain();
+        m_emptyDelay.start();
+    }
 }
 
 void AssistantWindow::makeChild(const QString &html)
@@ -200,7 +208,7 @@ void AssistantWindow::makeChild(const QString &html)
             [this] { m_child->browser()->closeInPlaceOfPage({}); });
     connect(m_child->browser(), &helio::WebEngineBrowser::titleChanged, this,
             [this](const QString &title) {
-                if (isChildShown())
+                if (m_isChildShown)
                     setWindowTitle(title);
             });
 }
@@ -215,9 +223,12 @@ void AssistantWindow::changeChildPage(const QString &html)
 void AssistantWindow::showChild(const QString &html)
 {
     m_hideDelay.stop();
+    m_childDelay.stop();
+    m_emptyDelay.stop();
     m_hideDelay.setInterval(hideDelayMs);
     if (!m_child)
         makeChild(html);
+    m_isChildShown = true;
     m_view = html;
     m_child->show();
     layOut();
@@ -229,10 +240,11 @@ void AssistantWindow::showChild(const QString &html)
 void AssistantWindow::hideChild()
 {
     m_hideDelay.stop();
-    if (!isChildShown())
+    if (!m_isChildShown)
         return;
     m_view.clear();
-    m_child->hide();
+    m_isChildShown = false;
+    // Over the child page, which is hidden once it has drawn nothing.
     layOut();
     setWindowTitle(QGuiApplication::applicationDisplayName());
     m_main->focusPage();
@@ -243,16 +255,11 @@ void AssistantWindow::hideChild()
 
 void AssistantWindow::takeKey(Qt::KeyboardModifiers, int key, bool pressed, bool &handled)
 {
-    if (key != Qt::Key_F6 || !isChildShown())
+    if (key != Qt::Key_F6 || !m_isChildShown)
         return;
     handled = true;
     if (pressed)
         (sender() == m_main->browser() ? m_child : m_main)->focusPage();
-}
-
-bool AssistantWindow::isChildShown() const
-{
-    return m_child && !m_child->isHidden();
 }
 
 void AssistantWindow::restore()
@@ -273,7 +280,7 @@ void AssistantWindow::layOut()
     // Also while it is hidden, so that a view has its size when it is shown.
     if (m_child)
         m_child->setGeometry(whole.adjusted(side.width(), 0, 0, 0));
-    m_main->setGeometry(isChildShown() ? side : whole);
+    m_main->setGeometry(m_isChildShown ? side : whole);
 }
 
 void AssistantWindow::tellPages()

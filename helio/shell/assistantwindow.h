@@ -64,7 +64,6 @@ private:
     void changeChildPage(const QString &html);
     void showChild(const QString &html);
     void hideChild();
-    bool isChildShown() const;
     /// F6 takes the keyboard from the main page to the view and back.
     void takeKey(Qt::KeyboardModifiers modifiers, int key, bool pressed, bool &handled);
     /// Brings a minimised window back; one that was maximised is maximised again.
@@ -88,6 +87,9 @@ private:
     SidebarWidths m_sidebar;
     QTimer m_childDelay;
     QTimer m_hideDelay;
+    QTimer m_emptyDelay;
+    /// A child page that was closed stays under the main one for a moment.
+    bool m_isChildShown = false;
     QTimer m_memoryDelay;
 };
 
