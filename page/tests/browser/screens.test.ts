@@ -57,4 +57,20 @@ describe('on 1366 × 768 at scale 1.5', () => {
         expect(wide).toEqual([]);
         await view.close();
     });
+
+    it('a button beside long values keeps its word in one line', async () => {
+        const view = await open(named('updater'), { width: 720, height: 480, language: 'zh_CN' });
+        await view.until(() => document.body.innerText.includes('编辑'));
+        const lines = await view.evaluate(() =>
+            [...document.querySelectorAll('button')]
+                .filter(({ innerText }) => innerText.trim() === '编辑')
+                .map((button) => {
+                    const text = document.createRange();
+                    text.selectNodeContents(button.querySelector('span')!);
+                    return new Set([...text.getClientRects()].map(({ top }) => top)).size;
+                }),
+        );
+        expect(lines).toEqual([1, 1, 1, 1, 1]);
+        await view.close();
+    });
 });
