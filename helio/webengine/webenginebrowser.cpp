@@ -123,7 +123,8 @@ void WebEngineBrowser::setFeatureEnabled(Feature feature, bool enabled)
         m_view->setContextMenuPolicy(enabled ? Qt::DefaultContextMenu : Qt::CustomContextMenu);
         break;
     case FileDrop:
-        m_view->setAcceptDrops(enabled);
+        // Pages take what is dropped on them. What they do not take is not opened in any case:
+        // LocalPage refuses it.
         break;
     }
 }

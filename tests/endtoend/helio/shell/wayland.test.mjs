@@ -4,6 +4,7 @@ import { end, start, waitFor } from 'browser-driver';
 import { afterAll, afterEach, beforeAll, beforeEach, expect, test } from 'vitest';
 
 import { repository, suiteDirectory } from '../../paths.mjs';
+import { DraggedFile } from './draggedfile.mjs';
 import { ScratchSuite } from './scratchsuite.mjs';
 import { SessionBus } from './sessionbus.mjs';
 import { ShellProgram } from './shellprogram.mjs';
@@ -119,6 +120,39 @@ test('what is copied is offered to other programs', async () => {
     await asked('wl_data_device@\\d+\\.set_selection\\(wl_data_source@\\d+');
     // The compositor, which keeps it for when the program has ended, has asked for it.
     await waitFor(() => /wl_data_source@\d+\.send\(/.test(program.stderr), { what: 'its reader' });
+});
+
+test('a file of another program is dropped on the page', async () => {
+    const file = path.join(suite.home, 'a report 界.odt');
+    const bar = await drawnBar();
+    const source = new DraggedFile(file, { ...suite.environment(), ...display.env });
+    try {
+        const from = await waitFor(() => display.boundsOf(DraggedFile.colour), {
+            what: 'the file',
+        });
+        // The source has the mouse a moment after it is there.
+        await waitFor(
+            async () => {
+                await display.act('mouseup', 1);
+                await display.moveMouse(from.left + 60, from.top + 40);
+                await display.act('mousedown', 1);
+                const hasStarted = () => /wl_data_device@\d+\.start_drag\(/.test(source.said);
+                return waitFor(hasStarted, { timeoutMs: 5000 }).catch(() => false);
+            },
+            { what: 'the drag' },
+        );
+        // The source lies above the window and is smaller: one end of the bar is free.
+        const isLeftFree = from.left > (bar.left + bar.right) / 2;
+        const x = isLeftFree ? bar.left + 5 : bar.right - 5;
+        const moveThere = () => display.moveMouse(x, bar.top + 5);
+        const drop = () => DraggedFile.dropOn(page, display, moveThere);
+        expect(await DraggedFile.takenBy(page, drop)).toEqual({
+            names: [path.basename(file)],
+            paths: [file],
+        });
+    } finally {
+        await source.stop();
+    }
 });
 
 test('a screenshot is the portal’s', async () => {

@@ -1,8 +1,9 @@
 import fs from 'node:fs';
 import path from 'node:path';
 import { waitFor } from 'browser-driver';
-import { expect, test } from 'vitest';
+import { afterEach, beforeEach, describe, expect, test } from 'vitest';
 
+import { DraggedFile } from './draggedfile.mjs';
 import { windowTests } from './windowtest.mjs';
 
 const shared = windowTests();
@@ -181,6 +182,53 @@ test('the window is dragged by the title bar of the page', async () => {
         { what: 'the move of the window' },
     );
     await shared.display.act('mouseup', 1);
+});
+
+describe('a file of another program', () => {
+    const name = 'a report 界.html';
+    let main;
+    let source;
+
+    beforeEach(async () => {
+        const program = await shared.start();
+        main = await program.page();
+        await shared.display.windowCount(1);
+        const file = path.join(shared.suite.home, name);
+        fs.writeFileSync(file, '<title>A report</title>');
+        source = new DraggedFile(file, shared.suite.environment(shared.display));
+    });
+
+    afterEach(async () => source.stop());
+
+    /** Drags the file from its window to the page. */
+    async function drop() {
+        const find = () => shared.display.windows(['--class', 'dragsource']);
+        const [window] = await waitFor(async () => (await find()).length > 0 && find(), {
+            what: 'the file',
+        });
+        // Not above the middle of the title bar.
+        await shared.display.act('windowmove', '--sync', window, 0, 0);
+        const { x, y } = await main.placeOf('#bar');
+        await shared.display.act('mousemove', 60, 40, 'mousedown', 1);
+        await DraggedFile.dropOn(main, shared.display, () =>
+            shared.display.act('mousemove', x - 1, y, 'mousemove', x, y),
+        );
+    }
+
+    test('is dropped on a page that takes it', async () => {
+        expect(await DraggedFile.takenBy(main, drop)).toEqual({
+            names: [name],
+            paths: [path.join(shared.suite.home, name)],
+        });
+    });
+
+    test('is not opened by a page that does not take it', async () => {
+        await drop();
+        await waitFor(() => source.said.includes('the file was let go'), { what: 'the drop' });
+        // Chromium may begin to open it only then.
+        await main.evaluate('new Promise((resolve) => setTimeout(resolve, 1000))');
+        expect(await main.evaluate('window.isOver && document.title')).toBe('Main page');
+    });
 });
 
 test('the window is resized by its edge', async () => {
