@@ -20,6 +20,8 @@ set(SUITE_DESTINATION lib/office-assistant)
 
 # Everything that runs, without the tests: what ./run needs.
 add_custom_target(suite)
+# The window, with the libraries that are its alone.
+add_custom_target(window)
 
 # suite_destination(RESULT DIRECTORY): where a directory of the tree is installed.
 function(suite_destination result directory)
@@ -49,6 +51,9 @@ function(suite_place target directory rpath component)
     suite_destination(destination ${directory})
     install(TARGETS ${target} DESTINATION ${destination} COMPONENT ${component})
     add_dependencies(suite ${target})
+    if(component STREQUAL window)
+        add_dependencies(window ${target})
+    endif()
 endfunction()
 
 # suite_files(COMPONENT DIRECTORY FILES…): installs what is written into the tree otherwise.
