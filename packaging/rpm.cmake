@@ -39,7 +39,7 @@ if(ASSISTANT_PAGE)
 endif()
 rpm_package(libofficeassistant "desktop-file-utils, fontconfig, procps-ng, shared-mime-info, xdg-utils"
     "Page plug-in of the Office Assistant" ${library_parts})
-rpm_package(libhelio0 "" "Runtime of the Office Assistant" runtime)
+rpm_package(libhelio0 "" "Runtime of the Office Assistant" runtime data)
 rpm_package(office-assistant-cli "${plugin}" "Command line of the Office Assistant" cli)
 if(ASSISTANT_SHELL)
     rpm_package(office-assistant "${plugin}" "Window of the Office Assistant" window)

@@ -8,7 +8,7 @@ import { repository, suiteDirectory } from '../paths.mjs';
 import { removeTree } from '../sandboxmounts.mjs';
 
 const build = path.dirname(suiteDirectory);
-const components = ['plugin', 'runtime', 'cli', 'programs', 'updater'];
+const components = ['plugin', 'runtime', 'data', 'cli', 'programs', 'updater'];
 
 /** Whether the tree under test can be installed: SUITE_DIR may name one outside of a build. */
 export const canInstall =
