@@ -13,6 +13,21 @@ export function emulationMounts() {
     return libraries ? ['--ro-bind', libraries, '/usr/lib/aarch64-linux-gnu'] : [];
 }
 
+/** Becomes the parent of what the programs that it starts leave behind, then the given program. */
+const adopter = `import ctypes, os, sys
+PR_SET_CHILD_SUBREAPER = 36
+if ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1): sys.exit("prctl")
+os.execv(sys.argv[1], sys.argv[1:])`;
+
+/**
+ * The command line that runs such a program. What assistantctl asks for itself to await its
+ * scripts, qemu-user refuses: so a program of this machine asks before it becomes assistantctl.
+ */
+export function emulatedCommand(command) {
+    if (!libraries || !command[0].endsWith('/assistantctl')) return command;
+    return ['/usr/bin/python3', '-I', '-c', adopter, ...command];
+}
+
 /**
  * A filter of system calls (seccomp(2), for x86-64) as bubblewrap reads it: waiting for a process
  * by its descriptor does not exist. Qt takes that for the sign that it can make such descriptors,

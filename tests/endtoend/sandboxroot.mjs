@@ -2,6 +2,7 @@ import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
 
+import { emulatedCommand } from './emulated.mjs';
 import { scriptsDirectory, suiteDirectory } from './paths.mjs';
 import { copySuite, directoryWithout, removeTree, systemMounts } from './sandboxmounts.mjs';
 import { SandboxProcess } from './sandboxprocess.mjs';
@@ -208,7 +209,8 @@ exit ${status}
 
     /** Starts a command whose input stays open; dispose ends what still runs. */
     spawn(command, { env = {}, directory = this.home } = {}) {
-        const args = [...this.#sandboxArguments(env, directory), '--', ...command];
+        const words = emulatedCommand(command);
+        const args = [...this.#sandboxArguments(env, directory), '--', ...words];
         const started = new SandboxProcess(args, command.join(' ').slice(0, 200));
         this.#processes.add(started);
         return started;
