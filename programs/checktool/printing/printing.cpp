@@ -70,9 +70,9 @@ QString findConverter(const Machine &machine)
         if (!program.isEmpty())
             return program;
     }
-    fail(texts::tr("no office suite that prints documents to PDF is installed; install "
-                   "libreoffice-writer, libreoffice-calc and libreoffice-impress, or print from "
-                   "the suite itself"));
+    fail(texts::tr("no office suite that can print documents to PDF from here is installed; "
+                   "install libreoffice-writer, libreoffice-calc and libreoffice-impress, or "
+                   "export to PDF in your suite"));
 }
 
 /// A converter takes a damaged document for text and would print it as that.

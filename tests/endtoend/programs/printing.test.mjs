@@ -94,7 +94,7 @@ describe('without an office suite', () => {
         const end = await print('vyr', '/home/user/a.docx');
         expect(end).toMatchObject({ status: 1, stdout: '' });
         expect(end.stderr).toMatch(
-            /^vyrEnvCheckTool: no office suite that prints .*libreoffice-writer.*\n$/,
+            /^vyrEnvCheckTool: no office suite that can print .*libreoffice-writer.*\n$/,
         );
         expect(await root.list(workDirectory)).toEqual([]);
     });
