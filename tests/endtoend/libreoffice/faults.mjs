@@ -30,12 +30,13 @@ async function isReplaced(office, replacement = missingFont) {
 }
 /** Settings of another version that LibreOffice ignores: it saves as it does without any. */
 const ignored = ({ version }) => version !== '1.2';
-/** The folder where LibreOffice keeps templates. */
-const templatesIn = (office) =>
-    saidBy(
-        office,
-        'Print #1, createUnoService("com.sun.star.util.PathSettings").Template_writable',
-    );
+const paths = 'createUnoService("com.sun.star.util.PathSettings")';
+const goneFolder = 'file:///home/user/Gone';
+/** Has LibreOffice itself write down which folder it is to use. */
+const setsFolder = (name) => (office) =>
+    saidBy(office, `${paths}.${name}_writable = "${goneFolder}"`);
+const usesFolder = (name, folder) => async (_, office) =>
+    (await saidBy(office, `Print #1, ${paths}.${name}_writable`)) === folder;
 /** Whether a command takes the processor notably longer than without a file. */
 async function isSlowedBy(office, file, command) {
     const slow = await workOf(office, command);
@@ -182,16 +183,16 @@ export const faults = [
     {
         check: 'path-missing',
         name: 'a folder for templates that is gone',
-        plant: (office) =>
-            office.addItem(
-                entry(
-                    "/org.openoffice.Office.Paths/Paths/org.openoffice.Office.Paths:NamedPath['Template']",
-                    'WritePath',
-                    'file:///home/user/Gone',
-                ),
-            ),
-        shows: async (_, office) => (await templatesIn(office)) === 'file:///home/user/Gone',
-        works: async (_, office) => (await templatesIn(office)) === `file://${profile}/template`,
+        plant: setsFolder('Template'),
+        shows: usesFolder('Template', goneFolder),
+        works: usesFolder('Template', `file://${profile}/template`),
+    },
+    {
+        check: 'path-missing',
+        name: 'a folder for documents that is gone',
+        plant: setsFolder('Work'),
+        shows: usesFolder('Work', goneFolder),
+        works: usesFolder('Work', 'file:///home/user'),
     },
     {
         check: 'replacement-font',

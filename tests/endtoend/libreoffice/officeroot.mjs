@@ -207,6 +207,7 @@ export class OfficeRoot {
         const events = await this.#doctor([], env);
         const failed = events.filter((event) => event.result === 'failed');
         if (failed.length > 0) throw new Error(JSON.stringify(failed));
+        if (events.at(-1)?.type !== 'summary') throw new Error('the doctor has not looked');
         return events
             .filter((event) => event.type === 'finding' && /^libreoffice\./.test(event.check))
             .map((event) => event.check.replace('libreoffice.', ''))
