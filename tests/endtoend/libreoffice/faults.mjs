@@ -214,26 +214,6 @@ export const faults = [
         works: ({ version }) => version === '1.2',
     },
     {
-        check: 'java-gone',
-        name: 'a Java that is gone',
-        plant: (office) =>
-            office.writeFile(
-                `${profile}/config/javasettings_Linux_X86_64.xml`,
-                `<?xml version="1.0" encoding="UTF-8"?>
-<java xmlns="http://openoffice.org/2004/java/framework/1.0" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance">
-<enabled xsi:nil="false">true</enabled>
-<javaInfo xsi:nil="false" vendorUpdate="2019-05-02" autoSelect="false">
-<vendor>Debian</vendor>
-<location>file:///usr/lib/jvm/java-0-gone</location>
-<version>17.0.1</version>
-</javaInfo>
-</java>
-`,
-            ),
-        seen: 'Base asks for a Java',
-        works: ({ version }) => version === '1.2',
-    },
-    {
         check: 'extensions-damaged',
         name: 'a damaged list of extensions',
         normal: true,

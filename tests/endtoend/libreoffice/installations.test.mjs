@@ -7,7 +7,7 @@ import { afterAll, beforeEach, afterEach, describe, expect, test } from 'vitest'
 import { FaultTable } from './faulttable.mjs';
 import { recent } from './items.mjs';
 import { saidBy } from './macro.mjs';
-import { OfficeRoot, removeUsedProfile } from './officeroot.mjs';
+import { OfficeRoot, profile, removeUsedProfile } from './officeroot.mjs';
 
 /** A LibreOffice with windows, and fonts, such as ./test libreoffice unpacks. */
 const withWindows = process.env.LIBREOFFICE_WINDOWS ?? '';
@@ -59,6 +59,25 @@ function install(...missing) {
     execFileSync('cp', ['-al', `${withWindows}/.`, tree]);
     for (const name of missing) fs.rmSync(path.join(tree, 'program', name));
     office.bind(tree, place);
+}
+
+/** Shows a directory with nothing in it. */
+function bindNothing(inside) {
+    const nothing = path.join(office.hostPath('/tmp'), path.basename(inside));
+    fs.mkdirSync(nothing);
+    office.bind(nothing, inside);
+}
+
+/** A macro in Java of LibreOffice's own, which makes a spreadsheet. */
+const javaMacro =
+    'vnd.sun.star.script:MemoryUsage.org.libreoffice.example.java_scripts.MemoryUsage.updateMemoryUsage?language=Java&location=share';
+const javaSettings = `${profile}/config/javasettings_Linux_X86_64.xml`;
+/** The titles of the windows once a macro in Java has run, or LibreOffice says why it cannot. */
+async function afterJava() {
+    const { windows } = await office.window(['soffice', javaMacro], {
+        until: '^Untitled 1 - LibreOffice Calc$|JRE',
+    });
+    return Object.keys(windows);
 }
 
 /** Fonts of its own for the root; more can be added to the directory. */
@@ -148,6 +167,34 @@ describe.runIf(withWindows)('a desktop', () => {
         expect(await office.readFile('/home/user/.profile')).toBe(`umask 022\n${line}`);
         const fault = { name: 'a line that forbids windows', check: 'no-windows-setting' };
         named(fault.name, fault.check, inWindows, 'yes');
+        table.note(fault, { undone: 'yes' });
+    });
+
+    test('whose Java is gone says so where Java is wanted, until there is one', async () => {
+        install();
+        expect(await afterJava()).toContain('Untitled 1 - LibreOffice Calc');
+        const chosen = await office.readFile(javaSettings);
+        const gone = chosen.replace(/(<location>[^<]*)(<)/, '$1-gone$2');
+        await office.writeFile(javaSettings, gone);
+        // It takes another one by itself.
+        expect(await office.findings(desktop('GNOME'))).toEqual([]);
+        expect(await afterJava()).toContain('Untitled 1 - LibreOffice Calc');
+        bindNothing('/usr/lib/jvm');
+        await office.writeFile(javaSettings, gone);
+        expect(await office.findings(desktop('GNOME'))).toEqual(['java-gone']);
+        expect(await commandsFor('java-gone', desktop('GNOME'))).toEqual([
+            'apt-get install default-jre',
+        ]);
+        expect(await afterJava()).toContain('JRE is Defective');
+        const planted = await office.readFile(javaSettings);
+        expect(await office.fix({ check: 'java-gone', repair: 'forget' })).toMatchObject([
+            { result: 'repaired' },
+        ]);
+        expect(await office.findings(desktop('GNOME'))).toEqual([]);
+        expect(await office.undo()).toBe('undone');
+        expect(await office.readFile(javaSettings)).toBe(planted);
+        const fault = { name: 'a Java that is gone', check: 'java-gone' };
+        named(fault.name, fault.check, inWindows, 'yes; the command is shown');
         table.note(fault, { undone: 'yes' });
     });
 
