@@ -246,6 +246,10 @@ void TestSuiteSteps::aPackageIsInstalledAsTheDistributionDoes_data()
         "apt-get install hunspell-de-de");
     row("ID=fedora\n", R"("spelling", "suite": "libreoffice", "language": "de-AT")",
         "dnf install hunspell-de");
+    row("ID=debian\n", R"("help", "suite": "libreoffice", "language": "zh-HK")",
+        "apt-get install libreoffice-help-zh-tw");
+    row("ID=fedora\n", R"("language", "suite": "libreoffice", "language": "zh-CN")",
+        "dnf install libreoffice-langpack-zh-Hans");
     row("ID=void\n", math, "no package for this is known on this distribution");
     row("ID=ubuntu\n", R"("teapot", "suite": "libreoffice")",
         "no package for this is known on this distribution");

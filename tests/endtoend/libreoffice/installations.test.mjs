@@ -59,6 +59,7 @@ function install(...missing) {
     execFileSync('cp', ['-al', `${withWindows}/.`, tree]);
     for (const name of missing) fs.rmSync(path.join(tree, 'program', name));
     office.bind(tree, place);
+    return tree;
 }
 
 /** Shows a directory with nothing in it. */
@@ -196,6 +197,35 @@ describe.runIf(withWindows)('a desktop', () => {
         const fault = { name: 'a Java that is gone', check: 'java-gone' };
         named(fault.name, fault.check, inWindows, 'yes; the command is shown');
         table.note(fault, { undone: 'yes' });
+    });
+
+    test('in German without its help asks where to read it', async () => {
+        const registry = path.join(install(), 'share/registry');
+        fs.rmSync(registry);
+        fs.cpSync('/etc/libreoffice/registry', registry, { recursive: true });
+        fs.writeFileSync(
+            path.join(registry, 'Langpack-de.xcd'),
+            '<oor:data xmlns:oor="http://openoffice.org/2001/registry"/>\n',
+        );
+        const env = { ...desktop('GNOME'), LANG: 'de_DE.UTF-8' };
+        const ofMachine = ['hyphenation', 'locale', 'spelling', 'thesaurus'];
+        const found = async () =>
+            (await office.findings(env)).filter((check) => !ofMachine.includes(check));
+        expect(await found()).toEqual(['help']);
+        expect(await commandsFor('help', env)).toEqual(['apt-get install libreoffice-help-de']);
+        const stdout = await office.session(`
+            soffice --writer >/dev/null 2>&1 &
+            await 40 'windows | grep -q Untitled'
+            xdotool search --onlyvisible --name Untitled windowfocus key F1
+            await 15 'windows | grep -q "Help Not Installed"' && echo asked
+            pkill -KILL -x soffice.bin`);
+        expect(stdout).toMatch(/^asked$/m);
+        const shared = path.join(office.hostPath('/tmp'), 'shared');
+        fs.cpSync('/usr/share/libreoffice', shared, { recursive: true, verbatimSymlinks: true });
+        fs.mkdirSync(path.join(shared, 'help/de'), { recursive: true });
+        office.bind(shared, '/usr/share/libreoffice');
+        expect(await found()).toEqual([]);
+        named('no help in one’s language', 'help', inWindows);
     });
 
     test('without Base cannot open a database', async () => {
