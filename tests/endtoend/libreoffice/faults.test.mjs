@@ -51,6 +51,11 @@ test('so has one that was never started', async () => {
     try {
         expect(await fresh.findings()).toEqual([]);
         expect(await fresh.exists(profile)).toBe(false);
+        // This suite's shortcuts are not missed where nobody has put any.
+        const { stdout } = await fresh.shell(
+            '/suite/office/assistantctl doctor --json shortcuts.missing',
+        );
+        expect(stdout).toContain('"result":"skipped"');
     } finally {
         await fresh.dispose();
     }
