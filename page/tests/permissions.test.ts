@@ -1,8 +1,16 @@
 import { describe, expect, it, vi } from 'vitest';
 import type { FilePermissions } from '@/client';
-import { byUrgency, judge, knownPath, rightsOf, userOf } from '@/views/permissions/judge';
+import {
+    byUrgency,
+    judge,
+    knownPath,
+    rightsOf,
+    standardPaths,
+    userOf,
+} from '@/views/permissions/judge';
 import { listing } from '@/views/permissions/listing';
 import { listText, rightsText } from '@/views/permissions/report';
+import { described } from './browser/scenes/libreoffice.mjs';
 import { scriptedClient } from './scriptedhost';
 
 const file = (changes: Partial<FilePermissions> = {}): FilePermissions => ({
@@ -256,5 +264,34 @@ describe('a path of which all is known', () => {
             '/tmp/a b',
         ]);
         vi.unstubAllGlobals();
+    });
+
+    it('begins with the settings of another suite, and misses none of this one’s', async () => {
+        const profile = '/home/user/.config/libreoffice/4/user';
+        const exists = ['registrymodifications.xcu', '.config'];
+        const paths = [profile, `${profile}/registrymodifications.xcu`, ...standardPaths];
+        const { client, sent } = scriptedClient(
+            {
+                'suite.describe': {
+                    result: { ...described, profile: { ...described.profile, path: profile } },
+                },
+                'task.paths': {
+                    result: {
+                        end: 'done',
+                        paths: paths.map((path) => ({
+                            path,
+                            exists: exists.some((name) => path.endsWith(`/${name}`)),
+                            mode: '0600',
+                            kind: 'file',
+                        })),
+                    },
+                },
+            },
+            ['task.paths', 'suite.describe'],
+        );
+        const outcome = await listing(client).read();
+        expect(sent[1]!.args!.paths).toEqual(paths);
+        const names = outcome.kind === 'done' && outcome.value.map(({ name }) => name);
+        expect(names).toEqual(['user', 'registrymodifications.xcu', '.config']);
     });
 });

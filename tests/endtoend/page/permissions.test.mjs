@@ -10,7 +10,7 @@ const shared = viewTests();
 test('a file of any name is added by its dialog, and stands whole in the saved list', async () => {
     const file = shared.writeInHome('my own $(list).conf', 'a=1\n', { mode: 0o640 });
     const { view } = await shared.open('permissions');
-    await view.shows('Office.conf', patience);
+    await view.shows('.config', patience);
     expect(await view.text()).not.toContain('my own');
     await view.press(texts.add);
     await shared.choose('Open File', file);
@@ -27,7 +27,7 @@ test('a file of any name is added by its dialog, and stands whole in the saved l
 
 test('a list that cannot be saved is not called saved', async () => {
     const { view } = await shared.open('permissions');
-    await view.shows('Office.conf', patience);
+    await view.shows('.config', patience);
     await view.press(texts.exportAll, patience);
     await shared.choose('Save File', '/proc/nowhere.txt');
     await view.shows('cannot be written', patience);
@@ -35,7 +35,7 @@ test('a list that cannot be saved is not called saved', async () => {
 
 test('a dialog that is cancelled adds nothing', async () => {
     const { view } = await shared.open('permissions');
-    await view.shows('Office.conf', patience);
+    await view.shows('.config', patience);
     await view.press(texts.add);
     await shared.display.focused(await shared.display.dialog('Open File'));
     await shared.display.act('key', 'Escape');

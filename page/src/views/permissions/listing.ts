@@ -1,5 +1,5 @@
 import type { Client, FilePermissions, Outcome } from '@/client';
-import { standardPaths } from './judge';
+import { knownPath, standardPaths } from './judge';
 
 const storageKey = 'assistant.permissions.added';
 
@@ -13,12 +13,30 @@ function stored(): string[] {
     }
 }
 
+/** What there is no more of where the suite that is looked after is another one. */
+const isOwn = ({ name, path }: FilePermissions) => knownPath(name) === path && path !== '~/.config';
+
 /**
  * The paths of the view: the suite's and those that were added. A shell that looks at paths itself
  * tells all of each; the library only knows names.
  */
 export function listing(client: Client) {
     const looksItself = client.paths.isOffered;
+
+    /** The settings of the suite that is looked after; empty where none is known. */
+    async function settingsPaths(): Promise<string[]> {
+        if (!client.suite.isOffered) return [];
+        const suite = await client.suite.describe('');
+        const profile = (suite.kind === 'done' && suite.value.state?.profile.path) || '';
+        return profile ? [profile, `${profile}/registrymodifications.xcu`] : [];
+    }
+
+    async function readPaths(): Promise<Outcome<FilePermissions[]>> {
+        const settings = await settingsPaths();
+        const read = await client.paths.read([...settings, ...standardPaths, ...stored()]);
+        if (settings.length === 0 || read.kind !== 'done') return read;
+        return { ...read, value: read.value.filter((one) => one.exists || !isOwn(one)) };
+    }
 
     async function addPath(): Promise<Outcome<boolean>> {
         const chosen = await client.paths.choose();
@@ -32,9 +50,7 @@ export function listing(client: Client) {
     return {
         looksItself,
         read: (): Promise<Outcome<FilePermissions[]>> =>
-            looksItself
-                ? client.paths.read([...standardPaths, ...stored()])
-                : client.configurationFiles(),
+            looksItself ? readPaths() : client.configurationFiles(),
         /** Answers whether it was not in the list; null where nobody knows before it is read. */
         add: async (): Promise<Outcome<boolean | null>> => {
             if (looksItself) return addPath();

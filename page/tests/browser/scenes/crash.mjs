@@ -1,4 +1,5 @@
 import { change, preview, watching } from '../watching.mjs';
+import { described } from './libreoffice.mjs';
 
 const page = 'crash.html';
 
@@ -91,6 +92,13 @@ export const scenes = [
             await view.locator('.fresh-dump').waitFor();
         },
         shows: 'The suite has just left a crash dump',
+    },
+    {
+        name: 'crash-suite',
+        page,
+        suited: true,
+        answers: { ...answers, 'suite.describe': { result: described } },
+        shows: 'LibreOffice writes no dumps.',
     },
     {
         name: 'crash-asked',
