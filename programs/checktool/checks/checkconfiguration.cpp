@@ -46,8 +46,7 @@ bool isThere(const QString &path, Findings &findings)
                              .arg(path, information.symLinkTarget()),
                          texts::tr("Delete the link; the suite creates the file again."));
     else
-        findings.fine(
-            texts::tr("%1 is not there yet; the suite makes it at its first start.").arg(path));
+        findings.fine(texts::tr("%1 is not there yet; it is made when it is needed.").arg(path));
     return false;
 }
 
