@@ -1,7 +1,7 @@
 import fs from 'node:fs';
 
 import { graphicsFaults } from './graphicsfaults.mjs';
-import { entry, node, recent } from './items.mjs';
+import { entry, node, recent, textIn } from './items.mjs';
 import { saidBy, workOf } from './macro.mjs';
 import { profile, settings } from './officeroot.mjs';
 import { sessionFaults } from './sessionfaults.mjs';
@@ -46,6 +46,26 @@ async function isSlowedBy(office, file, command) {
 /** As wide as the settings of this home say, or not. */
 const isKept = ({ windows }) => windows[textDocument] === 800;
 const isForgotten = ({ windows }) => windows[textDocument] > 0 && windows[textDocument] !== 800;
+
+/** A document to recover, in that state. */
+const recovery = (name, state) =>
+    node('/org.openoffice.Office.Recovery/RecoveryList', 'recovery_item_1', {
+        Title: name,
+        Filter: 'OpenDocument Text Flat XML',
+        Module: 'com.sun.star.text.TextDocument',
+        TempURL: `file://${profile}/backup/${name}_0.fodt`,
+        ViewNames: '',
+        OriginalURL: `file:///home/user/${name}`,
+        TemplateURL: '',
+        DocumentState: state,
+    });
+const wasChanged = 1;
+const triesCopy = 16;
+const asksToRecover = {
+    until: 'Document Recovery|^Untitled',
+    shows: ({ windows }) => Object.keys(windows).some((name) => name.endsWith('Document Recovery')),
+    works: opens,
+};
 
 /**
  * What users have: how it is planted, which check names it, and what the real LibreOffice does with
@@ -159,26 +179,21 @@ export const faults = [
         check: 'recovery-missing',
         name: 'a document to recover that is gone',
         normal: true,
-        plant: (office) =>
-            office.addItem(
-                node('/org.openoffice.Office.Recovery/RecoveryList', 'recovery_item_1', {
-                    Title: 'gone.odt',
-                    Filter: 'writer8',
-                    Module: 'com.sun.star.text.TextDocument',
-                    TempURL: `file://${profile}/backup/gone.odt_0.odt`,
-                    ViewNames: '',
-                    OriginalURL: 'file:///home/user/gone.odt',
-                    TemplateURL: '',
-                    DocumentState: 1,
-                }),
-            ),
+        plant: (office) => office.addItem(recovery('gone.fodt', wasChanged)),
         works: ({ version }) => version === '1.2',
-        window: {
-            until: 'Document Recovery|^Untitled',
-            shows: ({ windows }) =>
-                Object.keys(windows).some((name) => name.endsWith('Document Recovery')),
-            works: opens,
+        window: asksToRecover,
+    },
+    {
+        check: 'recovery-loop',
+        name: 'a document whose recovery has ended LibreOffice',
+        plant: async (office) => {
+            await office.writeFile('/home/user/plan.fodt', textIn('DejaVu Sans'));
+            await office.writeFile(`${profile}/backup/plan.fodt_0.fodt`, textIn('DejaVu Sans'));
+            // What LibreOffice leaves that is killed while it reads the copy.
+            await office.addItem(recovery('plan.fodt', wasChanged + triesCopy));
         },
+        works: ({ version }) => version === '1.2',
+        window: asksToRecover,
     },
     {
         check: 'path-missing',
