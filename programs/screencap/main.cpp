@@ -22,6 +22,7 @@ using namespace programs;
 namespace {
 
 constexpr int failed = 1;
+constexpr int wrongUsage = 2;
 /// Includes the user's time to answer the portal's question.
 constexpr int answerTimeoutMs = 60'000;
 
@@ -63,7 +64,7 @@ int tell(const QString &title, const QString &text, bool isFault)
     return isFault ? failed : 0;
 }
 
-int record(const ScreenSource &source)
+int record(const ScreenSource &source, bool hasSound)
 {
     Recording recording(videoDirectory());
     int status = 0;
@@ -87,7 +88,7 @@ int record(const ScreenSource &source)
         signal.setEnabled(false);
         recording.stop();
     });
-    recording.start(source);
+    recording.start(source, hasSound);
     RecorderWindow window(recording);
     window.show();
     window.activateWindow();
@@ -98,7 +99,7 @@ int record(const ScreenSource &source)
 } // namespace
 
 /// Records the screen from its start until it is stopped by its window or a signal, saves a WebM in
-/// the user's videos folder and prints its path.
+/// the user's videos folder and prints its path. "--sound" records sound too.
 int main(int argc, char *argv[])
 {
     texts::useLanguageOfUser();
@@ -111,11 +112,17 @@ int main(int argc, char *argv[])
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         std::signal(number, noteSignal);
     const QApplication application(argc, argv);
+    const QStringList words = QCoreApplication::arguments().mid(1);
+    const bool hasSound = words == QStringList(QStringLiteral("--sound"));
+    if (!words.isEmpty() && !hasSound) {
+        std::fputs("usage: screencap [--sound]\n", stderr);
+        return wrongUsage;
+    }
     QLockFile lock(QDir(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation))
                        .filePath(QStringLiteral("office-assistant-recording.lock")));
     lock.setStaleLockTime(0);
     if (!lock.tryLock())
         return tell(title, texts::tr("a recording is under way already"), true);
     const ScreenSource source = screenSource();
-    return source.words.isEmpty() ? tell(title, source.reason, true) : record(source);
+    return source.words.isEmpty() ? tell(title, source.reason, true) : record(source, hasSound);
 }

@@ -20,13 +20,17 @@ constexpr int endTimeoutMs = 15'000;
 /// Most recordings with the time of the same second.
 constexpr int mostOfOneSecond = 100;
 
-/// Smooth enough to follow what happens, at a third of the work of 60 pictures a second.
-QStringList encoder()
+/// What follows the source of pictures and comes before the file's name. Smooth enough to follow
+/// what happens, at a third of the work of 60 pictures a second.
+QStringList encoder(bool hasSound)
 {
+    const QString sound = QStringLiteral("autoaudiosrc ! queue ! audioconvert ! audioresample "
+                                         "! opusenc ! queue ! file. ");
     return QStringLiteral("! queue ! videorate ! video/x-raw,framerate=20/1 ! videoconvert "
                           "! vp8enc deadline=1 cpu-used=8 threads=2 target-bitrate=4000000 "
-                          "keyframe-max-dist=100 ! queue ! webmmux "
-                          "! filesink buffer-mode=unbuffered")
+                          "keyframe-max-dist=100 ! queue ! file. "
+                          "%1webmmux name=file ! filesink buffer-mode=unbuffered")
+        .arg(hasSound ? sound : QString())
         .split(QLatin1Char(' '));
 }
 
@@ -64,7 +68,7 @@ Recording::~Recording()
     m_program.waitForFinished(endTimeoutMs);
 }
 
-void Recording::start(const ScreenSource &source)
+void Recording::start(const ScreenSource &source, bool hasSound)
 {
     m_clock.start();
     const QDir folder(m_directory);
@@ -77,7 +81,7 @@ void Recording::start(const ScreenSource &source)
     m_program.setStandardInputFile(QProcess::nullDevice());
     // With "-e" an interrupt ends the stream, so that the file is whole.
     m_program.start(QLatin1String(program),
-                    QStringList(QStringLiteral("-e")) + source.words + encoder() +
+                    QStringList(QStringLiteral("-e")) + source.words + encoder(hasSound) +
                         QStringList(QStringLiteral("location=") + m_file.fileName()));
 }
 

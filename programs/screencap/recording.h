@@ -9,7 +9,7 @@
 
 namespace programs {
 
-/// A recording of the screen as a WebM without sound, under way from start() until ended().
+/// A recording of the screen as a WebM, under way from start() until ended().
 class Recording : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,8 @@ public:
     /// Ends the program, if it still runs.
     ~Recording() override;
 
-    void start(const ScreenSource &source);
+    /// @p hasSound records what the desktop's default source of sound gives, such as a microphone.
+    void start(const ScreenSource &source, bool hasSound);
     /// Has the file finished; ended() follows.
     void stop();
     qint64 seconds() const { return m_clock.elapsed() / 1000; }

@@ -62,6 +62,23 @@ stat -c %a ${videos}/recording-*`);
         expect(await root.list(videos)).toHaveLength(1);
     });
 
+    test('sound is recorded only when asked for', async () => {
+        const end = await runScript(`
+for switch in "" --sound; do
+    ${recorder} $switch & recorder=$!
+    ${hasPictures}
+    kill -TERM $recorder
+    wait $recorder
+done
+for file in ${videos}/recording-*; do
+    gst-launch-1.0 -q filesrc location=$file ! matroskademux ! opusdec ! filesink location=/tmp/sound
+    [ -s /tmp/sound ] && echo sound || echo none
+    rm -f /tmp/sound
+done
+${recorder} --loud || echo $?`);
+        expect(end.stdout.split('\n').slice(2)).toEqual(['none', 'sound', '2', '']);
+    });
+
     test('a click on Stop saves it too', async () => {
         const end = await runScript(`
 ${recorder} & recorder=$!
