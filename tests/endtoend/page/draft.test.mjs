@@ -27,14 +27,15 @@ async function restored(view) {
 
 /** Goes back to the overview and opens the view again, which shows the draft from earlier. */
 async function reopened({ home, view }) {
-    await view.evaluate('window.isEarlier = true');
+    await view.evaluate("document.querySelector('textarea').isEarlier = true");
     await view.press(pageTexts.frame.back);
     await home.shows(pageTexts.home.groups.machine, patience);
     await home.press('the tile');
-    // Between two documents there is none to ask.
-    await waitFor(() => view.evaluate('!window.isEarlier').catch(() => false), {
+    const isNew = "document.querySelector('textarea')?.isEarlier === undefined";
+    // Between two documents, which the views may have, there is none to ask.
+    await waitFor(() => view.evaluate(isNew).catch(() => false), {
         ...patience,
-        what: 'the new document',
+        what: 'the new view',
     });
     return restored(view);
 }

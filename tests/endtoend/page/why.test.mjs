@@ -91,7 +91,7 @@ test('the permissions of an added file are fixed from its card', async () => {
     const file = shared.writeInHome('my closed.conf', 'a=1\n', { mode: 0o440 });
     confine();
     const { view } = await shared.open('permissions');
-    await view.shows('Office.conf', patience);
+    await view.shows('.config', patience);
     await view.press(texts.add);
     await shared.choose('Open File', file);
     await view.shows(`${file} -r--r----- (0440)`, patience);
