@@ -230,6 +230,7 @@ void AssistantWindow::showChild(const QString &html)
         makeChild(html);
     m_isChildShown = true;
     m_view = html;
+    m_child->setEnabled(true);
     m_child->show();
     layOut();
     m_child->focusPage();
@@ -248,6 +249,8 @@ void AssistantWindow::hideChild()
     layOut();
     setWindowTitle(QGuiApplication::applicationDisplayName());
     m_main->focusPage();
+    // It must not take the keyboard by what it still loads.
+    m_child->setEnabled(false);
     tellPages();
     m_memoryDelay.start();
     m_childDelay.start();

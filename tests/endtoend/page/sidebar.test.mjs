@@ -1,3 +1,4 @@
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
 import { pageTexts } from './texts.mjs';
@@ -47,7 +48,14 @@ test.each(['Escape', 'alt+Left'])('%s leads back to where the user was', async (
     await home.shows(texts.sidebar.home, patience);
     await pressIn(view, key);
     await expectWhole(home);
-    await home.until("document.activeElement.getAttribute('aria-label') === 'the tile'");
+    const isBack = "document.activeElement.getAttribute('aria-label') === 'the tile'";
+    await home.until(isBack);
+    // Also when the view is out of sight. Between two documents there is none to ask.
+    await waitFor(() => view.evaluate('document.hidden').catch(() => false), {
+        ...patience,
+        what: 'the end of the view',
+    });
+    expect(await home.evaluate(`document.hasFocus() && ${isBack}`)).toBe(true);
 });
 
 test('the button of the view and the sidebar’s first entry lead back as well', async () => {
