@@ -95,7 +95,7 @@ void TestRunner::everyMatchOfAPatternIsAFinding()
     const CheckResult result = resultOf(
         checkOf(R"({"file": "$HOME/Desktop/*.desktop", "size": {"over": 0}})", "{name}: {size}"),
         home.machine());
-    QCOMPARE(textsOf(result), (QStringList{QStringLiteral("a.desktop: 1 bytes"),
+    QCOMPARE(textsOf(result), (QStringList{QStringLiteral("a.desktop: 1 byte"),
                                            QStringLiteral("b.desktop: 2 bytes")}));
     QCOMPARE(result.findings.first().where.first().path,
              QStringLiteral("/home/mira/Desktop/a.desktop"));
