@@ -30,8 +30,9 @@ async function inSession(line) {
 }
 
 const asked = `cp /bin/sleep /tmp/ibus-daemon
-/tmp/ibus-daemon 60 & sleep 60 &
-until [[ $(< /proc/$!/comm) == sleep ]]; do :; done
+/tmp/ibus-daemon 60 & daemon=$!
+sleep 60 &
+until [[ $(< /proc/$daemon/comm) == ibus-daemon && $(< /proc/$!/comm) == sleep ]]; do :; done
 /suite/office/assistantctl why input --json`;
 const ending = `$!; status=$?; kill %1 %2; exit $status`;
 
