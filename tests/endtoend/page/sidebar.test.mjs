@@ -82,6 +82,8 @@ test('another tool is one click away, and the work of the first ends', async () 
         === ${JSON.stringify(pageTexts.about.title)}`);
     expect(await marked(home)).toBe(pageTexts.about.title);
     expect(await home.evaluate('widths')).toEqual([]);
+    // In the page that waited, or where that was not ready in a document of its own.
+    expect(await view.evaluate('location.href')).toMatch(/[/#]about\.html$/);
     expect(await view.text()).not.toContain(pageTexts.processes.what);
 });
 
