@@ -1,3 +1,5 @@
+#include <QThreadPool>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -117,7 +119,9 @@ int main(int argc, char *argv[])
         arguments.append(QString::fromLocal8Bit(argv[index]));
     const int input = ctl::takeStandardInput();
 
-    helio::HeadlessApplication application(argv[0]);
+    // Ends with the process: before it is destroyed, Qt reads all of fontconfig's files, only to
+    // let go of them.
+    auto *const application = new helio::HeadlessApplication(argv[0]);
     const ctl::CommandLine line = ctl::parseCommandLine(arguments);
     if (!line.fault.isEmpty())
         return refuse(line.fault);
@@ -125,10 +129,13 @@ int main(int argc, char *argv[])
         printText(line.text, stdout);
         return ctl::Answered;
     }
-    ctl::adoptLeftovers(&application);
+    ctl::adoptLeftovers(application);
     const helio::TerminationSignals terminationSignals(ctl::endStartedWork, STDOUT_FILENO);
     QObject::connect(&terminationSignals, &helio::TerminationSignals::received, qApp,
                      [] { QCoreApplication::exit(); });
     helio::makeDefaultSuiteHome();
-    return run(line, input);
+    const int status = run(line, input);
+    // Nothing may still run while what is static is destroyed.
+    QThreadPool::globalInstance()->waitForDone();
+    return status;
 }

@@ -1,3 +1,5 @@
+#include <QFont>
+
 #include <qpa/qplatformtheme.h>
 #include <qpa/qplatformthemeplugin.h>
 
@@ -5,7 +7,8 @@
 
 namespace {
 
-/// A desktop whose native file dialog is the headless one.
+/// A desktop whose native file dialog is the headless one. It names its font, since without one Qt
+/// reads all of fontconfig's files for the first widget.
 class HeadlessTheme : public QPlatformTheme
 {
 public:
@@ -15,6 +18,11 @@ public:
     {
         return type == FileDialog ? new helio::HeadlessFileDialog : nullptr;
     }
+
+    const QFont *font(Font type) const override { return type == SystemFont ? &m_font : nullptr; }
+
+private:
+    const QFont m_font{QStringLiteral("Sans Serif"), 9};
 };
 
 } // namespace
