@@ -2,10 +2,13 @@
 
 #include <QJsonDocument>
 #include <QPointer>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+
+#include <malloc.h>
 
 #include "helio/doctor/doctorworker.h"
 
@@ -15,6 +18,15 @@ namespace {
 
 constexpr std::array<const char *, 3> prefixes{"doctor.", "why.", "suite."};
 constexpr char cancel[] = "doctor.cancel";
+
+/// By then the page has read an answer.
+constexpr int trimDelayMs = 1000;
+
+/// What a look took, 10 MiB and more, glibc would keep for the next one.
+void giveMemoryBack()
+{
+    ::malloc_trim(0);
+}
 
 /// The name may stand anywhere in the text of a call.
 bool mayBeOurs(const QString &call)
@@ -103,9 +115,11 @@ bool DoctorOperations::take(const QString &call, QObject *receiver, const Delive
         return stops->looks != looks;
     };
     request.say = [send](const QJsonObject &line) { send({{QStringLiteral("line"), line}}); };
-    const auto work = [worker = m_worker, stops = m_stops, request, send] {
-        if (!stops->all)
-            send(worker->answer(request));
+    const auto work = [desk = m_desk, worker = m_worker, stops = m_stops, request, send] {
+        if (stops->all)
+            return;
+        send(worker->answer(request));
+        QTimer::singleShot(trimDelayMs, desk, giveMemoryBack);
     };
     QMetaObject::invokeMethod(m_desk, work, Qt::QueuedConnection);
     return true;
