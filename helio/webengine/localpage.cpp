@@ -59,6 +59,11 @@ void LocalPage::hideView(const std::function<void(bool)> &tell)
     ask(QStringLiteral("window.hideView !== undefined && hideView()"), tell);
 }
 
+void LocalPage::askWhetherReady(const std::function<void(bool)> &tell)
+{
+    ask(QStringLiteral("document.querySelector('[aria-busy=true]') === null"), tell);
+}
+
 void LocalPage::ask(const QString &script, const std::function<void(bool)> &tell)
 {
     runJavaScript(script, [tell](const QVariant &answer) { tell(answer.toBool()); });

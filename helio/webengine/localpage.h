@@ -33,6 +33,8 @@ public:
     void showView(const QString &name, const std::function<void(bool)> &tell);
     /// Has the waiting page end what it shows, and tells whether nothing of it is left.
     void hideView(const std::function<void(bool)> &tell);
+    /// Tells whether nothing in the document is marked as busy.
+    void askWhetherReady(const std::function<void(bool)> &tell);
 
 signals:
     /// The main frame shows no document of the page directory: loading one failed, or the page

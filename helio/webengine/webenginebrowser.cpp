@@ -147,6 +147,11 @@ void WebEngineBrowser::setStartupUrl(const QString &url)
         askForApi();
 }
 
+void WebEngineBrowser::askWhetherReady(const std::function<void(bool)> &tell)
+{
+    m_page->askWhetherReady(tell);
+}
+
 void WebEngineBrowser::tellPage(const QJsonObject &window)
 {
     m_wire->deliver(windowCallback(), textOf({{QStringLiteral("result"), window}}), false);

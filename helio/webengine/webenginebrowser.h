@@ -44,6 +44,9 @@ public:
     /// Has that page in place of one that is no longer needed.
     void waitAgain();
 
+    /// Tells whether the page has done what it marks as busy.
+    void askWhetherReady(const std::function<void(bool)> &tell);
+
     /// Tells the page how its window is.
     void tellPage(const QJsonObject &window);
 

@@ -1,6 +1,7 @@
 #include "helio/shell/window/windowpicture.h"
 
 #include <QPixmap>
+#include <QPointer>
 #include <QWidget>
 
 #include "helio/webengine/webenginebrowser.h"
@@ -33,7 +34,7 @@ bool hasContent(const QImage &image)
 namespace shell {
 
 WindowPicture::WindowPicture(QWidget *window, helio::WebEngineBrowser *browser, const QString &path)
-    : QObject(window), m_window(window), m_path(path)
+    : QObject(window), m_window(window), m_browser(browser), m_path(path)
 {
     m_waited.start();
     connect(browser, &KHelioBrowserWidgetBase::loadFinished, this, [this] { m_isLoaded = true; });
@@ -45,14 +46,28 @@ void WindowPicture::look()
 {
     const QImage image = m_window->grab().toImage();
     m_stillLooks = image == m_previous ? m_stillLooks + 1 : 0;
-    if (m_isLoaded && hasContent(image) &&
-        (m_stillLooks >= stillLooks || m_waited.elapsed() > longestChangeMs)) {
+    const bool stands = m_isReady && m_stillLooks >= stillLooks;
+    if (m_isLoaded && hasContent(image) && (stands || m_waited.elapsed() > longestChangeMs)) {
         save(image);
     } else if (m_waited.elapsed() > longestWaitMs) {
         m_timer.stop();
         emit finished(QStringLiteral("the page did not paint anything"));
     }
     m_previous = image;
+    if (m_isLoaded && !m_isReady)
+        askPage();
+}
+
+void WindowPicture::askPage()
+{
+    const QPointer<WindowPicture> self(this);
+    m_browser->askWhetherReady([self](bool isReady) {
+        if (!self || !isReady)
+            return;
+        self->m_isReady = true;
+        // What stood until now was the outline of a view.
+        self->m_stillLooks = 0;
+    });
 }
 
 void WindowPicture::save(const QImage &image)

@@ -28,9 +28,11 @@ signals:
 
 private:
     void look();
+    void askPage();
     void save(const QImage &image);
 
     QWidget *m_window;
+    helio::WebEngineBrowser *m_browser;
     QString m_path;
     QTimer m_timer;
     QElapsedTimer m_waited;
@@ -38,6 +40,8 @@ private:
     /// How many looks in a row saw the same.
     int m_stillLooks = 0;
     bool m_isLoaded = false;
+    /// The page has said that it is not busy.
+    bool m_isReady = false;
 };
 
 } // namespace shell

@@ -103,6 +103,29 @@ test('a picture of the window is a PNG of its size, and the program ends', async
     expect([bytes.readUInt32BE(16), bytes.readUInt32BE(20)]).toEqual([1120, 720]);
 });
 
+test('a picture waits for a page that is busy', async () => {
+    const busy = `<!DOCTYPE html><title>Busy</title>
+<body aria-busy="true" style="background: linear-gradient(red, blue)">
+<script src="busy.js"></script>\n`;
+    // Noise does not get small when it is compressed.
+    const noise = `setTimeout(() => {
+    const canvas = document.createElement('canvas');
+    canvas.width = canvas.height = 400;
+    const context = canvas.getContext('2d');
+    const pixels = context.createImageData(400, 400);
+    for (let at = 0; at < pixels.data.length; at++) pixels.data[at] = 255 * Math.random();
+    context.putImageData(pixels, 0, 0);
+    document.body.append(canvas);
+    document.body.removeAttribute('aria-busy');
+}, 3000);\n`;
+    fs.writeFileSync(path.join(suite.pages, 'busy.html'), busy);
+    fs.writeFileSync(path.join(suite.pages, 'busy.js'), noise);
+    const picture = path.join(suite.home, 'window.png');
+    const ended = await run(['--page', 'busy.html', '--screenshot', picture]);
+    expect(ended).toMatchObject({ status: 0, signal: null });
+    expect(fs.statSync(picture).size).toBeGreaterThan(300_000);
+});
+
 test('an unwritable picture is a failure', async () => {
     const end = await run(['--screenshot', '/nowhere/window.png']);
     expect(end.status).toBe(1);
