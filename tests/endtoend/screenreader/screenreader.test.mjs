@@ -56,6 +56,8 @@ test('a screen reader says what the keyboard reaches, in each view', async () =>
     await home.until('document.hasFocus()');
     await shared.display.act('key', 'Tab');
     await reader.hears(`${pageTexts.home.finder.open} `);
+    // What is prepared out of sight takes no focus.
+    expect(reader.said.join()).not.toContain(pageTexts.common.refresh);
 
     const count = await home.evaluate("document.querySelectorAll('button.tool').length");
     expect(count).toBeGreaterThan(10);
