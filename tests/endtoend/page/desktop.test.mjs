@@ -137,3 +137,60 @@ test('a tool that hangs leaves the window usable, and can be cancelled', async (
     await view.shows(pageTexts.failure.stopped, patience);
     await waitFor(() => !fs.existsSync(`/proc/${id}`), { what: 'the end of the tool' });
 });
+
+/** What the window keeps for itself; the last one has the library's scripts while it runs. */
+const own = [
+    '.cache/',
+    '.config/office-assistant/',
+    '.local/share/office-assistant/',
+    '.local/state/office-assistant/',
+    '.local/share/Orvane/tmp/officeassis_script/',
+];
+/** What views say as long as they are still looking. */
+const looking = Object.values(pageTexts)
+    .flatMap(({ reading, readingKept, readingVariables, checking, askingUser }) => [
+        reading,
+        readingKept,
+        readingVariables,
+        checking,
+        askingUser,
+    ])
+    .filter(Boolean);
+
+/** All that is in a folder, without what the window keeps for itself and the way to it. */
+function contents(folder, way = '') {
+    return fs.readdirSync(folder, { withFileTypes: true }).flatMap((entry) => {
+        const name = way + entry.name + (entry.isDirectory() ? '/' : '');
+        const whole = path.join(folder, entry.name);
+        if (own.includes(name)) return [];
+        if (entry.isDirectory()) {
+            const isWay = own.some((one) => one.startsWith(name));
+            return [...(isWay ? [] : [name]), ...contents(whole, name)];
+        }
+        const { mode, mtimeMs } = fs.lstatSync(whole);
+        return [`${name} ${mode.toString(8)} ${mtimeMs} ${fs.readFileSync(whole, 'utf8')}`];
+    });
+}
+
+test('a look at every view makes no file or folder in a home, and changes none', async () => {
+    shared.writeInHome('.config/Orvane/Office.conf', '[6.0]\ncommon\\CrashDump\\SaveDump=false\n');
+    const before = contents(shared.suite.home);
+    const { home, view } = await shared.open('about');
+    await home.shows(pageTexts.home.sidebar.home, patience);
+    const names = await home.evaluate(
+        "[...document.querySelectorAll('.side-item')].map((item) => item.innerText.trim())",
+    );
+    expect(names).toContain(pageTexts.shortcuts.title);
+    for (const name of names.filter((one) => one !== pageTexts.home.sidebar.home)) {
+        await home.press(name);
+        const hasLooked = `document.querySelector('.title-bar h1')?.innerText.trim()
+            === ${JSON.stringify(name)} && document.querySelector('.frame:not([aria-busy])')
+            && !${JSON.stringify(looking)}.some((text) => document.body.innerText.includes(text))`;
+        // Between two documents, which the views may have, there is none to ask.
+        await waitFor(() => view.evaluate(hasLooked).catch(() => false), {
+            ...patience,
+            what: `what “${name}” has seen`,
+        });
+    }
+    expect(contents(shared.suite.home)).toEqual(before);
+}, 300_000);
