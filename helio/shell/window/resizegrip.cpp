@@ -38,7 +38,6 @@ ResizeGrip::ResizeGrip(Qt::Edges edges, QWidget *window) : QWidget(window), m_ed
 
 void ResizeGrip::addTo(QWidget *window)
 {
-    // Corners last: they cover the ends of the edges.
     for (const Qt::Edges edges :
          {Qt::Edges(Qt::LeftEdge), Qt::Edges(Qt::RightEdge), Qt::Edges(Qt::TopEdge),
           Qt::Edges(Qt::BottomEdge), Qt::LeftEdge | Qt::TopEdge, Qt::RightEdge | Qt::TopEdge,
@@ -72,6 +71,12 @@ void ResizeGrip::place()
         area.setBottom(width - 1);
     if (m_edges.testFlag(Qt::BottomEdge))
         area.setTop(area.bottom() - width + 1);
+    // Grips that overlapped would lie over each other in the order in which Qt filters events.
+    if (!isCorner(m_edges)) {
+        const bool isUpright = area.width() == width;
+        area = isUpright ? area.adjusted(0, cornerWidth, 0, -cornerWidth)
+                         : area.adjusted(cornerWidth, 0, -cornerWidth, 0);
+    }
     setGeometry(area);
     setVisible(!(around->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)));
     raise();

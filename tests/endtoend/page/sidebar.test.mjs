@@ -99,3 +99,41 @@ test('in a small window the sidebar has icons with names for all who cannot see 
     void about.press(pageTexts.frame.close).catch(() => {});
     expect(await shared.program.waitForExit()).toMatchObject({ status: 0, signal: null });
 });
+
+/** Waits until the window is as large as that. */
+async function sized(window, { width, height }) {
+    await waitFor(
+        async () => {
+            const now = await shared.display.geometry(window);
+            return now.width === width && now.height === height;
+        },
+        { what: `a window of ${width} × ${height}` },
+    );
+}
+
+/** Where and how large a page believes to be. */
+const ground = '[innerWidth, innerHeight, screenX, screenY].join()';
+
+test('the title bar’s button and a double click on it maximise the window and restore it', async () => {
+    const { home, view } = await shared.open('crash');
+    const [window] = await shared.display.windowCount(1);
+    const before = await shared.display.geometry(window);
+    const groundBefore = await view.evaluate(ground);
+    const whole = { width: 1400, height: 1000 };
+    await view.press(pageTexts.frame.maximise);
+    await sized(window, whole);
+    await view.press(pageTexts.frame.restore);
+    await sized(window, before);
+
+    const pressTwice = async (page) => {
+        const { x, y } = await page.placeOf('.title-bar');
+        await shared.display.act('mousemove', x, y, 'click', '--repeat', 2, '--delay', 60, 1);
+    };
+    await view.until(`${ground} === '${groundBefore}'`);
+    await pressTwice(view);
+    await sized(window, whole);
+    await home.until("[innerHeight, screenX, screenY].join() === '1000,0,0'");
+    await pressTwice(home);
+    await sized(window, before);
+    expect(await shared.display.geometry(window)).toEqual(before);
+});

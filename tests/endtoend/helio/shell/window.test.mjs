@@ -231,26 +231,54 @@ describe('a file of another program', () => {
     });
 });
 
-test('the window is resized by its edge', async () => {
-    await shared.start();
-    const window = (await shared.display.windowCount(1))[0];
-    const { x, y, width, height } = await shared.display.geometry(window);
-    const edge = x + width - 2;
-    let pointer = edge;
-    await shared.display.act('mousemove', edge, y + height / 2, 'mousedown', 1);
-    // The edge follows once the window manager has grabbed the pointer.
-    await waitFor(
-        async () => {
-            await shared.display.act('mousemove', (pointer += 1), y + height / 2);
-            return (await shared.display.geometry(window)).width >= width + 20;
-        },
-        { what: 'the wider window' },
-    );
-    await shared.display.act('mouseup', 1);
-    const after = await shared.display.geometry(window);
-    expect(after.width - width).toBeLessThanOrEqual(pointer - edge);
-    expect(after).toMatchObject({ x, y, height });
-});
+/** In which direction each edge and corner of the window leads. */
+const edges = [
+    { edge: 'left', right: -1, down: 0 },
+    { edge: 'right', right: 1, down: 0 },
+    { edge: 'top', right: 0, down: -1 },
+    { edge: 'bottom', right: 0, down: 1 },
+    { edge: 'top left', right: -1, down: -1 },
+    { edge: 'top right', right: 1, down: -1 },
+    { edge: 'bottom left', right: -1, down: 1 },
+    { edge: 'bottom right', right: 1, down: 1 },
+];
+
+test.each(edges)(
+    'the window is resized at its $edge, beside a view as well',
+    async ({ right, down }) => {
+        const { window } = await openChild();
+        const before = await shared.display.geometry(window);
+        const { x, y, width, height } = before;
+        const at = (from, length, direction) =>
+            [from + 1, from + Math.round(length / 2), from + length - 2][direction + 1];
+        const grip = { x: at(x, width, right), y: at(y, height, down) };
+        await shared.display.act('mousemove', grip.x, grip.y, 'mousedown', 1);
+        // The edge follows once the window manager has grabbed the pointer.
+        let far = 0;
+        await waitFor(
+            async () => {
+                far += 1;
+                await shared.display.act('mousemove', grip.x + far * right, grip.y + far * down);
+                const now = await shared.display.geometry(window);
+                return (
+                    now.width >= width + 20 * Math.abs(right) &&
+                    now.height >= height + 20 * Math.abs(down)
+                );
+            },
+            { what: 'the larger window' },
+        );
+        await shared.display.act('mouseup', 1);
+        const after = await shared.display.geometry(window);
+        // What is opposite stays where it is.
+        const grown = { width: after.width - width, height: after.height - height };
+        expect(grown.width).toBeLessThanOrEqual(far * Math.abs(right));
+        expect(grown.height).toBeLessThanOrEqual(far * Math.abs(down));
+        expect(after).toMatchObject({
+            x: right < 0 ? x - grown.width : x,
+            y: down < 0 ? y - grown.height : y,
+        });
+    },
+);
 
 test('a page ends the program by closing the window', async () => {
     const program = await shared.start();
