@@ -120,6 +120,44 @@ void checkModule(const Machine &machine, const QString &name, Findings &findings
                      remedy);
 }
 
+bool runsOneOf(const Machine &machine)
+{
+    const QSet<QString> running = runningPrograms(machine);
+    return std::any_of(frameworks.begin(), frameworks.end(), [&](const Framework &framework) {
+        return std::any_of(
+            framework.programs.begin(), framework.programs.end(),
+            [&](const char *program) { return running.contains(QLatin1String(program)); });
+    });
+}
+
+/// Chinese, Japanese and Korean cannot be typed without an input method.
+bool languageNeedsOne(const Machine &machine)
+{
+    for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const QString locale = machine.environment.value(QLatin1String(name));
+        if (!locale.isEmpty())
+            return QStringList{QStringLiteral("zh"), QStringLiteral("ja"), QStringLiteral("ko")}
+                .contains(locale.left(2));
+    }
+    return false;
+}
+
+void checkUnset(const Machine &machine, Findings &findings)
+{
+    // As the doctor judges it, whose verdict the view of the input method shows.
+    if (languageNeedsOne(machine) && !runsOneOf(machine))
+        findings.problem(
+            texts::tr("No input method is chosen or running, but the language of the session "
+                      "needs one."),
+            texts::tr("Install and start fcitx5 or ibus, and choose it with “im-config” or in the "
+                      "desktop's settings."));
+    else
+        findings.note(texts::tr("No input method is chosen (%1 is not set): only what the "
+                                "keyboard has can be typed. Choose one with “im-config” or in "
+                                "the desktop's settings.")
+                          .arg(qtVariable));
+}
+
 void checkProgram(const Machine &machine, const QString &name, Findings &findings)
 {
     const Framework *framework = frameworkOf(name);
@@ -147,10 +185,7 @@ void checkInput(const Machine &machine, const QString &, const QString &argument
     if (name.isEmpty()) {
         const QList<Setting> settings = settingsOf(machine);
         if (settings.isEmpty()) {
-            findings.note(texts::tr("No input method is chosen (%1 is not set): only what the "
-                                    "keyboard has can be typed. Choose one with “im-config” or in "
-                                    "the desktop's settings.")
-                              .arg(qtVariable));
+            checkUnset(machine, findings);
             return;
         }
         checkAgreement(settings, findings);

@@ -120,3 +120,26 @@ test('the line that sets the wrong input method is shown, fixed and restored', a
     await undo(view, texts.title);
     expect(fs.readFileSync(profile, 'utf8')).toBe(before);
 });
+
+test.each([
+    ['none is needed', {}, true],
+    ['none is set for Chinese', { LANG: 'zh_CN.UTF-8' }, false],
+    ['the one that is set does not run', { QT_IM_MODULE: 'fcitx', XMODIFIERS: '@im=fcitx' }, false],
+])('where %s, input method and environment check agree', async (_, env, isWell) => {
+    const { inputmethod: input, environmentcheck } = pageTexts;
+    const { fakes } = shared.suite;
+    fs.copyFileSync('/bin/sleep', path.join(fakes, 'openbox'));
+    confine([`${fakes}/openbox 600 &`]);
+    const { home, view } = await shared.open('inputmethod', { env });
+    await view.shows(input.checked, patience);
+    const wrong = Object.entries(input.answers).filter(([code]) => code !== 'ERR_OK');
+    await view.showsOneOf(isWell ? [input.unneeded.title] : wrong.map(([, { title }]) => title));
+
+    await home.press(environmentcheck.title);
+    const checks = await shared.view('environmentcheck');
+    await checks.press(environmentcheck.checks.input.name, patience);
+    await checks.press(environmentcheck.start);
+    await checks.until("document.querySelector('.finding-lines') !== null", patience);
+    const lines = await checks.evaluate("document.querySelector('.finding-lines').innerText");
+    expect(/✘/u.test(lines), lines).toBe(!isWell);
+});

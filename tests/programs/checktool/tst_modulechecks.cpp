@@ -35,6 +35,23 @@ private slots:
         QVERIFY(hasLine(lines, {QStringLiteral("⚠ No input method is chosen")}));
     }
 
+    void whereTheLanguageNeedsOneThatIsAProblem()
+    {
+        CheckedMachine checked;
+        checked.set("LANG", QStringLiteral("zh_CN.UTF-8"));
+        QVERIFY(hasLine(problems(checked.check("input")), {QStringLiteral("the language")}));
+        checked.set("LC_ALL", QStringLiteral("en_US.UTF-8"));
+        QCOMPARE(problems(checked.check("input")), QStringList());
+    }
+
+    void whereOneRunsTheLanguageIsNoProblem()
+    {
+        CheckedMachine checked;
+        checked.set("LANG", QStringLiteral("ja_JP.UTF-8"));
+        run(checked, "ibus-daemon");
+        QCOMPARE(problems(checked.check("input")), QStringList());
+    }
+
     void aModuleThatIsMissingIsAProblemWithItsPackage()
     {
         CheckedMachine checked;
