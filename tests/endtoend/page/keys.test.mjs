@@ -1,5 +1,6 @@
-import { execFileSync } from 'node:child_process';
+import { execFile, execFileSync } from 'node:child_process';
 import fs from 'node:fs';
+import { promisify } from 'node:util';
 import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
@@ -7,6 +8,7 @@ import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { pageTexts } from './texts.mjs';
 import { patience, viewTests } from './viewtest.mjs';
 
+const run = promisify(execFile);
 const shared = viewTests();
 const press = (...keys) => shared.display.act('key', '--clearmodifiers', ...keys);
 const focused = (page) => page.until('document.hasFocus()');
@@ -147,6 +149,31 @@ test('a menu pastes into a field what is on the clipboard', async () => {
             );
         },
         { what: 'the pasted text' },
+    );
+});
+
+test('a menu copies what is selected', async () => {
+    const { view } = await shared.open('about');
+    await focused(view);
+    await view.evaluate("getSelection().selectAllChildren(document.querySelector('main p'))");
+    const selected = await view.evaluate('String(getSelection())');
+    expect(selected.length).toBeGreaterThan(10);
+    const copied = () =>
+        run('xclip', ['-display', shared.display.name, '-selection', 'clipboard', '-o'], {
+            timeout: 10_000,
+        }).then(
+            ({ stdout }) => stdout,
+            () => '',
+        );
+    await waitFor(
+        async () => {
+            const { x, y } = await view.placeOf('main p');
+            await shared.display.act('mousemove', x, y, 'click', 3);
+            // The first entry that can be used.
+            await press('Down', 'Return');
+            return (await copied()) === selected;
+        },
+        { what: 'the copied text' },
     );
 });
 

@@ -1,5 +1,6 @@
 import fs from 'node:fs';
 import os from 'node:os';
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
 import { pageTexts } from './texts.mjs';
@@ -45,4 +46,25 @@ test('a report that cannot be written is not called saved', async () => {
     await home.press(pageTexts.report.export);
     await shared.choose('Save File', '/sys/report.txt');
     await home.shows('The report was not saved. /sys/report.txt cannot be written', patience);
+});
+
+test('a report takes the place of a file of any name once that is confirmed', async () => {
+    const file = shared.inHome(`it's mine $(touch owned) [1]; \`touch owned\`.txt`);
+    fs.writeFileSync(file, 'earlier');
+    const home = await shared.home();
+    await home.press(pageTexts.report.export);
+    await shared.choose('Save File', file);
+    const asked = await waitFor(
+        async () => {
+            const ids = await shared.display.windows(['--name', '^Save File']);
+            return ids.length > 1 && ids;
+        },
+        { what: 'the question' },
+    );
+    expect(fs.readFileSync(file, 'utf8')).toBe('earlier');
+    await waitFor(async () => asked.includes((await shared.display.act('getwindowfocus')).trim()));
+    await shared.display.act('key', 'alt+y');
+    await home.shows(pageTexts.export.shown, patience);
+    expect(fs.readFileSync(file, 'utf8')).toContain('suite-end');
+    expect(fs.readdirSync(shared.suite.home)).not.toContain('owned');
 });
