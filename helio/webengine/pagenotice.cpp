@@ -76,7 +76,7 @@ PageNotice *PageNotice::sayRemoved()
     m_title->setText(texts::tr("The program has been removed"));
     m_explanation->setText(
         texts::tr("Its files are gone since this window was opened. Install the program again, "
-                  "close this window and start it anew."));
+                  "close this window and open it again."));
     return this;
 }
 
