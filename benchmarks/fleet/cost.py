@@ -31,7 +31,7 @@ echo $(($(date +%s%N) - begin))
 
 
 def tasks(results):
-    """One round. The doctor is asked as playbooks/round.yml does it, and all else as Ansible does it."""
+    """One round. The doctor is asked as playbooks/round.yml does it, all else as Ansible does."""
     return [
         {'name': 'alone', 'ansible.builtin.shell': {'cmd': ALONE, 'executable': '/bin/bash'}},
         {'name': 'ping', 'ansible.builtin.ping': {}},
