@@ -120,14 +120,17 @@ void checkModule(const Machine &machine, const QString &name, Findings &findings
                      remedy);
 }
 
-bool runsOneOf(const Machine &machine)
+/// The first of them whose program runs, or none.
+const Framework *runningOne(const Machine &machine)
 {
     const QSet<QString> running = runningPrograms(machine);
-    return std::any_of(frameworks.begin(), frameworks.end(), [&](const Framework &framework) {
-        return std::any_of(
-            framework.programs.begin(), framework.programs.end(),
-            [&](const char *program) { return running.contains(QLatin1String(program)); });
-    });
+    const auto found =
+        std::find_if(frameworks.begin(), frameworks.end(), [&](const Framework &framework) {
+            return std::any_of(
+                framework.programs.begin(), framework.programs.end(),
+                [&](const char *program) { return running.contains(QLatin1String(program)); });
+        });
+    return found == frameworks.end() ? nullptr : &*found;
 }
 
 /// Chinese, Japanese and Korean cannot be typed without an input method.
@@ -142,10 +145,29 @@ bool languageNeedsOne(const Machine &machine)
     return false;
 }
 
+/// Whether programs have to be told of it: a Wayland compositor tells them, and desktops start ibus
+/// for everybody.
+bool hasToBeNamed(const Machine &machine, const Framework &running)
+{
+    const bool isOnX11 =
+        !machine.variable("DISPLAY").isEmpty() && machine.variable("WAYLAND_DISPLAY").isEmpty();
+    const bool isMeant = languageNeedsOne(machine) || qstrcmp(running.name, "ibus") != 0;
+    return isOnX11 && isMeant;
+}
+
 void checkUnset(const Machine &machine, Findings &findings)
 {
     // As the doctor judges it, whose verdict the view of the input method shows.
-    if (languageNeedsOne(machine) && !runsOneOf(machine))
+    const Framework *running = runningOne(machine);
+    if (running && hasToBeNamed(machine, *running))
+        findings.problem(
+            texts::tr(
+                "The input method “%1” runs, but no variable names it, so that the suite does "
+                "not use it.")
+                .arg(QString::fromLatin1(running->name)),
+            texts::tr(
+                "Choose it with “im-config” or in the desktop's settings, and log in again."));
+    else if (!running && languageNeedsOne(machine))
         findings.problem(
             texts::tr("No input method is chosen or running, but the language of the session "
                       "needs one."),

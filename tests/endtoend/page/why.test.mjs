@@ -125,11 +125,13 @@ test.each([
     ['none is needed', {}, true],
     ['none is set for Chinese', { LANG: 'zh_CN.UTF-8' }, false],
     ['the one that is set does not run', { QT_IM_MODULE: 'fcitx', XMODIFIERS: '@im=fcitx' }, false],
-])('where %s, input method and environment check agree', async (_, env, isWell) => {
+    ['one runs that no variable names', {}, false, 'fcitx5'],
+])('where %s, input method and environment check agree', async (_, env, isWell, ...running) => {
     const { inputmethod: input, environmentcheck } = pageTexts;
     const { fakes } = shared.suite;
-    fs.copyFileSync('/bin/sleep', path.join(fakes, 'openbox'));
-    confine([`${fakes}/openbox 600 &`]);
+    const programs = ['openbox', ...running].map((name) => path.join(fakes, name));
+    for (const program of programs) fs.copyFileSync('/bin/sleep', program);
+    confine(programs.map((program) => `${program} 600 &`));
     const { home, view } = await shared.open('inputmethod', { env });
     await view.shows(input.checked, patience);
     const wrong = Object.entries(input.answers).filter(([code]) => code !== 'ERR_OK');

@@ -44,6 +44,28 @@ private slots:
         QCOMPARE(problems(checked.check("input")), QStringList());
     }
 
+    void whatRunsAndIsNotNamedIsAProblemOnX11()
+    {
+        CheckedMachine checked;
+        checked.set("DISPLAY", QStringLiteral(":7"));
+        run(checked, "fcitx5");
+        QVERIFY(
+            hasLine(problems(checked.check("input")), {QStringLiteral("no variable names it")}));
+        checked.set("WAYLAND_DISPLAY", QStringLiteral("wayland-0"));
+        QCOMPARE(problems(checked.check("input")), QStringList());
+    }
+
+    void whatDesktopsStartForEverybodyNeedNotBeNamed()
+    {
+        CheckedMachine checked;
+        checked.set("DISPLAY", QStringLiteral(":7"));
+        run(checked, "ibus-daemon");
+        QCOMPARE(problems(checked.check("input")), QStringList());
+        checked.set("LANG", QStringLiteral("zh_CN.UTF-8"));
+        QVERIFY(
+            hasLine(problems(checked.check("input")), {QStringLiteral("no variable names it")}));
+    }
+
     void whereOneRunsTheLanguageIsNoProblem()
     {
         CheckedMachine checked;
