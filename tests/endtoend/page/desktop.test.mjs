@@ -145,6 +145,8 @@ const own = [
     '.local/share/office-assistant/',
     '.local/state/office-assistant/',
     '.local/share/Orvane/tmp/officeassis_script/',
+    // Qt 6 begins there, before it can be told where.
+    '.local/share/helio-shell/',
 ];
 /** What views say as long as they are still looking. */
 const looking = Object.values(pageTexts)

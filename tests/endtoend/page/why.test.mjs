@@ -122,11 +122,16 @@ test('the line that sets the wrong input method is shown, fixed and restored', a
 });
 
 test.each([
-    ['none is needed', {}, true],
-    ['none is set for Chinese', { LANG: 'zh_CN.UTF-8' }, false],
-    ['the one that is set does not run', { QT_IM_MODULE: 'fcitx', XMODIFIERS: '@im=fcitx' }, false],
-    ['one runs that no variable names', {}, false, 'fcitx5'],
-])('where %s, input method and environment check agree', async (_, env, isWell, ...running) => {
+    ['none is needed', {}, true, []],
+    ['none is set for Chinese', { LANG: 'zh_CN.UTF-8' }, false, []],
+    [
+        'the one that is set does not run',
+        { QT_IM_MODULE: 'fcitx', XMODIFIERS: '@im=fcitx' },
+        false,
+        [],
+    ],
+    ['one runs that no variable names', {}, false, ['fcitx5']],
+])('where %s, input method and environment check agree', async (_, env, isWell, running) => {
     const { inputmethod: input, environmentcheck } = pageTexts;
     const { fakes } = shared.suite;
     const programs = ['openbox', ...running].map((name) => path.join(fakes, name));
