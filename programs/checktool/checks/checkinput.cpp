@@ -120,15 +120,22 @@ void checkModule(const Machine &machine, const QString &name, Findings &findings
                      remedy);
 }
 
-/// The first of them whose program runs, or none.
-const Framework *runningOne(const Machine &machine)
+/// The program of the framework that runs; empty if none does.
+QString runningProgramOf(const Framework &framework, const QSet<QString> &running)
+{
+    const auto found =
+        std::find_if(framework.programs.begin(), framework.programs.end(),
+                     [&](const char *each) { return running.contains(QLatin1String(each)); });
+    return found == framework.programs.end() ? QString() : QString::fromLatin1(*found);
+}
+
+/// The first framework that runs, or none.
+const Framework *runningFramework(const Machine &machine)
 {
     const QSet<QString> running = runningPrograms(machine);
     const auto found =
         std::find_if(frameworks.begin(), frameworks.end(), [&](const Framework &framework) {
-            return std::any_of(
-                framework.programs.begin(), framework.programs.end(),
-                [&](const char *program) { return running.contains(QLatin1String(program)); });
+            return !runningProgramOf(framework, running).isEmpty();
         });
     return found == frameworks.end() ? nullptr : &*found;
 }
@@ -145,8 +152,8 @@ bool languageNeedsOne(const Machine &machine)
     return false;
 }
 
-/// Whether programs have to be told of it: a Wayland compositor tells them, and desktops start ibus
-/// for everybody.
+/// Whether a variable has to name what runs: a Wayland compositor needs none, and desktops start
+/// ibus for everybody.
 bool hasToBeNamed(const Machine &machine, const Framework &running)
 {
     const bool isOnX11 =
@@ -158,7 +165,7 @@ bool hasToBeNamed(const Machine &machine, const Framework &running)
 void checkUnset(const Machine &machine, Findings &findings)
 {
     // As the doctor judges it, whose verdict the view of the input method shows.
-    const Framework *running = runningOne(machine);
+    const Framework *running = runningFramework(machine);
     if (running && hasToBeNamed(machine, *running))
         findings.problem(
             texts::tr(
@@ -185,13 +192,9 @@ void checkProgram(const Machine &machine, const QString &name, Findings &finding
     const Framework *framework = frameworkOf(name);
     if (!framework)
         return;
-    const QSet<QString> running = runningPrograms(machine);
-    const auto found =
-        std::find_if(framework->programs.begin(), framework->programs.end(),
-                     [&](const char *each) { return running.contains(QLatin1String(each)); });
-    if (found != framework->programs.end())
-        findings.fine(
-            texts::tr("The input method's program %1 runs.").arg(QString::fromLatin1(*found)));
+    const QString program = runningProgramOf(*framework, runningPrograms(machine));
+    if (!program.isEmpty())
+        findings.fine(texts::tr("The input method's program %1 runs.").arg(program));
     else
         findings.problem(
             texts::tr("The input method “%1” does not run.").arg(name),

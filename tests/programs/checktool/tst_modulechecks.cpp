@@ -44,34 +44,43 @@ private slots:
         QCOMPARE(problems(checked.check("input")), QStringList());
     }
 
-    void whatRunsAndIsNotNamedIsAProblemOnX11()
+    void whatRunsAndIsNotNamed_data()
     {
-        CheckedMachine checked;
-        checked.set("DISPLAY", QStringLiteral(":7"));
-        run(checked, "fcitx5");
-        QVERIFY(
-            hasLine(problems(checked.check("input")), {QStringLiteral("no variable names it")}));
-        checked.set("WAYLAND_DISPLAY", QStringLiteral("wayland-0"));
-        QCOMPARE(problems(checked.check("input")), QStringList());
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QMap<QByteArray, QString>>("session");
+        QTest::addColumn<bool>("isProblem");
+        const QString display = QStringLiteral(":7");
+        const QString wayland = QStringLiteral("wayland-0");
+        const QString chinese = QStringLiteral("zh_CN.UTF-8");
+        using Session = QMap<QByteArray, QString>;
+        QTest::newRow("X11") << QByteArray("fcitx5") << Session{{"DISPLAY", display}} << true;
+        QTest::newRow("a Wayland compositor needs no name")
+            << QByteArray("fcitx5") << Session{{"DISPLAY", display}, {"WAYLAND_DISPLAY", wayland}}
+            << false;
+        QTest::newRow("desktops start it for everybody")
+            << QByteArray("ibus-daemon") << Session{{"DISPLAY", display}} << false;
+        QTest::newRow("the language needs it")
+            << QByteArray("ibus-daemon") << Session{{"DISPLAY", display}, {"LANG", chinese}}
+            << true;
+        QTest::newRow("without a display")
+            << QByteArray("ibus-daemon") << Session{{"LANG", chinese}} << false;
     }
 
-    void whatDesktopsStartForEverybodyNeedNotBeNamed()
+    void whatRunsAndIsNotNamed()
     {
+        QFETCH(const QByteArray, program);
+        using Session = QMap<QByteArray, QString>;
+        QFETCH(const Session, session);
+        QFETCH(const bool, isProblem);
         CheckedMachine checked;
-        checked.set("DISPLAY", QStringLiteral(":7"));
-        run(checked, "ibus-daemon");
-        QCOMPARE(problems(checked.check("input")), QStringList());
-        checked.set("LANG", QStringLiteral("zh_CN.UTF-8"));
-        QVERIFY(
-            hasLine(problems(checked.check("input")), {QStringLiteral("no variable names it")}));
-    }
-
-    void whereOneRunsTheLanguageIsNoProblem()
-    {
-        CheckedMachine checked;
-        checked.set("LANG", QStringLiteral("ja_JP.UTF-8"));
-        run(checked, "ibus-daemon");
-        QCOMPARE(problems(checked.check("input")), QStringList());
+        for (auto one = session.begin(); one != session.end(); ++one)
+            checked.set(one.key().constData(), one.value());
+        run(checked, program);
+        const QStringList found = problems(checked.check("input"));
+        if (isProblem)
+            QVERIFY(hasLine(found, {QStringLiteral("no variable names it")}));
+        else
+            QCOMPARE(found, QStringList());
     }
 
     void aModuleThatIsMissingIsAProblemWithItsPackage()
