@@ -10,6 +10,8 @@ import { searchFrames } from './searchstream.mjs';
 const paintRounds = 7;
 const openingRounds = 3;
 const longestOpeningMs = 100;
+/** From the pointer's arrival on a tile until the click. A hand takes longer. */
+const pointingMs = 100;
 const largestViewKB = 400;
 /** Sixty frames a second, and what a clock without fractions adds. */
 const frameMs = 17;
@@ -82,10 +84,14 @@ const interactiveAt = `new Promise((resolve) => {
     look();
 })`;
 
+const pointing = () => new Promise((resolve) => setTimeout(resolve, pointingMs));
+
 /** Milliseconds from the click on a tile until its view is interactive, and the view's page. */
 function opening(shell, env, index) {
     return withPage(shellOn(shell, { env }), async (home, { port }) => {
         const place = await home.evaluate(placeOfTile(index));
+        await home.pointAt(place);
+        await pointing();
         await home.clickAt(place);
         const view = await pageOf(port, (url) => !notViews.test(url));
         try {
@@ -116,6 +122,8 @@ async function bareOpening(bareView, home, env) {
             const box = document.querySelector('button').getBoundingClientRect();
             resolve({ x: box.x + box.width / 2, y: box.y + box.height / 2 });
         }, 1000))`);
+        await page.pointAt(place);
+        await pointing();
         await page.clickAt(place);
         const opened = await pageOf(port, (url) => url.endsWith('/opened.html'));
         try {

@@ -18,12 +18,6 @@ constexpr QRgb outlineColor = 0xff808690;
 /// Gives the main page a head start; no user opens a view sooner.
 constexpr int childDelayMs = 250;
 
-/// A page that opens another view closes the current one first.
-constexpr int hideDelayMs = 20;
-/// Longer where the page has said that it will: on a busy machine its next call takes its time, and
-/// the main page would flash at its full width.
-constexpr int nextViewDelayMs = 1000;
-
 /// In which a view that was closed leaves an empty picture: its own would be seen for a moment when
 /// the next one is opened.
 constexpr int emptyDelayMs = 500;
@@ -54,11 +48,9 @@ AssistantWindow::AssistantWindow(const QString &startPage, const QString &waitin
     ResizeGrip::addTo(this);
     startLater(m_childDelay, childDelayMs);
     startLater(m_hideDelay, hideDelayMs);
-    startLater(m_emptyDelay, emptyDelayMs);
     startLater(m_memoryDelay, memoryDelayMs);
     connect(&m_childDelay, &QTimer::timeout, this, &AssistantWindow::prepareChild);
     connect(&m_hideDelay, &QTimer::timeout, this, &AssistantWindow::hideChild);
-    connect(&m_emptyDelay, &QTimer::timeout, this, [this] { m_child->hide(); });
     connect(&m_memoryDelay, &QTimer::timeout, this, &AssistantWindow::remember);
 
     const RememberedWindow last = m_memory.read();
@@ -98,45 +90,6 @@ void AssistantWindow::present(const QString &action)
     m_action = action;
     m_lastView.clear();
     tellPages();
-}
-
-QJsonObject AssistantWindow::takeAction()
-{
-    QJsonObject answer = state();
-    m_action.clear();
-    return answer;
-}
-
-QJsonObject AssistantWindow::leaveView(const QJsonObject &view)
-{
-    const bool isForAnother = view.value(QStringLiteral("next")).toBool();
-    m_hideDelay.setInterval(isForAnother ? nextViewDelayMs : hideDelayMs);
-    if (m_child)
-        m_child->browser()->closeInPlaceOfPage(view.value(QStringLiteral("type")).toString());
-    return state();
-}
-
-QJsonObject AssistantWindow::toggleMaximised()
-{
-    setWindowState(windowState() ^ Qt::WindowMaximized);
-    return state();
-}
-
-QJsonObject AssistantWindow::useSidebar(const QJsonObject &widths)
-{
-    m_sidebar.use(widths);
-    layOut();
-    QJsonObject answer = state();
-    answer.insert(QStringLiteral("last"), m_lastView);
-    m_lastView.clear();
-    return answer;
-}
-
-QJsonObject AssistantWindow::state() const
-{
-    return {{QStringLiteral("action"), m_action},
-            {QStringLiteral("maximised"), isMaximized()},
-            {QStringLiteral("view"), m_view}};
 }
 
 void AssistantWindow::changeEvent(QEvent *event)
@@ -191,7 +144,7 @@ void AssistantWindow::prepareChild()
         makeChild(m_waitingPage);
     } else if (!m_isChildShown) {
         m_child->browser()->waitAgain();
-        m_emptyDelay.start();
+        m_child->drawUnseen(emptyDelayMs);
     }
 }
 
@@ -224,14 +177,12 @@ void AssistantWindow::showChild(const QString &html)
 {
     m_hideDelay.stop();
     m_childDelay.stop();
-    m_emptyDelay.stop();
     m_hideDelay.setInterval(hideDelayMs);
     if (!m_child)
         makeChild(html);
     m_isChildShown = true;
     m_view = html;
-    m_child->setEnabled(true);
-    m_child->show();
+    m_child->present();
     layOut();
     m_child->focusPage();
     tellPages();

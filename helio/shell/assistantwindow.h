@@ -42,6 +42,7 @@ public:
 
     /// What pages may ask of this window, see docs/host.md.
     QJsonObject takeAction();
+    QJsonObject expectView();
     QJsonObject leaveView(const QJsonObject &view);
     QJsonObject toggleMaximised();
     QJsonObject useSidebar(const QJsonObject &widths);
@@ -58,6 +59,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// A page that opens another view closes the current one first.
+    static constexpr int hideDelayMs = 20;
+
     void connectPage(PageFrame *page);
     void prepareChild();
     void makeChild(const QString &html);
@@ -87,7 +91,6 @@ private:
     SidebarWidths m_sidebar;
     QTimer m_childDelay;
     QTimer m_hideDelay;
-    QTimer m_emptyDelay;
     /// A child page that was closed stays under the main one for a moment.
     bool m_isChildShown = false;
     QTimer m_memoryDelay;

@@ -132,6 +132,8 @@ helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow>
         {QStringLiteral("draft.read"), [&draft](const QJsonObject &) { return draft.read(); }},
         {QStringLiteral("window.action"),
          [&window](const QJsonObject &) { return window->takeAction(); }},
+        {QStringLiteral("window.expect"),
+         [&window](const QJsonObject &) { return window->expectView(); }},
         {QStringLiteral("window.find"),
          [&window](const QJsonObject &) {
              window->present(QStringLiteral("find"));

@@ -106,10 +106,15 @@ export class Page {
         return new Keyboard(this.#client.Input);
     }
 
+    /** Moves the mouse there; `place` is { x, y } in the page. */
+    async pointAt(place) {
+        await this.#client.Input.dispatchMouseEvent({ type: 'mouseMoved', ...place });
+    }
+
     /** Clicks with the mouse; `place` is { x, y } in the page. */
     async clickAt(place, { clicks = 1 } = {}) {
         const { Input } = this.#client;
-        await Input.dispatchMouseEvent({ type: 'mouseMoved', ...place });
+        await this.pointAt(place);
         for (let clickCount = 1; clickCount <= clicks; clickCount += 1) {
             for (const type of ['mousePressed', 'mouseReleased']) {
                 await Input.dispatchMouseEvent({ type, ...place, button: 'left', clickCount });

@@ -13,6 +13,8 @@ PageFrame::PageFrame(const QString &type, const QString &html, QWidget *parent) 
     // The page widget reads both from its parent.
     setProperty("widgettype", type);
     setProperty("htmlpath", html);
+    m_unseen.setSingleShot(true);
+    connect(&m_unseen, &QTimer::timeout, this, &QWidget::hide);
     auto *item = KHelioPluginWidgetFactory::pagePlugin(KHelioPluginWidget::OfficeAssistantPage);
     if (!item)
         return;
@@ -40,6 +42,21 @@ void PageFrame::changePage(const QString &html)
 {
     // The class is private to the plug-in; its slot is part of the interface.
     QMetaObject::invokeMethod(m_page, "onChangeChildHtmlPage", Q_ARG(QString, html));
+}
+
+void PageFrame::present()
+{
+    m_unseen.stop();
+    setEnabled(true);
+    show();
+}
+
+void PageFrame::drawUnseen(int milliseconds)
+{
+    setEnabled(false);
+    show();
+    if (m_unseen.remainingTime() < milliseconds)
+        m_unseen.start(milliseconds);
 }
 
 void PageFrame::focusPage()

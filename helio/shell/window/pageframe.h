@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 #include "helio/runtime/windowsignals.h"
@@ -31,6 +32,13 @@ public:
     /// Asks the page widget to show another file of the page directory.
     void changePage(const QString &html);
 
+    /// Shows the page, which may have the keyboard from now on.
+    void present();
+
+    /// Has the page drawn behind others for at least @p milliseconds, without the keyboard, and
+    /// hides it then. Chromium takes longer to draw a page that it did not draw before.
+    void drawUnseen(int milliseconds);
+
     /// Gives the page the keyboard.
     void focusPage();
 
@@ -38,6 +46,7 @@ private:
     KHelioPluginWidget *m_page = nullptr;
     helio::WindowSignals *m_signals = nullptr;
     helio::WebEngineBrowser *m_browser = nullptr;
+    QTimer m_unseen;
 };
 
 } // namespace shell

@@ -32,6 +32,10 @@ export function windowOperations(caller: Caller) {
         get finds(): boolean {
             return caller.offers('window.find');
         },
+        /** Whether the window can prepare for a view. */
+        get prepares(): boolean {
+            return caller.offers('window.expect');
+        },
         /** Whether files that are dropped on a page have paths. */
         get takesDrops(): boolean {
             return caller.offers('window.dropped');
@@ -40,6 +44,8 @@ export function windowOperations(caller: Caller) {
         dropped: () =>
             caller.operate('window.dropped', (result) => textList(members(result).paths)),
         state: () => caller.operate('window.state', windowState),
+        /** Says that a view may be opened soon: the window prepares for it, unseen. */
+        expectView: () => caller.operate('window.expect', windowState),
         /** Has the main page search tools, findings and settings. */
         find: () => caller.operate('window.find', windowState),
         /** The state from before the action was taken. */

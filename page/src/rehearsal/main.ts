@@ -5,6 +5,6 @@
 import { startView } from '@/frame/view';
 import RehearsedView from './RehearsedView.vue';
 
-const texts = JSON.stringify({ rehearsal: { title: '', what: '' } });
+const texts = JSON.stringify({ rehearsal: { title: '', what: '', sum: '{row} {count}' } });
 window.pageTexts = { en: texts, 'zh-CN': texts };
 startView(RehearsedView, 'rehearsal');

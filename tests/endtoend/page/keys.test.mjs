@@ -6,7 +6,7 @@ import { expect, test } from 'vitest';
 
 import { ShellProgram } from '../helio/shell/shellprogram.mjs';
 import { pageTexts } from './texts.mjs';
-import { patience, viewTests } from './viewtest.mjs';
+import { patience, sidebarShown, viewTests } from './viewtest.mjs';
 
 const run = promisify(execFile);
 const shared = viewTests();
@@ -33,7 +33,7 @@ test('Ctrl+K in a view searches the tools', async () => {
     await home.until("document.querySelector('.finder-field') !== null", patience);
     await focused(home);
     await home.until("document.activeElement.matches('.finder-field')");
-    await home.until("document.querySelector('.side-bar') === null");
+    await home.until(`!(${sidebarShown})`);
 });
 
 /** All views take half a minute. */
@@ -66,7 +66,7 @@ test('views are opened, used and left with the keyboard alone', async () => {
             name,
         ).toBe(true);
         await press(tile % 2 ? 'Escape' : 'alt+Left');
-        await home.until("document.querySelector('.side-bar') === null");
+        await home.until(`!(${sidebarShown})`);
         // The focus is where it was.
         await home.until(`document.activeElement.matches('[data-tile="${tile}"]')`);
     }
@@ -92,9 +92,9 @@ test('Escape clears the filter first, and then leaves', async () => {
     await view.until("document.querySelector('input').value === 'zzz'");
     await press('Escape');
     await view.until("document.querySelector('input').value === ''");
-    expect(await home.evaluate("document.querySelector('.side-bar') !== null")).toBe(true);
+    expect(await home.evaluate(sidebarShown)).toBe(true);
     await press('Escape');
-    await home.until("document.querySelector('.side-bar') === null");
+    await home.until(`!(${sidebarShown})`);
 });
 
 test('the text grows and shrinks in both pages, and the sidebar with it', async () => {

@@ -2,7 +2,7 @@ import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
 import { pageTexts } from './texts.mjs';
-import { patience, viewTests } from './viewtest.mjs';
+import { patience, sidebarShown, viewTests } from './viewtest.mjs';
 
 const texts = pageTexts.home;
 const shared = viewTests();
@@ -21,7 +21,7 @@ const marked = (home) =>
 async function expectWhole(home) {
     await home.shows(texts.report.what, patience);
     await home.until('document.hasFocus()');
-    expect(await home.evaluate("document.querySelector('.side-bar')")).toBe(null);
+    expect(await home.evaluate(sidebarShown)).toBe(false);
 }
 
 test('a tool opens beside the sidebar, which marks it, in the one window', async () => {
@@ -56,6 +56,26 @@ test.each(['Escape', 'alt+Left'])('%s leads back to where the user was', async (
         what: 'the end of the view',
     });
     expect(await home.evaluate(`document.hasFocus() && ${isBack}`)).toBe(true);
+});
+
+test('where the pointer comes to a tool, the window draws the view’s place before the click', async () => {
+    const home = await shared.home();
+    const waiting = await shared.program.page('waiting.html');
+    await waiting.until("document.readyState === 'complete'");
+    expect(await waiting.evaluate('document.hidden')).toBe(true);
+    const tile = await home.evaluate(`(() => {
+        const tool = document.querySelector('button.tool');
+        tool.scrollIntoView({ block: 'center' });
+        const box = tool.getBoundingClientRect();
+        return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
+    })()`);
+    await home.pointAt(tile);
+    await waiting.until('!document.hidden');
+    // Unseen: the main page is whole, and keeps the keyboard.
+    await expectWhole(home);
+    expect(await waiting.evaluate('document.hasFocus()')).toBe(false);
+    // A pointer that has gone on is not waited for.
+    await waiting.until('document.hidden', { timeoutMs: 30_000 });
 });
 
 test('the button of the view and the sidebar’s first entry lead back as well', async () => {

@@ -12,6 +12,9 @@ import { ViewPage } from './viewpage.mjs';
 /** How long a view and the programs that it runs may take on a busy machine. */
 export const patience = { timeoutMs: 90_000 };
 
+/** Whether the main page is the sidebar beside a view, and not whole. */
+export const sidebarShown = "Boolean(document.querySelector('.side-bar')?.offsetParent)";
+
 /** The display that the tests of one file share; every test has a suite and a home of its own. */
 export function viewTests() {
     const shared = {

@@ -127,6 +127,7 @@ export const suiteOperationNames = [
 export const windowOperationNames = [
     'window.action',
     'window.dropped',
+    'window.expect',
     'window.find',
     'window.leave',
     'window.maximise',
