@@ -19,6 +19,9 @@ const timeOf = (call) => `(async () => {
     return (performance.now() - begin) / ${roundTrips};
 })()`;
 
+/** Without a graphics device our window draws without OpenGL; a bare view knows no better. */
+const drawnAlike = ['--graphics', 'device'];
+
 /** The check-up of the start must not count as part of a round trip. */
 const checkedUp = `new Promise((resolve) => {
     const look = () => {
@@ -40,6 +43,7 @@ export function windowFigures(programs) {
 
 async function figuresIn(env, { shell, bareView, html }) {
     const shellStart = shellOn(shell, { env });
+    const alikeStart = shellOn(shell, { env, args: drawnAlike });
     const peerStart = bareViewOn(bareView, html, { env });
     const waiting = join(dirname(html), 'waiting.html');
     const peerOfTwoPages = bareViewOn(bareView, html, { env, hidden: [waiting] });
@@ -77,6 +81,16 @@ async function figuresIn(env, { shell, bareView, html }) {
             1.05,
         ),
         figure(
+            'start to first paint of the home page, drawn alike',
+            'ms',
+            await compare(
+                9,
+                () => withPage(alikeStart, paintAfterStart),
+                () => withPage(peerStart, paintAfterStart),
+            ),
+            null,
+        ),
+        figure(
             'memory of the window, against two pages',
             'MiB',
             await compare(
@@ -85,6 +99,16 @@ async function figuresIn(env, { shell, bareView, html }) {
                 () => withPage(peerOfTwoPages, memory),
             ),
             mostMemory,
+        ),
+        figure(
+            'memory of the window, against two pages, drawn alike',
+            'MiB',
+            await compare(
+                5,
+                () => withPage(alikeStart, memory),
+                () => withPage(peerOfTwoPages, memory),
+            ),
+            null,
         ),
     ];
 }

@@ -2,6 +2,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QIcon>
+#include <QLoggingCategory>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -150,7 +151,24 @@ helio::PageOperations operationsOf(const std::unique_ptr<shell::AssistantWindow>
     };
 }
 
-int showWindow(const shell::ShellOptions &options, const shell::SessionInstance &instance)
+/// Each would override or drop the arguments that this program gives Chromium.
+QByteArrayList variablesOfChromium()
+{
+    return {"QTWEBENGINE_CHROMIUM_FLAGS", "QTWEBENGINE_REMOTE_DEBUGGING",
+            "QTWEBENGINE_DISABLE_SANDBOX"};
+}
+
+shell::StartVariables::Values variablesToStartWith(bool isDrawnByProcessor)
+{
+    auto values =
+        isDrawnByProcessor ? shell::processorVariables() : shell::StartVariables::Values();
+    // Without it a screen reader finds nothing in the pages.
+    values.emplace_back("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
+    return values;
+}
+
+int showWindow(const shell::ShellOptions &options, const shell::SessionInstance &instance,
+               std::optional<shell::StartVariables> &variables)
 {
     const helio::PageSurroundings look = shell::desktopLook(options);
     shell::useLanguage(look.language);
@@ -164,13 +182,6 @@ int showWindow(const shell::ShellOptions &options, const shell::SessionInstance 
         return complain(PartMissing, fault);
 
     QApplication::setApplicationDisplayName(texts::tr("Office Assistant"));
-    // Each of the first would override or drop the arguments that this program gives Chromium.
-    // Without the last a screen reader finds nothing in the pages.
-    std::optional<shell::StartVariables> variables(
-        std::in_place,
-        QByteArrayList{"QTWEBENGINE_CHROMIUM_FLAGS", "QTWEBENGINE_REMOTE_DEBUGGING",
-                       "QTWEBENGINE_DISABLE_SANDBOX"},
-        QByteArrayList{"QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY"});
     helio::DoctorOperations doctor(QCoreApplication::applicationDirPath() +
                                    QStringLiteral("/checks"));
     helio::TaskOperations tasks(
@@ -211,10 +222,17 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     const bool isRoot = ::geteuid() == 0;
     if (isRoot)
         complain(Ended, QStringLiteral("running as root, so Chromium runs without its sandbox"));
+    const bool isDrawnByProcessor = shell::isDrawnByProcessor(options.graphics);
+    std::optional<shell::StartVariables> variables(std::in_place, variablesOfChromium(),
+                                                   variablesToStartWith(isDrawnByProcessor));
     shell::ChromiumArguments chromium(programName, options.debugPort, isRoot);
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     qtversion::scaleWithScreens();
+    // Qt warns that OpenGL is missing, which is as asked for.
+    if (isDrawnByProcessor)
+        QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     QApplication application(chromium.count(), chromium.values());
+    QLoggingCategory::setFilterRules({});
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("org.officeassistant.officeassistant"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
@@ -227,7 +245,7 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     if (isForUser(options) &&
         instance.take(options.action) == shell::SessionInstance::Place::Second)
         return Ended;
-    return showWindow(options, instance);
+    return showWindow(options, instance, variables);
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include <QCommandLineParser>
 #include <QLocale>
 
+#include <optional>
+
 namespace {
 
 constexpr int highestPort = 65535;
@@ -26,6 +28,11 @@ struct Options
         QStringLiteral("language"),
         QStringLiteral("Use this language, such as en or zh_CN, instead of the desktop's."),
         QStringLiteral("LANGUAGE")};
+    const QCommandLineOption graphics{
+        QStringLiteral("graphics"),
+        QStringLiteral("Draw with the graphics device or with the processor: device or processor. "
+                       "Without this option the device draws if there is one."),
+        QStringLiteral("WHAT")};
     const QCommandLineOption screenshot{
         QStringLiteral("screenshot"),
         QStringLiteral("Write a picture of the window to PATH (PNG) once its page has painted, "
@@ -45,7 +52,17 @@ void setUp(QCommandLineParser &parser, const Options &options)
 {
     parser.setApplicationDescription(QStringLiteral("Shows the office assistant in a window."));
     parser.addOptions({options.action, options.page, options.theme, options.language,
-                       options.screenshot, options.debugPort, options.help, options.version});
+                       options.graphics, options.screenshot, options.debugPort, options.help,
+                       options.version});
+}
+
+std::optional<shell::Graphics> graphicsNamed(const QString &name)
+{
+    if (name == QLatin1String("device"))
+        return shell::Graphics::Device;
+    if (name == QLatin1String("processor"))
+        return shell::Graphics::Processor;
+    return {};
 }
 
 /// Returns what is wrong with the options; empty if nothing is.
@@ -67,6 +84,12 @@ QString readOptions(const QCommandLineParser &parser, const Options &options,
     read.language = parser.value(options.language);
     if (parser.isSet(options.language) && QLocale(read.language).language() == QLocale::C)
         return QStringLiteral("--language needs a language such as en or zh_CN");
+    if (parser.isSet(options.graphics)) {
+        const auto named = graphicsNamed(parser.value(options.graphics));
+        if (!named)
+            return QStringLiteral("--graphics must be device or processor");
+        read.graphics = *named;
+    }
     read.screenshot = parser.value(options.screenshot);
     if (parser.isSet(options.screenshot) && read.screenshot.isEmpty())
         return QStringLiteral("--screenshot needs a path");

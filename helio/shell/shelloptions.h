@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "helio/shell/graphics.h"
+
 namespace shell {
 
 /// The parsed arguments of helio-shell.
@@ -25,6 +27,7 @@ struct ShellOptions
     QString theme;
     /// Such as "zh_CN"; empty for the desktop's language.
     QString language;
+    Graphics graphics = Graphics::Automatic;
     /// The file for a picture of the window, after which the program ends; empty for none.
     QString screenshot;
     /// The port of the developer tools; 0 for none.

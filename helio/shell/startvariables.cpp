@@ -2,15 +2,15 @@
 
 namespace shell {
 
-StartVariables::StartVariables(const QByteArrayList &hidden, const QByteArrayList &set)
+StartVariables::StartVariables(const QByteArrayList &hidden, const Values &set)
 {
     for (const QByteArray &name : hidden) {
         keep(name);
         qunsetenv(name.constData());
     }
-    for (const QByteArray &name : set) {
+    for (const auto &[name, value] : set) {
         keep(name);
-        qputenv(name.constData(), "1");
+        qputenv(name.constData(), value);
     }
 }
 

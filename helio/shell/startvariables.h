@@ -8,13 +8,16 @@
 
 namespace shell {
 
-/// Changes variables of the environment during its lifetime, for Chromium, which reads them while
-/// it starts. Programs that are started later inherit them as they were.
+/// Changes variables of the environment during its lifetime, for Qt and Chromium, which read them
+/// while they start. Programs that are started later inherit them as they were.
 class StartVariables
 {
 public:
-    /// Removes @p hidden, and gives each of @p set the value "1".
-    StartVariables(const QByteArrayList &hidden, const QByteArrayList &set);
+    /// Names and what they are set to.
+    using Values = std::vector<std::pair<QByteArray, QByteArray>>;
+
+    /// Removes @p hidden, and sets @p set.
+    StartVariables(const QByteArrayList &hidden, const Values &set);
     ~StartVariables();
 
 private:
@@ -23,7 +26,7 @@ private:
     void keep(const QByteArray &name);
 
     /// Null for one that was not there.
-    std::vector<std::pair<QByteArray, QByteArray>> m_before;
+    Values m_before;
 };
 
 } // namespace shell

@@ -38,16 +38,18 @@ void ShellOptionsTest::withoutOptionsTheDesktopDecides()
 
 void ShellOptionsTest::everyOptionIsRead()
 {
-    const auto options = parse({QStringLiteral("--action=check-up"), QStringLiteral("--page"),
-                                QStringLiteral("crash.html"), QStringLiteral("--theme=dark"),
-                                QStringLiteral("--language=zh_CN"), QStringLiteral("--screenshot"),
-                                QStringLiteral("/tmp/a.png"), QStringLiteral("--debug-port"),
-                                QStringLiteral("65535")});
+    const auto options =
+        parse({QStringLiteral("--action=check-up"), QStringLiteral("--page"),
+               QStringLiteral("crash.html"), QStringLiteral("--theme=dark"),
+               QStringLiteral("--graphics=processor"), QStringLiteral("--language=zh_CN"),
+               QStringLiteral("--screenshot"), QStringLiteral("/tmp/a.png"),
+               QStringLiteral("--debug-port"), QStringLiteral("65535")});
     QCOMPARE(options.fault, QString());
     QCOMPARE(options.action, QStringLiteral("check-up"));
     QCOMPARE(options.page, QStringLiteral("crash.html"));
     QCOMPARE(options.theme, QStringLiteral("dark"));
     QCOMPARE(options.language, QStringLiteral("zh_CN"));
+    QCOMPARE(options.graphics, shell::Graphics::Processor);
     QCOMPARE(options.screenshot, QStringLiteral("/tmp/a.png"));
     QCOMPARE(options.debugPort, 65535);
     QCOMPARE(parse({QStringLiteral("--help")}).mode, ShellOptions::PrintHelp);
@@ -57,8 +59,8 @@ void ShellOptionsTest::everyOptionIsRead()
 void ShellOptionsTest::helpNamesEveryOption()
 {
     const QString help = shell::shellHelp();
-    for (const char *name : {"--action", "--page", "--theme", "--language", "--screenshot",
-                             "--debug-port", "--help", "--version"})
+    for (const char *name : {"--action", "--page", "--theme", "--language", "--graphics",
+                             "--screenshot", "--debug-port", "--help", "--version"})
         QVERIFY2(help.contains(QLatin1String(name)), name);
 }
 
@@ -71,6 +73,8 @@ void ShellOptionsTest::wrongUsageIsRefused_data()
     QTest::newRow("no action") << QStringList{QStringLiteral("--action=")};
     QTest::newRow("no page") << QStringList{QStringLiteral("--page=")};
     QTest::newRow("theme") << QStringList{QStringLiteral("--theme=blue")};
+    QTest::newRow("graphics") << QStringList{QStringLiteral("--graphics=pencil")};
+    QTest::newRow("no graphics") << QStringList{QStringLiteral("--graphics=")};
     QTest::newRow("language") << QStringList{QStringLiteral("--language=C")};
     QTest::newRow("no language") << QStringList{QStringLiteral("--language=")};
     QTest::newRow("screenshot") << QStringList{QStringLiteral("--screenshot=")};

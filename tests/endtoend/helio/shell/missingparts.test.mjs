@@ -69,6 +69,7 @@ test.each([
     [['page.html'], /unexpected argument: page\.html/],
     [['--theme', 'blue'], /--theme must be light or dark/],
     [['--language', 'no language'], /--language needs a language/],
+    [['--graphics', 'pencil'], /--graphics must be device or processor/],
     [['--debug-port', '0'], /--debug-port needs a port number/],
     [['--debug-port', '70000'], /--debug-port needs a port number/],
     [['--screenshot'], /Missing value after '--screenshot'/],
@@ -85,6 +86,7 @@ test('help and version need no display', async () => {
         '--page',
         '--theme',
         '--language',
+        '--graphics',
         '--screenshot',
         '--debug-port',
     ]) {
