@@ -57,8 +57,8 @@ test('a page learns which operations its shell has', async () => {
     const suite = ['describe', 'choose', 'plan', 'start'].map((name) => `suite.${name}`);
     const draft = ['keep', 'picture', 'read', 'receiver', 'write'].map((name) => `draft.${name}`);
     const window = [
-        ...['action', 'dropped', 'find', 'leave'],
-        ...['maximise', 'sidebar', 'state'],
+        ...['action', 'dropped', 'expect', 'find'],
+        ...['leave', 'maximise', 'sidebar', 'state'],
     ].map((name) => `window.${name}`);
     const tasks = [
         ...['cancel', 'findings', 'printed'],
