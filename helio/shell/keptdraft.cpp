@@ -6,21 +6,64 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
-constexpr int delayMs = 250;
+constexpr int delayMs = 500;
 constexpr qint64 longestDraft = 1024 * 1024;
 constexpr int largestPicture = 32 * 1024 * 1024;
 
+QString folderOf(const QString &name)
+{
+    return QFileInfo(name).path();
+}
+
+/// What a folder holds survives a crash of the machine only if the folder is on the disk too.
+/// Some file systems cannot do that; they keep their folders in another way.
+void syncFolder(const QString &folder)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+bool makeFolder(const QString &folder)
+{
+    if (QFileInfo(folder).isDir())
+        return true;
+    const QString above = folderOf(folder);
+    if (!makeFolder(above) || !QDir().mkdir(folder))
+        return false;
+    syncFolder(above);
+    return true;
+}
+
 bool writePrivately(const QString &name, const QByteArray &content)
 {
-    if (!QDir().mkpath(QFileInfo(name).path()))
+    if (!makeFolder(folderOf(name)))
         return false;
     QSaveFile file(name);
-    // Before there is anything in it to read.
-    return file.open(QIODevice::WriteOnly) &&
-           file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
-           file.write(content) == content.size() && file.commit();
+    // Before there is anything in it to read. commit() syncs the file before it takes its name.
+    const bool isWritten = file.open(QIODevice::WriteOnly) &&
+                           file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
+                           file.write(content) == content.size() && file.commit();
+    if (isWritten)
+        syncFolder(folderOf(name));
+    return isWritten;
+}
+
+bool discard(const QString &name)
+{
+    if (!QFile::exists(name))
+        return true;
+    const bool isGone = QFile::remove(name);
+    syncFolder(folderOf(name));
+    return isGone;
 }
 
 } // namespace
@@ -32,6 +75,7 @@ KeptDraft::KeptDraft(const QString &file) : m_file(file)
     QFile earlier(file);
     if (earlier.open(QIODevice::ReadOnly))
         m_text = QString::fromUtf8(earlier.read(longestDraft));
+    m_writer.setMaxThreadCount(1);
     m_delay.setSingleShot(true);
     m_delay.setInterval(delayMs);
     QObject::connect(&m_delay, &QTimer::timeout, &m_delay, [this] { write(); });
@@ -39,8 +83,7 @@ KeptDraft::KeptDraft(const QString &file) : m_file(file)
 
 KeptDraft::~KeptDraft()
 {
-    if (m_delay.isActive())
-        write();
+    finish();
 }
 
 QJsonObject KeptDraft::read() const
@@ -51,17 +94,23 @@ QJsonObject KeptDraft::read() const
 QJsonObject KeptDraft::keep(const QJsonObject &draft)
 {
     m_text = draft.value(QStringLiteral("text")).toString();
-    m_delay.start();
-    return {{QStringLiteral("kept"), m_isKept}};
+    // Who types without a pause would put a timer off that starts again with each key.
+    if (m_text.isEmpty())
+        write();
+    else if (!m_delay.isActive())
+        m_delay.start();
+    return {{QStringLiteral("kept"), m_isKept.load()}};
 }
 
 QString KeptDraft::pictures() const
 {
-    return QFileInfo(m_file).path() + QStringLiteral("/feedback-pictures");
+    return folderOf(m_file) + QStringLiteral("/feedback-pictures");
 }
 
-QJsonObject KeptDraft::keepPicture(const QJsonObject &picture) const
+QJsonObject KeptDraft::keepPicture(const QJsonObject &picture)
 {
+    // The pictures of a draft that was discarded go before there are others.
+    finish();
     const QByteArray content =
         QByteArray::fromBase64(picture.value(QStringLiteral("content")).toString().toLatin1());
     const bool isPicture = content.startsWith("\x89PNG") && content.size() <= largestPicture;
@@ -76,10 +125,26 @@ QJsonObject KeptDraft::keepPicture(const QJsonObject &picture) const
 void KeptDraft::write()
 {
     m_delay.stop();
-    if (m_text.isEmpty())
+    if (m_writer.activeThreadCount() > 0)
+        m_delay.start();
+    else
+        m_writer.start([this, text = m_text] { store(text); });
+}
+
+void KeptDraft::finish()
+{
+    const bool isLeft = m_delay.isActive();
+    m_delay.stop();
+    m_writer.waitForDone();
+    if (isLeft)
+        store(m_text);
+}
+
+void KeptDraft::store(const QString &text)
+{
+    if (text.isEmpty())
         QDir(pictures()).removeRecursively();
-    m_isKept = m_text.isEmpty() ? !QFile::exists(m_file) || QFile::remove(m_file)
-                                : writePrivately(m_file, m_text.toUtf8());
+    m_isKept = text.isEmpty() ? discard(m_file) : writePrivately(m_file, text.toUtf8());
     if (!m_isKept)
         qWarning("the draft cannot be kept in %s", qPrintable(m_file));
 }

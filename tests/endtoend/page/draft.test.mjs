@@ -60,6 +60,22 @@ test('a draft survives the end of the page’s process', async () => {
     expect(await descriptionOf(await restored(view))).toBe(typed);
 });
 
+test('a draft survives the end of every process at once', async () => {
+    const { view } = await typing();
+    // While somebody types, what was typed before is kept.
+    await view.evaluate(`window.typing = setInterval(() => {
+        const field = document.querySelector('textarea');
+        field.value += '.';
+        field.dispatchEvent(new Event('input'));
+    }, 100); undefined`);
+    const text = await shared.fileWith(draftFile(), (kept) => kept.includes(`${typed}...`));
+    shared.program.crash();
+    await shared.program.waitForExit();
+    const { view: next } = await shared.open('feedback');
+    const { description } = JSON.parse(text);
+    expect((await descriptionOf(await restored(next))).startsWith(description)).toBe(true);
+});
+
 test('what was typed last survives the end of the window, and nobody else can read it', async () => {
     const { view } = await typing();
     void view.press(pageTexts.frame.close).catch(() => {});

@@ -70,8 +70,8 @@ export class ShellProgram {
         return page;
     }
 
-    /** The ids of Chromium's renderer processes. */
-    renderers() {
+    /** The ids of the program's processes, Chromium's among them. */
+    processes() {
         const pids = fs
             .readdirSync('/proc')
             .filter((name) => /^\d+$/.test(name))
@@ -82,7 +82,17 @@ export class ShellProgram {
             }
             return false;
         };
-        return pids.filter((pid) => commandLineOf(pid).includes('--type=renderer') && isOurs(pid));
+        return pids.filter(isOurs);
+    }
+
+    /** The ids of Chromium's renderer processes. */
+    renderers() {
+        return this.processes().filter((pid) => commandLineOf(pid).includes('--type=renderer'));
+    }
+
+    /** Ends all processes at once; none of them can put anything in order. */
+    crash() {
+        for (const pid of this.processes()) process.kill(pid, 'SIGKILL');
     }
 
     signal(name) {
