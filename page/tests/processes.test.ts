@@ -7,6 +7,7 @@ import {
     historyLength,
     sample,
     sampleOf,
+    timeSpan,
     withSample,
     type Sample,
 } from '@/views/processes/history';
@@ -80,7 +81,14 @@ describe('the history', () => {
 
     it('is drawn in seconds', () => {
         const history = [{ time: 1500, values: { used: 2 } }];
-        expect(chartColumns(history, ['used', 'swap'])).toEqual([[1.5], [2], [null]]);
+        expect(chartColumns(history, 'used')).toEqual([[1.5], [2]]);
+        expect(chartColumns(history, 'swap')).toEqual([[1.5], [null]]);
+    });
+
+    it('begins a minute before its only sample, or with its first', () => {
+        const at = (time: number): Sample => ({ time, values: {} });
+        expect(timeSpan([at(120_000)])).toEqual([60, 120]);
+        expect(timeSpan([at(0), at(900_000), at(905_000)])).toEqual([0, 905]);
     });
 });
 
@@ -177,12 +185,14 @@ describe('a reading as a sample', () => {
     });
 
     it.each([
-        [0, 10],
+        [0, 5],
+        [2, 5],
+        [9, 10],
         [9.5, 25],
         [40, 50],
         [90, 100],
     ])('of %s per cent is drawn on an axis up to %s', (used, end) => {
-        expect(axisEnd([{ time: 0, values: { used, swap: 99 } }], ['used'])).toBe(end);
+        expect(axisEnd([{ time: 0, values: { used, swap: 99 } }], 'used')).toBe(end);
     });
 });
 

@@ -57,6 +57,27 @@ test('the window is not among the programs that it lists', async () => {
         ${JSON.stringify(texts.all.id.replace('{id}', ''))} + ${shared.program.pid})`);
 });
 
+test('from the first reading, curves show the load of the last quarter of an hour', async () => {
+    const { view } = await shared.open('processes');
+    await view.locator('.history-chart canvas').waitFor(patience);
+    // The parts of its width that the line of the processor, which is drawn first, takes.
+    const width = await view.until(
+        `(() => {
+            const canvas = document.querySelector('.history-chart canvas');
+            const { data, width } = canvas.getContext('2d')
+                .getImageData(0, 0, canvas.width, canvas.height);
+            const columns = new Set();
+            for (let at = 0; at < data.length; at += 4) {
+                const [red, green, blue] = data.slice(at, at + 3);
+                if (data[at + 3] === 255 && blue - red > 100) columns.add((at / 4) % width);
+            }
+            return columns.size > 0 && columns.size / width;
+        })()`,
+        patience,
+    );
+    expect(width).toBeGreaterThan(0.6);
+});
+
 test('a paused view reads nothing until it goes on', async () => {
     const { view } = await shared.open('processes');
     await view.until(`${rows} > 0`, patience);

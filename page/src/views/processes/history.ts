@@ -80,22 +80,26 @@ export function withSample(history: readonly Sample[], added: Sample): Sample[] 
     return [...history, added].slice(-historyLength);
 }
 
-/** The columns that the chart draws, times in seconds; null where nothing is known. */
+/** The columns that a chart draws, times in seconds; null where nothing is known. */
 export function chartColumns(
     history: readonly Sample[],
-    curves: readonly Curve[],
-): [number[], ...(number | null)[][]] {
+    curve: Curve,
+): [number[], (number | null)[]] {
     return [
         history.map(({ time }) => time / 1000),
-        ...curves.map((curve) => history.map(({ values }) => values[curve] ?? null)),
+        history.map(({ values }) => values[curve] ?? null),
     ];
 }
 
+/** The ends of the axis of time, in seconds: a single sample is not a whole day. */
+export function timeSpan(history: readonly Sample[]): [number, number] {
+    const last = (history[history.length - 1]?.time ?? 0) / 1000;
+    const first = (history[0]?.time ?? 0) / 1000;
+    return [Math.min(first, last - 60), last];
+}
+
 /** The upper end of an axis on which the largest value can be seen. */
-export function axisEnd(history: readonly Sample[], curves: readonly Curve[]): number {
-    const largest = Math.max(
-        0,
-        ...history.flatMap(({ values }) => curves.map((curve) => values[curve] ?? 0)),
-    );
-    return [10, 25, 50].find((end) => largest <= end * 0.9) ?? 100;
+export function axisEnd(history: readonly Sample[], curve: Curve): number {
+    const largest = Math.max(0, ...history.map(({ values }) => values[curve] ?? 0));
+    return [5, 10, 25, 50].find((end) => largest <= end * 0.9) ?? 100;
 }
