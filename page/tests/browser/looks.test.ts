@@ -1,32 +1,11 @@
 import type { Page } from 'browser-driver';
 import { describe, expect, it } from 'vitest';
-import { allScenes } from './allscenes';
 import { lastSent, named, open, play, sent, useBrowser } from './playing';
-
-/** The scene that each view is introduced with. */
-const first = (await allScenes()).filter(
-    ({ name, page }) => !name.includes('-') && page !== 'vyrNpEnvCheck.html',
-);
 
 useBrowser();
 
 /** The texts of a column, from the top. */
 const column = (view: Page, selector: string) => view.locator(selector).allTextContents();
-
-describe('in a wide window', () => {
-    it.concurrent.each(first)('$name keeps to 62 rem', async (scene) => {
-        const view = await open(scene, { width: 1800 });
-        const wide = await view.evaluate(() =>
-            [...document.querySelectorAll<HTMLElement>('main p, main h2, main button, main input')]
-                .filter((element) => element.getClientRects().length > 0)
-                .map((element) => element.getBoundingClientRect())
-                .filter(({ left, right }) => left < 400 || right > 1400)
-                .map(({ left, right }) => `${left} to ${right}`),
-        );
-        expect(wide).toEqual([]);
-        await view.close();
-    });
-});
 
 describe('dates and figures', () => {
     async function shownDates(language: string): Promise<string[]> {
