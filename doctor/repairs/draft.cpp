@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "doctor/machine/filereading.h"
+#include "doctor/repairs/ownership.h"
 #include "texts/texts.h"
 
 namespace doctor {
@@ -17,25 +18,7 @@ namespace {
 
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 constexpr mode_t usualFileMode = 0644;
-constexpr mode_t othersMayWrite = S_IWGRP | S_IWOTH;
 constexpr int startField = 22;
-
-std::optional<struct stat> stateOf(const QString &path)
-{
-    struct stat state;
-    if (lstat(QFile::encodeName(path).constData(), &state) != 0)
-        return std::nullopt;
-    return state;
-}
-
-/// The directory that something is made in; the nearest one that exists.
-QString existingFolder(const QString &path)
-{
-    QString folder = path.section(QLatin1Char('/'), 0, -2);
-    while (!folder.isEmpty() && !QFileInfo::exists(folder))
-        folder = folder.section(QLatin1Char('/'), 0, -2);
-    return QFileInfo(folder.isEmpty() ? QStringLiteral("/") : folder).canonicalFilePath();
-}
 
 QStringList asRoot(const char *program, const QStringList &arguments)
 {
@@ -93,19 +76,6 @@ void Draft::expect(const Change &earlier)
     }
 }
 
-/// In the home directory, or in a directory that only this user can change.
-bool Draft::isOurs(const QString &path) const
-{
-    const QString folder = existingFolder(path);
-    const std::optional<struct stat> state = stateOf(folder);
-    if (!state || state->st_uid != geteuid())
-        return false;
-    const QString home = QFileInfo(m_machine.located(m_machine.home())).canonicalFilePath();
-    const bool isAtHome =
-        !home.isEmpty() && (folder + QLatin1Char('/')).startsWith(home + QLatin1Char('/'));
-    return isAtHome || (state->st_mode & othersMayWrite) == 0;
-}
-
 /// A link's file is changed, not the link.
 QString Draft::followed(const QString &path) const
 {
@@ -153,7 +123,7 @@ QString Draft::write(const QString &path, const QByteArray &content, std::option
     const auto later = m_later.constFind(real);
     const std::optional<struct stat> state = stateOf(real);
     const bool willExist = later == m_later.constEnd() ? state.has_value() : later->has_value();
-    if (!isOurs(real) || (state && state->st_uid != geteuid() && geteuid() != 0))
+    if (!isOurs(m_machine, real) || (state && state->st_uid != geteuid() && geteuid() != 0))
         return needsAdministrator(path);
     if (willExist) {
         const std::optional<QByteArray> before = this->content(path);
@@ -179,7 +149,7 @@ QString Draft::remove(const QString &path)
     const std::optional<struct stat> state = stateOf(located);
     if (!exists(path) || !state)
         return {};
-    if (!isOurs(located)) {
+    if (!isOurs(m_machine, located)) {
         show(asRoot("rm", {QStringLiteral("--"), located}));
         return {};
     }
@@ -209,7 +179,7 @@ QString Draft::move(const QString &path, const QString &target)
     if (exists(target))
         return texts::tr("%1 is there already").arg(target);
     const QString there = m_machine.located(target);
-    if (!isOurs(located) || !isOurs(there)) {
+    if (!isOurs(m_machine, located) || !isOurs(m_machine, there)) {
         show(asRoot("mv", {QStringLiteral("-n"), QStringLiteral("--"), located, there}));
         return {};
     }
@@ -236,7 +206,7 @@ QString Draft::makeDirectory(const QString &path, mode_t mode)
     if (exists(path))
         return QFileInfo(located).isDir() ? QString()
                                           : texts::tr("%1 is not a directory").arg(path);
-    if (!isOurs(located)) {
+    if (!isOurs(m_machine, located)) {
         show(asRoot("mkdir", {QStringLiteral("-m"), octal(mode), QStringLiteral("--"), located}));
         return {};
     }
@@ -255,7 +225,7 @@ QString Draft::makeLink(const QString &path, const QString &target)
     const QString located = m_machine.located(path);
     if (exists(path))
         return texts::tr("%1 is there already").arg(path);
-    if (!isOurs(located)) {
+    if (!isOurs(m_machine, located)) {
         show(asRoot("ln", {QStringLiteral("-s"), QStringLiteral("--"), target, located}));
         return {};
     }

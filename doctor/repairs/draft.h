@@ -42,7 +42,6 @@ public:
     void show(const QStringList &command);
 
 private:
-    bool isOurs(const QString &path) const;
     bool isDirectoryPlanned(const QString &located) const;
     void expect(const Change &earlier);
     QString followed(const QString &path) const;
