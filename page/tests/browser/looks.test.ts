@@ -8,17 +8,28 @@ useBrowser();
 const column = (view: Page, selector: string) => view.locator(selector).allTextContents();
 
 describe('dates and figures', () => {
+    /** The dates of the dumps, and then those of the history of check-ups. */
     async function shownDates(language: string): Promise<string[]> {
-        const view = await open(named('crash'), { language });
-        await view.getByText('SIGSEGV').waitFor();
-        const dates = await column(view, 'main tbody tr > :first-child');
-        await view.close();
+        const dumps = await open(named('crash'), { language });
+        await dumps.getByText('SIGSEGV').waitFor();
+        const dates = await column(dumps, 'main tbody tr > :first-child');
+        await dumps.close();
+        const history = await open(named('home-history'), { language });
+        await history.locator('.history-start').click();
+        const looks = history.locator('.history-looks li', { nth: 0 });
+        await looks.waitFor();
+        dates.push(...(await looks.allTextContents()));
+        await history.close();
         return dates.map((text) => text.trim());
     }
 
     it('are those of the language of the window', async () => {
-        expect((await shownDates('en_US'))[0]).toMatch(/^Mar 1, 2024/);
-        expect((await shownDates('zh_CN'))[0]).toMatch(/^2024年3月1日/);
+        const english = await shownDates('en_US');
+        expect(english[0]).toMatch(/^Mar 1, 2024/);
+        expect(english.pop()).toMatch(/^Mar 4, 2026/);
+        const chinese = await shownDates('zh_CN');
+        expect(chinese[0]).toMatch(/^2024年3月1日/);
+        expect(chinese.pop()).toMatch(/^2026年3月4日/);
     });
 });
 
