@@ -1,5 +1,6 @@
 import fs from 'node:fs';
 import path from 'node:path';
+import { waitFor } from 'browser-driver';
 import { expect, test } from 'vitest';
 
 import { suiteDirectory } from '../paths.mjs';
@@ -79,7 +80,10 @@ test('a repair shows what it changes, is made on disk and checked again', async 
     await home.press('Keep dumps');
     await shared.fileWith(shared.inHome(settingsFile), (text) => text.includes('SaveDump=true'));
     await home.shows(filled(texts.repaired, { what: 'Crash dumps are kept' }), patience);
-    expect(await findings(home)).not.toContain(dumpsOff);
+    // The check is made again after that.
+    await waitFor(async () => !(await findings(home)).includes(dumpsOff), {
+        what: 'the end of the finding',
+    });
 });
 
 test('a repair is undone in the history, also by a page that did not make it', async () => {
