@@ -1,6 +1,6 @@
 import { once } from 'node:events';
 import fs from 'node:fs';
-import { end, freePort, parentOf, start, waitFor } from 'browser-driver';
+import { freePort, parentOf, start, waitFor } from 'browser-driver';
 
 import { ShellPage } from './shellpage.mjs';
 
@@ -32,6 +32,7 @@ export class ShellProgram {
         program.#child = start(suite.program, words, {
             env: { ...suite.environment(display), ...env },
             stdio: ['ignore', 'pipe', 'pipe'],
+            detached: true,
         });
         program.#ended = once(program.#child, 'close');
         for (const name of ['stdout', 'stderr']) {
@@ -70,8 +71,8 @@ export class ShellProgram {
         return page;
     }
 
-    /** The ids of the program's processes, Chromium's among them. */
-    processes() {
+    /** The ids of Chromium's renderer processes. */
+    renderers() {
         const pids = fs
             .readdirSync('/proc')
             .filter((name) => /^\d+$/.test(name))
@@ -82,17 +83,15 @@ export class ShellProgram {
             }
             return false;
         };
-        return pids.filter(isOurs);
+        return pids.filter((pid) => commandLineOf(pid).includes('--type=renderer') && isOurs(pid));
     }
 
-    /** The ids of Chromium's renderer processes. */
-    renderers() {
-        return this.processes().filter((pid) => commandLineOf(pid).includes('--type=renderer'));
-    }
-
-    /** Ends all processes at once; none of them can put anything in order. */
+    /**
+     * Ends all processes of the program's group at once; none of them can put anything in order.
+     * What the program has just forked for a tool would wait for it for ever.
+     */
     crash() {
-        for (const pid of this.processes()) process.kill(pid, 'SIGKILL');
+        process.kill(-this.pid, 'SIGKILL');
     }
 
     signal(name) {
@@ -112,7 +111,8 @@ export class ShellProgram {
     /** Ends what still runs. */
     async stop() {
         for (const page of this.#pages) await page.close();
-        await end(this.#child);
+        const { exitCode, signalCode } = this.#child;
+        if (exitCode === null && signalCode === null) this.crash();
         await this.#ended;
     }
 }
