@@ -53,6 +53,18 @@ async function figuresIn(env, { shell, bareView, html }) {
         await page.evaluate(firstPaint);
         return settledMemoryOf(pid);
     };
+    const painting = (start) =>
+        compare(
+            9,
+            () => withPage(start, paintAfterStart),
+            () => withPage(peerStart, paintAfterStart),
+        );
+    const holding = (start) =>
+        compare(
+            5,
+            () => withPage(start, memory),
+            () => withPage(peerOfTwoPages, memory),
+        );
 
     return [
         figure(
@@ -70,44 +82,23 @@ async function figuresIn(env, { shell, bareView, html }) {
             }),
             1.1,
         ),
-        figure(
-            'start to first paint of the home page',
-            'ms',
-            await compare(
-                9,
-                () => withPage(shellStart, paintAfterStart),
-                () => withPage(peerStart, paintAfterStart),
-            ),
-            1.05,
-        ),
+        figure('start to first paint of the home page', 'ms', await painting(shellStart), 1.05),
         figure(
             'start to first paint of the home page, drawn alike',
             'ms',
-            await compare(
-                9,
-                () => withPage(alikeStart, paintAfterStart),
-                () => withPage(peerStart, paintAfterStart),
-            ),
+            await painting(alikeStart),
             null,
         ),
         figure(
             'memory of the window, against two pages',
             'MiB',
-            await compare(
-                5,
-                () => withPage(shellStart, memory),
-                () => withPage(peerOfTwoPages, memory),
-            ),
+            await holding(shellStart),
             mostMemory,
         ),
         figure(
             'memory of the window, against two pages, drawn alike',
             'MiB',
-            await compare(
-                5,
-                () => withPage(alikeStart, memory),
-                () => withPage(peerOfTwoPages, memory),
-            ),
+            await holding(alikeStart),
             null,
         ),
     ];
