@@ -28,14 +28,6 @@ void giveMemoryBack()
     ::malloc_trim(0);
 }
 
-/// The name may stand anywhere in the text of a call.
-bool mayBeOurs(const QString &call)
-{
-    return std::any_of(prefixes.begin(), prefixes.end(), [&call](const char *prefix) {
-        return call.contains(QLatin1String(prefix));
-    });
-}
-
 bool isOurs(const QString &operation)
 {
     return std::any_of(prefixes.begin(), prefixes.end(), [&operation](const char *prefix) {
@@ -83,19 +75,15 @@ QStringList DoctorOperations::names()
     return DoctorWorker::operations() + QStringList(QLatin1String(cancel));
 }
 
-bool DoctorOperations::take(const QString &call, QObject *receiver, const Deliver &deliver)
+bool DoctorOperations::take(const QJsonObject &call, QObject *receiver, const Deliver &deliver)
 {
-    // Most calls are the plug-in's, and need not be parsed twice.
-    if (!mayBeOurs(call))
-        return false;
-    const QJsonObject parsed = QJsonDocument::fromJson(call.toUtf8()).object();
-    const QString operation = parsed.value(QStringLiteral("command")).toString();
+    const QString operation = call.value(QLatin1String("command")).toString();
     if (!isOurs(operation))
         return false;
     if (operation == QLatin1String(cancel))
         ++m_stops->looks;
 
-    const QString callback = parsed.value(QStringLiteral("callback")).toString();
+    const QString callback = call.value(QLatin1String("callback")).toString();
     const QPointer<QObject> listener(receiver);
     const auto send = [this, callback, listener, deliver](const QJsonObject &envelope) {
         const auto pass = [callback, listener, deliver, text = textOf(envelope)] {
@@ -110,7 +98,7 @@ bool DoctorOperations::take(const QString &call, QObject *receiver, const Delive
     }
     DoctorRequest request;
     request.operation = operation;
-    request.arguments = parsed.value(QStringLiteral("args")).toObject();
+    request.arguments = call.value(QLatin1String("args")).toObject();
     request.isStopped = [stops = m_stops, looks = m_stops->looks.load()] {
         return stops->looks != looks;
     };

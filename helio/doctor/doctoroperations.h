@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
 #include <QThread>
 
@@ -28,10 +29,10 @@ public:
     /// What pages may call.
     static QStringList names();
 
-    /// Starts the operation that a page calls with the JSON text @p call, and returns at once.
-    /// Lines and answer are delivered as long as @p receiver lives.
+    /// Starts the operation that a page's @p call names, and returns at once. Lines and answer are
+    /// delivered as long as @p receiver lives.
     /// @return false if the call is none of the doctor's: it is for the plug-in
-    bool take(const QString &call, QObject *receiver, const Deliver &deliver);
+    bool take(const QJsonObject &call, QObject *receiver, const Deliver &deliver);
 
 private:
     struct Stops;

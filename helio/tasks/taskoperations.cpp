@@ -172,17 +172,13 @@ QStringList TaskOperations::names() const
     return names;
 }
 
-bool TaskOperations::take(const QString &call, QObject *receiver, const Deliver &deliver)
+bool TaskOperations::take(const QJsonObject &call, QObject *receiver, const Deliver &deliver)
 {
-    // Most calls are the plug-in's, and need not be parsed twice.
-    if (!call.contains(QLatin1String(prefix)))
-        return false;
-    const QJsonObject parsed = QJsonDocument::fromJson(call.toUtf8()).object();
-    const QString name = parsed.value(QStringLiteral("command")).toString();
+    const QString name = call.value(QLatin1String("command")).toString();
     if (!name.startsWith(QLatin1String(prefix)))
         return false;
-    const QJsonObject arguments = parsed.value(QStringLiteral("args")).toObject();
-    const Answer answer = [callback = parsed.value(QStringLiteral("callback")).toString(),
+    const QJsonObject arguments = call.value(QLatin1String("args")).toObject();
+    const Answer answer = [callback = call.value(QLatin1String("callback")).toString(),
                            listener = QPointer<QObject>(receiver),
                            deliver](const QJsonObject &envelope) {
         if (listener)

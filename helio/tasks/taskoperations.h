@@ -63,10 +63,10 @@ public:
     /// What pages may call: nothing where the command line is missing.
     QStringList names() const;
 
-    /// Starts the operation that a page calls with the JSON text @p call, and returns at once. The
-    /// answer is delivered as long as @p receiver lives.
+    /// Starts the operation that a page's @p call names, and returns at once. The answer is
+    /// delivered as long as @p receiver lives.
     /// @return false if the call is none of these: it is for the plug-in
-    bool take(const QString &call, QObject *receiver, const Deliver &deliver);
+    bool take(const QJsonObject &call, QObject *receiver, const Deliver &deliver);
 
 private:
     using Answer = std::function<void(const QJsonObject &envelope)>;

@@ -21,26 +21,35 @@
     // Unique, because answers to an earlier document's calls may still arrive.
     const answerPrefix = `helioAnswer${Date.now().toString(36)}_`;
     const openCalls = new Map();
-    const waitingCalls = [];
     let wire = null;
     let callCount = 0;
 
-    // Writing a property needs no acknowledgement, unlike a method call. The answer comes as a
-    // callback.
-    function send(text) {
-        wire.jsAsynCall = text;
-    }
+    const wireIsThere = new Promise((resolve) => {
+        new QWebChannel(qt.webChannelTransport, (channel) => {
+            wire = channel.objects.wire;
+            wire.callbackToJS.connect(receive);
+            resolve();
+        });
+    });
 
     // `listen` receives what comes before the answer of an operation that says it piece by piece.
     function call(command, args, listen) {
+        if (!wire) return callLater(command, args, listen);
         return new Promise((resolve, reject) => {
             callCount += 1;
             const callback = answerPrefix + callCount;
-            const text = JSON.stringify({ command, callback, args });
+            // Writing a property needs no acknowledgement, unlike a method call. The answer comes
+            // as a callback.
+            wire.jsAsynCall = { command, callback, args };
             openCalls.set(callback, { resolve, reject, listen });
-            if (wire) send(text);
-            else waitingCalls.push(text);
         });
+    }
+
+    // With the arguments of now: they may change before there is a wire.
+    async function callLater(command, args, listen) {
+        const copy = JSON.stringify({ args });
+        await wireIsThere;
+        return call(command, JSON.parse(copy).args, listen);
     }
 
     function settle({ resolve, reject }, envelope) {
@@ -82,11 +91,5 @@
             operations: Object.freeze(settings.operations),
         }),
         enumerable: true,
-    });
-
-    new QWebChannel(qt.webChannelTransport, (channel) => {
-        wire = channel.objects.wire;
-        wire.callbackToJS.connect(receive);
-        waitingCalls.splice(0).forEach(send);
     });
 })(HELIO_SETTINGS);

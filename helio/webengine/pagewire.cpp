@@ -2,11 +2,45 @@
 
 #include <QJsonDocument>
 
-#include <algorithm>
-
 #include "helio/doctor/doctoroperations.h"
 #include "helio/tasks/taskoperations.h"
 #include "host/kxwebviewasynjsobject.h"
+#include "host/kxwebviewjscontext.h"
+
+namespace {
+
+constexpr QLatin1String commandKey("command");
+constexpr QLatin1String callbackKey("callback");
+constexpr QLatin1String argumentsKey("args");
+
+QJsonObject objectOf(const QByteArray &json)
+{
+    return QJsonDocument::fromJson(json).object();
+}
+
+QString textOf(const QJsonObject &object)
+{
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+/// Runs a command, and has the script object refuse what is none.
+void run(const QJsonObject &call, KxWebViewAsynJSObject &api)
+{
+    const QJsonValue command = call.value(commandKey);
+    const QJsonValue callback = call.value(callbackKey);
+    const QJsonValue arguments = call.value(argumentsKey);
+    const bool isComplete = command.isString() && (callback.isUndefined() || callback.isString()) &&
+                            (arguments.isUndefined() || arguments.isObject());
+    if (!isComplete) {
+        api.fromJSAsynCall(textOf(call));
+        return;
+    }
+    KxWebViewJSContext context;
+    context.parse(command.toString(), callback.toString(), arguments.toObject().toVariantMap());
+    api.handleMethod(command.toString(), context, true);
+}
+
+} // namespace
 
 namespace helio {
 
@@ -48,30 +82,42 @@ void PageWire::forgetPage()
 
 void PageWire::fromJSAsynCall(const QString &call)
 {
-    pass(call, false);
+    if (isHeard() && !isTaken(objectOf(call.toUtf8())) && m_api)
+        m_api->queueJSAsynCall(call, false);
 }
 
 void PageWire::fromJSAsynCallBase64(const QString &call)
 {
-    pass(call, true);
+    if (isHeard() && !isTaken(objectOf(QByteArray::fromBase64(call.toLatin1()))) && m_api)
+        m_api->queueJSAsynCall(call, true);
 }
 
-void PageWire::pass(const QString &call, bool base64)
+void PageWire::takeCall(const QJsonObject &call)
 {
-    m_hasPage = true;
-    if (!m_isTrusted()) {
-        qWarning("a call from a document outside the page directory was refused");
-        return;
-    }
-    const QString text = base64 ? QString::fromUtf8(QByteArray::fromBase64(call.toLatin1())) : call;
-    if (isTakenByHelpers(text) || isTakenByShell(text))
+    if (!isHeard() || isTaken(call) || !m_api)
         return;
     // Queued: a command may show a dialog, and Chromium would be blocked until it returns.
-    if (m_api)
-        m_api->queueJSAsynCall(call, base64);
+    QMetaObject::invokeMethod(
+        m_api, [api = m_api.data(), call] { run(call, *api); }, Qt::QueuedConnection);
 }
 
-bool PageWire::isTakenByHelpers(const QString &call)
+bool PageWire::isHeard()
+{
+    m_hasPage = true;
+    const bool isTrusted = m_isTrusted();
+    if (!isTrusted)
+        qWarning("a call from a document outside the page directory was refused");
+    return isTrusted;
+}
+
+bool PageWire::isTaken(const QJsonObject &call)
+{
+    // The plug-in's commands are identifiers; what else can be called has a dot in its name.
+    return call.value(commandKey).toString().contains(QLatin1Char('.')) &&
+           (isTakenByHelpers(call) || isTakenByShell(call));
+}
+
+bool PageWire::isTakenByHelpers(const QJsonObject &call)
 {
     const auto toPage = [this](const QString &callback, const QString &json) {
         deliver(callback, json, false);
@@ -80,20 +126,14 @@ bool PageWire::isTakenByHelpers(const QString &call)
            (m_tasks && m_tasks->take(call, this, toPage));
 }
 
-bool PageWire::isTakenByShell(const QString &call)
+bool PageWire::isTakenByShell(const QJsonObject &call)
 {
-    // Most calls are the plug-in's, and need not be parsed twice.
-    const auto isNamed = [&call](const QString &name) { return call.contains(name); };
-    if (std::none_of(m_operations.keyBegin(), m_operations.keyEnd(), isNamed))
+    const auto operation = m_operations.constFind(call.value(commandKey).toString());
+    if (operation == m_operations.constEnd())
         return false;
-    const QJsonObject parsed = QJsonDocument::fromJson(call.toUtf8()).object();
-    const auto operation = m_operations.value(parsed.value(QStringLiteral("command")).toString());
-    if (!operation)
-        return false;
-    const QJsonObject answer = operation(parsed.value(QStringLiteral("args")).toObject());
-    const QJsonDocument envelope(QJsonObject{{QStringLiteral("result"), answer}});
-    deliver(parsed.value(QStringLiteral("callback")).toString(),
-            QString::fromUtf8(envelope.toJson(QJsonDocument::Compact)), false);
+    const QJsonObject answer = (*operation)(call.value(argumentsKey).toObject());
+    deliver(call.value(callbackKey).toString(), textOf({{QStringLiteral("result"), answer}}),
+            false);
     return true;
 }
 

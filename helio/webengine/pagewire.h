@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
 #include <QPointer>
 
@@ -17,16 +18,20 @@ namespace helio {
 class PageWire : public QObject
 {
     Q_OBJECT
-    /// Same as fromJSAsynCall(), as a property write: QWebChannel acknowledges method calls with an
-    /// extra message, which takes about as long as the answer.
-    Q_PROPERTY(QString jsAsynCall READ jsAsynCall WRITE fromJSAsynCall NOTIFY jsAsynCallChanged)
+    /// A call as an object, which neither side has to write into a text and to read again. A
+    /// property: QWebChannel acknowledges method calls with an extra message, which takes about as
+    /// long as the answer.
+    Q_PROPERTY(QJsonObject jsAsynCall READ jsAsynCall WRITE takeCall NOTIFY jsAsynCallChanged)
 
 public:
     /// Serves the document in the main frame while @p isTrusted returns true.
     explicit PageWire(std::function<bool()> isTrusted, QObject *parent = nullptr);
 
     /// Empty: the property is for writing only.
-    QString jsAsynCall() const { return {}; }
+    QJsonObject jsAsynCall() const { return {}; }
+
+    /// The same as fromJSAsynCall() with the call's text.
+    void takeCall(const QJsonObject &call);
 
     void setApi(KxWebViewAsynJSObject *api);
     /// What the shell offers beside the plug-in's commands.
@@ -55,9 +60,10 @@ public slots:
     void fromJSAsynCallBase64(const QString &call);
 
 private:
-    void pass(const QString &call, bool base64);
-    bool isTakenByHelpers(const QString &call);
-    bool isTakenByShell(const QString &call);
+    bool isHeard();
+    bool isTaken(const QJsonObject &call);
+    bool isTakenByHelpers(const QJsonObject &call);
+    bool isTakenByShell(const QJsonObject &call);
 
     std::function<bool()> m_isTrusted;
     bool m_hasPage = true;

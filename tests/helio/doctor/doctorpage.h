@@ -21,9 +21,9 @@ public:
         const QJsonObject call{{QStringLiteral("command"), operation},
                                {QStringLiteral("callback"), QString::number(++m_calls)},
                                {QStringLiteral("args"), arguments}};
-        return operations.take(
-            QString::fromUtf8(QJsonDocument(call).toJson()), this,
-            [this](const QString &callback, const QString &json) { receive(callback, json); });
+        return operations.take(call, this, [this](const QString &callback, const QString &json) {
+            receive(callback, json);
+        });
     }
 
     /// The envelope that ends the last call.

@@ -23,7 +23,7 @@ int main(int argc, char *argv[])
     };
     // Where your shell receives what a page calls. Pass on calls of trusted documents only.
     const auto fromPage = [&](const QString &call) {
-        if (!doctor.take(call, &page, toPage))
+        if (!doctor.take(QJsonDocument::fromJson(call.toUtf8()).object(), &page, toPage))
             std::printf("for the plug-in: %s\n", qPrintable(call));
     };
 

@@ -20,11 +20,9 @@ public:
         const QJsonObject call{{QStringLiteral("command"), name},
                                {QStringLiteral("callback"), QString::number(++m_calls)},
                                {QStringLiteral("args"), arguments}};
-        operations.take(QString::fromUtf8(QJsonDocument(call).toJson()), this,
-                        [this](const QString &callback, const QString &json) {
-                            m_envelopes.insert(callback.toInt(),
-                                               QJsonDocument::fromJson(json.toUtf8()).object());
-                        });
+        operations.take(call, this, [this](const QString &callback, const QString &json) {
+            m_envelopes.insert(callback.toInt(), QJsonDocument::fromJson(json.toUtf8()).object());
+        });
         return m_calls;
     }
 

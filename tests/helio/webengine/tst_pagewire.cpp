@@ -1,3 +1,5 @@
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTest>
@@ -40,6 +42,11 @@ struct Wiring
 
 const QString countCall = QStringLiteral(R"({"command":"count","callback":"counted"})");
 
+QJsonObject objectOf(const QString &call)
+{
+    return QJsonDocument::fromJson(call.toUtf8()).object();
+}
+
 } // namespace
 
 class PageWireTest : public QObject
@@ -52,6 +59,7 @@ private slots:
     void aCallRunsAfterTheWireHasReturned();
     void aBase64CallIsTheSame();
     void aCallWrittenToThePropertyIsTheSame();
+    void whatIsNoCallIsRefusedAsItsTextIs();
     void aForeignDocumentIsNeitherHeardNorAnswered();
     void withoutAScriptObjectNothingHappens();
     void operationsOfTheDoctorAreForTrustedDocumentsOnly();
@@ -103,12 +111,31 @@ void PageWireTest::aCallWrittenToThePropertyIsTheSame()
 {
     Wiring wiring;
     QSignalSpy changes(&wiring.wire, &helio::PageWire::jsAsynCallChanged);
-    QVERIFY(wiring.wire.setProperty("jsAsynCall", countCall));
+    QVERIFY(wiring.wire.setProperty("jsAsynCall", objectOf(countCall)));
     QCOMPARE(wiring.counter->calls, 0);
     QTRY_COMPARE_WITH_TIMEOUT(wiring.counter->calls, 1, testsupport::longestWaitMs);
     // QWebChannel would send the page its own call back.
     QCOMPARE(changes.count(), 0);
-    QCOMPARE(wiring.wire.property("jsAsynCall"), QVariant(QString()));
+    QCOMPARE(wiring.wire.property("jsAsynCall"), QVariant(QJsonObject()));
+}
+
+void PageWireTest::whatIsNoCallIsRefusedAsItsTextIs()
+{
+    Wiring wiring;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    for (const char *call :
+         {R"({})", R"({"command":1,"callback":"told"})", R"({"command":"count","callback":1})",
+          R"({"command":"count","callback":"told","args":[]})",
+          R"({"command":"no","callback":"told"})"}) {
+        const QString text = QString::fromUtf8(call);
+        wiring.wire.fromJSAsynCall(text);
+        wiring.wire.takeCall(objectOf(text));
+        QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 2, testsupport::longestWaitMs);
+        QVERIFY(answers.first().at(1).toString().startsWith(QLatin1String(R"({"error":)")));
+        QCOMPARE(answers.at(1), answers.first());
+        answers.clear();
+    }
+    QCOMPARE(wiring.counter->calls, 0);
 }
 
 void PageWireTest::aForeignDocumentIsNeitherHeardNorAnswered()
@@ -121,7 +148,7 @@ void PageWireTest::aForeignDocumentIsNeitherHeardNorAnswered()
                              "a call from a document outside the page directory was refused");
     wiring.wire.fromJSAsynCall(countCall);
     wiring.wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
-    wiring.wire.setProperty("jsAsynCall", countCall);
+    wiring.wire.takeCall(objectOf(countCall));
     wiring.container.runCallback(QStringLiteral("later"), QStringLiteral("{}"), false);
     QCoreApplication::processEvents();
     QCOMPARE(wiring.counter->calls, 0);
@@ -168,8 +195,8 @@ void PageWireTest::operationsOfTheDoctorAreForTrustedDocumentsOnly()
                          "a call from a document outside the page directory was refused");
     wiring.wire.fromJSAsynCall(call);
     bool isOver = false;
-    QVERIFY(
-        doctor.take(call, this, [&isOver](const QString &, const QString &) { isOver = true; }));
+    QVERIFY(doctor.take(objectOf(call), this,
+                        [&isOver](const QString &, const QString &) { isOver = true; }));
     QTRY_VERIFY_WITH_TIMEOUT(isOver, testsupport::longestWaitMs);
     QCOMPARE(answers.count(), 3);
 }
@@ -188,6 +215,10 @@ void PageWireTest::operationsOfTheShellAreAnsweredAtOnce()
     QCOMPARE(answers.takeFirst(),
              (QVariantList{QStringLiteral("told"),
                            QStringLiteral(R"({"result":{"given":{"a":1}}})"), false}));
+
+    wiring.wire.takeCall(objectOf(call));
+    QCOMPARE(answers.count(), 1);
+    answers.clear();
 
     // The name may also be in the arguments of a command.
     wiring.wire.fromJSAsynCall(
