@@ -177,6 +177,9 @@ test('the next start says what is different, and keeps that for the user alone',
     expect(fs.statSync(kept).mode & 0o777).toBe(0o600);
     expect(JSON.parse(fs.readFileSync(kept, 'utf8')).at(-1).found).not.toContain('own.open');
 
+    await reload(home);
+    await home.hides(texts.sinceLast.slice(0, 10));
+
     fs.writeFileSync(kept, 'rubbish');
     await reload(home);
     await home.hides(texts.sinceLast.slice(0, 10));

@@ -59,7 +59,7 @@ export function useVerdict(checkup: Checkup) {
         const remarks: string[] = [];
         if (finishedAt.value.getTime() - since.getTime() > minute) {
             remarks.push(t('home.checkup.since', { time: moment(since) }));
-        } else if (last) {
+        } else if (last && fixed.length + appeared.length > 0) {
             const counts = { fixed: fixed.length, appeared: appeared.length };
             remarks.push(t('home.checkup.sinceLast', counts));
         }
