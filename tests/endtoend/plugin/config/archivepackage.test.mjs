@@ -378,9 +378,15 @@ describe('privacy', () => {
         await root.writeFile(`${workDirectory}/sysinfo.txt`, 'secret');
         const twice = ['first', 'second'].map(
             (name) =>
-                `bash /scripts/archivepackage.sh ~/${name} a b '' true false false '' ${resources} &`,
+                `bash /scripts/archivepackage.sh ~/${name} a b '' true false false '' ${resources} 9<&- &`,
         );
-        await root.run(['bash', '-c', `${twice.join(' ')} wait`]);
+        // Neither begins before both have said that they may need the report.
+        const waiting = "pgrep -fc '^flock -w '";
+        const script = `exec 9< ${workDirectory}; flock 9
+            ${twice.join('\n')}
+            for ((n = 0; n < 3000; n++)); do [ "$(${waiting})" = 2 ] && break; sleep 0.01; done
+            exec 9<&-; wait`;
+        await root.run(['bash', '-c', script]);
         for (const name of ['first', 'second']) {
             const { stdout } = await root.run(['tar', '-tzf', `/home/user/${name}.tar.gz`]);
             expect(stdout).toContain('/sysinfo.txt');
