@@ -232,7 +232,9 @@ int runApplication(const shell::ShellOptions &options, const char *programName)
     if (isDrawnByProcessor)
         QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     QApplication application(chromium.count(), chromium.values());
-    QLoggingCategory::setFilterRules({});
+    // Chromium of Qt 6 lists what it draws with when the first page is made.
+    QLoggingCategory::setFilterRules(
+        isDrawnByProcessor ? QStringLiteral("qt.webenginecontext=false") : QString());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("org.officeassistant.officeassistant"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/shell/icon.png")));
