@@ -19,13 +19,15 @@ const callbacks = [
 const homeView = 'index.html';
 const patience = { timeoutMs: 90_000 };
 
-/** Records every call of the page's callbacks; its own functions still run. */
+/** Records every call of the page's callbacks; its own functions, also later ones, still run. */
 const listen = `void ${JSON.stringify(callbacks)}.forEach((name) => {
-    const own = window[name];
-    window[name] = (envelope) => {
+    let own = window[name];
+    const record = (envelope) => {
         (window.told = window.told || []).push({ callback: name, ...envelope });
         if (own) own(envelope);
     };
+    const set = (later) => void (own = later);
+    Object.defineProperty(window, name, { get: () => record, set, configurable: true });
 })`;
 
 /** Writes a file that the command waits for, or waits for a file that it writes or removes. */
