@@ -77,10 +77,14 @@ export function viewTests() {
         return { home, view: await shared.view(name) };
     };
 
-    /** The view that is opening beside the home page. */
+    /** The view that is opening beside the home page, once it takes keys. */
     shared.view = async (name) => {
         const view = await shared.program.page(`${name}.html`, { Kind: ViewPage });
         await view.shows(pageTexts[name].title);
+        // A document of its own shows its title before its script runs, and Chromium drops the keys
+        // that come before it has drawn.
+        await view.until("document.querySelector('.outline') === null", patience);
+        await view.drawn();
         return view;
     };
 

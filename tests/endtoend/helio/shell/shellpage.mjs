@@ -15,13 +15,20 @@ export class ShellPage extends Page {
         return this.evaluate(`helio.call(${JSON.stringify(command)}, ${JSON.stringify(args)})`);
     }
 
+    /** Waits until the page has been drawn as it is now. */
+    async drawn() {
+        await this.evaluate(`(async () => {
+            const frame = () => new Promise((resolve) => requestAnimationFrame(resolve));
+            // The second frame starts only after the first one has been drawn.
+            await frame();
+            await frame();
+        })()`);
+    }
+
     /** Where on the screen the middle of an element is, once the page has been drawn. */
     async placeOf(selector) {
-        return this.evaluate(`(async () => {
-            const drawn = () => new Promise((resolve) => requestAnimationFrame(resolve));
-            // The second frame starts only after the first one has been drawn.
-            await drawn();
-            await drawn();
+        await this.drawn();
+        return this.evaluate(`(() => {
             const box = document.querySelector(${JSON.stringify(selector)}).getBoundingClientRect();
             return { x: Math.round(screenX + box.x + box.width / 2),
                 y: Math.round(screenY + box.y + box.height / 2) };
