@@ -25,6 +25,15 @@ export async function compare(rounds, measureOurs, measurePeer) {
 }
 
 /**
+ * Of an odd number of comparisons the one with the median ratio.
+ * @param {{ours: number, peer: number, ratio: number}[]} comparisons
+ */
+export function middleOf(comparisons) {
+    const sorted = [...comparisons].sort((a, b) => a.ratio - b.ratio);
+    return sorted[Math.floor(sorted.length / 2)];
+}
+
+/**
  * One line of the results.
  * @param {{ours: number, peer: number, ratio: number}} comparison
  * @param {number | null} goal the ratio that is good enough, if there is one

@@ -5,7 +5,7 @@
 
 #include "helio/shell/window/sidebarwidths.h"
 #include "helio/shell/window/windowmemory.h"
-#include "helio/webengine/pageoperations.h"
+#include "helio/webengine/wire/pageoperations.h"
 
 namespace helio {
 class WebEngineBrowser;

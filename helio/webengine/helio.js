@@ -60,13 +60,8 @@
         }
     }
 
-    function textOfBase64(base64) {
-        const bytes = Uint8Array.from(atob(base64), (character) => character.charCodeAt(0));
-        return new TextDecoder().decode(bytes);
-    }
-
-    function receive(callback, json, isBase64) {
-        const envelope = JSON.parse(isBase64 ? textOfBase64(json) : json);
+    function receive(callback, json) {
+        const envelope = JSON.parse(json);
         const openCall = openCalls.get(callback);
         if (openCall && Object.prototype.hasOwnProperty.call(envelope, 'line')) {
             openCall.listen?.(envelope.line);

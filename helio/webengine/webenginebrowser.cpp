@@ -21,8 +21,8 @@
 #include "helio/webengine/pagenotice.h"
 #include "helio/webengine/pagescript.h"
 #include "helio/webengine/pagesurroundings.h"
-#include "helio/webengine/pagewire.h"
-#include "helio/webengine/webenginecontainer.h"
+#include "helio/webengine/wire/pagewire.h"
+#include "helio/webengine/wire/webenginecontainer.h"
 #include "host/kxwebviewasynjsobject.h"
 
 namespace {
@@ -164,12 +164,8 @@ void WebEngineBrowser::nameWayOut(const QString &name)
 
 void WebEngineBrowser::closeInPlaceOfPage(const QString &type)
 {
-    if (!m_api)
-        return;
-    const QJsonObject arguments{{QStringLiteral("type"), type}};
-    const QJsonObject call{{QStringLiteral("command"), QStringLiteral("closechildwindow")},
-                           {QStringLiteral("args"), arguments}};
-    m_api->queueJSAsynCall(textOf(call), false);
+    m_wire->addCall({{QStringLiteral("command"), QStringLiteral("closechildwindow")},
+                     {QStringLiteral("args"), QJsonObject{{QStringLiteral("type"), type}}}});
 }
 
 bool WebEngineBrowser::eventFilter(QObject *watched, QEvent *event)
@@ -203,8 +199,7 @@ void WebEngineBrowser::askForApi()
 {
     QObject *api = nullptr;
     emit creatingApi(m_container, &api);
-    m_api = qobject_cast<KxWebViewAsynJSObject *>(api);
-    m_wire->setApi(m_api);
+    m_wire->setApi(qobject_cast<KxWebViewAsynJSObject *>(api));
     m_page->webChannel()->registerObject(QStringLiteral("wire"), m_wire);
 }
 

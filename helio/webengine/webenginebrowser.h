@@ -4,10 +4,9 @@
 
 #include "helio/webengine/layers/pagelayers.h"
 #include "helio/webengine/pagedirectory.h"
-#include "helio/webengine/pageoperations.h"
+#include "helio/webengine/wire/pageoperations.h"
 #include "host/kheliobrowser.h"
 
-class KxWebViewAsynJSObject;
 class QWebEngineProfile;
 class QWebEngineView;
 
@@ -97,7 +96,6 @@ private:
     PageNotice *m_notice;
     PageWire *m_wire;
     WebEngineContainer *m_container;
-    KxWebViewAsynJSObject *m_api = nullptr;
     QUrl m_url;
     bool m_focusOnLoad = false;
     bool m_isLoading = false;

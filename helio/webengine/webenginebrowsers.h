@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "helio/webengine/pagedirectory.h"
-#include "helio/webengine/pageoperations.h"
 #include "helio/webengine/pagesurroundings.h"
+#include "helio/webengine/wire/pageoperations.h"
 #include "host/kheliobrowser.h"
 
 class QWebEngineProfile;

@@ -28,21 +28,42 @@ QString unreadableCallCallback()
     return QStringLiteral("helioErrorCallBack");
 }
 
-std::unique_ptr<Json::StreamWriter> makeCompactWriter()
+/// Longer than nearly all answers.
+constexpr std::size_t largestKeptText = 64 * 1024;
+
+/// Writes answers on one line. Kept: making a writer and a stream takes longer than writing an
+/// answer, and a search writes many.
+class AnswerWriter
 {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
-    return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
-}
+public:
+    AnswerWriter()
+    {
+        Json::StreamWriterBuilder builder;
+        builder["indentation"] = "";
+        builder["emitUTF8"] = true;
+        m_writer.reset(builder.newStreamWriter());
+    }
+
+    QString write(const Json::Value &value)
+    {
+        m_stream.clear();
+        m_stream.str({});
+        m_writer->write(value, &m_stream);
+        const std::string text = m_stream.str();
+        if (text.size() > largestKeptText)
+            m_stream = std::ostringstream();
+        return QString::fromStdString(text);
+    }
+
+private:
+    std::unique_ptr<Json::StreamWriter> m_writer;
+    std::ostringstream m_stream;
+};
 
 QString toJsonText(const Json::Value &value)
 {
-    // Making a writer takes longer than writing an answer, and a search writes many.
-    thread_local const std::unique_ptr<Json::StreamWriter> writer = makeCompactWriter();
-    std::ostringstream text;
-    writer->write(value, &text);
-    return QString::fromStdString(text.str());
+    thread_local AnswerWriter writer;
+    return writer.write(value);
 }
 
 QString answerText(const KxWebViewJSContext &context)
@@ -68,14 +89,25 @@ bool isIdentifier(const QString &name)
     });
 }
 
+bool isSlotForContext(const QMetaMethod &method)
+{
+    return method.methodType() == QMetaMethod::Slot && method.parameterCount() == 1 &&
+           method.parameterTypes().first() == "KxWebViewJSContext&";
+}
+
 /// The slot of a command; an invalid method for anything else that the class has.
 QMetaMethod commandSlot(const QMetaObject *metaObject, const QString &command)
 {
     if (!isIdentifier(command))
         return {};
-    const QByteArray signature = command.toLatin1() + "(KxWebViewJSContext&)";
-    const QMetaMethod method = metaObject->method(metaObject->indexOfSlot(signature.constData()));
-    return method.access() == QMetaMethod::Public ? method : QMetaMethod();
+    // By name: QMetaObject's own search takes the types of the signature apart first.
+    const QByteArray name = command.toLatin1();
+    for (int index = metaObject->methodCount() - 1; index >= 0; --index) {
+        const QMetaMethod method = metaObject->method(index);
+        if (method.name() == name && isSlotForContext(method))
+            return method.access() == QMetaMethod::Public ? method : QMetaMethod();
+    }
+    return {};
 }
 
 /// Why a call cannot be made; empty if it can.

@@ -1,4 +1,4 @@
-#include "helio/webengine/pagewire.h"
+#include "helio/webengine/wire/pagewire.h"
 
 #include <QJsonDocument>
 
@@ -16,6 +16,11 @@ constexpr QLatin1String argumentsKey("args");
 QJsonObject objectOf(const QByteArray &json)
 {
     return QJsonDocument::fromJson(json).object();
+}
+
+QString textOfBase64(const QString &base64)
+{
+    return QString::fromUtf8(QByteArray::fromBase64(base64.toLatin1()));
 }
 
 QString textOf(const QJsonObject &object)
@@ -72,7 +77,7 @@ void PageWire::setOperations(const PageOperations &operations)
 void PageWire::deliver(const QString &callback, const QString &json, bool base64)
 {
     if (m_hasPage && m_isTrusted())
-        emit callbackToJS(callback, json, base64);
+        emit callbackToJS(callback, base64 ? textOfBase64(json) : json);
 }
 
 void PageWire::forgetPage()
@@ -82,23 +87,41 @@ void PageWire::forgetPage()
 
 void PageWire::fromJSAsynCall(const QString &call)
 {
-    if (isHeard() && !isTaken(objectOf(call.toUtf8())) && m_api)
-        m_api->queueJSAsynCall(call, false);
+    if (isHeard() && !isTaken(objectOf(call.toUtf8())))
+        addText(call, false);
 }
 
 void PageWire::fromJSAsynCallBase64(const QString &call)
 {
-    if (isHeard() && !isTaken(objectOf(QByteArray::fromBase64(call.toLatin1()))) && m_api)
-        m_api->queueJSAsynCall(call, true);
+    if (isHeard() && !isTaken(objectOf(QByteArray::fromBase64(call.toLatin1()))))
+        addText(call, true);
 }
 
 void PageWire::takeCall(const QJsonObject &call)
 {
-    if (!isHeard() || isTaken(call) || !m_api)
-        return;
-    // Queued: a command may show a dialog, and Chromium would be blocked until it returns.
-    QMetaObject::invokeMethod(
-        m_api, [api = m_api.data(), call] { run(call, *api); }, Qt::QueuedConnection);
+    if (isHeard() && !isTaken(call))
+        addCall(call);
+}
+
+// Both later: a command may show a dialog, and Chromium would be blocked until it returns.
+void PageWire::addCall(const QJsonObject &call)
+{
+    m_calls.add([api = m_api, call] {
+        if (api)
+            run(call, *api);
+    });
+}
+
+void PageWire::addText(const QString &call, bool base64)
+{
+    m_calls.add([api = m_api, call, base64] {
+        if (!api)
+            return;
+        if (base64)
+            api->fromJSAsynCallBase64(call);
+        else
+            api->fromJSAsynCall(call);
+    });
 }
 
 bool PageWire::isHeard()

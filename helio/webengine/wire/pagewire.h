@@ -6,7 +6,8 @@
 
 #include <functional>
 
-#include "helio/webengine/pageoperations.h"
+#include "helio/webengine/wire/callqueue.h"
+#include "helio/webengine/wire/pageoperations.h"
 
 class KxWebViewAsynJSObject;
 
@@ -33,6 +34,9 @@ public:
     /// The same as fromJSAsynCall() with the call's text.
     void takeCall(const QJsonObject &call);
 
+    /// Makes a call in place of the page, after those that the page has made.
+    void addCall(const QJsonObject &call);
+
     void setApi(KxWebViewAsynJSObject *api);
     /// What the shell offers beside the plug-in's commands.
     void setDoctor(DoctorOperations *doctor);
@@ -43,11 +47,13 @@ public:
     /// process that is gone would keep the channel from the next one.
     void forgetPage();
 
-    /// Calls the page's function @p callback if the document is trusted.
+    /// Calls the page's function @p callback with the JSON, or what it encodes, if the document is
+    /// trusted.
     void deliver(const QString &callback, const QString &json, bool base64);
 
 signals:
-    void callbackToJS(const QString &callback, const QString &json, bool base64);
+    /// The JSON is decoded already.
+    void callbackToJS(const QString &callback, const QString &json);
 
     /// Never emitted: QWebChannel warns about properties without a notify signal.
     void jsAsynCallChanged();
@@ -64,6 +70,7 @@ private:
     bool isTaken(const QJsonObject &call);
     bool isTakenByHelpers(const QJsonObject &call);
     bool isTakenByShell(const QJsonObject &call);
+    void addText(const QString &call, bool base64);
 
     std::function<bool()> m_isTrusted;
     bool m_hasPage = true;
@@ -71,6 +78,7 @@ private:
     QPointer<DoctorOperations> m_doctor;
     QPointer<TaskOperations> m_tasks;
     PageOperations m_operations;
+    CallQueue m_calls;
 };
 
 } // namespace helio

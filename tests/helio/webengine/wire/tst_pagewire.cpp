@@ -5,8 +5,8 @@
 #include <QTest>
 
 #include "helio/doctor/doctoroperations.h"
-#include "helio/webengine/pagewire.h"
-#include "helio/webengine/webenginecontainer.h"
+#include "helio/webengine/wire/pagewire.h"
+#include "helio/webengine/wire/webenginecontainer.h"
 #include "host/kxwebviewasynjsobject.h"
 #include "host/kxwebviewjscontext.h"
 #include "tests/support/patience.h"
@@ -58,6 +58,8 @@ private slots:
     void aCallIsAnsweredThroughTheSignal();
     void aCallRunsAfterTheWireHasReturned();
     void aBase64CallIsTheSame();
+    void aBase64AnswerIsDecoded();
+    void callsAreMadeInTheirOrder();
     void aCallWrittenToThePropertyIsTheSame();
     void whatIsNoCallIsRefusedAsItsTextIs();
     void aForeignDocumentIsNeitherHeardNorAnswered();
@@ -73,7 +75,7 @@ void PageWireTest::thePageReachesTwoCallsOnePropertyAndTheAnswers()
     QList<QByteArray> own;
     for (int index = metaObject.methodOffset(); index < metaObject.methodCount(); ++index)
         own.append(metaObject.method(index).methodSignature());
-    QCOMPARE(own, (QList<QByteArray>{"callbackToJS(QString,QString,bool)", "jsAsynCallChanged()",
+    QCOMPARE(own, (QList<QByteArray>{"callbackToJS(QString,QString)", "jsAsynCallChanged()",
                                      "fromJSAsynCall(QString)", "fromJSAsynCallBase64(QString)"}));
     QCOMPARE(metaObject.propertyCount(), QObject::staticMetaObject.propertyCount() + 1);
     const QMetaProperty property = metaObject.property(metaObject.propertyOffset());
@@ -89,7 +91,7 @@ void PageWireTest::aCallIsAnsweredThroughTheSignal()
     wiring.wire.fromJSAsynCall(countCall);
     QVERIFY(answers.wait(testsupport::longestWaitMs));
     QCOMPARE(answers.first(),
-             (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})"), false}));
+             (QVariantList{QStringLiteral("counted"), QStringLiteral(R"({"result":1})")}));
 }
 
 void PageWireTest::aCallRunsAfterTheWireHasReturned()
@@ -105,6 +107,37 @@ void PageWireTest::aBase64CallIsTheSame()
     Wiring wiring;
     wiring.wire.fromJSAsynCallBase64(QString::fromLatin1(countCall.toUtf8().toBase64()));
     QTRY_COMPARE_WITH_TIMEOUT(wiring.counter->calls, 1, testsupport::longestWaitMs);
+}
+
+void PageWireTest::aBase64AnswerIsDecoded()
+{
+    Wiring wiring;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    const QString json = QStringLiteral(R"({"result":"\u00fc"})").append(QChar(0x4e2d));
+    wiring.wire.deliver(QStringLiteral("told"), QString::fromLatin1(json.toUtf8().toBase64()),
+                        true);
+    QCOMPARE(answers.takeFirst(), (QVariantList{QStringLiteral("told"), json}));
+}
+
+void PageWireTest::callsAreMadeInTheirOrder()
+{
+    Wiring wiring;
+    QSignalSpy answers(&wiring.wire, &helio::PageWire::callbackToJS);
+    const auto callTelling = [](const char *callback) {
+        return QStringLiteral(R"({"command":"count","callback":"%1"})")
+            .arg(QLatin1String(callback));
+    };
+    wiring.wire.addCall(objectOf(callTelling("first")));
+    wiring.wire.fromJSAsynCall(callTelling("second"));
+    wiring.wire.takeCall(objectOf(callTelling("third")));
+    wiring.wire.fromJSAsynCallBase64(
+        QString::fromLatin1(callTelling("fourth").toUtf8().toBase64()));
+    QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 4, testsupport::longestWaitMs);
+    QStringList told;
+    for (const QList<QVariant> &answer : qAsConst(answers))
+        told.append(answer.first().toString());
+    QCOMPARE(told, (QStringList{QStringLiteral("first"), QStringLiteral("second"),
+                                QStringLiteral("third"), QStringLiteral("fourth")}));
 }
 
 void PageWireTest::aCallWrittenToThePropertyIsTheSame()
@@ -185,8 +218,8 @@ void PageWireTest::operationsOfTheDoctorAreForTrustedDocumentsOnly()
     wiring.wire.fromJSAsynCall(countCall);
     QTRY_COMPARE_WITH_TIMEOUT(answers.count(), 3, testsupport::longestWaitMs);
     QCOMPARE(wiring.counter->calls, 1);
-    QVERIFY(answers.contains(QVariantList{QStringLiteral("told"),
-                                          QStringLiteral(R"({"result":{"entries":[]}})"), false}));
+    QVERIFY(answers.contains(
+        QVariantList{QStringLiteral("told"), QStringLiteral(R"({"result":{"entries":[]}})")}));
 
     // A document that takes the trusted one's place does not get its answers either.
     wiring.wire.fromJSAsynCall(call);
@@ -212,9 +245,9 @@ void PageWireTest::operationsOfTheShellAreAnsweredAtOnce()
         QStringLiteral(R"({"command":"window.state","callback":"told","args":{"a":1}})");
     wiring.wire.fromJSAsynCall(call);
     QCOMPARE(answers.count(), 1);
-    QCOMPARE(answers.takeFirst(),
-             (QVariantList{QStringLiteral("told"),
-                           QStringLiteral(R"({"result":{"given":{"a":1}}})"), false}));
+    QCOMPARE(
+        answers.takeFirst(),
+        (QVariantList{QStringLiteral("told"), QStringLiteral(R"({"result":{"given":{"a":1}}})")}));
 
     wiring.wire.takeCall(objectOf(call));
     QCOMPARE(answers.count(), 1);

@@ -1,6 +1,6 @@
-#include "helio/webengine/webenginecontainer.h"
+#include "helio/webengine/wire/webenginecontainer.h"
 
-#include "helio/webengine/pagewire.h"
+#include "helio/webengine/wire/pagewire.h"
 
 namespace helio {
 
